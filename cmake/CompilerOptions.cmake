@@ -1,0 +1,47 @@
+# Options of everything in the project, other people's sources (GoogleTest) excepted where they say so.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+# The engine's output is defined to the bit: each operation is rounded by itself, ...
+add_compile_options(-ffp-contract=off)
+# ... and coefficients always come from the mathematical library at run time. A compiler that folds a call with
+# constant arguments rounds correctly, which libraries do not.
+add_compile_options(-fno-builtin-pow -fno-builtin-tan -fno-builtin-cos)
+
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  # x87 arithmetic would keep excess precision, and 32-bit hosts call with a stack aligned to four bytes only.
+  add_compile_options(-msse2 -mfpmath=sse -mstackrealign)
+endif()
+
+if(EQ_SANITIZE)
+  add_compile_options(-fsanitize=${EQ_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${EQ_SANITIZE})
+endif()
+
+if(WIN32)
+  # Only system libraries may be imported, so the compiler's own are linked in.
+  add_compile_definitions(WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
+  add_link_options(-static)
+endif()
+
+# Warnings for our own targets.
+add_library(eq_warnings INTERFACE)
+target_compile_options(eq_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+if(EQ_WARNINGS_AS_ERRORS)
+  target_compile_options(eq_warnings INTERFACE -Werror)
+endif()
+
+# A room: a static library of the sources of one folder, whose link dependencies state the floors.
+#   eq_add_room(NAME sources... [LINK libraries...])
+function(eq_add_room name)
+  cmake_parse_arguments(ROOM "" "" "LINK" ${ARGN})
+  add_library(${name} STATIC ${ROOM_UNPARSED_ARGUMENTS})
+  target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}")
+  target_link_libraries(${name} PUBLIC ${ROOM_LINK} PRIVATE eq_warnings)
+endfunction()

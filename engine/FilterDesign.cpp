@@ -1,0 +1,57 @@
+#include "engine/FilterDesign.h"
+
+#include <cmath>
+
+namespace {
+
+/// 2 pi / 44100. The design rate enters here and nowhere else.
+constexpr double RadiansPerHertz = 0.00014247585730565955;
+
+/// A NaN fails both comparisons and ends on the lower limit.
+double limited(double value, double lower, double upper) noexcept {
+    if (value > upper) return upper;
+    return value >= lower ? value : lower;
+}
+
+double linearFromDecibels(double decibels) noexcept {
+    return std::pow(10.0, decibels * 0.05);
+}
+
+} // namespace
+
+FilterDesign FilterDesign::flat() noexcept {
+    // Centres of 100, 200, 400 and 800 Hz with Q 1.4: 2 pi f / 44100, and that over twice the Q, to the last bit.
+    constexpr double centreAngles[BandCount] = {0.014247585730565955, 0.02849517146113191, 0.05699034292226382,
+                                                0.11398068584452764};
+    constexpr double halfBandwidthAngles[BandCount] = {0.005088423475202127, 0.010176846950404253, 0.020353693900808507,
+                                                       0.040707387801617013};
+
+    FilterDesign design{};
+    design.outputGain = 1.0;
+    for (int i = 0; i < BandCount; ++i) {
+        const double t = std::tan(halfBandwidthAngles[i]);
+        design.centreCoefficient[i] = -std::cos(centreAngles[i]);
+        design.bandwidthCoefficient[i] = (t - 1.0) / (t + 1.0);
+        design.bandGain[i] = 1.0;
+    }
+    return design;
+}
+
+FilterDesign FilterDesign::of(const float (&values)[ParameterCount]) noexcept {
+    FilterDesign design{};
+    design.outputGain = linearFromDecibels(limited(values[0], -12.0, 12.0));
+    for (int i = 0; i < BandCount; ++i) {
+        const double G = linearFromDecibels(limited(values[5 + i], -10.0, 10.0));
+        // Widening the allpass of a cut by its gain makes the cut the mirror image of the boost.
+        const double H = G <= 1.0 ? G : 1.0;
+        const double f = limited(values[1 + i], 20.0, 20000.0);
+        const double q = limited(values[9 + i], 1.0, 10.0);
+        // The angle is not prewarped: f is the centre, and f/q the bandwidth, of the digital response.
+        const double w = f * RadiansPerHertz;
+        const double t = std::tan((w * 0.5) / q);
+        design.centreCoefficient[i] = -std::cos(w);
+        design.bandwidthCoefficient[i] = (t - H) / (t + H);
+        design.bandGain[i] = G;
+    }
+    return design;
+}
