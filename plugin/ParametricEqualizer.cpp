@@ -1,0 +1,157 @@
+#include "plugin/ParametricEqualizer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <new>
+
+namespace {
+
+double volumeInDb(double p) {
+    return (p - 0.5) * -24.0;
+}
+double frequencyInHz(double p) {
+    return 20.0 * std::pow(10.0, (1.0 - p) * 3.0);
+}
+double gainInDb(double p) {
+    return (p - 0.5) * -20.0;
+}
+double quality(double p) {
+    return 10.0 - p * 9.0;
+}
+
+struct Parameter {
+    const char* name;
+    const char* label;
+    float defaultValue;
+    double (*engineValue)(double p);
+};
+
+// The default frequencies put the bands a decade apart: 20 Hz, 200 Hz, 2 kHz and 20 kHz.
+constexpr Parameter Parameters[] = {
+    {"Volume", "dB", 0.5f, volumeInDb},
+    {"Frequency(1)", "Hz", 1.0f, frequencyInHz},
+    {"Frequency(2)", "Hz", 2.0f / 3.0f, frequencyInHz},
+    {"Frequency(3)", "Hz", 1.0f / 3.0f, frequencyInHz},
+    {"Frequency(4)", "Hz", 0.0f, frequencyInHz},
+    {"Gain(1)", "dB", 0.5f, gainInDb},
+    {"Gain(2)", "dB", 0.5f, gainInDb},
+    {"Gain(3)", "dB", 0.5f, gainInDb},
+    {"Gain(4)", "dB", 0.5f, gainInDb},
+    {"Q(1)", "", 5.0f / 9.0f, quality},
+    {"Q(2)", "", 5.0f / 9.0f, quality},
+    {"Q(3)", "", 5.0f / 9.0f, quality},
+    {"Q(4)", "", 5.0f / 9.0f, quality},
+};
+static_assert(std::size(Parameters) == ParameterCount);
+
+bool isParameter(int32 index) {
+    return index >= 0 && index < ParameterCount;
+}
+
+constexpr int32 UniqueId = 0x4D68567A; // "zVhM" in memory order
+
+} // namespace
+
+ParametricEqualizer::ParametricEqualizer(audioMasterCallback hostCallback)
+    : AudioEffectX(hostCallback, 1, ParameterCount) {
+    resizeScratch(blockSize);
+    if (scratchFrames == 0) throw std::bad_alloc();
+    for (int32 i = 0; i < ParameterCount; ++i) parameterValues[i] = Parameters[i].defaultValue;
+    for (auto& engine : engines) engine = std::make_unique<FourBandEqualizer>();
+    updateEngines();
+
+    AudioEffectX::setNumInputs(ChannelCount);
+    AudioEffectX::setNumOutputs(ChannelCount);
+    AudioEffectX::canMono(true);
+    AudioEffectX::canProcessReplacing(true);
+    AudioEffectX::setInitialDelay(engines[0]->latency());
+    AudioEffectX::setUniqueID(UniqueId);
+}
+
+void ParametricEqualizer::setParameter(int32 index, float value) {
+    if (isParameter(index)) parameterValues[index].store(value, std::memory_order_relaxed);
+    updateEngines();
+    if (editor) editor->postUpdate();
+}
+
+float ParametricEqualizer::getParameter(int32 index) {
+    return isParameter(index) ? parameterValues[index].load(std::memory_order_relaxed) : 0.0f;
+}
+
+void ParametricEqualizer::process(float** inputs, float** outputs, int32 sampleFrames) {
+    if (sampleFrames > scratchFrames) setBlockSize(sampleFrames);
+    for (int32 start = 0; start < sampleFrames; start += scratchFrames)
+        addPiece(inputs, outputs, start, std::min(scratchFrames, sampleFrames - start));
+}
+
+void ParametricEqualizer::processReplacing(float** inputs, float** outputs, int32 sampleFrames) {
+    for (int32 channel = 0; channel < ChannelCount; ++channel)
+        engines[channel]->process(inputs[channel], outputs[channel], sampleFrames, FourBandEqualizer::Process);
+}
+
+void ParametricEqualizer::getProgramName(char* name) {
+    std::strcpy(name, "Parametric Equalizer");
+}
+
+void ParametricEqualizer::getParameterLabel(int32 index, char* label) {
+    if (isParameter(index)) std::strcpy(label, Parameters[index].label);
+}
+
+void ParametricEqualizer::getParameterName(int32 index, char* text) {
+    if (isParameter(index)) std::strcpy(text, Parameters[index].name);
+}
+
+void ParametricEqualizer::setBlockSize(int32 frames) {
+    if (frames <= 0) return;
+    blockSize = frames;
+    resizeScratch(frames);
+}
+
+void ParametricEqualizer::suspend() {
+    std::array<std::unique_ptr<FourBandEqualizer>, ChannelCount> fresh;
+    for (auto& engine : fresh) engine.reset(new (std::nothrow) FourBandEqualizer);
+    if (fresh[0] && fresh[1])
+        engines = std::move(fresh);
+    else
+        for (const auto& engine : engines) engine->reset();
+    updateEngines();
+}
+
+void ParametricEqualizer::resizeScratch(int32 frames) noexcept {
+    // Of a size that no address space holds, even a non-throwing allocation throws.
+    const auto length = static_cast<std::size_t>(frames);
+    if (length > PTRDIFF_MAX / sizeof(float)) return;
+
+    std::array<std::unique_ptr<float[]>, ChannelCount> fresh;
+    for (auto& array : fresh) array.reset(new (std::nothrow) float[length]);
+    if (!fresh[0] || !fresh[1]) return;
+    scratch = std::move(fresh);
+    scratchFrames = frames;
+}
+
+void ParametricEqualizer::addPiece(float** inputs, float** outputs, int32 start, int32 count) noexcept {
+    ChannelPointers pieceInputs = {inputs[0] + start, inputs[1] + start};
+    ChannelPointers landing = {scratch[0].get(), scratch[1].get()};
+    processReplacing(pieceInputs.data(), landing.data(), count);
+    for (int32 channel = 0; channel < ChannelCount; ++channel) {
+        float* const output = outputs[channel] + start;
+        for (int32 i = 0; i < count; ++i) output[i] += landing[channel][i];
+    }
+}
+
+void ParametricEqualizer::updateEngines() noexcept {
+    // Of two threads that change parameters, the one that hands its array over last may have read the values before
+    // the other stored its own. So each looks again until no change came while it was at work.
+    std::uint32_t seen = changeCount.fetch_add(1, std::memory_order_acq_rel) + 1;
+    for (;;) {
+        float values[ParameterCount];
+        for (int32 i = 0; i < ParameterCount; ++i)
+            values[i] = static_cast<float>(Parameters[i].engineValue(getParameter(i)));
+        for (const auto& engine : engines) engine->setParameters(values);
+
+        const std::uint32_t now = changeCount.load(std::memory_order_acquire);
+        if (now == seen) return;
+        seen = now;
+    }
+}

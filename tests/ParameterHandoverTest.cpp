@@ -1,0 +1,65 @@
+#include "engine/ParameterHandover.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <thread>
+#include <vector>
+
+namespace {
+
+void put(ParameterHandover& handover, float value) {
+    float values[ParameterCount];
+    std::fill_n(values, ParameterCount, value);
+    handover.put(values);
+}
+
+} // namespace
+
+TEST(ParameterHandover, GivesTheNewestArrayOnce) {
+    ParameterHandover handover;
+    float values[ParameterCount] = {};
+    EXPECT_FALSE(handover.pending());
+    EXPECT_FALSE(handover.take(values));
+    for (int i = 0; i < 100; ++i) put(handover, static_cast<float>(i));
+    EXPECT_TRUE(handover.pending());
+    EXPECT_TRUE(handover.take(values));
+    EXPECT_EQ(values[0], 99.0F);
+    EXPECT_FALSE(handover.take(values));
+    for (int i = 0; i < 100; ++i) { // no slot is lost on the way of either
+        put(handover, static_cast<float>(i));
+        i % 2 != 0 ? handover.clear() : static_cast<void>(handover.take(values));
+        EXPECT_FALSE(handover.pending());
+    }
+}
+
+TEST(ParameterHandover, NeverGivesHalfAnArrayNorAnOlderOneOfTheSameWriter) {
+    constexpr int writerCount = 4;
+    constexpr int writes = 20000;
+    ParameterHandover handover;
+    std::atomic<int> running{writerCount};
+    std::vector<std::thread> writers;
+    for (int writer = 0; writer < writerCount; ++writer) {
+        writers.emplace_back([&, writer] {
+            for (int i = 0; i < writes; ++i) put(handover, static_cast<float>(writer * writes + i));
+            --running;
+        });
+    }
+    int newest[writerCount] = {-1, -1, -1, -1};
+    float values[ParameterCount] = {};
+    bool lastRound = false;
+    for (;;) {
+        const bool ended = running == 0;
+        while (handover.take(values)) {
+            ASSERT_TRUE(std::all_of(values, values + ParameterCount, [&](float v) { return v == values[0]; }));
+            const int number = static_cast<int>(values[0]);
+            ASSERT_GT(number % writes, newest[number / writes]);
+            newest[number / writes] = number % writes;
+            lastRound = number % writes == writes - 1;
+        }
+        if (ended) break;
+    }
+    for (std::thread& writer : writers) writer.join();
+    EXPECT_TRUE(lastRound) << "the array that came last is the last of its writer";
+}

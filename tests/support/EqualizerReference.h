@@ -1,0 +1,82 @@
+#pragma once
+
+// What the effect has to do to its audio, told by engines that are driven directly.
+
+#include "engine/FourBandEqualizer.h"
+
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <random>
+#include <vector>
+
+using Samples = std::vector<float>;
+using Stereo = std::array<Samples, 2>;
+/// The 13 parameters: normalised, or in engineering units.
+using Values = std::array<float, ParameterCount>;
+
+constexpr int BlockSize = FourBandEqualizer::BlockSize;
+
+/// The parameters of a new effect.
+inline constexpr Values DefaultParameters = {0.5f, 1.0f, 2.0f / 3.0f, 1.0f / 3.0f, 0.0f,        0.5f,       0.5f,
+                                             0.5f, 0.5f, 5.0f / 9.0f, 5.0f / 9.0f, 5.0f / 9.0f, 5.0f / 9.0f};
+
+/// Normalised parameters in engineering units.
+inline Values engineValues(const Values& p) {
+    Values values;
+    for (std::size_t i = 0; i < p.size(); ++i) {
+        const double x = p[i];
+        const double value = i == 0  ? (x - 0.5) * -24.0
+                             : i < 5 ? 20.0 * std::pow(10.0, (1.0 - x) * 3.0)
+                             : i < 9 ? (x - 0.5) * -20.0
+                                     : 10.0 - x * 9.0;
+        values[i] = static_cast<float>(value);
+    }
+    return values;
+}
+
+inline Stereo noise(std::size_t frames, unsigned seed = 1) {
+    std::mt19937 random(seed);
+    Stereo stereo = {Samples(frames), Samples(frames)};
+    for (auto& channel : stereo)
+        for (float& sample : channel) sample = static_cast<float>(random()) * 0x1p-31f - 1.0f;
+    return stereo;
+}
+
+inline Stereo silence(std::size_t frames) {
+    return {Samples(frames), Samples(frames)};
+}
+
+/// An engine for each channel, set alike.
+class ReferencePair {
+public:
+    explicit ReferencePair(const Values& engineeringValues) { set(engineeringValues); }
+
+    void set(const Values& engineeringValues) {
+        for (auto& engine : engines) engine.setParameters(engineeringValues.data());
+    }
+
+    Stereo render(Stereo audio) {
+        for (std::size_t i = 0; i < audio.size(); ++i)
+            engines[i].process(audio[i].data(), audio[i].data(), static_cast<int>(audio[i].size()), 0);
+        return audio;
+    }
+
+private:
+    std::array<FourBandEqualizer, 2> engines;
+};
+
+/// The first sample that differs in a bit, or -1. The sign and payload of a NaN are nobody's business.
+inline long firstDifference(const Samples& a, const Samples& b) {
+    if (a.size() != b.size()) return 0;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        const bool same = std::bit_cast<std::uint32_t>(a[i]) == std::bit_cast<std::uint32_t>(b[i]);
+        if (!same && !(std::isnan(a[i]) && std::isnan(b[i]))) return static_cast<long>(i);
+    }
+    return -1;
+}
+
+inline bool sameBits(const Stereo& a, const Stereo& b) {
+    return firstDifference(a[0], b[0]) == -1 && firstDifference(a[1], b[1]) == -1;
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "plugin/AEffect.h"
+
+#include <vector>
+
+/// What an effect sent to its host.
+struct HostCall {
+    const AEffect* effect;
+    int32 opcode;
+    int32 index;
+    intptr value;
+    void* ptr;
+    float opt;
+    bool operator==(const HostCall&) const = default;
+};
+
+/// A host that writes down what it is asked and gives one answer to everything. The callback has no context of its
+/// own, so there is one such host at a time.
+class ScriptedHost {
+public:
+    explicit ScriptedHost(intptr answer) {
+        nextAnswer = answer;
+        recorded.clear();
+    }
+
+    static intptr callback(AEffect* effect, int32 opcode, int32 index, intptr value, void* ptr, float opt) {
+        recorded.push_back({effect, opcode, index, value, ptr, opt});
+        return nextAnswer;
+    }
+
+    [[nodiscard]] const std::vector<HostCall>& calls() const { return recorded; }
+
+private:
+    static inline intptr nextAnswer = 0;
+    static inline std::vector<HostCall> recorded;
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "tools/equalize/HostedEffect.h"
+
+#include <vector>
+
+namespace tool {
+
+/// Any number of channels, equalized alike: an instance of the effect for every two of them. The last of an odd
+/// number has an instance for itself, whose second channel is silent.
+class ChannelPairs {
+public:
+    /// `blockFrames` is the most that `process` may be given at a time.
+    ChannelPairs(const EffectLibrary& library, const Settings::Resolved& settings, int channels, int sampleRate,
+                 int blockFrames);
+
+    [[nodiscard]] int channels() const { return m_channels; }
+    [[nodiscard]] int blockFrames() const { return m_blockFrames; }
+    [[nodiscard]] int delay() const { return m_effects.front().delay(); }
+
+    /// Equalizes in place.
+    void process(float* interleaved, int frames) noexcept;
+
+private:
+    [[nodiscard]] float* channel(int index) {
+        return m_planes.data() + static_cast<std::ptrdiff_t>(index) * m_blockFrames;
+    }
+
+    int m_channels;
+    int m_blockFrames;
+    std::vector<HostedEffect> m_effects;
+    std::vector<float> m_planes; ///< channel after channel, `m_blockFrames` each
+};
+
+} // namespace tool

@@ -1,0 +1,54 @@
+#include "tools/equalize/EffectLibrary.h"
+
+#include "tools/equalize/Errors.h"
+#include "tools/equalize/Parameters.h"
+
+#include <cstring>
+#include <string_view>
+
+#include <dlfcn.h>
+
+namespace tool {
+namespace {
+
+constexpr int32 HostVersion = 2;
+
+intptr answerEffect(AEffect*, int32 opcode, int32, intptr, void*, float) {
+    return opcode == audioMasterVersion ? HostVersion : 0;
+}
+
+/// The parameters' meaning is known for one effect only.
+bool isTheEqualizer(const AEffect& effect) {
+    constexpr std::string_view Identity = "zVhM";
+    return effect.magic == EffectMagic && std::memcmp(&effect.uniqueID, Identity.data(), sizeof effect.uniqueID) == 0 &&
+           effect.numParams == ParameterCount && effect.numInputs == 2 && effect.numOutputs == 2 &&
+           (effect.flags & effFlagsCanReplacing) != 0 && effect.initialDelay >= 0;
+}
+
+} // namespace
+
+void EffectLibrary::Unloader::operator()(void* library) const {
+    dlclose(library);
+}
+
+EffectLibrary::EffectLibrary(const std::filesystem::path& file)
+    // A bare name would be looked for in the system's folders.
+    : m_file(std::filesystem::absolute(file)), m_library(dlopen(m_file.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+    if (!m_library) throw FileError(std::string("the plug-in cannot be loaded: ") + dlerror());
+    m_main = reinterpret_cast<EffectMainProc>(dlsym(m_library.get(), "main"));
+    if (m_main == nullptr) throw FileError(m_file.string() + ": not a plug-in: it has no export \"main\"");
+}
+
+std::filesystem::path EffectLibrary::defaultPlace() {
+    return std::filesystem::read_symlink("/proc/self/exe").parent_path() / "Parametric Equalizer.so";
+}
+
+AEffect* EffectLibrary::makeInstance() const {
+    AEffect* const effect = m_main(answerEffect);
+    if (effect == nullptr) throw FileError(m_file.string() + ": the plug-in gives no instance");
+    if (isTheEqualizer(*effect)) return effect;
+    if (effect->magic == EffectMagic) effect->dispatcher(effect, effClose, 0, 0, nullptr, 0.0F);
+    throw FileError(m_file.string() + ": the plug-in is not the equalizer");
+}
+
+} // namespace tool

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "plugin/AEffect.h"
+
+#include <filesystem>
+#include <memory>
+
+namespace tool {
+
+/// The effect's library, loaded as a host loads it. It must outlive the instances that come from it.
+class EffectLibrary {
+public:
+    /// Throws FileError if the file is no library that this process can load, or has no export "main".
+    explicit EffectLibrary(const std::filesystem::path& file);
+
+    /// The library that lies in the folder of this program.
+    [[nodiscard]] static std::filesystem::path defaultPlace();
+
+    /// A new instance, to be ended with `effClose`. Throws FileError if the library gives none, or one of another
+    /// effect.
+    [[nodiscard]] AEffect* makeInstance() const;
+
+private:
+    struct Unloader {
+        void operator()(void* library) const;
+    };
+
+    std::filesystem::path m_file;
+    std::unique_ptr<void, Unloader> m_library;
+    EffectMainProc m_main;
+};
+
+} // namespace tool

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace tool {
+
+/// The command was given wrongly: exit code 2.
+struct UsageError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+/// A file, or the plug-in, is not as it must be: exit code 1.
+struct FileError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+/// A FileError from `errno`, as "what: the system's own text".
+[[nodiscard]] FileError systemError(const std::string& what, int errorNumber);
+
+} // namespace tool

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "plugin/AEffect.h"
+#include "tools/equalize/EffectLibrary.h"
+#include "tools/equalize/Parameters.h"
+#include "tools/equalize/Settings.h"
+
+#include <memory>
+#include <string>
+
+namespace tool {
+
+/// One running instance of the effect, for two channels.
+class HostedEffect {
+public:
+    /// Starts an instance with the settings, ready to take sound. Throws FileError.
+    HostedEffect(const EffectLibrary& library, const Settings::Resolved& settings, int sampleRate);
+
+    /// Samples from input to output.
+    [[nodiscard]] int delay() const { return m_effect->initialDelay; }
+
+    /// Equalizes `frames` samples of both channels in place.
+    void process(float* first, float* second, int frames) noexcept;
+
+    [[nodiscard]] NormalisedValues parameters() const;
+
+    /// The effect's own name of a parameter.
+    [[nodiscard]] std::string parameterName(int index) const;
+
+private:
+    struct Closer {
+        void operator()(AEffect* effect) const;
+    };
+
+    void settle();
+
+    std::unique_ptr<AEffect, Closer> m_effect;
+};
+
+} // namespace tool

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace tool {
+
+/// A file that takes its place only when it is complete. Until `commit` it is a temporary file in the folder of its
+/// place, and it goes away with the object, or with a signal that ends the process.
+///
+/// A symbolic link stays, and what it points to is replaced. In the place of something that is no file, such as a
+/// pipe or a device, nothing is replaced: the complete contents are copied into it.
+class OutputFile {
+public:
+    /// Throws FileError.
+    explicit OutputFile(const std::filesystem::path& place);
+    ~OutputFile();
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+
+    /// Open for reading and writing.
+    [[nodiscard]] int descriptor() const { return m_descriptor; }
+
+    void write(std::string_view contents);
+
+    /// Brings the contents to the disk and puts the file into its place. Throws FileError, and then what was in the
+    /// place is still there.
+    void commit();
+
+    /// Writes a whole text file.
+    static void write(const std::filesystem::path& place, std::string_view contents);
+
+private:
+    void openTemporary();
+    void openSpool();
+    void copyIntoPlace();
+    void close();
+    void removeTemporary();
+
+    std::filesystem::path m_place;
+    std::string m_temporary; ///< empty if the contents are to be copied, and after the end
+    int m_descriptor = -1;
+};
+
+/// Lets a signal that ends the process remove the temporary files first, and turns writing into a closed pipe or
+/// beyond a size limit into an error. To be called once, at the start.
+void removeTemporariesOnSignals();
+
+} // namespace tool

@@ -1,0 +1,150 @@
+#include "tools/equalize/OutputFormat.h"
+
+#include "tools/equalize/Errors.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <string_view>
+
+namespace tool {
+namespace {
+
+int containerOf(int format) {
+    return format & SF_FORMAT_TYPEMASK;
+}
+int sampleFormatOf(int format) {
+    return format & SF_FORMAT_SUBMASK;
+}
+
+struct Extension {
+    std::string_view text;
+    int format; ///< with a sample format where the extension names one
+};
+
+/// Those that libsndfile's own list names otherwise, or not at all.
+constexpr std::array<Extension, 8> Extensions = {{
+    {"wave", SF_FORMAT_WAV},
+    {"aif", SF_FORMAT_AIFF},
+    {"aifc", SF_FORMAT_AIFF},
+    {"snd", SF_FORMAT_AU},
+    {"ogg", SF_FORMAT_OGG},
+    {"oga", SF_FORMAT_OGG},
+    {"opus", SF_FORMAT_OGG | SF_FORMAT_OPUS},
+    {"mp3", SF_FORMAT_MPEG | SF_FORMAT_MPEG_LAYER_III},
+}};
+
+/// From the best to the least.
+constexpr std::array SampleFormats = {SF_FORMAT_PCM_24,  SF_FORMAT_PCM_16,  SF_FORMAT_VORBIS,
+                                      SF_FORMAT_ALAC_24, SF_FORMAT_FLOAT,   SF_FORMAT_MPEG_LAYER_III,
+                                      SF_FORMAT_PCM_S8,  SF_FORMAT_DPCM_16, SF_FORMAT_ULAW};
+
+template <typename Visit>
+void forEachContainer(Visit visit) {
+    int count = 0;
+    sf_command(nullptr, SFC_GET_FORMAT_MAJOR_COUNT, &count, sizeof count);
+    for (int i = 0; i < count; ++i) {
+        SF_FORMAT_INFO info = {};
+        info.format = i;
+        if (sf_command(nullptr, SFC_GET_FORMAT_MAJOR, &info, sizeof info) == 0) visit(info);
+    }
+}
+
+/// 0 for an extension that no container has. Several containers share one: the input's is preferred, then the first.
+int formatOfExtension(std::string_view extension, int inputFormat) {
+    const auto row = std::find_if(Extensions.begin(), Extensions.end(),
+                                  [&](const Extension& known) { return known.text == extension; });
+    if (row != Extensions.end()) return row->format;
+    int format = 0;
+    const auto match = [&](const SF_FORMAT_INFO& container) {
+        if (container.extension != extension) return;
+        if (format == 0 || container.format == containerOf(inputFormat)) format = container.format;
+    };
+    forEachContainer(match);
+    return format;
+}
+
+std::string lowerExtension(const std::filesystem::path& place) {
+    std::string extension = place.extension().string();
+    if (!extension.empty()) extension.erase(0, 1);
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return extension;
+}
+
+std::string nameFrom(int command, int format) {
+    SF_FORMAT_INFO info = {};
+    info.format = format;
+    return sf_command(nullptr, command, &info, sizeof info) == 0 && info.name != nullptr ? info.name : "?";
+}
+
+bool canWrite(const SF_INFO& output) {
+    // libsndfile knows MPEG in WAV files, but does not write it.
+    const bool isMpegElsewhere =
+        sampleFormatOf(output.format) == SF_FORMAT_MPEG_LAYER_III && containerOf(output.format) != SF_FORMAT_MPEG;
+    return !isMpegElsewhere && sf_format_check(&output) != 0;
+}
+
+} // namespace
+
+SF_INFO outputFormatFor(const std::filesystem::path& place, const SF_INFO& input) {
+    SF_INFO output = {};
+    output.samplerate = input.samplerate;
+    output.channels = input.channels;
+    const int wanted = formatOfExtension(lowerExtension(place), input.format);
+    // The same container keeps the byte order, too.
+    output.format = input.format;
+    if (sampleFormatOf(wanted) != 0)
+        output.format = wanted;
+    else if (wanted != 0 && wanted != containerOf(input.format))
+        output.format = wanted | sampleFormatOf(input.format);
+    if (containerOf(output.format) == SF_FORMAT_SD2)
+        throw FileError(place.string() + ": Sound Designer II files, which are pairs of files, cannot be written");
+    if (canWrite(output)) return output;
+
+    for (const int sampleFormat : SampleFormats) {
+        output.format = containerOf(output.format) | sampleFormat;
+        if (canWrite(output)) return output;
+    }
+    throw FileError(place.string() + ": " + nameFrom(SFC_GET_FORMAT_INFO, containerOf(output.format)) +
+                    " files cannot hold " + std::to_string(input.channels) + " channels at " +
+                    std::to_string(input.samplerate) + " Hz");
+}
+
+std::string formatName(int format) {
+    return nameFrom(SFC_GET_FORMAT_INFO, containerOf(format)) + ", " +
+           nameFrom(SFC_GET_FORMAT_INFO, sampleFormatOf(format));
+}
+
+int integerBits(int format) {
+    switch (sampleFormatOf(format)) {
+    case SF_FORMAT_FLOAT:
+    case SF_FORMAT_DOUBLE:
+    case SF_FORMAT_VORBIS:
+    case SF_FORMAT_OPUS:
+    case SF_FORMAT_MPEG_LAYER_I:
+    case SF_FORMAT_MPEG_LAYER_II:
+    case SF_FORMAT_MPEG_LAYER_III:
+        return 0;
+    case SF_FORMAT_PCM_S8:
+    case SF_FORMAT_PCM_U8:
+    case SF_FORMAT_DPCM_8:
+        return 8;
+    case SF_FORMAT_ALAC_20:
+        return 20;
+    case SF_FORMAT_PCM_24:
+    case SF_FORMAT_ALAC_24:
+    case SF_FORMAT_DWVW_24:
+        return 24;
+    case SF_FORMAT_PCM_32:
+    case SF_FORMAT_ALAC_32:
+        return 32;
+    case SF_FORMAT_DWVW_12:
+        return 12;
+    default:
+        // Also the telephone formats, which code 16 bits into fewer.
+        return 16;
+    }
+}
+
+} // namespace tool

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "tools/equalize/EffectLibrary.h"
+#include "tools/equalize/Parameters.h"
+
+#include <vector>
+
+namespace tool {
+
+/// What the effect does to an impulse, as heard at one sampling rate.
+class Response {
+public:
+    /// Sends an impulse through a fresh instance. Throws FileError.
+    Response(const EffectLibrary& library, const NormalisedValues& values, int sampleRate);
+
+    /// `frequency` in Hz, below half the rate.
+    [[nodiscard]] double decibelsAt(double frequency) const;
+
+private:
+    int m_sampleRate;
+    std::vector<float> m_samples; ///< up to where they no longer count
+};
+
+} // namespace tool

@@ -1,0 +1,180 @@
+#include "tools/equalize/Settings.h"
+
+#include "tools/equalize/Errors.h"
+#include "tools/equalize/Text.h"
+
+#include <cerrno>
+#include <fstream>
+
+namespace tool {
+namespace {
+
+constexpr std::string_view NormalisedPrefix = "parameter";
+
+std::string quoted(std::string_view text) {
+    return "'" + std::string(text) + "'";
+}
+
+/// A value in the parameter's unit. Frequencies are only known to be in reach when the rate is.
+double parseValue(Quantity quantity, std::string_view what, std::string_view text) {
+    const std::optional<double> value = parseNumber(trimmed(text));
+    const Scale& scale = scaleOf(quantity);
+    const double bottom = quantity == Quantity::Frequency ? 0.01 : scale.bottom;
+    const double top = quantity == Quantity::Frequency ? 1e6 : scale.top;
+    if (!value || *value < bottom || *value > top)
+        throw UsageError(std::string(what) + ": " + quoted(trimmed(text)) + " is not a number from " +
+                         rangeText(quantity));
+    return *value;
+}
+
+double parseNormalised(std::string_view what, std::string_view text) {
+    const std::optional<double> value = parseNumber(trimmed(text));
+    if (!value || *value < 0.0 || *value > 1.0)
+        throw UsageError(std::string(what) + ": " + quoted(trimmed(text)) + " is not a number from 0 to 1");
+    return *value;
+}
+
+std::optional<int> parseParameterIndex(std::string_view text) {
+    const std::optional<int> index = parseIndex(trimmed(text));
+    return index && *index < ParameterCount ? index : std::nullopt;
+}
+
+std::optional<Quantity> bandQuantity(std::string_view key) {
+    if (key == "freq") return Quantity::Frequency;
+    if (key == "gain") return Quantity::Gain;
+    if (key == "q") return Quantity::Q;
+    return std::nullopt;
+}
+
+std::optional<int> indexOfName(std::string_view name) {
+    for (int index = 0; index < ParameterCount; ++index)
+        if (nameOf(index) == name) return index;
+    return std::nullopt;
+}
+
+} // namespace
+
+void Settings::readPreset(const std::filesystem::path& file) {
+    std::ifstream stream(file);
+    if (!stream) throw systemError(file.string(), errno);
+    std::string line;
+    for (int number = 1; std::getline(stream, line); ++number)
+        readPresetLine(line, file.string() + ":" + std::to_string(number) + ": ");
+    if (stream.bad() || !stream.eof()) throw FileError(file.string() + ": cannot be read to its end");
+}
+
+void Settings::readPresetLine(std::string_view line, const std::string& origin) {
+    const std::string_view content = trimmed(line.substr(0, line.find('#')));
+    if (content.empty()) return;
+    const std::size_t equals = content.find('=');
+    if (equals == std::string_view::npos)
+        throw FileError(origin + quoted(content) + " is not of the form name = value");
+    const std::string_view name = trimmed(content.substr(0, equals));
+    const std::string_view text = content.substr(equals + 1);
+    try {
+        if (const std::optional<int> index = indexOfName(name)) {
+            m_wishes[static_cast<std::size_t>(*index)] = {parseValue(quantityOf(*index), name, text), false, origin};
+            return;
+        }
+        if (name.starts_with(NormalisedPrefix)) {
+            if (const std::optional<int> index = parseParameterIndex(name.substr(NormalisedPrefix.size()))) {
+                m_wishes[static_cast<std::size_t>(*index)] = {parseNormalised(name, text), true, origin};
+                return;
+            }
+        }
+    } catch (const UsageError& error) {
+        throw FileError(origin + error.what());
+    }
+    throw FileError(origin + "there is no setting " + quoted(name));
+}
+
+void Settings::setVolume(std::string_view decibels) {
+    m_wishes[0] = {parseValue(Quantity::Volume, "--volume", decibels), false, {}};
+}
+
+void Settings::setBand(std::string_view description) {
+    const std::string what = "--band " + std::string(description);
+    const std::size_t colon = description.find(':');
+    const std::optional<int> band = parseIndex(trimmed(description.substr(0, colon)));
+    if (!band || *band < 1 || *band > BandCount)
+        throw UsageError(what + ": the band's number must be 1 to " + std::to_string(BandCount));
+    if (colon == std::string_view::npos) throw UsageError(what + ": it must be of the form N:freq=HZ,gain=DB,q=Q");
+
+    for (const std::string_view part : split(description.substr(colon + 1), ',')) {
+        const std::size_t equals = part.find('=');
+        const std::optional<Quantity> quantity = bandQuantity(trimmed(part.substr(0, equals)));
+        if (!quantity || equals == std::string_view::npos)
+            throw UsageError(what + ": " + quoted(part) + " is none of freq=HZ, gain=DB and q=Q");
+        const int index = indexOf(*quantity, *band);
+        m_wishes[static_cast<std::size_t>(index)] = {parseValue(*quantity, what, part.substr(equals + 1)), false, {}};
+    }
+}
+
+void Settings::setNormalised(std::string_view description) {
+    const std::string what = "--set " + std::string(description);
+    const std::size_t equals = description.find('=');
+    if (equals == std::string_view::npos) throw UsageError(what + ": it must be of the form INDEX=P");
+    const std::optional<int> index = parseParameterIndex(description.substr(0, equals));
+    if (!index) throw UsageError(what + ": the index must be 0 to " + std::to_string(ParameterCount - 1));
+    m_wishes[static_cast<std::size_t>(*index)] = {parseNormalised(what, description.substr(equals + 1)), true, {}};
+}
+
+/// A band that is given a gain in dB, but no frequency, is meant at its default frequency. Other bands are not heard,
+/// or are set for the effect as it stands, and are left alone.
+std::optional<Settings::Wish> Settings::frequencyWish(int band) const {
+    const std::optional<Wish>& frequency = m_wishes[static_cast<std::size_t>(indexOf(Quantity::Frequency, band))];
+    if (frequency) return frequency;
+    const std::optional<Wish>& gain = m_wishes[static_cast<std::size_t>(indexOf(Quantity::Gain, band))];
+    if (!gain || gain->normalised || gain->value == 0.0) return std::nullopt;
+    return Wish{defaultValue(indexOf(Quantity::Frequency, band)), false, gain->origin};
+}
+
+bool Settings::dependsOnRate() const {
+    for (int band = 1; band <= BandCount; ++band) {
+        const std::optional<Wish> wish = frequencyWish(band);
+        if (wish && !wish->normalised) return true;
+    }
+    return false;
+}
+
+Settings::Resolved Settings::resolve(const FrequencyMap& frequencies) const {
+    Resolved resolved;
+    for (int index = 0; index < ParameterCount; ++index) {
+        const Quantity quantity = quantityOf(index);
+        const bool isFrequency = quantity == Quantity::Frequency;
+        const std::optional<Wish> wish =
+            isFrequency ? frequencyWish(bandOf(index)) : m_wishes[static_cast<std::size_t>(index)];
+        if (!wish) continue;
+        if (isFrequency && !wish->normalised && !frequencies.reaches(wish->value)) {
+            const std::string message = wish->origin + "band " + std::to_string(bandOf(index)) + ": " +
+                                        shortest(wish->value) + " Hz is out of reach at " +
+                                        std::to_string(frequencies.sampleRate()) + " Hz; the range is " +
+                                        frequencies.reachText();
+            if (wish->origin.empty()) throw UsageError(message);
+            throw FileError(message);
+        }
+        const double value = isFrequency ? frequencies.toNominal(wish->value) : wish->value;
+        resolved[static_cast<std::size_t>(index)] =
+            wish->normalised ? static_cast<float>(wish->value) : toNormalised(quantity, value);
+    }
+    return resolved;
+}
+
+std::string Settings::presetText() const {
+    std::string text = "# Settings for equalize. A line with # in front, as any that is missing, leaves the default.\n"
+                       "# volume " +
+                       rangeText(Quantity::Volume) + ", freq " + rangeText(Quantity::Frequency) + ", gain " +
+                       rangeText(Quantity::Gain) + ", q " + rangeText(Quantity::Q) + ".\n";
+    for (int index = 0; index < ParameterCount; ++index) {
+        const std::optional<Wish>& wish = m_wishes[static_cast<std::size_t>(index)];
+        if (wish && wish->normalised)
+            text += std::string(NormalisedPrefix) + std::to_string(index) + " = " + shortest(wish->value) + "  # " +
+                    nameOf(index) + ", normalised: 0 is the top of its range, 1 the bottom\n";
+        else
+            text +=
+                (wish ? "" : "# ") + nameOf(index) + " = " + shortest(wish ? wish->value : defaultValue(index)) + "\n";
+    }
+    return text;
+}
+
+} // namespace tool

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "tools/equalize/Parameters.h"
+
+#include <array>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tool {
+
+/// What the user asks of the parameters, gathered from a preset and from the command line; what is said later
+/// replaces what was said before. A parameter of which nothing is said stays as a new instance of the effect has it.
+///
+/// Frequencies are those that the user wants to hear: the rate of the sound comes in with `resolve` alone.
+class Settings {
+public:
+    /// Takes all lines of a preset. Throws FileError, which names file and line.
+    void readPreset(const std::filesystem::path& file);
+
+    /// The arguments of the options of the same names. Throw UsageError, which tells the range.
+    void setVolume(std::string_view decibels);
+    void setBand(std::string_view description);       ///< "N:freq=HZ,gain=DB,q=Q", any of the three
+    void setNormalised(std::string_view description); ///< "INDEX=P"
+
+    using Resolved = std::array<std::optional<float>, ParameterCount>;
+
+    /// The normalised values to give to the effect. Throws UsageError, or FileError when a preset asked for it, for a
+    /// frequency that cannot be reached.
+    [[nodiscard]] Resolved resolve(const FrequencyMap& frequencies) const;
+
+    /// True if `resolve` has to take the rate of the sound into account.
+    [[nodiscard]] bool dependsOnRate() const;
+
+    /// The text of a preset that brings back just these settings and shows all names.
+    [[nodiscard]] std::string presetText() const;
+
+private:
+    struct Wish {
+        double value;
+        bool normalised;    ///< for the effect as it stands, not in the parameter's unit
+        std::string origin; ///< "FILE:LINE: " of a preset; empty for the command line
+    };
+
+    void readPresetLine(std::string_view line, const std::string& origin);
+    [[nodiscard]] std::optional<Wish> frequencyWish(int band) const;
+
+    std::array<std::optional<Wish>, ParameterCount> m_wishes;
+};
+
+} // namespace tool

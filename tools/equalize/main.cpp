@@ -1,0 +1,243 @@
+// The command line of `equalize`: a host without a window, which sends audio files through the effect.
+
+#include "tools/equalize/AudioReader.h"
+#include "tools/equalize/AudioWriter.h"
+#include "tools/equalize/EffectLibrary.h"
+#include "tools/equalize/Equalizing.h"
+#include "tools/equalize/Errors.h"
+#include "tools/equalize/HostedEffect.h"
+#include "tools/equalize/OutputFile.h"
+#include "tools/equalize/OutputFormat.h"
+#include "tools/equalize/Progress.h"
+#include "tools/equalize/ResponsePlot.h"
+#include "tools/equalize/Settings.h"
+#include "tools/equalize/Text.h"
+
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <new>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+namespace {
+
+using namespace tool;
+
+constexpr int ExitBadFile = 1;
+constexpr int ExitBadUsage = 2;
+
+struct Options {
+    std::string input;
+    std::string output;
+    std::vector<std::string> volumes;
+    std::vector<std::string> bands;
+    std::vector<std::string> normalised;
+    std::string preset;
+    std::string savePreset;
+    std::string plot;
+    std::string plugin;
+    int blockFrames = 8192;
+    bool keepLatency = false;
+    bool noRateCorrection = false;
+    bool list = false;
+    bool quiet = false;
+};
+
+constexpr const char* Footer = R"(
+Without INPUT and OUTPUT, --list, --plot and --save-preset work by themselves.
+
+A preset holds lines 'name = value', with comments behind '#'; --save-preset
+shows all names. --volume and --band override the preset, and --set overrides
+both.
+
+OUTPUT takes the format that its extension names, and the sample format of
+INPUT where that exists. It appears when it is complete, and may be INPUT.
+
+Exit codes: 0 done; 1 bad input, or output that cannot be written; 2 bad usage.
+
+Examples:
+  equalize --band 1:freq=80,gain=4,q=1.5 --volume -4 song.wav louder-bass.wav
+  equalize --preset voice.preset --plot voice.svg talk.flac talk-clear.flac
+  equalize --band 3:freq=3150,gain=-6,q=8 --plot notch.svg --save-preset notch.preset
+  equalize --list)";
+
+void declare(CLI::App& app, Options& options) {
+    app.footer(Footer);
+    app.add_option("INPUT", options.input, "audio file to read: WAV, AIFF, FLAC, Ogg and others");
+    app.add_option("OUTPUT", options.output, "audio file to write");
+    app.add_option("--volume", options.volumes, "output volume, " + rangeText(Quantity::Volume))
+        ->type_name("DB")
+        ->allow_extra_args(false);
+    app.add_option("--band", options.bands,
+                   "settings of band N, 1 to 4, as N:freq=HZ,gain=DB,q=Q or any of the three: freq " +
+                       rangeText(Quantity::Frequency) + ", gain " + rangeText(Quantity::Gain) + ", q " +
+                       rangeText(Quantity::Q) + "; repeatable")
+        ->type_name("N:SETTINGS")
+        ->allow_extra_args(false);
+    app.add_option("--set", options.normalised,
+                   "value of a parameter by its index, as the effect takes it: 0 is the top of the range, 1 the "
+                   "bottom; repeatable")
+        ->type_name("INDEX=P")
+        ->allow_extra_args(false);
+    app.add_option("--preset", options.preset, "file with settings")->type_name("FILE");
+    app.add_option("--save-preset", options.savePreset, "write the settings into a file")->type_name("FILE");
+    app.add_option("--plot", options.plot, "draw the response into an SVG file")->type_name("FILE");
+    app.add_option("--plugin", options.plugin, "the effect's library, if not the one beside this program")
+        ->type_name("PATH");
+    app.add_option("--block", options.blockFrames, "frames to process at a time, 8192 if not given")
+        ->type_name("FRAMES")
+        ->check(CLI::Range(1, 1000000));
+    app.add_flag("--keep-latency", options.keepLatency, "leave the effect's delay in front of the sound");
+    app.add_flag("--no-rate-correction", options.noRateCorrection,
+                 "ask the effect for the frequencies as given, whatever the file's sampling rate");
+    app.add_flag("--list", options.list, "show the parameters, their ranges, and their values with these settings");
+    app.add_flag("--quiet", options.quiet, "show errors only");
+}
+
+Settings settingsFrom(const Options& options) {
+    Settings settings;
+    if (!options.preset.empty()) settings.readPreset(options.preset);
+    for (const std::string& volume : options.volumes) settings.setVolume(volume);
+    for (const std::string& band : options.bands) settings.setBand(band);
+    for (const std::string& value : options.normalised) settings.setNormalised(value);
+    return settings;
+}
+
+EffectLibrary libraryFrom(const Options& options) {
+    if (options.plugin.empty()) return EffectLibrary(EffectLibrary::defaultPlace());
+    return EffectLibrary(options.plugin);
+}
+
+void note(const Options& options, const std::string& message) {
+    if (!options.quiet) std::fprintf(stderr, "equalize: %s\n", message.c_str());
+}
+
+void noteRate(const Options& options, const Settings& settings, const FrequencyMap& frequencies) {
+    if (frequencies.isAtDesignRate() || !settings.dependsOnRate()) return;
+    const std::string rate = std::to_string(frequencies.sampleRate());
+    const std::string design = fixed(DesignRate, 0);
+    note(options, frequencies.isCorrected() ? rate + " Hz file: frequencies are scaled by " + design + "/" + rate +
+                                                  " on their way to the effect, so that they land where asked"
+                                            : rate + " Hz file, not corrected: frequencies land at " + rate + "/" +
+                                                  design + " of what is asked");
+}
+
+void noteClipping(const Options& options, const AudioWriter& writer) {
+    if (writer.clippedSamples() == 0) return;
+    const double excess = 20.0 * std::log10(static_cast<double>(writer.peak()));
+    note(options, std::to_string(writer.clippedSamples()) + " samples were clipped to full scale; the highest is " +
+                      fixed(excess, 2) + " dB above it");
+}
+
+void noteSummary(const Options& options, const AudioWriter& writer, double seconds) {
+    const SF_INFO& info = writer.info();
+    note(options, options.input + " -> " + options.output + ": " + std::to_string(writer.framesWritten()) +
+                      " frames, channels: " + std::to_string(info.channels) + ", " + std::to_string(info.samplerate) +
+                      " Hz, " + formatName(info.format) + ", in " + fixed(seconds, 1) + " s");
+}
+
+void list(const EffectLibrary& library, const Settings::Resolved& settings, const FrequencyMap& frequencies) {
+    const HostedEffect effect(library, settings, frequencies.sampleRate());
+    const NormalisedValues values = effect.parameters();
+    std::printf("%5s  %-10s  %-12s  %-14s  %8s  %s\n", "index", "preset", "effect", "range", "P", "value");
+    for (int index = 0; index < ParameterCount; ++index) {
+        const Quantity quantity = quantityOf(index);
+        const auto normalised = static_cast<double>(values[static_cast<std::size_t>(index)]);
+        const double value = fromNormalised(quantity, normalised);
+        std::printf("%5d  %-10s  %-12s  %-14s  %8.6f  %.2f %s\n", index, nameOf(index).c_str(),
+                    effect.parameterName(index).c_str(), rangeText(quantity).c_str(), normalised,
+                    quantity == Quantity::Frequency ? frequencies.landing(value) : value,
+                    scaleOf(quantity).unit.data());
+    }
+}
+
+void plot(const Options& options, const EffectLibrary& library, const Settings::Resolved& values,
+          const FrequencyMap& frequencies) {
+    const NormalisedValues all = HostedEffect(library, values, frequencies.sampleRate()).parameters();
+    OutputFile::write(options.plot, drawResponse(library, all, frequencies));
+}
+
+/// What can be done with and without a file.
+void serveSettings(const Options& options, const Settings& settings, const Settings::Resolved& values,
+                   const FrequencyMap& frequencies) {
+    if (!options.savePreset.empty()) OutputFile::write(options.savePreset, settings.presetText());
+    if (options.plot.empty() && !options.list) return;
+    const EffectLibrary library = libraryFrom(options);
+    if (options.list) list(library, values, frequencies);
+    if (!options.plot.empty()) plot(options, library, values, frequencies);
+}
+
+void runWithoutFiles(const Options& options, const Settings& settings) {
+    const FrequencyMap frequencies(static_cast<int>(DesignRate), !options.noRateCorrection);
+    serveSettings(options, settings, settings.resolve(frequencies), frequencies);
+}
+
+void runOnFiles(const Options& options, const Settings& settings) {
+    const auto start = std::chrono::steady_clock::now();
+    AudioReader reader(options.input);
+    const FrequencyMap frequencies(reader.info().samplerate, !options.noRateCorrection);
+    const Settings::Resolved values = settings.resolve(frequencies);
+    noteRate(options, settings, frequencies);
+    serveSettings(options, settings, values, frequencies);
+
+    const EffectLibrary library = libraryFrom(options);
+    ChannelPairs effects(library, values, reader.info().channels, reader.info().samplerate, options.blockFrames);
+    AudioWriter writer(options.output, outputFormatFor(options.output, reader.info()), reader);
+    {
+        Progress progress(reader.info().frames + effects.delay(), !options.quiet);
+        equalize(reader, effects, writer, options.keepLatency ? Latency::Kept : Latency::Removed, progress);
+    }
+    noteClipping(options, writer);
+    const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - start;
+    noteSummary(options, writer, duration.count());
+}
+
+void run(const Options& options) {
+    const bool hasOtherTask = options.list || !options.plot.empty() || !options.savePreset.empty();
+    if (options.input.empty() && !hasOtherTask) throw UsageError("INPUT and OUTPUT are missing; see --help");
+    if (!options.input.empty() && options.output.empty()) throw UsageError("OUTPUT is missing; see --help");
+    const Settings settings = settingsFrom(options);
+    if (options.input.empty())
+        runWithoutFiles(options, settings);
+    else
+        runOnFiles(options, settings);
+}
+
+int runCommand(int argumentCount, char** arguments) {
+    Options options;
+    CLI::App app("Equalizes an audio file through the Parametric Equalizer effect.", "equalize");
+    declare(app, options);
+    try {
+        app.parse(argumentCount, arguments);
+    } catch (const CLI::CallForHelp& help) {
+        return app.exit(help);
+    }
+    run(options);
+    return 0;
+}
+
+int fail(const char* message, int exitCode) {
+    std::fprintf(stderr, "equalize: %s\n", message);
+    return exitCode;
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments) {
+    removeTemporariesOnSignals();
+    try {
+        return runCommand(argumentCount, arguments);
+    } catch (const CLI::Error& error) {
+        return fail(error.what(), ExitBadUsage);
+    } catch (const UsageError& error) {
+        return fail(error.what(), ExitBadUsage);
+    } catch (const std::bad_alloc&) {
+        return fail("out of memory", ExitBadFile);
+    } catch (const std::exception& error) {
+        return fail(error.what(), ExitBadFile);
+    }
+}
