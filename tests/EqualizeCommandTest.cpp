@@ -526,6 +526,10 @@ TEST_F(EqualizeCommand, ListsParametersRangesAndValues) {
           " 6 band2.gain Gain(2) -10 to 10 dB 0.750000 -5.00 dB ", " 10 band2.q Q(2) 1 to 10 0.000000 10.00 ",
           " 12 band4.q Q(4) 1 to 10 0.555556 5.00 "})
         EXPECT_NE(table.find(row), std::string::npos) << row << "\n" << outcome.out;
+
+    const Outcome full = run({"--list"}, [] { dup2(open("/dev/full", O_WRONLY), STDOUT_FILENO); });
+    EXPECT_EQ(full.exitCode, 1);
+    EXPECT_NE(full.err.find("No space left on device"), std::string::npos) << full.err;
 }
 
 TEST_F(EqualizeCommand, TakesTheLibraryThatIsNamed) {

@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 namespace tool {
 
@@ -16,6 +17,8 @@ struct FileError : std::runtime_error {
 };
 
 /// A FileError from `errno`, as "what: the system's own text".
-[[nodiscard]] FileError systemError(const std::string& what, int errorNumber);
+[[nodiscard]] inline FileError systemError(const std::string& what, int errorNumber) {
+    return FileError(what + ": " + std::generic_category().message(errorNumber));
+}
 
 } // namespace tool

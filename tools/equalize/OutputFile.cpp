@@ -2,7 +2,6 @@
 
 #include "tools/equalize/Errors.h"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>

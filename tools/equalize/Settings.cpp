@@ -73,12 +73,12 @@ void Settings::readPresetLine(std::string_view line, const std::string& origin) 
     const std::string_view text = content.substr(equals + 1);
     try {
         if (const std::optional<int> index = indexOfName(name)) {
-            m_wishes[static_cast<std::size_t>(*index)] = {parseValue(quantityOf(*index), name, text), false, origin};
+            at(*index) = {parseValue(quantityOf(*index), name, text), false, origin};
             return;
         }
         if (name.starts_with(NormalisedPrefix)) {
             if (const std::optional<int> index = parseParameterIndex(name.substr(NormalisedPrefix.size()))) {
-                m_wishes[static_cast<std::size_t>(*index)] = {parseNormalised(name, text), true, origin};
+                at(*index) = {parseNormalised(name, text), true, origin};
                 return;
             }
         }
@@ -89,7 +89,7 @@ void Settings::readPresetLine(std::string_view line, const std::string& origin) 
 }
 
 void Settings::setVolume(std::string_view decibels) {
-    m_wishes[0] = {parseValue(Quantity::Volume, "--volume", decibels), false, {}};
+    at(0) = {parseValue(Quantity::Volume, "--volume", decibels), false, {}};
 }
 
 void Settings::setBand(std::string_view description) {
@@ -106,7 +106,7 @@ void Settings::setBand(std::string_view description) {
         if (!quantity || equals == std::string_view::npos)
             throw UsageError(what + ": " + quoted(part) + " is none of freq=HZ, gain=DB and q=Q");
         const int index = indexOf(*quantity, *band);
-        m_wishes[static_cast<std::size_t>(index)] = {parseValue(*quantity, what, part.substr(equals + 1)), false, {}};
+        at(index) = {parseValue(*quantity, what, part.substr(equals + 1)), false, {}};
     }
 }
 
@@ -116,15 +116,15 @@ void Settings::setNormalised(std::string_view description) {
     if (equals == std::string_view::npos) throw UsageError(what + ": it must be of the form INDEX=P");
     const std::optional<int> index = parseParameterIndex(description.substr(0, equals));
     if (!index) throw UsageError(what + ": the index must be 0 to " + std::to_string(ParameterCount - 1));
-    m_wishes[static_cast<std::size_t>(*index)] = {parseNormalised(what, description.substr(equals + 1)), true, {}};
+    at(*index) = {parseNormalised(what, description.substr(equals + 1)), true, {}};
 }
 
 /// A band that is given a gain in dB, but no frequency, is meant at its default frequency. Other bands are not heard,
 /// or are set for the effect as it stands, and are left alone.
 std::optional<Settings::Wish> Settings::frequencyWish(int band) const {
-    const std::optional<Wish>& frequency = m_wishes[static_cast<std::size_t>(indexOf(Quantity::Frequency, band))];
+    const std::optional<Wish>& frequency = at(indexOf(Quantity::Frequency, band));
     if (frequency) return frequency;
-    const std::optional<Wish>& gain = m_wishes[static_cast<std::size_t>(indexOf(Quantity::Gain, band))];
+    const std::optional<Wish>& gain = at(indexOf(Quantity::Gain, band));
     if (!gain || gain->normalised || gain->value == 0.0) return std::nullopt;
     return Wish{defaultValue(indexOf(Quantity::Frequency, band)), false, gain->origin};
 }
@@ -137,25 +137,31 @@ bool Settings::dependsOnRate() const {
     return false;
 }
 
+void Settings::requireReach(int band, const Wish& frequency, const FrequencyMap& frequencies) {
+    if (frequencies.reaches(frequency.value)) return;
+    const std::string message = frequency.origin + "band " + std::to_string(band) + ": " + shortest(frequency.value) +
+                                " Hz is out of reach at " + std::to_string(frequencies.sampleRate()) +
+                                " Hz; the range is " + frequencies.reachText();
+    if (frequency.origin.empty()) throw UsageError(message);
+    throw FileError(message);
+}
+
 Settings::Resolved Settings::resolve(const FrequencyMap& frequencies) const {
     Resolved resolved;
     for (int index = 0; index < ParameterCount; ++index) {
         const Quantity quantity = quantityOf(index);
         const bool isFrequency = quantity == Quantity::Frequency;
-        const std::optional<Wish> wish =
-            isFrequency ? frequencyWish(bandOf(index)) : m_wishes[static_cast<std::size_t>(index)];
+        const std::optional<Wish> wish = isFrequency ? frequencyWish(bandOf(index)) : at(index);
         if (!wish) continue;
-        if (isFrequency && !wish->normalised && !frequencies.reaches(wish->value)) {
-            const std::string message = wish->origin + "band " + std::to_string(bandOf(index)) + ": " +
-                                        shortest(wish->value) + " Hz is out of reach at " +
-                                        std::to_string(frequencies.sampleRate()) + " Hz; the range is " +
-                                        frequencies.reachText();
-            if (wish->origin.empty()) throw UsageError(message);
-            throw FileError(message);
+        std::optional<float>& value = resolved[static_cast<std::size_t>(index)];
+        if (wish->normalised) {
+            value = static_cast<float>(wish->value);
+        } else if (isFrequency) {
+            requireReach(bandOf(index), *wish, frequencies);
+            value = toNormalised(quantity, frequencies.toNominal(wish->value));
+        } else {
+            value = toNormalised(quantity, wish->value);
         }
-        const double value = isFrequency ? frequencies.toNominal(wish->value) : wish->value;
-        resolved[static_cast<std::size_t>(index)] =
-            wish->normalised ? static_cast<float>(wish->value) : toNormalised(quantity, value);
     }
     return resolved;
 }
@@ -166,7 +172,7 @@ std::string Settings::presetText() const {
                        rangeText(Quantity::Volume) + ", freq " + rangeText(Quantity::Frequency) + ", gain " +
                        rangeText(Quantity::Gain) + ", q " + rangeText(Quantity::Q) + ".\n";
     for (int index = 0; index < ParameterCount; ++index) {
-        const std::optional<Wish>& wish = m_wishes[static_cast<std::size_t>(index)];
+        const std::optional<Wish>& wish = at(index);
         if (wish && wish->normalised)
             text += std::string(NormalisedPrefix) + std::to_string(index) + " = " + shortest(wish->value) + "  # " +
                     nameOf(index) + ", normalised: 0 is the top of its range, 1 the bottom\n";

@@ -43,8 +43,12 @@ private:
         std::string origin; ///< "FILE:LINE: " of a preset; empty for the command line
     };
 
+    [[nodiscard]] std::optional<Wish>& at(int index) { return m_wishes[static_cast<std::size_t>(index)]; }
+    [[nodiscard]] const std::optional<Wish>& at(int index) const { return m_wishes[static_cast<std::size_t>(index)]; }
+
     void readPresetLine(std::string_view line, const std::string& origin);
     [[nodiscard]] std::optional<Wish> frequencyWish(int band) const;
+    static void requireReach(int band, const Wish& frequency, const FrequencyMap& frequencies);
 
     std::array<std::optional<Wish>, ParameterCount> m_wishes;
 };

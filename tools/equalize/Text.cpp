@@ -1,17 +1,11 @@
 #include "tools/equalize/Text.h"
 
-#include "tools/equalize/Errors.h"
-
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <system_error>
 
 namespace tool {
-
-FileError systemError(const std::string& what, int errorNumber) {
-    return FileError(what + ": " + std::generic_category().message(errorNumber));
-}
 
 std::string_view trimmed(std::string_view text) {
     constexpr std::string_view Blanks = " \t\r\n";

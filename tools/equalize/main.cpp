@@ -13,6 +13,7 @@
 #include "tools/equalize/Settings.h"
 #include "tools/equalize/Text.h"
 
+#include <cerrno>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
@@ -153,6 +154,7 @@ void list(const EffectLibrary& library, const Settings::Resolved& settings, cons
                     quantity == Quantity::Frequency ? frequencies.landing(value) : value,
                     scaleOf(quantity).unit.data());
     }
+    if (std::fflush(stdout) != 0) throw systemError("standard output", errno);
 }
 
 void plot(const Options& options, const EffectLibrary& library, const Settings::Resolved& values,
