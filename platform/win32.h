@@ -4,4 +4,22 @@
 
 #ifdef _WIN32
 #include <windows.h>
+// The lean set leaves COM's memory functions out.
+#include <objbase.h>
+#else
+// The stand-in: the part of Win32 that this project calls, behind the same names, signatures and error codes.
+#include "platform/standin/CodePages.h"
+#include "platform/standin/DebugOutput.h"
+#include "platform/standin/Errors.h"
+#include "platform/standin/Files.h"
+#include "platform/standin/Keys.h"
+#include "platform/standin/Locale.h"
+#include "platform/standin/Locks.h"
+#include "platform/standin/Memory.h"
+#include "platform/standin/MessageBox.h"
+#include "platform/standin/Modules.h"
+#include "platform/standin/Registry.h"
+#include "platform/standin/SerialPorts.h"
+#include "platform/standin/System.h"
+#include "platform/standin/Types.h"
 #endif

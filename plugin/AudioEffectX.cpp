@@ -7,7 +7,7 @@ intptr asValue(void* pointer) {
     return reinterpret_cast<intptr>(pointer);
 }
 void* asPointer(intptr value) {
-    return reinterpret_cast<void*>(value);
+    return reinterpret_cast<void*>(value); // NOLINT(performance-no-int-to-ptr): the host's own form
 }
 
 } // namespace

@@ -1,53 +1,14 @@
 #include "plugin/ParametricEqualizer.h"
 
+#include "plugin/DisplayText.h"
+#include "plugin/ParameterTable.h"
+#include "wedge/CLanguageStore.h"
+
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 #include <new>
 
 namespace {
-
-double volumeInDb(double p) {
-    return (p - 0.5) * -24.0;
-}
-double frequencyInHz(double p) {
-    return 20.0 * std::pow(10.0, (1.0 - p) * 3.0);
-}
-double gainInDb(double p) {
-    return (p - 0.5) * -20.0;
-}
-double quality(double p) {
-    return 10.0 - p * 9.0;
-}
-
-struct Parameter {
-    const char* name;
-    const char* label;
-    float defaultValue;
-    double (*engineValue)(double p);
-};
-
-// The default frequencies put the bands a decade apart: 20 Hz, 200 Hz, 2 kHz and 20 kHz.
-constexpr Parameter Parameters[] = {
-    {"Volume", "dB", 0.5f, volumeInDb},
-    {"Frequency(1)", "Hz", 1.0f, frequencyInHz},
-    {"Frequency(2)", "Hz", 2.0f / 3.0f, frequencyInHz},
-    {"Frequency(3)", "Hz", 1.0f / 3.0f, frequencyInHz},
-    {"Frequency(4)", "Hz", 0.0f, frequencyInHz},
-    {"Gain(1)", "dB", 0.5f, gainInDb},
-    {"Gain(2)", "dB", 0.5f, gainInDb},
-    {"Gain(3)", "dB", 0.5f, gainInDb},
-    {"Gain(4)", "dB", 0.5f, gainInDb},
-    {"Q(1)", "", 5.0f / 9.0f, quality},
-    {"Q(2)", "", 5.0f / 9.0f, quality},
-    {"Q(3)", "", 5.0f / 9.0f, quality},
-    {"Q(4)", "", 5.0f / 9.0f, quality},
-};
-static_assert(std::size(Parameters) == ParameterCount);
-
-bool isParameter(int32 index) {
-    return index >= 0 && index < ParameterCount;
-}
 
 constexpr int32 UniqueId = 0x4D68567A; // "zVhM" in memory order
 
@@ -67,6 +28,10 @@ ParametricEqualizer::ParametricEqualizer(audioMasterCallback hostCallback)
     AudioEffectX::canProcessReplacing(true);
     AudioEffectX::setInitialDelay(engines[0]->latency());
     AudioEffectX::setUniqueID(UniqueId);
+
+    // The language files are read here, so that a broken one fails while the effect is made and not under a host that
+    // asks for a text.
+    CLanguageStore::Instance();
 }
 
 void ParametricEqualizer::setParameter(int32 index, float value) {
@@ -96,6 +61,10 @@ void ParametricEqualizer::getProgramName(char* name) {
 
 void ParametricEqualizer::getParameterLabel(int32 index, char* label) {
     if (isParameter(index)) std::strcpy(label, Parameters[index].label);
+}
+
+void ParametricEqualizer::getParameterDisplay(int32 index, char* text) {
+    if (isParameter(index)) writeDisplay(Parameters[index], getParameter(index), text);
 }
 
 void ParametricEqualizer::getParameterName(int32 index, char* text) {

@@ -18,11 +18,11 @@ inline std::atomic<bool> editorCreationFailed = false;
 ///
 /// `process` and `processReplacing` belong to one thread at a time; parameters may be set and read from any thread
 /// meanwhile. `suspend` and `setBlockSize` replace what the others use, so the host calls nothing else meanwhile.
-class ParametricEqualizer final : public AudioEffectX {
+class ParametricEqualizer : public AudioEffectX {
 public:
     static constexpr int32 ChannelCount = 2;
 
-    /// Throws std::bad_alloc when memory is short.
+    /// Throws std::bad_alloc when memory is short, and what the language store throws for a broken language file.
     explicit ParametricEqualizer(audioMasterCallback hostCallback);
 
     /// An index out of range stores nothing, but all else happens as for any other.
@@ -35,6 +35,8 @@ public:
 
     void getProgramName(char* name) override;
     void getParameterLabel(int32 index, char* label) override;
+    /// At most 27 bytes and the terminator, in the system's ANSI code page.
+    void getParameterDisplay(int32 index, char* text) override;
     void getParameterName(int32 index, char* text) override;
 
     /// A size of 0 or less is ignored.

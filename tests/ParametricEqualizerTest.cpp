@@ -10,6 +10,7 @@
 #include <cstring>
 #include <limits>
 #include <thread>
+#include <utility>
 
 namespace {
 
@@ -291,7 +292,7 @@ TEST(ParametricEqualizer, LeavesNoMemoryBehind) {
     for (long granted = 0;; ++granted) {
         std::unique_ptr<ParametricEqualizer> effect;
         {
-            const allocations::Shortage shortage(granted);
+            const allocations::Shortage shortage(granted, 1);
             try {
                 effect = std::make_unique<ParametricEqualizer>(nullptr);
             } catch (const std::bad_alloc&) {
@@ -303,6 +304,32 @@ TEST(ParametricEqualizer, LeavesNoMemoryBehind) {
         }
         EXPECT_EQ(allocations::live, before);
     }
+}
+
+TEST(ParametricEqualizer, LosesNoChangeThatComesInTheMidstOfAnother) {
+    // What another thread would do between the reading of the values and their hand-over.
+    class Interrupted : public ParametricEqualizer {
+    public:
+        using ParametricEqualizer::ParametricEqualizer;
+        float getParameter(int32 index) override {
+            const float value = ParametricEqualizer::getParameter(index);
+            if (index == 12 && std::exchange(armed, false)) setParameter(0, 0.0f);
+            return value;
+        }
+        bool armed = false;
+    };
+    Interrupted effect(nullptr);
+    setAll(effect, Audible);
+    effect.armed = true;
+    effect.setParameter(1, 1.0f);
+    EXPECT_FALSE(effect.armed);
+
+    Values last = Audible;
+    last[0] = 0.0f;
+    last[1] = 1.0f;
+    ReferencePair reference(engineValues(last));
+    const Stereo audio = noise(2 * BlockSize);
+    EXPECT_TRUE(sameBits(render(effect, audio), reference.render(audio)));
 }
 
 TEST(ParametricEqualizer, LosesNoChangeOfManyThreads) {

@@ -1,9 +1,10 @@
 #pragma once
 
-// Counts what the program allocates by new, and makes it fail on demand. Replaces the global operators, so exactly one
-// source of a program includes this.
+// Counts what the program allocates by new, and makes it fail on demand, in programs that AllocationCounter.cpp is
+// part of.
 
 #include <atomic>
+#include <climits>
 #include <cstddef>
 #include <cstdlib>
 #include <new>
@@ -13,11 +14,15 @@ namespace allocations {
 inline std::atomic<long> live = 0;         // blocks not yet released
 inline std::atomic<std::size_t> asked = 0; // bytes that were asked for, in all
 inline std::atomic<long> leftToGrant = -1; // how many more succeed; all, if negative
+inline std::atomic<long> leftToRefuse = 0; // how many fail after them
 
-/// Lets `count` allocations succeed, and none after them, until the end of its own life.
+/// Lets `granted` allocations succeed and then refuses the next ones, until the end of its own life.
 class Shortage {
 public:
-    explicit Shortage(long count = 0) { leftToGrant = count; }
+    explicit Shortage(long granted, long refused = LONG_MAX) {
+        leftToRefuse = refused;
+        leftToGrant = granted;
+    }
     ~Shortage() { leftToGrant = -1; }
     Shortage(const Shortage&) = delete;
     Shortage& operator=(const Shortage&) = delete;
@@ -25,7 +30,10 @@ public:
 
 inline void* take(std::size_t size) noexcept {
     asked += size;
-    if (leftToGrant == 0) return nullptr;
+    if (leftToGrant == 0 && leftToRefuse > 0) {
+        --leftToRefuse;
+        return nullptr;
+    }
     if (leftToGrant > 0) --leftToGrant;
     void* const block = std::malloc(size == 0 ? 1 : size);
     if (block) ++live;
@@ -43,28 +51,3 @@ inline void release(void* block) noexcept {
 }
 
 } // namespace allocations
-
-void* operator new(std::size_t size) {
-    return allocations::takeOrThrow(size);
-}
-void* operator new[](std::size_t size) {
-    return allocations::takeOrThrow(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return allocations::take(size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    return allocations::take(size);
-}
-void operator delete(void* block) noexcept {
-    allocations::release(block);
-}
-void operator delete[](void* block) noexcept {
-    allocations::release(block);
-}
-void operator delete(void* block, std::size_t) noexcept {
-    allocations::release(block);
-}
-void operator delete[](void* block, std::size_t) noexcept {
-    allocations::release(block);
-}

@@ -1,18 +1,10 @@
-#include "plugin/Module.h"
+// What happens when Windows loads the library. On Linux there is nothing to do.
 
-namespace {
-
-HINSTANCE ownModule = nullptr;
-
-} // namespace
-
-HINSTANCE moduleHandle() noexcept {
-    return ownModule;
-}
+#include "wedge/OwnModule.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved*/) {
     if (reason == DLL_PROCESS_ATTACH) {
-        ownModule = module;
+        setOwnModule(module);
         DisableThreadLibraryCalls(module);
     }
     return TRUE;

@@ -1,0 +1,97 @@
+// How long a host waits for the language files at the first use, and what each look-up costs from then on.
+
+#include "tests/support/TemporaryFolder.h"
+#include "wedge/CLanguageStore.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr int KeysPerFile = 2000;
+constexpr WORD English = 1033;
+
+std::string keyOf(int number) {
+    return "IDS_Benchmark_" + std::to_string(number);
+}
+
+std::string fileText(int first_key, int keys) {
+    std::string text = "// A language file for measuring\n\n[Module]\n";
+    for (int key = first_key; key < first_key + keys; ++key) {
+        text += keyOf(key) + " = A text of usual length\\nwith \\x41 in it, number " + std::to_string(key) + "\n";
+    }
+    return text;
+}
+
+std::string modulePath(const TemporaryFolder& folder) {
+    return folder.path("Module.dll");
+}
+
+/// All files are English, each with keys of its own: each is read, and once more in every step that takes English.
+void BuildFromEnglishFiles(benchmark::State& state) {
+    const TemporaryFolder folder;
+    std::int64_t bytes = 0;
+    for (int file = 0; file < state.range(0); ++file) {
+        const std::string text = fileText(file * KeysPerFile, KeysPerFile);
+        // What is behind the first digits and "lng" is free.
+        folder.write("1033_lng " + std::to_string(file) + ".lng", text);
+        bytes += static_cast<std::int64_t>(text.size());
+    }
+    for (auto _ : state) {
+        const CLanguageStore store(modulePath(folder), 0);
+        benchmark::DoNotOptimize(store.Find("IDS_Benchmark_0"));
+    }
+    state.SetBytesProcessed(bytes * static_cast<std::int64_t>(state.iterations()));
+}
+BENCHMARK(BuildFromEnglishFiles)->Arg(75)->Arg(150)->Arg(300)->Unit(benchmark::kMillisecond);
+
+/// Each file is of another language, as in a shipped folder: only the fitting ones are read.
+void BuildBesideManyLanguages(benchmark::State& state) {
+    const TemporaryFolder folder;
+    for (int file = 0; file < 300; ++file) {
+        folder.write("Equalizer" + std::to_string(1025 + file) + ".lng", fileText(0, KeysPerFile));
+    }
+    for (auto _ : state) {
+        const CLanguageStore store(modulePath(folder), English + 1);
+        benchmark::DoNotOptimize(store.Find("IDS_Benchmark_0"));
+    }
+}
+BENCHMARK(BuildBesideManyLanguages)->Unit(benchmark::kMillisecond);
+
+/// One look-up, with this many keys in the store; on several threads at once, each in an order of its own.
+void LookUp(benchmark::State& state) {
+    static const CLanguageStore* store = nullptr;
+    const int keys = static_cast<int>(state.range(0));
+    if (state.thread_index() == 0) {
+        const TemporaryFolder folder;
+        folder.write("1033.lng", fileText(0, keys));
+        store = new CLanguageStore(modulePath(folder), 0);
+    }
+    std::vector<std::string> wanted;
+    for (int i = 0; i < 1000; ++i) {
+        constexpr std::int64_t Stride = 7919; // a prime, so that neighbours lie far apart
+        wanted.push_back(keyOf(static_cast<int>((i + state.thread_index()) * Stride % keys)));
+    }
+    std::size_t next = 0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(store->Find(wanted[next].c_str()));
+        next = next + 1 == wanted.size() ? 0 : next + 1;
+    }
+    if (state.thread_index() == 0) delete store;
+}
+BENCHMARK(LookUp)->Arg(200)->Arg(2000)->Arg(20000)->Arg(200000)->Arg(600000);
+BENCHMARK(LookUp)->Arg(2000)->ThreadRange(1, 4)->UseRealTime();
+
+/// A value full of escapes.
+void DecodeValue(benchmark::State& state) {
+    std::string value;
+    while (value.size() < static_cast<std::size_t>(state.range(0))) value += "\\nab\\x41";
+    for (auto _ : state) benchmark::DoNotOptimize(decode_value(value));
+    state.SetBytesProcessed(static_cast<std::int64_t>(value.size()) * static_cast<std::int64_t>(state.iterations()));
+}
+BENCHMARK(DecodeValue)->Arg(1 << 10)->Arg(1 << 20)->Arg(10 << 20);
+
+} // namespace

@@ -1,0 +1,12 @@
+#pragma once
+
+namespace platform {
+
+/// What parts the folders of a path from the file functions.
+#ifdef _WIN32
+inline constexpr char pathSeparator = '\\';
+#else
+inline constexpr char pathSeparator = '/';
+#endif
+
+} // namespace platform

@@ -1,0 +1,170 @@
+#include "platform/standin/CodePages.h"
+
+#include "platform/standin/CodePageTable.h"
+#include "platform/standin/Errors.h"
+#include "platform/standin/TestHooks.h"
+#include "platform/standin/Utf8.h"
+
+#include <atomic>
+#include <cstring>
+#include <cwchar>
+
+namespace {
+
+constexpr UINT CP_THREAD_ACP_NUMBER = 3;
+
+std::atomic<UINT> ansiCodepage = CP_UTF8;
+
+UINT numberOf(UINT codePage) noexcept {
+    const bool ansi = codePage == CP_ACP || codePage == CP_THREAD_ACP_NUMBER;
+    return ansi ? ansiCodepage.load() : codePage;
+}
+
+int fail(DWORD code) noexcept {
+    SetLastError(code);
+    return 0;
+}
+
+/// The caller's buffer, or with a size of 0 a count of what would go in.
+template <typename Unit>
+class Output {
+public:
+    Output(Unit* buffer, int size) noexcept : m_buffer(buffer), m_size(size) {}
+
+    /// Takes the units of one character, all or none.
+    template <typename Source>
+    void put(const Source* units, int count) noexcept {
+        if (m_size == 0) {
+            m_count += count;
+            return;
+        }
+        if (m_full || count > m_size - m_count) {
+            m_full = true;
+            return;
+        }
+        for (int i = 0; i < count; ++i) m_buffer[m_count++] = static_cast<Unit>(units[i]);
+    }
+
+    int finish() const noexcept { return m_full ? fail(ERROR_INSUFFICIENT_BUFFER) : m_count; }
+
+private:
+    Unit* m_buffer;
+    int m_size;
+    int m_count = 0;
+    bool m_full = false;
+};
+
+template <typename Text, typename Unit>
+bool argumentsFit(const Text* text, int textSize, const Unit* buffer, int bufferSize) noexcept {
+    return text && textSize != 0 && bufferSize >= 0 && (buffer || bufferSize == 0);
+}
+
+/// Decodes with any decoder: a function that reads the character at the front of a text.
+template <typename Decode>
+int decodeText(std::string_view text, bool strict, Output<wchar_t> output, Decode decode) {
+    while (!text.empty()) {
+        const auto character = decode(text);
+        if (strict && !character.valid) return fail(ERROR_NO_UNICODE_TRANSLATION);
+        output.put(character.units.data(), character.unitCount);
+        text.remove_prefix(static_cast<std::size_t>(character.size));
+    }
+    return output.finish();
+}
+
+int decodeUtf8(std::string_view text, bool strict, Output<wchar_t> output) {
+    return decodeText(text, strict, output, standin::decodeUtf8);
+}
+
+int decodeTable(const standin::CodePageTable& table, std::string_view text, bool strict, Output<wchar_t> output) {
+    return decodeText(text, strict, output, [&table](std::string_view rest) {
+        const auto character = table.decode(rest);
+        return standin::DecodedCharacter{{character.unit}, 1, character.size, character.valid};
+    });
+}
+
+int encodeUtf8(std::wstring_view text, bool strict, Output<char> output) {
+    while (!text.empty()) {
+        const auto character = standin::encodeUtf8(text);
+        if (strict && !character.valid) return fail(ERROR_NO_UNICODE_TRANSLATION);
+        output.put(character.bytes.data(), character.byteCount);
+        text.remove_prefix(static_cast<std::size_t>(character.unitCount));
+    }
+    return output.finish();
+}
+
+/// The default character of a conversion: the caller's, or the question mark that all pages have.
+standin::CodePageTable::Encoded defaultCharacterOf(const standin::CodePageTable& table, LPCSTR chosen) noexcept {
+    if (!chosen) return {{'?'}, 1};
+    if (!table.isLeadByte(static_cast<BYTE>(chosen[0]))) return {{chosen[0]}, 1};
+    return {{chosen[0], chosen[1]}, 2};
+}
+
+int encodeTable(const standin::CodePageTable& table, std::wstring_view text, Output<char> output,
+                LPCSTR defaultCharacter, LPBOOL usedDefaultCharacter) {
+    const auto substitute = defaultCharacterOf(table, defaultCharacter);
+    BOOL substituted = FALSE;
+    for (const wchar_t unit : text) {
+        const auto character = table.encode(static_cast<char16_t>(unit));
+        if (!character) substituted = TRUE;
+        const auto& written = character ? *character : substitute;
+        output.put(written.bytes.data(), written.size);
+    }
+    if (usedDefaultCharacter) *usedDefaultCharacter = substituted;
+    return output.finish();
+}
+
+} // namespace
+
+namespace standin {
+
+void setAnsiCodepage(UINT codePage) noexcept {
+    ansiCodepage = codePage;
+}
+
+} // namespace standin
+
+UINT WINAPI GetACP() noexcept {
+    return ansiCodepage;
+}
+
+BOOL WINAPI IsDBCSLeadByte(BYTE byte) noexcept try {
+    const auto* const table = standin::CodePageTable::find(ansiCodepage);
+    return table && table->isLeadByte(byte);
+} catch (...) {
+    return FALSE;
+}
+
+int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int textSize, LPWSTR buffer,
+                               int bufferSize) noexcept try {
+    if (!argumentsFit(text, textSize, buffer, bufferSize)) return fail(ERROR_INVALID_PARAMETER);
+    const UINT page = numberOf(codePage);
+    const auto* const table = standin::CodePageTable::find(page);
+    if (!table && page != CP_UTF8) return fail(ERROR_INVALID_PARAMETER);
+    const DWORD knownFlags = table ? MB_PRECOMPOSED | MB_ERR_INVALID_CHARS : MB_ERR_INVALID_CHARS;
+    if ((flags & ~knownFlags) != 0) return fail(ERROR_INVALID_FLAGS);
+
+    const std::string_view source(text, textSize < 0 ? std::strlen(text) + 1 : static_cast<std::size_t>(textSize));
+    const bool strict = (flags & MB_ERR_INVALID_CHARS) != 0;
+    const Output output(buffer, bufferSize);
+    return table ? decodeTable(*table, source, strict, output) : decodeUtf8(source, strict, output);
+} catch (...) {
+    return fail(ERROR_NOT_ENOUGH_MEMORY);
+}
+
+int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int textSize, LPSTR buffer, int bufferSize,
+                               LPCSTR defaultCharacter, LPBOOL usedDefaultCharacter) noexcept try {
+    if (!argumentsFit(text, textSize, buffer, bufferSize)) return fail(ERROR_INVALID_PARAMETER);
+    const UINT page = numberOf(codePage);
+    const auto* const table = standin::CodePageTable::find(page);
+    if (!table && page != CP_UTF8) return fail(ERROR_INVALID_PARAMETER);
+    // UTF-8 has every character, so it takes no default.
+    if (!table && (defaultCharacter || usedDefaultCharacter)) return fail(ERROR_INVALID_PARAMETER);
+    if ((flags & ~(table ? WC_NO_BEST_FIT_CHARS : WC_ERR_INVALID_CHARS)) != 0) return fail(ERROR_INVALID_FLAGS);
+
+    const std::wstring_view source(text, textSize < 0 ? std::wcslen(text) + 1 : static_cast<std::size_t>(textSize));
+    const Output output(buffer, bufferSize);
+    if (!table) return encodeUtf8(source, (flags & WC_ERR_INVALID_CHARS) != 0, output);
+    return encodeTable(*table, source, output, defaultCharacter, usedDefaultCharacter);
+} catch (...) {
+    return fail(ERROR_NOT_ENOUGH_MEMORY);
+}

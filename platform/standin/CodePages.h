@@ -1,0 +1,28 @@
+#pragma once
+
+// Conversion between bytes of a code page and UTF-16 code units.
+//
+// Known are UTF-8 and the single-byte and double-byte code pages of iconv that language files may name. Best-fit
+// characters are not known: what a page lacks becomes the default character.
+
+#include "platform/standin/Types.h"
+
+inline constexpr UINT CP_ACP = 0;
+inline constexpr UINT CP_UTF8 = 65001;
+
+inline constexpr DWORD MB_PRECOMPOSED = 0x00000001;
+inline constexpr DWORD MB_ERR_INVALID_CHARS = 0x00000008;
+inline constexpr DWORD WC_ERR_INVALID_CHARS = 0x00000080;
+inline constexpr DWORD WC_NO_BEST_FIT_CHARS = 0x00000400;
+
+extern "C" {
+
+/// The ANSI code page: UTF-8, unless a test has set another.
+UINT WINAPI GetACP() noexcept;
+BOOL WINAPI IsDBCSLeadByte(BYTE byte) noexcept;
+
+int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int textSize, LPWSTR buffer,
+                               int bufferSize) noexcept;
+int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int textSize, LPSTR buffer, int bufferSize,
+                               LPCSTR defaultCharacter, LPBOOL usedDefaultCharacter) noexcept;
+}

@@ -1,0 +1,138 @@
+#include "platform/standin/Files.h"
+
+#include "platform/standin/Errors.h"
+#include "platform/standin/HandleTable.h"
+#include "platform/standin/TextMatch.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <strings.h>
+#include <system_error>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The entries that fitted when the search began, in the order in which they are given out.
+struct Search {
+    std::vector<WIN32_FIND_DATAA> entries;
+    std::size_t next = 0;
+};
+
+standin::HandleTable<Search>& searches() {
+    static auto* const table = new standin::HandleTable<Search>;
+    return *table;
+}
+
+DWORD attributesOf(const fs::file_status& status) noexcept {
+    DWORD attributes = fs::is_directory(status) ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_ARCHIVE;
+    constexpr auto anyWrite = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+    if ((status.permissions() & anyWrite) == fs::perms::none) attributes |= FILE_ATTRIBUTE_READONLY;
+    return attributes;
+}
+
+WIN32_FIND_DATAA describe(const fs::path& path, const std::string& name) {
+    std::error_code ignored;
+    const auto status = fs::status(path, ignored);
+    const auto size = fs::is_regular_file(status) ? fs::file_size(path, ignored) : 0;
+
+    WIN32_FIND_DATAA found{};
+    found.dwFileAttributes = attributesOf(status);
+    found.nFileSizeHigh = static_cast<DWORD>(size >> 32);
+    found.nFileSizeLow = static_cast<DWORD>(size);
+    name.copy(found.cFileName, sizeof found.cFileName - 1);
+    return found;
+}
+
+/// A pattern "*.*" stands for all names, with or without a dot, as it always has.
+std::string modernPattern(const std::string& pattern) {
+    return pattern == "*.*" ? "*" : pattern;
+}
+
+std::vector<WIN32_FIND_DATAA> fittingEntries(const fs::path& folder, const std::string& pattern) {
+    std::vector<WIN32_FIND_DATAA> entries;
+    const auto add = [&](const std::string& name) {
+        const bool fits = name.size() < MAX_PATH && standin::fitsPattern(name, pattern);
+        if (fits) entries.push_back(describe(folder / name, name));
+    };
+    // These two are entries of every folder, though the library leaves them out.
+    add(".");
+    add("..");
+    for (const auto& entry : fs::directory_iterator(folder)) add(entry.path().filename().string());
+
+    std::sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) {
+        const int order = strcasecmp(a.cFileName, b.cFileName);
+        return order != 0 ? order < 0 : std::string_view(a.cFileName) < std::string_view(b.cFileName);
+    });
+    return entries;
+}
+
+/// The codes that the file functions give for a path that cannot be reached.
+DWORD codeOf(const std::error_code& error) noexcept {
+    if (error == std::errc::permission_denied) return ERROR_ACCESS_DENIED;
+    if (error == std::errc::filename_too_long) return ERROR_FILENAME_EXCED_RANGE;
+    return ERROR_PATH_NOT_FOUND;
+}
+
+HANDLE failedSearch(DWORD code) noexcept {
+    SetLastError(code);
+    return INVALID_HANDLE_VALUE;
+}
+
+DWORD failedPath(DWORD code) noexcept {
+    SetLastError(code);
+    return 0;
+}
+
+} // namespace
+
+HANDLE WINAPI FindFirstFileA(LPCSTR pattern, LPWIN32_FIND_DATAA found) noexcept try {
+    const fs::path path = pattern;
+    const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
+    auto search = std::make_shared<Search>();
+    search->entries = fittingEntries(folder, modernPattern(path.filename().string()));
+    if (search->entries.empty()) return failedSearch(ERROR_FILE_NOT_FOUND);
+
+    *found = search->entries[search->next++];
+    return searches().add(std::move(search));
+} catch (const fs::filesystem_error& error) {
+    return failedSearch(codeOf(error.code()));
+} catch (...) {
+    return failedSearch(ERROR_NOT_ENOUGH_MEMORY);
+}
+
+BOOL WINAPI FindNextFileA(HANDLE search, LPWIN32_FIND_DATAA found) noexcept {
+    const auto state = searches().find(search);
+    const bool more = state && state->next < state->entries.size();
+    if (!more) {
+        SetLastError(state ? ERROR_NO_MORE_FILES : ERROR_INVALID_HANDLE);
+        return FALSE;
+    }
+    *found = state->entries[state->next++];
+    return TRUE;
+}
+
+BOOL WINAPI FindClose(HANDLE search) noexcept {
+    if (searches().remove(search)) return TRUE;
+    SetLastError(ERROR_INVALID_HANDLE);
+    return FALSE;
+}
+
+DWORD WINAPI GetLongPathNameA(LPCSTR path, LPSTR buffer, DWORD size) noexcept try {
+    if (!path) return failedPath(ERROR_INVALID_PARAMETER);
+    if (*path == '\0') return failedPath(ERROR_PATH_NOT_FOUND);
+
+    std::error_code error;
+    if (!fs::exists(path, error)) return failedPath(error ? codeOf(error) : ERROR_FILE_NOT_FOUND);
+
+    const std::string_view text = path;
+    const DWORD needed = static_cast<DWORD>(text.size() + 1);
+    if (size < needed) return needed;
+    // The two buffers may be one.
+    std::char_traits<char>::move(buffer, path, needed);
+    return needed - 1;
+} catch (...) {
+    return failedPath(ERROR_NOT_ENOUGH_MEMORY);
+}

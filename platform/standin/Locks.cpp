@@ -1,0 +1,195 @@
+#include "platform/standin/Locks.h"
+
+#include "platform/standin/KernelObject.h"
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace {
+
+std::recursive_mutex& lockOf(LPCRITICAL_SECTION section) noexcept {
+    return *static_cast<std::recursive_mutex*>(section->lock);
+}
+
+class MutexObject : public standin::KernelObject {
+public:
+    /// Makes the calling thread the owner, once more if it is already.
+    DWORD wait(DWORD milliseconds) {
+        std::unique_lock guard(m_guard);
+        if (m_owner == GetCurrentThreadId()) {
+            ++m_depth;
+            return WAIT_OBJECT_0;
+        }
+        if (!waitUntilFree(guard, milliseconds)) return WAIT_TIMEOUT;
+        m_owner = GetCurrentThreadId();
+        m_depth = 1;
+        return std::exchange(m_abandoned, false) ? WAIT_ABANDONED : WAIT_OBJECT_0;
+    }
+
+    enum class Release { NotOwner, StillHeld, Free };
+
+    Release release() noexcept {
+        const std::lock_guard guard(m_guard);
+        if (m_owner != GetCurrentThreadId()) return Release::NotOwner;
+        if (--m_depth > 0) return Release::StillHeld;
+        free();
+        return Release::Free;
+    }
+
+    /// The owner's thread has ended: the next owner is told so.
+    void abandon() noexcept {
+        const std::lock_guard guard(m_guard);
+        m_abandoned = true;
+        free();
+    }
+
+private:
+    bool waitUntilFree(std::unique_lock<std::mutex>& guard, DWORD milliseconds) {
+        const auto isFree = [this] { return m_owner == Nobody; };
+        if (milliseconds != INFINITE) return m_freed.wait_for(guard, std::chrono::milliseconds(milliseconds), isFree);
+        m_freed.wait(guard, isFree);
+        return true;
+    }
+
+    void free() noexcept {
+        m_owner = Nobody;
+        m_depth = 0;
+        m_freed.notify_one();
+    }
+
+    static constexpr DWORD Nobody = 0;
+
+    std::mutex m_guard;
+    std::condition_variable m_freed;
+    DWORD m_owner = Nobody;
+    unsigned m_depth = 0;
+    bool m_abandoned = false;
+};
+
+/// The mutexes that a thread holds, abandoned when it ends.
+class HeldMutexes {
+public:
+    HeldMutexes() = default;
+    HeldMutexes(const HeldMutexes&) = delete;
+    HeldMutexes& operator=(const HeldMutexes&) = delete;
+    ~HeldMutexes() {
+        for (const auto& mutex : m_mutexes) mutex->abandon();
+    }
+
+    DWORD wait(const std::shared_ptr<MutexObject>& mutex, DWORD milliseconds) {
+        m_mutexes.reserve(m_mutexes.size() + 1);
+        const DWORD result = mutex->wait(milliseconds);
+        if (result != WAIT_TIMEOUT && !holds(mutex)) m_mutexes.push_back(mutex);
+        return result;
+    }
+
+    void forget(const std::shared_ptr<MutexObject>& mutex) noexcept { std::erase(m_mutexes, mutex); }
+
+private:
+    bool holds(const std::shared_ptr<MutexObject>& mutex) const noexcept {
+        return std::find(m_mutexes.begin(), m_mutexes.end(), mutex) != m_mutexes.end();
+    }
+
+    std::vector<std::shared_ptr<MutexObject>> m_mutexes;
+};
+
+// A plain pointer, since locks are still taken behind the end of the thread's objects, by static destructors.
+thread_local HeldMutexes* heldMutexesHere = nullptr;
+
+struct AbandonAtThreadEnd {
+    ~AbandonAtThreadEnd() { delete std::exchange(heldMutexesHere, nullptr); }
+};
+
+HeldMutexes& heldMutexes() {
+    if (!heldMutexesHere) {
+        heldMutexesHere = new HeldMutexes;
+        [[maybe_unused]] thread_local const AbandonAtThreadEnd atThreadEnd;
+    }
+    return *heldMutexesHere;
+}
+
+DWORD failedWait(DWORD code) noexcept {
+    SetLastError(code);
+    return WAIT_FAILED;
+}
+
+} // namespace
+
+namespace standin {
+
+HandleTable<KernelObject>& kernelHandles() {
+    static auto* const table = new HandleTable<KernelObject>;
+    return *table;
+}
+
+} // namespace standin
+
+void WINAPI InitializeCriticalSection(LPCRITICAL_SECTION section) {
+    section->lock = new std::recursive_mutex;
+}
+
+void WINAPI DeleteCriticalSection(LPCRITICAL_SECTION section) noexcept {
+    delete &lockOf(section);
+    section->lock = nullptr;
+}
+
+void WINAPI EnterCriticalSection(LPCRITICAL_SECTION section) {
+    lockOf(section).lock();
+}
+
+void WINAPI LeaveCriticalSection(LPCRITICAL_SECTION section) noexcept {
+    lockOf(section).unlock();
+}
+
+HANDLE WINAPI CreateMutexA(LPSECURITY_ATTRIBUTES /*security*/, BOOL initialOwner, LPCSTR name) noexcept try {
+    if (name) {
+        SetLastError(ERROR_NOT_SUPPORTED);
+        return nullptr;
+    }
+    const auto mutex = std::make_shared<MutexObject>();
+    if (initialOwner) heldMutexes().wait(mutex, 0);
+    return standin::kernelHandles().add(mutex);
+} catch (...) {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return nullptr;
+}
+
+DWORD WINAPI WaitForSingleObject(HANDLE object, DWORD milliseconds) noexcept try {
+    const auto mutex = standin::findKernelObject<MutexObject>(object);
+    return mutex ? heldMutexes().wait(mutex, milliseconds) : WAIT_FAILED;
+} catch (...) {
+    return failedWait(ERROR_NOT_ENOUGH_MEMORY);
+}
+
+BOOL WINAPI ReleaseMutex(HANDLE object) noexcept {
+    const auto mutex = standin::findKernelObject<MutexObject>(object);
+    if (!mutex) return FALSE;
+
+    switch (mutex->release()) {
+    case MutexObject::Release::NotOwner:
+        SetLastError(ERROR_NOT_OWNER);
+        return FALSE;
+    case MutexObject::Release::Free:
+        heldMutexes().forget(mutex);
+        break;
+    case MutexObject::Release::StillHeld:
+        break;
+    }
+    return TRUE;
+}
+
+BOOL WINAPI CloseHandle(HANDLE object) noexcept {
+    if (standin::kernelHandles().remove(object)) return TRUE;
+    SetLastError(ERROR_INVALID_HANDLE);
+    return FALSE;
+}
+
+DWORD WINAPI GetCurrentThreadId() noexcept {
+    thread_local const auto id = static_cast<DWORD>(gettid());
+    return id;
+}

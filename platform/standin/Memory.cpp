@@ -1,0 +1,12 @@
+#include "platform/standin/Memory.h"
+
+#include <cstdlib>
+
+LPVOID WINAPI CoTaskMemAlloc(SIZE_T size) noexcept {
+    // A block of no bytes is a block too.
+    return std::malloc(size == 0 ? 1 : size);
+}
+
+void WINAPI CoTaskMemFree(LPVOID block) noexcept {
+    std::free(block);
+}

@@ -1,0 +1,97 @@
+#include "platform/standin/Modules.h"
+
+#include "platform/standin/Errors.h"
+#include "platform/standin/SystemFunctions.h"
+
+#include <dlfcn.h>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <sys/auxv.h>
+
+namespace {
+
+/// The address where the object that contains `address` is loaded, or null.
+HMODULE moduleOf(const void* address) noexcept {
+    Dl_info info{};
+    return dladdr(address, &info) != 0 ? static_cast<HMODULE>(info.dli_fbase) : nullptr;
+}
+
+HMODULE programModule() noexcept {
+    // The program's own headers lie in the program.
+    return moduleOf(standin::handleOfNumber<const void*>(getauxval(AT_PHDR)));
+}
+
+/// The full path of a loaded module, as it was loaded; empty for what is no module.
+std::string pathOf(HMODULE module) {
+    Dl_info info{};
+    if (dladdr(module, &info) == 0 || info.dli_fbase != module) return {};
+    if (module == programModule()) return std::filesystem::read_symlink("/proc/self/exe").string();
+    return std::filesystem::absolute(info.dli_fname).lexically_normal().string();
+}
+
+HMODULE findModule(std::string_view name) noexcept {
+    const HMODULE module = standin::findSystemLibrary(name);
+    if (!module) SetLastError(ERROR_MOD_NOT_FOUND);
+    return module;
+}
+
+/// Copies as much as fits, always with an end. Gives the length, or the buffer's size for a text that is cut.
+DWORD copyCut(std::string_view text, LPSTR buffer, DWORD size) noexcept {
+    const std::size_t fitting = text.copy(buffer, size - 1);
+    buffer[fitting] = '\0';
+    if (fitting == text.size()) return static_cast<DWORD>(fitting);
+    SetLastError(ERROR_INSUFFICIENT_BUFFER);
+    return size;
+}
+
+DWORD refuse(DWORD code) noexcept {
+    SetLastError(code);
+    return 0;
+}
+
+} // namespace
+
+HMODULE WINAPI GetModuleHandleA(LPCSTR name) noexcept {
+    return name ? findModule(name) : programModule();
+}
+
+HMODULE WINAPI GetModuleHandleW(LPCWSTR name) noexcept try {
+    if (!name) return programModule();
+    std::string narrow;
+    for (; *name != 0; ++name) {
+        const bool ascii = *name > 0 && *name < 0x80;
+        narrow += ascii ? static_cast<char>(*name) : '?';
+    }
+    return findModule(narrow);
+} catch (...) {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return nullptr;
+}
+
+BOOL WINAPI GetModuleHandleExA(DWORD flags, LPCSTR address, HMODULE* module) noexcept {
+    if (!module || (flags & ~GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT) != GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS)
+        return static_cast<BOOL>(refuse(ERROR_INVALID_PARAMETER));
+    *module = moduleOf(address);
+    return *module ? TRUE : static_cast<BOOL>(refuse(ERROR_MOD_NOT_FOUND));
+}
+
+FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) noexcept {
+    const FARPROC function = standin::findSystemFunction(module, name);
+    if (!function) SetLastError(ERROR_PROC_NOT_FOUND);
+    return function;
+}
+
+DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR path, DWORD size) noexcept try {
+    if (size == 0) return refuse(ERROR_INSUFFICIENT_BUFFER);
+    const std::string full = pathOf(module ? module : programModule());
+    return full.empty() ? refuse(ERROR_MOD_NOT_FOUND) : copyCut(full, path, size);
+} catch (...) {
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
+}
+
+BOOL WINAPI DisableThreadLibraryCalls(HMODULE module) noexcept {
+    // Nothing here calls a library at the start and end of a thread.
+    if (module && moduleOf(module) == module) return TRUE;
+    return static_cast<BOOL>(refuse(ERROR_MOD_NOT_FOUND));
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+// Modules. A module is a loaded program or shared object, and its handle is the address where it is loaded.
+
+#include "platform/standin/Types.h"
+
+inline constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT = 0x00000002;
+inline constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS = 0x00000004;
+inline constexpr DWORD DLL_PROCESS_DETACH = 0;
+inline constexpr DWORD DLL_PROCESS_ATTACH = 1;
+
+extern "C" {
+
+/// Null names the program itself. By name only the system's own libraries are found.
+HMODULE WINAPI GetModuleHandleA(LPCSTR name) noexcept;
+HMODULE WINAPI GetModuleHandleW(LPCWSTR name) noexcept;
+
+/// Finds the module that contains an address. Other ways of asking are refused.
+BOOL WINAPI GetModuleHandleExA(DWORD flags, LPCSTR address, HMODULE* module) noexcept;
+
+/// Finds functions of the system's own libraries.
+FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) noexcept;
+
+DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR path, DWORD size) noexcept;
+BOOL WINAPI DisableThreadLibraryCalls(HMODULE module) noexcept;
+}

@@ -1,0 +1,59 @@
+#include "platform/standin/SystemFunctions.h"
+
+#include "platform/standin/SystemEntries.h"
+#include "platform/standin/TextMatch.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+struct SystemFunction {
+    std::string_view library;
+    std::string_view name;
+    FARPROC function;
+};
+
+template <typename Function>
+FARPROC erased(Function* function) noexcept {
+    // By way of the type that stands for any function.
+    return reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(function));
+}
+
+const std::array systemFunctions = {
+    SystemFunction{"user32", "MessageBoxW", erased(&standin::showMessageBox)},
+};
+
+// The address of a library's entry is its handle, which no module that is really loaded can have.
+constexpr std::array<std::string_view, 3> libraries = {"kernel32", "user32", "comctl32"};
+
+HMODULE handleOf(const std::string_view* library) noexcept {
+    return reinterpret_cast<HMODULE>(const_cast<std::string_view*>(library));
+}
+
+std::string_view withoutExtension(std::string_view name) noexcept {
+    constexpr std::string_view extension = ".dll";
+    if (name.size() < extension.size()) return name;
+    const std::string_view stem = name.substr(0, name.size() - extension.size());
+    return standin::equalNoCase(name.substr(stem.size()), extension) ? stem : name;
+}
+
+} // namespace
+
+namespace standin {
+
+HMODULE findSystemLibrary(std::string_view name) noexcept {
+    const std::string_view wanted = withoutExtension(name);
+    const auto* const found = std::find_if(libraries.begin(), libraries.end(),
+                                           [wanted](std::string_view library) { return equalNoCase(library, wanted); });
+    return found == libraries.end() ? nullptr : handleOf(found);
+}
+
+FARPROC findSystemFunction(HMODULE library, std::string_view name) noexcept {
+    const auto* const found = std::find_if(systemFunctions.begin(), systemFunctions.end(), [&](const auto& row) {
+        return findSystemLibrary(row.library) == library && row.name == name;
+    });
+    return found == systemFunctions.end() ? nullptr : found->function;
+}
+
+} // namespace standin

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/standin/Types.h"
+
+#include <string_view>
+
+// The system's own libraries, which are found by name at run time. Their functions are rows of one table.
+
+namespace standin {
+
+/// A system library by its name, whose case and ".dll" do not matter, or null.
+HMODULE findSystemLibrary(std::string_view name) noexcept;
+
+/// A function of a system library, or null.
+FARPROC findSystemFunction(HMODULE library, std::string_view name) noexcept;
+
+} // namespace standin

@@ -1,0 +1,90 @@
+#include "plugin/DisplayText.h"
+
+#include "platform/win32.h"
+#include "support/LanguageText.h"
+#include "wedge/OwnModule.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+namespace {
+
+constexpr const char* DecibelKey = "IDS_DB";
+constexpr const char* HertzKey = "IDS_Hz";
+constexpr const char* KilohertzKey = "IDS_kHz";
+
+// As sprintf's "%.1f", which would take its decimal separator from whatever locale the host has set.
+std::string oneDecimal(double value) {
+    char digits[64];
+    const auto [end, error] = std::to_chars(std::begin(digits), std::end(digits), value, std::chars_format::fixed, 1);
+    return error == std::errc() ? std::string(digits, end) : std::string();
+}
+
+std::string signedDecimal(double value) {
+    const std::string text = oneDecimal(value == 0.0 ? 0.0 : value); // a negative zero has a plus sign, too
+    return text.starts_with('-') ? text : "+" + text;
+}
+
+// Truncates toward zero. Values beyond the parameter's range may be of any size, or no number at all.
+std::string integerPart(double value) {
+    constexpr double most = std::numeric_limits<int32>::max();
+    return std::to_string(std::isnan(value) ? 0 : static_cast<int32>(std::min(value, most)));
+}
+
+std::string withUnit(const std::string& number, const char* key) {
+    LanguageText unit(key, ownModule());
+    const char* const word = unit.narrow();
+    return number + " " + (word != nullptr ? word : "");
+}
+
+std::string frequencyText(double hertz) {
+    const auto f = static_cast<float>(hertz);
+    if (hertz < 1000.0) return withUnit(integerPart(f + 0.5), HertzKey);
+    if (f < 10000.0F) return withUnit(oneDecimal(f * 0.001), KilohertzKey);
+    return withUnit(integerPart(f * 0.001 + 0.5), KilohertzKey);
+}
+
+std::string textOf(Quantity quantity, double value) {
+    switch (quantity) {
+    case Quantity::Decibels:
+        return withUnit(signedDecimal(value), DecibelKey);
+    case Quantity::Frequency:
+        return frequencyText(value);
+    case Quantity::Q:
+        return oneDecimal(value);
+    }
+    return {};
+}
+
+bool isUtf8Continuation(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+// The most bytes, up to `limit`, that hold whole characters of the ANSI code page.
+std::size_t wholeCharacters(std::string_view text, std::size_t limit) {
+    if (text.size() <= limit) return text.size();
+    if (GetACP() == CP_UTF8) {
+        while (limit > 0 && isUtf8Continuation(text[limit])) --limit;
+        return limit;
+    }
+    std::size_t end = 0;
+    while (end < limit) {
+        const std::size_t width = IsDBCSLeadByte(static_cast<BYTE>(text[end])) != 0 ? 2 : 1;
+        if (end + width > limit) break;
+        end += width;
+    }
+    return end;
+}
+
+} // namespace
+
+void writeDisplay(const Parameter& parameter, float p, char* text) {
+    const std::string full = textOf(parameter.quantity, parameter.engineValue(p));
+    const std::size_t length = full.copy(text, wholeCharacters(full, DisplayCapacity - 1));
+    text[length] = '\0';
+}

@@ -1,0 +1,148 @@
+#include "support/DebugLog.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <iostream>
+
+namespace {
+
+int debugOutputTarget = DebugToDebugger;
+
+SerialDebugPort& serialPort(int target) {
+    static SerialDebugPort ports[] = {SerialDebugPort("COM1"), SerialDebugPort("COM2"), SerialDebugPort("COM3"),
+                                      SerialDebugPort("COM4")};
+    return ports[target - DebugToCom1];
+}
+
+void writeToFileStream(const char* text) {
+    std::ofstream& stream = DebugFileStream();
+    if (!stream.fail()) stream << text << std::flush;
+}
+
+void send(const char* text, int target) {
+    switch (target) {
+    case DebugToDebugger:
+        OutputDebugStringA(text);
+        break;
+    case DebugToCom1:
+    case DebugToCom2:
+    case DebugToCom3:
+    case DebugToCom4:
+        serialPort(target).write(text);
+        break;
+    case DebugToFileStream:
+        writeToFileStream(text);
+        break;
+    case DebugToCout:
+        std::cout << text;
+        break;
+    case DebugToClog:
+        std::clog << text;
+        break;
+    default:
+        break;
+    }
+}
+
+/// The record that all callers share, made at the first call.
+class SharedSecurity {
+public:
+    SECURITY_ATTRIBUTES* attributes() {
+        const platform::CriticalSectionEntry entry(lock);
+        if (!platformKnown) askPlatform();
+        if (!isWindowsNt) return nullptr;
+        if (!made) make();
+        return &record;
+    }
+
+private:
+    void askPlatform() {
+        OSVERSIONINFOA version = {};
+        version.dwOSVersionInfoSize = sizeof version;
+        isWindowsNt = GetVersionExA(&version) != FALSE && version.dwPlatformId == VER_PLATFORM_WIN32_NT;
+        platformKnown = true;
+    }
+
+    void make() {
+        InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION);
+        SetSecurityDescriptorDacl(&descriptor, TRUE, nullptr, FALSE);
+        record.nLength = sizeof record;
+        record.lpSecurityDescriptor = &descriptor;
+        record.bInheritHandle = FALSE;
+        made = true;
+    }
+
+    platform::CriticalSection lock;
+    bool platformKnown = false;
+    bool isWindowsNt = false;
+    bool made = false;
+    SECURITY_DESCRIPTOR descriptor = {};
+    SECURITY_ATTRIBUTES record = {};
+};
+
+// Made while the library loads, before there are other threads.
+[[maybe_unused]] const SECURITY_ATTRIBUTES* const attributesMadeAtLoad = SharedSecurityAttributes();
+
+} // namespace
+
+void DebugPrint(const char* format, ...) noexcept {
+    const int target = debugOutputTarget;
+    if (target == DebugToNothing) return;
+    char text[256] = {};
+    std::va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(text, sizeof text, format, arguments);
+    va_end(arguments);
+    try {
+        send(text, target);
+    } catch (...) {
+        // A message that cannot be sent is lost: reporting must not add a failure to the one it tells of.
+    }
+}
+
+int* DebugOutputTargetRef() noexcept {
+    return &debugOutputTarget;
+}
+
+std::ofstream& DebugFileStream() {
+    static std::ofstream stream;
+    return stream;
+}
+
+SECURITY_ATTRIBUTES* SharedSecurityAttributes() {
+    static SharedSecurity security;
+    return security.attributes();
+}
+
+void SerialDebugPort::write(const char* text) {
+    const platform::CriticalSectionEntry entry(portLock);
+    if (portHandle == INVALID_HANDLE_VALUE) open();
+    if (portHandle == INVALID_HANDLE_VALUE) return;
+    for (; *text != '\0'; ++text) {
+        if (*text == '\n') writeByte('\r');
+        writeByte(*text);
+    }
+}
+
+void SerialDebugPort::open() {
+    portHandle = CreateFileA(portName, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (portHandle == INVALID_HANDLE_VALUE || configure()) return;
+    CloseHandle(portHandle);
+    portHandle = INVALID_HANDLE_VALUE;
+}
+
+bool SerialDebugPort::configure() {
+    DCB settings = {};
+    settings.DCBlength = sizeof settings;
+    if (GetCommState(portHandle, &settings) == FALSE) return false;
+    settings.BaudRate = CBR_19200;
+    settings.ByteSize = 8;
+    settings.Parity = NOPARITY;
+    settings.StopBits = ONESTOPBIT;
+    return SetCommState(portHandle, &settings) != FALSE;
+}
+
+void SerialDebugPort::writeByte(char value) {
+    DWORD written = 0;
+    WriteFile(portHandle, &value, 1, &written, nullptr);
+}

@@ -1,0 +1,93 @@
+#include "support/LanguageText.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <cwchar>
+#include <new>
+
+namespace {
+
+// What a wide buffer has beyond the text and its end.
+constexpr unsigned SpareCharacters = 32;
+
+template <typename Character>
+Character* allocate(std::size_t count) {
+    void* const buffer = CoTaskMemAlloc(count * sizeof(Character));
+    if (buffer == nullptr) throw std::bad_alloc();
+    return static_cast<Character*>(buffer);
+}
+
+} // namespace
+
+LanguageText::LanguageText(const wchar_t* text) {
+    assign(text);
+}
+
+LanguageText::~LanguageText() {
+    release();
+}
+
+void LanguageText::assign(const wchar_t* text) {
+    if (text == nullptr) return release();
+    const unsigned length = static_cast<unsigned>(std::wcslen(text));
+    const unsigned capacity = length + 1 + SpareCharacters;
+    wchar_t* const copy = allocate<wchar_t>(capacity);
+    std::copy_n(text, length + 1, copy);
+    release(); // after the copy: the text may be this object's own
+    wideText = copy;
+    wideLength = length;
+    wideCapacity = capacity;
+    ownsText = 1;
+}
+
+void LanguageText::assign(const char* text) {
+    if (text == nullptr) return release();
+    const unsigned length = static_cast<unsigned>(std::strlen(text));
+    char* const copy = allocate<char>(length + 1);
+    std::copy_n(text, length + 1, copy);
+    release(); // after the copy: the text may be this object's own
+    narrowText = copy;
+    narrowLength = length;
+    ownsText = 1;
+}
+
+const wchar_t* LanguageText::wide() {
+    if (wideText == nullptr && narrowText != nullptr) makeWide();
+    return wideText;
+}
+
+const char* LanguageText::narrow() {
+    if (narrowText == nullptr && wideText != nullptr) makeNarrow();
+    return narrowText;
+}
+
+void LanguageText::release() noexcept {
+    if (ownsText != 0) {
+        CoTaskMemFree(wideText);
+        CoTaskMemFree(narrowText);
+    }
+    wideText = nullptr;
+    narrowText = nullptr;
+    ownsText = 0;
+}
+
+void LanguageText::makeWide() {
+    if (narrowLength == 0) narrowLength = static_cast<unsigned>(std::strlen(narrowText));
+    const unsigned room = narrowLength + 1;
+    wideCapacity = room + SpareCharacters;
+    wideText = allocate<wchar_t>(wideCapacity);
+    wideLength = 0;
+    const int converted = MultiByteToWideChar(CP_ACP, 0, narrowText, -1, wideText, static_cast<int>(room));
+    if (converted == 0) *wideText = L'\0'; // a failed conversion may leave a piece without an end
+}
+
+void LanguageText::makeNarrow() {
+    if (wideLength == 0) wideLength = static_cast<unsigned>(std::wcslen(wideText));
+    const unsigned room = 2 * wideLength + 2;
+    narrowText = allocate<char>(room);
+    narrowLength = 0;
+    const int converted =
+        WideCharToMultiByte(CP_ACP, 0, wideText, -1, narrowText, static_cast<int>(room), nullptr, nullptr);
+    if (converted == 0) *narrowText = '\0'; // a failed conversion may leave a piece without an end
+}

@@ -1,0 +1,96 @@
+#include "support/Mutex_Win32Impl.h"
+
+#include "support/DebugLog.h"
+
+#include <cstdlib>
+#include <utility>
+
+namespace {
+
+std::string failureText(const char* operation, int line, const char* name, const std::string& error) {
+    constexpr char File[] = "wedge/Mutex_Win32Impl";
+    return std::string(operation) + "[" + File + ", " + std::to_string(line) + "] threw exception " + name +
+           ", with context: Error: " + error;
+}
+
+std::string waitError(DWORD result, DWORD errorCode) {
+    const std::string call = "WaitForSingleObject returned ";
+    switch (result) {
+    case WAIT_ABANDONED:
+        return call + "WAIT_ABANDONED";
+    case WAIT_TIMEOUT:
+        return call + "WAIT_TIMEOUT";
+    default:
+        return call + "WAIT_FAILED error " + std::to_string(errorCode);
+    }
+}
+
+} // namespace
+
+Mutex::Mutex() : handle(CreateMutexA(SharedSecurityAttributes(), FALSE, nullptr)) {
+    if (handle != nullptr) return;
+    DebugPrint("CreateMutexA() returned error %ld", static_cast<long>(GetLastError()));
+    std::abort();
+}
+
+Mutex::~Mutex() {
+    try {
+        Unlock();
+    } catch (const std::exception&) {
+        // Nothing is left to be done about a mutex that goes away.
+    }
+    CloseHandle(handle);
+    handle = nullptr;
+}
+
+void Mutex::Lock() {
+    constexpr int longWaits = 9;
+    const std::uint32_t thread = GetCurrentThreadId();
+    if (thread == ownerThread.load(std::memory_order_relaxed)) {
+        ++recursionCount;
+        return;
+    }
+    DWORD result = wait(0);
+    for (int i = 0; i < longWaits && result != WAIT_OBJECT_0; ++i) result = wait(INFINITE);
+    if (result != WAIT_OBJECT_0) {
+        const DWORD errorCode = GetLastError();
+        releaseHolds();
+        throw lock_failure(failureText("Mutex::Lock()", __LINE__, "lock_failure", waitError(result, errorCode)));
+    }
+    ownerThread.store(thread, std::memory_order_relaxed);
+    recursionCount = 1;
+}
+
+void Mutex::Unlock() {
+    if (GetCurrentThreadId() != ownerThread.load(std::memory_order_relaxed)) return;
+    if (--recursionCount != 0) return;
+    ownerThread.store(NoThread, std::memory_order_relaxed);
+    if (!releaseHolds()) {
+        throw unlock_failure(
+            failureText("Mutex::Unlock()", __LINE__, "unlock_failure", "ReleaseMutex returned false."));
+    }
+}
+
+DWORD Mutex::wait(DWORD milliseconds) {
+    const DWORD result = WaitForSingleObject(handle, milliseconds);
+    if (result == WAIT_ABANDONED) holds = 0; // what the dead holder counted has gone with it
+    if (result == WAIT_OBJECT_0 || result == WAIT_ABANDONED) ++holds;
+    return result;
+}
+
+bool Mutex::releaseHolds() {
+    bool released = true;
+    // The count is cleared while the mutex is still held: after the last release it is the next holder's.
+    for (std::uint32_t left = std::exchange(holds, 0U); left != 0; --left) {
+        released = ReleaseMutex(handle) != FALSE && released;
+    }
+    return released;
+}
+
+MutexEntry::~MutexEntry() {
+    try {
+        m_mutex.Unlock();
+    } catch (const std::exception&) {
+        // The scope may be left by an exception already.
+    }
+}

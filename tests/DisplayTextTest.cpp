@@ -1,0 +1,81 @@
+#include "plugin/DisplayText.h"
+
+#include "plugin/ParametricEqualizer.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cstring>
+#include <limits>
+#include <string>
+
+// The unit words come from the language file that lies beside the test program.
+
+namespace {
+
+std::string display(int32 index, float p) {
+    ParametricEqualizer effect(nullptr);
+    effect.setParameter(index, p);
+    char text[64];
+    std::memset(text, '#', sizeof text);
+    effect.getAeffect()->dispatcher(effect.getAeffect(), effGetParamDisplay, index, 0, text, 0.0F);
+    return {text, strnlen(text, sizeof text)};
+}
+
+} // namespace
+
+TEST(DisplayText, ShowsEachQuantityInItsOwnForm) {
+    struct Row {
+        int32 index;
+        float p;
+        const char* text;
+    };
+    for (const Row& row : {
+             Row{0, 0.0F, "+12.0 dB"},
+             {0, 1.0F, "-12.0 dB"},
+             {0, 0.5F, "+0.0 dB"},
+             {5, 0.0F, "+10.0 dB"},
+             {8, 1.0F, "-10.0 dB"},
+             {6, 0.5F, "+0.0 dB"},
+             {7, 0.325F, "+3.5 dB"},
+             {1, 1.0F, "20 Hz"},
+             {2, 0.44F, "957 Hz"},
+             {2, 0.43F, "1.0 kHz"},
+             {3, 0.11F, "9.4 kHz"},
+             {3, 0.10F, "10 kHz"},
+             {4, 0.0F, "20 kHz"},
+             {1, 0.4337F, "1000 Hz"}, // 999.6 Hz: the unit is chosen before the number is rounded
+             {9, 0.0F, "10.0"},
+             {10, 1.0F, "1.0"},
+             {12, 5.0F / 9.0F, "5.0"},
+         }) {
+        EXPECT_EQ(display(row.index, row.p), row.text) << row.index << " at " << row.p;
+    }
+}
+
+TEST(DisplayText, StaysInsideItsBufferForValuesOfAnySize) {
+    for (int32 index = 0; index < 13; ++index) {
+        for (const float p : {1e38F, -1e38F, 1e9F, -1e9F, -30.0F, std::numeric_limits<float>::infinity(),
+                              -std::numeric_limits<float>::infinity(), std::numeric_limits<float>::quiet_NaN()}) {
+            EXPECT_LT(display(index, p).size(), DisplayCapacity) << index << " at " << p;
+        }
+    }
+}
+
+TEST(DisplayText, LeavesTheBufferAloneForAnIndexOutOfRange) {
+    ParametricEqualizer effect(nullptr);
+    for (const int32 index : {-1, 13}) {
+        char text[] = "before";
+        effect.getParameterDisplay(index, text);
+        EXPECT_STREQ(text, "before");
+    }
+}
+
+TEST(DisplayText, KeepsThePointInALocaleWithACommaForIt) {
+    const std::string before = std::setlocale(LC_NUMERIC, nullptr);
+    for (const char* locale : {"de_DE.UTF-8", "fr_FR.UTF-8", "German_Germany.1252"}) {
+        if (std::setlocale(LC_NUMERIC, locale) != nullptr) break;
+    }
+    EXPECT_EQ(display(9, 0.0F), "10.0");
+    std::setlocale(LC_NUMERIC, before.c_str());
+}

@@ -1,0 +1,753 @@
+// What the system's functions promise. On Windows the system itself is asked: where it and the stand-in answer
+// differently, the stand-in is wrong.
+
+#include "platform/Owners.h"
+#include "platform/Paths.h"
+#include "platform/win32.h"
+
+#include "tests/support/AnsiCodepage.h"
+#include "tests/support/TemporaryFolder.h"
+
+#ifndef _WIN32
+#include "platform/standin/TestHooks.h"
+#include "tests/support/LanguageSettings.h"
+#include "tests/support/PseudoTerminal.h"
+#endif
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using namespace std::string_literals;
+
+std::wstring decoded(UINT page, const std::string& bytes, DWORD flags = 0) {
+    const int size = static_cast<int>(bytes.size());
+    std::wstring text(bytes.size() + 1, L'\0');
+    SetLastError(NO_ERROR);
+    const int count = MultiByteToWideChar(page, flags, bytes.data(), size, text.data(), size + 1);
+    EXPECT_EQ(MultiByteToWideChar(page, flags, bytes.data(), size, nullptr, 0), count);
+    text.resize(static_cast<std::size_t>(count));
+    return text;
+}
+
+bool isStrictlyValid(UINT page, const std::string& bytes) {
+    const bool valid = !decoded(page, bytes, MB_ERR_INVALID_CHARS).empty();
+    EXPECT_EQ(GetLastError(), valid ? DWORD{NO_ERROR} : DWORD{ERROR_NO_UNICODE_TRANSLATION});
+    return valid;
+}
+
+/// UTF-8 takes no default character, and says so.
+std::string encoded(UINT page, const std::wstring& text, BOOL* usedDefault = nullptr) {
+    const int size = static_cast<int>(text.size());
+    std::string bytes(text.size() * 3 + 1, '\0');
+    const DWORD flags = page == CP_UTF8 ? 0 : WC_NO_BEST_FIT_CHARS;
+    const int count = WideCharToMultiByte(page, flags, text.data(), size, bytes.data(), static_cast<int>(bytes.size()),
+                                          nullptr, usedDefault);
+    EXPECT_EQ(WideCharToMultiByte(page, flags, text.data(), size, nullptr, 0, nullptr, nullptr), count);
+    bytes.resize(static_cast<std::size_t>(count));
+    return bytes;
+}
+
+TEST(CodePages, DecodeBytesAsTheSystemDoes) {
+    struct Case {
+        UINT page;
+        std::string bytes;
+        std::wstring text;
+        bool valid = true;
+    };
+    const std::vector<Case> cases = {
+        {1252, "\x80\xE4\xFF", L"\u20AC\u00E4\u00FF"},
+        {1252, "\x81\x8D\x8F\x90\x9D", L"\x81\x8D\x8F\x90\x9D"},
+        {1251, "\xC0\x98", L"\u0410\x98"},
+        {1253, "A\xAA", L"A\xF8F9", false},
+        {1255, "\xE0\xC7\xCA", L"\u05D0\u05B7\u05BA"},
+        {1258, "a\xCC", L"a\u0300"},
+        {864, "%\x9B", L"%\x9B"},
+        {874, "\xA1\xDB\x81", L"\u0E01\xF8C1\x81", false},
+        {437, "\x01\x7F\xE1", L"\x01\x7F\u00DF"},
+        {932, "\x82\xA0\xB1\\", L"\u3042\uFF71\\"},
+        {932, "\x81", L"\u30FB", false},
+        {932, "\x81\x01x", L"\u30FBx", false},
+        {932, "\x81\0x"s, L"\u30FB\0x"s, false},
+        {936, "\xD6\xD0\x80", L"\u4E2D\u20AC"},
+        {949, "\xB0\xA1", L"\uAC00"},
+        {950, "\xA4\xA4", L"\u4E2D"},
+        {1361, "\x88\x61\\", L"\uAC00\\"},
+        {CP_UTF8, "\xC3\xA4\xE2\x82\xAC", L"\u00E4\u20AC"},
+        {CP_UTF8, "\xF0\x9F\x98\x80", L"\xD83D\xDE00"},
+        {CP_UTF8, "a\0b"s, L"a\0b"s},
+        {CP_UTF8, "\xE2\x82x", L"\xFFFDx", false},
+        {CP_UTF8, "\xC0\xAF", L"\xFFFD\xFFFD", false},
+        {CP_UTF8, "\xED\xA0\x80", L"\xFFFD\xFFFD", false},
+        {CP_UTF8, "\xF0\x80\x80\x80", L"\xFFFD\xFFFD\xFFFD", false},
+        {CP_UTF8, "\xF4\x90\x80\x80", L"\xFFFD\xFFFD\xFFFD", false},
+        {CP_UTF8, "\xF0\x9F\x98", L"\xFFFD", false},
+        {CP_UTF8, "\xFF\x80y", L"\xFFFD\xFFFDy", false},
+    };
+    for (const Case& row : cases) {
+        SCOPED_TRACE(std::to_string(row.page) + ": " + testing::PrintToString(row.bytes));
+        EXPECT_EQ(decoded(row.page, row.bytes), row.text);
+        EXPECT_EQ(isStrictlyValid(row.page, row.bytes), row.valid);
+    }
+}
+
+TEST(CodePages, EncodeTextAsTheSystemDoes) {
+    struct Case {
+        UINT page;
+        std::wstring text;
+        std::string bytes;
+        bool defaults = false;
+    };
+    const std::vector<Case> cases = {
+        {1252, L"\u20AC\u00E4\x81", "\x80\xE4\x81"},
+        {1252, L"\u0416x", "?x", true},
+        {1252, L"\xD83D\xDE00", "??", true},
+        {1251, L"\u0416\u00A0", "\xC6\xA0"},
+        {1253, L"\xF8F9", "\xAA"},
+        {932, L"\u3042\uFF71\\", "\x82\xA0\xB1\\"},
+        // Three places of the page hold this character, and two this one.
+        {932, L"\u222A\u2252\u2160", "\x81\xBE\x81\xE0\x87\x54"},
+        {936, L"\u4E2D\u20AC", "\xD6\xD0\x80"},
+        {949, L"\uAC00", "\xB0\xA1"},
+        {950, L"\u4E2D", "\xA4\xA4"},
+    };
+    for (const Case& row : cases) {
+        SCOPED_TRACE(std::to_string(row.page) + ": " + testing::PrintToString(row.bytes));
+        BOOL defaults = -1;
+        EXPECT_EQ(encoded(row.page, row.text, &defaults), row.bytes);
+        EXPECT_EQ(defaults, row.defaults);
+    }
+    EXPECT_EQ(encoded(CP_UTF8, L"\u00E4\u20AC\xD83D\xDE00"), "\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80");
+    EXPECT_EQ(encoded(CP_UTF8, L"\xD83Dx\xDE00"), "\xEF\xBF\xBDx\xEF\xBF\xBD");
+}
+
+TEST(CodePages, SubstituteTheCallersDefaultCharacter) {
+    std::array<char, 8> bytes{};
+    EXPECT_EQ(WideCharToMultiByte(1252, WC_NO_BEST_FIT_CHARS, L"a\u0416", 2, bytes.data(), 8, "_", nullptr), 2);
+    EXPECT_STREQ(bytes.data(), "a_");
+    bytes = {};
+    EXPECT_EQ(WideCharToMultiByte(932, WC_NO_BEST_FIT_CHARS, L"\u00E0", 1, bytes.data(), 8, "\x81\x45", nullptr), 2);
+    EXPECT_STREQ(bytes.data(), "\x81\x45");
+}
+
+TEST(CodePages, TakeTheTerminatorIntoATextOfUnknownLength) {
+    std::array<wchar_t, 4> text{};
+    EXPECT_EQ(MultiByteToWideChar(1252, 0, "ab", -1, text.data(), 4), 3);
+    EXPECT_EQ(MultiByteToWideChar(CP_UTF8, 0, "", -1, text.data(), 4), 1);
+    std::array<char, 4> bytes{};
+    EXPECT_EQ(WideCharToMultiByte(CP_UTF8, 0, L"ab", -1, bytes.data(), 4, nullptr, nullptr), 3);
+}
+
+TEST(CodePages, RefuseWhatTheyCannotConvert) {
+    std::array<wchar_t, 8> text{};
+    std::array<char, 8> bytes{};
+    struct Case {
+        const char* name;
+        int result;
+        DWORD code;
+        DWORD expected;
+    };
+    std::vector<Case> cases;
+    const auto add = [&](const char* name, DWORD expected, auto call) {
+        SetLastError(NO_ERROR);
+        const int result = call();
+        cases.push_back({name, result, GetLastError(), expected});
+    };
+    const auto wide = [&](UINT page, DWORD flags, const char* from, int size, wchar_t* to, int room) {
+        return [=] { return MultiByteToWideChar(page, flags, from, size, to, room); };
+    };
+    const auto narrow = [&](UINT page, DWORD flags, const wchar_t* from, int size, char* to, int room) {
+        return [=] { return WideCharToMultiByte(page, flags, from, size, to, room, nullptr, nullptr); };
+    };
+    for (const UINT page : {709U, 710U, 934U, 942U, 1381U, 4242U}) {
+        add("unknown page", ERROR_INVALID_PARAMETER, wide(page, 0, "a", 1, text.data(), 8));
+        add("unknown page", ERROR_INVALID_PARAMETER, narrow(page, 0, L"a", 1, bytes.data(), 8));
+    }
+    add("no text", ERROR_INVALID_PARAMETER, wide(1252, 0, "a", 0, text.data(), 8));
+    add("no text", ERROR_INVALID_PARAMETER, narrow(1252, 0, L"a", 0, bytes.data(), 8));
+    add("null text", ERROR_INVALID_PARAMETER, wide(1252, 0, nullptr, 1, text.data(), 8));
+    add("null buffer", ERROR_INVALID_PARAMETER, wide(1252, 0, "a", 1, nullptr, 8));
+    add("negative room", ERROR_INVALID_PARAMETER, wide(1252, 0, "a", 1, text.data(), -1));
+    add("negative room", ERROR_INVALID_PARAMETER, narrow(1252, 0, L"a", 1, bytes.data(), -1));
+    add("unknown flag", ERROR_INVALID_FLAGS, wide(1252, 0x40000000, "a", 1, text.data(), 8));
+    add("unknown flag", ERROR_INVALID_FLAGS, wide(CP_UTF8, 0x40000000, "a", 1, text.data(), 8));
+    add("surrogate alone", ERROR_NO_UNICODE_TRANSLATION,
+        narrow(CP_UTF8, WC_ERR_INVALID_CHARS, L"\xD83D", 1, bytes.data(), 8));
+    add("small buffer", ERROR_INSUFFICIENT_BUFFER, wide(1252, 0, "abc", 3, text.data(), 2));
+    add("small buffer", ERROR_INSUFFICIENT_BUFFER, wide(CP_UTF8, 0, "\xE2\x82\xAC!", 4, text.data(), 1));
+    add("small buffer", ERROR_INSUFFICIENT_BUFFER, narrow(1252, 0, L"abc", 3, bytes.data(), 2));
+    add("small buffer", ERROR_INSUFFICIENT_BUFFER, narrow(932, 0, L"\u3042", 1, bytes.data(), 1));
+    add("small buffer", ERROR_INSUFFICIENT_BUFFER, narrow(CP_UTF8, 0, L"\u20AC", 1, bytes.data(), 2));
+
+    for (const Case& row : cases) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(row.result, 0);
+        EXPECT_EQ(row.code, row.expected);
+    }
+}
+
+TEST(CodePages, KnowTheLeadBytesOfTheAnsiPage) {
+    const auto leads = [](int byte) { return IsDBCSLeadByte(static_cast<BYTE>(byte)) != FALSE; };
+    if (const AnsiCodepage page(1252); page) {
+        for (int byte = 0; byte < 256; ++byte) EXPECT_FALSE(leads(byte)) << byte;
+    }
+    if (const AnsiCodepage page(932); page) {
+        for (int byte = 0; byte < 256; ++byte)
+            EXPECT_EQ(leads(byte), (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC)) << byte;
+        EXPECT_EQ(decoded(CP_ACP, "\x82\xA0"), L"\u3042");
+    }
+    if (const AnsiCodepage page(CP_UTF8); page) {
+        for (int byte = 0; byte < 256; ++byte) EXPECT_FALSE(leads(byte)) << byte;
+    }
+}
+
+TEST(CodePages, ConvertOnManyThreadsAtOnce) {
+    std::atomic<int> wrong = 0;
+    std::vector<std::thread> threads;
+    const auto convert = [&wrong] {
+        for (const UINT page : {852U, 949U, 1250U, 1361U, 949U}) {
+            wchar_t unit = 0;
+            if (MultiByteToWideChar(page, 0, "A", 1, &unit, 1) != 1 || unit != L'A') ++wrong;
+        }
+    };
+    threads.reserve(4);
+    while (threads.size() < 4) threads.emplace_back(convert);
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(wrong, 0);
+}
+
+/// Runs something on a thread of its own, and waits for its end.
+template <typename Action>
+void onAnotherThread(Action action) {
+    std::thread(action).join();
+}
+
+class SystemMutex : public testing::Test {
+protected:
+    ~SystemMutex() override { CloseHandle(mutex); }
+
+    DWORD waitElsewhere(DWORD milliseconds = 0) const {
+        DWORD result = WAIT_FAILED;
+        onAnotherThread([&] {
+            result = WaitForSingleObject(mutex, milliseconds);
+            if (result != WAIT_TIMEOUT) ReleaseMutex(mutex);
+        });
+        return result;
+    }
+
+    HANDLE mutex = CreateMutexA(nullptr, FALSE, nullptr);
+};
+
+TEST_F(SystemMutex, IsHeldUntilItsLastRelease) {
+    ASSERT_EQ(WaitForSingleObject(mutex, INFINITE), WAIT_OBJECT_0);
+    ASSERT_EQ(WaitForSingleObject(mutex, 0), WAIT_OBJECT_0);
+    EXPECT_TRUE(ReleaseMutex(mutex));
+    EXPECT_EQ(waitElsewhere(), DWORD{WAIT_TIMEOUT});
+    EXPECT_EQ(waitElsewhere(20), DWORD{WAIT_TIMEOUT});
+    EXPECT_TRUE(ReleaseMutex(mutex));
+    EXPECT_EQ(waitElsewhere(), WAIT_OBJECT_0);
+
+    EXPECT_FALSE(ReleaseMutex(mutex));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_NOT_OWNER});
+}
+
+TEST_F(SystemMutex, CanBeOwnedFromItsCreationOn) {
+    CloseHandle(mutex);
+    mutex = CreateMutexA(nullptr, TRUE, nullptr);
+    EXPECT_EQ(waitElsewhere(), DWORD{WAIT_TIMEOUT});
+    EXPECT_TRUE(ReleaseMutex(mutex));
+}
+
+TEST_F(SystemMutex, WakesAWaitingThread) {
+    ASSERT_EQ(WaitForSingleObject(mutex, INFINITE), WAIT_OBJECT_0);
+    std::atomic<DWORD> result = WAIT_FAILED;
+    std::thread waiting([&] {
+        result = WaitForSingleObject(mutex, INFINITE);
+        ReleaseMutex(mutex);
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    EXPECT_EQ(result, WAIT_FAILED);
+    ReleaseMutex(mutex);
+    waiting.join();
+    EXPECT_EQ(result, WAIT_OBJECT_0);
+}
+
+TEST_F(SystemMutex, TellsOnceThatItsHolderDied) {
+    onAnotherThread([this] {
+        WaitForSingleObject(mutex, 0);
+        WaitForSingleObject(mutex, 0);
+    });
+    EXPECT_EQ(WaitForSingleObject(mutex, 0), DWORD{WAIT_ABANDONED});
+    EXPECT_EQ(WaitForSingleObject(mutex, 0), WAIT_OBJECT_0);
+    EXPECT_TRUE(ReleaseMutex(mutex));
+    EXPECT_TRUE(ReleaseMutex(mutex));
+    EXPECT_EQ(waitElsewhere(), WAIT_OBJECT_0);
+}
+
+TEST_F(SystemMutex, IsNoMoreOnceItIsClosed) {
+    WaitForSingleObject(mutex, 0);
+    EXPECT_TRUE(CloseHandle(mutex));
+    SetLastError(NO_ERROR);
+    EXPECT_EQ(WaitForSingleObject(mutex, 0), WAIT_FAILED);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    SetLastError(NO_ERROR);
+    EXPECT_FALSE(ReleaseMutex(mutex));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    EXPECT_FALSE(CloseHandle(mutex));
+}
+
+TEST(CriticalSections, LetTheirHolderInAgainAndNobodyElse) {
+    platform::CriticalSection section;
+    int counter = 0;
+    constexpr int Rounds = 2000;
+    const auto count = [&] {
+        for (int i = 0; i < Rounds; ++i) {
+            const platform::CriticalSectionEntry outer(section);
+            const platform::CriticalSectionEntry inner(section);
+            ++counter;
+        }
+    };
+    std::thread other(count);
+    count();
+    other.join();
+    EXPECT_EQ(counter, 2 * Rounds);
+}
+
+TEST(Threads, HaveIdsAndLastErrorsOfTheirOwn) {
+    std::atomic<DWORD> there = 0;
+    std::atomic<bool> mayEnd = false;
+    std::thread other([&] {
+        SetLastError(ERROR_INVALID_HANDLE);
+        there = GetCurrentThreadId();
+        while (!mayEnd) std::this_thread::yield();
+    });
+    SetLastError(ERROR_ACCESS_DENIED);
+    while (there == 0) std::this_thread::yield();
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_ACCESS_DENIED});
+    EXPECT_NE(there, GetCurrentThreadId());
+    EXPECT_NE(GetCurrentThreadId(), 0U);
+    mayEnd = true;
+    other.join();
+}
+
+TEST(ErrorTexts, AreSentencesThatEndTheirLine) {
+    for (const LONG code : {2, 3, 5, 6, 8, 87, 122, 1004, 1113}) {
+        SCOPED_TRACE(code);
+        std::array<char, 1024> text{};
+        const DWORD length = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, static_cast<DWORD>(code), 0,
+                                            text.data(), static_cast<DWORD>(text.size()), nullptr);
+        ASSERT_GT(length, 3U);
+        EXPECT_EQ(length, std::strlen(text.data()));
+        EXPECT_STREQ(text.data() + length - 3, ".\r\n");
+    }
+}
+
+TEST(ErrorTexts, AreRefusedForUnknownCodesAndSmallBuffers) {
+    std::array<char, 5> text{};
+    EXPECT_EQ(FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, 0x12345, 0, text.data(), 5, nullptr), 0U);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_MR_MID_NOT_FOUND});
+    EXPECT_EQ(FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, 2, 0, text.data(), 5, nullptr), 0U);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
+}
+
+TEST(SystemVersion, IsAskedForWithTheRecordsSize) {
+    OSVERSIONINFOA version{};
+    EXPECT_FALSE(GetVersionExA(&version));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
+    version.dwOSVersionInfoSize = 148;
+    EXPECT_TRUE(GetVersionExA(&version));
+    EXPECT_EQ(version.dwPlatformId, DWORD{VER_PLATFORM_WIN32_NT});
+}
+
+TEST(SecurityDescriptors, CanGiveEverybodyAccess) {
+    SECURITY_DESCRIPTOR descriptor;
+    std::memset(&descriptor, 0xCC, sizeof descriptor);
+    EXPECT_FALSE(InitializeSecurityDescriptor(&descriptor, 2));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_UNKNOWN_REVISION});
+    ASSERT_TRUE(InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION));
+    ASSERT_TRUE(SetSecurityDescriptorDacl(&descriptor, TRUE, nullptr, FALSE));
+    EXPECT_EQ(descriptor.Control, SE_DACL_PRESENT);
+    EXPECT_EQ(descriptor.Dacl, nullptr);
+
+    SECURITY_ATTRIBUTES attributes = {sizeof attributes, &descriptor, FALSE};
+    const HANDLE mutex = CreateMutexA(&attributes, FALSE, nullptr);
+    EXPECT_NE(mutex, nullptr);
+    CloseHandle(mutex);
+}
+
+std::string pathOfModule(HMODULE module) {
+    std::array<char, 4096> path{};
+    const DWORD length = GetModuleFileNameA(module, path.data(), static_cast<DWORD>(path.size()));
+    EXPECT_EQ(length, std::strlen(path.data()));
+    return path.data();
+}
+
+TEST(Modules, AreFoundFromAnAddressInsideThem) {
+    static const int insideTheProgram = 0;
+    HMODULE module = nullptr;
+    const DWORD flags = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+    ASSERT_TRUE(GetModuleHandleExA(flags, reinterpret_cast<LPCSTR>(&insideTheProgram), &module));
+    EXPECT_NE(module, nullptr);
+    EXPECT_EQ(module, GetModuleHandleA(nullptr));
+    EXPECT_EQ(module, GetModuleHandleW(nullptr));
+    EXPECT_TRUE(std::filesystem::is_regular_file(pathOfModule(module)));
+    EXPECT_EQ(pathOfModule(module), pathOfModule(nullptr));
+
+    const auto onTheHeap = std::make_unique<int>(0);
+    EXPECT_FALSE(GetModuleHandleExA(flags, reinterpret_cast<LPCSTR>(onTheHeap.get()), &module));
+    EXPECT_EQ(module, nullptr);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
+}
+
+TEST(Modules, CutPathsThatAreTooLong) {
+    const std::string path = pathOfModule(nullptr);
+    const auto length = static_cast<DWORD>(path.size());
+    std::vector<char> buffer(length + 1, 'x');
+    EXPECT_EQ(GetModuleFileNameA(nullptr, buffer.data(), length + 1), length);
+    EXPECT_EQ(GetModuleFileNameA(nullptr, buffer.data(), length), length);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
+    EXPECT_EQ(std::string(buffer.data(), length - 1), path.substr(0, length - 1));
+
+    int noModule = 0;
+    EXPECT_EQ(GetModuleFileNameA(reinterpret_cast<HMODULE>(&noModule), buffer.data(), length), 0U);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
+}
+
+TEST(Modules, OfferTheSystemsFunctionsByName) {
+    // A use that cannot be optimised away keeps the library loaded.
+    [[maybe_unused]] static auto* volatile const loaded = &MessageBoxW;
+    const HMODULE user = GetModuleHandleA("USER32");
+    ASSERT_NE(user, nullptr);
+    EXPECT_EQ(user, GetModuleHandleW(L"user32.DLL"));
+    EXPECT_NE(GetProcAddress(user, "MessageBoxW"), nullptr);
+    EXPECT_EQ(GetProcAddress(user, "messageboxw"), nullptr);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_PROC_NOT_FOUND});
+    EXPECT_EQ(GetModuleHandleA("no such library"), nullptr);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
+}
+
+std::vector<std::string> namesThatFit(const std::string& pattern) {
+    std::vector<std::string> names;
+    WIN32_FIND_DATAA entry{};
+    const platform::FindHandle search(FindFirstFileA(pattern.c_str(), &entry));
+    if (!search) return names;
+    do {
+        names.emplace_back(entry.cFileName);
+    } while (FindNextFileA(search.get(), &entry));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_NO_MORE_FILES});
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+TEST(FileSearch, FindsTheNamesThatFitWithoutRegardToCase) {
+    const TemporaryFolder folder;
+    for (const char* const name : {"A1031.lng", "b1033.LNG", "c.lng.txt", "dlng", "e.lng"}) folder.write(name, "x");
+    std::filesystem::create_directory(folder.path("folder.lng"));
+    using Names = std::vector<std::string>;
+
+    EXPECT_EQ(namesThatFit(folder.path("*.lng")), (Names{"A1031.lng", "b1033.LNG", "e.lng", "folder.lng"}));
+    EXPECT_EQ(namesThatFit(folder.path("a1031.LNG")), Names{"A1031.lng"});
+    EXPECT_EQ(namesThatFit(folder.path("?.l*g")), Names{"e.lng"});
+    EXPECT_EQ(namesThatFit(folder.path("*L*R*g*")), Names{"folder.lng"});
+    EXPECT_EQ(namesThatFit(folder.path("*.*")),
+              (Names{".", "..", "A1031.lng", "b1033.LNG", "c.lng.txt", "dlng", "e.lng", "folder.lng"}));
+}
+
+TEST(FileSearch, TellsFoldersFromFiles) {
+    const TemporaryFolder folder;
+    folder.write("file", "12345");
+    std::filesystem::create_directory(folder.path("sub folder"));
+
+    WIN32_FIND_DATAA entry{};
+    EXPECT_TRUE(platform::FindHandle(FindFirstFileA(folder.path("sub*").c_str(), &entry)));
+    EXPECT_EQ(entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, DWORD{FILE_ATTRIBUTE_DIRECTORY});
+    EXPECT_TRUE(platform::FindHandle(FindFirstFileA(folder.path("f*").c_str(), &entry)));
+    EXPECT_EQ(entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, 0U);
+    EXPECT_EQ(entry.nFileSizeLow, 5U);
+    EXPECT_EQ(entry.nFileSizeHigh, 0U);
+}
+
+TEST(FileSearch, TellsWhyItFindsNothing) {
+    const TemporaryFolder folder;
+    WIN32_FIND_DATAA entry{};
+    EXPECT_EQ(FindFirstFileA(folder.path("*.lng").c_str(), &entry), INVALID_HANDLE_VALUE);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
+    EXPECT_EQ(FindFirstFileA(folder.path("missing/*.lng").c_str(), &entry), INVALID_HANDLE_VALUE);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_PATH_NOT_FOUND});
+    EXPECT_FALSE(FindNextFileA(INVALID_HANDLE_VALUE, &entry));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    EXPECT_FALSE(FindClose(INVALID_HANDLE_VALUE));
+}
+
+TEST(LongPaths, AreGivenForWhatExists) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("a file.lng", "");
+    const auto length = static_cast<DWORD>(path.size());
+    std::array<char, 1024> buffer{};
+    const auto ask = [&](const char* name, DWORD size) {
+        SetLastError(NO_ERROR);
+        return GetLongPathNameA(name, buffer.data(), size);
+    };
+    EXPECT_EQ(ask(path.c_str(), 1024), length);
+    EXPECT_EQ(buffer.data(), path);
+    EXPECT_EQ(ask(path.c_str(), length), length + 1);
+    EXPECT_EQ(ask(path.c_str(), length + 1), length);
+
+    EXPECT_EQ(ask(folder.path("missing.lng").c_str(), 1024), 0U);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
+    EXPECT_EQ(ask("", 1024), 0U);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_PATH_NOT_FOUND});
+}
+
+std::string ansiCodepageOf(LCID language) {
+    std::array<char, 6> digits{};
+    SetLastError(NO_ERROR);
+    const int size = GetLocaleInfoA(language, LOCALE_IDEFAULTANSICODEPAGE, digits.data(), 6);
+    EXPECT_EQ(static_cast<std::size_t>(size), size != 0 ? std::strlen(digits.data()) + 1 : 0);
+    return digits.data();
+}
+
+TEST(Languages, HaveAnAnsiCodepage) {
+    struct Case {
+        const char* codepage;
+        std::vector<LCID> languages;
+    };
+    const std::vector<Case> cases = {
+        {"874", {0x041E, 0x1E}},
+        {"932", {0x0411, 0x11}},
+        {"936", {0x0804, 0x1004, 0x04}},
+        {"949", {0x0412, 0x12}},
+        {"950", {0x0404, 0x0C04}},
+        {"1250", {0x0405, 0x040E, 0x0415, 0x0418, 0x041A, 0x041B, 0x041C, 0x0424, 0x0818, 0x241A, 0x05, 0x15, 0x1A}},
+        {"1251", {0x0402, 0x0419, 0x0422, 0x0423, 0x0819, 0x19, 0x082C, 0x281A, 0x0843}},
+        {"1252", {0x0403, 0x0406, 0x0407, 0x0409, 0x040A, 0x040B, 0x040C, 0x040F, 0x0410, 0x0413, 0x0414, 0x0416,
+                  0x0417, 0x041D, 0x0421, 0x042D, 0x0436, 0x0438, 0x0807, 0x0809, 0x080A, 0x080C, 0x0810, 0x0813,
+                  0x0814, 0x0816, 0x081D, 0x0C07, 0x0C09, 0x0C0A, 0x0C0C, 0x1007, 0x1009, 0x100C, 0x1407, 0x1409,
+                  0x140C, 0x1809, 0x1C09, 0x07,   0x09,   0x0A,   0x0C,   0x10,   0x14,   0x16}},
+        {"1253", {0x0408, 0x08}},
+        {"1254", {0x041F, 0x1F, 0x042C}},
+        {"1255", {0x040D, 0x0D}},
+        {"1256",
+         {0x0401, 0x0429, 0x0801, 0x0C01, 0x1001, 0x1401, 0x1801, 0x1C01, 0x2001, 0x2401, 0x2801, 0x2C01, 0x3001,
+          0x3401, 0x3801, 0x3C01, 0x4001, 0x01, 0x29}},
+        {"1257", {0x0425, 0x0426, 0x0427, 0x25}},
+        {"1258", {0x042A, 0x2A}},
+        {"0", {0x0439, 0x39}},
+    };
+    for (const Case& row : cases)
+        for (const LCID language : row.languages) EXPECT_EQ(ansiCodepageOf(language), row.codepage) << language;
+
+    EXPECT_EQ(ansiCodepageOf(0x0812), "");
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
+    std::array<char, 4> digits{};
+    EXPECT_EQ(GetLocaleInfoA(0x0407, LOCALE_IDEFAULTANSICODEPAGE, digits.data(), 4), 0);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
+    EXPECT_EQ(GetLocaleInfoA(0x0407, LOCALE_IDEFAULTANSICODEPAGE, nullptr, 0), 5);
+}
+
+TEST(Registry, TellsWhatIsMissing) {
+    platform::RegistryKey key;
+    EXPECT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "No such key", 0, KEY_READ, key.receive()), ERROR_FILE_NOT_FOUND);
+    EXPECT_FALSE(key);
+    ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "CONTROL PANEL\\International", 0, KEY_READ, key.receive()),
+              ERROR_SUCCESS);
+    DWORD size = 32;
+    std::array<BYTE, 32> data{};
+    EXPECT_EQ(RegQueryValueExA(key.get(), "No such value", nullptr, nullptr, data.data(), &size), ERROR_FILE_NOT_FOUND);
+
+    DWORD type = 0;
+    ASSERT_EQ(RegQueryValueExA(key.get(), "locale", nullptr, &type, nullptr, &size), ERROR_SUCCESS);
+    EXPECT_EQ(type, DWORD{REG_SZ});
+    EXPECT_EQ(size, 9U);
+    size = 4;
+    EXPECT_EQ(RegQueryValueExA(key.get(), "Locale", nullptr, &type, data.data(), &size), ERROR_MORE_DATA);
+    EXPECT_EQ(size, 9U);
+    EXPECT_EQ(RegQueryValueExA(key.get(), "Locale", nullptr, &type, data.data(), &size), ERROR_SUCCESS);
+    EXPECT_EQ(data[8], 0);
+}
+
+#ifndef _WIN32
+
+/// The environment without a word of languages.
+class Environment : public testing::Test {
+protected:
+    Environment() {
+        for (EnvironmentVariable* variable : {&all, &messages, &numeric, &lang, &override_})
+            variable->set(std::nullopt);
+    }
+
+    static std::string locale(HKEY root, const char* path) {
+        platform::RegistryKey key;
+        EXPECT_EQ(RegOpenKeyExA(root, path, 0, KEY_READ, key.receive()), ERROR_SUCCESS);
+        std::array<char, 32> text{};
+        DWORD size = 32;
+        EXPECT_EQ(RegQueryValueExA(key.get(), "Locale", nullptr, nullptr, reinterpret_cast<BYTE*>(text.data()), &size),
+                  ERROR_SUCCESS);
+        return text.data();
+    }
+
+    static std::string systemLocale() { return locale(HKEY_USERS, ".Default\\Control Panel\\International"); }
+
+    static std::optional<DWORD> languageOverride() {
+        platform::RegistryKey key;
+        EXPECT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, L"Software\\Tavrin\\TuneBench\\2.0", 0, nullptr, 0, 0xF003F,
+                                  nullptr, key.receive(), nullptr),
+                  ERROR_SUCCESS);
+        DWORD number = 0;
+        DWORD size = sizeof number;
+        DWORD type = 0;
+        const LSTATUS status =
+            RegQueryValueExW(key.get(), L"language", nullptr, &type, reinterpret_cast<BYTE*>(&number), &size);
+        if (status != ERROR_SUCCESS) return std::nullopt;
+        EXPECT_EQ(type, REG_DWORD);
+        EXPECT_EQ(size, 4U);
+        return number;
+    }
+
+    EnvironmentVariable all{"LC_ALL"};
+    EnvironmentVariable messages{"LC_MESSAGES"};
+    EnvironmentVariable numeric{"LC_NUMERIC"};
+    EnvironmentVariable lang{"LANG"};
+    EnvironmentVariable override_{"TUNEBENCH_LANGUAGE"};
+};
+
+TEST_F(Environment, NamesTheSystemsLanguage) {
+    struct Case {
+        const char* locale;
+        const char* id;
+    };
+    constexpr std::array cases = {
+        Case{"de_DE.UTF-8", "00000407"}, Case{"de_AT", "00000C07"},      Case{"de", "00000407"},
+        Case{"de_XX@euro", "00000407"},  Case{"en_GB.utf8", "00000809"}, Case{"pt", "00000416"},
+        Case{"pt_PT", "00000816"},       Case{"zh_TW.Big5", "00000404"}, Case{"zh", "00000804"},
+        Case{"sr_RS@latin", "0000281A"}, Case{"no_NO", "00000414"},      Case{"ja_JP.eucJP", "00000411"},
+        Case{"es_ES.UTF-8", "00000C0A"}, Case{"C", "00000000"},          Case{"POSIX", "00000000"},
+        Case{"C.UTF-8", "00000000"},     Case{"xx_YY", "00000000"},      Case{"fil_PH", "00000464"},
+    };
+    for (const Case& row : cases) {
+        SCOPED_TRACE(row.locale);
+        lang.set(row.locale);
+        EXPECT_EQ(systemLocale(), row.id);
+        EXPECT_EQ(locale(HKEY_CURRENT_USER, "Control Panel\\International"), row.id);
+    }
+}
+
+TEST_F(Environment, AsksItsVariablesInTheUsualOrder) {
+    EXPECT_EQ(systemLocale(), "00000000");
+    lang.set("fr_FR");
+    EXPECT_EQ(systemLocale(), "0000040C");
+    messages.set("it_IT");
+    EXPECT_EQ(systemLocale(), "00000410");
+    all.set("");
+    EXPECT_EQ(systemLocale(), "00000410");
+    all.set("ru_RU");
+    EXPECT_EQ(systemLocale(), "00000419");
+}
+
+TEST_F(Environment, HoldsTheLanguageOverride) {
+    EXPECT_EQ(languageOverride(), std::nullopt);
+    override_.set("1031");
+    EXPECT_EQ(languageOverride(), 1031U);
+    override_.set("70000");
+    EXPECT_EQ(languageOverride(), 70000U);
+    for (const char* const text : {"", "German", "0x407", "1031 ", "-1", "99999999999"}) {
+        override_.set(text);
+        EXPECT_EQ(languageOverride(), std::nullopt) << text;
+    }
+}
+
+TEST_F(Environment, TellsTheDecimalSeparator) {
+    const auto separator = [] {
+        std::array<wchar_t, 5> text{};
+        EXPECT_EQ(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, text.data(), 5), 2);
+        return std::wstring(text.data());
+    };
+    EXPECT_EQ(separator(), L".");
+    lang.set("de_DE.UTF-8");
+    EXPECT_EQ(separator(), L",");
+    numeric.set("de_CH.UTF-8");
+    EXPECT_EQ(separator(), L".");
+    EXPECT_EQ(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, nullptr, 0), 2);
+    std::array<wchar_t, 1> small{};
+    EXPECT_EQ(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, small.data(), 1), 0);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
+}
+
+TEST(MessageBoxes, AreWrittenToStandardError) {
+    const int before = standin::shownMessageBoxes().count;
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(MessageBoxW(nullptr, L"no \u00E4", L"Error", MB_ICONERROR), IDOK);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Error: no \xC3\xA4\n");
+    const auto shown = standin::shownMessageBoxes();
+    EXPECT_EQ(shown.count, before + 1);
+    EXPECT_EQ(shown.lastText, L"no \u00E4");
+
+    constexpr UINT yesNo = 4;
+    EXPECT_EQ(MessageBoxW(nullptr, L"really?", L"Question", yesNo), 0);
+    EXPECT_EQ(standin::shownMessageBoxes().count, before + 1);
+}
+
+HANDLE openPort(const char* name) {
+    return CreateFileA(name, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+}
+
+TEST(SerialPorts, TakeTheirStateAndTheirBytesAsTheyAre) {
+    const PseudoTerminal terminal;
+    standin::setSerialPortPath("COM3", terminal.path());
+    const HANDLE port = openPort("COM3");
+    ASSERT_NE(port, INVALID_HANDLE_VALUE);
+
+    DCB state{};
+    ASSERT_TRUE(GetCommState(port, &state));
+    // A pseudo-terminal has eight bits and no parity, whatever is set.
+    state.BaudRate = CBR_19200;
+    state.StopBits = TWOSTOPBITS;
+    ASSERT_TRUE(SetCommState(port, &state));
+    EXPECT_EQ(cfgetospeed(std::array{terminal.settings()}.data()), speed_t{B19200});
+    EXPECT_NE(terminal.settings().c_cflag & CSTOPB, 0U);
+    ASSERT_TRUE(GetCommState(port, &state));
+    EXPECT_EQ(state.BaudRate, CBR_19200);
+    EXPECT_EQ(state.ByteSize, 8);
+    EXPECT_EQ(state.Parity, NOPARITY);
+
+    DWORD written = 0;
+    EXPECT_TRUE(WriteFile(port, "a\n\r\x03", 4, &written, nullptr));
+    EXPECT_EQ(written, 4U);
+    EXPECT_EQ(terminal.receive(4), "a\n\r\x03");
+
+    state.BaudRate = 12345;
+    EXPECT_FALSE(SetCommState(port, &state));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
+    EXPECT_TRUE(CloseHandle(port));
+    EXPECT_FALSE(WriteFile(port, "a", 1, &written, nullptr));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+}
+
+TEST(SerialPorts, AreRefusedWhereThereIsNone) {
+    standin::setSerialPortPath("COM3", "/dev/no-such-port");
+    EXPECT_EQ(openPort("COM3"), INVALID_HANDLE_VALUE);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
+    EXPECT_EQ(openPort("COM9"), INVALID_HANDLE_VALUE);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
+
+    const TemporaryFolder folder;
+    standin::setSerialPortPath("COM3", folder.write("no port", ""));
+    EXPECT_EQ(openPort("COM3"), INVALID_HANDLE_VALUE);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_FUNCTION});
+}
+
+#endif
+
+} // namespace

@@ -1,0 +1,56 @@
+// decode_value against the escapes' definition: passes that search, replace and look at each hit from the text's start.
+
+#include "platform/standin/TestHooks.h"
+#include "wedge/CLanguageFile.h"
+
+#include <cctype>
+#include <cstdint>
+#include <cstdlib>
+
+namespace {
+
+bool isTrailByte(const std::string& s, std::size_t index) {
+    bool is_trail = false;
+    bool is_lead = false;
+    for (std::size_t i = 0; i <= index; ++i) {
+        is_trail = is_lead;
+        is_lead = !is_trail && IsDBCSLeadByte(static_cast<BYTE>(s[i]));
+    }
+    return is_trail;
+}
+
+void replaceControl(std::string& s, const char* escape, char byte) {
+    for (auto hit = s.find(escape); hit != s.npos; hit = s.find(escape, hit + 1)) {
+        if (!isTrailByte(s, hit)) s.replace(hit, 2, 1, byte);
+    }
+}
+
+void replaceHexadecimal(std::string& s) {
+    for (auto hit = s.find("\\x"); hit != s.npos; hit = s.find("\\x", hit + 1)) {
+        if (isTrailByte(s, hit) || hit + 3 >= s.size()) continue;
+        const std::string digits = s.substr(hit + 2, 2);
+        const bool are_digits = std::isxdigit(static_cast<unsigned char>(digits[0])) &&
+                                std::isxdigit(static_cast<unsigned char>(digits[1]));
+        if (are_digits) s.replace(hit, 4, 1, static_cast<char>(std::stoi(digits, nullptr, 16)));
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size == 0) return 0;
+    // The first byte chooses the ANSI code page: with double-byte characters or without.
+    standin::setAnsiCodepage(data[0] % 2 == 0 ? 1252 : 932);
+    const std::string value(reinterpret_cast<const char*>(data + 1), size - 1);
+
+    std::string expected = value;
+    replaceControl(expected, "\\n", '\n');
+    replaceControl(expected, "\\r", '\r');
+    replaceControl(expected, "\\t", '\t');
+    replaceHexadecimal(expected);
+    if (decode_value(value) != expected) std::abort();
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        if ((byte_kind(value, i) == 2) != isTrailByte(value, i)) std::abort();
+    }
+    return 0;
+}

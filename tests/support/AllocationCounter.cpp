@@ -1,0 +1,28 @@
+// The global operators, replaced for the whole program.
+
+#include "tests/support/AllocationCounter.h"
+
+void* operator new(std::size_t size) {
+    return allocations::takeOrThrow(size);
+}
+void* operator new[](std::size_t size) {
+    return allocations::takeOrThrow(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return allocations::take(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return allocations::take(size);
+}
+void operator delete(void* block) noexcept {
+    allocations::release(block);
+}
+void operator delete[](void* block) noexcept {
+    allocations::release(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+    allocations::release(block);
+}
+void operator delete[](void* block, std::size_t) noexcept {
+    allocations::release(block);
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+/// The text of the `Failure` that `action` throws. The line number of its source position, which moves with the code,
+/// stands as N.
+template <typename Failure, typename Action>
+std::string failureOf(const Action& action) {
+    try {
+        action();
+    } catch (const Failure& failure) {
+        std::string text = failure.what();
+        const std::size_t end = text.find(']');
+        const std::size_t begin = text.find_last_not_of("0123456789", end - 1) + 1;
+        return begin < end ? text.replace(begin, end - begin, "N") : text;
+    }
+    return "no failure";
+}

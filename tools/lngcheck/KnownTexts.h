@@ -1,0 +1,31 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+/// The texts that the library looks up, and where each of them shows.
+namespace lngcheck {
+
+/// The context that the library asks first; it is named as the library's file.
+inline constexpr std::string_view ModuleContext = "Parametric Equalizer";
+/// The context that serves all modules.
+inline constexpr std::string_view SharedContext = "Shared";
+
+/// The effect gives at most this many bytes for a number and its unit.
+inline constexpr int MostDisplayBytes = 27;
+
+struct KnownText {
+    std::string_view key;
+    std::string_view number; ///< the longest number in front of a unit word; empty for all other texts
+    int width;               ///< of the control that shows it, in dialog units; of the narrowest, if there are several
+};
+
+[[nodiscard]] std::span<const KnownText> knownTexts() noexcept;
+
+/// Null for a key that the library does not look up. Case does not matter.
+[[nodiscard]] const KnownText* findKnownText(std::string_view key) noexcept;
+
+/// Whether the library looks into this context. Case does not matter.
+[[nodiscard]] bool isKnownContext(std::string_view context) noexcept;
+
+} // namespace lngcheck

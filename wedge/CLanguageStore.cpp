@@ -1,0 +1,225 @@
+#include "wedge/CLanguageStore.h"
+
+#include "platform/Owners.h"
+#include "platform/Paths.h"
+#include "support/LanguageText.h"
+#include "wedge/LanguageSelection.h"
+#include "wedge/OwnModule.h"
+#include "wedge/string_ext.h"
+
+#include <atomic>
+#include <cwchar>
+#include <optional>
+
+namespace {
+
+constexpr std::string_view SharedContext = "Shared";
+
+void showNoFilesFound() {
+    MessageBoxW(nullptr, L"LNG0001:  No language files were found.", L"Error", MB_ICONERROR);
+}
+
+/// The module's file with long names, or nothing if the system does not tell or the path is too long for its buffers.
+std::string longPathOf(HMODULE module) {
+    char path[MAX_PATH] = {};
+    const DWORD size = GetModuleFileNameA(module, path, MAX_PATH);
+    if (size == 0 || size >= MAX_PATH) return {};
+
+    char long_path[MAX_PATH] = {};
+    const DWORD long_size = GetLongPathNameA(path, long_path, MAX_PATH);
+    if (long_size == 0 || long_size >= MAX_PATH) return {};
+    return long_path;
+}
+
+/// The text in the system's ANSI code page, however many bytes that takes.
+std::string toAnsi(const wchar_t* text) {
+    const int size = WideCharToMultiByte(CP_ACP, 0, text, -1, nullptr, 0, nullptr, nullptr);
+    if (size <= 0) return {};
+
+    std::string narrow(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(CP_ACP, 0, text, -1, narrow.data(), size, nullptr, nullptr);
+    narrow.pop_back(); // the end, which counts
+    return narrow;
+}
+
+// What the two widths of expandKeys differ in.
+const std::string& keyFrom(const std::string& key) {
+    return key;
+}
+std::string keyFrom(const std::wstring& key) {
+    return toAnsi(key.c_str());
+}
+void appendTo(std::string& out, const wchar_t* text) {
+    out += toAnsi(text);
+}
+void appendTo(std::wstring& out, const wchar_t* text) {
+    out += text;
+}
+
+/// Replaces the references of `text`, which is read once from left to right; what has been put in is not read again.
+template <class Text>
+Text expandKeys(const CLanguageStore& store, const Text& text, bool* changed) {
+    using Character = typename Text::value_type;
+    constexpr auto Open = static_cast<Character>('{');
+    constexpr auto Close = static_cast<Character>('}');
+
+    const Text source(text.c_str());
+    Text expanded;
+    bool has_changed = false;
+    std::size_t copied = 0;
+    auto open = source.find(Open);
+    while (open != Text::npos) {
+        const auto close = source.find(Close, open + 2); // {} is no key
+        if (close == Text::npos) break;
+
+        const wchar_t* found = store.Find(keyFrom(source.substr(open + 1, close - open - 1)).c_str());
+        if (found && *found != L'\0') {
+            expanded.append(source, copied, open - copied);
+            appendTo(expanded, found);
+            copied = close + 1;
+            has_changed = true;
+        }
+        open = source.find(Open, close);
+    }
+    expanded.append(source, copied);
+    if (changed) *changed = has_changed;
+    return expanded;
+}
+
+} // namespace
+
+/// The place of the process's store. Destroyed with the process, or when the library unloads.
+struct CLanguageStore::Singleton {
+    platform::CriticalSection lock;
+    /// Under the lock. Holds a store from the start of its filling on, for calls that the filling itself makes.
+    std::optional<CLanguageStore> store;
+    /// The store once it is full and never changes again.
+    std::atomic<CLanguageStore*> full{nullptr};
+};
+
+CLanguageStore::Singleton& CLanguageStore::singleton() {
+    static Singleton the;
+    return the;
+}
+
+CLanguageStore& CLanguageStore::Instance(HMODULE module) {
+    Singleton& the = singleton();
+    if (CLanguageStore* const full = the.full.load(std::memory_order_acquire)) return *full;
+
+    const platform::CriticalSectionEntry entry(the.lock);
+    if (!the.store) fillInstance(the, module ? module : ownModule());
+    return *the.store;
+}
+
+void CLanguageStore::fillInstance(Singleton& the, HMODULE module) {
+    try {
+        the.store.emplace().load(longPathOf(module), g_language_override);
+        the.full.store(&*the.store, std::memory_order_release);
+    } catch (...) {
+        dropInstance();
+        throw;
+    }
+}
+
+void CLanguageStore::dropInstance() noexcept {
+    Singleton& the = singleton();
+    the.full.store(nullptr, std::memory_order_relaxed);
+    the.store.reset();
+}
+
+CLanguageStore::CLanguageStore(const std::string& module_path, WORD language) {
+    load(module_path, language);
+}
+
+void CLanguageStore::load(const std::string& module_path, WORD language) {
+    const auto dot = module_path.rfind('.');
+    if (dot == module_path.npos) return;
+    const std::string base = module_path.substr(0, dot);
+    const auto cut = base.rfind(platform::pathSeparator);
+    if (cut == base.npos) return;
+
+    m_module = base.substr(cut + 1);
+    const std::string folder = base.substr(0, cut);
+    const bool found_first = loadTurn(folder, language);
+    const bool found_second = loadTurn(secondFolder(folder), language);
+    if (!found_first && !found_second) showNoFilesFound();
+}
+
+bool CLanguageStore::loadTurn(const std::string& folder, WORD language) {
+    bool found = false;
+    // An id that is 0 or repeats is not left out: the code page of the store depends on the last file that is read.
+    for (const WORD id : languageOrder(language, ReadUiLanguage(uilanguage_default))) {
+        if (LoadLanguageFiles(folder, id) == 0) continue;
+        found = true;
+        if (m_language == 0) m_language = id;
+    }
+    return found;
+}
+
+DWORD CLanguageStore::LoadLanguageFiles(const std::string& folder, WORD language) {
+    const std::vector<std::string> paths = languageFilesOf(folder, language);
+    const UINT initial_codepage = DefaultCodepage(m_language);
+    for (const std::string& path : paths) {
+        CLanguageFile file(path.c_str());
+        CLanguageStoreLoader loader(initial_codepage, m_contexts);
+        file.ScanFile(loader);
+        m_codepage = loader.codepage();
+    }
+    return static_cast<DWORD>(paths.size());
+}
+
+const wchar_t* CLanguageStore::Find(const char* key) const noexcept {
+    if (!key) return nullptr;
+
+    std::string_view name = trim(key);
+    if (name.starts_with('{')) name.remove_prefix(1);
+    if (name.ends_with('}')) name.remove_suffix(1);
+    const std::wstring* text = findIn(m_module, name);
+    if (!text) text = findIn(SharedContext, name);
+    return text ? text->c_str() : nullptr;
+}
+
+const std::wstring* CLanguageStore::findIn(std::string_view context, std::string_view key) const noexcept {
+    const auto table = m_contexts.find(asNocase(context));
+    if (table == m_contexts.end()) return nullptr;
+    const auto entry = table->second.find(asNocase(key));
+    return entry == table->second.end() ? nullptr : &entry->second;
+}
+
+std::string CLanguageStore::ExpandKeys(const std::string& text, bool* changed) const {
+    return expandKeys(*this, text, changed);
+}
+
+std::wstring CLanguageStore::ExpandKeys(const std::wstring& text, bool* changed) const {
+    return expandKeys(*this, text, changed);
+}
+
+WORD GetLanguageId() {
+    return CLanguageStore::Instance().language();
+}
+
+UINT GetLanguageCodepage() {
+    return CLanguageStore::Instance().codepage();
+}
+
+std::string GetLanguageString(const std::string& key) {
+    const CLanguageStore& store = CLanguageStore::Instance();
+    const wchar_t* text = store.Find(key.c_str());
+    return text ? convert_string(text, store.codepage()) : std::string();
+}
+
+std::string ExpandLanguageKeys(const std::string& text, bool* changed) {
+    return CLanguageStore::Instance().ExpandKeys(text, changed);
+}
+
+std::wstring ExpandLanguageKeys(const std::wstring& text, bool* changed) {
+    return CLanguageStore::Instance().ExpandKeys(text, changed);
+}
+
+LanguageText::LanguageText(const char* key, HMODULE module) {
+    if (const wchar_t* text = CLanguageStore::Instance(module).Find(key)) {
+        assign(text);
+    } else {
+        assign(key);
+    }
+}

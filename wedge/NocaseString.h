@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+
+/// The upper-case form of an ASCII letter, and any other byte as it is, whatever the process's locale.
+constexpr char asciiUpper(char c) noexcept {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+/// Compares characters without regard to ASCII case. Bytes of 0x80 and above stand for themselves and, as signed
+/// values, come before all others.
+struct nocase_char_traits : std::char_traits<char> {
+    static constexpr bool eq(char a, char b) noexcept { return asciiUpper(a) == asciiUpper(b); }
+
+    static constexpr bool lt(char a, char b) noexcept {
+        return static_cast<signed char>(asciiUpper(a)) < static_cast<signed char>(asciiUpper(b));
+    }
+
+    static constexpr int compare(const char* a, const char* b, std::size_t length) noexcept {
+        for (std::size_t i = 0; i < length; ++i) {
+            if (lt(a[i], b[i])) return -1;
+            if (lt(b[i], a[i])) return 1;
+        }
+        return 0;
+    }
+
+    static constexpr const char* find(const char* text, std::size_t length, const char& wanted) noexcept {
+        for (std::size_t i = 0; i < length; ++i) {
+            if (eq(text[i], wanted)) return text + i;
+        }
+        return nullptr;
+    }
+};
+
+/// The keys of the language tables: "IDS_DB" and "ids_db" are one key.
+using nocase_string = std::basic_string<char, nocase_char_traits>;
+using nocase_string_view = std::basic_string_view<char, nocase_char_traits>;
+
+inline nocase_string_view asNocase(std::string_view text) noexcept {
+    return {text.data(), text.size()};
+}

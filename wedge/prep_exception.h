@@ -1,0 +1,13 @@
+#pragma once
+
+#include "support/ContextException.h"
+
+/// A template that cannot be rewritten. It never leaves the rewriters.
+class prep_exception : public ContextException {
+public:
+    using ContextException::ContextException;
+
+    /// Raised for the condition that failed, given as its text.
+    explicit prep_exception(const char* condition) noexcept
+        : ContextException(nullptr, condition, "", 0, "prep_exception") {}
+};

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "support/ContextException.h"
+
+#include <string>
+
+class convert_wstring_failed : public ContextException {
+public:
+    using ContextException::ContextException;
+};
+
+class convert_string_failed : public ContextException {
+public:
+    using ContextException::ContextException;
+};
+
+/// Converts a text of `codePage` (0: the system's ANSI code page) to 16-bit units. A zero inside the text ends the
+/// result. Throws `convert_wstring_failed`; an empty text never fails.
+[[nodiscard]] std::wstring convert_wstring(const std::string& text, unsigned codePage);
+
+/// Converts back. Throws `convert_string_failed`, also when the result needs more than two bytes for each unit and two
+/// more; an empty text never fails.
+[[nodiscard]] std::string convert_string(const std::wstring& text, unsigned codePage);
