@@ -24,6 +24,11 @@ if(EQ_SANITIZE)
   add_link_options(-fsanitize=${EQ_SANITIZE})
 endif()
 
+if(EQ_BUILD_FUZZERS)
+  # So that the fuzzer sees the way that an input takes through the rooms.
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 if(WIN32)
   # Only system libraries may be imported, so the compiler's own are linked in.
   add_compile_definitions(WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)

@@ -18,7 +18,7 @@ ParametricEqualizer::ParametricEqualizer(audioMasterCallback hostCallback)
     : AudioEffectX(hostCallback, 1, ParameterCount) {
     resizeScratch(blockSize);
     if (scratchFrames == 0) throw std::bad_alloc();
-    for (int32 i = 0; i < ParameterCount; ++i) parameterValues[i] = Parameters[i].defaultValue;
+    for (std::size_t i = 0; i < ParameterCount; ++i) parameterValues[i] = Parameters[i].defaultValue;
     for (auto& engine : engines) engine = std::make_unique<FourBandEqualizer>();
     updateEngines();
 
@@ -35,13 +35,13 @@ ParametricEqualizer::ParametricEqualizer(audioMasterCallback hostCallback)
 }
 
 void ParametricEqualizer::setParameter(int32 index, float value) {
-    if (isParameter(index)) parameterValues[index].store(value, std::memory_order_relaxed);
+    if (isParameter(index)) valueAt(index).store(value, std::memory_order_relaxed);
     updateEngines();
     if (editor) editor->postUpdate();
 }
 
 float ParametricEqualizer::getParameter(int32 index) {
-    return isParameter(index) ? parameterValues[index].load(std::memory_order_relaxed) : 0.0f;
+    return isParameter(index) ? valueAt(index).load(std::memory_order_relaxed) : 0.0f;
 }
 
 void ParametricEqualizer::process(float** inputs, float** outputs, int32 sampleFrames) {
@@ -51,7 +51,7 @@ void ParametricEqualizer::process(float** inputs, float** outputs, int32 sampleF
 }
 
 void ParametricEqualizer::processReplacing(float** inputs, float** outputs, int32 sampleFrames) {
-    for (int32 channel = 0; channel < ChannelCount; ++channel)
+    for (std::size_t channel = 0; channel < ChannelCount; ++channel)
         engines[channel]->process(inputs[channel], outputs[channel], sampleFrames, FourBandEqualizer::Process);
 }
 
@@ -103,7 +103,7 @@ void ParametricEqualizer::addPiece(float** inputs, float** outputs, int32 start,
     ChannelPointers pieceInputs = {inputs[0] + start, inputs[1] + start};
     ChannelPointers landing = {scratch[0].get(), scratch[1].get()};
     processReplacing(pieceInputs.data(), landing.data(), count);
-    for (int32 channel = 0; channel < ChannelCount; ++channel) {
+    for (std::size_t channel = 0; channel < ChannelCount; ++channel) {
         float* const output = outputs[channel] + start;
         for (int32 i = 0; i < count; ++i) output[i] += landing[channel][i];
     }

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 
@@ -51,6 +52,7 @@ private:
     void resizeScratch(int32 frames) noexcept;
     void addPiece(float** inputs, float** outputs, int32 start, int32 count) noexcept;
     void updateEngines() noexcept;
+    std::atomic<float>& valueAt(int32 index) noexcept { return parameterValues[static_cast<std::size_t>(index)]; }
 
     std::array<std::unique_ptr<FourBandEqualizer>, ChannelCount> engines;
     std::array<std::unique_ptr<float[]>, ChannelCount> scratch; // where an adding call lands before the sum

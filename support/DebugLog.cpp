@@ -14,11 +14,6 @@ SerialDebugPort& serialPort(int target) {
     return ports[target - DebugToCom1];
 }
 
-void writeToFileStream(const char* text) {
-    std::ofstream& stream = DebugFileStream();
-    if (!stream.fail()) stream << text << std::flush;
-}
-
 void send(const char* text, int target) {
     switch (target) {
     case DebugToDebugger:
@@ -31,7 +26,7 @@ void send(const char* text, int target) {
         serialPort(target).write(text);
         break;
     case DebugToFileStream:
-        writeToFileStream(text);
+        DebugFileStream() << text << std::flush; // once it has failed, the stream drops the text itself
         break;
     case DebugToCout:
         std::cout << text;

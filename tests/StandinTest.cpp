@@ -117,8 +117,8 @@ TEST(CodePages, EncodeTextAsTheSystemDoes) {
         {1251, L"\u0416\u00A0", "\xC6\xA0"},
         {1253, L"\xF8F9", "\xAA"},
         {932, L"\u3042\uFF71\\", "\x82\xA0\xB1\\"},
-        // Three places of the page hold this character, and two this one.
-        {932, L"\u222A\u2252\u2160", "\x81\xBE\x81\xE0\x87\x54"},
+        // Characters that stand twice in the page: the usual place is the first one, or the last.
+        {932, L"\u222A\u7E8A\u2170", "\x81\xBE\xFA\x5C\xFA\x40"},
         {936, L"\u4E2D\u20AC", "\xD6\xD0\x80"},
         {949, L"\uAC00", "\xB0\xA1"},
         {950, L"\u4E2D", "\xA4\xA4"},
@@ -258,6 +258,8 @@ TEST_F(SystemMutex, IsHeldUntilItsLastRelease) {
     EXPECT_EQ(waitElsewhere(20), DWORD{WAIT_TIMEOUT});
     EXPECT_TRUE(ReleaseMutex(mutex));
     EXPECT_EQ(waitElsewhere(), WAIT_OBJECT_0);
+    EXPECT_EQ(WaitForSingleObject(mutex, 0), WAIT_OBJECT_0);
+    EXPECT_TRUE(ReleaseMutex(mutex));
 
     EXPECT_FALSE(ReleaseMutex(mutex));
     EXPECT_EQ(GetLastError(), DWORD{ERROR_NOT_OWNER});
