@@ -135,13 +135,13 @@ const CodePageTable::Page* CodePageTable::findPage(UINT number) noexcept {
 
 const CodePageTable* CodePageTable::find(UINT page) {
     static std::mutex lock;
-    static auto* const tables = new std::map<UINT, std::unique_ptr<const CodePageTable>>;
+    static std::map<UINT, std::unique_ptr<const CodePageTable>> tables;
 
     const Page* const row = findPage(page);
     if (!row) return nullptr;
 
     const std::lock_guard guard(lock);
-    auto& table = (*tables)[page];
+    auto& table = tables[page];
     if (!table && Converter(row->iconvName).isOpen()) table.reset(new CodePageTable(*row));
     return table.get();
 }

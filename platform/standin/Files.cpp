@@ -22,8 +22,8 @@ struct Search {
 };
 
 standin::HandleTable<Search>& searches() {
-    static auto* const table = new standin::HandleTable<Search>;
-    return *table;
+    static standin::HandleTable<Search> table;
+    return table;
 }
 
 DWORD attributesOf(const fs::file_status& status) noexcept {

@@ -123,8 +123,8 @@ DWORD failedWait(DWORD code) noexcept {
 namespace standin {
 
 HandleTable<KernelObject>& kernelHandles() {
-    static auto* const table = new HandleTable<KernelObject>;
-    return *table;
+    static HandleTable<KernelObject> table;
+    return table;
 }
 
 } // namespace standin

@@ -60,8 +60,8 @@ const auto& allKeys() {
 }
 
 standin::HandleTable<const Key>& openKeys() {
-    static auto* const table = new standin::HandleTable<const Key>;
-    return *table;
+    static standin::HandleTable<const Key> table;
+    return table;
 }
 
 bool isRoot(HKEY key) noexcept {

@@ -44,8 +44,8 @@ private:
 };
 
 PortPaths& portPaths() {
-    static auto* const paths = new PortPaths;
-    return *paths;
+    static PortPaths paths;
+    return paths;
 }
 
 struct Speed {
