@@ -1,6 +1,6 @@
 #include "tools/equalize/AudioReader.h"
 
-#include "tools/equalize/Errors.h"
+#include "tools/common/Errors.h"
 #include "tools/equalize/SoundDataSize.h"
 
 #include <cerrno>

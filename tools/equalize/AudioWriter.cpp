@@ -1,6 +1,6 @@
 #include "tools/equalize/AudioWriter.h"
 
-#include "tools/equalize/Errors.h"
+#include "tools/common/Errors.h"
 #include "tools/equalize/OutputFormat.h"
 
 #include <algorithm>

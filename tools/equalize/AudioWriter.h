@@ -1,7 +1,7 @@
 #pragma once
 
+#include "tools/common/OutputFile.h"
 #include "tools/equalize/AudioReader.h"
-#include "tools/equalize/OutputFile.h"
 
 #include <filesystem>
 #include <string>

@@ -1,6 +1,6 @@
 #include "tools/equalize/EffectLibrary.h"
 
-#include "tools/equalize/Errors.h"
+#include "tools/common/Errors.h"
 #include "tools/equalize/Parameters.h"
 
 #include <cstring>

@@ -1,6 +1,6 @@
 #include "tools/equalize/Settings.h"
 
-#include "tools/equalize/Errors.h"
+#include "tools/common/Errors.h"
 #include "tools/equalize/Text.h"
 
 #include <cerrno>

@@ -1,12 +1,12 @@
 // The command line of `equalize`: a host without a window, which sends audio files through the effect.
 
+#include "tools/common/OutputFile.h"
+#include "tools/common/RunTool.h"
 #include "tools/equalize/AudioReader.h"
 #include "tools/equalize/AudioWriter.h"
 #include "tools/equalize/EffectLibrary.h"
 #include "tools/equalize/Equalizing.h"
-#include "tools/equalize/Errors.h"
 #include "tools/equalize/HostedEffect.h"
-#include "tools/equalize/OutputFile.h"
 #include "tools/equalize/OutputFormat.h"
 #include "tools/equalize/Progress.h"
 #include "tools/equalize/ResponsePlot.h"
@@ -18,7 +18,6 @@
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
-#include <new>
 #include <string>
 #include <vector>
 
@@ -27,9 +26,6 @@
 namespace {
 
 using namespace tool;
-
-constexpr int ExitBadFile = 1;
-constexpr int ExitBadUsage = 2;
 
 struct Options {
     std::string input;
@@ -222,24 +218,8 @@ int runCommand(int argumentCount, char** arguments) {
     return 0;
 }
 
-int fail(const char* message, int exitCode) {
-    std::fprintf(stderr, "equalize: %s\n", message);
-    return exitCode;
-}
-
 } // namespace
 
 int main(int argumentCount, char** arguments) {
-    removeTemporariesOnSignals();
-    try {
-        return runCommand(argumentCount, arguments);
-    } catch (const CLI::Error& error) {
-        return fail(error.what(), ExitBadUsage);
-    } catch (const UsageError& error) {
-        return fail(error.what(), ExitBadUsage);
-    } catch (const std::bad_alloc&) {
-        return fail("out of memory", ExitBadFile);
-    } catch (const std::exception& error) {
-        return fail(error.what(), ExitBadFile);
-    }
+    return tool::runTool("equalize", [&] { return runCommand(argumentCount, arguments); });
 }

@@ -1,6 +1,6 @@
 #include "tools/lngcheck/Pseudo.h"
 
-#include "tools/equalize/Errors.h"
+#include "tools/common/Errors.h"
 #include "wedge/string_ext.h"
 
 #include <algorithm>

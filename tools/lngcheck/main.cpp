@@ -1,7 +1,7 @@
 // The command line of `lngcheck`: looks through language files, for those who write them.
 
-#include "tools/equalize/Errors.h"
-#include "tools/equalize/OutputFile.h"
+#include "tools/common/OutputFile.h"
+#include "tools/common/RunTool.h"
 #include "tools/lngcheck/Checks.h"
 #include "tools/lngcheck/Findings.h"
 #include "tools/lngcheck/LanguageFile.h"
@@ -14,7 +14,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
-#include <new>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -27,9 +26,6 @@ namespace {
 using namespace lngcheck;
 using tool::FileError;
 using tool::UsageError;
-
-constexpr int ExitFaults = 1;
-constexpr int ExitBadUsage = 2;
 
 struct Options {
     std::vector<std::string> paths;
@@ -182,7 +178,7 @@ int run(const Options& options) {
 
     const std::size_t faults =
         findings.count(Severity::Fault) + (options.strict ? findings.count(Severity::Warning) : 0);
-    return faults == 0 ? 0 : ExitFaults;
+    return faults == 0 ? 0 : tool::ExitFailure;
 }
 
 int runCommand(int argumentCount, char** arguments) {
@@ -199,25 +195,8 @@ int runCommand(int argumentCount, char** arguments) {
     return exitCode;
 }
 
-int fail(const char* message, int exitCode) {
-    std::fflush(stdout);
-    std::fprintf(stderr, "lngcheck: %s\n", message);
-    return exitCode;
-}
-
 } // namespace
 
 int main(int argumentCount, char** arguments) {
-    tool::removeTemporariesOnSignals();
-    try {
-        return runCommand(argumentCount, arguments);
-    } catch (const CLI::Error& error) {
-        return fail(error.what(), ExitBadUsage);
-    } catch (const UsageError& error) {
-        return fail(error.what(), ExitBadUsage);
-    } catch (const std::bad_alloc&) {
-        return fail("out of memory", ExitFaults);
-    } catch (const std::exception& error) {
-        return fail(error.what(), ExitFaults);
-    }
+    return tool::runTool("lngcheck", [&] { return runCommand(argumentCount, arguments); });
 }

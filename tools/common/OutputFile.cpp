@@ -1,6 +1,6 @@
-#include "tools/equalize/OutputFile.h"
+#include "tools/common/OutputFile.h"
 
-#include "tools/equalize/Errors.h"
+#include "tools/common/Errors.h"
 
 #include <array>
 #include <cerrno>
