@@ -12,6 +12,7 @@
 #include "platform/standin/DebugOutput.h"
 #include "platform/standin/Errors.h"
 #include "platform/standin/Files.h"
+#include "platform/standin/Gdi.h"
 #include "platform/standin/Keys.h"
 #include "platform/standin/Locale.h"
 #include "platform/standin/Locks.h"

@@ -1,0 +1,43 @@
+#pragma once
+
+// The part of the drawing interface that tells of the system's dialog font.
+
+#include "platform/standin/Types.h"
+
+using HGDIOBJ = void*;
+using HDC = struct HDC__*;
+
+inline constexpr int DEFAULT_GUI_FONT = 17;
+inline constexpr int LOGPIXELSY = 90;
+inline constexpr int LF_FACESIZE = 32;
+
+struct LOGFONTA {
+    LONG lfHeight;
+    LONG lfWidth;
+    LONG lfEscapement;
+    LONG lfOrientation;
+    LONG lfWeight;
+    BYTE lfItalic;
+    BYTE lfUnderline;
+    BYTE lfStrikeOut;
+    BYTE lfCharSet;
+    BYTE lfOutPrecision;
+    BYTE lfClipPrecision;
+    BYTE lfQuality;
+    BYTE lfPitchAndFamily;
+    CHAR lfFaceName[LF_FACESIZE];
+};
+static_assert(sizeof(LOGFONTA) == 60);
+
+extern "C" {
+
+/// Null for all but DEFAULT_GUI_FONT, which is Tahoma at 8 points unless a test sets another.
+HGDIOBJ WINAPI GetStockObject(int index) noexcept;
+int WINAPI GetObjectA(HGDIOBJ object, int size, void* buffer) noexcept;
+/// Of the whole screen alone.
+HDC WINAPI GetDC(HWND window) noexcept;
+int WINAPI ReleaseDC(HWND window, HDC context) noexcept;
+/// 96 for LOGPIXELSY, and 0 for all else.
+int WINAPI GetDeviceCaps(HDC context, int index) noexcept;
+int WINAPI MulDiv(int number, int numerator, int denominator) noexcept;
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+/// Writes a compiled template by hand, one field behind the other.
+class TemplateBuilder {
+public:
+    TemplateBuilder& word(unsigned value) {
+        m_bytes.push_back(static_cast<char>(value & 0xFFU));
+        m_bytes.push_back(static_cast<char>(value >> 8U & 0xFFU));
+        return *this;
+    }
+    TemplateBuilder& words(std::initializer_list<unsigned> values) {
+        for (const unsigned value : values) word(value);
+        return *this;
+    }
+    TemplateBuilder& doubleWord(std::uint32_t value) { return word(value & 0xFFFFU).word(value >> 16U); }
+    /// With its terminator.
+    TemplateBuilder& text(std::u16string_view value) {
+        for (const char16_t unit : value) word(unit);
+        return word(0);
+    }
+    TemplateBuilder& bytes(std::string_view value) {
+        m_bytes += value;
+        return *this;
+    }
+    TemplateBuilder& align() {
+        while (m_bytes.size() % 4 != 0) m_bytes.push_back('\0');
+        return *this;
+    }
+
+    [[nodiscard]] const std::string& get() const { return m_bytes; }
+
+private:
+    std::string m_bytes;
+};
