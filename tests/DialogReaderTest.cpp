@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 
 // The keys and their texts are those of the language file beside the test program.
@@ -109,6 +110,17 @@ TEST(PrepareDialogResource, PutsTheSystemsFontInPlaceOfMsShellDlgAlone) {
     other.word(8).text(u"MS Shell Dlg 2");
     EXPECT_EQ(rewrite(other).status, PrepUnchanged);
     EXPECT_EQ(rewrite(standardHeader(0x08, 0, u"c")).status, PrepUnchanged) << "the standard form has no font then";
+}
+
+TEST(PrepareDialogResource, TakesNoByteBehindTheDialogForADifference) {
+    TemplateBuilder standard = standardHeader(0, 1, u"Caption");
+    standardItem(standard, 1, u"Name", "odd");
+    TemplateBuilder extended = extendedHeader(0, 1, u"Caption");
+    extendedItem(extended, 1, u"Name", "odd");
+    for (TemplateBuilder& dialog : {std::ref(standard), std::ref(extended)}) {
+        ASSERT_EQ(dialog.get().size() % 2, 1U);
+        EXPECT_EQ(rewrite(dialog.bytes("\xFF")).status, PrepUnchanged);
+    }
 }
 
 TEST(PrepareDialogResource, FailsWhereTheBytesEndTooSoon) {
