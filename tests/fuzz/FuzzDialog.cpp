@@ -1,0 +1,29 @@
+// PrepareDialogResource on any bytes.
+
+#include "tests/fuzz/FuzzRewriting.h"
+#include "wedge/DialogReader.h"
+
+#include <algorithm>
+#include <cctype>
+#include <string_view>
+
+namespace {
+
+bool namesShellFont(Bytes resource) {
+    constexpr std::string_view name("m\0s\0 \0s\0h\0e\0l\0l\0 \0d\0l\0g\0\0\0", 26);
+    const auto equalLetters = [](std::uint8_t x, char y) { return std::tolower(x) == y; };
+    return std::search(resource.begin(), resource.end(), name.begin(), name.end(), equalLetters) != resource.end();
+}
+
+std::size_t sizeOfDialog(const ExactCopy& resource, const std::byte*) {
+    const bool isExtended = wordAt(static_cast<const std::byte*>(resource.data()), 2) == 0xFFFF;
+    return isExtended ? outputSize<DialogReaderExtended>(resource) : outputSize<DialogReaderStandard>(resource);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const Bytes resource(data, size);
+    rewriteTwice(PrepareDialogResource, resource, hasBrace(resource) || namesShellFont(resource), sizeOfDialog);
+    return 0;
+}
