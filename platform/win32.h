@@ -8,6 +8,7 @@
 #include <objbase.h>
 #else
 // The stand-in: the part of Win32 that this project calls, behind the same names, signatures and error codes.
+#include "platform/standin/Accelerators.h"
 #include "platform/standin/CodePages.h"
 #include "platform/standin/DebugOutput.h"
 #include "platform/standin/Errors.h"
@@ -17,6 +18,7 @@
 #include "platform/standin/Locale.h"
 #include "platform/standin/Locks.h"
 #include "platform/standin/Memory.h"
+#include "platform/standin/Menus.h"
 #include "platform/standin/MessageBox.h"
 #include "platform/standin/Modules.h"
 #include "platform/standin/Registry.h"

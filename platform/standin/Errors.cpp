@@ -23,6 +23,7 @@ constexpr std::array errorTexts = {
     ErrorText{ERROR_ACCESS_DENIED, "Access is denied.\r\n"},
     ErrorText{ERROR_INVALID_HANDLE, "The handle is invalid.\r\n"},
     ErrorText{ERROR_NOT_ENOUGH_MEMORY, "Not enough memory resources are available to process this command.\r\n"},
+    ErrorText{ERROR_INVALID_DATA, "The data is invalid.\r\n"},
     ErrorText{ERROR_OUTOFMEMORY, "Not enough memory resources are available to complete this operation.\r\n"},
     ErrorText{ERROR_NO_MORE_FILES, "There are no more files.\r\n"},
     ErrorText{ERROR_WRITE_FAULT, "The system cannot write to the specified device.\r\n"},
@@ -44,6 +45,17 @@ constexpr std::array errorTexts = {
               "No mapping for the Unicode character exists in the target multi-byte code page.\r\n"},
     ErrorText{ERROR_UNKNOWN_REVISION, "The revision level is unknown.\r\n"},
     ErrorText{ERROR_INVALID_SECURITY_DESCR, "The security descriptor structure is invalid.\r\n"},
+    ErrorText{ERROR_INVALID_WINDOW_HANDLE, "Invalid window handle.\r\n"},
+    ErrorText{ERROR_INVALID_MENU_HANDLE, "Invalid menu handle.\r\n"},
+    ErrorText{ERROR_INVALID_ACCEL_HANDLE, "Invalid accelerator table handle.\r\n"},
+    ErrorText{ERROR_TLW_WITH_WSCHILD, "Cannot create a top-level child window.\r\n"},
+    ErrorText{ERROR_WINDOW_OF_OTHER_THREAD, "Invalid window; it belongs to other thread.\r\n"},
+    ErrorText{ERROR_CLASS_ALREADY_EXISTS, "Class already exists.\r\n"},
+    ErrorText{ERROR_CLASS_DOES_NOT_EXIST, "Class does not exist.\r\n"},
+    ErrorText{ERROR_CLASS_HAS_WINDOWS, "Class still has open windows.\r\n"},
+    ErrorText{ERROR_INVALID_INDEX, "Invalid index.\r\n"},
+    ErrorText{ERROR_CONTROL_ID_NOT_FOUND, "Control ID not found.\r\n"},
+    ErrorText{ERROR_MENU_ITEM_NOT_FOUND, "A menu item was not found.\r\n"},
 };
 
 DWORD refuse(DWORD code) noexcept {

@@ -42,6 +42,17 @@ public:
         return !removed.empty();
     }
 
+    std::size_t size() {
+        const std::lock_guard guard(m_lock);
+        return m_objects.size();
+    }
+
+    template <typename Action>
+    void forEach(Action action) {
+        const std::lock_guard guard(m_lock);
+        for (const auto& [number, object] : m_objects) action(handleOfNumber<HANDLE>(number), *object);
+    }
+
 private:
     using Map = std::map<std::uintptr_t, std::shared_ptr<Object>>;
 

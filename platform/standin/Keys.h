@@ -118,3 +118,4 @@ struct ACCEL {
     WORD key;
     WORD cmd;
 };
+using LPACCEL = ACCEL*;

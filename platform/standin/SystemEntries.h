@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/standin/Accelerators.h"
 #include "platform/standin/Types.h"
 
 // The system's functions whose names the wedge takes over. Here they have names of their own, under which the table of
@@ -9,5 +10,8 @@ namespace standin {
 
 /// MessageBoxW.
 int WINAPI showMessageBox(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type) noexcept;
+
+/// DestroyAcceleratorTable.
+BOOL WINAPI destroyAcceleratorTable(HACCEL table) noexcept;
 
 } // namespace standin

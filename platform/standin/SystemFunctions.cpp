@@ -21,6 +21,7 @@ FARPROC erased(Function* function) noexcept {
 }
 
 const std::array systemFunctions = {
+    SystemFunction{"user32", "DestroyAcceleratorTable", erased(&standin::destroyAcceleratorTable)},
     SystemFunction{"user32", "MessageBoxW", erased(&standin::showMessageBox)},
 };
 

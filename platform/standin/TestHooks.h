@@ -4,6 +4,7 @@
 
 #include "platform/standin/Types.h"
 
+#include <cstddef>
 #include <string>
 
 namespace standin {
@@ -26,5 +27,13 @@ struct ShownMessageBoxes {
 
 /// The message boxes of this process so far.
 ShownMessageBoxes shownMessageBoxes();
+
+/// Objects that were made and not destroyed, in the whole process.
+std::size_t liveWindows() noexcept;
+std::size_t liveMenus() noexcept;
+std::size_t liveAcceleratorTables() noexcept;
+
+/// Takes back what InitCommonControlsEx has registered, as if no program had asked for it.
+void unregisterCommonControls() noexcept;
 
 } // namespace standin

@@ -1,0 +1,80 @@
+#include "platform/standin/Accelerators.h"
+
+#include "platform/standin/CodePages.h"
+#include "platform/standin/Errors.h"
+#include "platform/standin/HandleTable.h"
+#include "platform/standin/SystemEntries.h"
+#include "platform/standin/TestHooks.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+
+using Table = std::vector<ACCEL>;
+
+standin::HandleTable<Table>& tables() {
+    static standin::HandleTable<Table> table;
+    return table;
+}
+
+std::shared_ptr<Table> findTable(HACCEL handle) noexcept {
+    auto table = tables().find(handle);
+    if (!table) SetLastError(ERROR_INVALID_ACCEL_HANDLE);
+    return table;
+}
+
+void widenCharacter(ACCEL& record) noexcept {
+    if ((record.fVirt & FVIRTKEY) != 0) return;
+    const char narrow = static_cast<char>(record.key);
+    wchar_t wide = 0;
+    MultiByteToWideChar(CP_ACP, 0, &narrow, 1, &wide, 1);
+    record.key = static_cast<WORD>(wide);
+}
+
+HACCEL createTable(const ACCEL* records, int count, bool narrow) {
+    if (!records || count < 1) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return nullptr;
+    }
+    auto table = std::make_shared<Table>(records, records + count);
+    if (narrow) std::for_each(table->begin(), table->end(), widenCharacter);
+    return static_cast<HACCEL>(tables().add(std::move(table)));
+}
+
+HACCEL tryToCreateTable(const ACCEL* records, int count, bool narrow) noexcept try {
+    return createTable(records, count, narrow);
+} catch (...) {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return nullptr;
+}
+
+} // namespace
+
+std::size_t standin::liveAcceleratorTables() noexcept {
+    return tables().size();
+}
+
+HACCEL WINAPI CreateAcceleratorTableA(LPACCEL records, int count) noexcept {
+    return tryToCreateTable(records, count, true);
+}
+
+HACCEL WINAPI CreateAcceleratorTableW(LPACCEL records, int count) noexcept {
+    return tryToCreateTable(records, count, false);
+}
+
+int WINAPI CopyAcceleratorTableW(HACCEL handle, LPACCEL buffer, int size) noexcept {
+    const auto table = findTable(handle);
+    if (!table) return 0;
+    const int count = static_cast<int>(table->size());
+    if (!buffer) return count;
+    const int copied = std::clamp(size, 0, count);
+    std::copy_n(table->begin(), copied, buffer);
+    return copied;
+}
+
+BOOL WINAPI standin::destroyAcceleratorTable(HACCEL table) noexcept {
+    if (tables().remove(table)) return TRUE;
+    SetLastError(ERROR_INVALID_ACCEL_HANDLE);
+    return FALSE;
+}
