@@ -4,6 +4,8 @@
 
 #ifdef _WIN32
 #include <windows.h>
+// Behind the system's own header, which it needs.
+#include <commctrl.h>
 // The lean set leaves COM's memory functions out.
 #include <objbase.h>
 #else
@@ -11,6 +13,7 @@
 #include "platform/standin/Accelerators.h"
 #include "platform/standin/CodePages.h"
 #include "platform/standin/DebugOutput.h"
+#include "platform/standin/Dialogs.h"
 #include "platform/standin/Errors.h"
 #include "platform/standin/Files.h"
 #include "platform/standin/Gdi.h"
@@ -20,9 +23,12 @@
 #include "platform/standin/Memory.h"
 #include "platform/standin/Menus.h"
 #include "platform/standin/MessageBox.h"
+#include "platform/standin/Messages.h"
 #include "platform/standin/Modules.h"
 #include "platform/standin/Registry.h"
 #include "platform/standin/SerialPorts.h"
 #include "platform/standin/System.h"
+#include "platform/standin/Trackbar.h"
 #include "platform/standin/Types.h"
+#include "platform/standin/Windowing.h"
 #endif

@@ -1,0 +1,110 @@
+#pragma once
+
+// What the sources of the windows share.
+
+#include "platform/standin/Dialogs.h"
+#include "platform/standin/Errors.h"
+
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace standin {
+
+struct WindowClass {
+    std::wstring name;
+    ATOM atom;
+    WNDPROC procedure;
+    std::size_t extraBytes;
+};
+
+/// The class of a name or an atom, or null. Names are told apart without regard to case.
+std::shared_ptr<const WindowClass> findWindowClass(LPCWSTR nameOrAtom);
+
+/// What a window has if it was made as a dialog.
+struct DialogState {
+    HFONT font = nullptr;
+    HWND focus = nullptr; // where the focus was when the dialog was hidden
+    WORD defaultId = 0;
+    INT_PTR result = 0;
+    bool ended = false;
+};
+
+struct Window {
+    std::shared_ptr<const WindowClass> windowClass;
+    DWORD thread = 0;
+    HINSTANCE module = nullptr;
+    WNDPROC procedure = nullptr;
+    HWND parent = nullptr; // of a child alone
+    HWND owner = nullptr;
+    std::vector<HWND> children; // in the order of their creation
+    DWORD style = 0;
+    DWORD extendedStyle = 0;
+    UINT_PTR id = 0;
+    LONG_PTR userData = 0;
+    POINT origin{}; // in its parent
+    LONG width = 0;
+    LONG height = 0;
+    bool owesSize = false; // an overlapped window is told its size when it is shown first
+    std::wstring text;
+    std::vector<std::byte> extra;
+    std::map<std::wstring, HANDLE, std::less<>> properties;
+    std::optional<DialogState> dialog;
+};
+
+/// Guards all windows, and the queues. Never held while a procedure is called.
+std::recursive_mutex& windowLock();
+
+/// A window that no other thread changes or ends meanwhile; empty, with the last error, for what is no window.
+class LockedWindow {
+public:
+    explicit LockedWindow(HWND handle);
+
+    explicit operator bool() const noexcept { return m_window != nullptr; }
+    Window* operator->() const noexcept { return m_window.get(); }
+    Window& operator*() const noexcept { return *m_window; }
+
+private:
+    std::lock_guard<std::recursive_mutex> m_guard;
+    std::shared_ptr<Window> m_window;
+};
+
+/// Every window, of whichever thread.
+std::vector<HWND> ownedWindows(HWND owner);
+
+bool isDialog(HWND window);
+
+/// Focus and queue of a window that goes.
+void forgetFocus(HWND window) noexcept;
+void forgetMessages(HWND window) noexcept;
+
+/// Lets the focus go up to the parent if it lies in a window that is hidden.
+void moveFocusOutOf(HWND window) noexcept;
+
+/// Procedures of the predefined classes.
+LRESULT CALLBACK staticProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+LRESULT CALLBACK buttonProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+LRESULT CALLBACK editProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+
+/// The bytes of its own that each control keeps, first of all its font.
+inline constexpr int ControlFontIndex = 0;
+inline constexpr int ControlExtraBytes = sizeof(LONG_PTR);
+
+inline HWND handleOf(LPARAM parameter) noexcept {
+    return handleOfNumber<HWND>(static_cast<std::uintptr_t>(parameter));
+}
+
+inline LPARAM parameterOf(const void* pointer) noexcept {
+    return reinterpret_cast<LPARAM>(pointer);
+}
+
+inline bool isNumber(const void* nameOrNumber) noexcept {
+    return reinterpret_cast<std::uintptr_t>(nameOrNumber) <= 0xFFFF;
+}
+
+} // namespace standin
