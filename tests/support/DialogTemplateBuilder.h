@@ -1,0 +1,59 @@
+#pragma once
+
+#include "platform/win32.h"
+
+#include "tests/support/TemplateBuilder.h"
+
+#include <string_view>
+#include <vector>
+
+/// A control of a template. A class of one unit is the number of a predefined one.
+struct DialogItem {
+    std::u16string_view windowClass;
+    unsigned id;
+    DWORD style;
+    std::u16string_view text = u"";
+    unsigned x = 0;
+    unsigned y = 0;
+    unsigned width = 10;
+    unsigned height = 10;
+};
+
+/// A dialog of 100 by 50 units, whose font is "MS Shell Dlg" at 8 points if its style names one.
+class DialogTemplateBuilder {
+public:
+    DialogTemplateBuilder(bool extended, DWORD style, const std::vector<DialogItem>& items) : m_extended(extended) {
+        if (extended) m_template.words({1, 0xFFFF}).doubleWord(0).doubleWord(0);
+        m_template.doubleWord(style);
+        if (!extended) m_template.doubleWord(0);
+        m_template.word(static_cast<unsigned>(items.size())).words({2, 4, 100, 50, 0, 0}).text(u"Caption");
+        if ((style & DS_SETFONT) != 0) m_template.word(8);
+        if ((style & DS_SETFONT) != 0 && extended) m_template.words({400, 0x0100});
+        if ((style & DS_SETFONT) != 0) m_template.text(u"MS Shell Dlg");
+        for (const DialogItem& item : items) add(item);
+    }
+
+    [[nodiscard]] const DLGTEMPLATE* get() const {
+        return reinterpret_cast<const DLGTEMPLATE*>(m_template.get().data());
+    }
+
+private:
+    void add(const DialogItem& item) {
+        m_template.align();
+        if (m_extended) m_template.doubleWord(0).doubleWord(0);
+        m_template.doubleWord(item.style);
+        if (!m_extended) m_template.doubleWord(0);
+        m_template.words({item.x, item.y, item.width, item.height, item.id & 0xFFFFU});
+        if (m_extended) m_template.word(item.id >> 16U);
+        if (item.windowClass.size() == 1) {
+            m_template.words({0xFFFF, item.windowClass[0]});
+        } else {
+            m_template.text(item.windowClass);
+        }
+        // Creation data, which nobody looks at.
+        m_template.text(item.text).word(6).bytes("secret");
+    }
+
+    bool m_extended;
+    TemplateBuilder m_template;
+};
