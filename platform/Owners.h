@@ -79,4 +79,11 @@ struct FindHandleTraits {
 };
 using FindHandle = UniqueHandle<FindHandleTraits>;
 
+struct WindowTraits {
+    using Handle = HWND;
+    static Handle empty() noexcept { return nullptr; }
+    static void close(Handle window) noexcept { DestroyWindow(window); }
+};
+using Window = UniqueHandle<WindowTraits>;
+
 } // namespace platform

@@ -4,9 +4,8 @@
 
 #ifdef _WIN32
 #include <windows.h>
-// Behind the system's own header, which it needs.
+// The lean set leaves these out: the common controls' messages, and COM's memory functions.
 #include <commctrl.h>
-// The lean set leaves COM's memory functions out.
 #include <objbase.h>
 #else
 // The stand-in: the part of Win32 that this project calls, behind the same names, signatures and error codes.
@@ -26,6 +25,8 @@
 #include "platform/standin/Messages.h"
 #include "platform/standin/Modules.h"
 #include "platform/standin/Registry.h"
+#include "platform/standin/ReplacedFunctions.h"
+#include "platform/standin/Resources.h"
 #include "platform/standin/SerialPorts.h"
 #include "platform/standin/System.h"
 #include "platform/standin/Trackbar.h"

@@ -3,6 +3,7 @@
 #include "platform/win32.h"
 #include "support/LanguageText.h"
 #include "wedge/OwnModule.h"
+#include "wedge/string_ext.h"
 
 #include <algorithm>
 #include <charconv>
@@ -61,30 +62,10 @@ std::string textOf(Quantity quantity, double value) {
     return {};
 }
 
-bool isUtf8Continuation(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
-
-// The most bytes, up to `limit`, that hold whole characters of the ANSI code page.
-std::size_t wholeCharacters(std::string_view text, std::size_t limit) {
-    if (text.size() <= limit) return text.size();
-    if (GetACP() == CP_UTF8) {
-        while (limit > 0 && isUtf8Continuation(text[limit])) --limit;
-        return limit;
-    }
-    std::size_t end = 0;
-    while (end < limit) {
-        const std::size_t width = IsDBCSLeadByte(static_cast<BYTE>(text[end])) != 0 ? 2 : 1;
-        if (end + width > limit) break;
-        end += width;
-    }
-    return end;
-}
-
 } // namespace
 
 void writeDisplay(const Parameter& parameter, float p, char* text) {
     const std::string full = textOf(parameter.quantity, parameter.engineValue(p));
-    const std::size_t length = full.copy(text, wholeCharacters(full, DisplayCapacity - 1));
+    const std::size_t length = full.copy(text, whole_characters(full, DisplayCapacity - 1, CP_ACP));
     text[length] = '\0';
 }

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 #include <span>
+#include <string>
 
 /// Reads little-endian numbers and runs of bytes one behind the other, never past the end: a read that would go beyond
 /// throws prep_exception.
@@ -22,6 +23,14 @@ public:
         m_rest = m_rest.subspan(count);
         return bytes;
     }
+
+    /// A 16-bit count and so many 16-bit units.
+    [[nodiscard]] std::wstring readCountedString() {
+        std::wstring text(readWord(), L'\0');
+        for (wchar_t& unit : text) unit = static_cast<wchar_t>(readWord());
+        return text;
+    }
+    void skipCountedString() { static_cast<void>(readBytes(std::size_t{2} * readWord())); }
 
 private:
     template <typename Number>

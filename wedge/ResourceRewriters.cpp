@@ -37,12 +37,6 @@ private:
     std::string m_bytes;
 };
 
-std::wstring readCountedString(ByteCursor& input) {
-    std::wstring text(input.readWord(), L'\0');
-    for (wchar_t& unit : text) unit = static_cast<wchar_t>(input.readWord());
-    return text;
-}
-
 void writeCountedString(ByteWriter& output, const std::wstring& text) {
     const std::size_t count = std::min(text.size(), LongestString);
     output.append(static_cast<std::uint16_t>(count));
@@ -55,7 +49,7 @@ PrepStatus rewriteStrings(ByteCursor input, void** ppNewResource) {
     bool anyChanged = false;
     for (std::wstring& text : strings) {
         bool changed = false;
-        const std::string expanded = ExpandLanguageKeys(convert_string(readCountedString(input), codepage), &changed);
+        const std::string expanded = ExpandLanguageKeys(convert_string(input.readCountedString(), codepage), &changed);
         text = convert_wstring(expanded, codepage);
         anyChanged = anyChanged || changed;
     }

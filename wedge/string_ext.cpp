@@ -8,6 +8,10 @@ namespace {
 
 constexpr char File[] = "wedge/string_ext";
 
+bool isUtf8Continuation(char value) noexcept {
+    return (static_cast<unsigned char>(value) & 0xC0U) == 0x80U;
+}
+
 } // namespace
 
 std::wstring convert_wstring(const std::string& text, unsigned codePage) {
@@ -34,4 +38,23 @@ std::string convert_string(const std::wstring& text, unsigned codePage) {
     }
     buffer[static_cast<std::size_t>(converted)] = '\0';
     return buffer.data();
+}
+
+bool is_utf8_codepage(unsigned codePage) noexcept {
+    return codePage == CP_UTF8 || (codePage == CP_ACP && GetACP() == CP_UTF8);
+}
+
+std::size_t whole_characters(std::string_view text, std::size_t limit, unsigned codePage) noexcept {
+    if (text.size() <= limit) return text.size();
+    if (is_utf8_codepage(codePage)) {
+        while (limit > 0 && isUtf8Continuation(text[limit])) --limit;
+        return limit;
+    }
+    std::size_t end = 0;
+    while (end < limit) {
+        const std::size_t width = IsDBCSLeadByteEx(codePage, static_cast<BYTE>(text[end])) != 0 ? 2 : 1;
+        if (end + width > limit) break;
+        end += width;
+    }
+    return end;
 }

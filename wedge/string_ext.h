@@ -2,7 +2,9 @@
 
 #include "support/ContextException.h"
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 
 class convert_wstring_failed : public ContextException {
 public:
@@ -21,3 +23,9 @@ public:
 /// Converts back. Throws `convert_string_failed`, also when the result needs more than two bytes for each unit and two
 /// more; an empty text never fails.
 [[nodiscard]] std::string convert_string(const std::wstring& text, unsigned codePage);
+
+/// Whether a code page (0: the system's ANSI code page) is UTF-8.
+[[nodiscard]] bool is_utf8_codepage(unsigned codePage) noexcept;
+
+/// The most bytes of `text`, up to `limit`, that hold whole characters of the code page.
+[[nodiscard]] std::size_t whole_characters(std::string_view text, std::size_t limit, unsigned codePage) noexcept;

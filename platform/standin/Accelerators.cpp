@@ -13,13 +13,11 @@ namespace {
 
 using Table = std::vector<ACCEL>;
 
-standin::HandleTable<Table>& tables() {
-    static standin::HandleTable<Table> table;
-    return table;
-}
+// The system outlives a module: what a module destroys at its own unload still goes through here.
+[[gnu::init_priority(101)]] standin::HandleTable<Table> tables;
 
 std::shared_ptr<Table> findTable(HACCEL handle) noexcept {
-    auto table = tables().find(handle);
+    auto table = tables.find(handle);
     if (!table) SetLastError(ERROR_INVALID_ACCEL_HANDLE);
     return table;
 }
@@ -39,7 +37,7 @@ HACCEL createTable(const ACCEL* records, int count, bool narrow) {
     }
     auto table = std::make_shared<Table>(records, records + count);
     if (narrow) std::for_each(table->begin(), table->end(), widenCharacter);
-    return static_cast<HACCEL>(tables().add(std::move(table)));
+    return static_cast<HACCEL>(tables.add(std::move(table)));
 }
 
 HACCEL tryToCreateTable(const ACCEL* records, int count, bool narrow) noexcept try {
@@ -52,7 +50,7 @@ HACCEL tryToCreateTable(const ACCEL* records, int count, bool narrow) noexcept t
 } // namespace
 
 std::size_t standin::liveAcceleratorTables() noexcept {
-    return tables().size();
+    return tables.size();
 }
 
 HACCEL WINAPI CreateAcceleratorTableA(LPACCEL records, int count) noexcept {
@@ -74,7 +72,7 @@ int WINAPI CopyAcceleratorTableW(HACCEL handle, LPACCEL buffer, int size) noexce
 }
 
 BOOL WINAPI standin::destroyAcceleratorTable(HACCEL table) noexcept {
-    if (tables().remove(table)) return TRUE;
+    if (tables.remove(table)) return TRUE;
     SetLastError(ERROR_INVALID_ACCEL_HANDLE);
     return FALSE;
 }

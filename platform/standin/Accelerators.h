@@ -14,7 +14,4 @@ HACCEL WINAPI CreateAcceleratorTableW(LPACCEL records, int count) noexcept;
 
 /// Without a buffer, the number of records.
 int WINAPI CopyAcceleratorTableW(HACCEL table, LPACCEL buffer, int size) noexcept;
-
-/// Defined by the language layer, which counts its tables. The system's is found by name alone.
-BOOL WINAPI DestroyAcceleratorTable(HACCEL table) noexcept;
 }

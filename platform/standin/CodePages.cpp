@@ -127,8 +127,12 @@ UINT WINAPI GetACP() noexcept {
     return ansiCodepage;
 }
 
-BOOL WINAPI IsDBCSLeadByte(BYTE byte) noexcept try {
-    const auto* const table = standin::CodePageTable::find(ansiCodepage);
+BOOL WINAPI IsDBCSLeadByte(BYTE byte) noexcept {
+    return IsDBCSLeadByteEx(CP_ACP, byte);
+}
+
+BOOL WINAPI IsDBCSLeadByteEx(UINT codePage, BYTE byte) noexcept try {
+    const auto* const table = standin::CodePageTable::find(numberOf(codePage));
     return table && table->isLeadByte(byte);
 } catch (...) {
     return FALSE;

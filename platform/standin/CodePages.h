@@ -20,6 +20,7 @@ extern "C" {
 /// The ANSI code page: UTF-8, unless a test has set another.
 UINT WINAPI GetACP() noexcept;
 BOOL WINAPI IsDBCSLeadByte(BYTE byte) noexcept;
+BOOL WINAPI IsDBCSLeadByteEx(UINT codePage, BYTE byte) noexcept;
 
 int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int textSize, LPWSTR buffer,
                                int bufferSize) noexcept;

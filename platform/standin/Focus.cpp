@@ -37,7 +37,9 @@ bool canHaveFocus(HWND window) noexcept {
 
 /// The controls below a dialog in their order, those within pages of it included.
 void collectControls(HWND parent, std::vector<HWND>& controls) {
-    for (HWND child = GetWindow(parent, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+    std::vector<HWND> children;
+    if (const LockedWindow window(parent); window) children = window->children;
+    for (const HWND child : children) {
         const bool isPage = (static_cast<DWORD>(GetWindowLongW(child, GWL_EXSTYLE)) & WS_EX_CONTROLPARENT) != 0;
         if (!isPage) controls.push_back(child);
         if (isPage && isUsable(child)) collectControls(child, controls);
@@ -70,7 +72,7 @@ void command(HWND dialog, int id) noexcept {
     SendMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(id), parameterOf(GetDlgItem(dialog, id)));
 }
 
-/// Enter: the default button, if it has the focus or not, or OK.
+/// Enter: the focused button, else the default one, else OK.
 void commandOfEnter(HWND dialog) noexcept {
     const HWND focus = GetFocus();
     if (IsChild(dialog, focus) && (SendMessageW(focus, WM_GETDLGCODE, 0, 0) & DLGC_DEFPUSHBUTTON) != 0) {

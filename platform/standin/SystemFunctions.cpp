@@ -1,5 +1,6 @@
 #include "platform/standin/SystemFunctions.h"
 
+#include "platform/standin/Resources.h"
 #include "platform/standin/SystemEntries.h"
 #include "platform/standin/TextMatch.h"
 
@@ -21,6 +22,9 @@ FARPROC erased(Function* function) noexcept {
 }
 
 const std::array systemFunctions = {
+    SystemFunction{"kernel32", "FindResourceExA", erased(&standin::findResourceExA)},
+    SystemFunction{"kernel32", "FindResourceExW", erased(&standin::findResourceExW)},
+    SystemFunction{"kernel32", "LoadResource", erased(&standin::loadResource)},
     SystemFunction{"user32", "DestroyAcceleratorTable", erased(&standin::destroyAcceleratorTable)},
     SystemFunction{"user32", "MessageBoxW", erased(&standin::showMessageBox)},
 };

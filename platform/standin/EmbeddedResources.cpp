@@ -1,0 +1,20 @@
+// Becomes part of each module that has resources: carries the compiled file EQ_RESOURCE_FILE and tells of it.
+
+#include "platform/standin/ModuleResources.h"
+
+asm(".pushsection .rodata\n"
+    ".balign 16\n"
+    ".local standin_resources_begin\n"
+    "standin_resources_begin:\n"
+    ".incbin \"" EQ_RESOURCE_FILE "\"\n"
+    ".local standin_resources_end\n"
+    "standin_resources_end:\n"
+    ".byte 0\n"
+    ".popsection\n");
+
+extern "C" {
+extern const std::byte standin_resources_begin[];
+extern const std::byte standin_resources_end[];
+}
+
+static const standin::ModuleResources resources(standin_resources_begin, standin_resources_end);

@@ -1,0 +1,190 @@
+#include "platform/standin/Resources.h"
+
+#include "platform/standin/Errors.h"
+#include "platform/standin/Locale.h"
+#include "platform/standin/LocaleTable.h"
+#include "platform/standin/ModuleResources.h"
+#include "platform/standin/Modules.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <mutex>
+
+namespace {
+
+// A resource file is a row of entries, each on a multiple of four bytes:
+//
+//   data size (4) | header size (4) | type | name | padding to 4 | version (4) | flags (2) | language (2) | ... | data
+//
+// Type and name are 0xFFFF and a number, or 16-bit units up to a zero. An HRSRC is the address of its entry.
+
+constexpr unsigned NumberMark = 0xFFFF;
+constexpr std::size_t LanguageOffset = 6; // behind the padding
+
+template <typename Number>
+Number numberAt(const std::byte* place) noexcept {
+    Number number;
+    std::memcpy(&number, place, sizeof number);
+    return number;
+}
+
+std::size_t alignedTo4(std::size_t size) noexcept {
+    return (size + 3) & ~std::size_t{3};
+}
+
+/// A type or a name as a caller gives it. `Unit` is char or wchar_t.
+template <typename Unit>
+class Wanted {
+public:
+    explicit Wanted(const Unit* text) noexcept : m_text(text) {}
+
+    bool isAt(const std::byte* element) const noexcept {
+        const auto value = reinterpret_cast<std::uintptr_t>(m_text);
+        const auto first = numberAt<std::uint16_t>(element);
+        if (value <= 0xFFFF) return first == NumberMark && numberAt<std::uint16_t>(element + 2) == value;
+        return first != NumberMark && isTextAt(element);
+    }
+
+private:
+    // Names are compared in capitals, of which ASCII's are known here.
+    static unsigned capital(unsigned unit) noexcept { return unit >= 'a' && unit <= 'z' ? unit - 'a' + 'A' : unit; }
+
+    bool isTextAt(const std::byte* element) const noexcept {
+        for (const Unit* wanted = m_text;; ++wanted, element += 2) {
+            const unsigned unit = numberAt<std::uint16_t>(element);
+            if (capital(unit) != capital(static_cast<std::uint16_t>(*wanted))) return false;
+            if (unit == 0) return true;
+        }
+    }
+
+    const Unit* m_text;
+};
+
+std::size_t sizeOfElement(const std::byte* element) noexcept {
+    if (numberAt<std::uint16_t>(element) == NumberMark) return 4;
+    std::size_t size = 2;
+    while (numberAt<std::uint16_t>(element + size - 2) != 0) size += 2;
+    return size;
+}
+
+class Entry {
+public:
+    explicit Entry(const std::byte* address) noexcept : m_address(address) {}
+    explicit Entry(HRSRC handle) noexcept : m_address(reinterpret_cast<const std::byte*>(handle)) {}
+
+    HRSRC handle() const noexcept { return reinterpret_cast<HRSRC>(const_cast<std::byte*>(m_address)); }
+    DWORD dataSize() const noexcept { return numberAt<DWORD>(m_address); }
+    const std::byte* data() const noexcept { return m_address + headerSize(); }
+    const std::byte* next() const noexcept { return m_address + alignedTo4(headerSize() + dataSize()); }
+
+    const std::byte* type() const noexcept { return m_address + 8; }
+    const std::byte* name() const noexcept { return type() + sizeOfElement(type()); }
+    WORD language() const noexcept {
+        const std::size_t named = static_cast<std::size_t>(name() - m_address) + sizeOfElement(name());
+        return numberAt<WORD>(m_address + alignedTo4(named) + LanguageOffset);
+    }
+
+private:
+    DWORD headerSize() const noexcept { return numberAt<DWORD>(m_address + 4); }
+
+    const std::byte* m_address;
+};
+
+std::mutex lock;
+standin::ModuleResources* registered = nullptr;
+
+HMODULE holderOf(const standin::ModuleResources& resources) noexcept {
+    HMODULE holder = nullptr;
+    const DWORD byAddress = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+    GetModuleHandleExA(byAddress, reinterpret_cast<LPCSTR>(resources.begin), &holder);
+    return holder;
+}
+
+/// Calls `visit` with each entry of a module, which may hold several files.
+template <typename Visit>
+void forEachEntry(HMODULE module, const Visit& visit) noexcept {
+    const std::lock_guard guard(lock);
+    for (const auto* resources = registered; resources; resources = resources->next) {
+        if (holderOf(*resources) != module) continue;
+        for (const std::byte* place = resources->begin; place < resources->end; place = Entry(place).next())
+            visit(Entry(place));
+    }
+}
+
+HRSRC refused(LONG code) noexcept {
+    SetLastError(static_cast<DWORD>(code));
+    return nullptr;
+}
+
+WORD systemLanguage() noexcept {
+    const auto* const language = standin::environmentLanguage("LC_MESSAGES");
+    return language ? language->id : WORD{0};
+}
+
+template <typename Unit>
+HRSRC find(HMODULE module, const Unit* type, const Unit* name, WORD language) noexcept {
+    constexpr WORD UsEnglish = 0x0409;
+    const bool neutral = PRIMARYLANGID(language) == 0;
+    const WORD system = neutral ? systemLanguage() : WORD{0};
+    // From the language wanted most to the one wanted least.
+    const std::array<WORD, 5> languages = {language, PRIMARYLANGID(language), system, PRIMARYLANGID(system),
+                                           neutral ? UsEnglish : WORD{0}};
+    std::size_t bestRank = languages.size();
+    HRSRC best = nullptr;
+    bool named = false;
+    forEachEntry(module ? module : GetModuleHandleA(nullptr), [&](const Entry& entry) {
+        if (!Wanted(type).isAt(entry.type()) || !Wanted(name).isAt(entry.name())) return;
+        named = true;
+        const auto* const found = std::find(languages.begin(), languages.end(), entry.language());
+        const auto rank = static_cast<std::size_t>(found - languages.begin());
+        if (rank >= bestRank) return;
+        bestRank = rank;
+        best = entry.handle();
+    });
+    if (best) return best;
+    return refused(named ? ERROR_RESOURCE_LANG_NOT_FOUND : ERROR_RESOURCE_NAME_NOT_FOUND);
+}
+
+} // namespace
+
+namespace standin {
+
+ModuleResources::ModuleResources(const std::byte* first, const std::byte* last) noexcept
+    : begin(first), end(last), next(nullptr) {
+    const std::lock_guard guard(lock);
+    next = registered;
+    registered = this;
+}
+
+ModuleResources::~ModuleResources() {
+    const std::lock_guard guard(lock);
+    ModuleResources** place = &registered;
+    while (*place != this) place = &(*place)->next;
+    *place = next;
+}
+
+HRSRC WINAPI findResourceExA(HMODULE module, LPCSTR type, LPCSTR name, WORD language) noexcept {
+    return find(module, type, name, language);
+}
+
+HRSRC WINAPI findResourceExW(HMODULE module, LPCWSTR type, LPCWSTR name, WORD language) noexcept {
+    return find(module, type, name, language);
+}
+
+HGLOBAL WINAPI loadResource(HMODULE /*module*/, HRSRC resource) noexcept {
+    if (!resource) return refused(ERROR_INVALID_HANDLE);
+    return const_cast<std::byte*>(Entry(resource).data());
+}
+
+} // namespace standin
+
+LPVOID WINAPI LockResource(HGLOBAL resource) noexcept {
+    return resource;
+}
+
+DWORD WINAPI SizeofResource(HMODULE /*module*/, HRSRC resource) noexcept {
+    if (resource) return Entry(resource).dataSize();
+    SetLastError(ERROR_INVALID_HANDLE);
+    return 0;
+}

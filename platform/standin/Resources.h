@@ -1,0 +1,36 @@
+#pragma once
+
+// Resources of modules. A module's compiled resources (a .res file) lie in its read-only data; see ModuleResources.h.
+
+#include "platform/standin/Types.h"
+
+using HRSRC = struct StandinResource*;
+using HGLOBAL = void*;
+
+inline LPSTR MAKEINTRESOURCEA(UINT_PTR id) noexcept {
+    return standin::handleOfNumber<LPSTR>(static_cast<WORD>(id));
+}
+inline LPWSTR MAKEINTRESOURCEW(UINT_PTR id) noexcept {
+    return standin::handleOfNumber<LPWSTR>(static_cast<WORD>(id));
+}
+
+extern "C" {
+
+/// Gives back what it is given: the handle of a loaded resource is the address of its bytes.
+LPVOID WINAPI LockResource(HGLOBAL resource) noexcept;
+
+DWORD WINAPI SizeofResource(HMODULE module, HRSRC resource) noexcept;
+}
+
+namespace standin {
+
+// The system's own functions, which are found by name.
+
+/// A null module is the program. Without a resource in the language asked for comes one of its primary language, then a
+/// neutral one; when the neutral language is asked for, then one of the system's language and one in US English.
+HRSRC WINAPI findResourceExA(HMODULE module, LPCSTR type, LPCSTR name, WORD language) noexcept;
+HRSRC WINAPI findResourceExW(HMODULE module, LPCWSTR type, LPCWSTR name, WORD language) noexcept;
+
+HGLOBAL WINAPI loadResource(HMODULE module, HRSRC resource) noexcept;
+
+} // namespace standin

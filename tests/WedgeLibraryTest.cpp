@@ -1,0 +1,62 @@
+#include "tests/support/AllocationCounter.h"
+#include "tests/support/LoadedLibrary.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+namespace {
+
+/// Bytes of the heap that are in use, wherever a library took them.
+long heapInUse() {
+#ifdef _WIN32
+    std::array<HANDLE, 64> heaps{};
+    const DWORD count = GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data());
+    long bytes = 0;
+    for (DWORD i = 0; i < count; ++i) {
+        PROCESS_HEAP_ENTRY entry{};
+        while (HeapWalk(heaps[i], &entry)) {
+            if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) bytes += static_cast<long>(entry.cbData);
+        }
+    }
+    return bytes;
+#else
+    // The library's allocations come to this program's operators.
+    return allocations::live;
+#endif
+}
+
+/// What a hundred loads of the library leave behind, with or without work in it.
+long leftByAHundredLoads(bool work) {
+    constexpr int WarmUp = 5; // what the system keeps from first uses is there behind it
+    long before = 0;
+    for (int turn = 0; turn < WarmUp + 100; ++turn) {
+        if (turn == WarmUp) before = heapInUse();
+        const LoadedLibrary library(EQ_WEDGE_LIBRARY);
+        const auto open = library.find<bool (*)()>("openOneOfEach");
+        EXPECT_TRUE((!work && turn >= WarmUp) || open());
+    }
+    return heapInUse() - before;
+}
+
+} // namespace
+
+TEST(WedgeLibrary, LeavesNothingBehindWhenItIsUnloadedAHundredTimes) {
+    const long idle = leftByAHundredLoads(false);
+#ifdef _WIN32
+    // The compiler's own thread library keeps some 800 bytes a load.
+    EXPECT_LT(idle, 100 * 1024);
+#endif
+    // Less than a counted block a load: the system's own heap may grow by a page meanwhile.
+    EXPECT_LT(leftByAHundredLoads(true) - idle, 5000);
+}
+
+TEST(WedgeLibrary, DestroysAtUnloadWhatWasLeftAlive) {
+    HACCEL left = nullptr;
+    {
+        const LoadedLibrary library(EQ_WEDGE_LIBRARY);
+        left = library.find<HACCEL (*)()>("openAndLeave")();
+        EXPECT_NE(left, nullptr);
+    }
+    EXPECT_EQ(CopyAcceleratorTableW(left, nullptr, 0), 0);
+}

@@ -1,0 +1,348 @@
+#include "wedge/AcceleratorRegistry.h"
+#include "wedge/CountedBlock.h"
+#include "wedge/OwnModule.h"
+#include "wedge/ResourceCache.h"
+#include "wedge/ResourceLoading.h"
+#include "wedge/string_ext.h"
+
+#include "tests/support/AllocationCounter.h"
+#include "tests/support/WindowTexts.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+// The resources are those of Wedge.rc, the texts those of the language file beside the test program.
+
+namespace {
+
+HMODULE module() {
+    return ownModule();
+}
+
+constexpr std::uintptr_t DialogType = 5;
+
+HRSRC findDialog(unsigned id) {
+    return FindResourceW(module(), MAKEINTRESOURCEW(id), MAKEINTRESOURCEW(DialogType));
+}
+
+std::wstring captionOf(HRSRC dialog) {
+    const auto* const bytes = static_cast<const DLGTEMPLATE*>(LockResource(LoadResource(module(), dialog)));
+    const platform::Window window(CreateDialogIndirectParamW(module(), bytes, nullptr, ignoreMessage, 0));
+    return textOf(window.get());
+}
+
+std::wstring loadedString(UINT id, int room = 64) {
+    std::vector<wchar_t> buffer(64, L'#');
+    const int length = LoadStringW(module(), id, buffer.data(), room);
+    EXPECT_EQ(buffer[static_cast<std::size_t>(length)], length == 0 && buffer[0] == L'#' ? L'#' : 0);
+    return std::wstring(buffer.data(), static_cast<std::size_t>(length));
+}
+
+std::string loadedNarrowString(UINT id, int room = 64) {
+    std::vector<char> buffer(64, '#');
+    const int length = LoadStringA(module(), id, buffer.data(), room);
+    return std::string(buffer.data(), static_cast<std::size_t>(length));
+}
+
+std::vector<std::array<unsigned, 3>> entriesOf(HACCEL table) {
+    std::vector<ACCEL> entries(8);
+    const int count = CopyAcceleratorTableW(table, entries.data(), 8);
+    std::vector<std::array<unsigned, 3>> result;
+    for (const ACCEL& entry : std::vector<ACCEL>(entries.begin(), entries.begin() + count))
+        result.push_back({entry.fVirt, entry.key, entry.cmd});
+    return result;
+}
+
+std::wstring menuText(HMENU menu, int position) {
+    std::array<wchar_t, 64> text{};
+    GetMenuStringW(menu, static_cast<UINT>(position), text.data(), 64, MF_BYPOSITION);
+    return text.data();
+}
+
+/// Ends a dialog box at its start, with one more than its parameter if it has the right caption.
+INT_PTR CALLBACK endAtOnce(HWND dialog, UINT message, WPARAM, LPARAM parameter) {
+    if (message == WM_INITDIALOG) EndDialog(dialog, parameter + (textOf(dialog) == L"named S" ? 1 : 0));
+    return 0;
+}
+
+/// What `work` allocates.
+template <typename Work>
+std::size_t bytesAskedBy(const Work& work) {
+    const std::size_t before = allocations::asked;
+    work();
+    return allocations::asked - before;
+}
+
+} // namespace
+
+TEST(CountedRef, SharesOneOwnerForAnAddressAndEndsItWithTheLast) {
+    const long before = allocations::live;
+    {
+        auto* const block = new std::byte[8];
+        CountedBlockRef first(block);
+        CountedBlockRef second(block); // a second owner would release twice
+        CountedBlockRef copy = first;
+        copy = *&copy;
+        second = CountedBlockRef();
+        first = std::move(copy);
+        EXPECT_EQ(first.get(), block);
+        const CountedBlockRef nothing(nullptr);
+        const CountedBlockRef nothingAgain(nullptr);
+        EXPECT_EQ(nothingAgain.get(), nullptr);
+    }
+    EXPECT_EQ(allocations::live, before);
+}
+
+TEST(CountedRef, LeavesTheBlockToTheCallerWhenMemoryIsShort) {
+    const auto block = std::make_unique<std::byte[]>(8);
+    for (const long granted : {0, 1}) {
+        const allocations::Shortage shortage(granted);
+        EXPECT_THROW(CountedBlockRef(block.get()), std::bad_alloc);
+    }
+}
+
+TEST(CountedRef, ChangesHandsOnManyThreads) {
+    const CountedBlockRef shared(new std::byte[8]);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([&shared] {
+            for (int turn = 0; turn < 1000; ++turn) {
+                const CountedBlockRef copy = shared;
+                const CountedBlockRef other(new std::byte[1]);
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_NE(shared.get(), nullptr);
+}
+
+TEST(ResourceCache, RewritesOnceHoweverOftenAndByHoweverManyAResourceIsFound) {
+    static_cast<void>(findDialog(143)); // the store is built
+    const std::size_t once = bytesAskedBy([] { static_cast<void>(findDialog(110)); });
+    ASSERT_GT(once, 0U);
+    void* const block = ResourceCache::instance().Find(findDialog(110));
+    ASSERT_NE(block, nullptr);
+    EXPECT_EQ(bytesAskedBy([] {
+                  for (int i = 0; i < 1000; ++i) static_cast<void>(findDialog(110));
+              }),
+              0U);
+    EXPECT_EQ(LoadResource(module(), findDialog(110)), block);
+    EXPECT_EQ(LockResource(block), block);
+
+    std::atomic<bool> go = false;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([&go] {
+            while (!go) std::this_thread::yield();
+            EXPECT_NE(LoadResource(module(), findDialog(111)), nullptr);
+        });
+    }
+    EXPECT_EQ(bytesAskedBy([&] {
+                  go = true;
+                  for (std::thread& thread : threads) thread.join();
+              }),
+              once);
+}
+
+TEST(ResourceCache, RemembersWhatNeedsNoSubstitute) {
+    const HRSRC dialog = findDialog(143);
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(ResourceCache::instance().Find(dialog), nullptr);
+    EXPECT_EQ(bytesAskedBy([] { static_cast<void>(findDialog(143)); }), 0U);
+    EXPECT_EQ(captionOf(dialog), L"no key");
+}
+
+TEST(ResourceCache, TriesAgainAfterAShortageOfMemory) {
+    const HRSRC dialog = FindResourceA(module(), "nameddialog", MAKEINTRESOURCEA(DialogType));
+    ASSERT_NE(dialog, nullptr);
+    ResourceCache cache;
+    for (long granted = 0; granted < 3; ++granted) {
+        const long before = allocations::live;
+        const allocations::Shortage shortage(granted);
+        EXPECT_EQ(cache.Prepare(module(), dialog, DialogType), dialog);
+        EXPECT_EQ(cache.Find(dialog), nullptr);
+        EXPECT_EQ(allocations::live, before);
+    }
+    cache.Prepare(module(), dialog, DialogType);
+    EXPECT_NE(cache.Find(dialog), nullptr);
+}
+
+TEST(Wedge, LeavesOtherTypesAndWhatItDidNotFindToTheSystem) {
+    const HRSRC raw = FindResourceA(module(), MAKEINTRESOURCEA(501), MAKEINTRESOURCEA(10));
+    const HRSRC keyed = FindResourceW(module(), MAKEINTRESOURCEW(502), L"KEYED");
+    for (const HRSRC resource : {raw, keyed}) {
+        ASSERT_NE(resource, nullptr);
+        EXPECT_EQ(ResourceCache::instance().Find(resource), nullptr);
+        const auto* const bytes = static_cast<const char*>(LockResource(LoadResource(module(), resource)));
+        EXPECT_EQ(std::string(bytes, SizeofResource(module(), resource)), "{T_Short}");
+    }
+    EXPECT_EQ(findDialog(999), nullptr);
+    EXPECT_EQ(FindResourceExA(module(), MAKEINTRESOURCEA(77), MAKEINTRESOURCEA(141), 0), nullptr);
+}
+
+TEST(Wedge, FindsResourcesInTheStoresLanguageUnlessTheCallerNamesOne) {
+    EXPECT_EQ(captionOf(findDialog(144)), L"English S");
+    const auto inLanguage = [](WORD language) {
+        return captionOf(FindResourceExW(module(), MAKEINTRESOURCEW(DialogType), MAKEINTRESOURCEW(144), language));
+    };
+    EXPECT_EQ(inLanguage(0x407), L"German S");
+    EXPECT_EQ(inLanguage(0x411), L"neutral S");
+    const HRSRC found = FindResourceExA(module(), MAKEINTRESOURCEA(DialogType), MAKEINTRESOURCEA(144), 0x407);
+    EXPECT_EQ(captionOf(found), L"German S");
+}
+
+TEST(Wedge, CreatesTranslatedDialogsWithTheControlsAsTheyWere) {
+    const platform::Window dialog(CreateDialogParamW(module(), MAKEINTRESOURCEW(141), nullptr, ignoreMessage, 0));
+    ASSERT_NE(dialog.get(), nullptr);
+    EXPECT_EQ(textOf(dialog.get()), L"S: A longer translation");
+    struct Expected {
+        int id;
+        const wchar_t* text;
+        const wchar_t* className;
+        RECT units; // left, top, width, height
+    };
+    const Expected controls[] = {
+        {1001, L"A longer translation", L"Static", {7, 11, 49, 8}},
+        {1002, L"odd SS", L"Button", {60, 10, 50, 14}},
+        {1003, L"as it is {T_Unknown}", L"Edit", {7, 30, 50, 14}},
+        {-1, L"", L"Static", {100, 50, 30, 9}},
+    };
+    for (const Expected& expected : controls) {
+        SCOPED_TRACE(expected.id);
+        const HWND control = GetDlgItem(dialog.get(), expected.id);
+        EXPECT_EQ(textOf(control), expected.text);
+        std::array<wchar_t, 16> className{};
+        GetClassNameW(control, className.data(), 16);
+        EXPECT_STREQ(className.data(), expected.className);
+        RECT wanted = expected.units;
+        MapDialogRect(dialog.get(), &wanted);
+        RECT actual{};
+        GetWindowRect(control, &actual);
+        MapWindowPoints(nullptr, dialog.get(), reinterpret_cast<POINT*>(&actual), 2);
+        EXPECT_EQ(actual.left, wanted.left);
+        EXPECT_EQ(actual.top, wanted.top);
+        EXPECT_EQ(actual.right - actual.left, wanted.right);
+        EXPECT_EQ(actual.bottom - actual.top, wanted.bottom);
+    }
+
+    const platform::Window parent(
+        CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 10, 10, nullptr, nullptr, module(), nullptr));
+    const HWND child = CreateDialogParamA(module(), MAKEINTRESOURCEA(142), parent.get(), ignoreMessage, 0);
+    EXPECT_EQ(textOf(GetDlgItem(child, 1002)), L"A longer translation");
+    EXPECT_EQ(GetParent(child), parent.get());
+
+    EXPECT_EQ(CreateDialogParamA(module(), "missing", nullptr, ignoreMessage, 0), nullptr);
+    EXPECT_EQ(CreateDialogParamW(module(), MAKEINTRESOURCEW(999), nullptr, ignoreMessage, 0), nullptr);
+}
+
+TEST(Wedge, RunsTranslatedDialogBoxes) {
+    EXPECT_EQ(DialogBoxParamA(module(), "NamedDialog", nullptr, endAtOnce, 41), 42);
+    EXPECT_EQ(DialogBoxParamW(module(), L"NAMEDDIALOG", nullptr, endAtOnce, 41), 42);
+    EXPECT_EQ(DialogBoxParamA(module(), "missing", nullptr, endAtOnce, 41), -1);
+    EXPECT_EQ(DialogBoxParamW(module(), L"missing", nullptr, endAtOnce, 41), -1);
+}
+
+TEST(Wedge, LoadsTranslatedMenusOfBothForms) {
+    const HMENU standard = LoadMenuA(module(), MAKEINTRESOURCEA(201));
+    const HMENU popup = GetSubMenu(standard, 0);
+    EXPECT_EQ(menuText(standard, 0), L"A longer translation");
+    EXPECT_EQ(menuText(standard, 1), L"{T_Unknown}");
+    EXPECT_EQ(menuText(popup, 0), L"S\tF1");
+    EXPECT_EQ(menuText(GetSubMenu(popup, 2), 0), L"in SS depth");
+    EXPECT_EQ(GetMenuItemID(GetSubMenu(popup, 2), 0), 2002U);
+    DestroyMenu(standard);
+
+    const HMENU extended = LoadMenuW(module(), MAKEINTRESOURCEW(202));
+    const HMENU items = GetSubMenu(extended, 0);
+    EXPECT_EQ(menuText(extended, 0), L"SS");
+    EXPECT_EQ(menuText(items, 0), L"A longer translation");
+    EXPECT_EQ(menuText(items, 1), L"odd");
+    EXPECT_EQ(menuText(items, 2), L"S");
+    EXPECT_EQ(GetMenuItemID(items, 2), 2103U);
+    DestroyMenu(extended);
+
+    EXPECT_EQ(LoadMenuA(module(), MAKEINTRESOURCEA(999)), nullptr);
+    EXPECT_EQ(LoadMenuW(module(), MAKEINTRESOURCEW(999)), nullptr);
+}
+
+TEST(Wedge, LoadsTranslatedStrings) {
+    EXPECT_EQ(loadedString(15), L"last of SS");
+    EXPECT_EQ(loadedString(16), L"A longer translation");
+    EXPECT_EQ(loadedString(17), L"no key");
+    EXPECT_EQ(loadedString(32), L"first of a bundle without keys");
+    EXPECT_EQ(loadedString(33), L"");
+    // What the store's code page lacks is lost with the first key of a bundle.
+    EXPECT_EQ(loadedString(31), L"na\u00EFve \u201ES\u201C ?");
+    EXPECT_EQ(loadedNarrowString(31), convert_string(L"na\u00EFve \u201ES\u201C ?", 1252));
+
+    EXPECT_EQ(LoadResourceStringW(module(), 500), nullptr);
+    EXPECT_EQ(LoadResourceStringA(module(), 500), nullptr);
+    EXPECT_STREQ(LoadResourceStringW(module(), 18).get(), L"");
+    EXPECT_STREQ(LoadResourceStringA(module(), 18).get(), "");
+}
+
+TEST(Wedge, CutsStringsToTheBuffer) {
+    EXPECT_EQ(loadedString(17, 7), L"no key");
+    EXPECT_EQ(loadedString(17, 6), L"no ke");
+    EXPECT_EQ(loadedNarrowString(17, 6), "no ke");
+    EXPECT_EQ(loadedString(17, 1), L"");
+    std::array<wchar_t, 2> untouched = {L'#', L'#'};
+    EXPECT_EQ(LoadStringW(module(), 17, untouched.data(), 0), 0);
+    EXPECT_EQ(LoadStringW(module(), 17, nullptr, -1), 0);
+    EXPECT_EQ(LoadStringW(module(), 500, untouched.data(), 2), 0);
+    EXPECT_EQ(untouched[0], L'#');
+}
+
+TEST(Wedge, LoadsTranslatedAcceleratorTables) {
+    using Entries = std::vector<std::array<unsigned, 3>>;
+    const Entries translated = {{FVIRTKEY | FALT, VK_F6, 3001}, {FCONTROL, 'Y', 3002}, {FVIRTKEY, VK_F9, 3003}};
+    const HACCEL first = LoadAcceleratorsW(module(), MAKEINTRESOURCEW(301));
+    const HACCEL second = LoadAcceleratorsA(module(), MAKEINTRESOURCEA(301));
+    EXPECT_EQ(entriesOf(first), translated);
+    EXPECT_EQ(entriesOf(second), translated);
+    const HACCEL plain = LoadAcceleratorsW(module(), MAKEINTRESOURCEW(302));
+    EXPECT_EQ(entriesOf(plain), (Entries{{FVIRTKEY | FSHIFT, 'A', 3004}}));
+    for (const HACCEL table : {first, second, plain}) EXPECT_NE(DestroyAcceleratorTable(table), 0);
+    EXPECT_EQ(DestroyAcceleratorTable(first), 0);
+    EXPECT_EQ(LoadAcceleratorsA(module(), "missing"), nullptr);
+
+    ACCEL entry{};
+    const HACCEL foreign = CreateAcceleratorTableW(&entry, 1);
+    EXPECT_NE(DestroyAcceleratorTable(foreign), 0);
+}
+
+TEST(AcceleratorRegistry, DestroysWhatIsLeftOnce) {
+    ACCEL entry{};
+    const HACCEL left = CreateAcceleratorTableW(&entry, 1);
+    const HACCEL removed = CreateAcceleratorTableW(&entry, 1);
+    {
+        AcceleratorRegistry registry;
+        registry.Add(removed);
+        registry.Add(left);
+        registry.Add(removed);
+        registry.Remove(removed);
+        registry.Remove(removed);
+        registry.Remove(removed);
+    }
+    EXPECT_EQ(CopyAcceleratorTableW(left, nullptr, 0), 0);
+    EXPECT_EQ(CopyAcceleratorTableW(removed, nullptr, 0), 1);
+    DestroyAcceleratorTable(removed);
+}
+
+TEST(Wedge, RewritesDialogInitialisationData) {
+    const HRSRC resource = FindResourceW(module(), MAKEINTRESOURCEW(401), MAKEINTRESOURCEW(240));
+    const void* const bytes = LockResource(LoadResource(module(), resource));
+    constexpr char Expected[] = "\xE9\x03\x43\x01\x02\0\0\0S\0"
+                                "\xE9\x03\x03\x04\x02\0\0\0xy"
+                                "\xEA\x03\x43\x01\x04\0\0\0abc\0"
+                                "\0"; // and the literal's own zero
+    EXPECT_EQ(std::memcmp(bytes, Expected, sizeof Expected), 0);
+}

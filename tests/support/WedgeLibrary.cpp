@@ -1,0 +1,38 @@
+// A library with resources and the wedge, as a host would load and unload it.
+
+#include "platform/Owners.h"
+#include "tests/support/WindowTexts.h"
+#include "wedge/OwnModule.h"
+
+#include <memory>
+#include <type_traits>
+
+#ifdef _WIN32
+#define EQ_EXPORT __declspec(dllexport)
+#else
+#define EQ_EXPORT __attribute__((visibility("default")))
+#endif
+
+namespace {
+
+struct MenuDestroyer {
+    void operator()(HMENU menu) const { DestroyMenu(menu); }
+};
+using MenuOwner = std::unique_ptr<std::remove_pointer_t<HMENU>, MenuDestroyer>;
+
+} // namespace
+
+/// Leaves an accelerator table alive.
+extern "C" EQ_EXPORT HACCEL openAndLeave() {
+    return LoadAcceleratorsW(ownModule(), MAKEINTRESOURCEW(301));
+}
+
+/// Whether a resource of each type could be opened in translation.
+extern "C" EQ_EXPORT bool openOneOfEach() {
+    const HMODULE module = ownModule();
+    const platform::Window dialog(CreateDialogParamW(module, MAKEINTRESOURCEW(141), nullptr, ignoreMessage, 0));
+    const MenuOwner menu(LoadMenuW(module, MAKEINTRESOURCEW(201)));
+    wchar_t text[16];
+    return textOf(dialog.get()) == L"S: A longer translation" && menu && LoadStringW(module, 15, text, 16) == 10 &&
+           openAndLeave() != nullptr;
+}

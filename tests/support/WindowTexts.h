@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/win32.h"
+
+#include <array>
+#include <string>
+
+inline std::wstring textOf(HWND window) {
+    std::array<wchar_t, 64> text{};
+    GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
+    return text.data();
+}
+
+/// A dialog procedure that handles nothing.
+inline INT_PTR CALLBACK ignoreMessage(HWND, UINT, WPARAM, LPARAM) {
+    return 0;
+}

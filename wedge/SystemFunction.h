@@ -1,0 +1,50 @@
+#pragma once
+
+#include "platform/win32.h"
+
+#include <atomic>
+
+template <typename Signature>
+class SystemFunction;
+
+/// A function of a system module that the wedge stands in front of, reached by name at its first use. The module must
+/// be in the process already: nothing here loads one. While there is no such module or function a call gives zero.
+template <typename Result, typename... Arguments>
+class SystemFunction<Result(Arguments...)> {
+public:
+    constexpr SystemFunction(const char* module, const char* name) noexcept : m_module(module), m_name(name) {}
+
+    Result operator()(Arguments... arguments) const {
+        const Function function = resolve();
+        return function ? function(arguments...) : Result{};
+    }
+
+private:
+    using Function = Result(WINAPI*)(Arguments...);
+
+    // Two threads that come here at once find the same.
+    Function resolve() const {
+        if (const Function known = m_function.load(std::memory_order_relaxed)) return known;
+        const HMODULE module = GetModuleHandleA(m_module);
+        const auto found = module ? GetProcAddress(module, m_name) : nullptr;
+        const auto function = reinterpret_cast<Function>(reinterpret_cast<void (*)()>(found));
+        m_function.store(function, std::memory_order_relaxed);
+        return function;
+    }
+
+    const char* m_module;
+    const char* m_name;
+    mutable std::atomic<Function> m_function{nullptr};
+};
+
+/// The system's functions behind the ones that the wedge replaces.
+namespace systems {
+
+inline constinit const SystemFunction<HRSRC(HMODULE, LPCSTR, LPCSTR, WORD)> FindResourceExA("kernel32",
+                                                                                            "FindResourceExA");
+inline constinit const SystemFunction<HRSRC(HMODULE, LPCWSTR, LPCWSTR, WORD)> FindResourceExW("kernel32",
+                                                                                              "FindResourceExW");
+inline constinit const SystemFunction<HGLOBAL(HMODULE, HRSRC)> LoadResource("kernel32", "LoadResource");
+inline constinit const SystemFunction<BOOL(HACCEL)> DestroyAcceleratorTable("user32", "DestroyAcceleratorTable");
+
+} // namespace systems
