@@ -1,8 +1,8 @@
 #include "plugin/ParametricEqualizer.h"
 
+#include "editor/EqualizerEditor.h"
 #include "plugin/DisplayText.h"
 #include "plugin/ParameterTable.h"
-#include "wedge/CLanguageStore.h"
 
 #include <algorithm>
 #include <cstring>
@@ -29,9 +29,9 @@ ParametricEqualizer::ParametricEqualizer(audioMasterCallback hostCallback)
     AudioEffectX::setInitialDelay(engines[0]->latency());
     AudioEffectX::setUniqueID(UniqueId);
 
-    // The language files are read here, so that a broken one fails while the effect is made and not under a host that
-    // asks for a text.
-    CLanguageStore::Instance();
+    // The editor makes itself the effect's. It reads the language files, so that a broken one fails while the effect is
+    // made and not under a host that asks for a text.
+    if (new (std::nothrow) EqualizerEditor(this) == nullptr) editorCreationFailed = true;
 }
 
 void ParametricEqualizer::setParameter(int32 index, float value) {

@@ -23,6 +23,10 @@ public:
         FreeLibrary(handle);
     }
 
+    [[nodiscard]] HMODULE module() const {
+        return handle;
+    }
+
     template <typename Function>
     [[nodiscard]] Function find(const char* name) const {
         return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(handle, name)));

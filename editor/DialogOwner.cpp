@@ -1,0 +1,125 @@
+#include "editor/DialogOwner.h"
+
+#include "platform/Owners.h"
+#include "wedge/OwnModule.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace {
+
+/// Messages whose result is the procedure's own; that of all others is left with the window.
+bool returnsItsResult(UINT message) noexcept {
+    constexpr std::array messages = {WM_INITDIALOG,    WM_COMPAREITEM,    WM_VKEYTOITEM,        WM_CHARTOITEM,
+                                     WM_QUERYDRAGICON, WM_CTLCOLORMSGBOX, WM_CTLCOLOREDIT,      WM_CTLCOLORLISTBOX,
+                                     WM_CTLCOLORBTN,   WM_CTLCOLORDLG,    WM_CTLCOLORSCROLLBAR, WM_CTLCOLORSTATIC};
+    return std::any_of(messages.begin(), messages.end(),
+                       [message](auto known) { return static_cast<UINT>(known) == message; });
+}
+
+} // namespace
+
+/// The dialogs that are being created and have had no message yet.
+struct DialogOwner::CreationList {
+    CreationRecord* head = nullptr;
+    platform::CriticalSection lock;
+
+    /// Takes out the first record for which `isWanted` holds, and gives it, or null.
+    template <typename Condition>
+    CreationRecord* unlink(const Condition& isWanted) {
+        const platform::CriticalSectionEntry entry(lock);
+        CreationRecord** place = &head;
+        while (*place && !isWanted(**place)) place = &(*place)->next;
+        CreationRecord* const found = *place;
+        if (found) *place = found->next;
+        return found;
+    }
+};
+
+/// Keeps an object's record in the list while its dialog is created. A creation that fails ahead of the first message
+/// leaves the record to be taken out here.
+class DialogOwner::CreationEntry {
+public:
+    explicit CreationEntry(DialogOwner& owner) : m_record(owner.creationRecord) {
+        CreationList& list = creationList();
+        const platform::CriticalSectionEntry entry(list.lock);
+        m_record = {&owner, GetCurrentThreadId(), list.head};
+        list.head = &m_record;
+    }
+    ~CreationEntry() {
+        creationList().unlink([this](const CreationRecord& record) { return &record == &m_record; });
+    }
+    CreationEntry(const CreationEntry&) = delete;
+    CreationEntry& operator=(const CreationEntry&) = delete;
+
+private:
+    CreationRecord& m_record;
+};
+
+DialogOwner::CreationList& DialogOwner::creationList() {
+    static CreationList list;
+    return list;
+}
+
+void DialogOwner::createDialog(unsigned templateId, HWND parent) {
+    const CreationEntry entry(*this);
+    const HWND made = CreateDialogParamW(ownModule(), MAKEINTRESOURCEW(templateId), parent, firstDialogCall, 0);
+    if (made && made != dialogWindow) DestroyWindow(made); // it got no procedure
+}
+
+void DialogOwner::destroyDialog() noexcept {
+    if (!dialogWindow || DestroyWindow(dialogWindow)) return;
+    SetWindowLongPtrW(dialogWindow, DWLP_DLGPROC, 0);
+    dialogWindow = nullptr;
+}
+
+DialogOwner* DialogOwner::takeOwnerInCreation() {
+    const DWORD thread = GetCurrentThreadId();
+    const CreationRecord* const record =
+        creationList().unlink([thread](const CreationRecord& candidate) { return candidate.threadId == thread; });
+    return record ? record->owner : nullptr;
+}
+
+INT_PTR CALLBACK DialogOwner::firstDialogCall(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    DialogOwner* const object = takeOwnerInCreation();
+    if (!object) return 0;
+    const DLGPROC procedure = object->dispatchStub.procedure(window, object, object->dialogProcedure());
+    if (!procedure) return 0;
+    object->dialogWindow = window;
+    SetWindowLongPtrW(window, DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(procedure));
+    return procedure(window, message, wParam, lParam);
+}
+
+INT_PTR CALLBACK DialogOwner::dialogCall(DialogOwner* object, UINT message, WPARAM wParam, LPARAM lParam) {
+    const HWND window = object->dialogWindow;
+    const DialogMessage current{message, object->currentMessage};
+    object->currentMessage = &current;
+    LRESULT result = 0;
+    const bool isHandled = object->handleWithoutException(message, wParam, lParam, result);
+    object->currentMessage = current.outer;
+
+    if (!isHandled && message == WM_NCDESTROY) object->stateBits |= WindowDestroyed;
+    object->letGoOfDestroyedWindow();
+
+    if (!isHandled) return 0;
+    if (returnsItsResult(message)) return static_cast<INT_PTR>(result);
+    SetWindowLongPtrW(window, DWLP_MSGRESULT, result);
+    return TRUE;
+}
+
+bool DialogOwner::handleWithoutException(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) noexcept {
+    try {
+        return handleDialogMessage(dialogWindow, message, wParam, lParam, result, 0);
+    } catch (...) {
+        // The system's code, which called the dialog, cannot be unwound.
+        return false;
+    }
+}
+
+void DialogOwner::letGoOfDestroyedWindow() {
+    // Not under the feet of a handler that is still at work.
+    if ((stateBits & WindowDestroyed) == 0 || currentMessage) return;
+    stateBits &= ~WindowDestroyed;
+    finalMessage(std::exchange(dialogWindow, nullptr));
+}

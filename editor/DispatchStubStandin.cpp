@@ -1,0 +1,27 @@
+#include "editor/DispatchStub.h"
+
+#include <atomic>
+
+// The stand-in's windows carry their object themselves, so no code is made.
+
+namespace {
+
+constexpr const wchar_t* ObjectProperty = L"DialogOwner";
+std::atomic<DispatchStub::Target> target_of_all = nullptr; // the same for every object
+
+INT_PTR CALLBACK callThroughProperty(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    auto* const object = static_cast<DialogOwner*>(GetPropW(window, ObjectProperty));
+    return object ? target_of_all.load()(object, message, wParam, lParam) : 0;
+}
+
+} // namespace
+
+struct DispatchStub::Code {};
+
+DispatchStub::DispatchStub() noexcept = default;
+DispatchStub::~DispatchStub() = default;
+
+DLGPROC DispatchStub::procedure(HWND window, DialogOwner* object, Target target) noexcept {
+    target_of_all = target;
+    return SetPropW(window, ObjectProperty, object) != 0 ? callThroughProperty : nullptr;
+}

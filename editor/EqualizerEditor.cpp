@@ -1,0 +1,203 @@
+#include "editor/EqualizerEditor.h"
+
+#include "platform/Owners.h"
+#include "plugin/AudioEffect.h"
+#include "wedge/OwnModule.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+
+namespace {
+
+constexpr int LastPosition = 100;
+constexpr float PositionStep = 0.01f;
+
+/// Pixels of a dialog unit at 96 dots per inch, in quarters and eighths, for the 8-point dialog font.
+constexpr int BaseUnitX = 6;
+constexpr int BaseUnitY = 13;
+
+constexpr std::size_t DisplayCapacity = 28; // what the effect writes at most
+
+float parameterAt(int pos) noexcept {
+    return static_cast<float>(pos) * PositionStep;
+}
+
+/// Truncated, not rounded. A host may set any value; what no position can hold comes to the nearest number that can.
+int positionAt(float parameter) noexcept {
+    constexpr double Limit = 1e9;
+    const double position = std::trunc(parameter * 100.0);
+    return std::isnan(position) ? 0 : static_cast<int>(std::clamp(position, -Limit, Limit));
+}
+
+int sliderPosition(HWND slider) noexcept {
+    return static_cast<int>(SendMessageW(slider, TBM_GETPOS, 0, 0));
+}
+
+/// Puts the user's decimal separator in place of the first point. The point stays if the system tells of none.
+void localizeSeparator(char* text) noexcept {
+    char* const point = std::strchr(text, '.');
+    if (!point) return;
+    wchar_t separator[5];
+    if (GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, separator, 5) != 0)
+        *point = static_cast<char>(separator[0] & 0xFF);
+}
+
+} // namespace
+
+EqualizerEditor::EqualizerEditor(AudioEffect* owner) : AEffEditor(owner) {
+    effect->setEditor(this);
+    try {
+        readParameters(constructionValues);
+        measure();
+    } catch (...) {
+        effect->setEditor(nullptr);
+        throw;
+    }
+}
+
+EqualizerEditor::~EqualizerEditor() {
+    destroyDialog();
+}
+
+void EqualizerEditor::measure() {
+    const platform::Window parent(
+        CreateWindowExW(0, L"STATIC", nullptr, 0, 0, 0, 640, 480, nullptr, nullptr, ownModule(), nullptr));
+    createDialog(EditorDialogId, parent.get());
+    // The host needs a size also if there can be no dialog now, say because it has not readied the common controls yet.
+    RECT client = {0, 0, MulDiv(EditorDialogWidth, BaseUnitX, 4), MulDiv(EditorDialogHeight, BaseUnitY, 8)};
+    if (dialogWindow) GetClientRect(dialogWindow, &client);
+    rect.top = static_cast<std::int16_t>(client.top);
+    rect.left = static_cast<std::int16_t>(client.left);
+    rect.bottom = static_cast<std::int16_t>(client.bottom);
+    rect.right = static_cast<std::int16_t>(client.right);
+    destroyDialog();
+}
+
+int32 EqualizerEditor::getRect(ERect** answer) {
+    *answer = &rect;
+    return 1;
+}
+
+int32 EqualizerEditor::open(void* window) {
+    systemWindow = window;
+    destroyDialog();
+    createDialog(EditorDialogId, static_cast<HWND>(window));
+    if (dialogWindow) ShowWindow(dialogWindow, SW_SHOWNORMAL);
+    return 1;
+}
+
+void EqualizerEditor::close() {
+    destroyDialog();
+}
+
+void EqualizerEditor::idle() {
+    if (!dialogWindow || updateFlag == 0) return;
+    update();
+    // Behind the update, whose own writes raise the flag: else the editor would chase its own changes.
+    updateFlag = 0;
+}
+
+void EqualizerEditor::update() {
+    refresh(false);
+}
+
+bool EqualizerEditor::handleDialogMessage(HWND /*window*/, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
+                                          DWORD mapId) {
+    if (mapId != 0) return false;
+    result = 0;
+    switch (message) {
+    case WM_INITDIALOG:
+        onInitDialog();
+        result = 1;
+        return true;
+    case WM_DESTROY:
+        onDestroy();
+        result = 1;
+        return true;
+    case WM_HSCROLL:
+    case WM_VSCROLL:
+        onScroll(LOWORD(wParam), reinterpret_cast<HWND>(lParam));
+        return true;
+    case WM_COMMAND:
+        if (HIWORD(wParam) != 0) return false;
+        onCommand(reinterpret_cast<HWND>(lParam));
+        return true;
+    default:
+        return false;
+    }
+}
+
+void EqualizerEditor::onInitDialog() {
+    readParameters(openingValues);
+    for (std::size_t slot = 0; slot < SlotCount; ++slot) {
+        sliders[slot] = GetDlgItem(dialogWindow, Slots[slot].slider);
+        SendMessageW(sliders[slot], TBM_SETRANGE, TRUE, MAKELPARAM(0, LastPosition));
+        readouts[slot] = GetDlgItem(dialogWindow, Slots[slot].readout);
+    }
+    restoreConstructionButton = GetDlgItem(dialogWindow, RestoreConstructionButton);
+    restoreOpeningButton = GetDlgItem(dialogWindow, RestoreOpeningButton);
+    closeParentButton = GetDlgItem(dialogWindow, CloseParentButton);
+    refresh(true);
+}
+
+void EqualizerEditor::onDestroy() {
+    sliders.fill(nullptr);
+    readouts.fill(nullptr);
+    restoreConstructionButton = nullptr;
+    restoreOpeningButton = nullptr;
+    closeParentButton = nullptr;
+}
+
+void EqualizerEditor::onScroll(unsigned code, HWND slider) {
+    // A drag counts at every step. Keys and clicks count with the end of the movement.
+    if (code != TB_THUMBTRACK && code != TB_ENDTRACK) return;
+    const auto* const found = std::find(sliders.begin(), sliders.end(), slider);
+    if (!slider || found == sliders.end()) return;
+    showValue(static_cast<std::size_t>(found - sliders.begin()), sliderPosition(slider), true);
+    updateFlag = 0; // raised by this very change
+}
+
+void EqualizerEditor::onCommand(HWND control) {
+    // A command of no control, as of a menu or of a key, is none of the buttons, which the dialog need not have.
+    if (!control) return;
+    if (control == restoreConstructionButton) {
+        restore(constructionValues);
+    } else if (control == restoreOpeningButton) {
+        restore(openingValues);
+    } else if (control == closeParentButton) {
+        DestroyWindow(GetParent(dialogWindow));
+    }
+}
+
+void EqualizerEditor::refresh(bool force) {
+    for (std::size_t slot = 0; slot < SlotCount; ++slot) {
+        const int pos = positionOf(slot);
+        if (!force && sliderPosition(sliders[slot]) == pos) continue;
+        SendMessageW(sliders[slot], TBM_SETPOS, TRUE, pos); // raises no scroll message
+        showValue(slot, pos, !force);
+    }
+}
+
+void EqualizerEditor::showValue(std::size_t slot, int pos, bool send) {
+    const int32 parameter = Slots[slot].parameter;
+    if (send) effect->setParameterAutomated(parameter, parameterAt(pos));
+    char text[DisplayCapacity] = "";
+    effect->getParameterDisplay(parameter, text);
+    localizeSeparator(text);
+    SetWindowTextA(readouts[slot], text);
+}
+
+int EqualizerEditor::positionOf(std::size_t slot) {
+    return positionAt(effect->getParameter(Slots[slot].parameter));
+}
+
+void EqualizerEditor::readParameters(Values& values) {
+    for (std::size_t i = 0; i < SlotCount; ++i) values[i] = effect->getParameter(static_cast<int32>(i));
+}
+
+void EqualizerEditor::restore(const Values& values) {
+    for (std::size_t i = 0; i < SlotCount; ++i) effect->setParameterAutomated(static_cast<int32>(i), values[i]);
+    refresh(true);
+}

@@ -1,0 +1,446 @@
+#include "editor/EqualizerEditor.h"
+
+#include "platform/Owners.h"
+#include "plugin/ParametricEqualizer.h"
+#include "tests/support/AllocationCounter.h"
+#include "tests/support/ScriptedHost.h"
+#include "tests/support/UserSeparator.h"
+#include "tests/support/WindowTexts.h"
+#include "wedge/OwnModule.h"
+
+#include <gtest/gtest.h>
+
+#ifndef _WIN32
+#include "platform/standin/TestHooks.h"
+#endif
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <limits>
+#include <memory>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace {
+
+// By parameter.
+constexpr std::array<int, 13> SliderIds = {1012, 1014, 1016, 1018, 1023, 1020, 1022,
+                                           1029, 1033, 1044, 1046, 1048, 1050};
+constexpr std::array<int, 13> ReadoutIds = {1013, 1015, 1017, 1019, 1024, 1021, 1025,
+                                            1030, 1034, 1045, 1047, 1049, 1051};
+constexpr std::array<int, 13> DefaultPositions = {50, 100, 66, 33, 0, 50, 50, 50, 50, 55, 55, 55, 55};
+
+constexpr int Volume = 0;
+constexpr int Frequency3 = 3;
+constexpr int Gain1 = 5;
+
+void readyTrackbars() {
+    INITCOMMONCONTROLSEX controls{};
+    controls.dwSize = sizeof controls;
+    controls.dwICC = ICC_BAR_CLASSES;
+    InitCommonControlsEx(&controls);
+}
+
+platform::Window makeHostWindow() {
+    return platform::Window(
+        CreateWindowExW(0, L"STATIC", L"host", WS_POPUP, 0, 0, 600, 500, nullptr, nullptr, ownModule(), nullptr));
+}
+
+/// An effect as a host holds it.
+class HostedEffect {
+public:
+    HostedEffect() : m_record((new ParametricEqualizer(ScriptedHost::callback))->getAeffect()) {}
+    ~HostedEffect() { dispatch(effClose); }
+    HostedEffect(const HostedEffect&) = delete;
+    HostedEffect& operator=(const HostedEffect&) = delete;
+
+    intptr dispatch(int32 opcode, void* ptr = nullptr) const {
+        return m_record->dispatcher(m_record, opcode, 0, 0, ptr, 0.0f);
+    }
+    /// The dialog that is opened in `parent`.
+    HWND open(HWND parent) const {
+        EXPECT_EQ(dispatch(effEditOpen, parent), 1);
+        return GetWindow(parent, GW_CHILD);
+    }
+    ERect* rect() const {
+        ERect* answer = nullptr;
+        EXPECT_EQ(dispatch(effEditGetRect, &answer), 1);
+        return answer;
+    }
+    void idle() const { dispatch(effEditIdle); }
+    void set(int index, float value) const { m_record->setParameter(m_record, index, value); }
+    float get(int index) const { return m_record->getParameter(m_record, index); }
+    std::vector<float> all() const {
+        std::vector<float> values;
+        for (int i = 0; i < 13; ++i) values.push_back(get(i));
+        return values;
+    }
+    AEffect* record() const { return m_record; }
+
+private:
+    AEffect* m_record;
+};
+
+/// What the process holds.
+struct LiveObjects {
+    long allocations = ::allocations::live;
+#ifdef _WIN32
+    long windows = static_cast<long>(GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS));
+    long executablePages = countExecutableRegions();
+
+    static long countExecutableRegions() {
+        long count = 0;
+        MEMORY_BASIC_INFORMATION region;
+        const char* address = nullptr;
+        while (VirtualQuery(address, &region, sizeof region) != 0) {
+            count += region.Type == MEM_PRIVATE && region.Protect == PAGE_EXECUTE_READ;
+            address = static_cast<const char*>(region.BaseAddress) + region.RegionSize;
+        }
+        return count;
+    }
+#else
+    long windows = static_cast<long>(standin::liveWindows());
+    long executablePages = 0; // the stand-in makes no code
+#endif
+};
+
+class Editor : public testing::Test {
+protected:
+    Editor() {
+        readyTrackbars();
+        effect = std::make_unique<HostedEffect>();
+        dialog = effect->open(window.get());
+        EXPECT_NE(dialog, nullptr);
+    }
+
+    HWND slider(int parameter) const { return GetDlgItem(dialog, SliderIds[static_cast<std::size_t>(parameter)]); }
+    std::wstring readout(int parameter) const {
+        return textOf(GetDlgItem(dialog, ReadoutIds[static_cast<std::size_t>(parameter)]));
+    }
+    int position(int parameter) const { return static_cast<int>(SendMessageW(slider(parameter), TBM_GETPOS, 0, 0)); }
+    std::vector<int> positions() const {
+        std::vector<int> all;
+        for (int i = 0; i < 13; ++i) all.push_back(position(i));
+        return all;
+    }
+    /// Moves a slider as the user does, and notifies with the code.
+    void scroll(int parameter, int pos, unsigned code, UINT message = WM_VSCROLL) const {
+        SendMessageW(slider(parameter), TBM_SETPOS, TRUE, pos);
+        SendMessageW(dialog, message, MAKEWPARAM(code, pos), reinterpret_cast<LPARAM>(slider(parameter)));
+    }
+    void press(HWND control, WPARAM key) const {
+        SendMessageW(control, WM_KEYDOWN, key, 1);
+        SendMessageW(control, WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
+    }
+
+    /// What the host was told since the last time, as (parameter, value).
+    std::vector<std::pair<int, float>> automations() {
+        std::vector<std::pair<int, float>> found;
+        for (; callsSeen < host.calls().size(); ++callsSeen) {
+            const HostCall& call = host.calls()[callsSeen];
+            if (call.opcode == audioMasterAutomate) found.emplace_back(call.index, call.opt);
+        }
+        return found;
+    }
+
+    using Automations = std::vector<std::pair<int, float>>;
+
+    ScriptedHost host{2400};
+    platform::Window window = makeHostWindow();
+    std::unique_ptr<HostedEffect> effect;
+    HWND dialog = nullptr;
+    std::size_t callsSeen = 0;
+};
+
+TEST_F(Editor, OpensWithTheEffectsValuesAndChangesNothing) {
+    EXPECT_TRUE(std::ranges::equal(positions(), DefaultPositions));
+    EXPECT_EQ(automations(), Automations{});
+    EXPECT_EQ(effect->get(2), 2.0f / 3.0f);
+    EXPECT_EQ(readout(Volume), L"+0.0 dB");
+    EXPECT_EQ(readout(1), L"20 Hz");
+    EXPECT_EQ(readout(Frequency3), L"2.0 kHz");
+    EXPECT_EQ(readout(12), L"5.0");
+    EXPECT_NE(GetWindowLongW(dialog, GWL_STYLE) & WS_VISIBLE, 0U);
+    EXPECT_EQ(textOf(GetWindow(GetWindow(dialog, GW_CHILD), GW_HWNDNEXT)), L"Sharpness"); // of {IDD_Options_Q}
+
+    // A raised flag finds nothing to do.
+    effect->set(2, effect->get(2));
+    effect->idle();
+    EXPECT_EQ(automations(), Automations{});
+    EXPECT_EQ(effect->get(2), 2.0f / 3.0f);
+}
+
+TEST_F(Editor, ReportsTheSizeThatTheDialogWillHave) {
+    EXPECT_EQ(effect->record()->flags, 0x19);
+    const HostedEffect closed;
+    const ERect* const rect = closed.rect();
+    EXPECT_EQ(closed.rect(), rect);
+    RECT client{};
+    GetClientRect(dialog, &client);
+    EXPECT_EQ(rect->top, 0);
+    EXPECT_EQ(rect->left, 0);
+    EXPECT_EQ(rect->right, client.right);
+    EXPECT_EQ(rect->bottom, client.bottom);
+    EXPECT_GT(rect->right, 318);
+}
+
+TEST_F(Editor, TakesDragsAtEveryStepAndOtherMovementsAtTheirEnd) {
+    for (const UINT message : {WM_VSCROLL, WM_HSCROLL}) {
+        effect->set(Gain1, 0.5f);
+        effect->idle();
+        automations();
+        for (const unsigned code : {0U, 1U, 2U, 3U, 4U, 6U, 7U}) scroll(Gain1, 10, code, message);
+        EXPECT_EQ(automations(), Automations{});
+        EXPECT_EQ(effect->get(Gain1), 0.5f);
+        scroll(Gain1, 15, TB_THUMBTRACK, message);
+        scroll(Gain1, 20, TB_ENDTRACK, message);
+        EXPECT_EQ(automations(), (Automations{{Gain1, 15 * 0.01f}, {Gain1, 20 * 0.01f}}));
+        EXPECT_EQ(effect->get(Gain1), 20 * 0.01f);
+        EXPECT_EQ(readout(Gain1), L"+6.0 dB");
+    }
+    SendMessageW(dialog, WM_VSCROLL, TB_ENDTRACK, 0);
+    SendMessageW(dialog, WM_VSCROLL, TB_ENDTRACK, reinterpret_cast<LPARAM>(dialog));
+    EXPECT_EQ(automations(), Automations{});
+    scroll(Volume, 0, TB_THUMBTRACK);
+    EXPECT_EQ(effect->get(Volume), 0.0f);
+    scroll(Volume, 100, TB_THUMBTRACK);
+    EXPECT_EQ(effect->get(Volume), 1.0f);
+    scroll(Frequency3, 44, TB_THUMBTRACK);
+    EXPECT_EQ(readout(Frequency3), L"957 Hz");
+    scroll(Frequency3, 43, TB_THUMBTRACK);
+    EXPECT_EQ(readout(Frequency3), L"1.0 kHz");
+}
+
+TEST_F(Editor, ReadsPositionsBackAsThemselvesOrOneLower) {
+    const std::vector<int> exact = {0, 7, 14, 17, 25, 28, 31, 34, 37, 50, 55, 56, 61, 62, 68, 74, 75, 81, 87, 93, 100};
+    for (int pos = 0; pos <= 100; ++pos) {
+        scroll(Volume, pos, TB_ENDTRACK);
+        // The slider stays where the user left it until somebody raises the flag.
+        effect->idle();
+        EXPECT_EQ(position(Volume), pos);
+        effect->set(Gain1, effect->get(Gain1));
+        effect->idle();
+        EXPECT_EQ(position(Volume), std::ranges::binary_search(exact, pos) ? pos : pos - 1) << pos;
+    }
+}
+
+TEST_F(Editor, PutsAHostsValuesOnTheGridAtTheNextIdle) {
+    effect->set(Volume, 0.123f);
+    EXPECT_EQ(position(Volume), 50);
+    effect->idle();
+    EXPECT_EQ(position(Volume), 12);
+    EXPECT_EQ(effect->get(Volume), 12 * 0.01f);
+    EXPECT_EQ(automations(), (Automations{{Volume, 12 * 0.01f}}));
+
+    effect->set(Volume, 0.129f); // its slider is there already
+    effect->idle();
+    EXPECT_EQ(effect->get(Volume), 0.129f);
+    EXPECT_EQ(automations(), Automations{});
+    EXPECT_EQ(readout(Volume), L"+9.1 dB");
+}
+
+TEST_F(Editor, DoesNotChaseItsOwnChanges) {
+    effect->set(Volume, 0.4f);
+    effect->set(Gain1, 0.3f);
+    effect->idle();
+    EXPECT_EQ(automations().size(), 2U);
+    effect->idle();
+    EXPECT_EQ(automations(), Automations{});
+
+    // A change of the host that waits for its idle call is passed over when the user moves a slider.
+    effect->set(Gain1, 0.9f);
+    scroll(Volume, 10, TB_THUMBTRACK);
+    automations();
+    effect->idle();
+    EXPECT_EQ(automations(), Automations{});
+    EXPECT_EQ(position(Gain1), 30);
+    effect->set(Volume, effect->get(Volume));
+    effect->idle();
+    EXPECT_EQ(position(Gain1), 89); // 0.9 is a little less than 90 hundredths
+}
+
+TEST_F(Editor, StaysCalmWithValuesBeyondTheRange) {
+    const float infinity = std::numeric_limits<float>::infinity();
+    for (const float value : {-1.0f, 1.5f, infinity, -infinity, std::numeric_limits<float>::quiet_NaN()}) {
+        effect->set(Volume, value);
+        effect->idle();
+        EXPECT_GE(position(Volume), 0);
+        EXPECT_LE(position(Volume), 100);
+    }
+}
+
+TEST_F(Editor, ShowsTheUsersDecimalSeparator) {
+    const UserSeparator comma(',');
+    scroll(Gain1, 33, TB_THUMBTRACK);
+    EXPECT_EQ(readout(Gain1), L"+3,4 dB");
+    char text[64] = "";
+    effect->record()->dispatcher(effect->record(), effGetParamDisplay, Gain1, 0, text, 0.0f);
+    EXPECT_STREQ(text, "+3.4 dB");
+}
+
+TEST_F(Editor, IgnoresCommandsOfNoControlAndOfKeys) {
+    const std::vector<float> before = effect->all();
+    scroll(Gain1, 20, TB_THUMBTRACK);
+    const std::vector<float> changed = effect->all();
+    ASSERT_NE(changed, before);
+    for (const WPARAM command : {WPARAM{IDOK}, WPARAM{IDCANCEL}, WPARAM{1004}})
+        SendMessageW(dialog, WM_COMMAND, command, 0);
+    for (const WPARAM key : {WPARAM{VK_RETURN}, WPARAM{VK_ESCAPE}}) {
+        MSG message{};
+        message.hwnd = slider(Gain1);
+        message.message = WM_KEYDOWN;
+        message.wParam = key;
+        IsDialogMessageW(dialog, &message);
+    }
+    EXPECT_EQ(effect->all(), changed);
+    EXPECT_NE(IsWindow(dialog), 0);
+}
+
+TEST_F(Editor, ServesTheButtonsThatADialogMayHave) {
+    const auto addButton = [this](int id) {
+        return CreateWindowExW(0, L"BUTTON", L"", WS_CHILD, 0, 0, 9, 9, dialog,
+                               reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), ownModule(), nullptr);
+    };
+    const HWND toConstruction = addButton(1004);
+    const HWND toOpening = addButton(1005);
+    const HWND closing = addButton(1006);
+    const auto click = [this](HWND button, unsigned notification = 0) {
+        SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(button), notification),
+                     reinterpret_cast<LPARAM>(button));
+    };
+    const std::vector<float> defaults = effect->all();
+    effect->set(Volume, 0.25f);
+    SendMessageW(dialog, WM_INITDIALOG, 0, 0); // as for a template with these buttons, opened now
+    effect->set(Gain1, 0.75f);
+
+    click(toOpening, 1); // a notification that is no click
+    EXPECT_EQ(effect->get(Gain1), 0.75f);
+    click(toOpening);
+    EXPECT_EQ(effect->get(Gain1), 0.5f);
+    EXPECT_EQ(effect->get(Volume), 0.25f);
+    EXPECT_EQ(position(Volume), 25);
+    click(toConstruction);
+    EXPECT_EQ(effect->all(), defaults);
+    EXPECT_TRUE(std::ranges::equal(positions(), DefaultPositions));
+    EXPECT_EQ(automations().size(), 26U);
+
+    const HWND parent = window.get();
+    click(closing);
+    EXPECT_EQ(IsWindow(parent), 0);
+    EXPECT_EQ(IsWindow(dialog), 0);
+    effect->idle();
+    effect->dispatch(effEditClose);
+}
+
+TEST_F(Editor, IsReachedByTabAndMovedByKeys) {
+    std::vector<int> order;
+    for (HWND control = GetNextDlgTabItem(dialog, nullptr, FALSE); order.size() < 14;
+         control = GetNextDlgTabItem(dialog, control, FALSE))
+        order.push_back(GetDlgCtrlID(control));
+    EXPECT_EQ(order,
+              (std::vector<int>{1044, 1046, 1048, 1050, 1014, 1016, 1018, 1023, 1020, 1022, 1029, 1033, 1012, 1044}));
+    press(slider(Gain1), VK_DOWN);
+    EXPECT_EQ(automations(), (Automations{{Gain1, 51 * 0.01f}}));
+    press(slider(Gain1), VK_UP);
+    press(slider(Gain1), VK_NEXT);
+    EXPECT_EQ(effect->get(Gain1), 70 * 0.01f);
+    press(slider(Gain1), VK_PRIOR);
+    press(slider(Gain1), VK_HOME);
+    EXPECT_EQ(effect->get(Gain1), 0.0f);
+    press(slider(Gain1), VK_END);
+    EXPECT_EQ(effect->get(Gain1), 1.0f);
+}
+
+TEST_F(Editor, SurvivesHostsThatOpenAndCloseAsTheyLike) {
+    const HWND second = effect->open(window.get());
+    EXPECT_EQ(IsWindow(dialog), 0) << "the first dialog is still there";
+    EXPECT_NE(second, nullptr);
+    EXPECT_EQ(GetWindow(second, GW_HWNDNEXT), nullptr);
+    effect->dispatch(effEditClose);
+    effect->dispatch(effEditClose);
+    EXPECT_EQ(IsWindow(second), 0);
+
+    // While there is no dialog nothing is read or written.
+    effect->set(Volume, 0.123f);
+    effect->idle();
+    EXPECT_EQ(effect->get(Volume), 0.123f);
+    EXPECT_EQ(automations(), Automations{});
+
+    dialog = effect->open(window.get());
+    EXPECT_EQ(position(Volume), 12);
+    window.reset(); // without a word
+    EXPECT_EQ(IsWindow(dialog), 0);
+    effect->idle();
+    effect->dispatch(effEditClose);
+    window = makeHostWindow();
+    dialog = effect->open(window.get());
+    EXPECT_EQ(position(Volume), 12);
+    effect->open(nullptr);
+    EXPECT_EQ(IsWindow(dialog), 0);
+    dialog = effect->open(window.get());
+
+    const HostedEffect other;
+    const platform::Window otherWindow = makeHostWindow();
+    const HWND otherDialog = other.open(otherWindow.get());
+    effect.reset(); // with its editor open
+    EXPECT_EQ(IsWindow(dialog), 0);
+    EXPECT_NE(IsWindow(otherDialog), 0);
+}
+
+TEST_F(Editor, LeavesNothingBehindHoweverOftenItIsOpened) {
+    const auto openAndClose = [this](int times) {
+        for (int i = 0; i < times; ++i) {
+            effect->open(window.get());
+            effect->dispatch(effEditClose);
+        }
+    };
+    openAndClose(10);
+    const LiveObjects before;
+#ifdef _WIN32
+    openAndClose(200); // each takes a real window system a twentieth of a second
+#else
+    openAndClose(1000);
+#endif
+    const LiveObjects after;
+    EXPECT_EQ(after.windows, before.windows);
+    EXPECT_EQ(after.allocations, before.allocations);
+    EXPECT_LT(after.executablePages - before.executablePages, 2);
+    EXPECT_EQ(GetWindow(window.get(), GW_CHILD), nullptr);
+}
+
+TEST_F(Editor, TakesParametersFromOtherThreadsWhileItIsIdle) {
+    std::atomic<bool> done = false;
+    std::thread setter([&] {
+        for (int i = 0; i < 2000; ++i) effect->set(i % 13, static_cast<float>(i % 101) / 100.0f);
+        done = true;
+    });
+    while (!done) effect->idle();
+    setter.join();
+    effect->set(Volume, 0.25f);
+    effect->idle();
+    EXPECT_EQ(position(Volume), 25);
+}
+
+TEST_F(Editor, MayBeMadeOnSeveralThreadsAtOnce) {
+    std::vector<std::thread> threads;
+    std::atomic<int> opened = 0;
+    for (int i = 0; i < 3; ++i) {
+        threads.emplace_back([&opened] {
+            for (int turn = 0; turn < 10; ++turn) {
+                const platform::Window parent = makeHostWindow();
+                ParametricEqualizer own(nullptr);
+                AEffect* const record = own.getAeffect();
+                record->dispatcher(record, effEditOpen, 0, 0, parent.get(), 0.0f);
+                const HWND child = GetWindow(parent.get(), GW_CHILD);
+                opened += child && SendMessageW(GetDlgItem(child, 1014), TBM_GETPOS, 0, 0) == 100;
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(opened, 30);
+}
+
+} // namespace
