@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/win32.h"
+#include "tools/editor-host/HostedEditor.h"
+
+#include <exception>
+#include <optional>
+#include <string>
+
+/// A resizable window of the editor's size with the editor in it. Its timer sends the effect its idle calls.
+class EditorWindow {
+public:
+    struct Options {
+        std::optional<int> sweep;              ///< the parameter that is moved up and down, as by automation
+        std::optional<std::string> screenshot; ///< the file of a picture that is taken at the end
+        std::optional<double> seconds;         ///< how long the window stays; until it is closed, if not given
+    };
+
+    /// Throws tool::FileError when there can be no window.
+    EditorWindow(HostedEditor& editor, const Options& options);
+    ~EditorWindow();
+    EditorWindow(const EditorWindow&) = delete;
+    EditorWindow& operator=(const EditorWindow&) = delete;
+
+    /// Handles messages until the window is closed or its time is over.
+    void run();
+
+private:
+    static LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    LRESULT handle(UINT message, WPARAM wParam, LPARAM lParam);
+    void onTimer();
+    void sweep(double now);
+
+    HostedEditor& m_editor;
+    const Options& m_options;
+    HWND m_window = nullptr;
+    std::exception_ptr m_failure; // kept, for the system's code cannot be unwound
+};

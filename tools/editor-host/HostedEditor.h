@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/win32.h"
+#include "plugin/AEffect.h"
+
+#include <string>
+
+/// An effect of the library, and its editor, as a host holds them. Throws tool::FileError when there is none.
+///
+/// The callback that the library gets knows no host of its own, so there is one such object at a time.
+class HostedEditor {
+public:
+    /// With `log`, each call of the effect to its host is printed.
+    HostedEditor(const std::string& libraryPath, bool log);
+    ~HostedEditor();
+    HostedEditor(const HostedEditor&) = delete;
+    HostedEditor& operator=(const HostedEditor&) = delete;
+
+    [[nodiscard]] ERect size() const;
+    void open(HWND parent);
+    void idle();
+    void close();
+
+    [[nodiscard]] int parameterCount() const { return m_effect->numParams; }
+    /// Sets a parameter as a host's automation does.
+    void setParameter(int index, float value);
+    /// "Volume = 0.25: +6.0 dB"
+    [[nodiscard]] std::string describe(int index) const;
+
+private:
+    intptr dispatch(int32 opcode, void* ptr = nullptr, int32 index = 0) const;
+
+    HMODULE m_library;
+    AEffect* m_effect = nullptr;
+};
