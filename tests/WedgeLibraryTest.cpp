@@ -1,30 +1,10 @@
-#include "tests/support/AllocationCounter.h"
+#include "platform/win32.h"
+#include "tests/support/HeapInUse.h"
 #include "tests/support/LoadedLibrary.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
-
 namespace {
-
-/// Bytes of the heap that are in use, wherever a library took them.
-long heapInUse() {
-#ifdef _WIN32
-    std::array<HANDLE, 64> heaps{};
-    const DWORD count = GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data());
-    long bytes = 0;
-    for (DWORD i = 0; i < count; ++i) {
-        PROCESS_HEAP_ENTRY entry{};
-        while (HeapWalk(heaps[i], &entry)) {
-            if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) bytes += static_cast<long>(entry.cbData);
-        }
-    }
-    return bytes;
-#else
-    // The library's allocations come to this program's operators.
-    return allocations::live;
-#endif
-}
 
 /// What a hundred loads of the library leave behind, with or without work in it.
 long leftByAHundredLoads(bool work) {

@@ -1,0 +1,29 @@
+#pragma once
+
+#ifdef _WIN32
+#include "platform/win32.h"
+
+#include <array>
+#else
+#include "tests/support/AllocationCounter.h"
+#endif
+
+/// A measure of what this process has on its heaps, for differences: bytes on Windows, blocks elsewhere. Libraries that
+/// are loaded count too.
+inline long heapInUse() {
+#ifdef _WIN32
+    std::array<HANDLE, 64> heaps{};
+    const DWORD count = GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data());
+    long bytes = 0;
+    for (DWORD i = 0; i < count; ++i) {
+        PROCESS_HEAP_ENTRY entry{};
+        while (HeapWalk(heaps[i], &entry)) {
+            if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) bytes += static_cast<long>(entry.cbData);
+        }
+    }
+    return bytes;
+#else
+    // A library's allocations come to the program's operators.
+    return allocations::live;
+#endif
+}
