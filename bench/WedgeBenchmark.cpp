@@ -63,7 +63,8 @@ BENCHMARK(LookUpInAMapUnderALock);
 
 void FindWhatIsCached(benchmark::State& state) {
     const HRSRC dialog = knownDialog();
-    for (auto _ : state) benchmark::DoNotOptimize(ResourceCache::instance().Prepare(ownModule(), dialog, DialogType));
+    const HMODULE module = ownModule();
+    for (auto _ : state) benchmark::DoNotOptimize(ResourceCache::instance().Prepare(module, dialog, DialogType));
 }
 BENCHMARK(FindWhatIsCached);
 
