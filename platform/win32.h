@@ -4,9 +4,10 @@
 
 #ifdef _WIN32
 #include <windows.h>
-// The lean set leaves these out: the common controls' messages, and COM's memory functions.
+// The lean set leaves these out: the common controls' messages, COM's memory functions, and property sheets.
 #include <commctrl.h>
 #include <objbase.h>
+#include <prsht.h>
 #else
 // The stand-in: the part of Win32 that this project calls, behind the same names, signatures and error codes.
 #include "platform/standin/Accelerators.h"
@@ -24,6 +25,7 @@
 #include "platform/standin/MessageBox.h"
 #include "platform/standin/Messages.h"
 #include "platform/standin/Modules.h"
+#include "platform/standin/PropertySheets.h"
 #include "platform/standin/Registry.h"
 #include "platform/standin/ReplacedFunctions.h"
 #include "platform/standin/Resources.h"

@@ -699,6 +699,15 @@ TEST(MessageBoxes, AreWrittenToStandardError) {
     constexpr UINT yesNo = 4;
     EXPECT_EQ(MessageBoxW(nullptr, L"really?", L"Question", yesNo), 0);
     EXPECT_EQ(standin::shownMessageBoxes().count, before + 1);
+
+    using MessageBoxEx = int(WINAPI*)(HWND, LPCSTR, LPCSTR, UINT, WORD);
+    const auto narrow = reinterpret_cast<MessageBoxEx>(
+        reinterpret_cast<void (*)()>(GetProcAddress(GetModuleHandleA("user32"), "MessageBoxExA")));
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(narrow(nullptr, "narrow \xC3\xA4", nullptr, MB_OK, 0x0407), IDOK);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Error: narrow \xC3\xA4\n");
+    EXPECT_EQ(standin::shownMessageBoxes().lastText, L"narrow \u00E4");
+    EXPECT_EQ(standin::shownMessageBoxes().lastLanguage, 0x0407);
 }
 
 HANDLE openPort(const char* name) {

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/standin/Dialogs.h"
 #include "platform/standin/TemplateCursor.h"
-#include "platform/standin/Types.h"
 
 #include <string>
 #include <vector>
@@ -48,5 +48,8 @@ struct DialogTemplate {
 
 /// Reads a template of the standard or the extended form. Creation data stays where it is.
 DialogTemplate readDialogTemplate(const void* dialog);
+
+/// Makes a dialog as CreateDialogIndirectParamW does.
+HWND createDialog(HINSTANCE module, const DialogTemplate& read, HWND parent, DLGPROC procedure, LPARAM parameter);
 
 } // namespace standin

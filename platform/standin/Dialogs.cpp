@@ -135,20 +135,7 @@ HWND refuse(DWORD code) noexcept {
 
 HWND createDialog(HINSTANCE module, LPCDLGTEMPLATEW source, HWND parent, DLGPROC procedure, LPARAM parameter) {
     if (!source) return refuse(ERROR_INVALID_PARAMETER);
-    const DialogTemplate read = standin::readDialogTemplate(source);
-    if (!isSupported(read)) return refuse(ERROR_NOT_SUPPORTED);
-
-    const HWND dialog = createFrame(module, read, parent);
-    if (!dialog) return nullptr;
-    bind(dialog, procedure, (read.style & DS_SETFONT) != 0);
-    if (!createControls(module, dialog, read)) {
-        const DWORD code = GetLastError();
-        DestroyWindow(dialog);
-        return refuse(code);
-    }
-    if (procedure) initialise(dialog, read.style, parameter);
-    if ((read.style & WS_VISIBLE) != 0 && IsWindow(dialog)) ShowWindow(dialog, SW_SHOWNORMAL);
-    return IsWindow(dialog) ? dialog : nullptr;
+    return standin::createDialog(module, standin::readDialogTemplate(source), parent, procedure, parameter);
 }
 
 /// Waits for the next message, when the dialog is shown at the latest.
@@ -179,8 +166,7 @@ INT_PTR runDialog(HINSTANCE module, LPCDLGTEMPLATEW source, HWND owner, DLGPROC 
         SetLastError(ERROR_INVALID_WINDOW_HANDLE);
         return 0;
     }
-    HWND top = owner;
-    while (top && (styleOf(top) & WS_CHILD) != 0) top = GetParent(top);
+    const HWND top = standin::topLevelOf(owner);
     const bool disables = top && IsWindowEnabled(top);
     if (disables) EnableWindow(top, FALSE);
 
@@ -299,6 +285,22 @@ LRESULT defaultDialogProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM 
 bool standin::isDialog(HWND window) {
     const LockedWindow found(window);
     return found && found->dialog;
+}
+
+HWND standin::createDialog(HINSTANCE module, const DialogTemplate& read, HWND parent, DLGPROC procedure,
+                           LPARAM parameter) {
+    if (!isSupported(read)) return refuse(ERROR_NOT_SUPPORTED);
+    const HWND dialog = createFrame(module, read, parent);
+    if (!dialog) return nullptr;
+    bind(dialog, procedure, (read.style & DS_SETFONT) != 0);
+    if (!createControls(module, dialog, read)) {
+        const DWORD code = GetLastError();
+        DestroyWindow(dialog);
+        return refuse(code);
+    }
+    if (procedure) initialise(dialog, read.style, parameter);
+    if ((read.style & WS_VISIBLE) != 0 && IsWindow(dialog)) ShowWindow(dialog, SW_SHOWNORMAL);
+    return IsWindow(dialog) ? dialog : nullptr;
 }
 
 HWND WINAPI CreateDialogIndirectParamW(HINSTANCE module, LPCDLGTEMPLATEW dialog, HWND parent, DLGPROC procedure,

@@ -4,6 +4,7 @@
 #include "platform/standin/Errors.h"
 #include "platform/standin/SystemEntries.h"
 #include "platform/standin/TestHooks.h"
+#include "platform/standin/Window.h"
 
 #include <cstdio>
 #include <mutex>
@@ -30,7 +31,11 @@ ShownMessageBoxes shownMessageBoxes() {
     return shown;
 }
 
-int WINAPI showMessageBox(HWND /*owner*/, LPCWSTR text, LPCWSTR caption, UINT type) noexcept try {
+int WINAPI showMessageBox(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type) noexcept {
+    return showMessageBoxExW(owner, text, caption, type, 0);
+}
+
+int WINAPI showMessageBoxExW(HWND /*owner*/, LPCWSTR text, LPCWSTR caption, UINT type, WORD language) noexcept try {
     constexpr UINT buttons = 0x0000000F;
     if ((type & buttons) != MB_OK) {
         SetLastError(ERROR_NOT_SUPPORTED);
@@ -41,8 +46,17 @@ int WINAPI showMessageBox(HWND /*owner*/, LPCWSTR text, LPCWSTR caption, UINT ty
 
     const std::lock_guard guard(shownLock);
     std::fprintf(stderr, "%s: %s\n", toUtf8(shownCaption).c_str(), toUtf8(shownText).c_str());
-    shown = {shown.count + 1, shownText, shownCaption, type};
+    shown = {shown.count + 1, shownText, shownCaption, type, language};
     return IDOK;
+} catch (...) {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return 0;
+}
+
+int WINAPI showMessageBoxExA(HWND owner, LPCSTR text, LPCSTR caption, UINT type, WORD language) noexcept try {
+    const std::wstring wideText = wideFromAnsi(text ? text : "");
+    const std::wstring wideCaption = wideFromAnsi(caption ? caption : "");
+    return showMessageBoxExW(owner, wideText.c_str(), caption ? wideCaption.c_str() : nullptr, type, language);
 } catch (...) {
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     return 0;

@@ -87,14 +87,6 @@ LRESULT defaultProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam
     }
 }
 
-std::wstring wideFromAnsi(LPCSTR text) {
-    const int size = MultiByteToWideChar(CP_ACP, 0, text, -1, nullptr, 0);
-    std::wstring wide(static_cast<std::size_t>(size), L'\0');
-    MultiByteToWideChar(CP_ACP, 0, text, -1, wide.data(), size);
-    wide.resize(wide.size() - 1);
-    return wide;
-}
-
 LRESULT getTextNarrow(HWND window, WPARAM size, LPSTR buffer) {
     if (size == 0) return 0;
     std::wstring wide(size, L'\0');
@@ -110,7 +102,7 @@ LRESULT getTextNarrow(HWND window, WPARAM size, LPSTR buffer) {
 LRESULT sendNarrow(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     const auto text = standin::handleOfNumber<LPSTR>(static_cast<std::uintptr_t>(lParam));
     if (message == WM_SETTEXT && text)
-        return SendMessageW(window, message, wParam, parameterOf(wideFromAnsi(text).c_str()));
+        return SendMessageW(window, message, wParam, parameterOf(standin::wideFromAnsi(text).c_str()));
     if (message == WM_GETTEXT) return getTextNarrow(window, wParam, text);
     return SendMessageW(window, message, wParam, lParam);
 }
@@ -154,6 +146,14 @@ void post(DWORD thread, const MSG& message) {
 }
 
 } // namespace
+
+std::wstring standin::wideFromAnsi(LPCSTR text) {
+    const int size = MultiByteToWideChar(CP_ACP, 0, text, -1, nullptr, 0);
+    std::wstring wide(static_cast<std::size_t>(size), L'\0');
+    MultiByteToWideChar(CP_ACP, 0, text, -1, wide.data(), size);
+    wide.resize(wide.size() - 1);
+    return wide;
+}
 
 void standin::forgetMessages(HWND window) noexcept {
     const std::lock_guard guard(windowLock());

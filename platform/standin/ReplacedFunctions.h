@@ -6,6 +6,7 @@
 #include "platform/standin/Dialogs.h"
 #include "platform/standin/Keys.h"
 #include "platform/standin/Menus.h"
+#include "platform/standin/PropertySheets.h"
 #include "platform/standin/Resources.h"
 
 extern "C" {
@@ -30,4 +31,14 @@ INT_PTR WINAPI DialogBoxParamA(HINSTANCE module, LPCSTR name, HWND parent, DLGPR
 INT_PTR WINAPI DialogBoxParamW(HINSTANCE module, LPCWSTR name, HWND parent, DLGPROC procedure, LPARAM parameter);
 HWND WINAPI CreateDialogParamA(HINSTANCE module, LPCSTR name, HWND parent, DLGPROC procedure, LPARAM parameter);
 HWND WINAPI CreateDialogParamW(HINSTANCE module, LPCWSTR name, HWND parent, DLGPROC procedure, LPARAM parameter);
+
+int WINAPI MessageBoxA(HWND owner, LPCSTR text, LPCSTR caption, UINT type);
+int WINAPI MessageBoxExA(HWND owner, LPCSTR text, LPCSTR caption, UINT type, WORD language);
+int WINAPI MessageBoxExW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type, WORD language);
+
+HPROPSHEETPAGE WINAPI CreatePropertySheetPageA(LPCPROPSHEETPAGEA record);
+HPROPSHEETPAGE WINAPI CreatePropertySheetPageW(LPCPROPSHEETPAGEW record);
+BOOL WINAPI DestroyPropertySheetPage(HPROPSHEETPAGE page);
+INT_PTR WINAPI PropertySheetA(LPCPROPSHEETHEADERA header);
+INT_PTR WINAPI PropertySheetW(LPCPROPSHEETHEADERW header);
 }

@@ -3,6 +3,7 @@
 #include "platform/standin/Resources.h"
 #include "platform/standin/SystemEntries.h"
 #include "platform/standin/TextMatch.h"
+#include "platform/standin/TrackbarProcedure.h"
 
 #include <algorithm>
 #include <array>
@@ -26,13 +27,20 @@ const std::array systemFunctions = {
     SystemFunction{"kernel32", "FindResourceExW", erased(&standin::findResourceExW)},
     SystemFunction{"kernel32", "LoadResource", erased(&standin::loadResource)},
     SystemFunction{"user32", "DestroyAcceleratorTable", erased(&standin::destroyAcceleratorTable)},
+    SystemFunction{"user32", "MessageBoxExA", erased(&standin::showMessageBoxExA)},
+    SystemFunction{"user32", "MessageBoxExW", erased(&standin::showMessageBoxExW)},
     SystemFunction{"user32", "MessageBoxW", erased(&standin::showMessageBox)},
+    SystemFunction{"comctl32", "CreatePropertySheetPageA", erased(&standin::createPropertySheetPageA)},
+    SystemFunction{"comctl32", "CreatePropertySheetPageW", erased(&standin::createPropertySheetPageW)},
+    SystemFunction{"comctl32", "DestroyPropertySheetPage", erased(&standin::destroyPropertySheetPage)},
+    SystemFunction{"comctl32", "PropertySheetA", erased(&standin::propertySheetA)},
+    SystemFunction{"comctl32", "PropertySheetW", erased(&standin::propertySheetW)},
 };
 
 // The address of a library's entry is its handle, which no module that is really loaded can have.
 constexpr std::array<std::string_view, 3> libraries = {"kernel32", "user32", "comctl32"};
 
-HMODULE handleOf(const std::string_view* library) noexcept {
+HMODULE moduleOf(const std::string_view* library) noexcept {
     return reinterpret_cast<HMODULE>(const_cast<std::string_view*>(library));
 }
 
@@ -43,6 +51,10 @@ std::string_view withoutExtension(std::string_view name) noexcept {
     return standin::equalNoCase(name.substr(stem.size()), extension) ? stem : name;
 }
 
+bool isInProcess(std::string_view library) noexcept {
+    return library != "comctl32" || standin::areCommonControlsRegistered();
+}
+
 } // namespace
 
 namespace standin {
@@ -51,10 +63,11 @@ HMODULE findSystemLibrary(std::string_view name) noexcept {
     const std::string_view wanted = withoutExtension(name);
     const auto* const found = std::find_if(libraries.begin(), libraries.end(),
                                            [wanted](std::string_view library) { return equalNoCase(library, wanted); });
-    return found == libraries.end() ? nullptr : handleOf(found);
+    return found == libraries.end() || !isInProcess(*found) ? nullptr : moduleOf(found);
 }
 
 FARPROC findSystemFunction(HMODULE library, std::string_view name) noexcept {
+    if (!library) return nullptr;
     const auto* const found = std::find_if(systemFunctions.begin(), systemFunctions.end(), [&](const auto& row) {
         return findSystemLibrary(row.library) == library && row.name == name;
     });

@@ -8,7 +8,8 @@
 
 namespace standin {
 
-/// A system library by its name, whose case and ".dll" do not matter, or null.
+/// A system library by its name, whose case and ".dll" do not matter, or null. "comctl32" is in the process once the
+/// common controls are registered.
 HMODULE findSystemLibrary(std::string_view name) noexcept;
 
 /// A function of a system library, or null.

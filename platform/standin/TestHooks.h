@@ -23,6 +23,7 @@ struct ShownMessageBoxes {
     std::wstring lastText;
     std::wstring lastCaption;
     UINT lastType = 0;
+    WORD lastLanguage = 0;
 };
 
 /// The message boxes of this process so far.
@@ -32,6 +33,7 @@ ShownMessageBoxes shownMessageBoxes();
 std::size_t liveWindows() noexcept;
 std::size_t liveMenus() noexcept;
 std::size_t liveAcceleratorTables() noexcept;
+std::size_t livePropertySheetPages() noexcept;
 
 /// Takes back what InitCommonControlsEx has registered, as if no program had asked for it.
 void unregisterCommonControls() noexcept;

@@ -38,6 +38,7 @@ inline constexpr WORD TB_ENDTRACK = 8;
 
 extern "C" {
 
-/// Registers the class "msctls_trackbar32" for ICC_BAR_CLASSES; there are no other common controls.
+/// Registers the class "msctls_trackbar32" for ICC_BAR_CLASSES; there are no other common controls. From the first call
+/// on the library "comctl32" is in the process.
 BOOL WINAPI InitCommonControlsEx(const INITCOMMONCONTROLSEX* classes) noexcept;
 }

@@ -7,6 +7,9 @@ namespace standin {
 /// Of the class "msctls_trackbar32". Its windows keep their range and position in bytes of their own.
 LRESULT CALLBACK trackbarProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
 
+/// Whether InitCommonControlsEx has been called.
+bool areCommonControlsRegistered() noexcept;
+
 inline constexpr int TrackbarExtraBytes = 4 * static_cast<int>(sizeof(LONG));
 
 } // namespace standin

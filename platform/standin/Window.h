@@ -79,6 +79,12 @@ std::vector<HWND> ownedWindows(HWND owner);
 
 bool isDialog(HWND window);
 
+/// The window at the top, which owns what is opened over any window below it.
+HWND topLevelOf(HWND window);
+
+/// A text of the ANSI code page.
+std::wstring wideFromAnsi(LPCSTR text);
+
 /// Focus and queue of a window that goes.
 void forgetFocus(HWND window) noexcept;
 void forgetMessages(HWND window) noexcept;

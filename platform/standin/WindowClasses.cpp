@@ -47,6 +47,8 @@ Classes::iterator findClass(LPCWSTR nameOrAtom) {
     return std::find_if(all.begin(), all.end(), [atom](const auto& known) { return known->atom == atom; });
 }
 
+bool commonControlsRegistered = false;
+
 ATOM registerClass(LPCWSTR name, WNDPROC procedure, std::size_t extra) {
     // Atoms are not used again, so that one of a class that is gone finds nothing.
     static ATOM next = FirstAtom + 3;
@@ -69,8 +71,14 @@ std::shared_ptr<const WindowClass> findWindowClass(LPCWSTR nameOrAtom) {
     return found == classes().end() ? nullptr : *found;
 }
 
+bool areCommonControlsRegistered() noexcept {
+    const std::lock_guard guard(windowLock());
+    return commonControlsRegistered;
+}
+
 void unregisterCommonControls() noexcept {
     const std::lock_guard guard(windowLock());
+    commonControlsRegistered = false;
     std::erase_if(classes(), [](const auto& known) { return known->name == TrackbarClass; });
 }
 
@@ -111,6 +119,8 @@ BOOL WINAPI UnregisterClassW(LPCWSTR name, HINSTANCE /*module*/) noexcept try {
 
 BOOL WINAPI InitCommonControlsEx(const INITCOMMONCONTROLSEX* wanted) noexcept try {
     if (wanted->dwSize != sizeof(INITCOMMONCONTROLSEX)) return FALSE;
+    const std::lock_guard guard(standin::windowLock());
+    commonControlsRegistered = true;
     const bool missing = !standin::findWindowClass(TrackbarClass);
     if ((wanted->dwICC & ICC_BAR_CLASSES) != 0 && missing)
         registerClass(TrackbarClass, &standin::trackbarProcedure, standin::TrackbarExtraBytes);

@@ -49,16 +49,6 @@ DWORD adjustedExtendedStyle(DWORD extended, DWORD style) noexcept {
     return edge ? extended | WS_EX_WINDOWEDGE : extended & ~WS_EX_WINDOWEDGE;
 }
 
-/// The window at the top, which owns what is opened over any window below it.
-HWND topLevelOf(HWND window) {
-    for (HWND parent = window; parent;) {
-        window = parent;
-        const LockedWindow found(window);
-        parent = found ? found->parent : nullptr;
-    }
-    return window;
-}
-
 LONG orDefault(int value) noexcept {
     return value == CW_USEDEFAULT ? 0 : value;
 }
@@ -73,7 +63,7 @@ std::shared_ptr<Window> makeWindow(const CREATESTRUCTW& record, DWORD style,
     window.procedure = windowClass->procedure;
     window.extra.resize(windowClass->extraBytes);
     window.windowClass = std::move(windowClass);
-    (child ? window.parent : window.owner) = child ? record.hwndParent : topLevelOf(record.hwndParent);
+    (child ? window.parent : window.owner) = child ? record.hwndParent : standin::topLevelOf(record.hwndParent);
     // It becomes visible by being shown.
     window.style = adjustedStyle(style) & ~WS_VISIBLE;
     window.extendedStyle = adjustedExtendedStyle(record.dwExStyle, window.style);
@@ -208,6 +198,15 @@ std::vector<HWND> ownedWindows(HWND owner) {
         if (window.owner == owner) owned.push_back(static_cast<HWND>(handle));
     });
     return owned;
+}
+
+HWND topLevelOf(HWND window) {
+    for (HWND parent = window; parent;) {
+        window = parent;
+        const LockedWindow found(window);
+        parent = found ? found->parent : nullptr;
+    }
+    return window;
 }
 
 std::size_t liveWindows() noexcept {

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "platform/standin/PropertySheetPages.h"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+namespace standin {
+
+/// A sheet owns its pages, from before its window is made until that is destroyed.
+class PropertySheet {
+public:
+    template <typename Unit>
+    explicit PropertySheet(const PropSheetHeader<Unit>& header)
+        : m_flags(header.dwFlags),
+          m_active(-1),
+          m_start(static_cast<int>(header.nStartPage)),
+          m_callback((header.dwFlags & PSH_USECALLBACK) != 0 ? header.pfnCallback : nullptr) {
+        if ((m_flags & PSH_WIZARD) == 0) m_caption = textOrString(header.hInstance, header.pszCaption);
+    }
+    PropertySheet(const PropertySheet&) = delete;
+    PropertySheet& operator=(const PropertySheet&) = delete;
+    ~PropertySheet() { releasePages(); }
+
+    /// Takes a page over. One whose dialog has no template is not shown.
+    void take(HPROPSHEETPAGE handle);
+    [[nodiscard]] bool isEmpty() const noexcept { return m_pages.empty(); }
+
+    /// Calls the sheet's callback.
+    void tell(HWND window, UINT event, LPARAM parameter) const noexcept {
+        if (m_callback) m_callback(window, event, parameter);
+    }
+
+    /// Shows the start page in a window that has been made.
+    void open(HWND window);
+    /// What the dialog procedure does but for the start.
+    INT_PTR handle(UINT message, WPARAM wParam, LPARAM lParam);
+    /// Runs until the sheet is closed, and gives its result.
+    INT_PTR run() noexcept;
+
+private:
+    struct Page {
+        HPROPSHEETPAGE handle;
+        std::shared_ptr<PropertyPage> page;
+        HWND window = nullptr;
+    };
+
+    int count() const noexcept { return static_cast<int>(m_pages.size()); }
+    bool has(int index) const noexcept { return index >= 0 && index < count(); }
+    Page& at(int index) noexcept { return m_pages[static_cast<std::size_t>(index)]; }
+    HWND windowOf(int index) noexcept { return has(index) ? at(index).window : nullptr; }
+    HWND button(int id) const noexcept { return GetDlgItem(m_window, id); }
+
+    template <typename Fits>
+    int find(Fits fits) const {
+        const auto found = std::find_if(m_pages.begin(), m_pages.end(), fits);
+        return found == m_pages.end() ? -1 : static_cast<int>(found - m_pages.begin());
+    }
+    int indexOfPage(HPROPSHEETPAGE handle) const {
+        return find([handle](const Page& page) { return page.handle == handle; });
+    }
+    int indexOfId(LPARAM id) const {
+        return find([id](const Page& page) { return id != 0 && page.page->templateId() == id; });
+    }
+    int indexOfWindow(HWND window) const {
+        return find([window](const Page& page) { return window && page.window == window; });
+    }
+
+    LRESULT notify(int index, UINT code, LPARAM parameter = 0) noexcept;
+    bool leave() noexcept;
+    bool activate(int index, int direction);
+    bool makeDialog(int index);
+    int afterRefusal(int index, LRESULT answer, int direction) const;
+    void drop(int index);
+    void show(int index);
+    bool select(int index, HPROPSHEETPAGE page);
+    bool selectId(LPARAM id);
+    void turn(UINT code, int direction);
+    bool apply(bool closes);
+    void cancel(bool byWindow);
+    void close(INT_PTR result) noexcept;
+    void setWizardButtons(DWORD flags) noexcept;
+    void command(WPARAM wParam, LPARAM lParam);
+    LRESULT press(WPARAM which);
+    std::optional<LRESULT> answer(UINT message, WPARAM wParam, LPARAM lParam);
+    void releasePages() noexcept;
+
+    HWND m_window = nullptr;
+    DWORD m_flags;
+    std::wstring m_caption;
+    std::vector<Page> m_pages;
+    int m_active; // none while the pages change
+    int m_start;
+    PFNPROPSHEETCALLBACK m_callback;
+    bool m_closed = false;
+    INT_PTR m_result = 0;
+};
+
+} // namespace standin

@@ -1,0 +1,179 @@
+#include "platform/standin/PropertySheetPages.h"
+
+#include "platform/standin/DialogTemplate.h"
+#include "platform/standin/HandleTable.h"
+#include "platform/standin/Resources.h"
+#include "platform/standin/SystemEntries.h"
+#include "platform/standin/TestHooks.h"
+#include "platform/standin/Window.h"
+
+#include <algorithm>
+#include <cstring>
+#include <list>
+
+// The life of pages, from their records to their dialogs.
+
+namespace {
+
+using standin::PropertyPage;
+using standin::PropSheetPage;
+
+standin::HandleTable<PropertyPage>& pages() {
+    static standin::HandleTable<PropertyPage> table;
+    return table;
+}
+
+constexpr DWORD KnownFlags = PSP_DLGINDIRECT | PSP_USEHICON | PSP_USEICONID | PSP_USETITLE | PSP_RTLREADING |
+                             PSP_HASHELP | PSP_USEREFPARENT | PSP_USECALLBACK | PSP_HIDEHEADER | PSP_USEHEADERTITLE |
+                             PSP_USEHEADERSUBTITLE;
+
+HRSRC findDialog(HINSTANCE module, LPCSTR name) noexcept {
+    return standin::findResourceExA(module, MAKEINTRESOURCEA(5), name, 0);
+}
+
+HRSRC findDialog(HINSTANCE module, LPCWSTR name) noexcept {
+    return standin::findResourceExW(module, MAKEINTRESOURCEW(5), name, 0);
+}
+
+/// A page is a control of its sheet, whatever its template says, and the sheet shows it.
+DWORD pageStyle(DWORD style) noexcept {
+    constexpr DWORD ofWindowsAlone =
+        DS_MODALFRAME | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_POPUP | WS_DISABLED | WS_VISIBLE;
+    return (style & ~ofWindowsAlone) | WS_CHILD | WS_TABSTOP | DS_CONTROL;
+}
+
+template <typename Unit>
+class PageOf final : public PropertyPage {
+public:
+    using Record = PropSheetPage<Unit>;
+
+    /// A record may be shorter than today's, or go on with data of the caller's own.
+    explicit PageOf(const Record* given) : m_bytes(std::max<std::size_t>(given->dwSize, sizeof(Record))) {
+        std::memcpy(m_bytes.data(), given, given->dwSize);
+        const DWORD flags = record().dwFlags;
+        if ((flags & PSP_DLGINDIRECT) == 0) keepText(record().pszTemplate);
+        if ((flags & PSP_USEICONID) != 0) keepText(record().pszIcon);
+        if ((flags & PSP_USETITLE) != 0) keepText(record().pszTitle);
+        if ((flags & PSP_USEHEADERTITLE) != 0) keepText(record().pszHeaderTitle);
+        if ((flags & PSP_USEHEADERSUBTITLE) != 0) keepText(record().pszHeaderSubTitle);
+        if (has(PSP_USEREFPARENT) && record().pcRefParent) m_references = record().pcRefParent;
+        if (m_references) ++*m_references;
+    }
+    PageOf(const PageOf&) = delete;
+    PageOf& operator=(const PageOf&) = delete;
+    ~PageOf() override {
+        if (m_references) --*m_references;
+    }
+
+    [[nodiscard]] const void* findTemplate() const noexcept override {
+        if (has(PSP_DLGINDIRECT)) return record().pResource;
+        const HRSRC found = findDialog(record().hInstance, record().pszTemplate);
+        return found ? standin::loadResource(record().hInstance, found) : nullptr;
+    }
+
+    [[nodiscard]] WORD templateId() const noexcept override {
+        const bool numbered = !has(PSP_DLGINDIRECT) && standin::isNumber(record().pszTemplate);
+        return numbered ? static_cast<WORD>(reinterpret_cast<std::uintptr_t>(record().pszTemplate)) : WORD{0};
+    }
+
+    [[nodiscard]] std::wstring title() const override {
+        return has(PSP_USETITLE) ? standin::textOrString(record().hInstance, record().pszTitle) : std::wstring();
+    }
+
+    UINT tell(UINT event) noexcept override {
+        return has(PSP_USECALLBACK) && record().pfnCallback ? record().pfnCallback(nullptr, event, &record()) : 1;
+    }
+
+    HWND createDialog(HWND sheet) override {
+        constexpr SHORT margin = 7;
+        if (tell(PSPCB_CREATE) == 0) return nullptr;
+        const void* const source = findTemplate();
+        if (!source) return nullptr;
+        auto read = standin::readDialogTemplate(source);
+        read.style = pageStyle(read.style);
+        read.place.x = read.place.y = margin;
+        return standin::createDialog(record().hInstance, read, sheet, record().pfnDlgProc,
+                                     standin::parameterOf(&record()));
+    }
+
+private:
+    Record& record() noexcept { return *reinterpret_cast<Record*>(m_bytes.data()); }
+    const Record& record() const noexcept { return *reinterpret_cast<const Record*>(m_bytes.data()); }
+    bool has(DWORD flag) const noexcept { return (record().dwFlags & flag) != 0; }
+
+    void keepText(const Unit*& text) {
+        if (!standin::isNumber(text)) text = m_texts.emplace_back(text).c_str();
+    }
+
+    std::vector<std::byte> m_bytes;
+    std::list<std::basic_string<Unit>> m_texts;
+    UINT* m_references = nullptr;
+};
+
+HPROPSHEETPAGE refuse(DWORD code) noexcept {
+    SetLastError(code);
+    return nullptr;
+}
+
+template <typename Unit>
+HPROPSHEETPAGE createPage(const PropSheetPage<Unit>* given) noexcept try {
+    if (!given || given->dwSize < PROPSHEETPAGEA_V1_SIZE) return refuse(ERROR_INVALID_PARAMETER);
+    if ((given->dwFlags & ~KnownFlags) != 0) return refuse(ERROR_NOT_SUPPORTED);
+    const auto page = std::make_shared<PageOf<Unit>>(given);
+    const auto handle = static_cast<HPROPSHEETPAGE>(pages().add(page));
+    page->tell(PSPCB_ADDREF);
+    return handle;
+} catch (...) {
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
+}
+
+/// Strings lie in blocks of 16, each a length and its units.
+std::wstring stringOf(HINSTANCE module, std::uintptr_t id) {
+    const HRSRC block = standin::findResourceExW(module, MAKEINTRESOURCEW(6), MAKEINTRESOURCEW(id / 16 + 1), 0);
+    if (!block) return {};
+    standin::TemplateCursor cursor(standin::loadResource(module, block));
+    for (std::uintptr_t before = id % 16; before > 0; --before) cursor.skip(cursor.takeWord() * std::size_t{2});
+    std::wstring text(cursor.takeWord(), L'\0');
+    for (wchar_t& unit : text) unit = static_cast<wchar_t>(cursor.takeWord());
+    return text;
+}
+
+} // namespace
+
+namespace standin {
+
+std::shared_ptr<PropertyPage> findPropertyPage(HPROPSHEETPAGE handle) {
+    return pages().find(handle);
+}
+
+std::wstring textOrString(HINSTANCE module, LPCSTR textOrId) {
+    return isNumber(textOrId) ? stringOf(module, reinterpret_cast<std::uintptr_t>(textOrId)) : wideFromAnsi(textOrId);
+}
+
+std::wstring textOrString(HINSTANCE module, LPCWSTR textOrId) {
+    return isNumber(textOrId) ? stringOf(module, reinterpret_cast<std::uintptr_t>(textOrId)) : textOrId;
+}
+
+std::size_t livePropertySheetPages() noexcept {
+    return pages().size();
+}
+
+HPROPSHEETPAGE WINAPI createPropertySheetPageA(LPCPROPSHEETPAGEA record) noexcept {
+    return createPage(record);
+}
+
+HPROPSHEETPAGE WINAPI createPropertySheetPageW(LPCPROPSHEETPAGEW record) noexcept {
+    return createPage(record);
+}
+
+BOOL WINAPI destroyPropertySheetPage(HPROPSHEETPAGE handle) noexcept {
+    const auto page = pages().find(handle);
+    if (!page || !pages().remove(handle)) {
+        SetLastError(ERROR_INVALID_HANDLE);
+        return FALSE;
+    }
+    page->tell(PSPCB_RELEASE);
+    return TRUE;
+}
+
+} // namespace standin

@@ -1,0 +1,38 @@
+#pragma once
+
+// What sheets see of their pages.
+
+#include "platform/standin/PropertySheets.h"
+
+#include <memory>
+#include <string>
+
+namespace standin {
+
+/// A page: the system's own copy of a record and of its texts. It is the callback's and the dialog's to change.
+class PropertyPage {
+public:
+    PropertyPage() = default;
+    PropertyPage(const PropertyPage&) = delete;
+    PropertyPage& operator=(const PropertyPage&) = delete;
+    virtual ~PropertyPage() = default;
+
+    /// The template of its dialog, or null.
+    [[nodiscard]] virtual const void* findTemplate() const noexcept = 0;
+    /// The template's number in its module, or 0.
+    [[nodiscard]] virtual WORD templateId() const noexcept = 0;
+    /// Empty if the page has none of its own.
+    [[nodiscard]] virtual std::wstring title() const = 0;
+    /// Calls the page's callback. A page without one agrees to everything.
+    virtual UINT tell(UINT event) noexcept = 0;
+    /// Null if there is no template, or the callback refuses it.
+    virtual HWND createDialog(HWND sheet) = 0;
+};
+
+std::shared_ptr<PropertyPage> findPropertyPage(HPROPSHEETPAGE handle);
+
+/// A text, or the string of a module whose number stands in its place; empty if there is no such string.
+std::wstring textOrString(HINSTANCE module, LPCSTR textOrId);
+std::wstring textOrString(HINSTANCE module, LPCWSTR textOrId);
+
+} // namespace standin

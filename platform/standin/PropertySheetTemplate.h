@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/standin/Dialogs.h"
+
+#include <string_view>
+#include <vector>
+
+namespace standin {
+
+// Buttons that have no names in Win32.
+inline constexpr int IdApply = 0x3021;
+inline constexpr int IdBack = 0x3023;
+inline constexpr int IdNext = 0x3024;
+inline constexpr int IdFinish = 0x3025;
+
+/// A sheet's own template: its frame and its buttons, of which it hides those that its properties leave out. The
+/// sheet's callback may change it before the sheet is made.
+class PropertySheetTemplate {
+public:
+    explicit PropertySheetTemplate(DWORD sheetFlags);
+
+    [[nodiscard]] DLGTEMPLATE* get() noexcept { return reinterpret_cast<DLGTEMPLATE*>(m_words.data()); }
+
+private:
+    struct Button;
+
+    void word(int value) { m_words.push_back(static_cast<WORD>(value)); }
+    void doubleWord(DWORD value) { m_words.insert(m_words.end(), {LOWORD(value), HIWORD(value)}); }
+    void text(std::wstring_view value);
+    void button(const Button& button, int x);
+
+    static std::vector<Button> buttonsOf(DWORD sheetFlags);
+
+    std::vector<WORD> m_words;
+};
+
+} // namespace standin
