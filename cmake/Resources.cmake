@@ -20,6 +20,8 @@ else()
       COMMAND "${EQ_WINDRES}" --output-format=res "${script}" "${compiled}"
       DEPENDS "${script}" VERBATIM)
     add_library(${target}-${name} OBJECT "${EQ_EMBEDDED_RESOURCES}" "${compiled}")
+    # The compiler does not tell that the source takes this file in.
+    set_property(SOURCE "${EQ_EMBEDDED_RESOURCES}" APPEND PROPERTY OBJECT_DEPENDS "${compiled}")
     target_include_directories(${target}-${name} PRIVATE "${PROJECT_SOURCE_DIR}")
     target_compile_definitions(${target}-${name} PRIVATE "EQ_RESOURCE_FILE=\"${compiled}\"")
     target_link_libraries(${target}-${name} PRIVATE eq_warnings)

@@ -1,6 +1,6 @@
 #include "wedge/AcceleratorRegistry.h"
 
-#include "wedge/SystemFunction.h"
+#include "wedge/SystemFunctions.h"
 
 #include <algorithm>
 

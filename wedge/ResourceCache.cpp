@@ -5,7 +5,7 @@
 #include "wedge/PrepStatus.h"
 #include "wedge/ResourceFormats.h"
 #include "wedge/ResourceRewriters.h"
-#include "wedge/SystemFunction.h"
+#include "wedge/SystemFunctions.h"
 
 #include <algorithm>
 #include <array>

@@ -36,15 +36,3 @@ private:
     const char* m_name;
     mutable std::atomic<Function> m_function{nullptr};
 };
-
-/// The system's functions behind the ones that the wedge replaces.
-namespace systems {
-
-inline constinit const SystemFunction<HRSRC(HMODULE, LPCSTR, LPCSTR, WORD)> FindResourceExA("kernel32",
-                                                                                            "FindResourceExA");
-inline constinit const SystemFunction<HRSRC(HMODULE, LPCWSTR, LPCWSTR, WORD)> FindResourceExW("kernel32",
-                                                                                              "FindResourceExW");
-inline constinit const SystemFunction<HGLOBAL(HMODULE, HRSRC)> LoadResource("kernel32", "LoadResource");
-inline constinit const SystemFunction<BOOL(HACCEL)> DestroyAcceleratorTable("user32", "DestroyAcceleratorTable");
-
-} // namespace systems

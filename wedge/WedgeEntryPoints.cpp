@@ -2,11 +2,14 @@
 
 #include "wedge/AcceleratorRegistry.h"
 #include "wedge/CLanguageStore.h"
+#include "wedge/PropertyPages.h"
+#include "wedge/PropertySheetForms.h"
+#include "wedge/PropertySheets.h"
 #include "wedge/ResourceCache.h"
 #include "wedge/ResourceFormats.h"
 #include "wedge/ResourceLoading.h"
 #include "wedge/ResourceRewriters.h"
-#include "wedge/SystemFunction.h"
+#include "wedge/SystemFunctions.h"
 #include "wedge/string_ext.h"
 
 #include <algorithm>
@@ -153,6 +156,46 @@ HWND WINAPI CreateDialogParamW(HINSTANCE hInstance, LPCWSTR lpTemplateName, HWND
     if (!dialog) return nullptr;
     return CreateDialogIndirectParamW(hInstance, asTemplate<DLGTEMPLATE>(dialog), hWndParent, lpDialogFunc,
                                       dwInitParam);
+}
+
+int WINAPI MessageBoxA(HWND hWnd, LPCSTR lpText, LPCSTR lpCaption, UINT uType) {
+    return ::MessageBoxExA(hWnd, lpText, lpCaption, uType, GetLanguageId());
+}
+
+int WINAPI MessageBoxW(HWND hWnd, LPCWSTR lpText, LPCWSTR lpCaption, UINT uType) {
+    return ::MessageBoxExW(hWnd, lpText, lpCaption, uType, GetLanguageId());
+}
+
+int WINAPI MessageBoxExA(HWND hWnd, LPCSTR lpText, LPCSTR lpCaption, UINT uType, WORD wLanguageId) {
+    GetLanguageId(); // the store exists from the first box on
+    return systems::MessageBoxExA(hWnd, lpText, lpCaption, uType, wLanguageId);
+}
+
+int WINAPI MessageBoxExW(HWND hWnd, LPCWSTR lpText, LPCWSTR lpCaption, UINT uType, WORD wLanguageId) {
+    GetLanguageId();
+    return systems::MessageBoxExW(hWnd, lpText, lpCaption, uType, wLanguageId);
+}
+
+HPROPSHEETPAGE WINAPI CreatePropertySheetPageA(LPCPROPSHEETPAGEA page) {
+    return createPage<NarrowSheets>(page);
+}
+
+HPROPSHEETPAGE WINAPI CreatePropertySheetPageW(LPCPROPSHEETPAGEW page) {
+    return createPage<WideSheets>(page);
+}
+
+BOOL WINAPI DestroyPropertySheetPage(HPROPSHEETPAGE page) {
+    const BOOL result = systems::DestroyPropertySheetPage(page);
+    ReleasePageRecord(page);
+    return result;
+}
+
+INT_PTR WINAPI PropertySheetA(LPCPROPSHEETHEADERA header) {
+    return openSheet<NarrowSheets>(header);
+}
+
+INT_PTR WINAPI PropertySheetW(LPCPROPSHEETHEADERW header) {
+    return openSheet<WideSheets>(header);
 }
 
 } // namespace wedge, or extern "C"

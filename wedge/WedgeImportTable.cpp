@@ -24,7 +24,15 @@ struct ImportTable {
     decltype(&::FindResourceW) findResourceW = &wedge::FindResourceW;
     decltype(&::FindResourceExA) findResourceExA = &wedge::FindResourceExA;
     decltype(&::FindResourceExW) findResourceExW = &wedge::FindResourceExW;
-    void (*messageBoxesAndPropertySheets[9])() = {}; // not replaced
+    decltype(&::MessageBoxA) messageBoxA = &wedge::MessageBoxA;
+    decltype(&::MessageBoxW) messageBoxW = &wedge::MessageBoxW;
+    decltype(&::MessageBoxExA) messageBoxExA = &wedge::MessageBoxExA;
+    decltype(&::MessageBoxExW) messageBoxExW = &wedge::MessageBoxExW;
+    decltype(&::CreatePropertySheetPageA) createPropertySheetPageA = &wedge::CreatePropertySheetPageA;
+    decltype(&::CreatePropertySheetPageW) createPropertySheetPageW = &wedge::CreatePropertySheetPageW;
+    decltype(&::DestroyPropertySheetPage) destroyPropertySheetPage = &wedge::DestroyPropertySheetPage;
+    decltype(&::PropertySheetA) propertySheetA = &wedge::PropertySheetA;
+    decltype(&::PropertySheetW) propertySheetW = &wedge::PropertySheetW;
 };
 static_assert(sizeof(ImportTable) == 25 * sizeof(void*));
 
@@ -63,3 +71,12 @@ EQ_SLOT(13, FindResourceA, 12)
 EQ_SLOT(14, FindResourceW, 12)
 EQ_SLOT(15, FindResourceExA, 16)
 EQ_SLOT(16, FindResourceExW, 16)
+EQ_SLOT(17, MessageBoxA, 16)
+EQ_SLOT(18, MessageBoxW, 16)
+EQ_SLOT(19, MessageBoxExA, 20)
+EQ_SLOT(20, MessageBoxExW, 20)
+EQ_SLOT(21, CreatePropertySheetPageA, 4)
+EQ_SLOT(22, CreatePropertySheetPageW, 4)
+EQ_SLOT(23, DestroyPropertySheetPage, 4)
+EQ_SLOT(24, PropertySheetA, 4)
+EQ_SLOT(25, PropertySheetW, 4)

@@ -22,7 +22,8 @@ struct DLGTEMPLATE {
 #pragma pack(pop)
 static_assert(sizeof(DLGTEMPLATE) == 18);
 using LPCDLGTEMPLATEA = const DLGTEMPLATE*;
-using LPCDLGTEMPLATEW = const DLGTEMPLATE*;
+using LPCDLGTEMPLATE = const DLGTEMPLATE*;
+using LPCDLGTEMPLATEW = LPCDLGTEMPLATE;
 
 inline constexpr DWORD DS_ABSALIGN = 0x0001;
 inline constexpr DWORD DS_3DLOOK = 0x0004;

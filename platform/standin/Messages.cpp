@@ -171,6 +171,10 @@ LRESULT WINAPI SendMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lPa
     return 0;
 }
 
+LRESULT WINAPI CallWindowProcA(WNDPROC procedure, HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+    return CallWindowProcW(procedure, window, message, wParam, lParam);
+}
+
 LRESULT WINAPI CallWindowProcW(WNDPROC procedure, HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     return callProcedure(procedure, window, message, wParam, lParam);
 }

@@ -194,6 +194,10 @@ LONG_PTR WINAPI GetWindowLongPtrW(HWND window, int index) noexcept {
     return getLong<LONG_PTR>(window, index);
 }
 
+LONG_PTR WINAPI SetWindowLongPtrA(HWND window, int index, LONG_PTR value) noexcept {
+    return SetWindowLongPtrW(window, index, value);
+}
+
 LONG_PTR WINAPI SetWindowLongPtrW(HWND window, int index, LONG_PTR value) noexcept {
     return setLong<LONG_PTR>(window, index, value);
 }

@@ -148,6 +148,7 @@ int WINAPI MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count) noexc
 LONG WINAPI GetWindowLongW(HWND window, int index) noexcept;
 LONG WINAPI SetWindowLongW(HWND window, int index, LONG value) noexcept;
 LONG_PTR WINAPI GetWindowLongPtrW(HWND window, int index) noexcept;
+LONG_PTR WINAPI SetWindowLongPtrA(HWND window, int index, LONG_PTR value) noexcept;
 LONG_PTR WINAPI SetWindowLongPtrW(HWND window, int index, LONG_PTR value) noexcept;
 
 /// Properties by name; upper and lower case are told apart.

@@ -1,0 +1,40 @@
+#include "platform/win32.h"
+#include "tests/support/HeapInUse.h"
+#include "wedge/OwnModule.h"
+
+#include <gtest/gtest.h>
+
+// A program of its own, in which nobody loads the common controls.
+
+TEST(PropertySheets, AreNotThereWithoutTheCommonControls) {
+    ASSERT_EQ(GetModuleHandleA("comctl32"), nullptr);
+    PROPSHEETPAGEA narrowPage{};
+    narrowPage.dwSize = sizeof narrowPage;
+    narrowPage.hInstance = ownModule();
+    PROPSHEETPAGEW page{};
+    page.dwSize = sizeof page;
+    page.dwFlags = PSP_USETITLE;
+    page.hInstance = ownModule();
+    page.pszTitle = MAKEINTRESOURCEW(48);
+    PROPSHEETHEADERA narrowHeader{};
+    narrowHeader.dwSize = sizeof narrowHeader;
+    narrowHeader.dwFlags = PSH_PROPSHEETPAGE;
+    narrowHeader.nPages = 1;
+    narrowHeader.ppsp = &narrowPage;
+    PROPSHEETHEADERW header{};
+    header.dwSize = sizeof header;
+    header.dwFlags = PSH_PROPSHEETPAGE;
+    header.nPages = 1;
+    header.ppsp = &page;
+
+    long before = 0;
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_EQ(CreatePropertySheetPageA(&narrowPage), nullptr);
+        EXPECT_EQ(CreatePropertySheetPageW(&page), nullptr);
+        EXPECT_EQ(PropertySheetA(&narrowHeader), 0);
+        EXPECT_EQ(PropertySheetW(&header), 0);
+        EXPECT_EQ(DestroyPropertySheetPage(nullptr), 0);
+        if (i == 0) before = heapInUse();
+    }
+    EXPECT_LE(heapInUse(), before);
+}
