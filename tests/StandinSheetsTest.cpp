@@ -13,9 +13,11 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstddef>
 #include <cstring>
 #include <map>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -48,6 +50,8 @@ protected:
     PropertySheets() {
         INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES};
         InitCommonControlsEx(&controls);
+        create = EQ_SYSTEM(CreatePropertySheetPageW);
+        destroy = EQ_SYSTEM(DestroyPropertySheetPage);
         current = this;
         owner = CreateWindowExW(0, L"#32770", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
     }
@@ -149,8 +153,8 @@ protected:
     }
 
     inline static PropertySheets* current = nullptr;
-    decltype(&::CreatePropertySheetPageW) create = EQ_SYSTEM(CreatePropertySheetPageW);
-    decltype(&::DestroyPropertySheetPage) destroy = EQ_SYSTEM(DestroyPropertySheetPage);
+    decltype(&::CreatePropertySheetPageW) create = nullptr;
+    decltype(&::DestroyPropertySheetPage) destroy = nullptr;
     DialogTemplateBuilder source{true, WS_POPUP | WS_CAPTION | WS_VISIBLE, {{u"\x80", 5, WS_CHILD | WS_VISIBLE}}};
     HWND owner = nullptr;
     HWND sheet = nullptr;
@@ -232,7 +236,9 @@ TEST_F(PropertySheets, OfWizardsTurnTheirPages) {
         std::string text;
         for (const int id : {0x3023, 0x3024, 0x3025}) {
             const HWND button = GetDlgItem(sheet, id);
-            text += (GetWindowLongW(button, GWL_STYLE) & WS_VISIBLE) == 0 ? "-" : IsWindowEnabled(button) ? "B" : "b";
+            text += (static_cast<DWORD>(GetWindowLongW(button, GWL_STYLE)) & WS_VISIBLE) == 0 ? "-"
+                    : IsWindowEnabled(button)                                                 ? "B"
+                                                                                              : "b";
         }
         return text;
     };
@@ -282,10 +288,11 @@ TEST_F(PropertySheets, FindTheirPages) {
 }
 
 TEST_F(PropertySheets, TakeOlderRecordsOneBehindTheOther) {
-    std::array<std::array<char, PROPSHEETPAGEA_V1_SIZE>, 2> records{};
+    constexpr std::size_t size = offsetof(PROPSHEETPAGEA, pszHeaderTitle);
+    std::array<std::array<char, size>, 2> records{};
     for (const LPARAM number : {1, 2}) {
         PROPSHEETPAGEA given{};
-        given.dwSize = PROPSHEETPAGEA_V1_SIZE;
+        given.dwSize = size;
         given.dwFlags = PSP_USECALLBACK | PSP_USETITLE | PSP_DLGINDIRECT;
         given.hInstance = GetModuleHandleW(nullptr);
         given.pResource = source.get();
@@ -293,10 +300,10 @@ TEST_F(PropertySheets, TakeOlderRecordsOneBehindTheOther) {
         given.pfnDlgProc = &pageProcedure;
         given.lParam = number;
         given.pfnCallback = &pageCallback<PROPSHEETPAGEA>;
-        std::memcpy(records[static_cast<std::size_t>(number - 1)].data(), &given, PROPSHEETPAGEA_V1_SIZE);
+        std::memcpy(records[static_cast<std::size_t>(number - 1)].data(), &given, size);
     }
     PROPSHEETHEADERA header{};
-    header.dwSize = PROPSHEETHEADERA_V1_SIZE;
+    header.dwSize = static_cast<DWORD>(PROPSHEETHEADERA_V1_SIZE);
     header.dwFlags = PSH_USECALLBACK | PSH_MODELESS | PSH_PROPSHEETPAGE | PSH_WIZARD;
     header.hInstance = GetModuleHandleW(nullptr);
     header.nPages = 2;
@@ -319,11 +326,11 @@ TEST_F(PropertySheets, LeaveOutPagesWithoutATemplate) {
 
 TEST_F(PropertySheets, RefuseWhatIsNoRecord) {
     PROPSHEETPAGEW given = record(1, L"title");
-    given.dwSize = PROPSHEETPAGEW_V1_SIZE - 1;
+    given.dwSize = static_cast<DWORD>(PROPSHEETPAGEW_V1_SIZE - 1);
     EXPECT_EQ(create(&given), nullptr);
     EXPECT_FALSE(destroy(nullptr));
     EXPECT_EQ(takeLog(), "");
-    given.dwSize = PROPSHEETPAGEW_V1_SIZE;
+    ++given.dwSize;
     const HPROPSHEETPAGE made = create(&given);
     EXPECT_TRUE(destroy(made));
     EXPECT_EQ(takeLog(), "1:ADDREF 1:RELEASE ");

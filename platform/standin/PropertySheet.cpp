@@ -57,12 +57,7 @@ bool PropertySheet::activate(int index, int direction) {
     if (const HWND before = windowOf(std::exchange(m_active, -1))) ShowWindow(before, SW_HIDE);
     while (true) {
         while (!makeDialog(index)) {
-            drop(index);
-            if (isEmpty() || (m_flags & PSH_MODELESS) == 0) {
-                m_result = -1;
-                DestroyWindow(m_window);
-                return false;
-            }
+            if (!dropRefused(index)) return false;
             index = std::min(index, count() - 1);
         }
         const LRESULT answer = notify(index, PSN_SETACTIVE);
@@ -75,13 +70,24 @@ bool PropertySheet::activate(int index, int direction) {
 }
 
 bool PropertySheet::makeDialog(int index) {
-    if (!windowOf(index)) {
-        const auto page = at(index).page;
-        const HWND window = page->createDialog(m_window);
-        if (!window || !has(index)) return false;
-        at(index).window = window;
-    }
-    return true;
+    if (windowOf(index)) return true;
+    const Page made = at(index);
+    const HWND window = made.page->createDialog(m_window);
+    // Its first messages may have changed the sheet, or ended it.
+    const int place = indexOfPage(made.handle);
+    if (has(place)) at(place).window = window;
+    return windowOf(index) != nullptr;
+}
+
+/// Takes a page out that cannot be shown. A modal sheet ends with it, as one without pages does.
+bool PropertySheet::dropRefused(int index) {
+    // The sheet may have been destroyed meanwhile.
+    if (!has(index)) return false;
+    drop(index);
+    if (!isEmpty() && (m_flags & PSH_MODELESS) != 0) return true;
+    m_result = -1;
+    DestroyWindow(m_window);
+    return false;
 }
 
 /// The page that follows from an answer to PSN_SETACTIVE; the same one if it stays.

@@ -21,7 +21,10 @@ public:
     }
     PropertySheet(const PropertySheet&) = delete;
     PropertySheet& operator=(const PropertySheet&) = delete;
-    ~PropertySheet() { releasePages(); }
+    ~PropertySheet() {
+        // Otherwise the window has done so as it went.
+        if (!m_window) releasePages();
+    }
 
     /// Takes a page over. One whose dialog has no template is not shown.
     void take(HPROPSHEETPAGE handle);
@@ -71,6 +74,7 @@ private:
     bool leave() noexcept;
     bool activate(int index, int direction);
     bool makeDialog(int index);
+    bool dropRefused(int index);
     int afterRefusal(int index, LRESULT answer, int direction) const;
     void drop(int index);
     void show(int index);

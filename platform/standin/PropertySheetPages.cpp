@@ -56,13 +56,8 @@ public:
         if ((flags & PSP_USETITLE) != 0) keepText(record().pszTitle);
         if ((flags & PSP_USEHEADERTITLE) != 0) keepText(record().pszHeaderTitle);
         if ((flags & PSP_USEHEADERSUBTITLE) != 0) keepText(record().pszHeaderSubTitle);
-        if (has(PSP_USEREFPARENT) && record().pcRefParent) m_references = record().pcRefParent;
-        if (m_references) ++*m_references;
-    }
-    PageOf(const PageOf&) = delete;
-    PageOf& operator=(const PageOf&) = delete;
-    ~PageOf() override {
-        if (m_references) --*m_references;
+        if ((flags & PSP_USEREFPARENT) != 0) m_users = record().pcRefParent;
+        if (m_users) ++*m_users;
     }
 
     [[nodiscard]] const void* findTemplate() const noexcept override {
@@ -82,6 +77,11 @@ public:
 
     UINT tell(UINT event) noexcept override {
         return has(PSP_USECALLBACK) && record().pfnCallback ? record().pfnCallback(nullptr, event, &record()) : 1;
+    }
+
+    void release() noexcept override {
+        tell(PSPCB_RELEASE);
+        if (m_users) --*m_users;
     }
 
     HWND createDialog(HWND sheet) override {
@@ -107,7 +107,7 @@ private:
 
     std::vector<std::byte> m_bytes;
     std::list<std::basic_string<Unit>> m_texts;
-    UINT* m_references = nullptr;
+    UINT* m_users = nullptr;
 };
 
 HPROPSHEETPAGE refuse(DWORD code) noexcept {
@@ -172,7 +172,7 @@ BOOL WINAPI destroyPropertySheetPage(HPROPSHEETPAGE handle) noexcept {
         SetLastError(ERROR_INVALID_HANDLE);
         return FALSE;
     }
-    page->tell(PSPCB_RELEASE);
+    page->release();
     return TRUE;
 }
 

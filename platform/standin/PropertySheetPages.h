@@ -25,6 +25,8 @@ public:
     [[nodiscard]] virtual std::wstring title() const = 0;
     /// Calls the page's callback. A page without one agrees to everything.
     virtual UINT tell(UINT event) noexcept = 0;
+    /// Tells the callback of the page's end, and lets go of the caller's counter.
+    virtual void release() noexcept = 0;
     /// Null if there is no template, or the callback refuses it.
     virtual HWND createDialog(HWND sheet) = 0;
 };
