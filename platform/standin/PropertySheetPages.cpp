@@ -121,7 +121,8 @@ HPROPSHEETPAGE createPage(const PropSheetPage<Unit>* given) noexcept try {
     if ((given->dwFlags & ~KnownFlags) != 0) return refuse(ERROR_NOT_SUPPORTED);
     const auto page = std::make_shared<PageOf<Unit>>(given);
     const auto handle = static_cast<HPROPSHEETPAGE>(pages().add(page));
-    page->tell(PSPCB_ADDREF);
+    // Callbacks from before the newer members do not know the event.
+    if (given->dwSize > PROPSHEETPAGEA_V1_SIZE) page->tell(PSPCB_ADDREF);
     return handle;
 } catch (...) {
     return refuse(ERROR_NOT_ENOUGH_MEMORY);
