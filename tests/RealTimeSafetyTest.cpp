@@ -1,0 +1,148 @@
+#include "plugin/AEffect.h"
+
+#include "tests/support/LoadedLibrary.h"
+#include "tests/support/ScriptedHost.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstddef>
+#include <dlfcn.h>
+#include <initializer_list>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <pthread.h>
+#include <string>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <thread>
+#include <vector>
+
+// The library may not allocate, lock or wait while it processes audio. This program stands between the library and the
+// C library's allocator and locks, and between its audio thread and the kernel, and writes down what comes by.
+
+namespace {
+
+/// Whether this thread is inside a call of the effect's processing.
+thread_local bool processing = false;
+std::atomic<int> allocations_seen = 0;
+std::atomic<int> locks_seen = 0;
+std::atomic<int> system_calls_seen = 0;
+
+void note(std::atomic<int>& seen) {
+    if (processing) ++seen;
+}
+
+/// Stands for the system call that the kernel did not make: for the thread's own end it does not matter.
+void onSystemCall(int, siginfo_t*, void*) {
+    note(system_calls_seen);
+}
+
+/// From here on no system call of this thread is made by which it could wait, or take or give back memory.
+void refuseSystemCalls() {
+    struct sigaction action {};
+    action.sa_sigaction = onSystemCall;
+    action.sa_flags = SA_SIGINFO;
+    sigaction(SIGSYS, &action, nullptr);
+
+    const std::initializer_list<unsigned> refused = {
+        SYS_futex, SYS_mmap, SYS_munmap, SYS_mremap, SYS_brk,   SYS_read,      SYS_write,           SYS_openat,
+        SYS_close, SYS_poll, SYS_ppoll,  SYS_select, SYS_ioctl, SYS_nanosleep, SYS_clock_nanosleep, SYS_sched_yield};
+    std::vector<sock_filter> program = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr))};
+    for (const unsigned number : refused) {
+        program.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, number, 0, 1));
+        program.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_TRAP));
+    }
+    program.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
+    const sock_fprog filter = {static_cast<unsigned short>(program.size()), program.data()};
+    ASSERT_EQ(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
+    ASSERT_EQ(prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter), 0);
+}
+
+} // namespace
+
+// The program's own come ahead of the C library's for every library that is loaded.
+extern "C" {
+
+void* __libc_malloc(std::size_t size);
+void __libc_free(void* block);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* block, std::size_t size);
+
+void* malloc(std::size_t size) {
+    note(allocations_seen);
+    return __libc_malloc(size);
+}
+void free(void* block) {
+    if (block) note(allocations_seen);
+    __libc_free(block);
+}
+void* calloc(std::size_t count, std::size_t size) {
+    note(allocations_seen);
+    return __libc_calloc(count, size);
+}
+void* realloc(void* block, std::size_t size) {
+    note(allocations_seen);
+    return __libc_realloc(block, size);
+}
+
+int pthread_mutex_lock(pthread_mutex_t* mutex) {
+    using Lock = int (*)(pthread_mutex_t*);
+    static const auto real = reinterpret_cast<Lock>(dlsym(RTLD_NEXT, "pthread_mutex_lock"));
+    note(locks_seen);
+    return real(mutex);
+}
+}
+
+namespace {
+
+TEST(RealTimeSafety, ProcessingNeitherAllocatesNorLocksNorCallsTheKernel) {
+    const ScriptedHost host(2400);
+    const LoadedLibrary library(EQ_LIBRARY_PATH);
+    AEffect* const effect = library.find<EffectMainProc>("main")(ScriptedHost::callback);
+    ASSERT_NE(effect, nullptr);
+    effect->dispatcher(effect, effSetBlockSize, 0, 8192, nullptr, 0.0f);
+
+    std::atomic<bool> done = false;
+    std::thread audio([&] {
+        refuseSystemCalls();
+        std::array<std::vector<float>, 2> in = {std::vector<float>(8192, 0.5f), std::vector<float>(8192, -0.5f)};
+        std::array<std::vector<float>, 2> out = in;
+        float* inputs[] = {in[0].data(), in[1].data()};
+        float* outputs[] = {out[0].data(), out[1].data()};
+        for (int i = 0; i < 3000; ++i) {
+            const int32 frames = i * 37 % 8193;
+            processing = true;
+            (i % 2 == 0 ? effect->processReplacing : effect->process)(effect, inputs, outputs, frames);
+            processing = false;
+        }
+        done = true;
+    });
+    for (int i = 0; !done; ++i) effect->setParameter(effect, i % 13, static_cast<float>(i % 101) / 100.0f);
+    audio.join();
+    effect->dispatcher(effect, effClose, 0, 0, nullptr, 0.0f);
+    EXPECT_EQ(allocations_seen, 0);
+    EXPECT_EQ(locks_seen, 0);
+    EXPECT_EQ(system_calls_seen, 0);
+}
+
+TEST(RealTimeSafety, WouldBeSeenToBeBroken) {
+    pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+    std::thread careless([&mutex] {
+        refuseSystemCalls();
+        processing = true;
+        delete new std::string(1000, 'x');
+        pthread_mutex_lock(&mutex);
+        sched_yield();
+        processing = false;
+    });
+    careless.join();
+    EXPECT_GE(allocations_seen.exchange(0), 2);
+    EXPECT_EQ(locks_seen.exchange(0), 1);
+    EXPECT_EQ(system_calls_seen.exchange(0), 1);
+}
+
+} // namespace
