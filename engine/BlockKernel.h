@@ -2,10 +2,6 @@
 
 #include "engine/FilterDesign.h"
 
-// What is done to the samples of a block. A faster kernel may take the place of these functions as long as it gives
-// the same bits: samples are rounded to float after the gain, after each section and after the crossfade, and nowhere
-// else; all else is double, and each operation is rounded by itself.
-
 /// The two state variables of a section, for two runs: the one that goes on, and the one that fades in a new design.
 struct BandState {
     double currentState[2];
@@ -15,17 +11,33 @@ struct BandState {
 /// One of the two pairs of BandState.
 using StatePair = double (BandState::*)[2];
 
-/// Multiplies `count` samples by `gain`, in place.
-void applyGain(float* buffer, float gain, int count) noexcept;
+/// A block on its way through the output gain and then the four sections, which advances one pair of each section's
+/// states.
+struct FilterRun {
+    const float* input; ///< BlockKernel::BlockSize samples
+    const FilterDesign& design;
+    BandState (&bands)[BandCount];
+    StatePair pair;
+};
 
-/// Runs one peak section over `count` (1 or more) samples in place, from the state in `s1` and `s2`, which it
-/// advances. The allpass is a two-multiplier lattice.
-void runPeakSection(float* buffer, int count, double c, double k, double G, double* s1, double* s2) noexcept;
+/// All that is done to the samples of a block, as one instruction set does it best. Every kernel gives the same bits,
+/// those of the plain one (but for the sign and payload of a NaN), in samples and in states.
+///
+/// An output is BlockSize samples long and overlaps no input and no other output. No two runs share a pair of states.
+struct BlockKernel {
+    /// Samples a block.
+    static constexpr int BlockSize = 2048;
 
-/// Blends `source` into `target` with a weight that rises linearly from half a step above 0 to half a step below 1.
-void crossfade(float* target, const float* source, int count) noexcept;
-
-/// Runs the output gain and then the four sections over `count` (1 or more) samples in place, advancing one pair of
-/// each section's states.
-void filterBlock(float* block, int count, const FilterDesign& design, BandState (&bands)[BandCount],
-                 StatePair pair) noexcept;
+    const char* name;
+    /// Filters a block.
+    void (*filter)(const FilterRun& run, float* output) noexcept;
+    /// Filters two blocks that have nothing to do with each other.
+    void (*filterTwo)(const FilterRun& first, float* firstOutput, const FilterRun& second,
+                      float* secondOutput) noexcept;
+    /// Crossfades from one run to another.
+    void (*change)(const FilterRun& before, const FilterRun& after, float* output) noexcept;
+    /// Crossfades from the unfiltered to the filtered block.
+    void (*fadeIn)(const FilterRun& run, float* output) noexcept;
+    /// Crossfades from the filtered to the unfiltered block.
+    void (*fadeOut)(const FilterRun& run, float* output) noexcept;
+};

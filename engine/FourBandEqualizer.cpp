@@ -1,8 +1,12 @@
 #include "engine/FourBandEqualizer.h"
 
+#include "engine/KernelChoice.h"
+
 #include <algorithm>
 
-FourBandEqualizer::FourBandEqualizer() noexcept {
+FourBandEqualizer::FourBandEqualizer() noexcept : FourBandEqualizer(fastestKernel()) {}
+
+FourBandEqualizer::FourBandEqualizer(const BlockKernel& blockKernel) noexcept : kernel(&blockKernel) {
     reset();
 }
 
@@ -20,39 +24,45 @@ void FourBandEqualizer::setParameters(const float* values) noexcept {
 }
 
 void FourBandEqualizer::process(const float* input, float* output, int sampleCount, int mode) noexcept {
-    while (sampleCount >= samplesToFill) {
-        const int c = samplesToFill;
-        const int p = BlockSize - c;
-        // Input is read before output is written, since the two may be one array.
-        std::copy_n(input, c, inputBlock + p);
-        std::copy_n(outputBlock + p, c, output);
-        runBlock(mode);
-        std::copy_n(inputBlock, BlockSize, outputBlock);
-        input += c;
-        output += c;
-        sampleCount -= c;
-        samplesToFill = BlockSize;
+    while (sampleCount > 0) {
+        const int count = std::min(sampleCount, samplesToFill);
+        exchange(input, output, count);
+        if (samplesToFill == 0) completeBlock(mode);
+        input += count;
+        output += count;
+        sampleCount -= count;
     }
-    const int p = BlockSize - samplesToFill;
-    std::copy_n(input, sampleCount, inputBlock + p);
-    std::copy_n(outputBlock + p, sampleCount, output);
-    samplesToFill -= sampleCount;
 }
 
-void FourBandEqualizer::runBlock(int mode) noexcept {
+// Collects samples, and hands out those of the block before.
+void FourBandEqualizer::exchange(const float* input, float* output, int count) noexcept {
+    const int p = BlockSize - samplesToFill;
+    // Input is read before output is written, since the two may be one array.
+    std::copy_n(input, count, inputBlock + p);
+    std::copy_n(outputBlock + p, count, output);
+    samplesToFill -= count;
+}
+
+void FourBandEqualizer::completeBlock(int mode) noexcept {
+    samplesToFill = BlockSize;
     switch (mode) {
     case Process:
         if (handover.pending()) {
             runChangeBlock();
         } else {
-            filterBlock(inputBlock, BlockSize, coefficients, bandState, &BandState::currentState);
+            kernel->filter(run(coefficients, &BandState::currentState), outputBlock);
         }
         break;
     case FadeIn:
+        design();
+        kernel->fadeIn(run(coefficients, &BandState::currentState), outputBlock);
+        break;
     case FadeOut:
-        runFadeBlock(mode);
+        design();
+        kernel->fadeOut(run(coefficients, &BandState::currentState), outputBlock);
         break;
     default:
+        std::copy_n(inputBlock, BlockSize, outputBlock);
         break;
     }
 }
@@ -60,22 +70,14 @@ void FourBandEqualizer::runBlock(int mode) noexcept {
 // The new run starts from the state in which the last change block ended, and so with a transient of its own, where
 // the crossfade gives it a weight near 0.
 void FourBandEqualizer::runChangeBlock() noexcept {
-    float alternateBlock[BlockSize];
-    std::copy_n(inputBlock, BlockSize, alternateBlock);
-    filterBlock(inputBlock, BlockSize, coefficients, bandState, &BandState::currentState);
+    const FilterDesign before = coefficients;
     design();
-    filterBlock(alternateBlock, BlockSize, coefficients, bandState, &BandState::nextState);
+    kernel->change(run(before, &BandState::currentState), run(coefficients, &BandState::nextState), outputBlock);
     for (BandState& band : bandState) std::copy_n(band.nextState, 2, band.currentState);
-    crossfade(inputBlock, alternateBlock, BlockSize);
 }
 
-void FourBandEqualizer::runFadeBlock(int mode) noexcept {
-    float alternateBlock[BlockSize];
-    design();
-    std::copy_n(inputBlock, BlockSize, alternateBlock);
-    float* const filtered = mode == FadeIn ? alternateBlock : inputBlock;
-    filterBlock(filtered, BlockSize, coefficients, bandState, &BandState::currentState);
-    crossfade(inputBlock, alternateBlock, BlockSize);
+FilterRun FourBandEqualizer::run(const FilterDesign& filter, StatePair pair) noexcept {
+    return {inputBlock, filter, bandState, pair};
 }
 
 // Designs the array that waits, if any: the newest that any thread has completed.

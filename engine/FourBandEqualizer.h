@@ -21,7 +21,7 @@
 class FourBandEqualizer {
 public:
     /// Samples a block; also the delay and the length of a crossfade.
-    static constexpr int BlockSize = 2048;
+    static constexpr int BlockSize = BlockKernel::BlockSize;
 
     /// What a block undergoes that completes in a call of `process`. Any other number passes it unfiltered: no design
     /// is made and no state moves.
@@ -33,6 +33,8 @@ public:
 
     /// A flat engine: until the first `setParameters` it passes its input unchanged, 2048 samples later.
     FourBandEqualizer() noexcept;
+    /// One whose blocks are run by a certain kernel, and not by the fastest. All of them sound alike.
+    explicit FourBandEqualizer(const BlockKernel& kernel) noexcept;
     virtual ~FourBandEqualizer() = default;
 
     FourBandEqualizer(const FourBandEqualizer&) = delete;
@@ -53,10 +55,12 @@ public:
 
 private:
     void design() noexcept;
-    void runBlock(int mode) noexcept;
+    void exchange(const float* input, float* output, int count) noexcept;
+    void completeBlock(int mode) noexcept;
     void runChangeBlock() noexcept;
-    void runFadeBlock(int mode) noexcept;
+    [[nodiscard]] FilterRun run(const FilterDesign& filter, StatePair pair) noexcept;
 
+    const BlockKernel* kernel;
     float parameters[ParameterCount] = {};
     float inputBlock[BlockSize];
     float outputBlock[BlockSize];

@@ -1,0 +1,81 @@
+#include "engine/PlainKernel.h"
+
+#include <algorithm>
+
+void applyGain(float* buffer, float gain, int count) noexcept {
+    for (int i = 0; i < count; ++i) buffer[i] = gain * buffer[i];
+}
+
+void runPeakSection(float* buffer, int count, double c, double k, double G, double* s1, double* s2) noexcept {
+    const double h = (G - 1.0) * 0.5;
+    double inner = *s1;
+    double outer = *s2;
+    for (int n = 0; n < count; ++n) {
+        const double x = buffer[n];
+        const double a = x + k * outer;
+        const double b = a - c * inner;
+        const double e = outer - k * a; // the allpass of x
+        const double u = x - e;
+        buffer[n] = static_cast<float>(u * h + x);
+        outer = inner + c * b;
+        inner = b;
+    }
+    *s1 = inner;
+    *s2 = outer;
+}
+
+void crossfade(float* target, const float* source, int count) noexcept {
+    if (count <= 0) return;
+    const double step = 1.0 / count;
+    const float increment = static_cast<float>(step);
+    double r = step * 0.5;
+    for (int i = 0; i < count; ++i) {
+        target[i] = static_cast<float>((1.0 - r) * target[i] + r * source[i]);
+        r = r + increment;
+    }
+}
+
+void runBand(float* buffer, int count, const FilterRun& run, int band) noexcept {
+    const FilterDesign& design = run.design;
+    double(&state)[2] = run.bands[band].*run.pair;
+    runPeakSection(buffer, count, design.centreCoefficient[band], design.bandwidthCoefficient[band],
+                   design.bandGain[band], &state[0], &state[1]);
+}
+
+namespace {
+
+constexpr int BlockSize = BlockKernel::BlockSize;
+
+void filter(const FilterRun& run, float* output) noexcept {
+    std::copy_n(run.input, BlockSize, output);
+    applyGain(output, static_cast<float>(run.design.outputGain), BlockSize);
+    for (int band = 0; band < BandCount; ++band) runBand(output, BlockSize, run, band);
+}
+
+void filterTwo(const FilterRun& first, float* firstOutput, const FilterRun& second, float* secondOutput) noexcept {
+    filter(first, firstOutput);
+    filter(second, secondOutput);
+}
+
+void change(const FilterRun& before, const FilterRun& after, float* output) noexcept {
+    float alternateBlock[BlockSize];
+    filter(before, output);
+    filter(after, alternateBlock);
+    crossfade(output, alternateBlock, BlockSize);
+}
+
+void fadeIn(const FilterRun& run, float* output) noexcept {
+    float alternateBlock[BlockSize];
+    filter(run, alternateBlock);
+    std::copy_n(run.input, BlockSize, output);
+    crossfade(output, alternateBlock, BlockSize);
+}
+
+void fadeOut(const FilterRun& run, float* output) noexcept {
+    filter(run, output);
+    crossfade(output, run.input, BlockSize);
+}
+
+} // namespace
+
+const BlockKernel plainKernel = {"plain", filter, filterTwo, change, fadeIn, fadeOut};
