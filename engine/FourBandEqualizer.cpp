@@ -67,6 +67,20 @@ void FourBandEqualizer::completeBlock(int mode) noexcept {
     }
 }
 
+// Ordinary blocks, at once. All others are rare.
+void FourBandEqualizer::completeBlocks(FourBandEqualizer& first, FourBandEqualizer& second, int mode) noexcept {
+    const bool bothOrdinary = mode == Process && !first.handover.pending() && !second.handover.pending();
+    if (!bothOrdinary || first.kernel != second.kernel) {
+        first.completeBlock(mode);
+        second.completeBlock(mode);
+        return;
+    }
+    first.samplesToFill = BlockSize;
+    second.samplesToFill = BlockSize;
+    first.kernel->filterTwo(first.run(first.coefficients, &BandState::currentState), first.outputBlock,
+                            second.run(second.coefficients, &BandState::currentState), second.outputBlock);
+}
+
 // The new run starts from the state in which the last change block ended, and so with a transient of its own, where
 // the crossfade gives it a weight near 0.
 void FourBandEqualizer::runChangeBlock() noexcept {

@@ -54,9 +54,13 @@ public:
     [[nodiscard]] int latency() const noexcept { return BlockSize; }
 
 private:
+    friend void processPair(FourBandEqualizer& first, FourBandEqualizer& second, const float* const* inputs,
+                            float* const* outputs, int sampleCount, int mode) noexcept;
+
     void design() noexcept;
     void exchange(const float* input, float* output, int count) noexcept;
     void completeBlock(int mode) noexcept;
+    static void completeBlocks(FourBandEqualizer& first, FourBandEqualizer& second, int mode) noexcept;
     void runChangeBlock() noexcept;
     [[nodiscard]] FilterRun run(const FilterDesign& filter, StatePair pair) noexcept;
 

@@ -1,6 +1,7 @@
 #include "plugin/ParametricEqualizer.h"
 
 #include "editor/EqualizerEditor.h"
+#include "engine/ChannelPair.h"
 #include "plugin/DisplayText.h"
 #include "plugin/ParameterTable.h"
 
@@ -51,8 +52,7 @@ void ParametricEqualizer::process(float** inputs, float** outputs, int32 sampleF
 }
 
 void ParametricEqualizer::processReplacing(float** inputs, float** outputs, int32 sampleFrames) {
-    for (std::size_t channel = 0; channel < ChannelCount; ++channel)
-        engines[channel]->process(inputs[channel], outputs[channel], sampleFrames, FourBandEqualizer::Process);
+    processPair(*engines[0], *engines[1], inputs, outputs, sampleFrames, FourBandEqualizer::Process);
 }
 
 void ParametricEqualizer::getProgramName(char* name) {

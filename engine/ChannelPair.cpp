@@ -1,0 +1,37 @@
+#include "engine/ChannelPair.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace {
+
+bool overlap(const float* a, const float* b, int count) noexcept {
+    const auto addressA = reinterpret_cast<std::uintptr_t>(a);
+    const auto addressB = reinterpret_cast<std::uintptr_t>(b);
+    const std::uintptr_t distance = addressA < addressB ? addressB - addressA : addressA - addressB;
+    return distance < static_cast<std::uintptr_t>(count) * sizeof(float);
+}
+
+/// Whether it can be told from the arrays which channel went first.
+bool orderShows(const float* const* inputs, float* const* outputs, int count) noexcept {
+    return overlap(outputs[0], inputs[1], count) || overlap(outputs[1], inputs[0], count) ||
+           overlap(outputs[0], outputs[1], count);
+}
+
+} // namespace
+
+void processPair(FourBandEqualizer& first, FourBandEqualizer& second, const float* const* inputs, float* const* outputs,
+                 int sampleCount, int mode) noexcept {
+    if (first.samplesToFill != second.samplesToFill || orderShows(inputs, outputs, sampleCount)) {
+        first.process(inputs[0], outputs[0], sampleCount, mode);
+        second.process(inputs[1], outputs[1], sampleCount, mode);
+        return;
+    }
+    for (int done = 0; done < sampleCount;) {
+        const int count = std::min(sampleCount - done, first.samplesToFill);
+        first.exchange(inputs[0] + done, outputs[0] + done, count);
+        second.exchange(inputs[1] + done, outputs[1] + done, count);
+        if (first.samplesToFill == 0) FourBandEqualizer::completeBlocks(first, second, mode);
+        done += count;
+    }
+}
