@@ -52,7 +52,7 @@ struct FloatQuad {
     /// Each lane moved up by one, with the product of the lowest of `gain` and `sample` in the place that is free.
     [[nodiscard]] FloatQuad shiftedUp(FloatQuad gain, const float* sample) const noexcept {
         const __m128 rotated = _mm_shuffle_ps(lanes, lanes, _MM_SHUFFLE(2, 1, 0, 3));
-        return {_mm_move_ss(rotated, _mm_mul_ss(gain.lanes, _mm_load_ss(sample)))};
+        return {_mm_move_ss(rotated, _mm_mul_ss(_mm_load_ss(sample), gain.lanes))};
     }
 
     /// The highest lane of each of four.
