@@ -2,6 +2,7 @@
 
 #include "platform/Owners.h"
 #include "tests/support/HeapInUse.h"
+#include "tests/support/TemplateBuilder.h"
 #include "tests/support/WindowTexts.h"
 #include "wedge/OwnModule.h"
 
@@ -207,6 +208,24 @@ TEST_F(WedgeSheets, TakePagesAsHandles) {
 
     const HPROPSHEETPAGE unused = CreatePropertySheetPageW(&sheet.pages[2]);
     EXPECT_NE(DestroyPropertySheetPage(unused), 0);
+}
+
+TEST_F(WedgeSheets, KeepTheTemplateOfAPageInMemory) {
+    TemplateBuilder dialog;
+    dialog.doubleWord(WS_CHILD).doubleWord(0).words({1, 0, 0, 100, 50, 0, 0}).text(u"in memory");
+    dialog.align().doubleWord(WS_CHILD | WS_VISIBLE).doubleWord(0).words({1, 2, 30, 8, 1001, 0xFFFF, 0x82});
+    dialog.text(u"{T_Short}").word(0);
+    std::vector<DWORD> aligned(dialog.get().size() / sizeof(DWORD) + 1);
+    std::memcpy(aligned.data(), dialog.get().data(), dialog.get().size());
+
+    Sheet sheet(PSH_MODELESS);
+    sheet.header.nPages = 1;
+    sheet.pages[0].dwFlags |= PSP_DLGINDIRECT;
+    sheet.pages[0].pResource = reinterpret_cast<LPCDLGTEMPLATE>(aligned.data());
+    sheet.header.pszCaption = L"a caption";
+    const platform::Window window = openModeless(sheet);
+    EXPECT_EQ(label(window.get()), L"{T_Short}");
+    EXPECT_EQ(textOf(window.get()), L"a caption");
 }
 
 TEST_F(WedgeSheets, StartWithThePageThatIsNamed) {

@@ -8,6 +8,10 @@
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/WindowTexts.h"
 
+#ifndef _WIN32
+#include "platform/standin/TestHooks.h"
+#endif
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -346,3 +350,21 @@ TEST(Wedge, RewritesDialogInitialisationData) {
                                 "\0"; // and the literal's own zero
     EXPECT_EQ(std::memcmp(bytes, Expected, sizeof Expected), 0);
 }
+
+#ifndef _WIN32
+// Windows does not tell what a box was asked for.
+TEST(Wedge, ShowsMessageBoxesInTheStoresLanguageOrTheCallers) {
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(MessageBoxW(nullptr, L"{T_Short}", L"caption", MB_OK), IDOK);
+    EXPECT_EQ(standin::shownMessageBoxes().lastLanguage, 0x409);
+    EXPECT_EQ(standin::shownMessageBoxes().lastText, L"{T_Short}") << "texts are the caller's";
+    EXPECT_EQ(MessageBoxExW(nullptr, L"text", L"caption", MB_OK, 0x407), IDOK);
+    EXPECT_EQ(standin::shownMessageBoxes().lastLanguage, 0x407);
+    EXPECT_EQ(MessageBoxA(nullptr, "narrow", "caption", MB_OK), IDOK);
+    EXPECT_EQ(standin::shownMessageBoxes().lastLanguage, 0x409);
+    EXPECT_EQ(MessageBoxExA(nullptr, "narrow", "caption", MB_OK, 7), IDOK);
+    EXPECT_EQ(standin::shownMessageBoxes().lastLanguage, 7);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "caption: {T_Short}\ncaption: text\ncaption: narrow\ncaption: narrow\n");
+}
+#endif
