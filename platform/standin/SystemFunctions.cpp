@@ -11,7 +11,7 @@
 namespace {
 
 struct SystemFunction {
-    std::string_view library;
+    std::string_view owner; // the system library
     std::string_view name;
     FARPROC function;
 };
@@ -69,7 +69,7 @@ HMODULE findSystemLibrary(std::string_view name) noexcept {
 FARPROC findSystemFunction(HMODULE library, std::string_view name) noexcept {
     if (!library) return nullptr;
     const auto* const found = std::find_if(systemFunctions.begin(), systemFunctions.end(), [&](const auto& row) {
-        return findSystemLibrary(row.library) == library && row.name == name;
+        return findSystemLibrary(row.owner) == library && row.name == name;
     });
     return found == systemFunctions.end() ? nullptr : found->function;
 }
