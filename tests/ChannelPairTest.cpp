@@ -34,8 +34,9 @@ constexpr Layout Layouts[] = {
     {"separate", {0, LongestCall}, {2 * LongestCall, 3 * LongestCall}},
     {"in place", {0, LongestCall}, {0, LongestCall}},
     {"one input for both", {0, 0}, {LongestCall, 2 * LongestCall}},
-    {"first output over the second input", {0, LongestCall}, {LongestCall + 1, 3 * LongestCall}},
-    {"second output over the first input", {0, LongestCall}, {2 * LongestCall, LongestCall - 1}},
+    // Shifted to the side on which a part of a call would spoil what a later part reads.
+    {"first output over the second input", {0, LongestCall}, {LongestCall - 1, 3 * LongestCall}},
+    {"second output over the first input", {0, LongestCall}, {2 * LongestCall, 1}},
     {"crosswise", {0, LongestCall}, {LongestCall, 0}},
     {"outputs over each other", {0, LongestCall}, {2 * LongestCall, 2 * LongestCall + 700}},
     {"one array for all", {0, 0}, {0, 0}},

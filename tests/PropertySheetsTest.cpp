@@ -188,6 +188,14 @@ TEST_F(WedgeSheets, OfAWizardGoToThePageThatIsNamedByItsId) {
         return label(window.get());
     };
     EXPECT_EQ(next(-1), L"A longer translation");
+
+    // The system is told to stay where it is.
+    seen.answerToNext = 151;
+    PSHNOTIFY notice{};
+    notice.hdr.hwndFrom = window.get();
+    notice.hdr.code = static_cast<UINT>(PSN_WIZNEXT);
+    EXPECT_EQ(SendMessageW(currentPage(window.get()), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&notice)), -1);
+    handlePosted();
     EXPECT_EQ(next(153), L"S");
     SendMessageW(window.get(), PSM_SETCURSELID, 0, 151);
     EXPECT_EQ(next(0), L"SS");
