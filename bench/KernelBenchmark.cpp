@@ -187,7 +187,11 @@ void registerAll() {
 
 } // namespace
 
-int main(int argumentCount, char** arguments) {
+#ifndef EQ_BENCHMARK_MAIN
+#define EQ_BENCHMARK_MAIN main
+#endif
+
+int EQ_BENCHMARK_MAIN(int argumentCount, char** arguments) {
     benchmark::Initialize(&argumentCount, arguments);
     if (benchmark::ReportUnrecognizedArguments(argumentCount, arguments)) return 1;
     registerAll();

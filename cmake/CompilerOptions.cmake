@@ -14,9 +14,10 @@ add_compile_options(-ffp-contract=off)
 # constant arguments rounds correctly, which libraries do not.
 add_compile_options(-fno-builtin-pow -fno-builtin-tan -fno-builtin-cos)
 
+# x87 arithmetic would keep excess precision, and 32-bit hosts call with a stack aligned to four bytes only.
+set(EQ_32_BIT_OPTIONS -msse2 -mfpmath=sse -mstackrealign)
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
-  # x87 arithmetic would keep excess precision, and 32-bit hosts call with a stack aligned to four bytes only.
-  add_compile_options(-msse2 -mfpmath=sse -mstackrealign)
+  add_compile_options(${EQ_32_BIT_OPTIONS})
 endif()
 
 if(EQ_SANITIZE)

@@ -1,0 +1,288 @@
+// What a stereo frame costs in this effect and in the fastest open equalizers that come as LV2 plug-ins, with four
+// bands on. Each run is labelled with the gains that were measured at the four frequencies, so that one sees that the
+// bands are on. Plug-ins that are not installed are left out.
+
+#include "plugin/AEffect.h"
+
+#include <benchmark/benchmark.h>
+#include <dlfcn.h>
+#include <lilv/lilv.h>
+#include <lv2/atom/atom.h>
+#include <lv2/urid/urid.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <map>
+#include <memory>
+#include <numbers>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr int Frames = 1024;
+constexpr double Rate = 44100;
+constexpr int Bands = 4;
+constexpr double Frequencies[Bands] = {80, 400, 2500, 9000};
+constexpr double Gains[Bands] = {4, -5, 6, -2};
+
+/// Two channels of one call.
+struct Stereo {
+    std::vector<float> left = std::vector<float>(Frames);
+    std::vector<float> right = std::vector<float>(Frames);
+};
+
+/// An equalizer that is ready to take `Frames` frames at a time from one place to the other.
+class Equalizer {
+public:
+    Equalizer() = default;
+    Equalizer(const Equalizer&) = delete;
+    Equalizer& operator=(const Equalizer&) = delete;
+    virtual ~Equalizer() = default;
+    virtual void run() = 0;
+
+    Stereo input;
+    Stereo output;
+};
+
+/// This library, as a host runs it.
+class Ours : public Equalizer {
+public:
+    explicit Ours(const char* file) {
+        void* const library = dlopen(file, RTLD_NOW | RTLD_LOCAL);
+        if (library == nullptr) {
+            std::fprintf(stderr, "%s\n", dlerror());
+            std::exit(1);
+        }
+        const auto callback = [](AEffect*, int32, int32, intptr, void*, float) -> intptr { return 2; };
+        m_effect = reinterpret_cast<EffectMainProc>(dlsym(library, "main"))(callback);
+        if (m_effect == nullptr) std::exit(1);
+        for (int band = 0; band < Bands; ++band) {
+            const double octaves = std::log(20000 / Frequencies[band]) / std::log(20000.0 / 20);
+            m_effect->setParameter(m_effect, 1 + band, static_cast<float>(octaves));
+            m_effect->setParameter(m_effect, 5 + band, static_cast<float>((10 - Gains[band]) / 20));
+            m_effect->setParameter(m_effect, 9 + band, 1);
+        }
+    }
+
+    Ours(const Ours&) = delete;
+    Ours& operator=(const Ours&) = delete;
+    ~Ours() override { m_effect->dispatcher(m_effect, effClose, 0, 0, nullptr, 0); }
+
+    void run() override {
+        float* inputs[] = {input.left.data(), input.right.data()};
+        float* outputs[] = {output.left.data(), output.right.data()};
+        m_effect->processReplacing(m_effect, inputs, outputs, Frames);
+    }
+
+private:
+    AEffect* m_effect;
+};
+
+/// A number for each URI, as LV2 plug-ins ask for.
+LV2_URID numberOf(LV2_URID_Map_Handle, const char* uri) {
+    static std::map<std::string, LV2_URID> numbers;
+    return numbers.try_emplace(uri, static_cast<LV2_URID>(numbers.size() + 1)).first->second;
+}
+
+struct NodeDeleter {
+    void operator()(LilvNode* node) const { lilv_node_free(node); }
+};
+using Node = std::unique_ptr<LilvNode, NodeDeleter>;
+
+class Lv2Equalizer : public Equalizer {
+public:
+    using Settings = std::map<std::string, float>;
+
+    /// Exits if the plug-in does not start, or lacks a port of the settings.
+    Lv2Equalizer(LilvWorld* world, const LilvPlugin* plugin, Settings settings) {
+        static LV2_URID_Map map = {nullptr, numberOf};
+        static const LV2_Feature mapFeature = {LV2_URID__map, &map};
+        static const LV2_Feature* const features[] = {&mapFeature, nullptr};
+        m_instance = lilv_plugin_instantiate(plugin, Rate, features);
+        if (m_instance == nullptr) std::exit(1);
+
+        const std::uint32_t ports = lilv_plugin_get_num_ports(plugin);
+        m_controls.resize(ports);
+        lilv_plugin_get_port_ranges_float(plugin, nullptr, nullptr, m_controls.data());
+        const Node audio(lilv_new_uri(world, LILV_URI_AUDIO_PORT));
+        const Node control(lilv_new_uri(world, LILV_URI_CONTROL_PORT));
+        const Node in(lilv_new_uri(world, LILV_URI_INPUT_PORT));
+        std::vector<float*> inputs = {input.left.data(), input.right.data()};
+        std::vector<float*> outputs = {output.left.data(), output.right.data()};
+        for (std::uint32_t index = 0; index < ports; ++index) {
+            const LilvPort* const port = lilv_plugin_get_port_by_index(plugin, index);
+            const bool isInput = lilv_port_is_a(plugin, port, in.get());
+            void* place;
+            if (lilv_port_is_a(plugin, port, audio.get())) {
+                std::vector<float*>& channels = isInput ? inputs : outputs;
+                place = channels.front();
+                channels.erase(channels.begin());
+            } else if (lilv_port_is_a(plugin, port, control.get())) {
+                const auto setting = settings.extract(lilv_node_as_string(lilv_port_get_symbol(plugin, port)));
+                if (!setting.empty()) m_controls[index] = setting.mapped();
+                place = &m_controls[index];
+            } else {
+                m_events.push_back(std::make_unique<Events>());
+                m_events.back()->isInput = isInput;
+                place = &m_events.back()->atom;
+            }
+            lilv_instance_connect_port(m_instance, index, place);
+        }
+        for (const auto& setting : settings) {
+            std::fprintf(stderr, "no port %s\n", setting.first.c_str());
+            std::exit(1);
+        }
+        lilv_instance_activate(m_instance);
+    }
+
+    Lv2Equalizer(const Lv2Equalizer&) = delete;
+    Lv2Equalizer& operator=(const Lv2Equalizer&) = delete;
+
+    ~Lv2Equalizer() override {
+        lilv_instance_deactivate(m_instance);
+        lilv_instance_free(m_instance);
+    }
+
+    void run() override {
+        for (const auto& events : m_events) events->clear();
+        lilv_instance_run(m_instance, Frames);
+    }
+
+private:
+    /// A port of messages. None come in, and those that come out are thrown away.
+    struct Events {
+        void clear() {
+            atom.atom.type = numberOf(nullptr, isInput ? LV2_ATOM__Sequence : LV2_ATOM__Chunk);
+            atom.atom.size = isInput ? sizeof(LV2_Atom_Sequence_Body) : sizeof space;
+            atom.body = {};
+        }
+
+        LV2_Atom_Sequence atom;
+        char space[65536];
+        bool isInput;
+    };
+
+    LilvInstance* m_instance;
+    std::vector<float> m_controls;
+    std::vector<std::unique_ptr<Events>> m_events;
+};
+
+/// A port's name with the number of a band, from `first` on, in the place of the '#'.
+Lv2Equalizer::Settings perBand(Lv2Equalizer::Settings settings, const std::string& name, int first,
+                               const std::function<double(int)>& value) {
+    for (int band = 0; band < Bands; ++band) {
+        const std::size_t mark = name.find('#');
+        const std::string symbol = name.substr(0, mark) + std::to_string(first + band) + name.substr(mark + 1);
+        settings[symbol] = static_cast<float>(value(band));
+    }
+    return settings;
+}
+
+double frequency(int band) {
+    return Frequencies[band];
+}
+double decibels(int band) {
+    return Gains[band];
+}
+double factor(int band) {
+    return std::pow(10, Gains[band] / 20);
+}
+double on(int) {
+    return 1;
+}
+
+Lv2Equalizer::Settings lspSettings() {
+    Lv2Equalizer::Settings settings = perBand({}, "ft_#", 0, on);
+    settings = perBand(settings, "f_#", 0, frequency);
+    settings = perBand(settings, "q_#", 0, on);
+    return perBand(settings, "g_#", 0, factor);
+}
+
+Lv2Equalizer::Settings calfSettings() {
+    Lv2Equalizer::Settings settings = perBand({}, "p#_active", 1, on);
+    settings = perBand(settings, "p#_freq", 1, frequency);
+    return perBand(settings, "p#_level", 1, factor);
+}
+
+Lv2Equalizer::Settings x42Settings() {
+    Lv2Equalizer::Settings settings = perBand({{"LSsec", 0.0F}, {"HSsec", 0.0F}}, "sec#", 1, on);
+    settings = perBand(settings, "freq#", 1, frequency);
+    return perBand(settings, "gain#", 1, decibels);
+}
+
+/// In decibels, once the equalizer has settled.
+double gainAt(Equalizer& equalizer, double hertz) {
+    constexpr int Calls = 100;
+    double in = 0;
+    double out = 0;
+    for (int call = 0; call < Calls; ++call) {
+        for (int n = 0; n < Frames; ++n) {
+            const double phase = 2 * std::numbers::pi * hertz / Rate * (call * Frames + n);
+            equalizer.input.left[n] = equalizer.input.right[n] = static_cast<float>(0.1 * std::sin(phase));
+        }
+        equalizer.run();
+        for (int n = 0; call >= Calls / 2 && n < Frames; ++n) {
+            in += double(equalizer.input.left[n]) * equalizer.input.left[n];
+            out += double(equalizer.output.left[n]) * equalizer.output.left[n];
+        }
+    }
+    return 10 * std::log10(out / in);
+}
+
+void measure(benchmark::State& state, const std::function<std::unique_ptr<Equalizer>()>& make) {
+    const std::unique_ptr<Equalizer> equalizer = make();
+    std::string label;
+    for (const double hertz : Frequencies) {
+        char text[32];
+        std::snprintf(text, sizeof text, "%s%+.1f", label.empty() ? "" : ", ", gainAt(*equalizer, hertz));
+        label += text;
+    }
+    state.SetLabel(label);
+
+    std::mt19937 random(1);
+    std::uniform_real_distribution<float> pick(-0.3F, 0.3F);
+    for (float& sample : equalizer->input.left) sample = pick(random);
+    for (float& sample : equalizer->input.right) sample = pick(random);
+    for (auto _ : state) {
+        equalizer->run();
+        benchmark::ClobberMemory();
+    }
+    state.counters["per_sample"] =
+        benchmark::Counter(Frames, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+void registerLv2(LilvWorld* world, const char* name, const char* uri, const Lv2Equalizer::Settings& settings) {
+    const Node node(lilv_new_uri(world, uri));
+    const LilvPlugin* const plugin = lilv_plugins_get_by_uri(lilv_world_get_all_plugins(world), node.get());
+    if (plugin == nullptr) return;
+    benchmark::RegisterBenchmark(name, [=](benchmark::State& state) {
+        measure(state, [&] { return std::make_unique<Lv2Equalizer>(world, plugin, settings); });
+    });
+}
+
+} // namespace
+
+/// bench-plugins LIBRARY [options of Google Benchmark]
+int main(int argumentCount, char** arguments) {
+    benchmark::Initialize(&argumentCount, arguments);
+    if (argumentCount != 2) return 64;
+    const std::unique_ptr<LilvWorld, decltype(&lilv_world_free)> world(lilv_world_new(), lilv_world_free);
+    lilv_world_load_all(world.get());
+    benchmark::RegisterBenchmark("Parametric Equalizer", [=](benchmark::State& state) {
+        measure(state, [&] { return std::make_unique<Ours>(arguments[1]); });
+    });
+    registerLv2(world.get(), "lsp para_equalizer_x16", "http://lsp-plug.in/plugins/lv2/para_equalizer_x16_stereo",
+                lspSettings());
+    registerLv2(world.get(), "calf Equalizer8Band", "http://calf.sourceforge.net/plugins/Equalizer8Band",
+                calfSettings());
+    registerLv2(world.get(), "x42 fil4", "http://gareus.org/oss/lv2/fil4#stereo", x42Settings());
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
