@@ -536,12 +536,38 @@ TEST_F(EqualizeCommand, TakesTheLibraryThatIsNamed) {
     writeSound(path("in.wav"), noise(44100, 1, 100));
     std::filesystem::copy_file(EQ_LIBRARY_PATH, path("copy of it.so"));
     EXPECT_EQ(run({"--plugin", path("copy of it.so"), path("in.wav"), path("out.wav")}).exitCode, 0);
+    const auto inTheFolder = [&] { std::filesystem::current_path(path("")); };
+    EXPECT_EQ(run({"--plugin", "copy of it.so", "in.wav", "out.wav"}, inTheFolder).exitCode, 0);
     writeText(path("text.so"), "not a library");
     for (const char* const name : {"missing.so", "text.so"}) {
         const Outcome outcome = run({"--plugin", path(name), path("in.wav"), path("out.wav")});
         EXPECT_EQ(outcome.exitCode, 1);
         EXPECT_NE(outcome.err.find(name), std::string::npos) << outcome.err;
     }
+}
+
+TEST_F(EqualizeCommand, FindsTheLibraryBesideItselfOrElseWhereItIsInstalled) {
+    std::filesystem::create_directories(path("bin"));
+    std::filesystem::create_directories(path("lib/vst"));
+    const std::string beside = path("bin/Parametric Equalizer.so");
+    const std::string installed = path("lib/vst/Parametric Equalizer.so");
+    moveProgramTo(path("bin/equalize"));
+
+    const Outcome missing = run({"--list"});
+    EXPECT_EQ(missing.exitCode, 1);
+    for (const std::string& place : {beside, installed})
+        EXPECT_NE(missing.err.find(place), std::string::npos) << missing.err;
+
+    std::filesystem::copy_file(EQ_LIBRARY_PATH, installed);
+    const Outcome there = run({"--list"});
+    EXPECT_EQ(there.exitCode, 0) << there.err;
+
+    // Also through a link in another folder. The one beside the program comes first.
+    std::filesystem::create_symlink(path("bin/equalize"), path("link"));
+    writeText(beside, "not a library");
+    const Outcome first = run({"--list"}, [&] { execl(path("link").c_str(), "equalize", "--list", nullptr); });
+    EXPECT_EQ(first.exitCode, 1);
+    EXPECT_NE(first.err.find(beside), std::string::npos) << first.err;
 }
 
 /// What a reader of the picture measures: pixels against the axes' labels. Band 1 is to be flat.

@@ -68,7 +68,7 @@ protected:
         redirect(STDOUT_FILENO, "out");
         redirect(STDERR_FILENO, "err");
         if (prepare) prepare();
-        std::string program = EQ_EQUALIZE_PATH;
+        std::string program = m_program;
         std::vector<char*> words = {program.data()};
         Arguments copies = arguments;
         for (std::string& argument : copies) words.push_back(argument.data());
@@ -87,6 +87,12 @@ protected:
 
     [[nodiscard]] Outcome run(const Arguments& arguments, const std::function<void()>& prepare = {}) const {
         return finish(start(arguments, prepare));
+    }
+
+    /// Has the command run from another place.
+    void moveProgramTo(const std::filesystem::path& place) {
+        std::filesystem::copy_file(EQ_EQUALIZE_PATH, place);
+        m_program = place;
     }
 
     static std::string contents(const std::string& file) {
@@ -141,4 +147,5 @@ private:
     }
 
     std::filesystem::path m_base;
+    std::filesystem::path m_program = EQ_EQUALIZE_PATH;
 };

@@ -13,7 +13,8 @@ public:
     /// Throws FileError if the file is no library that this process can load, or has no export "main".
     explicit EffectLibrary(const std::filesystem::path& file);
 
-    /// The library that lies in the folder of this program.
+    /// The library in the folder of this program, or else where it is installed: in `../lib/vst`. Throws FileError if
+    /// it is in neither.
     [[nodiscard]] static std::filesystem::path defaultPlace();
 
     /// A new instance, to be ended with `effClose`. Throws FileError if the library gives none, or one of another

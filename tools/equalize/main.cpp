@@ -83,7 +83,7 @@ void declare(CLI::App& app, Options& options) {
     app.add_option("--preset", options.preset, "file with settings")->type_name("FILE");
     app.add_option("--save-preset", options.savePreset, "write the settings into a file")->type_name("FILE");
     app.add_option("--plot", options.plot, "draw the response into an SVG file")->type_name("FILE");
-    app.add_option("--plugin", options.plugin, "the effect's library, if not the one beside this program")
+    app.add_option("--plugin", options.plugin, "the effect's library, if not the one that came with this program")
         ->type_name("PATH");
     app.add_option("--block", options.blockFrames, "frames to process at a time, 8192 if not given")
         ->type_name("FRAMES")
