@@ -34,6 +34,9 @@ if(WIN32)
   # Only system libraries may be imported, so the compiler's own are linked in.
   add_compile_definitions(WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
   add_link_options(-static)
+else()
+  # Functions of other libraries are bound when the library is loaded, not at their first call on the audio thread.
+  add_link_options(LINKER:-z,now)
 endif()
 
 # Warnings for our own targets.
