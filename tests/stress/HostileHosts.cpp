@@ -1,11 +1,11 @@
 // A bad host: drives the library through its record as hosts are allowed to, but in ways in which few do, from several
 // threads, and looks at everything that the record promises.
 //
-//   hostile-hosts [--seconds N | --steps N] [--seed N] LIBRARY...
+//   hostile-hosts [--seconds N | --steps N] [--seed N]
 //
-// Runs in rounds. Each breaks a language file, mends it, loads one of the libraries and lets the threads at it. The
-// language files are those beside the first library. Exits with 1 at the first thing that is wrong, and with 3 if
-// something hangs. A seed gives each thread the same decisions again; --steps counts those of the main thread.
+// Runs in rounds. Each breaks a language file, mends it, loads the library and lets the threads at it. Exits with 1 at
+// the first thing that is wrong, and with 3 if something hangs. A seed gives each thread the same decisions again;
+// --steps counts those of the main thread.
 
 #include "tests/stress/Host.h"
 #include "tests/stress/LanguageFolder.h"
@@ -14,9 +14,8 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <exception>
-#include <memory>
+#include <iterator>
 #include <thread>
 #include <vector>
 
@@ -29,24 +28,27 @@ constexpr std::uint64_t StepsOfARound = 500;
 struct Options {
     std::uint64_t seconds = 5;
     std::uint64_t steps = UINT64_MAX;
-    std::vector<std::string> libraries;
 };
 
-Options parse(int argc, char** argv) {
-    Options options;
-    for (int i = 1; i < argc; ++i) {
-        const auto number = [&](const char* name, std::uint64_t& value) {
-            if (std::strcmp(argv[i], name) != 0 || i + 1 == argc) return false;
-            value = std::strtoull(argv[++i], nullptr, 10);
-            return true;
-        };
-        if (number("--steps", options.steps)) {
+/// The built library, and on Linux also the one with windows for its hosts.
+constexpr const char* Libraries[] = {EQ_LIBRARIES};
+
+bool parse(int argc, char** argv, Options& options) {
+    for (int i = 1; i + 1 < argc; i += 2) {
+        const std::string name = argv[i];
+        const std::uint64_t value = std::strtoull(argv[i + 1], nullptr, 10);
+        if (name == "--seconds") {
+            options.seconds = value;
+        } else if (name == "--steps") {
+            options.steps = value;
             options.seconds = UINT32_MAX;
-        } else if (!number("--seconds", options.seconds) && !number("--seed", seedOfRun)) {
-            options.libraries.emplace_back(argv[i]);
+        } else if (name == "--seed") {
+            seedOfRun = value;
+        } else {
+            return false;
         }
     }
-    return options;
+    return argc % 2 == 1;
 }
 
 /// Whether there is time, and there are steps, for one more of the main thread.
@@ -95,6 +97,7 @@ void work(Host& host, Role role, void (*step)(Host&, Choices&), const std::atomi
     while (!isOver) {
         Choices choices = nextStep();
         step(host, choices);
+        std::this_thread::yield();
     }
     Watchdog::watch(false);
 }
@@ -126,21 +129,21 @@ void playHost(const std::string& library, const Limits& limits, bool& hadWindows
 } // namespace
 
 int main(int argc, char** argv) {
-    const Options options = parse(argc, argv);
-    if (options.libraries.empty()) {
-        std::fprintf(stderr, "usage: hostile-hosts [--seconds N | --steps N] [--seed N] LIBRARY...\n");
+    Options options;
+    if (!parse(argc, argv, options)) {
+        std::fprintf(stderr, "usage: hostile-hosts [--seconds N | --steps N] [--seed N]\n");
         return 64;
     }
     std::printf("seed %llu\n", static_cast<unsigned long long>(seedOfRun));
     std::fflush(stdout);
     bool hadWindows = false;
     try {
-        LanguageFolder folder(std::filesystem::path(options.libraries.front()).parent_path());
+        LanguageFolder folder(std::filesystem::path{Libraries[0]}.parent_path());
         Watchdog::start();
         Watchdog::watch(true);
         const Limits limits(options);
         for (std::size_t round = 0; limits.goOn(); ++round) {
-            const std::string copy = folder.copyLibrary(options.libraries[round % options.libraries.size()]);
+            const std::string copy = folder.copyLibrary(Libraries[round % std::size(Libraries)]);
             breakAndMend(folder, copy);
             playHost(copy, limits, hadWindows);
         }

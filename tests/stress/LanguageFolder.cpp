@@ -55,7 +55,7 @@ std::string read(const fs::path& path) {
 void spoil(std::string& bytes, Choices& choices) {
     const std::size_t place = choices.below(bytes.size() + 1);
     const std::size_t length = choices.below(std::min<std::size_t>(bytes.size() - place, 200) + 1);
-    switch (choices.below(7)) {
+    switch (choices.below(8)) {
     case 0:
         bytes.resize(place);
         break;
@@ -70,6 +70,10 @@ void spoil(std::string& bytes, Choices& choices) {
         break;
     case 4:
         bytes.insert(place, choices.below(30000), static_cast<char>(choices.next()));
+        break;
+    case 5: // a unit word that goes ahead of the file's own
+        bytes.insert(0, "[Parametric Equalizer]\nIDS_DB = " +
+                            std::string(choices.below(60), choices.oneIn(2) ? 'x' : '\xE9') + "\n");
         break;
     default:
         for (std::size_t i = place; i < place + length; ++i)
