@@ -27,12 +27,12 @@ int countChildren(void* window) {
 }
 
 #ifdef _WIN32
+static BOOL CALLBACK countOne(HWND, LPARAM counter) {
+    ++*reinterpret_cast<int*>(counter);
+    return TRUE;
+}
 int countWindows() {
     int count = 0;
-    const auto countOne = [](HWND, LPARAM counter) -> BOOL {
-        ++*reinterpret_cast<int*>(counter);
-        return TRUE;
-    };
     EnumThreadWindows(GetCurrentThreadId(), countOne, reinterpret_cast<LPARAM>(&count));
     return count;
 }

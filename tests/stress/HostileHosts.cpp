@@ -23,7 +23,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::uint64_t StepsOfARound = 500;
+constexpr std::uint64_t StepsOfARound = 150;
 
 struct Options {
     std::uint64_t seconds = 5;
@@ -80,7 +80,8 @@ bool makesEffect(Host& host) {
 
 /// Loads a library beside a broken language file, and goes on when it is mended.
 void breakAndMend(LanguageFolder& folder, const std::string& library) {
-    Choices choices(seedOfRun, Files, ++stepsBegun[Files]);
+    ownRole = Files;
+    Choices choices = nextStep();
     const bool isSure = folder.breakOne(choices);
     Host host(library);
     for (std::size_t i = choices.between(1, 3); i > 0; --i) {
@@ -114,6 +115,7 @@ void playHost(const std::string& library, const Limits& limits, bool& hadWindows
     for (const Role role : {Control1, Control2})
         threads.emplace_back(work, std::ref(host), role, stepAsControl, std::ref(isOver));
 
+    ownRole = HostMain;
     Choices first = nextStep();
     fill(host, first);
     for (std::uint64_t i = 1; i < StepsOfARound && limits.goOn(); ++i) {

@@ -11,7 +11,7 @@ namespace {
 constexpr const char* RoleNames[] = {"main", "audio 1", "audio 2", "control 1", "control 2", "files"};
 static_assert(std::size(RoleNames) == RoleCount);
 
-constexpr int SecondsOfPatience = 60;
+constexpr int SecondsOfPatience = 120;
 constexpr int FailureStatus = 1;
 constexpr int HangStatus = 3;
 

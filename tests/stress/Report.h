@@ -25,7 +25,7 @@ inline void require(bool holds, const char* what) {
     if (!holds) violation(what);
 }
 
-/// Ends the program when a thread that is at work begins no step for a minute.
+/// Ends the program when a thread that is at work begins no step for two minutes.
 class Watchdog {
 public:
     static void start();
