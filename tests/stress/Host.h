@@ -3,6 +3,7 @@
 #include "plugin/AEffect.h"
 #include "tests/stress/Choices.h"
 #include "tests/stress/HostWindows.h"
+#include "tests/stress/Report.h"
 #include "tests/support/EqualizerReference.h"
 #include "tests/support/LoadedLibrary.h"
 
@@ -84,6 +85,9 @@ void setParameter(AEffect* effect, int32 index, float value);
 float parameterValue(Choices& choices);
 /// Reads one, which must be a value that somebody has set.
 void readParameter(Instance& instance, int32 index);
+
+/// Switches an instance, which nobody else uses now, off and on. That must leave nothing of the audio before.
+void switchOff(Instance& instance, Choices& choices);
 
 // A step of each thread.
 void stepAsMain(Host& host, Choices& choices);
