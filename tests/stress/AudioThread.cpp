@@ -85,6 +85,12 @@ Stereo renderTwin(AEffect* twin, Stereo input, Choices& choices) {
     return output;
 }
 
+[[noreturn]] void soundsUnlike(const Samples& result, const Samples& expected, std::size_t at) {
+    violation("an instance does not sound like its quiet twin: sample " + std::to_string(at) + " of " +
+              std::to_string(result.size()) + " is " + std::to_string(result[at]) + ", the twin's " +
+              std::to_string(expected[at]));
+}
+
 /// Runs a block through an instance, separate or in place, replacing or adding, and looks at all that came of it.
 void processBlock(Instance& instance, Choices& choices) {
     const int32 length = blockLength(choices);
@@ -116,7 +122,9 @@ void processBlock(Instance& instance, Choices& choices) {
     if (adds)
         for (std::size_t c = 0; c < 2; ++c)
             std::ranges::transform(sum[c], expected[c], expected[c].begin(), std::plus<>());
-    require(sameBits(result, expected), "an instance does not sound like its quiet twin");
+    for (std::size_t c = 0; c < 2; ++c)
+        if (const long at = firstDifference(result[c], expected[c]); at >= 0)
+            soundsUnlike(result[c], expected[c], static_cast<std::size_t>(at));
     ++counts.compared;
 }
 

@@ -18,12 +18,28 @@ intptr hostileCallback(AEffect* effect, int32 opcode, int32 index, intptr value,
 /// The calling thread's host does not know its own version.
 inline thread_local bool knowsNoVersion = false;
 
+#ifdef _WIN32
+/// std::shared_mutex of the cross compiler's library lets a reader in beside a writer now and then.
+class SharedMutex {
+public:
+    void lock() { AcquireSRWLockExclusive(&m_lock); }
+    void unlock() { ReleaseSRWLockExclusive(&m_lock); }
+    void lock_shared() { AcquireSRWLockShared(&m_lock); }
+    void unlock_shared() { ReleaseSRWLockShared(&m_lock); }
+
+private:
+    SRWLOCK m_lock = SRWLOCK_INIT;
+};
+#else
+using SharedMutex = std::shared_mutex;
+#endif
+
 /// An instance as the threads of a host share it.
 ///
 /// A host calls nothing else while it ends an instance, switches it off or changes its block size: these hold `use`
 /// exclusively, all else shares it. One thread at a time processes, and the host's main thread has the editor.
 struct Instance {
-    std::shared_mutex use;
+    SharedMutex use;
     std::mutex audio;
     AEffect* effect = nullptr;
 
