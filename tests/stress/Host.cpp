@@ -41,18 +41,6 @@ bool isSomebodys(float value) {
     return std::abs(value) <= EndOfGrid && value == static_cast<float>(std::lround(value * 100.0f)) * 0.01f;
 }
 
-#ifndef _WIN32
-template <typename Function>
-Function exported(const LoadedLibrary& library, Function, const char* name) {
-    return library.find<Function>(name);
-}
-#else
-template <typename Function>
-Function exported(const LoadedLibrary&, Function own, const char*) {
-    return own;
-}
-#endif
-
 /// What a host does while it is told of a change, on the thread that it is told on.
 void callBack(AEffect* effect, int32 index) {
     static thread_local std::uint64_t turn = 0;
@@ -92,12 +80,18 @@ intptr hostileCallback(AEffect* effect, int32 opcode, int32 index, intptr value,
     return std::numeric_limits<int32>::max();
 }
 
-HostWindows::HostWindows(const LoadedLibrary& library) {
-    make = exported(library, &makeHostWindow, "makeHostWindow");
-    destroy = exported(library, &destroyHostWindow, "destroyHostWindow");
-    children = exported(library, &countChildren, "countChildren");
-    all = exported(library, &countWindows, "countWindows");
-    pump = exported(library, &pumpMessages, "pumpMessages");
+#ifdef _WIN32
+#define EQ_OF_THE_WINDOWS(function) function
+HostWindows::HostWindows(const LoadedLibrary&)
+#else
+#define EQ_OF_THE_WINDOWS(function) library.find<decltype(&function)>(#function)
+HostWindows::HostWindows(const LoadedLibrary& library)
+#endif
+    : make(EQ_OF_THE_WINDOWS(makeHostWindow)),
+      destroy(EQ_OF_THE_WINDOWS(destroyHostWindow)),
+      children(EQ_OF_THE_WINDOWS(countChildren)),
+      all(EQ_OF_THE_WINDOWS(countWindows)),
+      pump(EQ_OF_THE_WINDOWS(pumpMessages)) {
 }
 
 Host::Host(const std::string& path) : library(path), windows(library), main(library.find<EffectMainProc>("main")) {
