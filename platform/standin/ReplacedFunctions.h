@@ -3,6 +3,7 @@
 // Functions of the system that a library may replace by its own of the same name. The stand-in defines none of these
 // names; the system's functions are found by GetModuleHandleA and GetProcAddress alone.
 
+#include "platform/standin/Accelerators.h"
 #include "platform/standin/Dialogs.h"
 #include "platform/standin/Keys.h"
 #include "platform/standin/Menus.h"
