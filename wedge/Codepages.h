@@ -10,6 +10,7 @@ struct CodepagePair {
     std::uint16_t codepage;
     std::uint16_t language;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): there is none
     friend constexpr auto operator<=>(const CodepagePair&, const CodepagePair&) = default;
 };
 

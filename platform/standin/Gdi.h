@@ -5,7 +5,7 @@
 #include "platform/standin/Types.h"
 
 using HGDIOBJ = void*;
-using HDC = struct HDC__*;
+using HDC = struct StandinDc*;
 
 inline constexpr int DEFAULT_GUI_FONT = 17;
 inline constexpr int LOGPIXELSY = 90;

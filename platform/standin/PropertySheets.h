@@ -8,8 +8,8 @@
 #include "platform/standin/Dialogs.h"
 
 using HPROPSHEETPAGE = struct StandinPropertyPage*;
-using HBITMAP = struct HBITMAP__*;
-using HPALETTE = struct HPALETTE__*;
+using HBITMAP = struct StandinBitmap*;
+using HPALETTE = struct StandinPalette*;
 
 struct NMHDR {
     HWND hwndFrom;

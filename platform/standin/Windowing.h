@@ -11,9 +11,9 @@
 
 using ATOM = WORD;
 using HFONT = void*;
-using HICON = struct HICON__*;
+using HICON = struct StandinIcon*;
 using HCURSOR = HICON;
-using HBRUSH = struct HBRUSH__*;
+using HBRUSH = struct StandinBrush*;
 using WNDPROC = LRESULT(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
 
 struct POINT {

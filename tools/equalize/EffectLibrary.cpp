@@ -41,9 +41,9 @@ EffectLibrary::EffectLibrary(const std::filesystem::path& file)
 
 std::filesystem::path EffectLibrary::defaultPlace() {
     const std::filesystem::path folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
-    const std::filesystem::path beside = folder / "Parametric Equalizer.so";
+    std::filesystem::path beside = folder / "Parametric Equalizer.so";
     if (std::filesystem::exists(beside)) return beside;
-    const std::filesystem::path installed = folder.parent_path() / "lib/vst" / beside.filename();
+    std::filesystem::path installed = folder.parent_path() / "lib/vst" / beside.filename();
     if (std::filesystem::exists(installed)) return installed;
     throw FileError("the plug-in is missing: it is neither " + beside.string() + " nor " + installed.string() +
                     "; --plugin names another place");
