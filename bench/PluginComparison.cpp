@@ -10,7 +10,6 @@
 #include <lv2/atom/atom.h>
 #include <lv2/urid/urid.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>

@@ -87,6 +87,7 @@ INT_PTR CALLBACK DialogOwner::firstDialogCall(HWND window, UINT message, WPARAM 
     const DLGPROC procedure = object->dispatchStub.procedure(window, object, object->dialogProcedure());
     if (!procedure) return 0;
     object->dialogWindow = window;
+    object->stateBits &= ~WindowDestroyed; // of the dialog before this one, if a handler of that one is still at work
     SetWindowLongPtrW(window, DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(procedure));
     return procedure(window, message, wParam, lParam);
 }

@@ -24,7 +24,8 @@ float parameterAt(int pos) noexcept {
     return static_cast<float>(pos) * PositionStep;
 }
 
-/// Truncated, not rounded. A host may set any value; what no position can hold comes to the nearest number that can.
+/// Truncated, not rounded, so that most positions come back from `parameterAt` as the one below. A host may set any
+/// value; what no position can hold comes to the nearest number that can.
 int positionAt(float parameter) noexcept {
     constexpr double Limit = 1e9;
     const double position = std::trunc(parameter * 100.0);

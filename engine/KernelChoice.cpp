@@ -26,10 +26,11 @@ public:
 
 private:
     void add(const BlockKernel& kernel) noexcept {
-        list[count++] = &kernel;
+        if (count < Most) list[count++] = &kernel;
     }
 
-    const BlockKernel* list[3] = {};
+    static constexpr std::size_t Most = 8;
+    const BlockKernel* list[Most] = {};
     std::size_t count = 0;
 };
 

@@ -7,7 +7,7 @@ endif()
 set(codepage "CP${CMAKE_MATCH_0}")
 
 set(part "${RESULT}.part")
-configure_file("${SOURCE}" "${part}.utf8" @ONLY NEWLINE_STYLE CRLF)
+execute_process(COMMAND sed "s/\\r*$/\\r/" "${SOURCE}" OUTPUT_FILE "${part}.utf8" COMMAND_ERROR_IS_FATAL ANY)
 execute_process(COMMAND "${ICONV}" -f UTF-8 -t "${codepage}" "${part}.utf8"
   OUTPUT_FILE "${part}" RESULT_VARIABLE status ERROR_VARIABLE problem)
 file(REMOVE "${part}.utf8")

@@ -1,6 +1,6 @@
 #pragma once
 
-// The one door to Win32. Nothing else in the project includes the system's headers.
+// The one door to Win32. Nothing else includes the system's headers, but for the pictures that editor-host takes.
 
 #ifdef _WIN32
 #include <windows.h>

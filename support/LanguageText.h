@@ -9,7 +9,7 @@ public:
     LanguageText() = default;
     explicit LanguageText(const wchar_t* text);
 
-    /// The translation of a key in the store of `module`, or the key itself if it has none.
+    /// The translation of a key in the store of `module`, or the key itself if it has none. Defined with the store.
     LanguageText(const char* key, HMODULE module);
 
     LanguageText(const LanguageText&) = delete;
@@ -21,7 +21,8 @@ public:
     void assign(const char* text);
 
     /// The text in the form asked for, or null if the object is empty. The pointer holds until the next `assign` or
-    /// `release`. A text that the code page cannot hold comes out empty.
+    /// `release`. What the code page lacks shows as its default character. A narrow text of more than two bytes for a
+    /// unit of the wide one, which UTF-8 may need, comes out empty.
     [[nodiscard]] const wchar_t* wide();
     [[nodiscard]] const char* narrow();
 

@@ -8,7 +8,6 @@
 #include "wedge/string_ext.h"
 
 #include <atomic>
-#include <cwchar>
 #include <optional>
 
 namespace {

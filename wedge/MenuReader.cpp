@@ -4,6 +4,7 @@
 #include "wedge/prep_exception.h"
 
 #include <memory>
+#include <vector>
 
 namespace {
 

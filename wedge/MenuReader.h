@@ -4,8 +4,6 @@
 #include "wedge/TemplateReader.h"
 
 #include <cstddef>
-#include <cstdint>
-#include <vector>
 
 /// Reads a compiled menu template and writes the same menu with its items' texts expanded.
 ///

@@ -3,6 +3,7 @@
 #include "wedge/CountedBlock.h"
 #include "wedge/GuardedMap.h"
 #include "wedge/PropertySheetForms.h"
+#include "wedge/SystemFunctions.h"
 #include "wedge/ResourceFormats.h"
 
 #include <cstddef>
@@ -164,11 +165,16 @@ HPROPSHEETPAGE createPage(const typename Sheets::Page* given) {
     if ((page.dwFlags & PSP_USETITLE) != 0) page.pszTitle = loadTitle<Sheets>(page.hInstance, page.pszTitle);
     PageThunk* const thunk = installThunk(page);
     const HPROPSHEETPAGE handle = Sheets::createPage(&page);
-    if (handle) {
-        pages.records.put(handle, std::move(record));
-    } else {
+    if (!handle) {
         releaseTitle(page.pszTitle);
         pages.thunks.take(thunk);
+        return nullptr;
+    }
+    try {
+        pages.records.put(handle, std::move(record));
+    } catch (...) {
+        systems::DestroyPropertySheetPage(handle);
+        throw;
     }
     return handle;
 }

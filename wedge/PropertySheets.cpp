@@ -4,6 +4,7 @@
 #include "wedge/CLanguageStore.h"
 #include "wedge/PropertyPages.h"
 #include "wedge/PropertySheetForms.h"
+#include "wedge/SystemFunctions.h"
 
 #include <algorithm>
 #include <array>
@@ -166,13 +167,19 @@ void createPages(SheetRecord& record, typename Sheets::Header& header) {
     if ((header.dwFlags & PSH_PROPSHEETPAGE) == 0) return;
     record.hasOwnPages = true;
     record.pages.reserve(header.nPages);
+    record.handles.reserve(header.nPages);
     const auto* place = reinterpret_cast<const std::byte*>(header.ppsp);
-    for (UINT i = 0; i < header.nPages; ++i) {
-        const auto* const page = reinterpret_cast<const typename Sheets::Page*>(place);
-        record.pages.push_back({reinterpret_cast<ULONG_PTR>(page->pszTemplate), createPage<Sheets>(page)});
-        place += page->dwSize;
+    try {
+        for (UINT i = 0; i < header.nPages; ++i) {
+            const auto* const page = reinterpret_cast<const typename Sheets::Page*>(place);
+            record.pages.push_back({reinterpret_cast<ULONG_PTR>(page->pszTemplate), createPage<Sheets>(page)});
+            record.handles.push_back(record.pages.back().handle);
+            place += page->dwSize;
+        }
+    } catch (...) {
+        for (const HPROPSHEETPAGE handle : record.handles) systems::DestroyPropertySheetPage(handle);
+        throw;
     }
-    for (const SheetPage& page : record.pages) record.handles.push_back(page.handle);
     header.dwFlags &= ~static_cast<DWORD>(PSH_PROPSHEETPAGE);
     header.phpage = record.handles.data();
 }

@@ -6,6 +6,7 @@
 #include "wedge/string_ext.h"
 
 #include <cstdint>
+#include <string>
 
 namespace {
 

@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
-#include <string>
 
 /// A resource's bytes, valid until the library unloads.
 struct LockedResource {

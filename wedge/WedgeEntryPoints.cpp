@@ -53,7 +53,13 @@ HACCEL createAccelerators(const std::optional<LockedResource>& resource, const C
     const auto entries = ToAccelArray(resource->bytes, resource->size, &count);
     if (!entries) return nullptr;
     const HACCEL table = create(entries.get(), static_cast<int>(count));
-    if (table) AcceleratorRegistry::instance().Add(table);
+    if (!table) return nullptr;
+    try {
+        AcceleratorRegistry::instance().Add(table);
+    } catch (...) {
+        systems::DestroyAcceleratorTable(table);
+        throw;
+    }
     return table;
 }
 

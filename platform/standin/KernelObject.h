@@ -14,7 +14,7 @@ public:
     virtual ~KernelObject() = default;
 };
 
-/// The handles of this process. The table is never destroyed, for handles are still closed while the process ends.
+/// The handles of this process. The table outlives every static object that has opened one while it was made.
 HandleTable<KernelObject>& kernelHandles();
 
 /// The object behind a handle, or null and ERROR_INVALID_HANDLE if there is none of this kind.

@@ -100,7 +100,7 @@ OutputFile::~OutputFile() {
 
 void OutputFile::openTemporary() {
     const std::filesystem::path folder = m_place.has_parent_path() ? m_place.parent_path() : ".";
-    std::string name = (folder / ".equalize-XXXXXX").string();
+    std::string name = (folder / ".unfinished-XXXXXX").string();
     if (name.size() >= temporaryToRemove.size()) throw systemError(m_place.string(), ENAMETOOLONG);
     const SignalsHeld held;
     m_descriptor = mkostemp(name.data(), O_CLOEXEC);

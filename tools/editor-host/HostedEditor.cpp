@@ -81,10 +81,8 @@ void HostedEditor::setParameter(int index, float value) {
 std::string HostedEditor::describe(int index) const {
     std::array<char, 64> name{};
     std::array<char, 64> text{};
-    std::array<char, 64> label{};
     dispatch(effGetParamName, name.data(), index);
     dispatch(effGetParamDisplay, text.data(), index);
-    dispatch(effGetParamLabel, label.data(), index);
     std::array<char, 256> line{};
     std::snprintf(line.data(), line.size(), "%s = %.4f: %s", name.data(),
                   static_cast<double>(m_effect->getParameter(m_effect, index)), text.data());

@@ -24,7 +24,7 @@ public:
     [[nodiscard]] int parameterCount() const { return m_effect->numParams; }
     /// Sets a parameter as a host's automation does.
     void setParameter(int index, float value);
-    /// "Volume = 0.25: +6.0 dB"
+    /// "Volume = 0.2500: +6.0 dB"
     [[nodiscard]] std::string describe(int index) const;
 
 private:

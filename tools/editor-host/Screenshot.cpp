@@ -2,7 +2,6 @@
 
 #include "tools/common/Errors.h"
 
-#include <array>
 #include <memory>
 #include <type_traits>
 #include <vector>

@@ -1,7 +1,5 @@
 #include "tools/equalize/ChannelPairs.h"
 
-#include <algorithm>
-
 namespace tool {
 
 ChannelPairs::ChannelPairs(const EffectLibrary& library, const Settings::Resolved& settings, int channels,

@@ -126,7 +126,7 @@ std::optional<Settings::Wish> Settings::frequencyWish(int band) const {
     if (frequency) return frequency;
     const std::optional<Wish>& gain = at(indexOf(Quantity::Gain, band));
     if (!gain || gain->normalised || gain->value == 0.0) return std::nullopt;
-    return Wish{defaultValue(indexOf(Quantity::Frequency, band)), false, gain->origin};
+    return Wish{defaultValue(indexOf(Quantity::Frequency, band)), false, gain->origin, true};
 }
 
 bool Settings::dependsOnRate() const {
@@ -141,7 +141,8 @@ void Settings::requireReach(int band, const Wish& frequency, const FrequencyMap&
     if (frequencies.reaches(frequency.value)) return;
     const std::string message = frequency.origin + "band " + std::to_string(band) + ": " + shortest(frequency.value) +
                                 " Hz is out of reach at " + std::to_string(frequencies.sampleRate()) +
-                                " Hz; the range is " + frequencies.reachText();
+                                " Hz; the range is " + frequencies.reachText() +
+                                (frequency.isDefault ? "; it is the default, and freq= sets another" : "");
     if (frequency.origin.empty()) throw UsageError(message);
     throw FileError(message);
 }

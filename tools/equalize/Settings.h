@@ -41,6 +41,7 @@ private:
         double value;
         bool normalised;    ///< for the effect as it stands, not in the parameter's unit
         std::string origin; ///< "FILE:LINE: " of a preset; empty for the command line
+        bool isDefault = false;
     };
 
     [[nodiscard]] std::optional<Wish>& at(int index) { return m_wishes[static_cast<std::size_t>(index)]; }

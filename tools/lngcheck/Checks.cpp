@@ -117,7 +117,10 @@ private:
 
     /// The read-out's text is in the system's code page: the file's on Windows, as a rule, and UTF-8 elsewhere.
     void checkUnitBytes(const Definition& definition, const KnownText& known) const {
-        const std::size_t unit = std::max(decode_value(definition.value).size(), inUtf8(*definition.text).size());
+        const std::size_t inUnicode = inUtf8(*definition.text).size();
+        if (inUnicode > 2 * definition.text->size() + 1)
+            report(definition, Severity::Warning, "the unit does not show where the system's code page is UTF-8");
+        const std::size_t unit = std::max(decode_value(definition.value).size(), inUnicode);
         const std::size_t bytes = known.number.size() + unit;
         if (bytes <= MostDisplayBytes) return;
         report(definition, Severity::Fault,

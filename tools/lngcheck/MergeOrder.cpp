@@ -4,7 +4,6 @@
 #include "wedge/CLanguageFile.h"
 #include "wedge/LanguageSelection.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>

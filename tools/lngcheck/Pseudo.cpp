@@ -3,7 +3,6 @@
 #include "tools/common/Errors.h"
 #include "wedge/string_ext.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -53,7 +52,8 @@ std::string inPseudoCodepage(const std::wstring& text, const LanguageFile& refer
 }
 
 std::string lineOf(const Definition& definition, const LanguageFile& reference) {
-    if (!definition.text || definition.text->empty()) return definition.key + " =\n";
+    // An empty text would hide those of later files.
+    if (!definition.text || definition.text->empty()) return {};
     const std::wstring text = pseudoText(*definition.text);
     return definition.key + " = " + escaped(inPseudoCodepage(text, reference, definition.line)) + "\n";
 }
