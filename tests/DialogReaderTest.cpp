@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 
 // The keys and their texts are those of the language file beside the test program.
@@ -62,16 +61,16 @@ TemplateBuilder extendedDialog(std::u16string_view caption, std::u16string_view 
 } // namespace
 
 TEST(PrepareDialogResource, LeavesADialogWithoutKnownKeysAlone) {
-    for (const TemplateBuilder& dialog : {
-             standardDialog(u"", u"Name", u"{T_Unknown}"),
-             standardDialog(u"Caption", u"{T_Empty}", u"odd"),
-             extendedDialog(u"", u"Name", u"{T_Unknown}"),
-             extendedDialog(u"Caption", u"{", u"}"),
-             standardHeader(0, 0, u""),
-             extendedHeader(0, 0, u"x"),
-         }) {
+    for (const TemplateBuilder& dialog :
+         {standardDialog(u"Caption", u"{T_Empty}", u"{T_Unknown}"), extendedDialog(u"", u"{", u"}"),
+          standardHeader(0, 0, u""), extendedHeader(0, 0, u"x")}) {
         EXPECT_EQ(rewrite(dialog).status, PrepUnchanged);
+        // Not even a byte behind the dialog makes a difference.
+        EXPECT_EQ(rewrite(TemplateBuilder(dialog).bytes("\xFF")).status, PrepUnchanged);
     }
+    TemplateBuilder odd = standardHeader(0, 1, u"Caption");
+    standardItem(odd, 1, u"Name", "odd");
+    EXPECT_EQ(rewrite(odd.bytes("\xFF")).status, PrepUnchanged);
 }
 
 TEST(PrepareDialogResource, ExpandsCaptionAndTitlesAndNothingElse) {
@@ -112,31 +111,15 @@ TEST(PrepareDialogResource, PutsTheSystemsFontInPlaceOfMsShellDlgAlone) {
     EXPECT_EQ(rewrite(standardHeader(0x08, 0, u"c")).status, PrepUnchanged) << "the standard form has no font then";
 }
 
-TEST(PrepareDialogResource, TakesNoByteBehindTheDialogForADifference) {
-    TemplateBuilder standard = standardHeader(0, 1, u"Caption");
-    standardItem(standard, 1, u"Name", "odd");
-    TemplateBuilder extended = extendedHeader(0, 1, u"Caption");
-    extendedItem(extended, 1, u"Name", "odd");
-    for (TemplateBuilder& dialog : {std::ref(standard), std::ref(extended)}) {
-        ASSERT_EQ(dialog.get().size() % 2, 1U);
-        EXPECT_EQ(rewrite(dialog.bytes("\xFF")).status, PrepUnchanged);
-    }
-}
-
-TEST(PrepareDialogResource, FailsWhereTheBytesEndTooSoon) {
-    for (const TemplateBuilder& dialog :
-         {standardDialog(u"{T_Long}", u"{T_Short}", u"end"), extendedDialog(u"Caption", u"{T_Two}", u"end")}) {
-        expectFailureAtEveryCut<PrepareDialogResource>(dialog.get());
+TEST(PrepareDialogResource, FailsWhereTheBytesEndTooSoonAndNeverReadsOutsideThem) {
+    for (const auto& form : {standardDialog, extendedDialog}) {
+        expectFailureAtEveryCut<PrepareDialogResource>(form(u"{T_Long}", u"{T_Short}", u"end").get());
+        tryEveryByteValue<PrepareDialogResource>(form(u"{T_Short}", u"t", u"u").get());
     }
     EXPECT_EQ(rewrite(standardHeader(0, 65535, u"")).status, PrepFailed);
     void* block = nullptr;
     EXPECT_EQ(PrepareDialogResource(nullptr, &block), PrepFailed);
     EXPECT_EQ(PrepareDialogResource("", 0, nullptr), PrepFailed);
-}
-
-TEST(PrepareDialogResource, NeverReadsOutsideItsBytesWhateverTheyHold) {
-    tryEveryByteValue<PrepareDialogResource>(standardDialog(u"{T_Short}", u"t", u"u").get());
-    tryEveryByteValue<PrepareDialogResource>(extendedDialog(u"{T_Short}", u"t", u"u").get());
 }
 
 TEST(PrepareDialogResource, ReadsNoElementThatBeginsBeyondTheRange) {

@@ -56,15 +56,9 @@ TemplateBuilder deepMenu(int depth) {
 
 } // namespace
 
-TEST(PrepareMenuResource, LeavesAMenuWithoutKnownKeysAlone) {
-    for (const auto& form : {standardMenu, extendedMenu}) {
-        EXPECT_EQ(rewrite(form(u"File", u"Open", u"Close")).status, PrepUnchanged);
-        EXPECT_EQ(rewrite(form(u"{T_Unknown}", u"{T_Empty}", u"{")).status, PrepUnchanged);
-    }
-}
-
 TEST(PrepareMenuResource, ExpandsTheTextsOfItemsAndPopups) {
     for (const auto& form : {standardMenu, extendedMenu}) {
+        EXPECT_EQ(rewrite(form(u"{T_Unknown}", u"{T_Empty}", u"{")).status, PrepUnchanged);
         EXPECT_TRUE(rewrite(form(u"{T_Long}", u"{T_Short}\tF1", u"&{T_Two}"))
                         .is(form(u"A longer translation", u"S\tF1", u"&SS")));
         EXPECT_TRUE(rewrite(form(u"{T_Two}", u"x", u"xy")).is(form(u"SS", u"x", u"xy")));
@@ -86,13 +80,15 @@ TEST(PrepareMenuResource, CarriesAGapInFrontOfTheFirstItemOver) {
     EXPECT_TRUE(rewrite(extended).is(expected));
 }
 
-TEST(PrepareMenuResource, FailsForWhatIsNoMenu) {
+TEST(PrepareMenuResource, FailsForWhatIsNoMenuAndNeverReadsOutsideItsBytes) {
     EXPECT_EQ(rewrite(TemplateBuilder().words({2, 0, 0x80, 1, 0})).status, PrepFailed);
     EXPECT_EQ(rewrite(TemplateBuilder().words({0x100, 0, 0x80, 1, 0})).status, PrepFailed);
     EXPECT_EQ(rewrite(TemplateBuilder().words({0, 3, 0x80, 1, 0, 0, 0})).status, PrepFailed) << "an odd gap";
     EXPECT_EQ(rewrite(TemplateBuilder().words({1, 0, 0x80, 1, 0, 0, 0, 0, 0, 0x80, 0})).status, PrepFailed);
-    expectFailureAtEveryCut<PrepareMenuResource>(standardMenu(u"{T_Short}", u"x", u"xy").get());
-    expectFailureAtEveryCut<PrepareMenuResource>(extendedMenu(u"File", u"{T_Two}", u"xy").get());
+    for (const auto& form : {standardMenu, extendedMenu}) {
+        expectFailureAtEveryCut<PrepareMenuResource>(form(u"{T_Short}", u"{T_Two}", u"xy").get());
+        tryEveryByteValue<PrepareMenuResource>(form(u"{T_Short}", u"t", u"u").get());
+    }
     void* block = nullptr;
     EXPECT_EQ(PrepareMenuResource(nullptr, &block), PrepFailed);
     EXPECT_EQ(PrepareMenuResource("", 0, nullptr), PrepFailed);
@@ -101,9 +97,4 @@ TEST(PrepareMenuResource, FailsForWhatIsNoMenu) {
 TEST(PrepareMenuResource, ReadsPopupsOfAnyDepthThatItsRangeAllows) {
     EXPECT_EQ(rewrite(deepMenu(16000)).status, PrepReplaced);
     EXPECT_EQ(rewrite(deepMenu(17000)).status, PrepFailed);
-}
-
-TEST(PrepareMenuResource, NeverReadsOutsideItsBytesWhateverTheyHold) {
-    tryEveryByteValue<PrepareMenuResource>(standardMenu(u"{T_Short}", u"t", u"u").get());
-    tryEveryByteValue<PrepareMenuResource>(extendedMenu(u"{T_Short}", u"t", u"u").get());
 }

@@ -1,8 +1,8 @@
 #include "wedge/WedgeEntryPoints.h"
 
 #include "platform/Owners.h"
+#include "tests/support/DialogTemplateBuilder.h"
 #include "tests/support/HeapInUse.h"
-#include "tests/support/TemplateBuilder.h"
 #include "tests/support/WindowTexts.h"
 #include "wedge/OwnModule.h"
 
@@ -15,7 +15,6 @@
 #include <memory>
 #include <string>
 #include <thread>
-#include <vector>
 
 // The pages are those of Wedge.rc, the texts those of the language file beside the test program.
 
@@ -23,25 +22,18 @@ namespace {
 
 constexpr LPARAM CallersValue = 0x1234;
 
-// What Wine's sheet does not do: it looks for PSM_PAGETOINDEX's handle in wParam, it opens sheets without a page, and
-// it does not bear null records.
+// Wine's sheet looks for PSM_PAGETOINDEX's handle in wParam, opens without a page, and does not bear null records.
 #ifdef _WIN32
-constexpr bool SystemFindsPagesByHandle = false;
-constexpr bool SystemRefusesSheets = false;
-constexpr bool SystemRefusesNull = false;
+constexpr bool SystemIsExact = false;
 #else
-constexpr bool SystemFindsPagesByHandle = true;
-constexpr bool SystemRefusesSheets = true;
-constexpr bool SystemRefusesNull = true;
+constexpr bool SystemIsExact = true;
 #endif
 
 /// What the callers' procedures were told, by all pages of the one thread that opens sheets.
 struct Seen {
-    std::vector<UINT> sheetMessages;
     std::wstring okTextAtInitialization;
     int pagesInitialized = 0;
     int wrongValues = 0; // of a page's record, anywhere
-    std::vector<UINT> pageMessages;
     std::wstring firstTitle;
     LONG_PTR answerToNext = 0;
     bool closeAtOnce = false;
@@ -62,8 +54,7 @@ INT_PTR CALLBACK pageProcedure(HWND page, UINT message, WPARAM, LPARAM lParam) {
     return 0;
 }
 
-UINT CALLBACK pageCallback(HWND, UINT message, PROPSHEETPAGEW* page) {
-    seen.pageMessages.push_back(message);
+UINT CALLBACK pageCallback(HWND, UINT, PROPSHEETPAGEW* page) {
     seen.wrongValues += page->lParam != CallersValue || page->pfnDlgProc != pageProcedure;
     if (seen.firstTitle.empty() && (page->dwFlags & PSP_USETITLE) != 0) seen.firstTitle = page->pszTitle;
     return 1;
@@ -77,7 +68,6 @@ void keepInvisible(DLGTEMPLATE* sheet) {
 }
 
 int CALLBACK sheetCallback(HWND sheet, UINT message, LPARAM lParam) {
-    seen.sheetMessages.push_back(message);
     if (message == PSCB_PRECREATE) keepInvisible(reinterpret_cast<DLGTEMPLATE*>(lParam));
     if (message == PSCB_INITIALIZED) seen.okTextAtInitialization = textOf(GetDlgItem(sheet, IDOK));
     return 0;
@@ -96,11 +86,16 @@ PROPSHEETPAGEW pageOf(unsigned id) {
     return page;
 }
 
-/// Three pages and a header for them, as a caller gives them.
+void handlePosted() {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+}
+
+/// Three pages and a header for them, as a caller gives them, and the modeless window that it may open.
 struct Sheet {
-    explicit Sheet(DWORD flags) {
+    explicit Sheet(DWORD flags = 0) {
         header.dwSize = sizeof header;
-        header.dwFlags = flags | PSH_PROPSHEETPAGE | PSH_USECALLBACK;
+        header.dwFlags = flags | PSH_MODELESS | PSH_PROPSHEETPAGE | PSH_USECALLBACK;
         header.hInstance = ownModule();
         header.pszCaption = MAKEINTRESOURCEW(49);
         header.nPages = static_cast<UINT>(pages.size());
@@ -108,138 +103,114 @@ struct Sheet {
         header.pfnCallback = sheetCallback;
     }
 
+    void open(const PROPSHEETHEADERW* with) { window = platform::Window(reinterpret_cast<HWND>(PropertySheetW(with))); }
+    void open() { open(&header); }
+    LRESULT send(UINT message, WPARAM wParam, LPARAM lParam = 0) const {
+        const LRESULT result = SendMessageW(window.get(), message, wParam, lParam);
+        handlePosted();
+        return result;
+    }
+    HWND page() const { return reinterpret_cast<HWND>(send(PSM_GETCURRENTPAGEHWND, 0)); }
+    std::wstring label() const { return textOf(GetDlgItem(page(), 1001)); }
+    std::wstring textOfItem(int id) const { return textOf(GetDlgItem(window.get(), id)); }
+
     std::array<PROPSHEETPAGEW, 3> pages = {pageOf(151), pageOf(152), pageOf(153)};
     PROPSHEETHEADERW header{};
+    platform::Window window;
 };
-
-HWND currentPage(HWND sheet) {
-    return reinterpret_cast<HWND>(SendMessageW(sheet, PSM_GETCURRENTPAGEHWND, 0, 0));
-}
-std::wstring label(HWND sheet) {
-    return textOf(GetDlgItem(currentPage(sheet), 1001));
-}
-void handlePosted() {
-    MSG message;
-    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
-}
 
 class WedgeSheets : public testing::Test {
 protected:
     WedgeSheets() {
-        INITCOMMONCONTROLSEX controls{};
-        controls.dwSize = sizeof controls;
-        controls.dwICC = ICC_BAR_CLASSES;
+        INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES};
         InitCommonControlsEx(&controls);
         seen = Seen{};
     }
     ~WedgeSheets() override { EXPECT_EQ(seen.wrongValues, 0); }
-
-    static platform::Window openModeless(const Sheet& sheet) {
-        return platform::Window(reinterpret_cast<HWND>(PropertySheetW(&sheet.header)));
-    }
 };
 
 TEST_F(WedgeSheets, AreTranslatedAndLeaveTheCallersRecordsAsTheyAre) {
-    const Sheet sheet(PSH_MODELESS | PSH_HASHELP);
-    const Sheet before = sheet;
-    const platform::Window window = openModeless(sheet);
-    ASSERT_NE(window.get(), nullptr);
-    EXPECT_EQ(textOf(window.get()), L"the caption S");
+    Sheet sheet(PSH_HASHELP);
+    const auto before = sheet.pages;
+    sheet.open();
+    EXPECT_EQ(textOf(sheet.window.get()), L"the caption S");
     EXPECT_EQ(seen.firstTitle, L"the title SS");
-    EXPECT_EQ(label(window.get()), L"A longer translation");
-    EXPECT_EQ(textOf(GetDlgItem(window.get(), IDCANCEL)), L"Leave");
-    EXPECT_EQ(textOf(GetDlgItem(window.get(), 9)), L"What?");
-    EXPECT_EQ(textOf(GetDlgItem(window.get(), 0x3021)), L""); // Apply has no translation
+    EXPECT_EQ(sheet.label(), L"A longer translation");
+    EXPECT_EQ(sheet.textOfItem(IDCANCEL), L"Leave");
+    EXPECT_EQ(sheet.textOfItem(9), L"What?");
+    EXPECT_EQ(sheet.textOfItem(0x3021), L""); // Apply has no translation
     EXPECT_EQ(seen.okTextAtInitialization, L"All right") << "the user's callback comes behind the texts";
     EXPECT_EQ(seen.pagesInitialized, 1);
-    EXPECT_EQ(std::memcmp(sheet.pages.data(), before.pages.data(), sizeof sheet.pages), 0);
+    EXPECT_EQ(std::memcmp(sheet.pages.data(), before.data(), sizeof before), 0);
 }
 
 TEST_F(WedgeSheets, AnswerTheMessagesThatWorkByResourceId) {
-    const Sheet sheet(PSH_MODELESS);
-    const platform::Window window = openModeless(sheet);
-    const auto send = [&](UINT message, WPARAM wParam, LPARAM lParam) {
-        return SendMessageW(window.get(), message, wParam, lParam);
-    };
-    if (SystemFindsPagesByHandle) {
-        EXPECT_EQ(send(PSM_IDTOINDEX, 0, 153), 2);
-        EXPECT_EQ(send(PSM_IDTOINDEX, 0, 0x10000 + 152), 1); // the low 16 bits count
+    Sheet sheet(PSH_USEPSTARTPAGE);
+    sheet.header.pStartPage = MAKEINTRESOURCEW(152);
+    sheet.open();
+    EXPECT_EQ(sheet.label(), L"SS");
+    if (SystemIsExact) {
+        EXPECT_EQ(sheet.send(PSM_IDTOINDEX, 0, 153), 2);
+        EXPECT_EQ(sheet.send(PSM_IDTOINDEX, 0, 0x10000 + 152), 1); // the low 16 bits count
     }
-    EXPECT_EQ(send(PSM_IDTOINDEX, 0, 999), 0);
-    EXPECT_EQ(send(PSM_INDEXTOID, 0, 0), 151);
-    EXPECT_EQ(send(PSM_INDEXTOID, 2, 0), 153);
-    EXPECT_EQ(send(PSM_INDEXTOID, 7, 0), 0);
-    send(PSM_SETCURSELID, 0, 152);
-    EXPECT_EQ(label(window.get()), L"SS");
-    send(PSM_SETCURSELID, 0, 151);
-    EXPECT_EQ(label(window.get()), L"A longer translation");
+    EXPECT_EQ(sheet.send(PSM_IDTOINDEX, 0, 999), 0);
+    EXPECT_EQ(sheet.send(PSM_INDEXTOID, 0), 151);
+    EXPECT_EQ(sheet.send(PSM_INDEXTOID, 2), 153);
+    EXPECT_EQ(sheet.send(PSM_INDEXTOID, 7), 0);
+    sheet.send(PSM_SETCURSELID, 0, 151);
+    EXPECT_EQ(sheet.label(), L"A longer translation");
 }
 
 TEST_F(WedgeSheets, OfAWizardGoToThePageThatIsNamedByItsId) {
-    const Sheet sheet(PSH_MODELESS | PSH_WIZARD);
-    const platform::Window window = openModeless(sheet);
-    EXPECT_EQ(textOf(GetDlgItem(window.get(), 0x3023)), L"To the last");
-    EXPECT_EQ(textOf(GetDlgItem(window.get(), 0x3024)), L"To the next");
-    EXPECT_EQ(textOf(GetDlgItem(window.get(), 0x3025)), L"Done");
+    Sheet sheet(PSH_WIZARD);
+    sheet.open();
+    EXPECT_EQ(sheet.textOfItem(0x3023), L"To the last");
+    EXPECT_EQ(sheet.textOfItem(0x3024), L"To the next");
+    EXPECT_EQ(sheet.textOfItem(0x3025), L"Done");
     const auto next = [&](LONG_PTR answer) {
         seen.answerToNext = answer;
-        SendMessageW(window.get(), PSM_PRESSBUTTON, PSBTN_NEXT, 0);
-        handlePosted();
-        return label(window.get());
+        sheet.send(PSM_PRESSBUTTON, PSBTN_NEXT);
+        return sheet.label();
     };
     EXPECT_EQ(next(-1), L"A longer translation");
 
     // The system is told to stay where it is.
     seen.answerToNext = 151;
     PSHNOTIFY notice{};
-    notice.hdr.hwndFrom = window.get();
+    notice.hdr.hwndFrom = sheet.window.get();
     notice.hdr.code = static_cast<UINT>(PSN_WIZNEXT);
-    EXPECT_EQ(SendMessageW(currentPage(window.get()), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&notice)), -1);
+    EXPECT_EQ(SendMessageW(sheet.page(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&notice)), -1);
     handlePosted();
     EXPECT_EQ(next(153), L"S");
-    SendMessageW(window.get(), PSM_SETCURSELID, 0, 151);
+    sheet.send(PSM_SETCURSELID, 0, 151);
     EXPECT_EQ(next(0), L"SS");
 }
 
 TEST_F(WedgeSheets, TakePagesAsHandles) {
-    Sheet sheet(PSH_MODELESS);
+    Sheet sheet;
     std::array<HPROPSHEETPAGE, 2> handles = {CreatePropertySheetPageW(&sheet.pages[1]),
                                              CreatePropertySheetPageW(&sheet.pages[0])};
-    ASSERT_NE(handles[0], nullptr);
     sheet.header.dwFlags &= ~static_cast<DWORD>(PSH_PROPSHEETPAGE);
     sheet.header.phpage = handles.data();
     sheet.header.nPages = 2;
-    const platform::Window window = openModeless(sheet);
-    EXPECT_EQ(label(window.get()), L"SS");
-    SendMessageW(window.get(), PSM_SETCURSEL, 1, 0);
-    EXPECT_EQ(label(window.get()), L"A longer translation");
-
+    sheet.open();
+    EXPECT_EQ(sheet.label(), L"SS");
+    sheet.send(PSM_SETCURSEL, 1);
+    EXPECT_EQ(sheet.label(), L"A longer translation");
     const HPROPSHEETPAGE unused = CreatePropertySheetPageW(&sheet.pages[2]);
     EXPECT_NE(DestroyPropertySheetPage(unused), 0);
 }
 
 TEST_F(WedgeSheets, KeepTheTemplateOfAPageInMemory) {
-    TemplateBuilder dialog;
-    dialog.doubleWord(WS_CHILD).doubleWord(0).words({1, 0, 0, 100, 50, 0, 0}).text(u"in memory");
-    dialog.align().doubleWord(WS_CHILD | WS_VISIBLE).doubleWord(0).words({1, 2, 30, 8, 1001, 0xFFFF, 0x82});
-    dialog.text(u"{T_Short}").word(0);
-    std::vector<DWORD> aligned(dialog.get().size() / sizeof(DWORD) + 1);
-    std::memcpy(aligned.data(), dialog.get().data(), dialog.get().size());
-
-    Sheet sheet(PSH_MODELESS);
+    const DialogTemplateBuilder dialog(true, WS_CHILD, {{u"\x82", 1001, WS_CHILD | WS_VISIBLE, u"{T_Short}"}});
+    Sheet sheet;
     sheet.header.nPages = 1;
     sheet.pages[0].dwFlags |= PSP_DLGINDIRECT;
-    sheet.pages[0].pResource = reinterpret_cast<LPCDLGTEMPLATE>(aligned.data());
+    sheet.pages[0].pResource = dialog.get();
     sheet.header.pszCaption = L"a caption";
-    const platform::Window window = openModeless(sheet);
-    EXPECT_EQ(label(window.get()), L"{T_Short}");
-    EXPECT_EQ(textOf(window.get()), L"a caption");
-}
-
-TEST_F(WedgeSheets, StartWithThePageThatIsNamed) {
-    Sheet sheet(PSH_MODELESS | PSH_USEPSTARTPAGE);
-    sheet.header.pStartPage = MAKEINTRESOURCEW(152);
-    EXPECT_EQ(label(openModeless(sheet).get()), L"SS");
+    sheet.open();
+    EXPECT_EQ(sheet.label(), L"{T_Short}");
+    EXPECT_EQ(textOf(sheet.window.get()), L"a caption");
 }
 
 TEST_F(WedgeSheets, OfTheNarrowFormAreTranslatedToo) {
@@ -269,44 +240,40 @@ TEST_F(WedgeSheets, ReadNoRecordPastItsSize) {
     constexpr std::size_t HeaderSize = offsetof(PROPSHEETHEADERW, pfnCallback) + sizeof(PFNPROPSHEETCALLBACK);
     const auto pageMemory = std::make_unique<std::byte[]>(PageSize);
     const auto headerMemory = std::make_unique<std::byte[]>(HeaderSize);
-    Sheet sheet(PSH_MODELESS);
+    Sheet sheet;
     sheet.pages[0].dwSize = PageSize;
     sheet.header.dwSize = HeaderSize;
     sheet.header.nPages = 1;
     std::memcpy(pageMemory.get(), sheet.pages.data(), PageSize);
     sheet.header.ppsp = reinterpret_cast<const PROPSHEETPAGEW*>(pageMemory.get());
     std::memcpy(headerMemory.get(), &sheet.header, HeaderSize);
-    const platform::Window window(
-        reinterpret_cast<HWND>(PropertySheetW(reinterpret_cast<const PROPSHEETHEADERW*>(headerMemory.get()))));
-    EXPECT_EQ(label(window.get()), L"A longer translation");
+    sheet.open(reinterpret_cast<const PROPSHEETHEADERW*>(headerMemory.get()));
+    EXPECT_EQ(sheet.label(), L"A longer translation");
 }
 
 TEST_F(WedgeSheets, LeaveOnlyTheirThunksBehind) {
     const auto openAndRefuse = [](int times) {
         for (int i = 0; i < times; ++i) {
-            Sheet sheet(PSH_MODELESS);
-            openModeless(sheet); // two of its pages are never shown
+            Sheet sheet;
+            sheet.open(); // two of its pages are never shown
             PROPSHEETPAGEW refused = pageOf(151);
             refused.dwSize = 8;
             EXPECT_EQ(CreatePropertySheetPageW(&refused), nullptr);
-            if (!SystemRefusesSheets) continue;
+            if (!SystemIsExact) continue;
             sheet.header.nPages = 0;
             EXPECT_LE(PropertySheetW(&sheet.header), 0);
         }
     };
 #ifdef _WIN32
-    constexpr int Sheets = 50; // each takes a real window system some time
+    constexpr int Sheets = 50;        // each takes a real window system some time
+    constexpr long LeftByAPage = 200; // bytes
 #else
     constexpr int Sheets = 200;
+    constexpr long LeftByAPage = 4; // blocks: the thunk, its owner, and their places in two maps
 #endif
     openAndRefuse(3);
     const long before = heapInUse();
     openAndRefuse(Sheets);
-#ifdef _WIN32
-    constexpr long LeftByAPage = 200; // bytes
-#else
-    constexpr long LeftByAPage = 4; // blocks: the thunk, its owner, and their places in two maps
-#endif
     EXPECT_LE(heapInUse() - before, Sheets * 3 * LeftByAPage);
 }
 
@@ -314,12 +281,11 @@ TEST_F(WedgeSheets, MayBeOpenOnTwoThreads) {
     std::atomic<int> open = 0;
     std::atomic<int> right = 0;
     const auto useOne = [&] {
-        const Sheet sheet(PSH_MODELESS);
-        const platform::Window window = openModeless(sheet);
+        Sheet sheet;
+        sheet.open();
         ++open;
         while (open < 2) std::this_thread::yield();
-        right +=
-            SendMessageW(window.get(), PSM_INDEXTOID, 1, 0) == 152 && label(window.get()) == L"A longer translation";
+        right += sheet.send(PSM_INDEXTOID, 1) == 152 && sheet.label() == L"A longer translation";
     };
     std::thread other(useOne);
     useOne();
@@ -328,12 +294,12 @@ TEST_F(WedgeSheets, MayBeOpenOnTwoThreads) {
 }
 
 TEST_F(WedgeSheets, RefuseWhatIsNone) {
-    if (SystemRefusesNull) {
+    if (SystemIsExact) {
         EXPECT_EQ(CreatePropertySheetPageA(nullptr), nullptr);
         EXPECT_EQ(CreatePropertySheetPageW(nullptr), nullptr);
         EXPECT_LE(PropertySheetW(nullptr), 0);
     }
-    Sheet many(PSH_MODELESS);
+    Sheet many;
     many.header.nPages = 1000;
     EXPECT_LE(PropertySheetW(&many.header), 0);
 }

@@ -34,15 +34,11 @@ TemplateBuilder& record(TemplateBuilder& resource, unsigned control, unsigned me
     return resource.words({control, message}).doubleWord(static_cast<std::uint32_t>(data.size())).bytes(data);
 }
 
-std::string terminated(std::string text) {
-    return text + '\0';
-}
-
 TemplateBuilder comboTexts(const std::string& first, const std::string& second) {
     TemplateBuilder resource;
-    record(resource, 1001, AddString, terminated(first));
+    record(resource, 1001, AddString, first + '\0');
     record(resource, 1001, 0x403, std::string("{T_Short}\0x", 11));
-    record(resource, 1002, AddString, terminated(second));
+    record(resource, 1002, AddString, second + '\0');
     return resource.word(0);
 }
 
@@ -60,12 +56,23 @@ TEST(PrepareStringResource, ExpandsTheStringsOfABundle) {
                     .is(bundle({(most.substr(9) + u"A longer translation").substr(0, 65535)})));
 }
 
-TEST(PrepareStringResource, FailsWhereTheBytesEndTooSoon) {
+TEST(ResourceRewriters, FailWhereTheBytesEndTooSoonAndNeverReadOutsideThem) {
     expectFailureAtEveryCut<PrepareStringResource>(bundle({u"a", u"{T_Short}", u"xyz"}).get());
     tryEveryByteValue<PrepareStringResource>(bundle({u"{T_Short}", u"b"}).get());
+    const std::string table = accelerators({{0x09, 0x74, 10}, {0x80, 'X', 11}}).get();
+    expectFailureAtEveryCut<PrepareAcceleratorResource>(table);
+    tryEveryByteValue<PrepareAcceleratorResource>(table);
+    expectFailureAtEveryCut<PrepareDialogInitResource>(comboTexts("{T_Long}", "b").get());
+    tryEveryByteValue<PrepareDialogInitResource>(comboTexts("{T_Short}", "b").get());
+    TemplateBuilder unterminated;
+    record(unterminated, 5, AddString, "{T_Short}").word(0);
+    EXPECT_EQ(rewriteWith<PrepareDialogInitResource>(unterminated.get()).status, PrepFailed);
+
     void* block = nullptr;
     EXPECT_EQ(PrepareStringResource(nullptr, 0, &block), PrepNoInput);
     EXPECT_EQ(PrepareStringResource(nullptr, &block), PrepNoInput);
+    EXPECT_EQ(PrepareAcceleratorResource(nullptr, 0, &block), PrepNoInput);
+    EXPECT_EQ(PrepareDialogInitResource(nullptr, 0, &block), PrepNoInput);
 }
 
 TEST(PrepareAcceleratorResource, TakesTheKeyOfATranslationAndKeepsCommandAndMarks) {
@@ -77,13 +84,6 @@ TEST(PrepareAcceleratorResource, TakesTheKeyOfATranslationAndKeepsCommandAndMark
         rewriteWith<PrepareAcceleratorResource>(accelerators({{0x01, 0x41, 1}, {0x01, 0x78, 2}, {0x81, 0x79, 3}}).get())
             .status,
         PrepUnchanged);
-}
-
-TEST(PrepareAcceleratorResource, FailsForATableWithoutAnEnd) {
-    expectFailureAtEveryCut<PrepareAcceleratorResource>(accelerators({{0x09, 0x74, 10}, {0x80, 'X', 11}}).get());
-    tryEveryByteValue<PrepareAcceleratorResource>(accelerators({{0x09, 0x74, 10}, {0x80, 'X', 11}}).get());
-    void* block = nullptr;
-    EXPECT_EQ(PrepareAcceleratorResource(nullptr, 0, &block), PrepNoInput);
 }
 
 TEST(ToAccelArray, StopsAtTheEndMarkAndDropsIt) {
@@ -109,16 +109,6 @@ TEST(PrepareDialogInitResource, ExpandsTheTextsOfComboBoxesAlone) {
     TemplateBuilder padded;
     record(padded, 5, AddString, std::string("{T_Two}\0\0\0", 10)).word(0);
     TemplateBuilder expected;
-    record(expected, 5, AddString, terminated("SS")).word(0);
+    record(expected, 5, AddString, std::string("SS\0", 3)).word(0);
     EXPECT_TRUE(rewriteWith<PrepareDialogInitResource>(padded.get()).is(expected));
-}
-
-TEST(PrepareDialogInitResource, FailsWhereTheBytesEndTooSoon) {
-    expectFailureAtEveryCut<PrepareDialogInitResource>(comboTexts("{T_Long}", "b").get());
-    tryEveryByteValue<PrepareDialogInitResource>(comboTexts("{T_Short}", "b").get());
-    TemplateBuilder unterminated;
-    record(unterminated, 5, AddString, "{T_Short}").word(0);
-    EXPECT_EQ(rewriteWith<PrepareDialogInitResource>(unterminated.get()).status, PrepFailed);
-    void* block = nullptr;
-    EXPECT_EQ(PrepareDialogInitResource(nullptr, 0, &block), PrepNoInput);
 }

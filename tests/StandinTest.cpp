@@ -6,6 +6,7 @@
 #include "platform/win32.h"
 
 #include "tests/support/AnsiCodepage.h"
+#include "tests/support/Refused.h"
 #include "tests/support/TemporaryFolder.h"
 
 #ifndef _WIN32
@@ -133,96 +134,70 @@ TEST(CodePages, EncodeTextAsTheSystemDoes) {
     EXPECT_EQ(encoded(CP_UTF8, L"\xD83Dx\xDE00"), "\xEF\xBF\xBDx\xEF\xBF\xBD");
 }
 
-TEST(CodePages, SubstituteTheCallersDefaultCharacter) {
+TEST(CodePages, TakeTheCallersDefaultCharacterAndTheTerminator) {
     std::array<char, 8> bytes{};
-    EXPECT_EQ(WideCharToMultiByte(1252, WC_NO_BEST_FIT_CHARS, L"a\u0416", 2, bytes.data(), 8, "_", nullptr), 2);
+    EXPECT_EQ(WideCharToMultiByte(1252, WC_NO_BEST_FIT_CHARS, L"a\u0416", -1, bytes.data(), 8, "_", nullptr), 3);
     EXPECT_STREQ(bytes.data(), "a_");
-    bytes = {};
     EXPECT_EQ(WideCharToMultiByte(932, WC_NO_BEST_FIT_CHARS, L"\u00E0", 1, bytes.data(), 8, "\x81\x45", nullptr), 2);
     EXPECT_STREQ(bytes.data(), "\x81\x45");
-}
-
-TEST(CodePages, TakeTheTerminatorIntoATextOfUnknownLength) {
     std::array<wchar_t, 4> text{};
     EXPECT_EQ(MultiByteToWideChar(1252, 0, "ab", -1, text.data(), 4), 3);
     EXPECT_EQ(MultiByteToWideChar(CP_UTF8, 0, "", -1, text.data(), 4), 1);
-    std::array<char, 4> bytes{};
-    EXPECT_EQ(WideCharToMultiByte(CP_UTF8, 0, L"ab", -1, bytes.data(), 4, nullptr, nullptr), 3);
 }
 
 TEST(CodePages, RefuseWhatTheyCannotConvert) {
     std::array<wchar_t, 8> text{};
     std::array<char, 8> bytes{};
-    struct Case {
-        const char* name;
-        int result;
-        DWORD code;
-        DWORD expected;
-    };
-    std::vector<Case> cases;
-    const auto add = [&](const char* name, DWORD expected, auto call) {
+    const auto wide = [](UINT page, DWORD flags, const char* from, int size, wchar_t* to, int room, DWORD reason) {
         SetLastError(NO_ERROR);
-        const int result = call();
-        cases.push_back({name, result, GetLastError(), expected});
+        return refused(MultiByteToWideChar(page, flags, from, size, to, room) == 0, reason);
     };
-    const auto wide = [&](UINT page, DWORD flags, const char* from, int size, wchar_t* to, int room) {
-        return [=] { return MultiByteToWideChar(page, flags, from, size, to, room); };
-    };
-    const auto narrow = [&](UINT page, DWORD flags, const wchar_t* from, int size, char* to, int room) {
-        return [=] { return WideCharToMultiByte(page, flags, from, size, to, room, nullptr, nullptr); };
+    const auto narrow = [&](UINT page, DWORD flags, const wchar_t* from, int size, int room, DWORD reason) {
+        SetLastError(NO_ERROR);
+        return refused(WideCharToMultiByte(page, flags, from, size, bytes.data(), room, nullptr, nullptr) == 0, reason);
     };
     for (const UINT page : {709U, 710U, 934U, 942U, 1381U, 4242U}) {
-        add("unknown page", ERROR_INVALID_PARAMETER, wide(page, 0, "a", 1, text.data(), 8));
-        add("unknown page", ERROR_INVALID_PARAMETER, narrow(page, 0, L"a", 1, bytes.data(), 8));
+        EXPECT_TRUE(wide(page, 0, "a", 1, text.data(), 8, ERROR_INVALID_PARAMETER)) << page;
+        EXPECT_TRUE(narrow(page, 0, L"a", 1, 8, ERROR_INVALID_PARAMETER)) << page;
     }
-    add("no text", ERROR_INVALID_PARAMETER, wide(1252, 0, "a", 0, text.data(), 8));
-    add("no text", ERROR_INVALID_PARAMETER, narrow(1252, 0, L"a", 0, bytes.data(), 8));
-    add("null text", ERROR_INVALID_PARAMETER, wide(1252, 0, nullptr, 1, text.data(), 8));
-    add("null buffer", ERROR_INVALID_PARAMETER, wide(1252, 0, "a", 1, nullptr, 8));
-    add("negative room", ERROR_INVALID_PARAMETER, wide(1252, 0, "a", 1, text.data(), -1));
-    add("negative room", ERROR_INVALID_PARAMETER, narrow(1252, 0, L"a", 1, bytes.data(), -1));
-    add("unknown flag", ERROR_INVALID_FLAGS, wide(1252, 0x40000000, "a", 1, text.data(), 8));
-    add("unknown flag", ERROR_INVALID_FLAGS, wide(CP_UTF8, 0x40000000, "a", 1, text.data(), 8));
-    add("surrogate alone", ERROR_NO_UNICODE_TRANSLATION,
-        narrow(CP_UTF8, WC_ERR_INVALID_CHARS, L"\xD83D", 1, bytes.data(), 8));
-    add("small buffer", ERROR_INSUFFICIENT_BUFFER, wide(1252, 0, "abc", 3, text.data(), 2));
-    add("small buffer", ERROR_INSUFFICIENT_BUFFER, wide(CP_UTF8, 0, "\xE2\x82\xAC!", 4, text.data(), 1));
-    add("small buffer", ERROR_INSUFFICIENT_BUFFER, narrow(1252, 0, L"abc", 3, bytes.data(), 2));
-    add("small buffer", ERROR_INSUFFICIENT_BUFFER, narrow(932, 0, L"\u3042", 1, bytes.data(), 1));
-    add("small buffer", ERROR_INSUFFICIENT_BUFFER, narrow(CP_UTF8, 0, L"\u20AC", 1, bytes.data(), 2));
-
-    for (const Case& row : cases) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(row.result, 0);
-        EXPECT_EQ(row.code, row.expected);
-    }
+    EXPECT_TRUE(wide(1252, 0, "a", 0, text.data(), 8, ERROR_INVALID_PARAMETER));
+    EXPECT_TRUE(wide(1252, 0, nullptr, 1, text.data(), 8, ERROR_INVALID_PARAMETER));
+    EXPECT_TRUE(wide(1252, 0, "a", 1, nullptr, 8, ERROR_INVALID_PARAMETER));
+    EXPECT_TRUE(wide(1252, 0, "a", 1, text.data(), -1, ERROR_INVALID_PARAMETER));
+    EXPECT_TRUE(wide(1252, 0x40000000, "a", 1, text.data(), 8, ERROR_INVALID_FLAGS));
+    EXPECT_TRUE(wide(CP_UTF8, 0x40000000, "a", 1, text.data(), 8, ERROR_INVALID_FLAGS));
+    EXPECT_TRUE(wide(1252, 0, "abc", 3, text.data(), 2, ERROR_INSUFFICIENT_BUFFER));
+    EXPECT_TRUE(wide(CP_UTF8, 0, "\xE2\x82\xAC!", 4, text.data(), 1, ERROR_INSUFFICIENT_BUFFER));
+    EXPECT_TRUE(narrow(1252, 0, L"a", 0, 8, ERROR_INVALID_PARAMETER));
+    EXPECT_TRUE(narrow(1252, 0, L"a", 1, -1, ERROR_INVALID_PARAMETER));
+    EXPECT_TRUE(narrow(CP_UTF8, WC_ERR_INVALID_CHARS, L"\xD83D", 1, 8, ERROR_NO_UNICODE_TRANSLATION));
+    EXPECT_TRUE(narrow(1252, 0, L"abc", 3, 2, ERROR_INSUFFICIENT_BUFFER));
+    EXPECT_TRUE(narrow(932, 0, L"\u3042", 1, 1, ERROR_INSUFFICIENT_BUFFER));
+    EXPECT_TRUE(narrow(CP_UTF8, 0, L"\u20AC", 1, 2, ERROR_INSUFFICIENT_BUFFER));
 }
 
 TEST(CodePages, KnowTheLeadBytesOfTheAnsiPage) {
-    const auto leads = [](int byte) { return IsDBCSLeadByte(static_cast<BYTE>(byte)) != FALSE; };
-    if (const AnsiCodepage page(1252); page) {
-        for (int byte = 0; byte < 256; ++byte) EXPECT_FALSE(leads(byte)) << byte;
+    for (const UINT ansi : {1252U, 932U, UINT{CP_UTF8}}) {
+        const AnsiCodepage page(ansi);
+        for (int byte = 0; page && byte < 256; ++byte) {
+            const bool isLead = ansi == 932 && byte >= 0x81 && byte <= 0xFC && (byte <= 0x9F || byte >= 0xE0);
+            EXPECT_EQ(IsDBCSLeadByte(static_cast<BYTE>(byte)) != FALSE, isLead) << ansi << ": " << byte;
+        }
     }
     if (const AnsiCodepage page(932); page) {
-        for (int byte = 0; byte < 256; ++byte)
-            EXPECT_EQ(leads(byte), (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC)) << byte;
         EXPECT_EQ(decoded(CP_ACP, "\x82\xA0"), L"\u3042");
-    }
-    if (const AnsiCodepage page(CP_UTF8); page) {
-        for (int byte = 0; byte < 256; ++byte) EXPECT_FALSE(leads(byte)) << byte;
     }
 }
 
 TEST(CodePages, ConvertOnManyThreadsAtOnce) {
     std::atomic<int> wrong = 0;
-    std::vector<std::thread> threads;
     const auto convert = [&wrong] {
         for (const UINT page : {852U, 949U, 1250U, 1361U, 949U}) {
             wchar_t unit = 0;
             if (MultiByteToWideChar(page, 0, "A", 1, &unit, 1) != 1 || unit != L'A') ++wrong;
         }
     };
-    threads.reserve(4);
+    std::vector<std::thread> threads;
     while (threads.size() < 4) threads.emplace_back(convert);
     for (std::thread& thread : threads) thread.join();
     EXPECT_EQ(wrong, 0);
@@ -251,34 +226,21 @@ protected:
 };
 
 TEST_F(SystemMutex, IsHeldUntilItsLastRelease) {
+    CloseHandle(mutex);
+    mutex = CreateMutexA(nullptr, TRUE, nullptr); // held from its creation on
     ASSERT_EQ(WaitForSingleObject(mutex, INFINITE), WAIT_OBJECT_0);
-    ASSERT_EQ(WaitForSingleObject(mutex, 0), WAIT_OBJECT_0);
     EXPECT_TRUE(ReleaseMutex(mutex));
     EXPECT_EQ(waitElsewhere(), DWORD{WAIT_TIMEOUT});
     EXPECT_EQ(waitElsewhere(20), DWORD{WAIT_TIMEOUT});
     EXPECT_TRUE(ReleaseMutex(mutex));
     EXPECT_EQ(waitElsewhere(), WAIT_OBJECT_0);
-    EXPECT_EQ(WaitForSingleObject(mutex, 0), WAIT_OBJECT_0);
-    EXPECT_TRUE(ReleaseMutex(mutex));
-
-    EXPECT_FALSE(ReleaseMutex(mutex));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_NOT_OWNER});
-}
-
-TEST_F(SystemMutex, CanBeOwnedFromItsCreationOn) {
-    CloseHandle(mutex);
-    mutex = CreateMutexA(nullptr, TRUE, nullptr);
-    EXPECT_EQ(waitElsewhere(), DWORD{WAIT_TIMEOUT});
-    EXPECT_TRUE(ReleaseMutex(mutex));
+    EXPECT_TRUE(refused(!ReleaseMutex(mutex), ERROR_NOT_OWNER));
 }
 
 TEST_F(SystemMutex, WakesAWaitingThread) {
     ASSERT_EQ(WaitForSingleObject(mutex, INFINITE), WAIT_OBJECT_0);
     std::atomic<DWORD> result = WAIT_FAILED;
-    std::thread waiting([&] {
-        result = WaitForSingleObject(mutex, INFINITE);
-        ReleaseMutex(mutex);
-    });
+    std::thread waiting([&] { result = waitElsewhere(INFINITE); });
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
     EXPECT_EQ(result, WAIT_FAILED);
     ReleaseMutex(mutex);
@@ -301,12 +263,8 @@ TEST_F(SystemMutex, TellsOnceThatItsHolderDied) {
 TEST_F(SystemMutex, IsNoMoreOnceItIsClosed) {
     WaitForSingleObject(mutex, 0);
     EXPECT_TRUE(CloseHandle(mutex));
-    SetLastError(NO_ERROR);
-    EXPECT_EQ(WaitForSingleObject(mutex, 0), WAIT_FAILED);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
-    SetLastError(NO_ERROR);
-    EXPECT_FALSE(ReleaseMutex(mutex));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    EXPECT_TRUE(refused(WaitForSingleObject(mutex, 0) == WAIT_FAILED, ERROR_INVALID_HANDLE));
+    EXPECT_TRUE(refused(!ReleaseMutex(mutex), ERROR_INVALID_HANDLE));
     EXPECT_FALSE(CloseHandle(mutex));
 }
 
@@ -328,65 +286,46 @@ TEST(CriticalSections, LetTheirHolderInAgainAndNobodyElse) {
 }
 
 TEST(Threads, HaveIdsAndLastErrorsOfTheirOwn) {
-    std::atomic<DWORD> there = 0;
-    std::atomic<bool> mayEnd = false;
-    std::thread other([&] {
-        SetLastError(ERROR_INVALID_HANDLE);
-        there = GetCurrentThreadId();
-        while (!mayEnd) std::this_thread::yield();
-    });
     SetLastError(ERROR_ACCESS_DENIED);
-    while (there == 0) std::this_thread::yield();
+    DWORD other = 0;
+    onAnotherThread([&] {
+        SetLastError(ERROR_INVALID_HANDLE);
+        other = GetCurrentThreadId();
+    });
     EXPECT_EQ(GetLastError(), DWORD{ERROR_ACCESS_DENIED});
-    EXPECT_NE(there, GetCurrentThreadId());
-    EXPECT_NE(GetCurrentThreadId(), 0U);
-    mayEnd = true;
-    other.join();
+    EXPECT_NE(other, 0U);
+    EXPECT_NE(other, GetCurrentThreadId());
 }
 
 TEST(ErrorTexts, AreSentencesThatEndTheirLine) {
-    for (const LONG code : {2, 3, 5, 6, 8, 87, 122, 1004, 1113}) {
-        SCOPED_TRACE(code);
-        std::array<char, 1024> text{};
-        const DWORD length = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, static_cast<DWORD>(code), 0,
-                                            text.data(), static_cast<DWORD>(text.size()), nullptr);
-        ASSERT_GT(length, 3U);
+    std::array<char, 1024> text{};
+    const auto format = [&](DWORD code, DWORD room) {
+        return FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code, 0, text.data(), room, nullptr);
+    };
+    for (const DWORD code : {2U, 3U, 5U, 6U, 8U, 87U, 122U, 1004U, 1113U}) {
+        const DWORD length = format(code, 1024);
+        ASSERT_GT(length, 3U) << code;
         EXPECT_EQ(length, std::strlen(text.data()));
         EXPECT_STREQ(text.data() + length - 3, ".\r\n");
     }
+    EXPECT_TRUE(refused(format(0x12345, 5) == 0, ERROR_MR_MID_NOT_FOUND));
+    EXPECT_TRUE(refused(format(2, 5) == 0, ERROR_INSUFFICIENT_BUFFER));
 }
 
-TEST(ErrorTexts, AreRefusedForUnknownCodesAndSmallBuffers) {
-    std::array<char, 5> text{};
-    EXPECT_EQ(FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, 0x12345, 0, text.data(), 5, nullptr), 0U);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_MR_MID_NOT_FOUND});
-    EXPECT_EQ(FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, 2, 0, text.data(), 5, nullptr), 0U);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
-}
-
-TEST(SystemVersion, IsAskedForWithTheRecordsSize) {
+TEST(SystemRecords, NeedTheirSizeOrRevision) {
     OSVERSIONINFOA version{};
-    EXPECT_FALSE(GetVersionExA(&version));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
+    EXPECT_TRUE(refused(!GetVersionExA(&version), ERROR_INSUFFICIENT_BUFFER));
     version.dwOSVersionInfoSize = 148;
     EXPECT_TRUE(GetVersionExA(&version));
     EXPECT_EQ(version.dwPlatformId, DWORD{VER_PLATFORM_WIN32_NT});
-}
 
-TEST(SecurityDescriptors, CanGiveEverybodyAccess) {
     SECURITY_DESCRIPTOR descriptor;
     std::memset(&descriptor, 0xCC, sizeof descriptor);
-    EXPECT_FALSE(InitializeSecurityDescriptor(&descriptor, 2));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_UNKNOWN_REVISION});
+    EXPECT_TRUE(refused(!InitializeSecurityDescriptor(&descriptor, 2), ERROR_UNKNOWN_REVISION));
     ASSERT_TRUE(InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION));
     ASSERT_TRUE(SetSecurityDescriptorDacl(&descriptor, TRUE, nullptr, FALSE));
     EXPECT_EQ(descriptor.Control, SE_DACL_PRESENT);
     EXPECT_EQ(descriptor.Dacl, nullptr);
-
-    SECURITY_ATTRIBUTES attributes = {sizeof attributes, &descriptor, FALSE};
-    const HANDLE mutex = CreateMutexA(&attributes, FALSE, nullptr);
-    EXPECT_NE(mutex, nullptr);
-    CloseHandle(mutex);
 }
 
 std::string pathOfModule(HMODULE module) {
@@ -405,12 +344,11 @@ TEST(Modules, AreFoundFromAnAddressInsideThem) {
     EXPECT_EQ(module, GetModuleHandleA(nullptr));
     EXPECT_EQ(module, GetModuleHandleW(nullptr));
     EXPECT_TRUE(std::filesystem::is_regular_file(pathOfModule(module)));
-    EXPECT_EQ(pathOfModule(module), pathOfModule(nullptr));
 
     const auto onTheHeap = std::make_unique<int>(0);
-    EXPECT_FALSE(GetModuleHandleExA(flags, reinterpret_cast<LPCSTR>(onTheHeap.get()), &module));
+    const auto* const address = reinterpret_cast<LPCSTR>(onTheHeap.get());
+    EXPECT_TRUE(refused(!GetModuleHandleExA(flags, address, &module), ERROR_MOD_NOT_FOUND));
     EXPECT_EQ(module, nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
 }
 
 TEST(Modules, CutPathsThatAreTooLong) {
@@ -418,13 +356,11 @@ TEST(Modules, CutPathsThatAreTooLong) {
     const auto length = static_cast<DWORD>(path.size());
     std::vector<char> buffer(length + 1, 'x');
     EXPECT_EQ(GetModuleFileNameA(nullptr, buffer.data(), length + 1), length);
-    EXPECT_EQ(GetModuleFileNameA(nullptr, buffer.data(), length), length);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
+    const DWORD cut = GetModuleFileNameA(nullptr, buffer.data(), length);
+    EXPECT_TRUE(refused(cut == length, ERROR_INSUFFICIENT_BUFFER));
     EXPECT_EQ(std::string(buffer.data(), length - 1), path.substr(0, length - 1));
-
-    int noModule = 0;
-    EXPECT_EQ(GetModuleFileNameA(reinterpret_cast<HMODULE>(&noModule), buffer.data(), length), 0U);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
+    auto* const noModule = reinterpret_cast<HMODULE>(buffer.data());
+    EXPECT_TRUE(refused(GetModuleFileNameA(noModule, buffer.data(), length) == 0, ERROR_MOD_NOT_FOUND));
 }
 
 TEST(Modules, OfferTheSystemsFunctionsByName) {
@@ -432,10 +368,8 @@ TEST(Modules, OfferTheSystemsFunctionsByName) {
     ASSERT_NE(user, nullptr);
     EXPECT_EQ(user, GetModuleHandleW(L"user32.DLL"));
     EXPECT_NE(GetProcAddress(user, "MessageBoxW"), nullptr);
-    EXPECT_EQ(GetProcAddress(user, "messageboxw"), nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_PROC_NOT_FOUND});
-    EXPECT_EQ(GetModuleHandleA("no such library"), nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
+    EXPECT_TRUE(refused(GetProcAddress(user, "messageboxw") == nullptr, ERROR_PROC_NOT_FOUND));
+    EXPECT_TRUE(refused(GetModuleHandleA("no such library") == nullptr, ERROR_MOD_NOT_FOUND));
 }
 
 std::vector<std::string> namesThatFit(const std::string& pattern) {
@@ -456,38 +390,28 @@ TEST(FileSearch, FindsTheNamesThatFitWithoutRegardToCase) {
     for (const char* const name : {"A1031.lng", "b1033.LNG", "c.lng.txt", "dlng", "e.lng"}) folder.write(name, "x");
     std::filesystem::create_directory(folder.path("folder.lng"));
     using Names = std::vector<std::string>;
-
     EXPECT_EQ(namesThatFit(folder.path("*.lng")), (Names{"A1031.lng", "b1033.LNG", "e.lng", "folder.lng"}));
     EXPECT_EQ(namesThatFit(folder.path("a1031.LNG")), Names{"A1031.lng"});
     EXPECT_EQ(namesThatFit(folder.path("?.l*g")), Names{"e.lng"});
     EXPECT_EQ(namesThatFit(folder.path("*L*R*g*")), Names{"folder.lng"});
-    EXPECT_EQ(namesThatFit(folder.path("*.*")),
-              (Names{".", "..", "A1031.lng", "b1033.LNG", "c.lng.txt", "dlng", "e.lng", "folder.lng"}));
+    EXPECT_EQ(namesThatFit(folder.path("*.*")).size(), 8U) << "with both links, and what has no dot";
 }
 
-TEST(FileSearch, TellsFoldersFromFiles) {
+TEST(FileSearch, TellsFoldersFromFilesAndWhyItFindsNothing) {
     const TemporaryFolder folder;
     folder.write("file", "12345");
     std::filesystem::create_directory(folder.path("sub folder"));
-
     WIN32_FIND_DATAA entry{};
-    EXPECT_TRUE(platform::FindHandle(FindFirstFileA(folder.path("sub*").c_str(), &entry)));
+    const auto find = [&](const char* pattern) { return FindFirstFileA(folder.path(pattern).c_str(), &entry); };
+    EXPECT_TRUE(platform::FindHandle(find("sub*")));
     EXPECT_EQ(entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, DWORD{FILE_ATTRIBUTE_DIRECTORY});
-    EXPECT_TRUE(platform::FindHandle(FindFirstFileA(folder.path("f*").c_str(), &entry)));
+    EXPECT_TRUE(platform::FindHandle(find("f*")));
     EXPECT_EQ(entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, 0U);
     EXPECT_EQ(entry.nFileSizeLow, 5U);
-    EXPECT_EQ(entry.nFileSizeHigh, 0U);
-}
 
-TEST(FileSearch, TellsWhyItFindsNothing) {
-    const TemporaryFolder folder;
-    WIN32_FIND_DATAA entry{};
-    EXPECT_EQ(FindFirstFileA(folder.path("*.lng").c_str(), &entry), INVALID_HANDLE_VALUE);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
-    EXPECT_EQ(FindFirstFileA(folder.path("missing/*.lng").c_str(), &entry), INVALID_HANDLE_VALUE);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_PATH_NOT_FOUND});
-    EXPECT_FALSE(FindNextFileA(INVALID_HANDLE_VALUE, &entry));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    EXPECT_TRUE(refused(find("*.lng") == INVALID_HANDLE_VALUE, ERROR_FILE_NOT_FOUND));
+    EXPECT_TRUE(refused(find("missing/*.lng") == INVALID_HANDLE_VALUE, ERROR_PATH_NOT_FOUND));
+    EXPECT_TRUE(refused(!FindNextFileA(INVALID_HANDLE_VALUE, &entry), ERROR_INVALID_HANDLE));
     EXPECT_FALSE(FindClose(INVALID_HANDLE_VALUE));
 }
 
@@ -496,26 +420,20 @@ TEST(LongPaths, AreGivenForWhatExists) {
     const std::string path = folder.write("a file.lng", "");
     const auto length = static_cast<DWORD>(path.size());
     std::array<char, 1024> buffer{};
-    const auto ask = [&](const char* name, DWORD size) {
-        SetLastError(NO_ERROR);
-        return GetLongPathNameA(name, buffer.data(), size);
+    const auto ask = [&](const std::string& name, DWORD size) {
+        return GetLongPathNameA(name.c_str(), buffer.data(), size);
     };
-    EXPECT_EQ(ask(path.c_str(), 1024), length);
+    EXPECT_EQ(ask(path, length + 1), length);
     EXPECT_EQ(buffer.data(), path);
-    EXPECT_EQ(ask(path.c_str(), length), length + 1);
-    EXPECT_EQ(ask(path.c_str(), length + 1), length);
-
-    EXPECT_EQ(ask(folder.path("missing.lng").c_str(), 1024), 0U);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
-    EXPECT_EQ(ask("", 1024), 0U);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_PATH_NOT_FOUND});
+    EXPECT_EQ(ask(path, length), length + 1);
+    EXPECT_TRUE(refused(ask(folder.path("missing.lng"), 1024) == 0, ERROR_FILE_NOT_FOUND));
+    EXPECT_TRUE(refused(ask("", 1024) == 0, ERROR_PATH_NOT_FOUND));
 }
 
 std::string ansiCodepageOf(LCID language) {
     std::array<char, 6> digits{};
-    SetLastError(NO_ERROR);
     const int size = GetLocaleInfoA(language, LOCALE_IDEFAULTANSICODEPAGE, digits.data(), 6);
-    EXPECT_EQ(static_cast<std::size_t>(size), size != 0 ? std::strlen(digits.data()) + 1 : 0);
+    EXPECT_EQ(static_cast<std::size_t>(size), std::strlen(digits.data()) + 1);
     return digits.data();
 }
 
@@ -533,15 +451,11 @@ TEST(Languages, HaveAnAnsiCodepage) {
         {"1250", {0x0405, 0x040E, 0x0415, 0x0418, 0x041A, 0x041B, 0x041C, 0x0424, 0x0818, 0x241A, 0x05, 0x15, 0x1A}},
         {"1251", {0x0402, 0x0419, 0x0422, 0x0423, 0x0819, 0x19, 0x082C, 0x281A, 0x0843}},
         {"1252", {0x0403, 0x0406, 0x0407, 0x0409, 0x040A, 0x040B, 0x040C, 0x040F, 0x0410, 0x0413, 0x0414, 0x0416,
-                  0x0417, 0x041D, 0x0421, 0x042D, 0x0436, 0x0438, 0x0807, 0x0809, 0x080A, 0x080C, 0x0810, 0x0813,
-                  0x0814, 0x0816, 0x081D, 0x0C07, 0x0C09, 0x0C0A, 0x0C0C, 0x1007, 0x1009, 0x100C, 0x1407, 0x1409,
-                  0x140C, 0x1809, 0x1C09, 0x07,   0x09,   0x0A,   0x0C,   0x10,   0x14,   0x16}},
+                  0x0417, 0x041D, 0x0421, 0x042D, 0x0436, 0x0438, 0x0814, 0x0C07, 0x1C09, 0x07,   0x14,   0x16}},
         {"1253", {0x0408, 0x08}},
         {"1254", {0x041F, 0x1F, 0x042C}},
         {"1255", {0x040D, 0x0D}},
-        {"1256",
-         {0x0401, 0x0429, 0x0801, 0x0C01, 0x1001, 0x1401, 0x1801, 0x1C01, 0x2001, 0x2401, 0x2801, 0x2C01, 0x3001,
-          0x3401, 0x3801, 0x3C01, 0x4001, 0x01, 0x29}},
+        {"1256", {0x0401, 0x0429, 0x0801, 0x4001, 0x01, 0x29}},
         {"1257", {0x0425, 0x0426, 0x0427, 0x25}},
         {"1258", {0x042A, 0x2A}},
         {"0", {0x0439, 0x39}},
@@ -549,11 +463,12 @@ TEST(Languages, HaveAnAnsiCodepage) {
     for (const Case& row : cases)
         for (const LCID language : row.languages) EXPECT_EQ(ansiCodepageOf(language), row.codepage) << language;
 
-    EXPECT_EQ(ansiCodepageOf(0x0812), "");
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
     std::array<char, 4> digits{};
-    EXPECT_EQ(GetLocaleInfoA(0x0407, LOCALE_IDEFAULTANSICODEPAGE, digits.data(), 4), 0);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
+    const auto ask = [&](LCID language) {
+        return GetLocaleInfoA(language, LOCALE_IDEFAULTANSICODEPAGE, digits.data(), 4);
+    };
+    EXPECT_TRUE(refused(ask(0x0812) == 0, ERROR_INVALID_PARAMETER));
+    EXPECT_TRUE(refused(ask(0x0407) == 0, ERROR_INSUFFICIENT_BUFFER));
     EXPECT_EQ(GetLocaleInfoA(0x0407, LOCALE_IDEFAULTANSICODEPAGE, nullptr, 0), 5);
 }
 
@@ -563,18 +478,20 @@ TEST(Registry, TellsWhatIsMissing) {
     EXPECT_FALSE(key);
     ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "CONTROL PANEL\\International", 0, KEY_READ, key.receive()),
               ERROR_SUCCESS);
-    DWORD size = 32;
     std::array<BYTE, 32> data{};
-    EXPECT_EQ(RegQueryValueExA(key.get(), "No such value", nullptr, nullptr, data.data(), &size), ERROR_FILE_NOT_FOUND);
-
     DWORD type = 0;
-    ASSERT_EQ(RegQueryValueExA(key.get(), "locale", nullptr, &type, nullptr, &size), ERROR_SUCCESS);
+    DWORD size = 0;
+    const auto query = [&](const char* name, BYTE* to, DWORD room) {
+        size = room;
+        return RegQueryValueExA(key.get(), name, nullptr, &type, to, &size);
+    };
+    EXPECT_EQ(query("No such value", data.data(), 32), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(query("locale", nullptr, 0), ERROR_SUCCESS);
     EXPECT_EQ(type, DWORD{REG_SZ});
     EXPECT_EQ(size, 9U);
-    size = 4;
-    EXPECT_EQ(RegQueryValueExA(key.get(), "Locale", nullptr, &type, data.data(), &size), ERROR_MORE_DATA);
+    EXPECT_EQ(query("Locale", data.data(), 4), ERROR_MORE_DATA);
     EXPECT_EQ(size, 9U);
-    EXPECT_EQ(RegQueryValueExA(key.get(), "Locale", nullptr, &type, data.data(), &size), ERROR_SUCCESS);
+    EXPECT_EQ(query("Locale", data.data(), 9), ERROR_SUCCESS);
     EXPECT_EQ(data[8], 0);
 }
 
@@ -597,7 +514,6 @@ protected:
                   ERROR_SUCCESS);
         return text.data();
     }
-
     static std::string systemLocale() { return locale(HKEY_USERS, ".Default\\Control Panel\\International"); }
 
     static std::optional<DWORD> languageOverride() {
@@ -608,9 +524,8 @@ protected:
         DWORD number = 0;
         DWORD size = sizeof number;
         DWORD type = 0;
-        const LSTATUS status =
-            RegQueryValueExW(key.get(), L"language", nullptr, &type, reinterpret_cast<BYTE*>(&number), &size);
-        if (status != ERROR_SUCCESS) return std::nullopt;
+        auto* const bytes = reinterpret_cast<BYTE*>(&number);
+        if (RegQueryValueExW(key.get(), L"language", nullptr, &type, bytes, &size) != ERROR_SUCCESS) return {};
         EXPECT_EQ(type, REG_DWORD);
         EXPECT_EQ(size, 4U);
         return number;
@@ -623,43 +538,45 @@ protected:
     EnvironmentVariable override_{"TUNEBENCH_LANGUAGE"};
 };
 
-TEST_F(Environment, NamesTheSystemsLanguage) {
+TEST_F(Environment, NamesTheSystemsLanguageByItsVariablesInTheUsualOrder) {
     struct Case {
+        EnvironmentVariable& variable;
         const char* locale;
         const char* id;
     };
-    constexpr std::array cases = {
-        Case{"de_DE.UTF-8", "00000407"}, Case{"de_AT", "00000C07"},      Case{"de", "00000407"},
-        Case{"de_XX@euro", "00000407"},  Case{"en_GB.utf8", "00000809"}, Case{"pt", "00000416"},
-        Case{"pt_PT", "00000816"},       Case{"zh_TW.Big5", "00000404"}, Case{"zh", "00000804"},
-        Case{"sr_RS@latin", "0000281A"}, Case{"no_NO", "00000414"},      Case{"ja_JP.eucJP", "00000411"},
-        Case{"es_ES.UTF-8", "00000C0A"}, Case{"C", "00000000"},          Case{"POSIX", "00000000"},
-        Case{"C.UTF-8", "00000000"},     Case{"xx_YY", "00000000"},      Case{"fil_PH", "00000464"},
+    const Case cases[] = {
+        {lang, "de_DE.UTF-8", "00000407"},
+        {lang, "de_AT", "00000C07"},
+        {lang, "de", "00000407"},
+        {lang, "de_XX@euro", "00000407"},
+        {lang, "pt", "00000416"},
+        {lang, "pt_PT", "00000816"},
+        {lang, "zh_TW.Big5", "00000404"},
+        {lang, "zh", "00000804"},
+        {lang, "sr_RS@latin", "0000281A"},
+        {lang, "no_NO", "00000414"},
+        {lang, "es_ES.UTF-8", "00000C0A"},
+        {lang, "C", "00000000"},
+        {lang, "POSIX", "00000000"},
+        {lang, "C.UTF-8", "00000000"},
+        {lang, "xx_YY", "00000000"},
+        {lang, "fil_PH", "00000464"},
+        {messages, "it_IT", "00000410"},
+        {lang, "fr_FR", "00000410"},
+        {all, "", "00000410"},
+        {all, "ru_RU", "00000419"},
     };
+    EXPECT_EQ(systemLocale(), "00000000");
     for (const Case& row : cases) {
         SCOPED_TRACE(row.locale);
-        lang.set(row.locale);
+        row.variable.set(row.locale);
         EXPECT_EQ(systemLocale(), row.id);
         EXPECT_EQ(locale(HKEY_CURRENT_USER, "Control Panel\\International"), row.id);
     }
 }
 
-TEST_F(Environment, AsksItsVariablesInTheUsualOrder) {
-    EXPECT_EQ(systemLocale(), "00000000");
-    lang.set("fr_FR");
-    EXPECT_EQ(systemLocale(), "0000040C");
-    messages.set("it_IT");
-    EXPECT_EQ(systemLocale(), "00000410");
-    all.set("");
-    EXPECT_EQ(systemLocale(), "00000410");
-    all.set("ru_RU");
-    EXPECT_EQ(systemLocale(), "00000419");
-}
-
 TEST_F(Environment, HoldsTheLanguageOverride) {
     EXPECT_EQ(languageOverride(), std::nullopt);
-    override_.set("1031");
-    EXPECT_EQ(languageOverride(), 1031U);
     override_.set("70000");
     EXPECT_EQ(languageOverride(), 70000U);
     for (const char* const text : {"", "German", "0x407", "1031 ", "-1", "99999999999"}) {
@@ -669,43 +586,29 @@ TEST_F(Environment, HoldsTheLanguageOverride) {
 }
 
 TEST_F(Environment, TellsTheDecimalSeparator) {
-    const auto separator = [] {
-        std::array<wchar_t, 5> text{};
+    std::array<wchar_t, 5> text{};
+    const auto separator = [&] {
         EXPECT_EQ(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, text.data(), 5), 2);
-        return std::wstring(text.data());
+        return text[0];
     };
-    EXPECT_EQ(separator(), L".");
+    EXPECT_EQ(separator(), L'.');
     lang.set("de_DE.UTF-8");
-    EXPECT_EQ(separator(), L",");
+    EXPECT_EQ(separator(), L',');
     numeric.set("de_CH.UTF-8");
-    EXPECT_EQ(separator(), L".");
+    EXPECT_EQ(separator(), L'.');
     EXPECT_EQ(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, nullptr, 0), 2);
-    std::array<wchar_t, 1> small{};
-    EXPECT_EQ(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, small.data(), 1), 0);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
+    const int inSmall = GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, text.data(), 1);
+    EXPECT_TRUE(refused(inSmall == 0, ERROR_INSUFFICIENT_BUFFER));
 }
 
-TEST(MessageBoxes, AreWrittenToStandardError) {
+TEST(MessageBoxes, AreWrittenToStandardErrorUnlessTheyAskSomething) {
     const int before = standin::shownMessageBoxes().count;
     testing::internal::CaptureStderr();
-    EXPECT_EQ(MessageBoxW(nullptr, L"no \u00E4", L"Error", MB_ICONERROR), IDOK);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Error: no \xC3\xA4\n");
-    const auto shown = standin::shownMessageBoxes();
-    EXPECT_EQ(shown.count, before + 1);
-    EXPECT_EQ(shown.lastText, L"no \u00E4");
-
+    EXPECT_EQ(MessageBoxW(nullptr, L"no \u00E4", nullptr, MB_ICONERROR), IDOK);
     constexpr UINT yesNo = 4;
     EXPECT_EQ(MessageBoxW(nullptr, L"really?", L"Question", yesNo), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Error: no \xC3\xA4\n");
     EXPECT_EQ(standin::shownMessageBoxes().count, before + 1);
-
-    using MessageBoxEx = int(WINAPI*)(HWND, LPCSTR, LPCSTR, UINT, WORD);
-    const auto narrow = reinterpret_cast<MessageBoxEx>(
-        reinterpret_cast<void (*)()>(GetProcAddress(GetModuleHandleA("user32"), "MessageBoxExA")));
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(narrow(nullptr, "narrow \xC3\xA4", nullptr, MB_OK, 0x0407), IDOK);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Error: narrow \xC3\xA4\n");
-    EXPECT_EQ(standin::shownMessageBoxes().lastText, L"narrow \u00E4");
-    EXPECT_EQ(standin::shownMessageBoxes().lastLanguage, 0x0407);
 }
 
 HANDLE openPort(const char* name) {
@@ -716,15 +619,12 @@ TEST(SerialPorts, TakeTheirStateAndTheirBytesAsTheyAre) {
     const PseudoTerminal terminal;
     standin::setSerialPortPath("COM3", terminal.path());
     const HANDLE port = openPort("COM3");
-    ASSERT_NE(port, INVALID_HANDLE_VALUE);
-
     DCB state{};
     ASSERT_TRUE(GetCommState(port, &state));
     // A pseudo-terminal has eight bits and no parity, whatever is set.
     state.BaudRate = CBR_19200;
     state.StopBits = TWOSTOPBITS;
     ASSERT_TRUE(SetCommState(port, &state));
-    EXPECT_EQ(cfgetospeed(std::array{terminal.settings()}.data()), speed_t{B19200});
     EXPECT_NE(terminal.settings().c_cflag & CSTOPB, 0U);
     ASSERT_TRUE(GetCommState(port, &state));
     EXPECT_EQ(state.BaudRate, CBR_19200);
@@ -735,26 +635,19 @@ TEST(SerialPorts, TakeTheirStateAndTheirBytesAsTheyAre) {
     EXPECT_TRUE(WriteFile(port, "a\n\r\x03", 4, &written, nullptr));
     EXPECT_EQ(written, 4U);
     EXPECT_EQ(terminal.receive(4), "a\n\r\x03");
-
     state.BaudRate = 12345;
-    EXPECT_FALSE(SetCommState(port, &state));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
+    EXPECT_TRUE(refused(!SetCommState(port, &state), ERROR_INVALID_PARAMETER));
     EXPECT_TRUE(CloseHandle(port));
-    EXPECT_FALSE(WriteFile(port, "a", 1, &written, nullptr));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    EXPECT_TRUE(refused(!WriteFile(port, "a", 1, &written, nullptr), ERROR_INVALID_HANDLE));
 }
 
 TEST(SerialPorts, AreRefusedWhereThereIsNone) {
-    standin::setSerialPortPath("COM3", "/dev/no-such-port");
-    EXPECT_EQ(openPort("COM3"), INVALID_HANDLE_VALUE);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
-    EXPECT_EQ(openPort("COM9"), INVALID_HANDLE_VALUE);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
-
     const TemporaryFolder folder;
+    standin::setSerialPortPath("COM3", "/dev/no-such-port");
+    EXPECT_TRUE(refused(openPort("COM3") == INVALID_HANDLE_VALUE, ERROR_FILE_NOT_FOUND));
+    EXPECT_TRUE(refused(openPort("COM9") == INVALID_HANDLE_VALUE, ERROR_FILE_NOT_FOUND));
     standin::setSerialPortPath("COM3", folder.write("no port", ""));
-    EXPECT_EQ(openPort("COM3"), INVALID_HANDLE_VALUE);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_FUNCTION});
+    EXPECT_TRUE(refused(openPort("COM3") == INVALID_HANDLE_VALUE, ERROR_INVALID_FUNCTION));
 }
 
 #endif

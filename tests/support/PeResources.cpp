@@ -1,71 +1,33 @@
 #include "tests/support/PeResources.h"
 
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <stdexcept>
-#include <string_view>
 
 namespace {
 
-using namespace std::string_view_literals;
-
-constexpr std::size_t DosHeaderSize = 0x40;
-constexpr std::size_t PeOffset = 0x3C;
-
-constexpr std::size_t PeHeaderSize = 24; // the signature and the file header
-constexpr std::size_t SectionCount = 6;
-constexpr std::size_t OptionalHeaderSize = 20;
-
-constexpr unsigned Magic64 = 0x20B;
-constexpr std::size_t ResourceEntry32 = 96 + 2 * 8; // the third of the data directories
-constexpr std::size_t ResourceEntry64 = 112 + 2 * 8;
-
-constexpr std::size_t SectionHeaderSize = 40;
-constexpr std::size_t SectionAddress = 12;
-constexpr std::size_t SectionRawSize = 16;
-constexpr std::size_t SectionRawOffset = 20;
-
-constexpr std::size_t DirectorySize = 16;
-constexpr std::size_t NamedEntryCount = 12;
-constexpr std::size_t NumberedEntryCount = 14;
-constexpr std::size_t EntrySize = 8;
 constexpr std::uint32_t SubdirectoryBit = 0x80000000;
 
-void require(bool holds, const char* what) {
-    if (!holds) throw std::runtime_error(what);
+std::string partOf(const std::string& bytes, std::size_t offset, std::size_t size) {
+    if (offset > bytes.size() || size > bytes.size() - offset) throw std::out_of_range("a structure leads outside");
+    return bytes.substr(offset, size);
 }
 
-std::string partOf(std::string_view bytes, std::size_t offset, std::size_t size) {
-    require(offset <= bytes.size() && size <= bytes.size() - offset, "a structure leads outside");
-    return std::string(bytes.substr(offset, size));
-}
-
-template <typename Number>
-Number numberAt(std::string_view bytes, std::size_t offset) {
+template <typename Number = std::uint32_t>
+Number numberAt(const std::string& bytes, std::size_t offset) {
     Number number;
     std::memcpy(&number, partOf(bytes, offset, sizeof number).data(), sizeof number);
     return number;
 }
+constexpr auto wordAt = numberAt<std::uint16_t>;
 
-class ModuleFile {
-public:
-    explicit ModuleFile(const std::string& path)
-        : m_stream(path, std::ios::binary), m_size(std::filesystem::file_size(path)) {}
-
-    std::string read(std::size_t offset, std::size_t size) {
-        require(offset <= m_size && size <= m_size - offset, "the file ends early");
-        std::string bytes(size, '\0');
-        m_stream.seekg(static_cast<std::streamoff>(offset));
-        m_stream.read(bytes.data(), static_cast<std::streamsize>(size));
-        require(m_stream.good(), "the file cannot be read");
-        return bytes;
-    }
-
-private:
-    std::ifstream m_stream;
-    std::size_t m_size;
-};
+/// A part of a file, whose other parts may be large.
+std::string readPart(std::ifstream& file, std::size_t offset, std::size_t size) {
+    std::string bytes(size, '\0');
+    file.seekg(static_cast<std::streamoff>(offset));
+    if (!file.read(bytes.data(), static_cast<std::streamsize>(size))) throw std::runtime_error("the file ends early");
+    return bytes;
+}
 
 /// The resource directory and the rest of its section.
 struct ResourceSection {
@@ -73,26 +35,22 @@ struct ResourceSection {
     std::string bytes;         // none in a module without resources
 };
 
-ResourceSection readSection(ModuleFile& file) {
-    const std::string dos = file.read(0, DosHeaderSize);
-    require(dos.starts_with("MZ"), "no module");
-    const std::size_t start = numberAt<std::uint32_t>(dos, PeOffset);
-    const std::string header = file.read(start, PeHeaderSize);
-    require(header.starts_with("PE\0\0"sv), "no module");
-    const std::size_t optionalSize = numberAt<std::uint16_t>(header, OptionalHeaderSize);
-    const std::string optional = file.read(start + PeHeaderSize, optionalSize);
-    const bool has64Bits = numberAt<std::uint16_t>(optional, 0) == Magic64;
-    const auto address = numberAt<std::uint32_t>(optional, has64Bits ? ResourceEntry64 : ResourceEntry32);
+ResourceSection readSection(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    const std::size_t start = numberAt(readPart(file, 0, 0x40), 0x3C);
+    const std::string header = readPart(file, start, 24);
+    if (numberAt(header, 0) != 0x4550) throw std::runtime_error("no module");
+    const std::size_t optionalSize = wordAt(header, 20);
+    const std::string optional = readPart(file, start + 24, optionalSize);
+    const bool has64Bits = wordAt(optional, 0) == 0x20B;
+    const auto address = numberAt(optional, has64Bits ? 128 : 112); // the third of the data directories
     if (address == 0) return {};
-
-    for (std::size_t i = 0; i < numberAt<std::uint16_t>(header, SectionCount); ++i) {
-        const std::string row =
-            file.read(start + PeHeaderSize + optionalSize + i * SectionHeaderSize, SectionHeaderSize);
-        const auto sectionAddress = numberAt<std::uint32_t>(row, SectionAddress);
-        const auto size = numberAt<std::uint32_t>(row, SectionRawSize);
-        if (address < sectionAddress || address - sectionAddress >= size) continue;
-        const std::size_t skipped = address - sectionAddress;
-        return {address, file.read(numberAt<std::uint32_t>(row, SectionRawOffset) + skipped, size - skipped)};
+    for (std::size_t i = 0; i < wordAt(header, 6); ++i) {
+        const std::string row = readPart(file, start + 24 + optionalSize + i * 40, 40);
+        const std::size_t skipped = address - numberAt(row, 12);
+        const std::size_t size = numberAt(row, 16);
+        if (address >= numberAt(row, 12) && skipped < size)
+            return {address, readPart(file, numberAt(row, 20) + skipped, size - skipped)};
     }
     throw std::runtime_error("the resources lie in no section");
 }
@@ -102,42 +60,32 @@ struct Entry {
     std::uint32_t target;
 };
 
-std::vector<Entry> entriesAt(std::string_view section, std::size_t directory) {
-    const std::size_t count = std::size_t{numberAt<std::uint16_t>(section, directory + NamedEntryCount)} +
-                              numberAt<std::uint16_t>(section, directory + NumberedEntryCount);
+std::vector<Entry> entriesAt(const std::string& section, std::size_t directory) {
+    const std::size_t count = std::size_t{wordAt(section, directory + 12)} + wordAt(section, directory + 14);
     std::vector<Entry> entries;
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::size_t at = directory + DirectorySize + i * EntrySize;
-        entries.push_back({numberAt<std::uint32_t>(section, at), numberAt<std::uint32_t>(section, at + 4)});
-    }
+    for (std::size_t at = directory + 16; entries.size() < count; at += 8)
+        entries.push_back({numberAt(section, at), numberAt(section, at + 4)});
     return entries;
 }
 
-std::vector<Entry> entriesBelow(std::string_view section, const Entry& entry) {
-    require((entry.target & SubdirectoryBit) != 0, "the tree ends early");
+std::vector<Entry> entriesBelow(const std::string& section, const Entry& entry) {
+    if ((entry.target & SubdirectoryBit) == 0) throw std::runtime_error("the tree ends early");
     return entriesAt(section, entry.target & ~SubdirectoryBit);
-}
-
-std::string dataOf(const ResourceSection& section, const Entry& leaf) {
-    require((leaf.target & SubdirectoryBit) == 0, "the tree is too deep");
-    const auto address = numberAt<std::uint32_t>(section.bytes, leaf.target);
-    const auto size = numberAt<std::uint32_t>(section.bytes, leaf.target + 4);
-    require(address >= section.address, "data in front of its directory");
-    return partOf(section.bytes, address - section.address, size);
 }
 
 } // namespace
 
 std::vector<PeResource> readPeResources(const std::string& path, const std::set<std::uint32_t>& types) {
-    ModuleFile file(path);
-    const ResourceSection section = readSection(file);
+    const ResourceSection section = readSection(path);
     std::vector<PeResource> resources;
     if (section.bytes.empty()) return resources;
     for (const Entry& type : entriesAt(section.bytes, 0)) {
         if (!types.contains(type.id)) continue;
         for (const Entry& name : entriesBelow(section.bytes, type)) {
             for (const Entry& language : entriesBelow(section.bytes, name)) {
-                resources.push_back({type.id, language.id, dataOf(section, language)});
+                const std::size_t offset = numberAt(section.bytes, language.target) - section.address;
+                const std::size_t size = numberAt(section.bytes, language.target + 4);
+                resources.push_back({type.id, language.id, partOf(section.bytes, offset, size)});
             }
         }
     }

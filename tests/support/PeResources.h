@@ -12,6 +12,6 @@ struct PeResource {
     std::string bytes;
 };
 
-/// The resources of these types in a module, none if it holds no resources at all. Reads the headers and the section of
-/// the resources alone. Throws std::runtime_error for a file that is no module or whose structures lead outside.
+/// The resources of these types in a module, none if it holds no resources at all. Throws std::exception for a file
+/// that is no module or whose structures lead outside.
 std::vector<PeResource> readPeResources(const std::string& path, const std::set<std::uint32_t>& types);
