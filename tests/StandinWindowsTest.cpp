@@ -13,7 +13,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 #include <map>
 #include <string>
@@ -60,9 +59,8 @@ protected:
 #endif
     }
 
-    static HWND create(const wchar_t* windowClass, DWORD style, HWND above = nullptr, int id = 0,
-                       const wchar_t* text = L"") {
-        return CreateWindowExW(0, windowClass, text, style, 10, 20, 640, 480, above,
+    static HWND create(const wchar_t* windowClass, DWORD style, HWND above = nullptr, int id = 0) {
+        return CreateWindowExW(0, windowClass, L"", style, 10, 20, 640, 480, above,
                                reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
     }
 
@@ -103,10 +101,10 @@ protected:
     }
 
     /// As a message loop does it.
-    static bool key(HWND dialog, int virtualKey, UINT kind = WM_KEYDOWN) {
+    static bool key(HWND dialog, int virtualKey) {
         MSG message{};
         message.hwnd = GetFocus();
-        message.message = kind;
+        message.message = WM_KEYDOWN;
         message.wParam = static_cast<WPARAM>(virtualKey);
         return IsDialogMessageW(dialog, &message) != FALSE;
     }
@@ -175,10 +173,8 @@ TEST_F(Windows, KnowTheirPlaceInTheTree) {
     const HWND second = create(L"BUTTON", WS_CHILD, parent, -1);
     const HWND below = create(L"Edit", WS_CHILD, first, 1);
     EXPECT_EQ(classOf(first), L"Static");
-    EXPECT_EQ(GetWindow(parent, GW_CHILD), first);
     EXPECT_EQ(GetWindow(first, GW_HWNDNEXT), second);
     EXPECT_EQ(GetWindow(second, GW_HWNDNEXT), nullptr);
-    EXPECT_EQ(GetDlgItem(parent, -1), second);
     EXPECT_EQ(GetDlgItem(parent, 5), nullptr);
     EXPECT_TRUE(IsChild(parent, below));
     EXPECT_FALSE(IsChild(below, below));
