@@ -33,7 +33,8 @@ constexpr bool SystemIsExact = true;
 struct Seen {
     std::wstring okTextAtInitialization;
     int pagesInitialized = 0;
-    int wrongValues = 0; // of a page's record, anywhere
+    std::wstring lastLabel; // as a page was initialized
+    int wrongValues = 0;    // of a page's record, anywhere
     std::wstring firstTitle;
     LONG_PTR answerToNext = 0;
     bool closeAtOnce = false;
@@ -45,6 +46,7 @@ INT_PTR CALLBACK pageProcedure(HWND page, UINT message, WPARAM, LPARAM lParam) {
         ++seen.pagesInitialized;
         const auto* const record = reinterpret_cast<const PROPSHEETPAGEW*>(lParam);
         seen.wrongValues += record->lParam != CallersValue || record->pfnDlgProc != pageProcedure;
+        seen.lastLabel = textOf(GetDlgItem(page, 1001));
         if (seen.closeAtOnce) PostMessageW(GetParent(page), PSM_PRESSBUTTON, PSBTN_CANCEL, 0);
     }
     if (message == WM_NOTIFY && reinterpret_cast<const NMHDR*>(lParam)->code == static_cast<UINT>(PSN_WIZNEXT)) {
@@ -103,8 +105,7 @@ struct Sheet {
         header.pfnCallback = sheetCallback;
     }
 
-    void open(const PROPSHEETHEADERW* with) { window = platform::Window(reinterpret_cast<HWND>(PropertySheetW(with))); }
-    void open() { open(&header); }
+    void open() { window = platform::Window(reinterpret_cast<HWND>(PropertySheetW(&header))); }
     LRESULT send(UINT message, WPARAM wParam, LPARAM lParam = 0) const {
         const LRESULT result = SendMessageW(window.get(), message, wParam, lParam);
         handlePosted();
@@ -186,69 +187,51 @@ TEST_F(WedgeSheets, OfAWizardGoToThePageThatIsNamedByItsId) {
     EXPECT_EQ(next(0), L"SS");
 }
 
-TEST_F(WedgeSheets, TakePagesAsHandles) {
+TEST_F(WedgeSheets, TakePagesAsHandlesAndTemplatesInMemoryAsTheyAre) {
+    const DialogTemplateBuilder dialog(true, WS_CHILD, {{u"\x82", 1001, WS_CHILD | WS_VISIBLE, u"{T_Short}"}});
     Sheet sheet;
+    sheet.pages[2].dwFlags |= PSP_DLGINDIRECT;
+    sheet.pages[2].pResource = dialog.get();
     std::array<HPROPSHEETPAGE, 2> handles = {CreatePropertySheetPageW(&sheet.pages[1]),
-                                             CreatePropertySheetPageW(&sheet.pages[0])};
+                                             CreatePropertySheetPageW(&sheet.pages[2])};
     sheet.header.dwFlags &= ~static_cast<DWORD>(PSH_PROPSHEETPAGE);
     sheet.header.phpage = handles.data();
     sheet.header.nPages = 2;
-    sheet.open();
-    EXPECT_EQ(sheet.label(), L"SS");
-    sheet.send(PSM_SETCURSEL, 1);
-    EXPECT_EQ(sheet.label(), L"A longer translation");
-    const HPROPSHEETPAGE unused = CreatePropertySheetPageW(&sheet.pages[2]);
-    EXPECT_NE(DestroyPropertySheetPage(unused), 0);
-}
-
-TEST_F(WedgeSheets, KeepTheTemplateOfAPageInMemory) {
-    const DialogTemplateBuilder dialog(true, WS_CHILD, {{u"\x82", 1001, WS_CHILD | WS_VISIBLE, u"{T_Short}"}});
-    Sheet sheet;
-    sheet.header.nPages = 1;
-    sheet.pages[0].dwFlags |= PSP_DLGINDIRECT;
-    sheet.pages[0].pResource = dialog.get();
     sheet.header.pszCaption = L"a caption";
     sheet.open();
-    EXPECT_EQ(sheet.label(), L"{T_Short}");
     EXPECT_EQ(textOf(sheet.window.get()), L"a caption");
+    EXPECT_EQ(sheet.label(), L"SS");
+    sheet.send(PSM_SETCURSEL, 1);
+    EXPECT_EQ(sheet.label(), L"{T_Short}");
+    EXPECT_NE(DestroyPropertySheetPage(CreatePropertySheetPageW(&sheet.pages[0])), 0);
 }
 
-TEST_F(WedgeSheets, OfTheNarrowFormAreTranslatedToo) {
+TEST_F(WedgeSheets, OfTheNarrowFormAreTranslatedTooAndNotReadPastTheirSize) {
+    // The oldest forms, at the very end of their memory.
+    constexpr std::size_t PageSize = offsetof(PROPSHEETPAGEA, pcRefParent) + sizeof(UINT*);
+    constexpr std::size_t HeaderSize = offsetof(PROPSHEETHEADERA, pfnCallback) + sizeof(PFNPROPSHEETCALLBACK);
+    const auto pageMemory = std::make_unique<std::byte[]>(PageSize);
+    const auto headerMemory = std::make_unique<std::byte[]>(HeaderSize);
     PROPSHEETPAGEA page{};
-    page.dwSize = sizeof page;
+    page.dwSize = PageSize;
     page.dwFlags = PSP_USETITLE;
     page.hInstance = ownModule();
     page.pszTemplate = MAKEINTRESOURCEA(153);
     page.pszTitle = "title";
     page.pfnDlgProc = pageProcedure;
     page.lParam = CallersValue;
-    seen.closeAtOnce = true;
+    std::memcpy(pageMemory.get(), &page, PageSize);
     PROPSHEETHEADERA header{};
-    header.dwSize = sizeof header;
+    header.dwSize = HeaderSize;
     header.dwFlags = PSH_PROPSHEETPAGE | PSH_NOAPPLYNOW;
     header.hInstance = ownModule();
     header.pszCaption = "caption";
     header.nPages = 1;
-    header.ppsp = &page;
-    EXPECT_EQ(PropertySheetA(&header), 0); // cancelled
-    EXPECT_EQ(seen.pagesInitialized, 1);
-}
-
-TEST_F(WedgeSheets, ReadNoRecordPastItsSize) {
-    // The oldest forms, at the very end of their memory.
-    constexpr std::size_t PageSize = offsetof(PROPSHEETPAGEW, pcRefParent) + sizeof(UINT*);
-    constexpr std::size_t HeaderSize = offsetof(PROPSHEETHEADERW, pfnCallback) + sizeof(PFNPROPSHEETCALLBACK);
-    const auto pageMemory = std::make_unique<std::byte[]>(PageSize);
-    const auto headerMemory = std::make_unique<std::byte[]>(HeaderSize);
-    Sheet sheet;
-    sheet.pages[0].dwSize = PageSize;
-    sheet.header.dwSize = HeaderSize;
-    sheet.header.nPages = 1;
-    std::memcpy(pageMemory.get(), sheet.pages.data(), PageSize);
-    sheet.header.ppsp = reinterpret_cast<const PROPSHEETPAGEW*>(pageMemory.get());
-    std::memcpy(headerMemory.get(), &sheet.header, HeaderSize);
-    sheet.open(reinterpret_cast<const PROPSHEETHEADERW*>(headerMemory.get()));
-    EXPECT_EQ(sheet.label(), L"A longer translation");
+    header.ppsp = reinterpret_cast<const PROPSHEETPAGEA*>(pageMemory.get());
+    std::memcpy(headerMemory.get(), &header, HeaderSize);
+    seen.closeAtOnce = true;
+    EXPECT_EQ(PropertySheetA(reinterpret_cast<const PROPSHEETHEADERA*>(headerMemory.get())), 0); // cancelled
+    EXPECT_EQ(seen.lastLabel, L"S");
 }
 
 TEST_F(WedgeSheets, LeaveOnlyTheirThunksBehind) {
