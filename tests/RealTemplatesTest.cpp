@@ -22,36 +22,25 @@ namespace {
 /// Different resources of one type, each with where it was found first.
 using Resources = std::map<std::string, std::string>;
 
-std::vector<std::string> modulePaths() {
-    glob_t found{};
-    glob(EQ_WINDOWS_MODULES, 0, nullptr, &found);
-    std::vector<std::string> paths(found.gl_pathv, found.gl_pathv + found.gl_pathc);
-    globfree(&found);
-    return paths;
-}
-
 class Collection {
 public:
-    Collection() : m_paths(modulePaths()) {
-        for (const std::string& path : m_paths) add(path);
-        std::cout << m_paths.size() << " modules, " << m_languages.size() << " languages\n";
+    Collection() {
+        glob_t found{};
+        glob(EQ_WINDOWS_MODULES, 0, nullptr, &found);
+        for (std::size_t i = 0; i < found.gl_pathc; ++i) add(found.gl_pathv[i]);
+        std::cout << found.gl_pathc << " modules, " << m_languages.size() << " languages\n";
+        globfree(&found);
     }
 
-    [[nodiscard]] bool hasModules() const { return !m_paths.empty(); }
+    [[nodiscard]] bool isEmpty() const { return m_resources.empty(); }
     [[nodiscard]] const std::vector<std::string>& faults() const { return m_faults; }
 
-    const Resources& operator[](ResourceType type) {
-        const auto number = static_cast<std::uint32_t>(type);
-        std::cout << "type " << number << ": " << m_found[number] << " found, " << m_resources[number].size()
-                  << " different\n";
-        return m_resources[number];
-    }
+    const Resources& operator[](ResourceType type) { return m_resources[static_cast<std::uint32_t>(type)]; }
 
 private:
     void add(const std::string& path) {
         try {
             for (PeResource& resource : readPeResources(path, {4, 5, 6, 9, 240})) {
-                ++m_found[resource.type];
                 m_languages.insert(resource.language);
                 m_resources[resource.type].try_emplace(std::move(resource.bytes), path);
             }
@@ -60,18 +49,16 @@ private:
         }
     }
 
-    std::vector<std::string> m_paths;
     std::vector<std::string> m_faults;
     std::set<std::uint32_t> m_languages;
-    std::map<std::uint32_t, std::size_t> m_found;
     std::map<std::uint32_t, Resources> m_resources;
 };
 
 class RealTemplates : public testing::Test {
 protected:
     void SetUp() override {
-        if (!collection().hasModules()) GTEST_SKIP() << "no Windows modules at " << EQ_WINDOWS_MODULES;
         ASSERT_EQ(collection().faults(), std::vector<std::string>{});
+        if (collection().isEmpty()) GTEST_SKIP() << "no Windows modules at " << EQ_WINDOWS_MODULES;
     }
 
     static Collection& collection() {
