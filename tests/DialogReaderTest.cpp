@@ -91,14 +91,14 @@ TEST(PrepareDialogResource, PutsTheSystemsFontInPlaceOfMsShellDlgAlone) {
 
     TemplateBuilder standard = standardHeader(0x40, 0, u"c");
     TemplateBuilder expected = standard;
-    standard.word(8).text(u"ms shell DLG");
+    standard.word(7).text(u"ms shell DLG");
     expected.word(points).text(unitsFromWide(face));
     EXPECT_TRUE(rewrite(standard).is(expected));
 
     for (const std::uint32_t style : {0x08U, 0x40U, 0x48U}) {
         TemplateBuilder extended = extendedHeader(style, 1, u"c");
         expected = extended;
-        extended.words({8, 700, 0x0201}).text(u"MS Shell Dlg");
+        extended.words({7, 700, 0x0201}).text(u"MS Shell Dlg");
         extendedItem(extended, 5, u"t");
         expected.words({points, 700, 0x0201}).text(unitsFromWide(face));
         extendedItem(expected, 5, u"t");

@@ -221,14 +221,11 @@ TEST(SystemMutexes, AreHeldUntilTheirLastReleaseAndAreNoMoreOnceTheyAreClosed) {
 
 TEST(Threads, HaveIdsAndLastErrorsOfTheirOwn) {
     SetLastError(ERROR_ACCESS_DENIED);
-    DWORD other = 0;
-    onAnotherThread([&] {
-        SetLastError(ERROR_INVALID_HANDLE);
-        other = GetCurrentThreadId();
+    onAnotherThread([first = GetCurrentThreadId()] {
+        EXPECT_NE(GetLastError(), DWORD{ERROR_ACCESS_DENIED});
+        EXPECT_NE(GetCurrentThreadId(), first);
+        EXPECT_NE(GetCurrentThreadId(), 0U);
     });
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_ACCESS_DENIED});
-    EXPECT_NE(other, 0U);
-    EXPECT_NE(other, GetCurrentThreadId());
 }
 
 TEST(ErrorTexts, AreSentencesThatEndTheirLine) {
