@@ -342,8 +342,8 @@ TEST(Wedge, ShowsMessageBoxesInTheStoresLanguageOrTheCallers) {
     EXPECT_EQ(languageOf(MessageBoxW(nullptr, L"{T_Short}", L"caption", MB_OK)), 0x409);
     EXPECT_EQ(languageOf(MessageBoxExW(nullptr, L"text", L"caption", MB_OK, 0x407)), 0x407);
     EXPECT_EQ(languageOf(MessageBoxA(nullptr, "narrow", "caption", MB_OK)), 0x409);
-    EXPECT_EQ(languageOf(MessageBoxExA(nullptr, "narrow", "caption", MB_OK, 7)), 7);
+    EXPECT_EQ(languageOf(MessageBoxExA(nullptr, "narrow", nullptr, MB_OK, 7)), 7);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "caption: {T_Short}\ncaption: text\ncaption: narrow\ncaption: narrow\n");
+              "caption: {T_Short}\ncaption: text\ncaption: narrow\nError: narrow\n");
 }
 #endif
