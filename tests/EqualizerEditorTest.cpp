@@ -185,6 +185,34 @@ TEST_F(Editor, OpensWithTheEffectsValuesAndChangesNothing) {
     EXPECT_EQ(textOf(GetWindow(GetWindow(dialog, GW_CHILD), GW_HWNDNEXT)), L"Q");
 }
 
+/// A host that closes the editor when it is told of a change for the first time, and opens it again in the window.
+HWND windowToReopenIn = nullptr;
+intptr reopeningCallback(AEffect* effect, int32 opcode, int32, intptr, void*, float) {
+    if (opcode == audioMasterAutomate)
+        if (const HWND parent = std::exchange(windowToReopenIn, nullptr)) {
+            effect->dispatcher(effect, effEditClose, 0, 0, nullptr, 0.0f);
+            effect->dispatcher(effect, effEditOpen, 0, 0, parent, 0.0f);
+        }
+    return 2400;
+}
+
+TEST(EditorInAHost, MayBeClosedAndOpenedAgainWhileItTellsOfAChange) {
+    readyTrackbars();
+    const platform::Window window = makeHostWindow();
+    const HostedEffect effect(reopeningCallback);
+    const HWND first = effect.open(window.get());
+    windowToReopenIn = window.get();
+    const HWND slider = GetDlgItem(first, SliderIds[Volume]);
+    SendMessageW(slider, TBM_SETPOS, TRUE, 25);
+    SendMessageW(first, WM_VSCROLL, MAKEWPARAM(TB_ENDTRACK, 25), reinterpret_cast<LPARAM>(slider));
+    EXPECT_FALSE(IsWindow(first));
+    const HWND second = GetWindow(window.get(), GW_CHILD);
+    ASSERT_NE(second, nullptr);
+    EXPECT_EQ(SendMessageW(GetDlgItem(second, SliderIds[Volume]), TBM_GETPOS, 0, 0), 25);
+    effect.dispatch(effEditClose);
+    EXPECT_FALSE(IsWindow(second));
+}
+
 TEST_F(Editor, ReportsTheSizeThatTheDialogWillHave) {
     EXPECT_EQ(effect->record()->flags, 0x19);
     const HostedEffect closed;
