@@ -14,6 +14,7 @@ using standin::DialogTemplate;
 using standin::ItemTemplate;
 using standin::LockedWindow;
 using standin::parameterOf;
+using standin::styleOf;
 
 constexpr int UnitWidth = 6;   // of 4 units across
 constexpr int UnitHeight = 13; // of 8 units down
@@ -24,10 +25,6 @@ int across(int units) noexcept {
 
 int down(int units) noexcept {
     return MulDiv(units, UnitHeight, 8);
-}
-
-DWORD styleOf(HWND window) noexcept {
-    return static_cast<DWORD>(GetWindowLongW(window, GWL_STYLE));
 }
 
 /// Runs an action with a dialog's state; gives `otherwise` for what is no dialog.

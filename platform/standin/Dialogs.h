@@ -49,7 +49,6 @@ inline constexpr WORD DC_HASDEFID = 0x534B;
 
 inline constexpr int DLGC_WANTARROWS = 0x0001;
 inline constexpr int DLGC_WANTTAB = 0x0002;
-inline constexpr int DLGC_WANTALLKEYS = 0x0004;
 inline constexpr int DLGC_WANTMESSAGE = 0x0004;
 inline constexpr int DLGC_HASSETSEL = 0x0008;
 inline constexpr int DLGC_DEFPUSHBUTTON = 0x0010;

@@ -12,13 +12,10 @@ namespace {
 
 using standin::LockedWindow;
 using standin::parameterOf;
+using standin::styleOf;
 
 thread_local HWND focusHere = nullptr;
 thread_local std::array<BYTE, 256> keysHere{};
-
-DWORD styleOf(HWND window) noexcept {
-    return static_cast<DWORD>(GetWindowLongW(window, GWL_STYLE));
-}
 
 bool isUsable(HWND window) noexcept {
     return (styleOf(window) & (WS_VISIBLE | WS_DISABLED)) == WS_VISIBLE;

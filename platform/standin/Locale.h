@@ -5,7 +5,6 @@
 #include "platform/standin/Types.h"
 
 using LCID = DWORD;
-using LANGID = WORD;
 using LCTYPE = DWORD;
 
 inline constexpr LCID LOCALE_USER_DEFAULT = 0x0400;

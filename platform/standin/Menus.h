@@ -11,16 +11,12 @@ using MENUTEMPLATEW = void;
 inline constexpr UINT MF_BYCOMMAND = 0x00000000;
 inline constexpr UINT MF_BYPOSITION = 0x00000400;
 
-inline constexpr UINT MF_ENABLED = 0x00000000;
 inline constexpr UINT MF_GRAYED = 0x00000001;
 inline constexpr UINT MF_DISABLED = 0x00000002;
 inline constexpr UINT MF_CHECKED = 0x00000008;
 inline constexpr UINT MF_POPUP = 0x00000010;
-inline constexpr UINT MF_MENUBARBREAK = 0x00000020;
-inline constexpr UINT MF_MENUBREAK = 0x00000040;
 inline constexpr UINT MF_END = 0x00000080;
 inline constexpr UINT MF_SEPARATOR = 0x00000800;
-inline constexpr UINT MF_HELP = 0x00004000;
 
 extern "C" {
 

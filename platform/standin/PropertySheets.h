@@ -86,7 +86,6 @@ using PROPSHEETPAGEA = standin::PropSheetPage<char>;
 using PROPSHEETPAGEW = standin::PropSheetPage<wchar_t>;
 using LPCPROPSHEETPAGEA = const PROPSHEETPAGEA*;
 using LPCPROPSHEETPAGEW = const PROPSHEETPAGEW*;
-using LPFNPSPCALLBACKA = UINT(CALLBACK*)(HWND, UINT, PROPSHEETPAGEA*);
 using LPFNPSPCALLBACKW = UINT(CALLBACK*)(HWND, UINT, PROPSHEETPAGEW*);
 
 using PROPSHEETHEADERA = standin::PropSheetHeader<char>;
@@ -101,19 +100,12 @@ static_assert(sizeof(PROPSHEETHEADERA) == 8 + 11 * sizeof(void*));
 // The sizes of records from before the newer members.
 inline constexpr DWORD PROPSHEETPAGEA_V1_SIZE = offsetof(PROPSHEETPAGEA, pcRefParent) + sizeof(UINT*);
 inline constexpr DWORD PROPSHEETPAGEW_V1_SIZE = offsetof(PROPSHEETPAGEW, pcRefParent) + sizeof(UINT*);
-inline constexpr DWORD PROPSHEETPAGEA_V2_SIZE = offsetof(PROPSHEETPAGEA, pszHeaderSubTitle) + sizeof(LPCSTR);
-inline constexpr DWORD PROPSHEETPAGEW_V2_SIZE = offsetof(PROPSHEETPAGEW, pszHeaderSubTitle) + sizeof(LPCWSTR);
 inline constexpr DWORD PROPSHEETHEADERA_V1_SIZE =
     offsetof(PROPSHEETHEADERA, pfnCallback) + sizeof(PFNPROPSHEETCALLBACK);
-inline constexpr DWORD PROPSHEETHEADERW_V1_SIZE =
-    offsetof(PROPSHEETHEADERW, pfnCallback) + sizeof(PFNPROPSHEETCALLBACK);
-inline constexpr DWORD PROPSHEETHEADERA_V2_SIZE = sizeof(PROPSHEETHEADERA);
-inline constexpr DWORD PROPSHEETHEADERW_V2_SIZE = sizeof(PROPSHEETHEADERW);
 
 inline constexpr UINT MAXPROPPAGES = 100;
 
 // Other pages than those with these properties are refused.
-inline constexpr DWORD PSP_DEFAULT = 0x00000000;
 inline constexpr DWORD PSP_DLGINDIRECT = 0x00000001;
 inline constexpr DWORD PSP_USEHICON = 0x00000002;
 inline constexpr DWORD PSP_USEICONID = 0x00000004;
@@ -131,7 +123,6 @@ inline constexpr UINT PSPCB_RELEASE = 1;
 inline constexpr UINT PSPCB_CREATE = 2;
 
 // Other sheets than those with these properties are refused.
-inline constexpr DWORD PSH_DEFAULT = 0x00000000;
 inline constexpr DWORD PSH_USEHICON = 0x00000002;
 inline constexpr DWORD PSH_USEICONID = 0x00000004;
 inline constexpr DWORD PSH_PROPSHEETPAGE = 0x00000008;
@@ -149,7 +140,6 @@ inline constexpr UINT PSCB_INITIALIZED = 1;
 inline constexpr UINT PSCB_PRECREATE = 2;
 
 inline constexpr UINT PSN_FIRST = 0U - 200U;
-inline constexpr UINT PSN_LAST = 0U - 299U;
 inline constexpr UINT PSN_SETACTIVE = PSN_FIRST;
 inline constexpr UINT PSN_KILLACTIVE = PSN_FIRST - 1;
 inline constexpr UINT PSN_APPLY = PSN_FIRST - 2;
@@ -160,7 +150,6 @@ inline constexpr UINT PSN_WIZNEXT = PSN_FIRST - 7;
 inline constexpr UINT PSN_WIZFINISH = PSN_FIRST - 8;
 inline constexpr UINT PSN_QUERYCANCEL = PSN_FIRST - 9;
 
-inline constexpr LRESULT PSNRET_NOERROR = 0;
 inline constexpr LRESULT PSNRET_INVALID = 1;
 inline constexpr LRESULT PSNRET_INVALID_NOCHANGEPAGE = 2;
 

@@ -13,7 +13,6 @@ class TemplateCursor {
 public:
     explicit TemplateCursor(const void* start) noexcept : m_start(static_cast<const std::byte*>(start)) {}
 
-    [[nodiscard]] std::uint8_t takeByte() noexcept { return take<std::uint8_t>(); }
     [[nodiscard]] std::uint16_t takeWord() noexcept { return take<std::uint16_t>(); }
     [[nodiscard]] std::uint32_t takeDoubleWord() noexcept { return take<std::uint32_t>(); }
     [[nodiscard]] std::uint16_t peekWord() const noexcept { return TemplateCursor(*this).takeWord(); }

@@ -30,7 +30,6 @@ inline constexpr WORD TB_LINEUP = 0;
 inline constexpr WORD TB_LINEDOWN = 1;
 inline constexpr WORD TB_PAGEUP = 2;
 inline constexpr WORD TB_PAGEDOWN = 3;
-inline constexpr WORD TB_THUMBPOSITION = 4;
 inline constexpr WORD TB_THUMBTRACK = 5;
 inline constexpr WORD TB_TOP = 6;
 inline constexpr WORD TB_BOTTOM = 7;

@@ -14,13 +14,9 @@ using BYTE = std::uint8_t;
 using WORD = std::uint16_t;
 using DWORD = std::uint32_t;
 using UINT = std::uint32_t;
-using INT = int;
 using LONG = std::int32_t;
-using ULONG = std::uint32_t;
 using SHORT = std::int16_t;
-using USHORT = std::uint16_t;
 using CHAR = char;
-using WCHAR = wchar_t; // holds one UTF-16 code unit, whatever its width
 using SIZE_T = std::size_t;
 using INT_PTR = std::intptr_t;
 using UINT_PTR = std::uintptr_t;
@@ -31,7 +27,6 @@ using WPARAM = UINT_PTR;
 using LPARAM = LONG_PTR;
 using LRESULT = LONG_PTR;
 
-using PVOID = void*;
 using LPVOID = void*;
 using LPCVOID = const void*;
 using LPSTR = char*;
@@ -40,7 +35,6 @@ using LPWSTR = wchar_t*;
 using LPCWSTR = const wchar_t*;
 using LPBOOL = BOOL*;
 using LPBYTE = BYTE*;
-using LPWORD = WORD*;
 using LPDWORD = DWORD*;
 
 namespace standin {

@@ -13,6 +13,7 @@ namespace {
 
 using standin::LockedWindow;
 using standin::parameterOf;
+using standin::styleOf;
 using standin::Window;
 
 standin::HandleTable<Window>& windows() {
@@ -23,10 +24,6 @@ standin::HandleTable<Window>& windows() {
 HWND refuse(DWORD code) noexcept {
     SetLastError(code);
     return nullptr;
-}
-
-DWORD styleOf(HWND window) noexcept {
-    return static_cast<DWORD>(GetWindowLongW(window, GWL_STYLE));
 }
 
 bool isChildStyle(DWORD style) noexcept {

@@ -60,13 +60,11 @@ struct WNDCLASSEXW {
     HICON hIconSm;
 };
 
-inline constexpr DWORD WS_OVERLAPPED = 0x00000000;
 inline constexpr DWORD WS_TABSTOP = 0x00010000;
 inline constexpr DWORD WS_GROUP = 0x00020000;
 inline constexpr DWORD WS_THICKFRAME = 0x00040000;
 inline constexpr DWORD WS_SYSMENU = 0x00080000;
 inline constexpr DWORD WS_DLGFRAME = 0x00400000;
-inline constexpr DWORD WS_BORDER = 0x00800000;
 inline constexpr DWORD WS_CAPTION = 0x00C00000;
 inline constexpr DWORD WS_CLIPSIBLINGS = 0x04000000;
 inline constexpr DWORD WS_DISABLED = 0x08000000;
@@ -93,7 +91,6 @@ inline constexpr int CW_USEDEFAULT = -0x7FFFFFFF - 1;
 
 inline constexpr int GWL_STYLE = -16;
 inline constexpr int GWL_EXSTYLE = -20;
-inline constexpr int GWL_ID = -12;
 inline constexpr int GWLP_ID = -12;
 inline constexpr int GWLP_HINSTANCE = -6;
 inline constexpr int GWLP_WNDPROC = -4;
