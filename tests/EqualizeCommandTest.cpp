@@ -1,8 +1,8 @@
 #include "tests/support/EqualizeFixture.h"
+#include "tests/support/PseudoTerminal.h"
 
 #include <cmath>
 #include <complex>
-#include <cstring>
 #include <map>
 #include <numbers>
 #include <random>
@@ -14,19 +14,11 @@
 
 namespace {
 
-constexpr std::size_t Delay = 2048;
-
 Sound noise(int rate, int channels, std::size_t frames, float level = 1.0F) {
     Sound sound{rate, channels, std::vector<float>(frames * static_cast<std::size_t>(channels))};
     std::mt19937 generator(1);
     std::uniform_real_distribution<float> distribution(-level, level);
     for (float& sample : sound.samples) sample = distribution(generator);
-    return sound;
-}
-
-Sound impulse(int rate, std::size_t frames) {
-    Sound sound{rate, 1, std::vector<float>(frames)};
-    sound.samples[0] = 1.0F;
     return sound;
 }
 
@@ -61,59 +53,32 @@ std::complex<double> sectionAt(const Band& band, double frequency, double rate) 
     return 1.0 + (gain - 1.0) / 2.0 * (1.0 - allpass);
 }
 
-TEST_F(EqualizeCommand, GivesBackTheInputSampleForSampleWhenFlat) {
+TEST_F(EqualizeCommand, GivesBackTheInputAtTheVolumeFromTheFirstSampleOnWhateverTheBlock) {
     struct Row {
         int rate;
         int channels;
         std::size_t frames;
         const char* block;
+        const char* volume;
     };
     const Row rows[] = {
-        {44100, 1, 0, "8192"},    {44100, 1, 1, "8192"},    {48000, 2, 1, "1"},       {96000, 2, 2047, "2048"},
-        {44100, 3, 2048, "1000"}, {48000, 6, 2049, "4096"}, {96000, 1, 20000, "333"}, {44100, 2, 20000, "1000000"},
+        {44100, 1, 0, "8192", "0"},  {48000, 2, 1, "1", "0"},           {44100, 3, 2048, "1000", "6"},
+        {44100, 3, 5000, "1", "-6"}, {96000, 6, 20000, "1000000", "6"},
     };
     for (const Row& row : rows) {
-        SCOPED_TRACE(testing::Message() << row.rate << " Hz, " << row.channels << " channels, " << row.frames
-                                        << " frames, block " << row.block);
-        const Sound input = noise(row.rate, row.channels, row.frames, 3.0F);
-        writeSound(path("in.wav"), input);
-
-        const Outcome aligned = run({path("in.wav"), path("out.wav"), "--block", row.block});
-        EXPECT_EQ(aligned.exitCode, 0) << aligned.err;
+        SCOPED_TRACE(testing::Message() << row.rate << " Hz, " << row.channels << " channels, block " << row.block);
+        Sound sound = noise(row.rate, row.channels, row.frames, 3.0F);
+        writeSound(path("in.wav"), sound);
+        const auto gain = static_cast<float>(std::pow(10.0, std::stod(row.volume) * 0.05));
+        for (float& sample : sound.samples) sample *= gain;
+        EXPECT_EQ(equalized({"--block", row.block, "--volume", row.volume}), sound.samples);
         const SoundFile output = readSound(path("out.wav"));
         EXPECT_EQ(output.rate, row.rate);
         EXPECT_EQ(output.channels, row.channels);
-        EXPECT_EQ(output.format, SF_FORMAT_WAV | SF_FORMAT_FLOAT);
-        EXPECT_EQ(output.samples, input.samples);
 
-        EXPECT_EQ(run({path("in.wav"), path("out.wav"), "--block", row.block, "--keep-latency"}).exitCode, 0);
-        Sound delayed = input;
-        delayed.samples.insert(delayed.samples.begin(), Delay * static_cast<std::size_t>(row.channels), 0.0F);
-        EXPECT_EQ(readSound(path("out.wav")).samples, delayed.samples);
-    }
-}
-
-TEST_F(EqualizeCommand, AppliesTheSettingsFromTheFirstSampleOnInEveryChannel) {
-    const Sound input = noise(44100, 3, 5000);
-    writeSound(path("in.wav"), input);
-    std::vector<float> expected;
-    const auto gain = static_cast<float>(std::pow(10.0, 6.0 * 0.05));
-    for (const float sample : input.samples) expected.push_back(gain * sample);
-
-    ASSERT_EQ(run({path("in.wav"), path("out.wav"), "--volume", "6"}).exitCode, 0);
-    EXPECT_EQ(readSound(path("out.wav")).samples, expected);
-}
-
-TEST_F(EqualizeCommand, GivesTheSameSamplesWhateverTheBlock) {
-    writeSound(path("in.wav"), noise(44100, 2, 9000));
-    std::vector<float> first;
-    for (const char* const block : {"8192", "1", "2047", "100000"}) {
-        SCOPED_TRACE(block);
-        ASSERT_EQ(run({"--block", block, "--band", "1:freq=300,gain=-7,q=3", path("in.wav"), path("out.wav")}).exitCode,
-                  0);
-        const SoundFile output = readSound(path("out.wav"));
-        if (first.empty()) first = output.samples;
-        EXPECT_EQ(output.samples, first);
+        constexpr std::size_t Delay = 2048;
+        sound.samples.insert(sound.samples.begin(), Delay * static_cast<std::size_t>(row.channels), 0.0F);
+        EXPECT_EQ(equalized({"--block", row.block, "--volume", row.volume, "--keep-latency"}), sound.samples);
     }
 }
 
@@ -126,25 +91,17 @@ TEST_F(EqualizeCommand, HasTheResponseThatWasAskedForAtEveryRate) {
         const char* note;        ///< about the rate
     };
     constexpr const char* From48000 = "48000 Hz file: frequencies are scaled by 44100/48000";
-    constexpr const char* From96000 = "96000 Hz file: frequencies are scaled by 44100/96000";
     const Row rows[] = {
-        {44100, {"--band", "1:freq=1000,gain=10,q=2"}, 0, {{1000, 10, 2}}, ""},
         {44100, {"--band", "1:gain=4"}, 0, {{20, 4, 5}}, ""},
-        {48000, {"--band", "3:freq=1000,gain=-10,q=10"}, 0, {{1000, -10, 10}}, From48000},
         {48000, {"--band", "4:gain=-3"}, 0, {{20000, -3, 5}}, From48000},
         {48000, {"--band", "1:freq=21768.7,gain=6,q=1"}, 0, {{21768.7, 6, 1}}, From48000},
-        {96000, {"--volume", "-3.5", "--band", "2:freq=150,gain=5,q=1.5"}, -3.5, {{150, 5, 1.5}}, From96000},
         {96000,
-         {"--band", "1:freq=60,gain=3,q=1", "--band", "4:freq=30000,gain=-6,q=2", "--band", "2:freq=999,gain=-2,q=1",
-          "--band", "2:freq=700,q=4"},
-         0,
-         {{60, 3, 1}, {30000, -6, 2}, {700, -2, 4}},
-         From96000},
-        {96000,
-         {"--no-rate-correction", "--band", "1:freq=1000,gain=8,q=3"},
-         0,
-         {{1000 * 96000 / 44100.0, 8, 3}},
-         "not corrected"},
+         {"--volume", "-3.5", "--band", "1:freq=60,gain=3,q=1", "--band", "2:freq=999,gain=-2,q=1", "--band",
+          "2:freq=700,q=4"},
+         -3.5,
+         {{60, 3, 1}, {700, -2, 4}},
+         "96000 Hz file: frequencies are scaled by 44100/96000"},
+        {96000, {"--no-rate-correction", "--band", "1:gain=8"}, 0, {{20 * 96 / 44.1, 8, 5}}, "not corrected"},
         // Normalised values are for the effect as it stands, and override the others.
         {48000,
          {"--set", "2=0.5", "--set", "6=0", "--set", "10=1", "--set", "0=0.75", "--volume", "3"},
@@ -154,7 +111,9 @@ TEST_F(EqualizeCommand, HasTheResponseThatWasAskedForAtEveryRate) {
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(testing::Message() << row.rate << " Hz " << testing::PrintToString(row.options));
-        writeSound(path("in.wav"), impulse(row.rate, 1 << 17));
+        Sound impulse{row.rate, 1, std::vector<float>(1 << 17)};
+        impulse.samples[0] = 1.0F;
+        writeSound(path("in.wav"), impulse);
         Arguments arguments = row.options;
         arguments.insert(arguments.end(), {path("in.wav"), path("out.wav")});
         const Outcome outcome = run(arguments);
@@ -176,21 +135,6 @@ TEST_F(EqualizeCommand, HasTheResponseThatWasAskedForAtEveryRate) {
     }
 }
 
-TEST_F(EqualizeCommand, PassesOnNumbersThatAreNoneAndGoesOn) {
-    Sound input = noise(44100, 1, 6000);
-    input.samples[100] = std::numeric_limits<float>::quiet_NaN();
-    input.samples[3000] = std::numeric_limits<float>::infinity();
-    writeSound(path("in.wav"), input);
-    ASSERT_EQ(run({"--volume", "-6", path("in.wav"), path("out.wav")}).exitCode, 0);
-    const SoundFile output = readSound(path("out.wav"));
-    ASSERT_EQ(output.samples.size(), input.samples.size());
-    EXPECT_TRUE(std::isfinite(output.samples[99]));
-    EXPECT_TRUE(std::isnan(output.samples[100]));
-    // Whole numbers have no place for them.
-    ASSERT_EQ(run({path("in.wav"), path("out.flac")}).exitCode, 0);
-    EXPECT_EQ(readSound(path("out.flac")).samples[100], 0.0F);
-}
-
 TEST_F(EqualizeCommand, KeepsTheFormatUnlessTheExtensionNamesAnother) {
     struct Row {
         int input;
@@ -199,11 +143,9 @@ TEST_F(EqualizeCommand, KeepsTheFormatUnlessTheExtensionNamesAnother) {
         bool exact;
     };
     const Row rows[] = {
-        {SF_FORMAT_WAV | SF_FORMAT_PCM_16, "o.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, true},
         {SF_FORMAT_WAV | SF_FORMAT_PCM_16, "o.unknown", SF_FORMAT_WAV | SF_FORMAT_PCM_16, true},
         {SF_FORMAT_WAV | SF_FORMAT_PCM_U8, "o", SF_FORMAT_WAV | SF_FORMAT_PCM_U8, true},
         {SF_FORMAT_WAV | SF_FORMAT_PCM_24, "o.AIF", SF_FORMAT_AIFF | SF_FORMAT_PCM_24, true},
-        {SF_FORMAT_AIFF | SF_FORMAT_PCM_16, "o.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_16, true},
         {SF_FORMAT_WAV | SF_FORMAT_FLOAT, "o.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_24, false},
         {SF_FORMAT_WAV | SF_FORMAT_ULAW, "o.au", SF_FORMAT_AU | SF_FORMAT_ULAW, true},
         {SF_FORMAT_WAV | SF_FORMAT_DOUBLE, "o.caf", SF_FORMAT_CAF | SF_FORMAT_DOUBLE, true},
@@ -229,13 +171,16 @@ TEST_F(EqualizeCommand, KeepsTheFormatUnlessTheExtensionNamesAnother) {
 
 TEST_F(EqualizeCommand, RoundsAndLimitsWhatGoesIntoWholeNumbersAndTellsOfIt) {
     constexpr float Step = 0x1p-23F;
-    writeSound(path("in.wav"), {44100, 1, {1.0F, -1.0F, 1.5F, 0.6F * Step, 0.4F * Step, -0.6F * Step, -0.4F * Step}});
+    constexpr float NaN = std::numeric_limits<float>::quiet_NaN();
+    writeSound(path("in.wav"),
+               {44100, 1, {1.0F, -1.0F, 1.5F, 0.6F * Step, 0.4F * Step, -0.6F * Step, -0.4F * Step, NaN}});
     const Outcome outcome = run({path("in.wav"), path("out.flac")});
     EXPECT_NE(outcome.err.find("2 samples were clipped to full scale; the highest is 3.52 dB"), std::string::npos)
         << outcome.err;
     EXPECT_EQ(readSound(path("out.flac")).samples,
-              (std::vector<float>{1.0F - Step, -1.0F, 1.0F - Step, Step, 0.0F, -Step, 0.0F}));
+              (std::vector<float>{1.0F - Step, -1.0F, 1.0F - Step, Step, 0.0F, -Step, 0.0F, 0.0F}));
     EXPECT_EQ(run({path("in.wav"), path("out.wav")}).err.find("clipped"), std::string::npos);
+    EXPECT_TRUE(std::isnan(readSound(path("out.wav")).samples[7]));
 }
 
 TEST_F(EqualizeCommand, ReplacesItsOwnInputAndKeepsPermissionsAndLinks) {
@@ -270,60 +215,50 @@ TEST_F(EqualizeCommand, WritesACompleteFileIntoAPipe) {
 }
 
 TEST_F(EqualizeCommand, LeavesNothingBehindWhenTheInputIsBad) {
-    const Sound sound = noise(44100, 2, 60000, 0.5F);
-    const auto cutOff = [&](const char* name, int format, double share, const char* title = nullptr) {
-        writeSound(path(name), sound, format, title);
-        const auto size = static_cast<double>(std::filesystem::file_size(path(name)));
-        std::filesystem::resize_file(path(name), static_cast<std::uintmax_t>(size * share));
-    };
-    cutOff("cut.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 0.5);
-    cutOff("cut by a frame.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 1.0 - 4.0 / 240044.0);
-    cutOff("cut.rf64", SF_FORMAT_RF64 | SF_FORMAT_PCM_16, 0.5);
-    cutOff("cut.w64", SF_FORMAT_W64 | SF_FORMAT_PCM_16, 0.5);
-    // A chunk of odd length stands in front of the sound.
-    cutOff("cut.aiff", SF_FORMAT_AIFF | SF_FORMAT_FLOAT, 0.7, "odd");
-    cutOff("cut.au", SF_FORMAT_AU | SF_FORMAT_PCM_16, 0.7);
-    cutOff("cut.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 0.7);
-    cutOff("cut in the header.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 0.0001);
-    cutOff("empty.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 0.0);
     writeText(path("text.wav"), "This is not sound, whatever its name says.\n");
     writeText(path("out.wav"), "what was there");
-    const auto before = folder();
-
-    const std::map<std::string, std::string> rows = {
+    struct Row {
+        const char* name;
+        const char* message;
+        int format = 0; ///< of a file that is made, and of which a share is kept
+        double share = 0.0;
+    };
+    const Row rows[] = {
         {"missing.wav", "No such file"},
         {".", "Is a directory"},
         {"text.wav", "not a readable audio file"},
-        {"empty.wav", "not a readable audio file"},
-        {"cut in the header.wav", "not a readable audio file"},
-        {"cut.wav", "ends early: 119978 of 240000 bytes"},
-        {"cut by a frame.wav", "ends early: 239996 of 240000 bytes"},
-        {"cut.rf64", "ends early"},
-        {"cut.w64", "ends early"},
-        {"cut.aiff", "ends early"},
-        {"cut.au", "ends early"},
-        {"cut.flac", "of 60000 frames could be read"},
+        {"empty.wav", "not a readable audio file", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 0.0},
+        {"header.wav", "not a readable audio file", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 0.0001},
+        {"frame.wav", "ends early: 239996 of 240000 bytes", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 1.0 - 4.0 / 240044.0},
+        {"cut.rf64", "ends early", SF_FORMAT_RF64 | SF_FORMAT_PCM_16, 0.5},
+        {"cut.w64", "ends early", SF_FORMAT_W64 | SF_FORMAT_PCM_16, 0.5},
+        {"cut.aiff", "ends early", SF_FORMAT_AIFF | SF_FORMAT_FLOAT, 0.7},
+        {"cut.au", "ends early", SF_FORMAT_AU | SF_FORMAT_PCM_16, 0.7},
+        {"cut.flac", "of 60000 frames could be read", SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 0.7},
     };
-    for (const auto& [name, message] : rows) {
-        const Outcome outcome = run({path(name), path("out.wav")});
-        EXPECT_EQ(outcome.exitCode, 1) << name;
-        EXPECT_NE(outcome.err.find(message), std::string::npos) << name << ": " << outcome.err;
-        EXPECT_EQ(outcome.err.rfind("equalize: ", 0), 0U) << outcome.err;
-        EXPECT_EQ(folder(), before) << name;
-        EXPECT_EQ(contents(path("out.wav")), "what was there") << name;
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        if (row.format != 0) {
+            // In AIFF, the title makes a chunk of odd length in front of the sound.
+            const bool isAiff = row.name == std::string("cut.aiff");
+            writeSound(path(row.name), noise(44100, 2, 60000, 0.5F), row.format, isAiff ? "odd" : nullptr);
+            const auto size = static_cast<double>(std::filesystem::file_size(path(row.name)));
+            std::filesystem::resize_file(path(row.name), static_cast<std::uintmax_t>(size * row.share));
+        }
+        const auto before = folder();
+        expectFailure(run({path(row.name), path("out.wav")}), 1, row.message);
+        EXPECT_EQ(folder(), before);
+        EXPECT_EQ(contents(path("out.wav")), "what was there");
     }
 }
 
 TEST_F(EqualizeCommand, TakesAHeaderThatLeavesItsLengthOpen) {
-    const Sound input = noise(44100, 1, 3000);
-    writeSound(path("in.wav"), input, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
+    writeSound(path("in.wav"), noise(44100, 1, 3000), SF_FORMAT_WAV | SF_FORMAT_PCM_16);
     std::string bytes = contents(path("in.wav"));
     for (const std::size_t sizeField : {4, 40}) bytes.replace(sizeField, 4, 4, '\xFF');
     const std::vector<float> expected = readSound(path("in.wav")).samples;
     writeText(path("in.wav"), bytes);
-    const Outcome outcome = run({path("in.wav"), path("out.wav")});
-    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
-    EXPECT_EQ(readSound(path("out.wav")).samples, expected);
+    EXPECT_EQ(equalized({}), expected);
 }
 
 TEST_F(EqualizeCommand, LosesNothingWhenTheOutputCannotBeWritten) {
@@ -347,22 +282,17 @@ TEST_F(EqualizeCommand, LosesNothingWhenTheOutputCannotBeWritten) {
     };
     const Row rows[] = {
         {"in.wav", "/dev/full", RLIM_INFINITY, "No space left on device"},
-        {"short.wav", "/dev/full", RLIM_INFINITY, "No space left on device"},
         {"in.wav", path("nowhere/out.wav"), RLIM_INFINITY, "No such file or directory"},
-        {"in.wav", path("in.wav/out.wav"), RLIM_INFINITY, "Not a directory"},
         {"in.wav", path("folder"), RLIM_INFINITY, "Is a directory"},
         // The limit is met in the middle, while the last is written, and while a coder is flushed.
         {"in.wav", path("out.wav"), 100000, "File too large"},
         {"short.wav", path("out.wav"), 300, "File too large"},
-        {"in.wav", path("out.flac"), 1024, "File too large"},
         {"short.wav", path("out.flac"), 300, "File too large"},
         {"short.wav", path("out.ogg"), 4000, "File too large"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.input + (" to " + row.output));
-        const Outcome outcome = run({path(row.input), row.output}, limitTo(row.limit));
-        EXPECT_EQ(outcome.exitCode, 1);
-        EXPECT_NE(outcome.err.find(row.message), std::string::npos) << outcome.err;
+        expectFailure(run({path(row.input), row.output}, limitTo(row.limit)), 1, row.message);
         EXPECT_EQ(folder(), before);
         for (const char* const name : {"out.wav", "out.flac", "out.ogg"}) EXPECT_EQ(contents(path(name)), text);
     }
@@ -391,34 +321,18 @@ TEST_F(EqualizeCommand, RemovesItsTemporaryFileWhenASignalEndsIt) {
     }
 }
 
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 TEST_F(EqualizeCommand, NeedsNoMoreMemoryForALongFile) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    constexpr int LongSeconds = 60;
-    constexpr bool ComparesMemory = false;
-#else
-    constexpr int LongSeconds = 600;
-    constexpr bool ComparesMemory = true;
-#endif
-    const auto memoryFor = [&](int seconds) {
-        SF_INFO info = {};
-        info.samplerate = 44100;
-        info.channels = 2;
-        info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
-        SNDFILE* const file = sf_open(path("in.wav").c_str(), SFM_WRITE, &info);
-        const std::vector<float> second = noise(44100, 2, 44100, 0.5F).samples;
-        for (int i = 0; i < seconds; ++i) sf_write_float(file, second.data(), static_cast<sf_count_t>(second.size()));
-        sf_close(file);
+    const auto memoryFor = [&](std::size_t seconds) {
+        writeSound(path("in.wav"), noise(44100, 2, seconds * 44100, 0.5F), SF_FORMAT_WAV | SF_FORMAT_PCM_16);
         const Outcome outcome = run({path("in.wav"), path("out.wav"), "--band", "2:gain=2"});
         EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
-        EXPECT_EQ(std::filesystem::file_size(path("out.wav")), std::filesystem::file_size(path("in.wav")));
         return outcome.mostKilobytes;
     };
-    const long forShort = memoryFor(LongSeconds / 10);
-    const long forLong = memoryFor(LongSeconds);
-    if (ComparesMemory) {
-        EXPECT_LT(forLong, forShort + 2048);
-    }
+    const long forShort = memoryFor(6);
+    EXPECT_LT(memoryFor(60), forShort + 2048);
 }
+#endif
 
 TEST_F(EqualizeCommand, RefusesBadUsageAndTellsWhatWouldBeRight) {
     writeSound(path("48000.wav"), noise(48000, 1, 100));
@@ -437,61 +351,42 @@ TEST_F(EqualizeCommand, RefusesBadUsageAndTellsWhatWouldBeRight) {
         {{in, out, "--volume"}, "--volume"},
         {{in, out, "--volume", "12.5"}, "-12 to 12 dB"},
         {{in, out, "--volume", "nan"}, "-12 to 12 dB"},
-        {{in, out, "--volume", ""}, "-12 to 12 dB"},
         {{in, out, "--volume", "3dB"}, "-12 to 12 dB"},
-        {{in, out, "--band", "0:gain=1"}, "1 to 4"},
         {{in, out, "--band", "5:gain=1"}, "1 to 4"},
         {{in, out, "--band", "1"}, "N:freq=HZ,gain=DB,q=Q"},
         {{in, out, "--band", "1:"}, "freq=HZ, gain=DB and q=Q"},
-        {{in, out, "--band", "1:gain"}, "freq=HZ, gain=DB and q=Q"},
         {{in, out, "--band", "1:gain=1,width=2"}, "freq=HZ, gain=DB and q=Q"},
         {{in, out, "--band", "1:gain=-10.1"}, "-10 to 10 dB"},
         {{in, out, "--band", "1:q=0.5"}, "1 to 10"},
-        {{in, out, "--band", "1:freq=-100"}, "20 to 20000 Hz"},
         {{in, out, "--band", "1:freq=21.76"}, "21.77 to 21768.70 Hz"},
         {{in, out, "--band", "1:freq=21768.8"}, "21.77 to 21768.70 Hz"},
         {{in, out, "--band", "1:gain=1"}, "21.77 to 21768.70 Hz"},
         {{path("32000.wav"), out, "--band", "4:gain=1"}, "14.52 to 14512.47 Hz"},
         {{in, out, "--band", "1:freq=19.9", "--no-rate-correction"}, "20 to 20000 Hz"},
         {{in, out, "--set", "13=0"}, "0 to 12"},
-        {{in, out, "--set", "-1=0"}, "0 to 12"},
         {{in, out, "--set", "1=1.01"}, "0 to 1"},
         {{in, out, "--set", "1"}, "INDEX=P"},
         {{in, out, "--block", "0"}, "1 to 1000000"},
-        {{in, out, "--block", "1000001"}, "1 to 1000000"},
     };
     for (const Row& row : rows) {
-        const Outcome outcome = run(row.arguments);
-        EXPECT_EQ(outcome.exitCode, 2) << testing::PrintToString(row.arguments);
-        EXPECT_EQ(outcome.err.rfind("equalize: ", 0), 0U) << outcome.err;
-        EXPECT_NE(outcome.err.find(row.message), std::string::npos)
-            << testing::PrintToString(row.arguments) << ": " << outcome.err;
+        SCOPED_TRACE(testing::PrintToString(row.arguments));
+        expectFailure(run(row.arguments), 2, row.message);
         EXPECT_FALSE(std::filesystem::exists(out));
     }
     EXPECT_EQ(run({in, out, "--band", "1:freq=21.77", "--band", "2:freq=21768.7"}).exitCode, 0);
+    EXPECT_EQ(run({"--help"}).exitCode, 0);
 }
 
 TEST_F(EqualizeCommand, ReadsThePresetThatItWrites) {
     writeSound(path("in.wav"), noise(48000, 1, 6000));
-    const Arguments settings = {"--volume", "-1.25", "--band", "2:freq=440.5,gain=-6.5,q=1.7", "--set", "5=0.3"};
-    Arguments direct = settings;
-    direct.insert(direct.end(), {path("in.wav"), path("direct.wav")});
-    ASSERT_EQ(run(direct).exitCode, 0);
-    Arguments save = settings;
-    save.insert(save.end(), {"--save-preset", path("my preset")});
-    ASSERT_EQ(run(save).exitCode, 0);
-
-    const Outcome outcome = run({"--preset", path("my preset"), path("in.wav"), path("preset.wav")});
-    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
-    EXPECT_EQ(readSound(path("preset.wav")).samples, readSound(path("direct.wav")).samples);
+    const auto direct = equalized({"--volume", "-1.25", "--band", "2:freq=440.5,gain=-6.5,q=1.7", "--set", "5=0.3",
+                                   "--save-preset", path("my preset")});
+    EXPECT_EQ(equalized({"--preset", path("my preset")}), direct);
 
     // Whatever the order, the command line overrides it.
     writeText(path("my preset"), "volume=9 # loud\r\n\r\n  band1.gain =\t3\nband1.freq = 20\n");
-    ASSERT_EQ(run({"--volume", "0", "--band", "1:gain=0,freq=500", "--preset", path("my preset"), path("in.wav"),
-                   path("flat.wav")})
-                  .exitCode,
-              0);
-    EXPECT_EQ(readSound(path("flat.wav")).samples, readSound(path("in.wav")).samples);
+    EXPECT_EQ(equalized({"--volume", "0", "--band", "1:gain=0,freq=500", "--preset", path("my preset")}),
+              readSound(path("in.wav")).samples);
 }
 
 TEST_F(EqualizeCommand, NamesTheLineOfABadPreset) {
@@ -504,13 +399,10 @@ TEST_F(EqualizeCommand, NamesTheLineOfABadPreset) {
     for (const auto& [line, message] : rows) {
         writeText(path("preset"), "# A comment.\n\n" + line + "\n");
         const Outcome outcome = run({"--preset", path("preset"), path("in.wav"), path("out.wav")});
-        EXPECT_EQ(outcome.exitCode, 1) << line;
-        EXPECT_NE(outcome.err.find(path("preset") + ":3: "), std::string::npos) << outcome.err;
-        EXPECT_NE(outcome.err.find(message), std::string::npos) << outcome.err;
+        expectFailure(outcome, 1, path("preset") + ":3: ");
+        expectFailure(outcome, 1, message);
     }
-    const Outcome missing = run({"--preset", path("missing"), "--list"});
-    EXPECT_EQ(missing.exitCode, 1);
-    EXPECT_NE(missing.err.find("No such file"), std::string::npos) << missing.err;
+    expectFailure(run({"--preset", path("missing"), "--list"}), 1, "No such file");
 }
 
 TEST_F(EqualizeCommand, ListsParametersRangesAndValues) {
@@ -527,154 +419,96 @@ TEST_F(EqualizeCommand, ListsParametersRangesAndValues) {
           " 12 band4.q Q(4) 1 to 10 0.555556 5.00 "})
         EXPECT_NE(table.find(row), std::string::npos) << row << "\n" << outcome.out;
 
-    const Outcome full = run({"--list"}, [] { dup2(open("/dev/full", O_WRONLY), STDOUT_FILENO); });
-    EXPECT_EQ(full.exitCode, 1);
-    EXPECT_NE(full.err.find("No space left on device"), std::string::npos) << full.err;
+    const auto toAFullDevice = [] { dup2(open("/dev/full", O_WRONLY), STDOUT_FILENO); };
+    expectFailure(run({"--list"}, toAFullDevice), 1, "No space left on device");
 }
 
-TEST_F(EqualizeCommand, TakesTheLibraryThatIsNamed) {
-    writeSound(path("in.wav"), noise(44100, 1, 100));
-    std::filesystem::copy_file(EQ_LIBRARY_PATH, path("copy of it.so"));
-    EXPECT_EQ(run({"--plugin", path("copy of it.so"), path("in.wav"), path("out.wav")}).exitCode, 0);
-    const auto inTheFolder = [&] { std::filesystem::current_path(path("")); };
-    EXPECT_EQ(run({"--plugin", "copy of it.so", "in.wav", "out.wav"}, inTheFolder).exitCode, 0);
-    writeText(path("text.so"), "not a library");
-    for (const char* const name : {"missing.so", "text.so"}) {
-        const Outcome outcome = run({"--plugin", path(name), path("in.wav"), path("out.wav")});
-        EXPECT_EQ(outcome.exitCode, 1);
-        EXPECT_NE(outcome.err.find(name), std::string::npos) << outcome.err;
-    }
-}
-
-TEST_F(EqualizeCommand, FindsTheLibraryBesideItselfOrElseWhereItIsInstalled) {
+TEST_F(EqualizeCommand, TakesTheLibraryThatIsNamedOrElseBesideItselfOrElseWhereItIsInstalled) {
     std::filesystem::create_directories(path("bin"));
     std::filesystem::create_directories(path("lib/vst"));
     const std::string beside = path("bin/Parametric Equalizer.so");
     const std::string installed = path("lib/vst/Parametric Equalizer.so");
     moveProgramTo(path("bin/equalize"));
-
-    const Outcome missing = run({"--list"});
-    EXPECT_EQ(missing.exitCode, 1);
-    for (const std::string& place : {beside, installed})
-        EXPECT_NE(missing.err.find(place), std::string::npos) << missing.err;
+    for (const std::string& place : {beside, installed}) expectFailure(run({"--list"}), 1, place);
 
     std::filesystem::copy_file(EQ_LIBRARY_PATH, installed);
-    const Outcome there = run({"--list"});
-    EXPECT_EQ(there.exitCode, 0) << there.err;
+    EXPECT_EQ(run({"--list"}).exitCode, 0);
 
     // Also through a link in another folder. The one beside the program comes first.
     std::filesystem::create_symlink(path("bin/equalize"), path("link"));
     writeText(beside, "not a library");
-    const Outcome first = run({"--list"}, [&] { execl(path("link").c_str(), "equalize", "--list", nullptr); });
-    EXPECT_EQ(first.exitCode, 1);
-    EXPECT_NE(first.err.find(beside), std::string::npos) << first.err;
+    const auto throughTheLink = [&] { execl(path("link").c_str(), "equalize", "--list", nullptr); };
+    expectFailure(run({}, throughTheLink), 1, beside);
+
+    const auto inItsFolder = [&] { std::filesystem::current_path(path("lib/vst")); };
+    EXPECT_EQ(run({"--plugin", "Parametric Equalizer.so", "--list"}, inItsFolder).exitCode, 0);
 }
 
-/// What a reader of the picture measures: pixels against the axes' labels. Band 1 is to be flat.
-class Picture {
-public:
-    struct Point {
-        double x;
-        double y;
-    };
-    using Curve = std::vector<Point>;
-
-    explicit Picture(const std::string& svg) {
-        for (std::size_t at = svg.find("<text "); at != std::string::npos; at = svg.find("<text ", at + 1))
-            labels[between(svg, ">", "<", at)] = {std::stod(between(svg, " x=\"", "\"", at)),
-                                                  std::stod(between(svg, " y=\"", "\"", at))};
-        for (std::size_t at = svg.find("<polyline "); at != std::string::npos; at = svg.find("<polyline ", at + 1)) {
-            dashes.insert(between(svg, "stroke-dasharray=\"", "\"", at));
-            std::istringstream points(between(svg, "points=\"", "\"", at));
-            Curve& curve = curves.emplace_back();
-            Point point = {};
-            for (char comma = 0; points >> point.x >> comma >> point.y;) curve.push_back(point);
-        }
-    }
-
-    /// The frequency and the level of the highest point of a curve.
-    [[nodiscard]] std::pair<double, double> peakOf(const Curve& curve) const {
-        const Point peak =
-            *std::min_element(curve.begin(), curve.end(), [](const Point& a, const Point& b) { return a.y < b.y; });
-        const double decade = labels.at("1k").x - labels.at("100").x;
-        const double decibel = (labels.at("0").y - labels.at("+6").y) / 6.0;
-        return {1000.0 * std::pow(10.0, (peak.x - labels.at("1k").x) / decade),
-                (curves.front().front().y - peak.y) / decibel};
-    }
-
-    std::map<std::string, Point> labels;
-    std::set<std::string> dashes;
-    std::vector<Curve> curves;
-
-private:
-    static std::string between(const std::string& text, const std::string& before, const char* after, std::size_t at) {
-        const std::size_t begin = text.find(before, at) + before.size();
-        return text.substr(begin, text.find(after, begin) - begin);
-    }
+struct Point {
+    double x;
+    double y;
 };
 
 TEST_F(EqualizeCommand, DrawsTheMeasuredResponse) {
     writeSound(path("96000.wav"), noise(96000, 1, 10));
-    const Arguments settings = {"--plot", path("plot.svg"), "--band", "2:freq=400,gain=8,q=4", "--volume", "-2"};
-    for (const bool withFile : {false, true}) {
-        SCOPED_TRACE(withFile);
-        Arguments arguments = settings;
-        if (withFile) arguments.insert(arguments.end(), {path("96000.wav"), path("out.wav")});
+    for (const Arguments& files : {Arguments{}, Arguments{path("96000.wav"), path("out.wav")}}) {
+        Arguments arguments = {"--plot", path("plot.svg"), "--band", "2:freq=400,gain=8,q=4", "--volume", "-2"};
+        arguments.insert(arguments.end(), files.begin(), files.end());
         const Outcome outcome = run(arguments);
         ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
-        const std::string svg = contents(path("plot.svg"));
-        const Picture picture(svg);
-        for (const char* const label : {"20", "50", "100", "200", "500", "1k", "2k", "5k", "10k", "20k", "Band 2",
-                                        "400 Hz", "+8.0 dB", "Q 4.0", "All bands, volume \u22122.0 dB"})
-            EXPECT_EQ(picture.labels.count(label), 1U) << label;
-        for (const char* const word : {"<script", "href", "font-face", "url("})
-            EXPECT_EQ(svg.find(word), std::string::npos) << word;
 
+        // What a reader measures: pixels against the axes' labels.
+        const std::string svg = contents(path("plot.svg"));
+        const auto attribute = [&svg](const std::string& name, std::size_t at) {
+            const std::size_t begin = svg.find(" " + name + "=\"", at) + name.size() + 3;
+            return svg.substr(begin, svg.find('"', begin) - begin);
+        };
+        std::map<std::string, Point> labels;
+        for (std::size_t at = svg.find("<text "); at != std::string::npos; at = svg.find("<text ", at + 1)) {
+            const std::size_t begin = svg.find('>', at) + 1;
+            const std::string label = svg.substr(begin, svg.find('<', begin) - begin);
+            labels[label] = {std::stod(attribute("x", at)), std::stod(attribute("y", at))};
+        }
+        for (const char* const label :
+             {"20", "20k", "Band 2", "400 Hz", "+8.0 dB", "Q 4.0", "All bands, volume \u22122.0 dB"})
+            EXPECT_EQ(labels.count(label), 1U) << label;
+        std::vector<Point> peaks;
+        std::set<std::string> dashes;
+        for (std::size_t at = svg.find("<polyline "); at != std::string::npos; at = svg.find("<polyline ", at + 1)) {
+            dashes.insert(attribute("stroke-dasharray", at));
+            std::istringstream points(attribute("points", at));
+            Point point = {};
+            Point& peak = peaks.emplace_back(Point{0.0, 1e9});
+            for (char comma = 0; points >> point.x >> comma >> point.y;)
+                if (point.y < peak.y) peak = point;
+        }
         // A line for each band and the sum, told apart without colours.
-        ASSERT_EQ(picture.curves.size(), 5U);
-        EXPECT_EQ(picture.dashes.size(), 5U);
-        const Picture::Curve& flat = picture.curves[0];
-        for (const Picture::Point& point : flat) EXPECT_NEAR(point.y, flat.front().y, 0.01);
+        ASSERT_EQ(peaks.size(), 5U);
+        EXPECT_EQ(dashes.size(), 5U);
+        const double decade = labels["1k"].x - labels["100"].x;
+        const double decibel = (labels["0"].y - labels["+6"].y) / 6.0;
         constexpr double HalfALetter = 5.0;
-        EXPECT_NEAR(flat.front().y, picture.labels.at("0").y, HalfALetter);
-        const auto band = picture.peakOf(picture.curves[1]);
-        EXPECT_NEAR(band.first, 400.0, 4.0);
-        EXPECT_NEAR(band.second, 8.0, 0.05);
-        const auto sum = picture.peakOf(picture.curves[4]);
-        EXPECT_NEAR(sum.first, 400.0, 4.0);
-        EXPECT_NEAR(sum.second, 6.0, 0.05);
+        EXPECT_NEAR(peaks[0].y, labels["0"].y, HalfALetter); // band 1 is flat
+        for (const auto& [line, level] : {std::pair(1U, 8.0), std::pair(4U, 6.0)}) {
+            EXPECT_NEAR(1000.0 * std::pow(10.0, (peaks[line].x - labels["1k"].x) / decade), 400.0, 4.0);
+            EXPECT_NEAR((peaks[0].y - peaks[line].y) / decibel, level, 0.05);
+        }
     }
 }
 
 TEST_F(EqualizeCommand, ShowsItsProgressOnATerminalOnly) {
     writeSound(path("in.wav"), noise(44100, 1, 1000));
-    const int terminal = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-    ASSERT_GE(terminal, 0);
-    ASSERT_EQ(grantpt(terminal), 0);
-    ASSERT_EQ(unlockpt(terminal), 0);
-    const std::string name = ptsname(terminal);
+    const PseudoTerminal terminal;
     // Held open, so that what the command writes stays readable.
-    const int held = open(name.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    const int held = open(terminal.path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
     ASSERT_EQ(run({path("in.wav"), path("out.wav")}, [&] { dup2(held, STDERR_FILENO); }).exitCode, 0);
-    std::array<char, 4096> shown = {};
-    EXPECT_GT(read(terminal, shown.data(), shown.size() - 1), 0);
-    EXPECT_NE(std::strstr(shown.data(), "\r["), nullptr) << shown.data();
+    EXPECT_EQ(terminal.receive(2), "\r[");
     close(held);
-    close(terminal);
 
     const Outcome piped = run({path("in.wav"), path("out.wav")});
     EXPECT_EQ(piped.err.find('\r'), std::string::npos) << piped.err;
     EXPECT_EQ(std::count(piped.err.begin(), piped.err.end(), '\n'), 1) << piped.err;
     EXPECT_EQ(run({path("in.wav"), path("out.wav"), "--quiet"}).err, "");
-}
-
-TEST_F(EqualizeCommand, HelpsOnRequest) {
-    const Outcome outcome = run({"--help"});
-    EXPECT_EQ(outcome.exitCode, 0);
-    for (const char* const option :
-         {"--volume", "--band", "--set", "--preset", "--save-preset", "--block", "--keep-latency",
-          "--no-rate-correction", "--plugin", "--plot", "--list", "--quiet"})
-        EXPECT_NE(outcome.out.find(option), std::string::npos) << option;
 }
 
 } // namespace

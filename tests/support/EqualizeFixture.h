@@ -89,6 +89,20 @@ protected:
         return finish(start(arguments, prepare));
     }
 
+    /// What becomes of "in.wav" in a run with these options, which succeeds.
+    [[nodiscard]] std::vector<float> equalized(Arguments options) const {
+        options.insert(options.end(), {path("in.wav"), path("out.wav")});
+        const Outcome outcome = run(options);
+        EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+        return readSound(path("out.wav")).samples;
+    }
+
+    static void expectFailure(const Outcome& outcome, int exitCode, const std::string& message) {
+        EXPECT_EQ(outcome.exitCode, exitCode);
+        EXPECT_EQ(outcome.err.rfind("equalize: ", 0), 0U) << outcome.err;
+        EXPECT_NE(outcome.err.find(message), std::string::npos) << outcome.err;
+    }
+
     /// Has the command run from another place.
     void moveProgramTo(const std::filesystem::path& place) {
         std::filesystem::copy_file(EQ_EQUALIZE_PATH, place);
