@@ -1,12 +1,13 @@
 // Runs the command `lngcheck` as a user does, in a folder of its own with blanks in its name.
 
+#include "tests/support/TemporaryFolder.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -14,81 +15,40 @@
 
 namespace {
 
-/// A file without faults, one key a line: line 3 is IDS_DB, line 12 IDD_Options_B1.
-const std::vector<std::string> CleanLines = {
-    "<CODEPAGE 1252>",
-    "[Parametric Equalizer]",
-    "IDS_DB = dB",
-    "IDS_Hz = Hz",
-    "IDS_kHz = kHz",
-    "IDD_Options_Q = Q",
-    "IDD_Options_20KHz = 20 kHz",
-    "IDD_Options_Freq = Frequency",
-    "IDD_Options_20Hz = 20 Hz",
-    "IDD_Options_p10dB = +10 dB",
-    "IDD_Options_Gain = Gain",
-    "IDD_Options_B1 = Band 1",
-    "IDD_Options_B2 = Band 2",
-    "IDD_Options_B3 = Band 3",
-    "IDD_Options_B4 = Band 4",
-    "IDD_Options_m10dB = -10 dB",
-    "IDD_Options_Master = Master",
-    "IDD_Options_p12dB = +12 dB",
-    "IDD_Options_m12dB = -12 dB",
-    "[Shared]",
-    "MSGBOX_OK = OK",
-    "MSGBOX_CANCEL = Cancel",
-    "MSGBOX_HELP = Help",
-    "PRSHT_APPLY_NOW = &Apply",
-    "PRSHT_WIZBACK = < &Back",
-    "PRSHT_WIZNEXT = &Next >",
-    "PRSHT_WIZFINISH = &Finish",
-};
+/// A file without faults: line 3 is IDS_DB, 11 IDD_Options_Gain, 12 IDD_Options_B1, 23 MSGBOX_HELP.
+const std::string Clean = "<CODEPAGE 1252>\n[Parametric Equalizer]\n"
+                          "IDS_DB = dB\nIDS_Hz = Hz\nIDS_kHz = kHz\nIDD_Options_Q = Q\nIDD_Options_20KHz = 20 kHz\n"
+                          "IDD_Options_Freq = Frequency\nIDD_Options_20Hz = 20 Hz\nIDD_Options_p10dB = +10 dB\n"
+                          "IDD_Options_Gain = Gain\nIDD_Options_B1 = Band 1\nIDD_Options_B2 = Band 2\n"
+                          "IDD_Options_B3 = Band 3\nIDD_Options_B4 = Band 4\nIDD_Options_m10dB = -10 dB\n"
+                          "IDD_Options_Master = Master\nIDD_Options_p12dB = +12 dB\nIDD_Options_m12dB = -12 dB\n"
+                          "[Shared]\nMSGBOX_OK = OK\nMSGBOX_CANCEL = Cancel\nMSGBOX_HELP = Help\n"
+                          "PRSHT_APPLY_NOW = &Apply\nPRSHT_WIZBACK = < &Back\nPRSHT_WIZNEXT = &Next >\n"
+                          "PRSHT_WIZFINISH = &Finish\n";
 
-std::string textOf(const std::vector<std::string>& lines) {
+/// The clean file with another text in one line.
+std::string cleanBut(int number, const std::string& line, const std::string& codepage = "1252") {
+    std::istringstream clean(Clean);
     std::string text;
-    for (const std::string& line : lines) text += line + "\n";
+    std::string old;
+    for (int i = 1; std::getline(clean, old); ++i)
+        text += (i == number ? line : i == 1 ? "<CODEPAGE " + codepage + ">" : old) + "\n";
     return text;
 }
 
-/// The clean file with another text in one line.
-std::string cleanBut(std::size_t number, const std::string& line, const std::string& codepage = "1252") {
-    std::vector<std::string> lines = CleanLines;
-    lines[0] = "<CODEPAGE " + codepage + ">";
-    lines[number - 1] = line;
-    return textOf(lines);
-}
-
-struct Outcome {
-    int exitCode;
-    std::string output;
-};
-
 class LngcheckCommand : public ::testing::Test {
 protected:
-    void SetUp() override {
-        std::string pattern = (std::filesystem::temp_directory_path() / "lngcheck test XXXXXX").string();
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        m_folder = std::filesystem::canonical(pattern);
-    }
-    void TearDown() override { std::filesystem::remove_all(m_folder); }
+    struct Outcome {
+        int exitCode;
+        std::string output;
+    };
 
-    [[nodiscard]] std::string path(const std::string& name) const { return (m_folder / name).string(); }
-
-    void write(const std::string& name, const std::string& contents) const {
-        std::filesystem::create_directories((m_folder / name).parent_path());
-        std::ofstream(m_folder / name, std::ios::binary) << contents;
-    }
-
-    [[nodiscard]] std::string contents(const std::string& name) const {
-        std::ifstream stream(m_folder / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
+    [[nodiscard]] std::string path(const std::string& name) const { return folder.path(name); }
 
     /// Runs in the folder, with the arguments as the shell takes them.
     [[nodiscard]] Outcome run(const std::string& arguments) const {
         const std::string command =
-            "cd '" + m_folder.string() + "' && '" + EQ_LNGCHECK_PATH + "' " + arguments + " 2>&1";
+            "cd '" + folder.path().string() + "' && '" + EQ_LNGCHECK_PATH + "' " + arguments + " 2>&1";
         FILE* const pipe = popen(command.c_str(), "r");
         if (pipe == nullptr) return {-1, "popen failed"};
         std::string output;
@@ -107,106 +67,81 @@ protected:
         }
     }
 
-private:
-    std::filesystem::path m_folder;
+    const TemporaryFolder folder;
 };
 
 TEST_F(LngcheckCommand, TellsFaultsAndWarningsWithFileAndLine) {
     struct Case {
-        std::string file;
         std::string contents;
         int exitCode;
         std::vector<std::string> output;
+        std::string file = "A1031.lng";
     };
     const Case cases[] = {
-        {"A1031.lng", textOf(CleanLines), 0, {"files: 1, faults: 0, warnings: 0\n"}},
-        {"A1031.lng", "", 1, {"A1031.lng: the key IDS_DB is missing\n", "PRSHT_WIZFINISH is missing\n", "faults: 24,"}},
-        {"A1031.lng",
-         cleanBut(12, "IDD_Options_B1"),
-         1,
-         {"key IDD_Options_B1 is missing", "12: equal (=) expected.\n"}},
-        {"A1031.lng",
-         cleanBut(3, "IDS_DB = dB\n<FOO>\n<CODEPAGE 932>\nx"),
+        {Clean, 0, {"files: 1, faults: 0, warnings: 0\n"}},
+        {"", 1, {"A1031.lng: the key IDS_DB is missing\n", "PRSHT_WIZFINISH is missing\n", "faults: 24,"}},
+        {cleanBut(3, "IDS_DB = dB\n<FOO>\n<CODEPAGE 932>\nx"),
          1,
          {"A1031.lng:4: Invalid tag '<FOO>':Tag type 'FOO' is unknown.\n",
           "A1031.lng:5: Specified codepage does not appear to match language of file.\n", "A1031.lng:6: equal",
           "faults: 3,"}},
-        {"A1031.lng", cleanBut(4, "IDS_Hz = Hz\nids_hz = H"), 1, {"A1031.lng:5: ids_hz is defined in line 4"}},
-        {"A1031.lng", cleanBut(2, "[Shared]\nIDS_DB = a\n[Parametric Equalizer]"), 0, {"faults: 0, warnings: 0"}},
-        {"A1031.lng", cleanBut(1, "// none\n\nIDS_DB = x"), 1, {"A1031.lng:3: stands in front of the first"}},
-        {"A1031.lng", cleanBut(1, "// none") + "a = \\xFC\n", 1, {"A1031.lng:28: the value is not ASCII"}},
-        {"A1041.lng", cleanBut(12, "IDD_Options_B1 = \x83", "932"), 1, {":12: the value is no text of code page 932"}},
-        {"A1041.lng", cleanBut(12, "IDD_Options_B1 = \x83\x5C", "932"), 0, {":12: warning: a backslash"}},
-        {"A1031.lng",
-         cleanBut(12, "IDD_Options_B1 = Zur\xC3\xBC"),
-         0,
-         {"A1031.lng: warning: the texts look like UTF-8"}},
-        {"A1031.lng", cleanBut(12, "IDD_Options_B1 = Zur\xFC"), 0, {"warnings: 0"}},
-        {"A1031.lng", cleanBut(12, "IDD_Options_B1 ="), 1, {"A1031.lng:12: the text is empty"}},
-        {"A1031.lng",
-         cleanBut(12, "IDD_Options_B1 = A\\nB"),
+        {cleanBut(4, "IDS_Hz = Hz\nids_hz = H"), 1, {"A1031.lng:5: ids_hz is defined in line 4"}},
+        {cleanBut(2, "[Shared]\nIDS_DB = a\n[Parametric Equalizer]"), 0, {"faults: 0, warnings: 0"}},
+        {cleanBut(1, "// none\n\nIDS_DB = x"), 1, {"A1031.lng:3: stands in front of the first"}},
+        {cleanBut(1, "// none") + "a = \\xFC\n", 1, {"A1031.lng:28: the value is not ASCII"}},
+        {cleanBut(12, "IDD_Options_B1 = \x83", "932"), 1, {":12: the value is no text of code page 932"}, "A1041.lng"},
+        {cleanBut(12, "IDD_Options_B1 = \x83\x5C", "932"), 0, {":12: warning: a backslash"}, "A1041.lng"},
+        {cleanBut(12, "IDD_Options_B1 = Zur\xC3\xBC"), 0, {"A1031.lng: warning: the texts look like UTF-8"}},
+        {cleanBut(12, "IDD_Options_B1 ="), 1, {"A1031.lng:12: the text is empty"}},
+        {cleanBut(12, "IDD_Options_B1 = A\\nB"),
          0,
          {"A1031.lng:12: warning: the text holds a control", "warnings: 1\n"}},
-        {"A1031.lng", cleanBut(12, "IDD_Options_B1 = Bandfilter 1"), 0, {"12: warning: 'Bandfilter 1' takes about"}},
-        {"A1031.lng", cleanBut(11, "IDD_Options_Gain = 12345678901"), 0, {"11: warning:", "its place has 60\n"}},
-        {"A1031.lng", cleanBut(23, "MSGBOX_HELP = &123456789012"), 0, {"warnings: 0"}},
-        {"A1031.lng", cleanBut(3, "IDS_DB = decibel"), 0, {"A1031.lng:3: warning: '+12.0 decibel' takes about"}},
-        {"A1031.lng", cleanBut(3, "IDS_DB = 123456789012345678901"), 0, {"faults: 0, warnings: 1\n"}},
-        {"A1031.lng", cleanBut(3, "IDS_DB = 1234567890123456789012"), 1, {"A1031.lng:3: the unit makes", "28 bytes"}},
-        {"A1049.lng", cleanBut(3, "IDS_DB = \xE4\xC1\xE4\xC1\xE4\xC1\xE4\xC1\xE4\xC1\xE4", "1251"), 1, {"28 bytes"}},
-        {"A1031.lng", textOf(CleanLines) + "[Parametric Equalizer]\nIDS_dBx = 1\n", 0, {":29: warning: the library"}},
-        {"A1031.lng", textOf(CleanLines) + "<ACCEL VK_F5> = <accel alt 7>\n", 0, {"faults: 0, warnings: 0"}},
-        {"A1031.lng",
-         textOf(CleanLines) + "<ACCEL VK_F5> = <ACCEL F5>\n<ACCEL A> = B\n<ACCEL B> = <CODEPAGE 1252>\n",
+        {cleanBut(12, "IDD_Options_B1 = Bandfilter 1"), 0, {"12: warning: 'Bandfilter 1' takes about"}},
+        {cleanBut(11, "IDD_Options_Gain = 12345678901"), 0, {"11: warning:", "its place has 60\n"}},
+        {cleanBut(23, "MSGBOX_HELP = &123456789012"), 0, {"warnings: 0"}},
+        {cleanBut(3, "IDS_DB = decibel"), 0, {"A1031.lng:3: warning: '+12.0 decibel' takes about"}},
+        {cleanBut(3, "IDS_DB = 1234567890123456789012"), 1, {"A1031.lng:3: the unit makes", "28 bytes"}},
+        {cleanBut(3, "IDS_DB = \xE4\xC1\xE4\xC1\xE4\xC1\xE4\xC1\xE4\xC1\xE4", "1251"), 1, {"28 bytes"}, "A1049.lng"},
+        {Clean + "[Parametric Equalizer]\nIDS_dBx = 1\n", 0, {":29: warning: the library"}},
+        {Clean + "<ACCEL VK_F5> = <accel alt 7>\n", 0, {"faults: 0, warnings: 0"}},
+        {Clean + "<ACCEL VK_F5> = <ACCEL F5>\n<ACCEL A> = B\n<ACCEL B> = <CODEPAGE 1252>\n",
          1,
          {"A1031.lng:28: '<ACCEL F5>' cannot be the new accelerator: Unknown identifier 'F5' in accelerator "
           "definition.",
           "A1031.lng:29: 'B' cannot", "A1031.lng:30: '<CODEPAGE 1252>' cannot"}},
-        {"A1031.lng", textOf(CleanLines) + "[Other]\nIDS_DB =\n", 0, {"faults: 0, warnings: 0"}},
-        {"A1031.lng",
-         cleanBut(3, "[Other]\nIDS_DB = dB\n[Parametric Equalizer]"),
-         1,
-         {"IDS_DB is missing", "faults: 1,"}},
-        {"A1025.lng", cleanBut(3, "IDS_DB = dB", "709"), 1, {"A1025.lng:3: Call to 'MultiByteToWideChar()' returned"}},
-        {"Shared.lng", "[Shared]\na = b\n", 0, {"Shared.lng: warning: the name"}},
-        {"A1031.lng", "\xFF\xFE[", 1, {"A1031.lng: no_unicode_file_support"}},
+        {cleanBut(3, "[Other]\nIDS_DB = dB\n[Parametric Equalizer]"), 1, {"IDS_DB is missing", "faults: 1,"}},
+        {cleanBut(3, "IDS_DB = dB", "709"), 1, {"A1025.lng:3: Call to 'MultiByteToWideChar()' returned"}, "A1025.lng"},
+        {"[Shared]\na = b\n", 0, {"Shared.lng: warning: the name"}, "Shared.lng"},
+        {"\xFF\xFE[", 1, {"A1031.lng: no_unicode_file_support"}},
     };
     for (const Case& row : cases) {
         SCOPED_TRACE(row.contents);
-        write(row.file, row.contents);
+        folder.write(row.file, row.contents);
         const Outcome outcome = run(row.file);
         EXPECT_EQ(outcome.exitCode, row.exitCode) << outcome.output;
         expectInOrder(outcome.output, row.output);
+        const bool hasWarning = row.exitCode == 0 && outcome.output.find("warnings: 0") == std::string::npos;
+        EXPECT_EQ(run("--strict " + row.file).exitCode, hasWarning ? 1 : row.exitCode);
     }
 }
 
-TEST_F(LngcheckCommand, GoesOnToTheNextFileAndTakesFolders) {
-    write("set/A1031.lng", "nonsense\n");
-    write("set/B1036.LNG", textOf(CleanLines));
-    write("set/C1036.txt", "nonsense\n");
-    const Outcome outcome = run("missing1031.lng set");
+TEST_F(LngcheckCommand, TakesFilesAndFoldersAndCountsAKeyOfAnyFileOfTheLanguage) {
+    const std::size_t split = Clean.find("[Shared]");
+    folder.write("set/A1031.lng", Clean.substr(0, split));
+    folder.write("set/B1031.LNG", Clean.substr(split));
+    folder.write("set/C1036.txt", "nonsense\n");
+    EXPECT_EQ(run("set").exitCode, 0);
+    EXPECT_EQ(run("set/A1031.lng").exitCode, 1);
+    folder.write("C1036.lng", "nonsense\n");
+    const Outcome outcome = run("missing1031.lng C1036.lng set");
     EXPECT_EQ(outcome.exitCode, 1);
-    expectInOrder(outcome.output, {"missing1031.lng: Open of file 'missing1031.lng' failed.\n",
-                                   "set/A1031.lng:1: equal", "files: 3, faults: 2,"});
-}
-
-TEST_F(LngcheckCommand, CountsAKeyOfAnyFileOfTheLanguage) {
-    const auto split = CleanLines.begin() + 19;
-    write("A1031.lng", textOf({CleanLines.begin(), split}));
-    write("B1031.lng", textOf({split, CleanLines.end()}));
-    EXPECT_EQ(run("A1031.lng B1031.lng").exitCode, 0);
-    EXPECT_EQ(run("A1031.lng").exitCode, 1);
-}
-
-TEST_F(LngcheckCommand, LetsWarningsFailWhenStrict) {
-    write("A1031.lng", cleanBut(12, "IDD_Options_B1 = Bandfilter 1"));
-    EXPECT_EQ(run("A1031.lng").exitCode, 0);
-    EXPECT_EQ(run("--strict A1031.lng").exitCode, 1);
+    expectInOrder(outcome.output,
+                  {"missing1031.lng: Open of file 'missing1031.lng' failed.\n", "C1036.lng:1: equal", "files: 4,"});
 }
 
 TEST_F(LngcheckCommand, ComparesWithAReference) {
-    write("A1033.lng", textOf(CleanLines) + "[Other]\nExtra = 1\n<ACCEL A> = <ACCEL B>\n");
-    write("A1031.lng", cleanBut(12, ""));
+    folder.write("A1033.lng", Clean + "[Other]\nExtra = 1\n<ACCEL A> = <ACCEL B>\n");
+    folder.write("A1031.lng", cleanBut(12, ""));
     const Outcome outcome = run("--reference A1033.lng A1031.lng ./A1033.lng");
     EXPECT_EQ(outcome.exitCode, 1);
     expectInOrder(outcome.output,
@@ -214,18 +149,18 @@ TEST_F(LngcheckCommand, ComparesWithAReference) {
                    "A1031.lng: the key ACCEL_0x41 of [Other] is missing", "note: the same as in A1033.lng",
                    "IDD_Options_Gain, IDD_Options_B2,", "faults: 3,"});
     EXPECT_EQ(outcome.output.find("A1033.lng: note"), std::string::npos) << outcome.output;
-    write("bad1033.lng", "nonsense");
+    folder.write("bad1033.lng", "nonsense");
     EXPECT_EQ(run("--reference bad1033.lng A1031.lng").exitCode, 1);
 }
 
 TEST_F(LngcheckCommand, ShowsTheOrderOfReadingAndWhereAKeyIsTakenFrom) {
     const std::string head = "[Parametric Equalizer]\n";
-    write("Release/A1031.lng", head + "[Shared]\nIDS_Hz = shared\n");
-    write("Release/A1036.lng", head + "IDS_DB = second\nIDS_Hz = own\n<ACCEL A> = <ACCEL B>\n");
-    write("Release/A1033.lng", head + "IDS_DB = third\n[Shared]\nIDS_DB = fourth\n");
-    write("Release/A12.lng", head + "ids_db = primary\n");
-    write("Release/A1040.lng", head + "IDS_DB = never\n");
-    write("A1031.lng", head + "IDS_DB = parent\n");
+    folder.write("Release/A1031.lng", head + "[Shared]\nIDS_Hz = shared\n");
+    folder.write("Release/A1036.lng", head + "IDS_DB = second\nIDS_Hz = own\n<ACCEL A> = <ACCEL B>\n");
+    folder.write("Release/A1033.lng", head + "IDS_DB = third\n[Shared]\nIDS_DB = fourth\n");
+    folder.write("Release/A12.lng", head + "ids_db = primary\n");
+    folder.write("Release/A1040.lng", head + "IDS_DB = never\n");
+    folder.write("A1031.lng", head + "IDS_DB = parent\n");
     const Outcome outcome = run("--override 1031 --system 1036 --explain '{IDS_DB}' --explain IDS_Hz --explain "
                                 "ACCEL_0x41 --explain no Release");
     EXPECT_EQ(outcome.exitCode, 1) << "the files are incomplete";
@@ -243,40 +178,39 @@ TEST_F(LngcheckCommand, ShowsTheOrderOfReadingAndWhereAKeyIsTakenFrom) {
 
     std::filesystem::rename(path("Release"), path("plain"));
     const Outcome english = run("--override 0 --system 1033 plain");
-    expectInOrder(english.output, {"override, none: nothing new", "1033: A1033.lng\n", "language, 9: nothing new\n",
-                                   "English, 1033: nothing new\n"});
+    expectInOrder(english.output, {"override, none: nothing new", "1033: A1033.lng\n", "language, 9: nothing new\n"});
     EXPECT_EQ(english.output.find("override,"), english.output.rfind("override,")) << "no second folder";
 
-    write("plain/B1036.lng", "nonsense\n");
+    folder.write("plain/B1036.lng", "nonsense\n");
     const Outcome broken = run("--override 0 --system 1036 --explain IDS_DB plain");
     expectInOrder(broken.output, {"A1036.lng, B1036.lng\n", "B1036.lng stops the library"});
     EXPECT_EQ(broken.output.find("taken from"), std::string::npos);
-    write("plain/A1025.lng", "<CODEPAGE 709>\n[Other]\na = b\n");
+    folder.write("plain/A1025.lng", "<CODEPAGE 709>\n[Other]\na = b\n");
     expectInOrder(run("--override 1025 --system 0 plain").output, {"A1025.lng stops the library"});
 }
 
 TEST_F(LngcheckCommand, WritesAPseudoLocalisedFileThatIsReadable) {
-    write("A1033.lng", cleanBut(12, "IDD_Options_B1 = \\x5Cn\\t\xFC"));
+    folder.write("A1033.lng", cleanBut(12, "IDD_Options_B1 = \\x5Cn\\t\xFC"));
     ASSERT_EQ(run("--reference A1033.lng --pseudo P1031.lng").exitCode, 0);
-    const std::string pseudo = contents("P1031.lng");
-    expectInOrder(pseudo, {"<CODEPAGE 1252>\n", "\n[Parametric Equalizer]\n",
-                           "IDS_DB = [\xF0"
-                           "B~]\n",
-                           "IDD_Options_Gain = [G\xE5\xEE\xF1~~]\n", "IDD_Options_B1 = [\\x5C\xF1\\x09\xFC~~]\n",
-                           "\n[Shared]\n", "PRSHT_APPLY_NOW = [&Appl\xFD~~]\n"});
+    std::ostringstream pseudo;
+    pseudo << std::ifstream(path("P1031.lng"), std::ios::binary).rdbuf();
+    expectInOrder(pseudo.str(), {"<CODEPAGE 1252>\n", "\n[Parametric Equalizer]\n",
+                                 "IDS_DB = [\xF0"
+                                 "B~]\n",
+                                 "IDD_Options_Gain = [G\xE5\xEE\xF1~~]\n", "IDD_Options_B1 = [\\x5C\xF1\\x09\xFC~~]\n",
+                                 "\n[Shared]\n", "PRSHT_APPLY_NOW = [&Appl\xFD~~]\n"});
     expectInOrder(run("P1031.lng").output, {"faults: 0,"});
 
-    write("A1049.lng", cleanBut(12, "IDD_Options_B1 = \xCF", "1251"));
+    folder.write("A1049.lng", cleanBut(12, "IDD_Options_B1 = \xCF", "1251"));
     EXPECT_EQ(run("--reference A1049.lng --pseudo Q1031.lng").exitCode, 1);
     EXPECT_FALSE(std::filesystem::exists(path("Q1031.lng")));
 }
 
 TEST_F(LngcheckCommand, RefusesBadUsage) {
-    write("A1033.lng", textOf(CleanLines));
+    folder.write("A1033.lng", Clean);
     for (const char* const arguments :
-         {"", "--unknown A1033.lng", "--override 1031 A1033.lng", "--explain IDS_DB A1033.lng .", "--override x .",
-          "--override 65536 .", "--pseudo P1033.lng", "--reference A1033.lng --pseudo P1041.lng",
-          "--reference A1033.lng --pseudo P.lng"}) {
+         {"", "--unknown A1033.lng", "--override 1031 A1033.lng", "--explain IDS_DB A1033.lng .", "--override 65536 .",
+          "--pseudo P1033.lng", "--reference A1033.lng --pseudo P1041.lng", "--reference A1033.lng --pseudo P.lng"}) {
         SCOPED_TRACE(arguments);
         EXPECT_EQ(run(arguments).exitCode, 2);
     }
