@@ -1,14 +1,13 @@
 #include "engine/ChannelPair.h"
 
 #include "engine/KernelChoice.h"
+#include "tests/support/EngineInput.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 #include <memory>
 #include <random>
-#include <vector>
 
 namespace {
 
@@ -20,7 +19,7 @@ struct Stereo {
         : engines{std::make_unique<FourBandEqualizer>(kernel), std::make_unique<FourBandEqualizer>(kernel)} {}
 
     std::unique_ptr<FourBandEqualizer> engines[2];
-    std::vector<float> memory = std::vector<float>(4 * LongestCall + 1);
+    Samples memory = Samples(4 * LongestCall + 1);
 };
 
 /// Where a call's two inputs and two outputs lie, as offsets into the memory.
@@ -42,15 +41,6 @@ constexpr Layout Layouts[] = {
     {"one array for all", {0, 0}, {0, 0}},
 };
 
-std::vector<float> randomValues(std::mt19937& random) {
-    const auto pick = [&](float low, float high) { return std::uniform_real_distribution<float>(low, high)(random); };
-    std::vector<float> values = {pick(-12, 12)};
-    for (int i = 0; i < BandCount; ++i) values.push_back(pick(20, 20000));
-    for (int i = 0; i < BandCount; ++i) values.push_back(pick(-10, 10));
-    for (int i = 0; i < BandCount; ++i) values.push_back(pick(1, 10));
-    return values;
-}
-
 } // namespace
 
 TEST(ChannelPair, DoesWhatTwoEnginesDoOneAfterTheOther) {
@@ -61,13 +51,12 @@ TEST(ChannelPair, DoesWhatTwoEnginesDoOneAfterTheOther) {
             Stereo pair(*kernel);
             Stereo single(*kernel);
             for (int call = 0; call < 60; ++call) {
-                std::uniform_real_distribution<float> noise(-1, 1);
-                for (float& sample : pair.memory) sample = noise(random);
+                pair.memory = noise(random, pair.memory.size());
                 single.memory = pair.memory;
                 // Changes on either or both channels, now and then.
                 for (const int channel : {0, 1}) {
                     if (random() % 4 != 0) continue;
-                    const std::vector<float> values = randomValues(random);
+                    const Values values = randomValues(random);
                     for (Stereo* stereo : {&pair, &single}) stereo->engines[channel]->setParameters(values.data());
                 }
                 // Once in a while the engines fall out of step.

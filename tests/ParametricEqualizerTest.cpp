@@ -2,20 +2,13 @@
 
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/EqualizerReference.h"
-#include "tests/support/ScriptedHost.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <cstring>
-#include <limits>
 #include <thread>
 #include <utility>
 
 namespace {
-
-constexpr float NaN = std::numeric_limits<float>::quiet_NaN();
-constexpr float Infinity = std::numeric_limits<float>::infinity();
 
 // Every band audible, and the volume off its middle.
 constexpr Values Audible = {0.25f, 0.7f, 0.5f, 0.3f, 0.1f, 0.0f, 1.0f, 0.2f, 0.9f, 0.5f, 0.1f, 0.9f, 0.4f};
@@ -30,53 +23,17 @@ Stereo render(ParametricEqualizer& effect, Stereo audio) {
     return audio;
 }
 
-Stereo add(ParametricEqualizer& effect, Stereo input, Stereo output) {
-    float* inputs[] = {input[0].data(), input[1].data()};
-    float* outputs[] = {output[0].data(), output[1].data()};
-    effect.process(inputs, outputs, static_cast<int32>(input[0].size()));
-    return output;
-}
-
 Stereo sum(Stereo a, const Stereo& b) {
     for (std::size_t c = 0; c < 2; ++c)
         for (std::size_t i = 0; i < a[c].size(); ++i) a[c][i] += b[c][i];
     return a;
 }
 
-/// Where threads wait for one another. The standard library's barrier was seen to lose a wake-up under Wine.
-class Gate {
-public:
-    explicit Gate(int threads) : count(threads) {}
-
-    void arriveAndWait() {
-        const int seen = turn;
-        if (++arrived == count) {
-            arrived = 0;
-            ++turn;
-        } else {
-            while (turn == seen) std::this_thread::yield();
-        }
-    }
-
-private:
-    const int count;
-    std::atomic<int> arrived = 0;
-    std::atomic<int> turn = 0;
-};
-
 TEST(ParametricEqualizer, StartsWithTheDefaults) {
     ParametricEqualizer effect(nullptr);
     const std::uint32_t bits[] = {0x3F000000, 0x3F800000, 0x3F2AAAAB, 0x3EAAAAAB, 0x00000000, 0x3F000000, 0x3F000000,
                                   0x3F000000, 0x3F000000, 0x3F0E38E4, 0x3F0E38E4, 0x3F0E38E4, 0x3F0E38E4};
     for (int32 i = 0; i < 13; ++i) EXPECT_EQ(std::bit_cast<std::uint32_t>(effect.getParameter(i)), bits[i]);
-    const AEffect& record = *effect.getAeffect();
-    EXPECT_EQ(record.numPrograms, 1);
-    EXPECT_EQ(record.numParams, 13);
-    EXPECT_EQ(record.numInputs, 2);
-    EXPECT_EQ(record.numOutputs, 2);
-    EXPECT_EQ(record.initialDelay, 2048);
-    EXPECT_EQ(record.flags, effFlagsHasEditor | effFlagsCanMono | effFlagsCanReplacing);
-    EXPECT_EQ(std::memcmp(&record.uniqueID, "zVhM", 4), 0);
 }
 
 TEST(ParametricEqualizer, MapsParametersToEngineeringUnits) {
@@ -86,24 +43,16 @@ TEST(ParametricEqualizer, MapsParametersToEngineeringUnits) {
         float value;
     } rows[] = {
         {0, 0.0f, 12.0f},
-        {0, 0.5f, 0.0f},
-        {0, 1.0f, -12.0f},
         {0, NaN, -12.0f},
         {1, 1.0f, 20.0f},
         {2, 2.0f / 3.0f, 199.99997f},
         {3, 1.0f / 3.0f, 1999.9999f},
-        {4, 0.0f, 20000.0f},
-        {2, 0.5f, 632.45553f},
         {2, Infinity, 20.0f},
-        {2, -3.0f, 20000.0f},
-        {5, 0.0f, 10.0f},
-        {6, 0.5f, 0.0f},
+        {4, -3.0f, 20000.0f},
         {7, 0.75f, -5.0f},
         {8, 1.0f, -10.0f},
         {5, -Infinity, 10.0f},
-        {9, 0.0f, 10.0f},
         {10, 5.0f / 9.0f, 5.0f},
-        {11, 1.0f, 1.0f},
         {12, 7.0f, 1.0f},
     };
     const Stereo audio = noise(3 * BlockSize);
@@ -121,12 +70,10 @@ TEST(ParametricEqualizer, MapsParametersToEngineeringUnits) {
 
 TEST(ParametricEqualizer, KeepsParametersAsTheyAreGiven) {
     ParametricEqualizer effect(nullptr);
-    for (const float value : {1.5f, -2.0f, Infinity, 0.25f}) {
+    for (const float value : {1.5f, Infinity}) {
         effect.setParameter(7, value);
         EXPECT_EQ(effect.getParameter(7), value);
     }
-    effect.setParameter(7, NaN);
-    EXPECT_TRUE(std::isnan(effect.getParameter(7)));
     for (const int32 index : {-1, 13, INT32_MIN, INT32_MAX}) {
         effect.setParameter(index, 0.75f);
         EXPECT_EQ(effect.getParameter(index), 0.0f);
@@ -160,28 +107,11 @@ TEST(ParametricEqualizer, HandsTheValuesOverAtEverySet) {
     }
 }
 
-TEST(ParametricEqualizer, TellsTheHostOfAnAutomatedChange) {
-    const ScriptedHost host(1);
-    ParametricEqualizer effect(ScriptedHost::callback);
-    effect.setParameterAutomated(6, 0.75f);
-    EXPECT_EQ(effect.getParameter(6), 0.75f);
-    EXPECT_EQ(host.calls(), (std::vector<HostCall>{{effect.getAeffect(), audioMasterAutomate, 6, 0, nullptr, 0.75f}}));
-}
-
 TEST(ParametricEqualizer, NamesItsParameters) {
-    const char* const texts[][2] = {{"Volume", "dB"},
-                                    {"Frequency(1)", "Hz"},
-                                    {"Frequency(2)", "Hz"},
-                                    {"Frequency(3)", "Hz"},
-                                    {"Frequency(4)", "Hz"},
-                                    {"Gain(1)", "dB"},
-                                    {"Gain(2)", "dB"},
-                                    {"Gain(3)", "dB"},
-                                    {"Gain(4)", "dB"},
-                                    {"Q(1)", ""},
-                                    {"Q(2)", ""},
-                                    {"Q(3)", ""},
-                                    {"Q(4)", ""}};
+    const char* const names[] = {"Volume",  "Frequency(1)", "Frequency(2)", "Frequency(3)", "Frequency(4)",
+                                 "Gain(1)", "Gain(2)",      "Gain(3)",      "Gain(4)",      "Q(1)",
+                                 "Q(2)",    "Q(3)",         "Q(4)"};
+    const char* const labels[] = {"dB", "Hz", "Hz", "Hz", "Hz", "dB", "dB", "dB", "dB", "", "", "", ""};
     ParametricEqualizer effect(nullptr);
     for (int32 i = -1; i <= 13; ++i) {
         char name[32] = "as it was";
@@ -189,23 +119,9 @@ TEST(ParametricEqualizer, NamesItsParameters) {
         effect.getParameterName(i, name);
         effect.getParameterLabel(i, label);
         const bool exists = i >= 0 && i < 13;
-        EXPECT_STREQ(name, exists ? texts[i][0] : "as it was");
-        EXPECT_STREQ(label, exists ? texts[i][1] : "as it was");
+        EXPECT_STREQ(name, exists ? names[i] : "as it was");
+        EXPECT_STREQ(label, exists ? labels[i] : "as it was");
     }
-}
-
-TEST(ParametricEqualizer, AddsToTheOutput) {
-    ParametricEqualizer effect(nullptr);
-    setAll(effect, Audible);
-    ReferencePair reference(engineValues(Audible));
-    const Stereo present = noise(5000, 7);
-    for (const std::size_t frames : {1500u, 0u, 64u, 5000u, 3u}) {
-        const Stereo input = noise(frames);
-        const Stereo before = {Samples(present[0].begin(), present[0].begin() + static_cast<long>(frames)),
-                               Samples(present[1].begin(), present[1].begin() + static_cast<long>(frames))};
-        EXPECT_TRUE(sameBits(add(effect, input, before), sum(before, reference.render(input))));
-    }
-    EXPECT_EQ(effect.getBlockSize(), 5000);
 }
 
 TEST(ParametricEqualizer, AllocatesForGrowingAlone) {
@@ -233,13 +149,13 @@ TEST(ParametricEqualizer, AllocatesForGrowingAlone) {
     EXPECT_EQ(asked([&] { effect.setParameter(1, 0.5f); }), 0u);
 }
 
-TEST(ParametricEqualizer, AddsInPiecesWhenMemoryIsShort) {
+TEST(ParametricEqualizer, AddsToTheOutputInPiecesWhenMemoryIsShort) {
     ParametricEqualizer effect(nullptr);
     ReferencePair reference(engineValues(DefaultParameters));
     effect.setBlockSize(100);
     const Stereo input = noise(5050);
     const Stereo present = noise(5050, 7);
-    for (const long granted : {0, 1}) { // none of the two arrays, and one of them
+    for (const long granted : {0, 1, 2}) { // none of the two arrays, one of them, both
         const Stereo expected = sum(present, reference.render(input));
         Stereo source = input;
         Stereo output = present;
@@ -258,7 +174,11 @@ TEST(ParametricEqualizer, SuspendForgetsTheAudioAndKeepsTheParameters) {
         SCOPED_TRACE(granted);
         ParametricEqualizer effect(nullptr);
         setAll(effect, Audible);
-        render(effect, noise(3000));
+        ReferencePair running(engineValues(Audible));
+        for (int i = 0; i < 2; ++i) {
+            effect.resume(); // alone, it forgets nothing
+            EXPECT_TRUE(sameBits(render(effect, noise(3000)), running.render(noise(3000))));
+        }
         {
             const allocations::Shortage shortage(granted);
             effect.suspend();
@@ -267,17 +187,6 @@ TEST(ParametricEqualizer, SuspendForgetsTheAudioAndKeepsTheParameters) {
         for (int32 i = 0; i < 13; ++i) EXPECT_EQ(effect.getParameter(i), Audible[static_cast<std::size_t>(i)]);
         ReferencePair reference(engineValues(Audible));
         const Stereo audio = noise(3 * BlockSize, 2);
-        EXPECT_TRUE(sameBits(render(effect, audio), reference.render(audio)));
-    }
-}
-
-TEST(ParametricEqualizer, ResumeAloneForgetsNothing) {
-    ParametricEqualizer effect(nullptr);
-    setAll(effect, Audible);
-    ReferencePair reference(engineValues(Audible));
-    for (int i = 0; i < 2; ++i) {
-        const Stereo audio = noise(3000);
-        effect.resume();
         EXPECT_TRUE(sameBits(render(effect, audio), reference.render(audio)));
     }
 }
@@ -340,42 +249,30 @@ TEST(ParametricEqualizer, LosesNoChangeThatComesInTheMidstOfAnother) {
 
 TEST(ParametricEqualizer, LosesNoChangeOfManyThreads) {
     constexpr int32 Threads = 4;
-    constexpr int Rounds = 300;
     ParametricEqualizer effect(nullptr);
     const Stereo audio = noise(2 * BlockSize);
-    const auto valueOf = [](int round, int32 index, int step) {
-        return static_cast<float>((round * 7 + index * 3 + step) % 11) * 0.1f;
-    };
-
-    Gate gate(Threads + 1);
-    const auto change = [&](int32 thread) {
-        for (int round = 0; round < Rounds; ++round) {
-            gate.arriveAndWait();
-            for (int step = 0; step < 3; ++step)
-                for (int32 i = thread; i < ParameterCount; i += Threads)
-                    effect.setParameter(i, valueOf(round, i, step));
-            gate.arriveAndWait();
-        }
-    };
-    std::vector<std::thread> threads;
-    for (int32 i = 0; i < Threads; ++i) threads.emplace_back(change, i);
-
-    int failures = 0;
-    for (int round = 0; round < Rounds; ++round) {
+    for (int round = 0; round < 100; ++round) {
+        const auto valueOf = [round](int32 index, int step) {
+            return static_cast<float>((round * 7 + index * 3 + step) % 11) * 0.1f;
+        };
         effect.suspend();
-        gate.arriveAndWait();
-        for (int i = 0; i < 4; ++i) render(effect, silence(BlockSize)); // on silence the state stays zero
-        gate.arriveAndWait();
+        std::vector<std::thread> threads;
+        for (int32 thread = 0; thread < Threads; ++thread) {
+            threads.emplace_back([&effect, thread, valueOf] {
+                for (int step = 0; step < 100; ++step)
+                    for (int32 i = thread; i < ParameterCount; i += Threads) effect.setParameter(i, valueOf(i, step));
+            });
+        }
+        for (int i = 0; i < 5; ++i) render(effect, silence(BlockSize)); // on silence the state stays zero
+        for (std::thread& thread : threads) thread.join();
 
         Values parameters;
-        for (int32 i = 0; i < ParameterCount; ++i) parameters[static_cast<std::size_t>(i)] = valueOf(round, i, 2);
+        for (int32 i = 0; i < ParameterCount; ++i) parameters[static_cast<std::size_t>(i)] = valueOf(i, 99);
         ReferencePair reference(engineValues(parameters));
         render(effect, silence(BlockSize));
         reference.render(silence(BlockSize));
-        failures += !sameBits(render(effect, audio), reference.render(audio));
+        ASSERT_TRUE(sameBits(render(effect, audio), reference.render(audio)));
     }
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(failures, 0);
 }
 
 } // namespace

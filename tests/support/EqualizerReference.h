@@ -2,22 +2,16 @@
 
 // What the effect has to do to its audio, told by engines that are driven directly.
 
-#include "engine/FourBandEqualizer.h"
+#include "tests/support/EngineInput.h"
 
 #include <array>
 #include <bit>
 #include <cmath>
 #include <cstdint>
 #include <random>
-#include <vector>
+#include <utility>
 
-using Samples = std::vector<float>;
 using Stereo = std::array<Samples, 2>;
-/// The 13 parameters: normalised, or in engineering units.
-using Values = std::array<float, ParameterCount>;
-
-constexpr int BlockSize = FourBandEqualizer::BlockSize;
-
 /// The parameters of a new effect.
 inline constexpr Values DefaultParameters = {0.5f, 1.0f, 2.0f / 3.0f, 1.0f / 3.0f, 0.0f,        0.5f,       0.5f,
                                              0.5f, 0.5f, 5.0f / 9.0f, 5.0f / 9.0f, 5.0f / 9.0f, 5.0f / 9.0f};
@@ -38,10 +32,8 @@ inline Values engineValues(const Values& p) {
 
 inline Stereo noise(std::size_t frames, unsigned seed = 1) {
     std::mt19937 random(seed);
-    Stereo stereo = {Samples(frames), Samples(frames)};
-    for (auto& channel : stereo)
-        for (float& sample : channel) sample = static_cast<float>(random()) * 0x1p-31f - 1.0f;
-    return stereo;
+    Samples first = noise(random, frames);
+    return {std::move(first), noise(random, frames)};
 }
 
 inline Stereo silence(std::size_t frames) {
