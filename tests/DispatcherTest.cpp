@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <map>
 #include <sstream>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -116,15 +117,10 @@ TEST(Dispatcher, CallsOneOperationForEachOpcode) {
         {"setSampleRate 0.5", 0},
         {"setBlockSize 1", 0},
         {"resume", 0},
-        {"", 0}, // 13 to 15: no editor
-        {"", 0},
-        {"", 0},
-        {"", 0}, // 16 to 21: nothing to call
-        {"", 0},
-        {"", 0},
-        {"", 0},
-        {"", 0},
-        {"", 0},
+        // clang-format off
+        {"", 0}, {"", 0}, {"", 0}, // 13 to 15: no editor
+        {"", 0}, {"", 0}, {"", 0}, {"", 0}, {"", 0}, {"", 0}, // 16 to 21: nothing to call
+        // clang-format on
         {"", 0x4E764566},
         {"getChunk p 1", 7},
         {"setChunk p 1 1", 7},
@@ -203,55 +199,24 @@ TEST(Dispatcher, TakesNumbersAsOnAndOff) {
     }
 }
 
-TEST(Dispatcher, ReachesTheEditor) {
-    class Editor : public AEffEditor {
-    public:
-        Editor(AudioEffect* owner, std::string& calls) : AEffEditor(owner), log(calls) {}
-        int32 getRect(ERect** rect) override { return log += rect == p ? "getRect " : "? ", 11; }
-        int32 open(void* window) override { return log += window == p ? "open " : "? ", 12; }
-        void close() override { log += "close "; }
-        void idle() override { log += "idle "; }
-
-    private:
-        std::string& log;
-    };
-    std::string log;
-    RecordingEffect effect;
-    effect.setEditor(new Editor(&effect, log));
-    intptr results[9];
-    for (int32 i = 0; i < 9; ++i) results[i] = effect.dispatcher(effEditGetRect + i, 3, 5, p, 0.0f);
-    EXPECT_EQ(log, "getRect open close idle ");
-    const intptr expected[] = {11, 12, 0, 0, 0, 0, 0, 0, 0};
-    EXPECT_TRUE(std::equal(results, results + 9, expected));
-}
-
 TEST(Dispatcher, AnswersForTheEqualizer) {
     ParametricEqualizer effect(nullptr);
+    std::map<int32, intptr> answers = {
+        {effIdentify, 0x4E764566}, {effCanBeAutomated, 1}, {effGetNumProgramCategories, 1},
+        {effConnectInput, 1},      {effConnectOutput, 1},  {effSetBlockSizeAndSampleRate, 1},
+        {effKeysRequired, 1},      {effGetVstVersion, 2}};
     for (int32 opcode = effEditDraw; opcode <= 59; ++opcode) {
         if (opcode == effEditIdle) continue; // the editor's own
-        SCOPED_TRACE(opcode);
         char text[64] = "as it was";
-        const intptr expected = opcode == effIdentify                    ? 0x4E764566
-                                : opcode == effCanBeAutomated            ? 1
-                                : opcode == effGetNumProgramCategories   ? 1
-                                : opcode == effConnectInput              ? 1
-                                : opcode == effConnectOutput             ? 1
-                                : opcode == effSetBlockSizeAndSampleRate ? 1
-                                : opcode == effKeysRequired              ? 1
-                                : opcode == effGetVstVersion             ? 2
-                                                                         : 0;
-        EXPECT_EQ(effect.dispatcher(opcode, 500, 64, text, 48000.0f), expected);
-        EXPECT_STREQ(text, "as it was");
+        EXPECT_EQ(effect.dispatcher(opcode, 500, 64, text, 48000.0f), answers[opcode]) << opcode;
+        EXPECT_STREQ(text, "as it was") << opcode;
     }
     EXPECT_EQ(effect.getBlockSize(), 64);
     EXPECT_EQ(effect.getSampleRate(), 48000.0f);
-    EXPECT_EQ(effect.dispatcher(effGetVu, 0, 0, nullptr, 0.0f), 0);
-
-    effect.dispatcher(effSetProgram, 0, 1, nullptr, 0.0f);
-    EXPECT_EQ(effect.dispatcher(effGetProgram, 0, 0, nullptr, 0.0f), 0);
-    effect.dispatcher(effSetProgram, 0, -2, nullptr, 0.0f);
-    EXPECT_EQ(effect.dispatcher(effGetProgram, 0, 0, nullptr, 0.0f), -2);
-
+    for (const auto& [program, found] : {std::pair(1, 0), std::pair(-2, -2)}) {
+        effect.dispatcher(effSetProgram, 0, program, nullptr, 0.0f);
+        EXPECT_EQ(effect.dispatcher(effGetProgram, 0, 0, nullptr, 0.0f), found);
+    }
     char name[32] = "Mine";
     effect.dispatcher(effSetProgramName, 0, 0, name, 0.0f);
     EXPECT_STREQ(name, "");

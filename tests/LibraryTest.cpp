@@ -8,7 +8,6 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <limits>
 #include <memory>
 
 namespace {
@@ -36,18 +35,11 @@ void setAll(AEffect* effect, const Values& parameters) {
         effect->setParameter(effect, i, parameters[static_cast<std::size_t>(i)]);
 }
 
-constexpr bool Replacing = true;
-
 /// Runs the frames from `start` on, in place or added to `output`.
 void run(AEffect* effect, Stereo& input, Stereo& output, std::size_t start, std::size_t frames, bool replacing) {
     float* inputs[] = {input[0].data() + start, input[1].data() + start};
     float* outputs[] = {output[0].data() + start, output[1].data() + start};
     (replacing ? effect->processReplacing : effect->process)(effect, inputs, outputs, static_cast<int32>(frames));
-}
-
-Stereo renderInPlace(AEffect* effect, Stereo audio) {
-    run(effect, audio, audio, 0, audio[0].size(), Replacing);
-    return audio;
 }
 
 class Library : public testing::Test {
@@ -59,24 +51,6 @@ TEST_F(Library, WantsAHostThatKnowsItsVersion) {
     const ScriptedHost refusing(0);
     EXPECT_EQ(libraryMain()(ScriptedHost::callback), nullptr);
     EXPECT_EQ(refusing.calls(), (std::vector<HostCall>{{nullptr, audioMasterVersion, 0, 0, nullptr, 0.0f}}));
-}
-
-TEST_F(Library, GivesAFilledRecord) {
-    const EffectOwner effect = makeEffect();
-    ASSERT_NE(effect, nullptr);
-    EXPECT_EQ(host.calls().size(), 1u);
-    EXPECT_EQ(effect->magic, 0x56737450);
-    EXPECT_EQ(effect->numPrograms, 1);
-    EXPECT_EQ(effect->numParams, 13);
-    EXPECT_EQ(effect->numInputs, 2);
-    EXPECT_EQ(effect->numOutputs, 2);
-    EXPECT_EQ(effect->flags, 0x19);
-    EXPECT_EQ(effect->initialDelay, 2048);
-    EXPECT_EQ(effect->ioRatio, 1.0f);
-    EXPECT_NE(effect->object, nullptr);
-    EXPECT_EQ(effect->user, nullptr);
-    EXPECT_EQ(std::memcmp(&effect->uniqueID, "zVhM", 4), 0);
-    EXPECT_EQ(effect->version, 1);
 }
 
 #if UINTPTR_MAX == UINT32_MAX
@@ -95,6 +69,19 @@ TEST_F(Library, LaysItsRecordOutAsA32BitHostReadsIt) {
     for (const auto& [offset, value] : words) EXPECT_EQ(wordAt(offset), value) << "at " << offset;
     for (const std::size_t pointer : {4, 8, 12, 16, 64, 80}) EXPECT_NE(wordAt(pointer), 0) << "at " << pointer;
     for (std::size_t offset = 84; offset < 144; ++offset) EXPECT_EQ(bytes[offset], 0);
+}
+#else
+TEST_F(Library, GivesAFilledRecord) {
+    const EffectOwner effect = makeEffect();
+    ASSERT_NE(effect, nullptr);
+    EXPECT_EQ(host.calls().size(), 1u);
+    const std::array<int32, 8> fields = {effect->magic,        effect->numPrograms, effect->numParams,
+                                         effect->numInputs,    effect->numOutputs,  effect->flags,
+                                         effect->initialDelay, effect->version};
+    EXPECT_EQ(fields, (std::array<int32, 8>{0x56737450, 1, 13, 2, 2, 0x19, 2048, 1}));
+    EXPECT_EQ(effect->ioRatio, 1.0f);
+    EXPECT_NE(effect->object, nullptr);
+    EXPECT_EQ(std::memcmp(&effect->uniqueID, "zVhM", 4), 0);
 }
 #endif
 
@@ -133,45 +120,6 @@ TEST_F(Library, FiltersAsTheEnginesDoWhateverTheBlockSizes) {
                     for (std::size_t i = 0; i < 30000; ++i) expected[c][i] = present[c][i] + expected[c][i];
             EXPECT_TRUE(sameBits(output, expected));
         }
-    }
-}
-
-TEST_F(Library, CrossfadesAChangeInBothChannels) {
-    const EffectOwner effect = makeEffect();
-    ReferencePair reference(engineValues(DefaultParameters));
-    for (int change = 0; change < 3; ++change) {
-        const Stereo audio = noise(5000);
-        EXPECT_TRUE(sameBits(renderInPlace(effect.get(), audio), reference.render(audio)));
-        Values parameters = change == 0 ? Audible : DefaultParameters;
-        setAll(effect.get(), parameters);
-        reference.set(engineValues(parameters));
-    }
-}
-
-TEST_F(Library, TakesWhatIsNoNumber) {
-    for (const float odd : {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
-                            -std::numeric_limits<float>::infinity(), std::numeric_limits<float>::denorm_min()}) {
-        const EffectOwner effect = makeEffect();
-        setAll(effect.get(), Audible);
-        Stereo audio = noise(4 * BlockSize);
-        audio[0][100] = odd;
-        ReferencePair reference(engineValues(Audible));
-        EXPECT_TRUE(sameBits(renderInPlace(effect.get(), audio), reference.render(audio)));
-
-        // Switching off and on brings a channel back that had been flooded.
-        effect->dispatcher(effect.get(), effMainsChanged, 0, 0, nullptr, 0.0f);
-        effect->dispatcher(effect.get(), effMainsChanged, 0, 1, nullptr, 0.0f);
-        ReferencePair fresh(engineValues(Audible));
-        const Stereo clean = noise(4 * BlockSize);
-        EXPECT_TRUE(sameBits(renderInPlace(effect.get(), clean), fresh.render(clean)));
-    }
-}
-
-TEST_F(Library, EndsAnEffectOnClose) {
-    for (int i = 0; i < 100; ++i) {
-        AEffect* const effect = makeEffect().release();
-        ASSERT_NE(effect, nullptr);
-        ASSERT_EQ(effect->dispatcher(effect, effClose, 5, 5, nullptr, 1.0f), 1);
     }
 }
 
