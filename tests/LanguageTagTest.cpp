@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -34,20 +35,15 @@ TEST(LanguageTag, ReadsAcceleratorsInAnyCaseAndOrder) {
     };
     const Case cases[] = {
         {"<ACCEL VIRTKEY CONTROL VK_F5>", Virtkey | Control, 0x74, "ACCEL_VIRTKEY_CONTROL_0x74"},
-        {"<accel virtkey control vk_f5>", Virtkey | Control, 0x74, "ACCEL_VIRTKEY_CONTROL_0x74"},
-        {"<ACCEL\tVIRTKEY \t CONTROL\tVK_F5>", Virtkey | Control, 0x74, "ACCEL_VIRTKEY_CONTROL_0x74"},
-        {"<accelerator virtkey control shift vk_f5>", Virtkey | Control | Shift, 0x74,
+        {"<accelerator\tvirtkey \t control shift vk_f5>", Virtkey | Control | Shift, 0x74,
          "ACCEL_VIRTKEY_CONTROL_SHIFT_0x74"},
         {"<ACCEL VK_F5 SHIFT ALT CONTROL VIRTKEY>", Virtkey | Control | Alt | Shift, 0x74,
          "ACCEL_VIRTKEY_CONTROL_ALT_SHIFT_0x74"},
-        {"<ACCEL VIRTKEY ALT 7>", Virtkey | Alt, 0x37, "ACCEL_VIRTKEY_ALT_0x37"},
         {"<ACCEL a>", 0, 0x41, "ACCEL_0x41"},
         {"< ACCEL Z >", 0, 0x5A, "ACCEL_0x5A"},
         {"<ACCEL>", 0, 0, "ACCEL_0x00"},
         {"<ACCELERATOR VK_F1 VK_F2>", 0, 0x71, "ACCEL_0x71"},
         {"<ACCEL SHIFT SHIFT A>", Shift, 0x41, "ACCEL_SHIFT_0x41"},
-        {"<ACCEL VK_HANGUL>", 0, 0x15, "ACCEL_0x15"},
-        {"<ACCEL VK_KANA>", 0, 0x15, "ACCEL_0x15"},
     };
     for (const Case& row : cases) {
         SCOPED_TRACE(row.tag);
@@ -71,59 +67,41 @@ TEST(LanguageTag, NamesAnAcceleratorByItsKnownFlagsAndTheLowByteOfItsKey) {
 }
 
 TEST(LanguageTag, ReadsCodePagesByTheirLeadingNumber) {
-    struct Case {
-        const char* tag;
-        std::int32_t codepage;
+    const std::pair<const char*, std::int32_t> cases[] = {
+        {"<codepage 932>", 932}, {"<CODEPAGE 1252 extra words>", 1252},           {"<CODEPAGE 1252x>", 1252},
+        {"<CODEPAGE -5>", -5},   {"<CODEPAGE 99999999999999999999>", 0x7FFFFFFF},
     };
-    const Case cases[] = {
-        {"<CODEPAGE 1252>", 1252},  {"<codepage 932>", 932}, {"<CODEPAGE 1252 extra words>", 1252},
-        {"<CODEPAGE 1252x>", 1252}, {"<CODEPAGE -5>", -5},   {"<CODEPAGE 99999999999999999999>", 0x7FFFFFFF},
-    };
-    for (const Case& row : cases) {
-        SCOPED_TRACE(row.tag);
-        const LanguageTagPtr record = parse(row.tag);
+    for (const auto& [tag, codepage] : cases) {
+        SCOPED_TRACE(tag);
+        const LanguageTagPtr record = parse(tag);
         ASSERT_TRUE(record);
         EXPECT_FALSE(record->needs_value);
         EXPECT_EQ(asAccelerator(*record), nullptr);
         ASSERT_TRUE(asCodepage(*record));
         EXPECT_EQ(static_cast<int>(record->type), 2);
-        EXPECT_EQ(asCodepage(*record)->codepage, row.codepage);
+        EXPECT_EQ(asCodepage(*record)->codepage, codepage);
     }
 }
 
 TEST(LanguageTag, RefusesWithTheReason) {
-    struct Case {
-        const char* tag;
-        const char* reason;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"<FOO>", "Tag type 'FOO' is unknown."},
-        {"<foo bar>", "Tag type 'FOO' is unknown."},
-        {"<ACCEL F5>", "Unknown identifier 'F5' in accelerator definition."},
         {"<accel vk_a>", "Unknown identifier 'VK_A' in accelerator definition."},
-        {"<ACCEL +>", "Unknown identifier '+' in accelerator definition."},
         {"<ACCEL SHIFT \xC4>", "Unknown identifier '\xC4' in accelerator definition."},
-        {"<ACCEL VK_F1=>", "Unknown identifier 'VK_F1=' in accelerator definition."},
         {"<ACCEL A VK_F25 ALT>", "Unknown identifier 'VK_F25' in accelerator definition."},
         {"<CODEPAGE>", "Codepage number expected in codepage definition."},
         {"<CODEPAGE abc>", "First argument in codepage definition is expected to be an integer codepage number."},
         {"<CODEPAGE 0>", "First argument in codepage definition is expected to be an integer codepage number."},
-        {"<CODEPAGE x1252>", "First argument in codepage definition is expected to be an integer codepage number."},
     };
-    for (const Case& row : cases) {
-        SCOPED_TRACE(row.tag);
+    for (const auto& [tag, reason] : cases) {
         std::string error;
-        EXPECT_FALSE(ParseLanguageTag(row.tag, error));
-        EXPECT_EQ(error, row.reason);
+        EXPECT_FALSE(ParseLanguageTag(tag, error)) << tag;
+        EXPECT_EQ(error, reason) << tag;
     }
-}
-
-TEST(LanguageTag, LeavesTheErrorAloneWhenThereIsNoReason) {
     for (const char* tag : {"", "<", ">", "<>", "<  \t >", "ACCEL A", "<ACCEL A", "ACCEL A>", "<ACCEL A> "}) {
-        SCOPED_TRACE(tag);
         std::string error = "as it was";
-        EXPECT_FALSE(ParseLanguageTag(tag, error));
-        EXPECT_EQ(error, "as it was");
+        EXPECT_FALSE(ParseLanguageTag(tag, error)) << tag;
+        EXPECT_EQ(error, "as it was") << "there is no reason to give for " << tag;
     }
 }
 
@@ -150,9 +128,8 @@ TEST(VirtualKeys, HaveTheSystemsCodes) {
 TEST(VirtualKeys, KnowLettersAndDigitsAndNothingElse) {
     EXPECT_EQ(LookupVirtualKey("a"), 0x41);
     EXPECT_EQ(LookupVirtualKey("0"), 0x30);
-    for (const char* word : {"", "@", "[", "`", "{", "/", ":", "\xE4", "VK_A", "VK_OEM_1", "vk_f5", "VK_F5 "}) {
+    for (const char* word : {"", "@", "[", "`", "{", "/", ":", "\xE4", "vk_f5", "VK_F5 "})
         EXPECT_EQ(LookupVirtualKey(word), 0) << word;
-    }
 }
 
 TEST(Codepages, AreThePublishedPairsInOrder) {
@@ -174,10 +151,8 @@ TEST(Codepages, FitOnlyLanguagesOfTheTable) {
         bool fits;
     };
     const Case cases[] = {
-        {1252, 1031, true},   {932, 1041, true},   {437, 1041, true}, {1361, 0x0812, true},
-        {932, 1031, false},   {932, 7, false},     {932, 0, false},   {0, 0, false},
-        {0, 1031, false},     {1252, 0, false},    {-5, 1031, false}, {1252 + 65536L, 1031, false},
-        {65001, 1031, false}, {1252, 1041, false},
+        {437, 1041, true}, {932, 1031, false},           {932, 7, false},      {932, 0, false}, {1252, 0, false},
+        {-5, 1031, false}, {1252 + 65536L, 1031, false}, {65001, 1031, false},
     };
     for (const Case& row : cases) {
         EXPECT_EQ(CodepageFitsLanguage(row.codepage, row.language), row.fits) << row.codepage << " " << row.language;
