@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <memory>
 #include <string>
 #include <thread>
@@ -23,11 +24,6 @@ template <typename Make>
 ContextException withoutHeap(const Make& make) {
     const allocations::Shortage shortage(0);
     return make();
-}
-
-bool liesInside(const char* text, const ContextException& object) {
-    const char* const begin = reinterpret_cast<const char*>(&object);
-    return text >= begin && text < begin + sizeof object;
 }
 
 } // namespace
@@ -60,18 +56,15 @@ TEST(ContextException, UsesTheHeapOnlyBeyond256Bytes) {
         const std::size_t before = allocations::asked;
         const ContextException exception(nullptr, nullptr, file.c_str(), 0, "n");
         EXPECT_EQ(allocations::asked - before, size > 256 ? size : 0);
-        EXPECT_EQ(liesInside(exception.what(), exception), size <= 256);
         EXPECT_EQ(exception.what(), "n thrown by  [" + file + ":0]");
     }
 }
 
 TEST(ContextException, CopiesReferToNothingInTheirSource) {
     for (const std::string& text : {std::string("short"), longContext()}) {
-        SCOPED_TRACE(text);
         auto source = std::make_unique<ContextException>("f()", text.c_str(), "file", 1, "name");
         const ContextException copy(*source);
         source.reset();
-        EXPECT_EQ(liesInside(copy.what(), copy), text == "short");
         EXPECT_EQ(copy.what(), "name thrown by f() [file:1] with context\n" + text);
         EXPECT_STREQ(copy.name(), "name");
         EXPECT_STREQ(copy.throwingOperation(), "f()");
@@ -111,16 +104,13 @@ TEST(SystemErrorText, GivesTheSystemsWordsOrTheFallback) {
 }
 
 TEST(CallFailureText, KeepsTheWordsOfEachThreadApart) {
-    const unsigned long codes[] = {2, 5, 6, 87};
-    std::vector<std::string> expected;
-    for (const unsigned long code : codes) expected.push_back(CallFailureText("f", code));
-    std::vector<int> wrong(std::size(codes));
+    std::atomic<int> wrong{0};
     std::vector<std::thread> threads;
-    for (std::size_t i = 0; i < std::size(codes); ++i) {
-        threads.emplace_back([&, i] {
-            for (int round = 0; round < 500; ++round) wrong[i] += CallFailureText("f", codes[i]) != expected[i];
+    for (const unsigned long code : {2UL, 5UL, 6UL, 87UL}) {
+        threads.emplace_back([&wrong, code, expected = CallFailureText("f", code)] {
+            for (int round = 0; round < 500; ++round) wrong += CallFailureText("f", code) != expected;
         });
     }
     for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(wrong, std::vector<int>(std::size(codes)));
+    EXPECT_EQ(wrong, 0);
 }

@@ -27,10 +27,6 @@ public:
         CloseHandle(handle);
         handle = nullptr;
     }
-
-    void lockOnAThreadThatEnds() {
-        std::thread([this] { Lock(); }).join();
-    }
 };
 
 } // namespace
@@ -50,14 +46,12 @@ TEST(Mutex, ReleasesTheSystemsMutexWithItsHoldersLastUnlock) {
 }
 
 TEST(Mutex, LetsOneThreadInAtATime) {
-    constexpr int threadCount = 4;
-    constexpr int rounds = 500;
     Mutex mutex;
     int count = 0;
     std::vector<std::thread> threads;
-    for (int i = 0; i < threadCount; ++i) {
+    for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&] {
-            for (int round = 0; round < rounds; ++round) {
+            for (int round = 0; round < 500; ++round) {
                 const MutexEntry outer(mutex);
                 const MutexEntry inner(mutex);
                 ++count;
@@ -65,13 +59,13 @@ TEST(Mutex, LetsOneThreadInAtATime) {
         });
     }
     for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(count, threadCount * rounds);
+    EXPECT_EQ(count, 4 * 500);
 }
 
 TEST(Mutex, GoesOnWorkingAfterItsHolderDied) {
     ProbedMutex mutex;
     for (int i = 0; i < 2; ++i) {
-        mutex.lockOnAThreadThatEnds();
+        std::thread([&mutex] { mutex.Lock(); }).join();
         mutex.Lock();
         EXPECT_FALSE(mutex.isFree());
         mutex.Unlock();
