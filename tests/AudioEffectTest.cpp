@@ -75,17 +75,13 @@ TEST(AudioEffect, SettersReachTheirPlaceInTheRecord) {
 
 TEST(AudioEffect, EmptiesTheTextsItDoesNotHave) {
     PlainEffect effect;
-    using Writer = void (*)(PlainEffect&, char*);
-    for (const Writer write :
-         std::initializer_list<Writer>{[](PlainEffect&e, char*text) { e.setProgramName(text); },
-                                       [](PlainEffect&e, char*text) { e.getProgramName(text); },
-                                       [](PlainEffect&e, char*text) { e.getParameterLabel(0, text); },
-                                       [](PlainEffect&e, char*text) { e.getParameterDisplay(0, text); },
-                                       [](PlainEffect&e, char*text) { e.getParameterName(0, text); }}) {
-        char text[] = "name";
-        write(effect, text);
-        EXPECT_STREQ(text, "");
-    }
+    char name[] = "name", program[] = "name", label[] = "name", display[] = "name", parameter[] = "name";
+    effect.setProgramName(name);
+    effect.getProgramName(program);
+    effect.getParameterLabel(0, label);
+    effect.getParameterDisplay(0, display);
+    effect.getParameterName(0, parameter);
+    for (const char* text : {name, program, label, display, parameter}) EXPECT_STREQ(text, "");
 }
 
 TEST(AudioEffect, WritesNumbersInEightCharacters) {

@@ -204,29 +204,16 @@ TEST_F(LanguageSelection, ReadsTheSystemsLanguage) {
 }
 
 TEST(LanguageFileName, DeclaresALanguage) {
-    struct Row {
-        const char* name;
-        const char* prefix;
-        WORD language;
+    const std::pair<const char*, WORD> rows[] = {
+        {"fr 1036.LNG", 1036}, {"1031.lngx", 1031}, {"A66567.lng", 66567 - 65536},
+        {"x0.lng", 0},         {"a1b2.lng", 0},     {"1031", 0},
+        {"1031.", 0},          {"1031.ln", 0},      {"1031lng", 0},
+        {"1031..lng", 0},
     };
-    const Row rows[] = {
-        {"fr 1036.LNG", "", 1036},
-        {"1031.lngx", "", 1031},
-        {"A66567.lng", "", 1031}, // 65536 + 1031
-        {"x0.lng", "", 0},
-        {"a1b2.lng", "", 0},
-        {"1031", "", 0},
-        {"1031.", "", 0},
-        {"1031.ln", "", 0},
-        {"1031lng", "", 0},
-        {"1031..lng", "", 0},
-        {"My Equalizer1031.lng", "equalizer", 1031},
-        {"Equaliser1031.lng", "equalizer", 0},
-        {"qualizer1031.lng", "equalizer", 0},
-    };
-    for (const Row& row : rows) {
-        EXPECT_EQ(ParseLanguageFileName(row.name, row.prefix, "lng"), row.language) << row.name;
-    }
+    for (const auto& [name, language] : rows) EXPECT_EQ(ParseLanguageFileName(name, "", "lng"), language) << name;
+    EXPECT_EQ(ParseLanguageFileName("My Equalizer1031.lng", "equalizer", "lng"), 1031);
+    for (const char* const name : {"Equaliser1031.lng", "qualizer1031.lng"})
+        EXPECT_EQ(ParseLanguageFileName(name, "equalizer", "lng"), 0) << name;
 }
 
 TEST(DefaultCodepage, IsTheAnsiOneOfTheLanguage) {

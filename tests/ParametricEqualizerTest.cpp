@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <thread>
 #include <utility>
 
 namespace {
@@ -245,34 +244,6 @@ TEST(ParametricEqualizer, LosesNoChangeThatComesInTheMidstOfAnother) {
     ReferencePair reference(engineValues(last));
     const Stereo audio = noise(2 * BlockSize);
     EXPECT_TRUE(sameBits(render(effect, audio), reference.render(audio)));
-}
-
-TEST(ParametricEqualizer, LosesNoChangeOfManyThreads) {
-    constexpr int32 Threads = 4;
-    ParametricEqualizer effect(nullptr);
-    const Stereo audio = noise(2 * BlockSize);
-    for (int round = 0; round < 100; ++round) {
-        const auto valueOf = [round](int32 index, int step) {
-            return static_cast<float>((round * 7 + index * 3 + step) % 11) * 0.1f;
-        };
-        effect.suspend();
-        std::vector<std::thread> threads;
-        for (int32 thread = 0; thread < Threads; ++thread) {
-            threads.emplace_back([&effect, thread, valueOf] {
-                for (int step = 0; step < 100; ++step)
-                    for (int32 i = thread; i < ParameterCount; i += Threads) effect.setParameter(i, valueOf(i, step));
-            });
-        }
-        for (int i = 0; i < 5; ++i) render(effect, silence(BlockSize)); // on silence the state stays zero
-        for (std::thread& thread : threads) thread.join();
-
-        Values parameters;
-        for (int32 i = 0; i < ParameterCount; ++i) parameters[static_cast<std::size_t>(i)] = valueOf(i, 99);
-        ReferencePair reference(engineValues(parameters));
-        render(effect, silence(BlockSize));
-        reference.render(silence(BlockSize));
-        ASSERT_TRUE(sameBits(render(effect, audio), reference.render(audio)));
-    }
 }
 
 } // namespace
