@@ -205,4 +205,6 @@ TEST(LanguageFileText, SparesBackslashesInsideDoubleByteCharacters) {
         {"\\x83\\x5C\\x41", "\x83\\x5CA"},
     };
     for (const auto& [written, decoded] : cases) EXPECT_EQ(decode_value(written), decoded) << written;
+    const int kinds[] = {0, 1, 2, 0, 1, 0};
+    for (std::size_t i = 0; i < std::size(kinds); ++i) EXPECT_EQ(byte_kind("a\x83\x5C\x5C\x83", i), kinds[i]) << i;
 }
