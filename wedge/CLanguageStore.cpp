@@ -62,7 +62,7 @@ Text expandKeys(const CLanguageStore& store, const Text& text, bool* changed) {
     constexpr auto Open = static_cast<Character>('{');
     constexpr auto Close = static_cast<Character>('}');
 
-    const Text source(text.c_str());
+    const Text source(text.c_str()); // NOLINT(readability-redundant-string-cstr): up to its first terminator
     Text expanded;
     bool has_changed = false;
     std::size_t copied = 0;

@@ -9,6 +9,7 @@
 
 #include "platform/win32.h"
 
+// NOLINTBEGIN(readability-redundant-declaration): on Linux the system's header has them, too
 #ifdef _WIN32
 namespace wedge {
 #else
@@ -55,3 +56,4 @@ INT_PTR WINAPI PropertySheetA(LPCPROPSHEETHEADERA header);
 INT_PTR WINAPI PropertySheetW(LPCPROPSHEETHEADERW header);
 
 } // namespace wedge, or extern "C"
+// NOLINTEND(readability-redundant-declaration)

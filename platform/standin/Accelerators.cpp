@@ -27,7 +27,7 @@ void widenCharacter(ACCEL& record) noexcept {
     const char narrow = static_cast<char>(record.key);
     wchar_t wide = 0;
     MultiByteToWideChar(CP_ACP, 0, &narrow, 1, &wide, 1);
-    record.key = static_cast<WORD>(wide);
+    record.key = static_cast<WORD>(wide); // NOLINT(bugprone-signed-char-misuse): it holds no char
 }
 
 HACCEL createTable(const ACCEL* records, int count, bool narrow) {

@@ -32,7 +32,7 @@ std::shared_ptr<PropertySheet> sheetOf(HWND window) {
 }
 
 std::shared_ptr<PropertySheet> enter(HWND window, LPARAM parameter) {
-    const auto sheet =
+    auto sheet =
         *standin::handleOfNumber<const std::shared_ptr<PropertySheet>*>(static_cast<std::uintptr_t>(parameter));
     const std::lock_guard guard(standin::windowLock());
     sheets().emplace(window, sheet);

@@ -44,7 +44,7 @@ std::string escaped(const std::string& bytes) {
 
 /// A code page that lacks a character would have another in its place.
 std::string inPseudoCodepage(const std::wstring& text, const LanguageFile& reference, int line) {
-    const std::string bytes = convert_string(text, PseudoCodepage);
+    std::string bytes = convert_string(text, PseudoCodepage);
     if (convert_wstring(bytes, PseudoCodepage) != text)
         throw tool::FileError(reference.path + ":" + std::to_string(line) +
                               ": only Western texts can be pseudo-localised");
