@@ -3,8 +3,8 @@
 #include "wedge/CountedBlock.h"
 #include "wedge/GuardedMap.h"
 #include "wedge/PropertySheetForms.h"
-#include "wedge/SystemFunctions.h"
 #include "wedge/ResourceFormats.h"
+#include "wedge/SystemFunctions.h"
 
 #include <cstddef>
 #include <cstring>
