@@ -125,10 +125,12 @@ TEST(CountedRef, SharesOneOwnerForAnAddressAndEndsItWithTheLast) {
 
 TEST(CountedRef, LeavesTheBlockToTheCallerWhenMemoryIsShort) {
     const auto block = std::make_unique<std::byte[]>(8);
+    const long before = allocations::live;
     for (const long granted : {0, 1}) {
         const allocations::Shortage shortage(granted);
         EXPECT_THROW(CountedBlockRef(block.get()), std::bad_alloc);
     }
+    EXPECT_EQ(allocations::live, before);
 }
 
 TEST(CountedRef, ChangesHandsOnManyThreads) {
@@ -140,7 +142,7 @@ TEST(CountedRef, ChangesHandsOnManyThreads) {
             const CountedBlockRef other(new std::byte[1]);
         }
     });
-    EXPECT_EQ(allocations::live, before + 2) << "the block and its owner's place";
+    EXPECT_EQ(allocations::live, before + 3) << "the block, its owner and its place in the index";
 }
 
 TEST(ResourceCache, RewritesOnceHoweverOftenAndByHoweverManyAResourceIsFound) {

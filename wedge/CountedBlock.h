@@ -66,9 +66,16 @@ public:
     explicit CountedRef(Pointer address) {
         auto& index = Owner::index();
         const platform::CriticalSectionEntry entry(index.lock);
-        auto& owner = index.owners[address];
-        if (!owner) owner = std::make_unique<Owner>(address);
-        m_owner = owner.get();
+        const auto place = index.owners.try_emplace(address).first;
+        if (!place->second) {
+            try {
+                place->second = std::make_unique<Owner>(address);
+            } catch (...) {
+                index.owners.erase(place);
+                throw;
+            }
+        }
+        m_owner = place->second.get();
         addRef();
     }
 
