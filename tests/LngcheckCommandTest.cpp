@@ -104,6 +104,7 @@ TEST_F(LngcheckCommand, TellsFaultsAndWarningsWithFileAndLine) {
         {cleanBut(3, "IDS_DB = 123456789012345678901"), 0, {"faults: 0, warnings: 1\n"}},
         {cleanBut(3, "IDS_DB = 1234567890123456789012"), 1, {"A1031.lng:3: the unit makes", "28 bytes"}},
         {cleanBut(3, "IDS_DB = \xE4\xC1\xE4\xC1\xE4\xC1\xE4\xC1\xE4\xC1\xE4", "1251"), 1, {"28 bytes"}, "A1049.lng"},
+        {cleanBut(3, "IDS_DB = \x83\x66\x83\x56", "932"), 0, {":3: warning: the unit does not show"}, "A1041.lng"},
         {Clean + "[Parametric Equalizer]\nIDS_dBx = 1\n", 0, {":29: warning: the library"}},
         {Clean + "<ACCEL VK_F5> = <accel alt 7>\n", 0, {"faults: 0, warnings: 0"}},
         {Clean + "<ACCEL VK_F5> = <ACCEL F5>\n<ACCEL A> = B\n<ACCEL B> = <CODEPAGE 1252>\n",
