@@ -6,6 +6,11 @@
 #include "tests/support/WindowTexts.h"
 #include "wedge/OwnModule.h"
 
+#ifndef _WIN32
+#include "platform/standin/TestHooks.h"
+#include "tests/support/AllocationCounter.h"
+#endif
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -259,6 +264,17 @@ TEST_F(WedgeSheets, LeaveOnlyTheirThunksBehind) {
     openAndRefuse(Sheets);
     EXPECT_LE(heapInUse() - before, Sheets * 3 * LeftByAPage);
 }
+
+#ifndef _WIN32
+TEST_F(WedgeSheets, LoseNoPageWhenMemoryIsShort) {
+    const std::size_t before = standin::livePropertySheetPages();
+    const PROPSHEETPAGEW page = pageOf(151);
+    allocations::refuseEachOf([&] {
+        if (const HPROPSHEETPAGE made = CreatePropertySheetPageW(&page)) DestroyPropertySheetPage(made);
+    });
+    EXPECT_EQ(standin::livePropertySheetPages(), before);
+}
+#endif
 
 TEST_F(WedgeSheets, MayBeOpenOnTwoThreads) {
     std::atomic<int> open = 0;

@@ -20,6 +20,7 @@
 #include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 // The resources are those of Wedge.rc, the texts those of the language file beside the test program.
@@ -304,6 +305,23 @@ TEST(Wedge, LoadsTranslatedAcceleratorTables) {
     for (const HACCEL table : {first, second, plain, foreign}) EXPECT_NE(DestroyAcceleratorTable(table), 0);
     EXPECT_EQ(DestroyAcceleratorTable(first), 0);
 }
+
+#ifndef _WIN32
+TEST(Wedge, LosesNoAcceleratorTableWhenMemoryIsShort) {
+    const std::size_t before = standin::liveAcceleratorTables();
+    std::array<HACCEL, 20> tables{};
+    std::size_t loaded = 0;
+    // Among them are the tables for which the registry has to grow.
+    for (HACCEL& table : tables)
+        allocations::refuseEachOf([&] {
+            DestroyAcceleratorTable(std::exchange(table, nullptr));
+            table = LoadAcceleratorsW(module(), MAKEINTRESOURCEW(301));
+        });
+    EXPECT_EQ(standin::liveAcceleratorTables(), before + tables.size());
+    for (const HACCEL table : tables) loaded += DestroyAcceleratorTable(table) != 0;
+    EXPECT_EQ(loaded, tables.size());
+}
+#endif
 
 TEST(AcceleratorRegistry, DestroysWhatIsLeftOnce) {
     ACCEL entry{};

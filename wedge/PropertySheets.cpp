@@ -29,7 +29,10 @@ struct SheetRecord {
     SheetRecord(const SheetRecord&) = delete;
     SheetRecord& operator=(const SheetRecord&) = delete;
     ~SheetRecord() {
-        for (const SheetPage& page : pages) ReleasePageRecord(page.handle);
+        for (const SheetPage& page : pages) {
+            if (!hasGivenPages && page.handle) systems::DestroyPropertySheetPage(page.handle);
+            ReleasePageRecord(page.handle);
+        }
         releaseTitle(caption);
     }
 
@@ -47,6 +50,7 @@ struct SheetRecord {
     bool hasOwnPages = false;     ///< the caller gave records, not handles
     std::vector<SheetPage> pages; ///< in their order
     std::vector<HPROPSHEETPAGE> handles;
+    bool hasGivenPages = false;     ///< the system was asked to open the sheet, and has the pages since
     const void* caption = nullptr;  ///< a string of the wedge's own, if the caller gave an id
     WNDPROC previousProc = nullptr; ///< the window's, ahead of SheetWindowProc
 
@@ -169,16 +173,11 @@ void createPages(SheetRecord& record, typename Sheets::Header& header) {
     record.pages.reserve(header.nPages);
     record.handles.reserve(header.nPages);
     const auto* place = reinterpret_cast<const std::byte*>(header.ppsp);
-    try {
-        for (UINT i = 0; i < header.nPages; ++i) {
-            const auto* const page = reinterpret_cast<const typename Sheets::Page*>(place);
-            record.pages.push_back({reinterpret_cast<ULONG_PTR>(page->pszTemplate), createPage<Sheets>(page)});
-            record.handles.push_back(record.pages.back().handle);
-            place += page->dwSize;
-        }
-    } catch (...) {
-        for (const HPROPSHEETPAGE handle : record.handles) systems::DestroyPropertySheetPage(handle);
-        throw;
+    for (UINT i = 0; i < header.nPages; ++i) {
+        const auto* const page = reinterpret_cast<const typename Sheets::Page*>(place);
+        record.pages.push_back({reinterpret_cast<ULONG_PTR>(page->pszTemplate), createPage<Sheets>(page)});
+        record.handles.push_back(record.pages.back().handle);
+        place += page->dwSize;
     }
     header.dwFlags &= ~static_cast<DWORD>(PSH_PROPSHEETPAGE);
     header.phpage = record.handles.data();
@@ -220,6 +219,7 @@ INT_PTR openSheet(const typename Sheets::Header* given) {
     if (!given) return Sheets::openSheet(nullptr);
     if (given->nPages > MostPages) return -1;
     auto outer = std::exchange(context.opening, makeRecord<Sheets>(*given));
+    context.opening->hasGivenPages = true;
     const INT_PTR result = Sheets::openSheet(&context.opening->template headerCopy<Sheets>());
     // A sheet that the system refused ahead of its window is still there, and ends here.
     context.opening = std::move(outer);

@@ -28,6 +28,21 @@ public:
     Shortage& operator=(const Shortage&) = delete;
 };
 
+/// Does something again and again, each time with another one of its allocations refused, until it needs no more.
+/// What it throws for want of memory is dropped.
+template <typename Work>
+void refuseEachOf(const Work& work) {
+    bool wasRefused = true;
+    for (long granted = 0; wasRefused; ++granted) {
+        const Shortage shortage(granted, 1);
+        try {
+            work();
+        } catch (const std::bad_alloc&) {
+        }
+        wasRefused = leftToRefuse == 0;
+    }
+}
+
 inline void* take(std::size_t size) noexcept {
     asked += size;
     if (leftToGrant == 0 && leftToRefuse > 0) {
