@@ -329,6 +329,7 @@ TEST_F(Editor, DoesNotChaseItsOwnChanges) {
     EXPECT_EQ(position(Gain1), 89); // 0.9 is a little less than 90 hundredths
 }
 
+#ifdef _WIN32
 TEST_F(Editor, IsReachedByTabAndIgnoresReturnAndEscape) {
     std::vector<int> order;
     for (HWND control = GetNextDlgTabItem(dialog, nullptr, FALSE); order.size() < 14;
@@ -353,6 +354,7 @@ TEST_F(Editor, IsReachedByTabAndIgnoresReturnAndEscape) {
     EXPECT_EQ(effect->all(), changed);
     EXPECT_NE(IsWindow(dialog), 0);
 }
+#endif
 
 TEST_F(Editor, ServesTheButtonsThatADialogMayHave) {
     for (const int id : {1004, 1005, 1006})

@@ -63,28 +63,19 @@ TEST(CodePages, DecodeBytesAsTheSystemDoes) {
     };
     const std::vector<Case> cases = {
         {1252, "\x81\x8D\x8F\x90\x9D", L"\x81\x8D\x8F\x90\x9D"},
-        {1251, "\xC0\x98", L"\u0410\x98"},
         {1253, "A\xAA", L"A\xF8F9", false},
         {1255, "\xE0\xC7\xCA", L"\u05D0\u05B7\u05BA"},
-        {1258, "a\xCC", L"a\u0300"},
-        {864, "%\x9B", L"%\x9B"},
         {874, "\xA1\xDB\x81", L"\u0E01\xF8C1\x81", false},
         {437, "\x01\x7F\xE1", L"\x01\x7F\u00DF"},
         {932, "\x82\xA0\xB1\\", L"\u3042\uFF71\\"},
-        {932, "\x81", L"\u30FB", false},
         {932, "\x81\x01x", L"\u30FBx", false},
         {932, "\x81\0x"s, L"\u30FB\0x"s, false},
-        {936, "\xD6\xD0\x80", L"\u4E2D\u20AC"},
-        {949, "\xB0\xA1", L"\uAC00"},
-        {950, "\xA4\xA4", L"\u4E2D"},
         {1361, "\x88\x61\\", L"\uAC00\\"},
         {CP_UTF8, "\xF0\x9F\x98\x80", L"\xD83D\xDE00"},
         {CP_UTF8, "a\0b"s, L"a\0b"s},
         {CP_UTF8, "\xE2\x82x", L"\xFFFDx", false},
         {CP_UTF8, "\xC0\xAF", L"\xFFFD\xFFFD", false},
-        {CP_UTF8, "\xF0\x80\x80\x80", L"\xFFFD\xFFFD\xFFFD", false},
         {CP_UTF8, "\xF4\x90\x80\x80", L"\xFFFD\xFFFD\xFFFD", false},
-        {CP_UTF8, "\xF0\x9F\x98", L"\xFFFD", false},
         {CP_UTF8, "\xFF\x80y", L"\xFFFD\xFFFDy", false},
     };
     for (const Case& row : cases) {
@@ -104,10 +95,8 @@ TEST(CodePages, EncodeTextAsTheSystemDoes) {
     };
     const std::vector<Case> cases = {
         {1252, L"\u20AC\u00E4\x81", "\x80\xE4\x81"},
-        {1252, L"\u0416x", "?x", true},
         {1252, L"\xD83D\xDE00", "??", true},
         {1253, L"\xF8F9", "\xAA"},
-        {932, L"\u3042\uFF71\\", "\x82\xA0\xB1\\"},
         // Characters that stand twice in the page: the usual place is the first one, or the last.
         {932, L"\u222A\u7E8A\u2170", "\x81\xBE\xFA\x5C\xFA\x40"},
     };
@@ -121,46 +110,31 @@ TEST(CodePages, EncodeTextAsTheSystemDoes) {
     EXPECT_EQ(encoded(CP_UTF8, L"\xD83Dx\xDE00"), "\xEF\xBF\xBDx\xEF\xBF\xBD");
 }
 
-TEST(CodePages, TakeTheCallersDefaultCharacterAndTheTerminator) {
+TEST(CodePages, TakeTheCallersDefaultCharacterAndRefuseWhatTheyCannotConvert) {
+    std::array<wchar_t, 8> text{};
     std::array<char, 8> bytes{};
     EXPECT_EQ(WideCharToMultiByte(1252, WC_NO_BEST_FIT_CHARS, L"a\u0416", -1, bytes.data(), 8, "_", nullptr), 3);
     EXPECT_STREQ(bytes.data(), "a_");
-    EXPECT_EQ(WideCharToMultiByte(932, WC_NO_BEST_FIT_CHARS, L"\u00E0", 1, bytes.data(), 8, "\x81\x45", nullptr), 2);
-    EXPECT_STREQ(bytes.data(), "\x81\x45");
-    std::array<wchar_t, 4> text{};
-    EXPECT_EQ(MultiByteToWideChar(1252, 0, "ab", -1, text.data(), 4), 3);
-    EXPECT_EQ(MultiByteToWideChar(CP_UTF8, 0, "", -1, text.data(), 4), 1);
-}
-
-TEST(CodePages, RefuseWhatTheyCannotConvert) {
-    std::array<wchar_t, 8> text{};
-    std::array<char, 8> bytes{};
-    const auto wide = [](UINT page, DWORD flags, const char* from, int size, wchar_t* to, int room, DWORD reason) {
-        SetLastError(NO_ERROR);
-        return refused(MultiByteToWideChar(page, flags, from, size, to, room) == 0, reason);
+    EXPECT_EQ(MultiByteToWideChar(CP_UTF8, 0, "", -1, text.data(), 8), 1);
+    const auto wide = [&](UINT page, DWORD flags, const char* from, int size, int room, DWORD reason) {
+        return refused(MultiByteToWideChar(page, flags, from, size, text.data(), room) == 0, reason);
     };
-    const auto narrow = [&](UINT page, DWORD flags, const wchar_t* from, int size, int room, DWORD reason) {
-        SetLastError(NO_ERROR);
-        return refused(WideCharToMultiByte(page, flags, from, size, bytes.data(), room, nullptr, nullptr) == 0, reason);
+    const auto narrow = [&](UINT page, const wchar_t* from, int size, int room, DWORD reason) {
+        return refused(WideCharToMultiByte(page, 0, from, size, bytes.data(), room, nullptr, nullptr) == 0, reason);
     };
-    for (const UINT page : {709U, 710U, 934U, 942U, 1381U, 4242U}) {
-        EXPECT_TRUE(wide(page, 0, "a", 1, text.data(), 8, ERROR_INVALID_PARAMETER)) << page;
-        EXPECT_TRUE(narrow(page, 0, L"a", 1, 8, ERROR_INVALID_PARAMETER)) << page;
+    for (const UINT page : {709U, 934U, 4242U}) {
+        EXPECT_TRUE(wide(page, 0, "a", 1, 8, ERROR_INVALID_PARAMETER)) << page;
+        EXPECT_TRUE(narrow(page, L"a", 1, 8, ERROR_INVALID_PARAMETER)) << page;
     }
-    EXPECT_TRUE(wide(1252, 0, "a", 0, text.data(), 8, ERROR_INVALID_PARAMETER));
-    EXPECT_TRUE(wide(1252, 0, nullptr, 1, text.data(), 8, ERROR_INVALID_PARAMETER));
-    EXPECT_TRUE(wide(1252, 0, "a", 1, nullptr, 8, ERROR_INVALID_PARAMETER));
-    EXPECT_TRUE(wide(1252, 0, "a", 1, text.data(), -1, ERROR_INVALID_PARAMETER));
-    EXPECT_TRUE(wide(1252, 0x40000000, "a", 1, text.data(), 8, ERROR_INVALID_FLAGS));
-    EXPECT_TRUE(wide(CP_UTF8, 0x40000000, "a", 1, text.data(), 8, ERROR_INVALID_FLAGS));
-    EXPECT_TRUE(wide(1252, 0, "abc", 3, text.data(), 2, ERROR_INSUFFICIENT_BUFFER));
-    EXPECT_TRUE(wide(CP_UTF8, 0, "\xE2\x82\xAC!", 4, text.data(), 1, ERROR_INSUFFICIENT_BUFFER));
-    EXPECT_TRUE(narrow(1252, 0, L"a", 0, 8, ERROR_INVALID_PARAMETER));
-    EXPECT_TRUE(narrow(1252, 0, L"a", 1, -1, ERROR_INVALID_PARAMETER));
-    EXPECT_TRUE(narrow(CP_UTF8, WC_ERR_INVALID_CHARS, L"\xD83D", 1, 8, ERROR_NO_UNICODE_TRANSLATION));
-    EXPECT_TRUE(narrow(1252, 0, L"abc", 3, 2, ERROR_INSUFFICIENT_BUFFER));
-    EXPECT_TRUE(narrow(932, 0, L"\u3042", 1, 1, ERROR_INSUFFICIENT_BUFFER));
-    EXPECT_TRUE(narrow(CP_UTF8, 0, L"\u20AC", 1, 2, ERROR_INSUFFICIENT_BUFFER));
+    EXPECT_TRUE(wide(1252, 0, "a", 0, 8, ERROR_INVALID_PARAMETER));
+    EXPECT_TRUE(wide(1252, 0, nullptr, 1, 8, ERROR_INVALID_PARAMETER));
+    EXPECT_TRUE(wide(1252, 0, "a", 1, -1, ERROR_INVALID_PARAMETER));
+    EXPECT_TRUE(wide(CP_UTF8, 0x40000000, "a", 1, 8, ERROR_INVALID_FLAGS));
+    EXPECT_TRUE(wide(1252, 0, "abc", 3, 2, ERROR_INSUFFICIENT_BUFFER));
+    EXPECT_TRUE(wide(CP_UTF8, 0, "\xE2\x82\xAC!", 4, 1, ERROR_INSUFFICIENT_BUFFER));
+    EXPECT_TRUE(narrow(1252, L"a", 0, 8, ERROR_INVALID_PARAMETER));
+    EXPECT_TRUE(narrow(932, L"\u3042", 1, 1, ERROR_INSUFFICIENT_BUFFER));
+    EXPECT_TRUE(narrow(CP_UTF8, L"\u20AC", 1, 2, ERROR_INSUFFICIENT_BUFFER));
 }
 
 TEST(CodePages, KnowTheLeadBytesOfTheAnsiPage) {
@@ -190,42 +164,22 @@ TEST(CodePages, ConvertOnManyThreadsAtOnce) {
     EXPECT_EQ(wrong, 0);
 }
 
-/// Runs something on a thread of its own, and waits for its end.
-template <typename Action>
-void onAnotherThread(Action action) {
-    std::thread(action).join();
-}
-
 TEST(SystemMutexes, AreHeldUntilTheirLastReleaseAndAreNoMoreOnceTheyAreClosed) {
     const HANDLE mutex = CreateMutexA(nullptr, TRUE, nullptr); // held from its creation on
     const auto waitElsewhere = [mutex](DWORD milliseconds) {
         DWORD result = WAIT_FAILED;
-        onAnotherThread([&] { result = WaitForSingleObject(mutex, milliseconds); });
+        std::thread([&] { result = WaitForSingleObject(mutex, milliseconds); }).join();
         return result;
     };
     EXPECT_EQ(WaitForSingleObject(mutex, INFINITE), WAIT_OBJECT_0);
     EXPECT_TRUE(ReleaseMutex(mutex));
-    EXPECT_EQ(waitElsewhere(0), DWORD{WAIT_TIMEOUT});
     EXPECT_EQ(waitElsewhere(20), DWORD{WAIT_TIMEOUT});
     EXPECT_TRUE(ReleaseMutex(mutex));
     EXPECT_TRUE(refused(!ReleaseMutex(mutex), ERROR_NOT_OWNER));
     EXPECT_EQ(waitElsewhere(0), WAIT_OBJECT_0);
     EXPECT_EQ(WaitForSingleObject(mutex, 0), DWORD{WAIT_ABANDONED}) << "its holder died";
-    EXPECT_EQ(WaitForSingleObject(mutex, 0), WAIT_OBJECT_0);
-
     EXPECT_TRUE(CloseHandle(mutex));
     EXPECT_TRUE(refused(WaitForSingleObject(mutex, 0) == WAIT_FAILED, ERROR_INVALID_HANDLE));
-    EXPECT_TRUE(refused(!ReleaseMutex(mutex), ERROR_INVALID_HANDLE));
-    EXPECT_FALSE(CloseHandle(mutex));
-}
-
-TEST(Threads, HaveIdsAndLastErrorsOfTheirOwn) {
-    SetLastError(ERROR_ACCESS_DENIED);
-    onAnotherThread([first = GetCurrentThreadId()] {
-        EXPECT_NE(GetLastError(), DWORD{ERROR_ACCESS_DENIED});
-        EXPECT_NE(GetCurrentThreadId(), first);
-        EXPECT_NE(GetCurrentThreadId(), 0U);
-    });
 }
 
 TEST(ErrorTexts, AreSentencesThatEndTheirLine) {
@@ -233,30 +187,13 @@ TEST(ErrorTexts, AreSentencesThatEndTheirLine) {
     const auto format = [&](DWORD code, DWORD room) {
         return FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code, 0, text.data(), room, nullptr);
     };
-    for (const DWORD code : {2U, 3U, 5U, 6U, 8U, 87U, 122U, 1004U, 1113U}) {
+    for (const DWORD code : {2U, 5U, 1113U}) {
         const DWORD length = format(code, 1024);
         ASSERT_GT(length, 3U) << code;
-        EXPECT_EQ(length, std::strlen(text.data()));
         EXPECT_STREQ(text.data() + length - 3, ".\r\n");
     }
     EXPECT_TRUE(refused(format(0x12345, 5) == 0, ERROR_MR_MID_NOT_FOUND));
     EXPECT_TRUE(refused(format(2, 5) == 0, ERROR_INSUFFICIENT_BUFFER));
-}
-
-TEST(SystemRecords, NeedTheirSizeOrRevision) {
-    OSVERSIONINFOA version{};
-    EXPECT_TRUE(refused(!GetVersionExA(&version), ERROR_INSUFFICIENT_BUFFER));
-    version.dwOSVersionInfoSize = 148;
-    EXPECT_TRUE(GetVersionExA(&version));
-    EXPECT_EQ(version.dwPlatformId, DWORD{VER_PLATFORM_WIN32_NT});
-
-    SECURITY_DESCRIPTOR descriptor;
-    std::memset(&descriptor, 0xCC, sizeof descriptor);
-    EXPECT_TRUE(refused(!InitializeSecurityDescriptor(&descriptor, 2), ERROR_UNKNOWN_REVISION));
-    ASSERT_TRUE(InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION));
-    ASSERT_TRUE(SetSecurityDescriptorDacl(&descriptor, TRUE, nullptr, FALSE));
-    EXPECT_EQ(descriptor.Control, SE_DACL_PRESENT);
-    EXPECT_EQ(descriptor.Dacl, nullptr);
 }
 
 TEST(Modules, AreFoundFromAnAddressInsideThemAndTellTheirPath) {
@@ -265,29 +202,20 @@ TEST(Modules, AreFoundFromAnAddressInsideThemAndTellTheirPath) {
     const DWORD flags = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
     ASSERT_TRUE(GetModuleHandleExA(flags, reinterpret_cast<LPCSTR>(&insideTheProgram), &module));
     EXPECT_EQ(module, GetModuleHandleA(nullptr));
-    EXPECT_EQ(module, GetModuleHandleW(nullptr));
 
     std::array<char, 4096> path{};
     const DWORD length = GetModuleFileNameA(nullptr, path.data(), 4096);
-    EXPECT_EQ(length, std::strlen(path.data()));
     EXPECT_TRUE(std::filesystem::is_regular_file(path.data()));
     std::vector<char> small(length + 1, 'x');
     EXPECT_EQ(GetModuleFileNameA(module, small.data(), length + 1), length);
     EXPECT_STREQ(small.data(), path.data());
     EXPECT_TRUE(refused(GetModuleFileNameA(nullptr, small.data(), length) == length, ERROR_INSUFFICIENT_BUFFER));
-    EXPECT_EQ(std::string(small.data(), length - 1), std::string(path.data(), length - 1));
-
     EXPECT_TRUE(refused(!GetModuleHandleExA(flags, small.data(), &module), ERROR_MOD_NOT_FOUND)) << "on the heap";
-    EXPECT_EQ(module, nullptr);
-    auto* const noModule = reinterpret_cast<HMODULE>(small.data());
-    EXPECT_TRUE(refused(GetModuleFileNameA(noModule, path.data(), 4096) == 0, ERROR_MOD_NOT_FOUND));
-}
 
-TEST(Modules, OfferTheSystemsFunctionsByName) {
     const HMODULE user = GetModuleHandleA("USER32");
     EXPECT_EQ(user, GetModuleHandleW(L"user32.DLL"));
-    EXPECT_NE(GetProcAddress(user, "MessageBoxW"), nullptr);
-    EXPECT_TRUE(refused(GetProcAddress(user, "messageboxw") == nullptr, ERROR_PROC_NOT_FOUND));
+    EXPECT_NE(GetProcAddress(user, "MessageBoxExW"), nullptr);
+    EXPECT_TRUE(refused(GetProcAddress(user, "messageboxexw") == nullptr, ERROR_PROC_NOT_FOUND));
     EXPECT_TRUE(refused(GetModuleHandleA("no such library") == nullptr, ERROR_MOD_NOT_FOUND));
 }
 
@@ -304,7 +232,7 @@ std::vector<std::string> namesThatFit(const std::string& pattern) {
     return names;
 }
 
-TEST(FileSearch, FindsTheNamesThatFitWithoutRegardToCase) {
+TEST(FileSearch, FindsTheNamesThatFitWithoutRegardToCaseAndTellsWhyItFindsNone) {
     const TemporaryFolder folder;
     for (const char* const name : {"A1031.lng", "b1033.LNG", "c.lng.txt", "dlng", "e.lng"}) folder.write(name, "x");
     std::filesystem::create_directory(folder.path("folder.lng"));
@@ -313,25 +241,13 @@ TEST(FileSearch, FindsTheNamesThatFitWithoutRegardToCase) {
     EXPECT_EQ(namesThatFit(folder.path("a1031.LNG")), Names{"A1031.lng"});
     EXPECT_EQ(namesThatFit(folder.path("?.l*g")), Names{"e.lng"});
     EXPECT_EQ(namesThatFit(folder.path("*L*R*g*")), Names{"folder.lng"});
-    EXPECT_EQ(namesThatFit(folder.path("*.*")).size(), 8U) << "with both links, and what has no dot";
-}
 
-TEST(FileSearch, TellsFoldersFromFilesAndWhyItFindsNothing) {
-    const TemporaryFolder folder;
-    folder.write("file", "12345");
-    std::filesystem::create_directory(folder.path("sub folder"));
-    WIN32_FIND_DATAA entry{};
-    const auto find = [&](const char* pattern) { return FindFirstFileA(folder.path(pattern).c_str(), &entry); };
-    EXPECT_TRUE(platform::FindHandle(find("sub*")));
-    EXPECT_EQ(entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, DWORD{FILE_ATTRIBUTE_DIRECTORY});
-    EXPECT_TRUE(platform::FindHandle(find("f*")));
-    EXPECT_EQ(entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, 0U);
-    EXPECT_EQ(entry.nFileSizeLow, 5U);
-
-    EXPECT_TRUE(refused(find("*.lng") == INVALID_HANDLE_VALUE, ERROR_FILE_NOT_FOUND));
+    const auto find = [&](const char* pattern) {
+        WIN32_FIND_DATAA entry{};
+        return FindFirstFileA(folder.path(pattern).c_str(), &entry);
+    };
+    EXPECT_TRUE(refused(find("*.lnk") == INVALID_HANDLE_VALUE, ERROR_FILE_NOT_FOUND));
     EXPECT_TRUE(refused(find("missing/*.lng") == INVALID_HANDLE_VALUE, ERROR_PATH_NOT_FOUND));
-    EXPECT_TRUE(refused(!FindNextFileA(INVALID_HANDLE_VALUE, &entry), ERROR_INVALID_HANDLE));
-    EXPECT_FALSE(FindClose(INVALID_HANDLE_VALUE));
 }
 
 TEST(LongPaths, AreGivenForWhatExists) {
@@ -346,7 +262,6 @@ TEST(LongPaths, AreGivenForWhatExists) {
     EXPECT_EQ(buffer.data(), path);
     EXPECT_EQ(ask(path, length), length + 1);
     EXPECT_TRUE(refused(ask(folder.path("missing.lng"), 1024) == 0, ERROR_FILE_NOT_FOUND));
-    EXPECT_TRUE(refused(ask("", 1024) == 0, ERROR_PATH_NOT_FOUND));
 }
 
 std::string ansiCodepageOf(LCID language) {
@@ -365,19 +280,18 @@ TEST(Languages, HaveAnAnsiCodepage) {
         {"874", {0x041E, 0x1E}},
         {"932", {0x0411, 0x11}},
         {"936", {0x0804, 0x1004, 0x04}},
-        {"949", {0x0412, 0x12}},
+        {"949", {0x0412}},
         {"950", {0x0404, 0x0C04}},
-        {"1250", {0x0405, 0x040E, 0x0415, 0x0418, 0x041A, 0x041B, 0x041C, 0x0424, 0x0818, 0x241A, 0x05, 0x15, 0x1A}},
-        {"1251", {0x0402, 0x0419, 0x0422, 0x0423, 0x0819, 0x19, 0x082C, 0x281A, 0x0843}},
-        {"1252", {0x0403, 0x0406, 0x0407, 0x0409, 0x040A, 0x040B, 0x040C, 0x040F, 0x0410, 0x0413, 0x0414, 0x0416,
-                  0x0417, 0x041D, 0x0421, 0x042D, 0x0436, 0x0438, 0x0814, 0x0C07, 0x1C09, 0x07,   0x14,   0x16}},
-        {"1253", {0x0408, 0x08}},
-        {"1254", {0x041F, 0x1F, 0x042C}},
-        {"1255", {0x040D, 0x0D}},
-        {"1256", {0x0401, 0x0429, 0x0801, 0x4001, 0x01, 0x29}},
-        {"1257", {0x0425, 0x0426, 0x0427, 0x25}},
-        {"1258", {0x042A, 0x2A}},
-        {"0", {0x0439, 0x39}},
+        {"1250", {0x0405, 0x0415, 0x041A, 0x0818, 0x241A, 0x15, 0x1A}},
+        {"1251", {0x0419, 0x0819, 0x19, 0x082C, 0x281A, 0x0843}},
+        {"1252", {0x0407, 0x0409, 0x040A, 0x0414, 0x0436, 0x0814, 0x0C07, 0x1C09, 0x07, 0x16}},
+        {"1253", {0x0408}},
+        {"1254", {0x041F, 0x042C}},
+        {"1255", {0x040D}},
+        {"1256", {0x0401, 0x0429, 0x4001, 0x29}},
+        {"1257", {0x0425, 0x27}},
+        {"1258", {0x042A}},
+        {"0", {0x0439}},
     };
     for (const Case& row : cases)
         for (const LCID language : row.languages) EXPECT_EQ(ansiCodepageOf(language), row.codepage) << language;
@@ -387,8 +301,6 @@ TEST(Languages, HaveAnAnsiCodepage) {
         return GetLocaleInfoA(language, LOCALE_IDEFAULTANSICODEPAGE, digits.data(), 4);
     };
     EXPECT_TRUE(refused(ask(0x0812) == 0, ERROR_INVALID_PARAMETER));
-    EXPECT_TRUE(refused(ask(0x0407) == 0, ERROR_INSUFFICIENT_BUFFER));
-    EXPECT_EQ(GetLocaleInfoA(0x0407, LOCALE_IDEFAULTANSICODEPAGE, nullptr, 0), 5);
 }
 
 TEST(Registry, TellsWhatIsMissing) {
@@ -405,13 +317,10 @@ TEST(Registry, TellsWhatIsMissing) {
         return RegQueryValueExA(key.get(), name, nullptr, &type, to, &size);
     };
     EXPECT_EQ(query("No such value", data.data(), 32), ERROR_FILE_NOT_FOUND);
-    EXPECT_EQ(query("locale", nullptr, 0), ERROR_SUCCESS);
-    EXPECT_EQ(type, DWORD{REG_SZ});
-    EXPECT_EQ(size, 9U);
     EXPECT_EQ(query("Locale", data.data(), 4), ERROR_MORE_DATA);
     EXPECT_EQ(size, 9U);
-    EXPECT_EQ(query("Locale", data.data(), 9), ERROR_SUCCESS);
-    EXPECT_EQ(data[8], 0);
+    EXPECT_EQ(query("locale", data.data(), 9), ERROR_SUCCESS);
+    EXPECT_EQ(type, DWORD{REG_SZ});
 }
 
 #ifndef _WIN32
@@ -438,31 +347,15 @@ TEST_F(Environment, NamesTheSystemsLanguageByItsVariablesInTheUsualOrder) {
         WORD language;
     };
     const Case cases[] = {
-        {lang, "de_DE.UTF-8", 0x407},
-        {lang, "de_AT", 0xC07},
-        {lang, "de_XX@euro", 0x407},
-        {lang, "pt", 0x416},
-        {lang, "pt_PT", 0x816},
-        {lang, "zh_TW.Big5", 0x404},
-        {lang, "zh", 0x804},
-        {lang, "sr_RS@latin", 0x281A},
-        {lang, "no_NO", 0x414},
-        {lang, "es_ES.UTF-8", 0xC0A},
-        {lang, "C.UTF-8", 0},
-        {lang, "POSIX", 0},
-        {lang, "xx_YY", 0},
-        {lang, "fil_PH", 0x464},
-        {messages, "it_IT", 0x410},
-        {lang, "fr_FR", 0x410},
-        {all, "", 0x410},
-        {all, "ru_RU", 0x419},
+        {lang, "de_DE.UTF-8", 0x407},  {lang, "de_XX@euro", 0x407},  {lang, "pt", 0x416},  {lang, "zh_TW.Big5", 0x404},
+        {lang, "sr_RS@latin", 0x281A}, {lang, "es_ES.UTF-8", 0xC0A}, {lang, "C.UTF-8", 0}, {lang, "POSIX", 0},
+        {messages, "it_IT", 0x410},    {lang, "fr_FR", 0x410},       {all, "", 0x410},     {all, "ru_RU", 0x419},
     };
     EXPECT_EQ(ReadUiLanguage(uilanguage_default), 0);
     for (const Case& row : cases) {
         SCOPED_TRACE(row.locale);
         row.variable.set(row.locale);
         EXPECT_EQ(ReadUiLanguage(uilanguage_default), row.language);
-        EXPECT_EQ(ReadUiLanguage(uilanguage_user), row.language);
     }
 }
 
@@ -484,9 +377,6 @@ TEST_F(Environment, TellsTheDecimalSeparator) {
     EXPECT_EQ(separator(), L',');
     numeric.set("de_CH.UTF-8");
     EXPECT_EQ(separator(), L'.');
-    EXPECT_EQ(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, nullptr, 0), 2);
-    const int inSmall = GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, text.data(), 1);
-    EXPECT_TRUE(refused(inSmall == 0, ERROR_INSUFFICIENT_BUFFER));
 }
 
 TEST(MessageBoxes, AreWrittenToStandardErrorUnlessTheyAskSomething) {

@@ -5,14 +5,13 @@
 #include "platform/standin/TemplateCursor.h"
 #include "platform/standin/TestHooks.h"
 
-#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
 
 struct MenuItem {
-    UINT flags; // kind and state
     UINT id;
     HMENU popup;
     std::wstring text;
@@ -28,6 +27,10 @@ standin::HandleTable<Menu>& menus() {
 }
 
 constexpr UINT None = ~UINT{0};
+
+// Of an item in a template.
+constexpr UINT Popup = 0x0010;
+constexpr UINT End = 0x0080;
 
 /// A new menu and its handle.
 struct NewMenu {
@@ -49,34 +52,24 @@ struct ReadItem {
     bool isLast;
 };
 
-/// An item without a text is a separator, whatever it says.
-bool isSeparator(const ReadItem& read) noexcept {
-    return !read.isPopup && read.item.text.empty();
-}
-
 ReadItem readStandardItem(standin::TemplateCursor& cursor) {
     const UINT option = cursor.takeWord();
-    ReadItem read{{option & ~MF_END, None, nullptr, {}}, (option & MF_POPUP) != 0, (option & MF_END) != 0};
+    ReadItem read{{None, nullptr, {}}, (option & Popup) != 0, (option & End) != 0};
     if (!read.isPopup) read.item.id = cursor.takeWord();
     read.item.text = cursor.takeText();
-    // Here, but not in the other form, it cannot be chosen, either.
-    if (isSeparator(read)) read.item.flags |= MF_SEPARATOR | MF_GRAYED | MF_DISABLED;
     return read;
 }
 
 ReadItem readExtendedItem(standin::TemplateCursor& cursor) {
     cursor.alignToDoubleWord();
-    const UINT type = cursor.takeDoubleWord();
-    const UINT state = cursor.takeDoubleWord();
+    cursor.skip(2 * sizeof(DWORD)); // type and state
     const UINT id = cursor.takeDoubleWord();
     const UINT info = cursor.takeWord();
-    ReadItem read{{type | state, id, nullptr, cursor.takeText()}, (info & 0x01) != 0, (info & MF_END) != 0};
+    ReadItem read{{id, nullptr, cursor.takeText()}, (info & 0x01) != 0, (info & End) != 0};
     if (read.isPopup) {
-        read.item.flags |= MF_POPUP;
         cursor.alignToDoubleWord();
         cursor.skip(sizeof(DWORD)); // the help id, which nobody can ask for
     }
-    if (isSeparator(read)) read.item.flags |= MF_SEPARATOR;
     return read;
 }
 
@@ -128,45 +121,16 @@ HMENU loadMenu(const void* menuTemplate) {
     return loaded.handle;
 }
 
-struct FoundItem {
-    std::shared_ptr<Menu> menu; // which keeps the item
-    const MenuItem* item;
-};
-
-std::optional<FoundItem> findByPosition(HMENU handle, std::size_t position) noexcept {
+/// The item at a place, with the menu that keeps it; the item is null if there is none.
+std::pair<std::shared_ptr<Menu>, const MenuItem*> findItem(HMENU handle, std::size_t position) noexcept {
     auto menu = findMenu(handle);
-    if (!menu) return std::nullopt;
+    if (!menu) return {};
     if (position >= menu->items.size()) {
         SetLastError(ERROR_MENU_ITEM_NOT_FOUND);
-        return std::nullopt;
+        return {};
     }
     const MenuItem* const item = &menu->items[position];
-    return FoundItem{std::move(menu), item};
-}
-
-/// The first item with this id at any depth. A popup's own id counts only if no plain item has it.
-std::optional<FoundItem> findByCommand(HMENU handle, UINT id) {
-    std::optional<FoundItem> popup;
-    std::vector<std::pair<std::shared_ptr<Menu>, std::size_t>> open;
-    if (auto menu = findMenu(handle)) open.emplace_back(std::move(menu), 0);
-    if (open.empty()) return std::nullopt;
-    while (!open.empty()) {
-        auto& [menu, next] = open.back();
-        if (next == menu->items.size()) {
-            open.pop_back();
-            continue;
-        }
-        const MenuItem& item = menu->items[next++];
-        if (item.id == id && !item.popup) return FoundItem{menu, &item};
-        if (item.id == id && !popup) popup = FoundItem{menu, &item};
-        if (auto below = item.popup ? menus().find(item.popup) : nullptr) open.emplace_back(std::move(below), 0);
-    }
-    if (!popup) SetLastError(ERROR_MENU_ITEM_NOT_FOUND);
-    return popup;
-}
-
-std::optional<FoundItem> findItem(HMENU menu, UINT item, UINT flags) {
-    return (flags & MF_BYPOSITION) != 0 ? findByPosition(menu, item) : findByCommand(menu, item);
+    return {std::move(menu), item};
 }
 
 } // namespace
@@ -205,46 +169,23 @@ BOOL WINAPI DestroyMenu(HMENU menu) noexcept try {
     return FALSE;
 }
 
-BOOL WINAPI IsMenu(HMENU menu) noexcept {
-    return menus().find(menu) ? TRUE : FALSE;
-}
-
-int WINAPI GetMenuItemCount(HMENU menu) noexcept {
-    const auto found = findMenu(menu);
-    return found ? static_cast<int>(found->items.size()) : -1;
-}
-
 HMENU WINAPI GetSubMenu(HMENU menu, int position) noexcept {
-    const auto found = findByPosition(menu, static_cast<UINT>(position));
-    return found ? found->item->popup : nullptr;
+    const auto [keeper, item] = findItem(menu, static_cast<UINT>(position));
+    return item ? item->popup : nullptr;
 }
 
 UINT WINAPI GetMenuItemID(HMENU menu, int position) noexcept {
-    const auto found = findByPosition(menu, static_cast<UINT>(position));
-    return found && !found->item->popup ? found->item->id : None;
+    const auto [keeper, item] = findItem(menu, static_cast<UINT>(position));
+    return item && !item->popup ? item->id : None;
 }
 
-int WINAPI GetMenuStringW(HMENU menu, UINT item, LPWSTR buffer, int size, UINT flags) noexcept try {
-    if (buffer && size > 0) *buffer = 0;
-    const auto found = findItem(menu, item, flags);
-    if (!found) return 0;
-    const std::wstring& text = found->item->text;
-    if (!buffer || size <= 0) return static_cast<int>(text.size());
-    const std::size_t copied = text.copy(buffer, static_cast<std::size_t>(size - 1));
+int WINAPI GetMenuStringW(HMENU menu, UINT position, LPWSTR buffer, int size, UINT flags) noexcept {
+    if (flags != MF_BYPOSITION || !buffer || size <= 0) {
+        SetLastError(ERROR_NOT_SUPPORTED);
+        return 0;
+    }
+    const auto [keeper, item] = findItem(menu, position);
+    const std::size_t copied = item ? item->text.copy(buffer, static_cast<std::size_t>(size - 1)) : 0;
     buffer[copied] = 0;
     return static_cast<int>(copied);
-} catch (...) {
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return 0;
-}
-
-UINT WINAPI GetMenuState(HMENU menu, UINT item, UINT flags) noexcept try {
-    const auto found = findItem(menu, item, flags);
-    if (!found) return None;
-    if (!found->item->popup) return found->item->flags;
-    const int count = GetMenuItemCount(found->item->popup);
-    return count < 0 ? None : (static_cast<UINT>(count) << 8 | (found->item->flags & 0xFF));
-} catch (...) {
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return None;
 }

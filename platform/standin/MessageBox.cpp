@@ -31,10 +31,6 @@ ShownMessageBoxes shownMessageBoxes() {
     return shown;
 }
 
-int WINAPI showMessageBox(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type) noexcept {
-    return showMessageBoxExW(owner, text, caption, type, 0);
-}
-
 int WINAPI showMessageBoxExW(HWND /*owner*/, LPCWSTR text, LPCWSTR caption, UINT type, WORD language) noexcept try {
     constexpr UINT buttons = 0x0000000F;
     if ((type & buttons) != MB_OK) {

@@ -40,7 +40,7 @@ public:
     /// What the dialog procedure does but for the start.
     INT_PTR handle(UINT message, WPARAM wParam, LPARAM lParam);
     /// Runs until the sheet is closed, and gives its result.
-    INT_PTR run() noexcept;
+    INT_PTR run();
 
 private:
     struct Page {
@@ -53,7 +53,6 @@ private:
     bool has(int index) const noexcept { return index >= 0 && index < count(); }
     Page& at(int index) noexcept { return m_pages[static_cast<std::size_t>(index)]; }
     HWND windowOf(int index) noexcept { return has(index) ? at(index).window : nullptr; }
-    HWND button(int id) const noexcept { return GetDlgItem(m_window, id); }
 
     template <typename Fits>
     int find(Fits fits) const {
@@ -66,26 +65,13 @@ private:
     int indexOfId(LPARAM id) const {
         return find([id](const Page& page) { return id != 0 && page.page->templateId() == id; });
     }
-    int indexOfWindow(HWND window) const {
-        return find([window](const Page& page) { return window && page.window == window; });
-    }
 
-    LRESULT notify(int index, UINT code, LPARAM parameter = 0) noexcept;
-    bool leave() noexcept;
-    bool activate(int index, int direction);
+    LRESULT notify(UINT code) noexcept;
+    bool activate(int index);
     bool makeDialog(int index);
-    bool dropRefused(int index);
-    int afterRefusal(int index, LRESULT answer, int direction) const;
-    void drop(int index);
-    void show(int index);
     bool select(int index, HPROPSHEETPAGE page);
-    bool selectId(LPARAM id);
     void turn(UINT code, int direction);
-    bool apply(bool closes);
-    void cancel(bool byWindow);
     void close(INT_PTR result) noexcept;
-    void setWizardButtons(DWORD flags) noexcept;
-    void command(WPARAM wParam, LPARAM lParam);
     LRESULT press(WPARAM which);
     std::optional<LRESULT> answer(UINT message, WPARAM wParam, LPARAM lParam);
     void releasePages() noexcept;
@@ -94,7 +80,7 @@ private:
     DWORD m_flags;
     std::wstring m_caption;
     std::vector<Page> m_pages;
-    int m_active; // none while the pages change
+    int m_active; // none at first
     int m_start;
     PFNPROPSHEETCALLBACK m_callback;
     bool m_closed = false;

@@ -23,9 +23,7 @@ standin::HandleTable<PropertyPage>& pages() {
     return table;
 }
 
-constexpr DWORD KnownFlags = PSP_DLGINDIRECT | PSP_USEHICON | PSP_USEICONID | PSP_USETITLE | PSP_RTLREADING |
-                             PSP_HASHELP | PSP_USEREFPARENT | PSP_USECALLBACK | PSP_HIDEHEADER | PSP_USEHEADERTITLE |
-                             PSP_USEHEADERSUBTITLE;
+constexpr DWORD KnownFlags = PSP_DLGINDIRECT | PSP_USETITLE | PSP_USEREFPARENT | PSP_USECALLBACK;
 
 HRSRC findDialog(HINSTANCE module, LPCSTR name) noexcept {
     return standin::findResourceExA(module, MAKEINTRESOURCEA(5), name, 0);
@@ -37,8 +35,7 @@ HRSRC findDialog(HINSTANCE module, LPCWSTR name) noexcept {
 
 /// A page is a control of its sheet, whatever its template says, and the sheet shows it.
 DWORD pageStyle(DWORD style) noexcept {
-    constexpr DWORD ofWindowsAlone =
-        DS_MODALFRAME | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_POPUP | WS_DISABLED | WS_VISIBLE;
+    constexpr DWORD ofWindowsAlone = WS_CAPTION | WS_SYSMENU | WS_POPUP | WS_DISABLED | WS_VISIBLE;
     return (style & ~ofWindowsAlone) | WS_CHILD | WS_TABSTOP | DS_CONTROL;
 }
 
@@ -52,10 +49,7 @@ public:
         std::memcpy(m_bytes.data(), given, given->dwSize);
         const DWORD flags = record().dwFlags;
         if ((flags & PSP_DLGINDIRECT) == 0) keepText(record().pszTemplate);
-        if ((flags & PSP_USEICONID) != 0) keepText(record().pszIcon);
         if ((flags & PSP_USETITLE) != 0) keepText(record().pszTitle);
-        if ((flags & PSP_USEHEADERTITLE) != 0) keepText(record().pszHeaderTitle);
-        if ((flags & PSP_USEHEADERSUBTITLE) != 0) keepText(record().pszHeaderSubTitle);
         if ((flags & PSP_USEREFPARENT) != 0) m_users = record().pcRefParent;
         if (m_users) ++*m_users;
     }

@@ -7,6 +7,13 @@ namespace standin {
 
 namespace {
 
+// Of buttons, some of which have no names in Win32.
+constexpr int IdHelp = 9;
+constexpr int IdApply = 0x3021;
+constexpr int IdBack = 0x3023;
+constexpr int IdNext = 0x3024;
+constexpr int IdFinish = 0x3025;
+
 // In dialog units.
 constexpr int Width = 276;
 constexpr int Height = 240;
@@ -25,18 +32,16 @@ struct PropertySheetTemplate::Button {
 std::vector<PropertySheetTemplate::Button> PropertySheetTemplate::buttonsOf(DWORD sheetFlags) {
     const auto shownWith = [sheetFlags](DWORD flag) { return (sheetFlags & flag) != 0 ? WS_VISIBLE : 0; };
     const Button cancel{IDCANCEL, L"Cancel"};
-    const Button help{IDHELP, L"Help", shownWith(PSH_HASHELP)};
+    const Button help{IdHelp, L"Help", shownWith(PSH_HASHELP)};
     if ((sheetFlags & PSH_WIZARD) == 0) {
         const DWORD applyShown = (sheetFlags & PSH_NOAPPLYNOW) == 0 ? WS_VISIBLE : 0;
-        return {
-            {IDOK, L"OK", WS_VISIBLE | BS_DEFPUSHBUTTON}, cancel, {IdApply, L"&Apply", applyShown | WS_DISABLED}, help};
+        return {{IDOK, L"OK"}, cancel, {IdApply, L"&Apply", applyShown | WS_DISABLED}, help};
     }
-    const Button finish{IdFinish, L"Finish", shownWith(PSH_WIZARDHASFINISH)};
-    return {{IdBack, L"< &Back"}, {IdNext, L"&Next >", WS_VISIBLE | BS_DEFPUSHBUTTON}, finish, cancel, help};
+    return {{IdBack, L"< &Back"}, {IdNext, L"&Next >"}, {IdFinish, L"Finish", 0}, cancel, help};
 }
 
 PropertySheetTemplate::PropertySheetTemplate(DWORD sheetFlags) {
-    constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_VISIBLE | DS_MODALFRAME | DS_SETFONT;
+    constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_VISIBLE | DS_SETFONT;
     const auto buttons = buttonsOf(sheetFlags);
     const int count = static_cast<int>(buttons.size());
     doubleWord(style);

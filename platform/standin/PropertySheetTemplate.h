@@ -7,12 +7,6 @@
 
 namespace standin {
 
-// Buttons that have no names in Win32.
-inline constexpr int IdApply = 0x3021;
-inline constexpr int IdBack = 0x3023;
-inline constexpr int IdNext = 0x3024;
-inline constexpr int IdFinish = 0x3025;
-
 /// A sheet's own template: its frame and its buttons, of which it hides those that its properties leave out. The
 /// sheet's callback may change it before the sheet is made.
 class PropertySheetTemplate {

@@ -15,9 +15,10 @@ using standin::parameterOf;
 using standin::PropertySheet;
 using standin::PropSheetHeader;
 
-constexpr DWORD KnownFlags = PSH_USEHICON | PSH_USEICONID | PSH_PROPSHEETPAGE | PSH_WIZARDHASFINISH | PSH_WIZARD |
-                             PSH_NOAPPLYNOW | PSH_USECALLBACK | PSH_HASHELP | PSH_MODELESS | PSH_RTLREADING |
-                             PSH_NOCONTEXTHELP;
+constexpr DWORD KnownFlags =
+    PSH_PROPSHEETPAGE | PSH_WIZARD | PSH_NOAPPLYNOW | PSH_USECALLBACK | PSH_HASHELP | PSH_MODELESS;
+
+constexpr UINT MostPages = 100;
 
 /// The sheets that have windows.
 std::map<HWND, std::shared_ptr<PropertySheet>>& sheets() {
@@ -94,12 +95,8 @@ HWND createSheet(const std::shared_ptr<PropertySheet>& sheet, const PropSheetHea
 
 template <typename Unit>
 INT_PTR runModal(const std::shared_ptr<PropertySheet>& sheet, const PropSheetHeader<Unit>& header) {
-    const HWND owner = standin::topLevelOf(header.hwndParent);
-    const bool disables = owner && IsWindowEnabled(owner);
-    if (disables) EnableWindow(owner, FALSE);
-    const HWND window = createSheet(sheet, header, owner);
+    const HWND window = createSheet(sheet, header, standin::topLevelOf(header.hwndParent));
     const INT_PTR result = window ? sheet->run() : -1;
-    if (disables) EnableWindow(owner, TRUE);
     if (window && IsWindow(window)) DestroyWindow(window);
     return result;
 }
@@ -107,7 +104,7 @@ INT_PTR runModal(const std::shared_ptr<PropertySheet>& sheet, const PropSheetHea
 template <typename Unit>
 INT_PTR openSheet(const PropSheetHeader<Unit>* header) noexcept try {
     if (!header || header->dwSize < PROPSHEETHEADERA_V1_SIZE) return refuse(ERROR_INVALID_PARAMETER);
-    if (header->nPages == 0 || header->nPages > MAXPROPPAGES) return refuse(ERROR_INVALID_PARAMETER);
+    if (header->nPages == 0 || header->nPages > MostPages) return refuse(ERROR_INVALID_PARAMETER);
     if ((header->dwFlags & ~KnownFlags) != 0) return refuse(ERROR_NOT_SUPPORTED);
 
     const auto sheet = std::make_shared<PropertySheet>(*header);

@@ -3,7 +3,8 @@
 // Property sheets: dialogs that hold pages, of which each is a dialog of its own, and buttons for all of them.
 //
 // The functions are the system's own, found by name alone: GetProcAddress of the library "comctl32". A sheet has its
-// buttons, but no tabs, icons and pictures, since nothing is drawn, and one size, whatever its pages need.
+// buttons, but no tabs, icons and pictures, since nothing is drawn, and one size, whatever its pages need. Pages are
+// not asked whether they may be shown or left, and of the buttons only Back, Next and Cancel can be pressed.
 
 #include "platform/standin/Dialogs.h"
 
@@ -103,67 +104,36 @@ inline constexpr DWORD PROPSHEETPAGEW_V1_SIZE = offsetof(PROPSHEETPAGEW, pcRefPa
 inline constexpr DWORD PROPSHEETHEADERA_V1_SIZE =
     offsetof(PROPSHEETHEADERA, pfnCallback) + sizeof(PFNPROPSHEETCALLBACK);
 
-inline constexpr UINT MAXPROPPAGES = 100;
-
 // Other pages than those with these properties are refused.
 inline constexpr DWORD PSP_DLGINDIRECT = 0x00000001;
-inline constexpr DWORD PSP_USEHICON = 0x00000002;
-inline constexpr DWORD PSP_USEICONID = 0x00000004;
 inline constexpr DWORD PSP_USETITLE = 0x00000008;
-inline constexpr DWORD PSP_RTLREADING = 0x00000010;
-inline constexpr DWORD PSP_HASHELP = 0x00000020;
 inline constexpr DWORD PSP_USEREFPARENT = 0x00000040;
 inline constexpr DWORD PSP_USECALLBACK = 0x00000080;
-inline constexpr DWORD PSP_HIDEHEADER = 0x00000800;
-inline constexpr DWORD PSP_USEHEADERTITLE = 0x00001000;
-inline constexpr DWORD PSP_USEHEADERSUBTITLE = 0x00002000;
 
 inline constexpr UINT PSPCB_ADDREF = 0;
 inline constexpr UINT PSPCB_RELEASE = 1;
 inline constexpr UINT PSPCB_CREATE = 2;
 
 // Other sheets than those with these properties are refused.
-inline constexpr DWORD PSH_USEHICON = 0x00000002;
-inline constexpr DWORD PSH_USEICONID = 0x00000004;
 inline constexpr DWORD PSH_PROPSHEETPAGE = 0x00000008;
-inline constexpr DWORD PSH_WIZARDHASFINISH = 0x00000010;
 inline constexpr DWORD PSH_WIZARD = 0x00000020;
 inline constexpr DWORD PSH_USEPSTARTPAGE = 0x00000040;
 inline constexpr DWORD PSH_NOAPPLYNOW = 0x00000080;
 inline constexpr DWORD PSH_USECALLBACK = 0x00000100;
 inline constexpr DWORD PSH_HASHELP = 0x00000200;
 inline constexpr DWORD PSH_MODELESS = 0x00000400;
-inline constexpr DWORD PSH_RTLREADING = 0x00000800;
-inline constexpr DWORD PSH_NOCONTEXTHELP = 0x02000000;
 
 inline constexpr UINT PSCB_INITIALIZED = 1;
 inline constexpr UINT PSCB_PRECREATE = 2;
 
 inline constexpr UINT PSN_FIRST = 0U - 200U;
-inline constexpr UINT PSN_SETACTIVE = PSN_FIRST;
-inline constexpr UINT PSN_KILLACTIVE = PSN_FIRST - 1;
-inline constexpr UINT PSN_APPLY = PSN_FIRST - 2;
-inline constexpr UINT PSN_RESET = PSN_FIRST - 3;
-inline constexpr UINT PSN_HELP = PSN_FIRST - 5;
 inline constexpr UINT PSN_WIZBACK = PSN_FIRST - 6;
 inline constexpr UINT PSN_WIZNEXT = PSN_FIRST - 7;
-inline constexpr UINT PSN_WIZFINISH = PSN_FIRST - 8;
-inline constexpr UINT PSN_QUERYCANCEL = PSN_FIRST - 9;
-
-inline constexpr LRESULT PSNRET_INVALID = 1;
-inline constexpr LRESULT PSNRET_INVALID_NOCHANGEPAGE = 2;
 
 inline constexpr UINT PSM_SETCURSEL = WM_USER + 101;
-inline constexpr UINT PSM_CHANGED = WM_USER + 104;
-inline constexpr UINT PSM_UNCHANGED = WM_USER + 109;
-inline constexpr UINT PSM_APPLY = WM_USER + 110;
-inline constexpr UINT PSM_SETWIZBUTTONS = WM_USER + 112;
 inline constexpr UINT PSM_PRESSBUTTON = WM_USER + 113;
 inline constexpr UINT PSM_SETCURSELID = WM_USER + 114;
-inline constexpr UINT PSM_ISDIALOGMESSAGE = WM_USER + 117;
 inline constexpr UINT PSM_GETCURRENTPAGEHWND = WM_USER + 118;
-inline constexpr UINT PSM_HWNDTOINDEX = WM_USER + 129;
-inline constexpr UINT PSM_INDEXTOHWND = WM_USER + 130;
 inline constexpr UINT PSM_PAGETOINDEX = WM_USER + 131;
 inline constexpr UINT PSM_INDEXTOPAGE = WM_USER + 132;
 inline constexpr UINT PSM_IDTOINDEX = WM_USER + 133;
@@ -171,16 +141,4 @@ inline constexpr UINT PSM_INDEXTOID = WM_USER + 134;
 
 inline constexpr WPARAM PSBTN_BACK = 0;
 inline constexpr WPARAM PSBTN_NEXT = 1;
-inline constexpr WPARAM PSBTN_FINISH = 2;
-inline constexpr WPARAM PSBTN_OK = 3;
-inline constexpr WPARAM PSBTN_APPLYNOW = 4;
 inline constexpr WPARAM PSBTN_CANCEL = 5;
-inline constexpr WPARAM PSBTN_HELP = 6;
-inline constexpr WPARAM PSBTN_MAX = 6;
-
-inline constexpr DWORD PSWIZB_BACK = 0x00000001;
-inline constexpr DWORD PSWIZB_NEXT = 0x00000002;
-inline constexpr DWORD PSWIZB_FINISH = 0x00000004;
-inline constexpr DWORD PSWIZB_DISABLEDFINISH = 0x00000008;
-
-inline constexpr int IDHELP = 9;

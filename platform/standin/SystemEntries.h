@@ -8,9 +8,6 @@
 
 namespace standin {
 
-/// MessageBoxW.
-int WINAPI showMessageBox(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type) noexcept;
-
 /// MessageBoxExA and MessageBoxExW. The language is written down; there are no texts of the system's own to choose.
 int WINAPI showMessageBoxExA(HWND owner, LPCSTR text, LPCSTR caption, UINT type, WORD language) noexcept;
 int WINAPI showMessageBoxExW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type, WORD language) noexcept;

@@ -29,7 +29,6 @@ const std::array systemFunctions = {
     SystemFunction{"user32", "DestroyAcceleratorTable", erased(&standin::destroyAcceleratorTable)},
     SystemFunction{"user32", "MessageBoxExA", erased(&standin::showMessageBoxExA)},
     SystemFunction{"user32", "MessageBoxExW", erased(&standin::showMessageBoxExW)},
-    SystemFunction{"user32", "MessageBoxW", erased(&standin::showMessageBox)},
     SystemFunction{"comctl32", "CreatePropertySheetPageA", erased(&standin::createPropertySheetPageA)},
     SystemFunction{"comctl32", "CreatePropertySheetPageW", erased(&standin::createPropertySheetPageW)},
     SystemFunction{"comctl32", "DestroyPropertySheetPage", erased(&standin::destroyPropertySheetPage)},

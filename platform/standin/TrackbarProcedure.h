@@ -10,6 +10,6 @@ LRESULT CALLBACK trackbarProcedure(HWND window, UINT message, WPARAM wParam, LPA
 /// Whether InitCommonControlsEx has been called.
 bool areCommonControlsRegistered() noexcept;
 
-inline constexpr int TrackbarExtraBytes = 4 * static_cast<int>(sizeof(LONG));
+inline constexpr int TrackbarExtraBytes = 3 * static_cast<int>(sizeof(LONG_PTR));
 
 } // namespace standin

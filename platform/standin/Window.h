@@ -18,7 +18,7 @@ namespace standin {
 
 struct WindowClass {
     std::wstring name;
-    ATOM atom;
+    WORD atom;
     WNDPROC procedure;
     std::size_t extraBytes;
 };
@@ -29,8 +29,6 @@ std::shared_ptr<const WindowClass> findWindowClass(LPCWSTR nameOrAtom);
 /// What a window has if it was made as a dialog.
 struct DialogState {
     HFONT font = nullptr;
-    HWND focus = nullptr; // where the focus was when the dialog was hidden
-    WORD defaultId = 0;
     INT_PTR result = 0;
     bool ended = false;
 };
@@ -38,19 +36,16 @@ struct DialogState {
 struct Window {
     std::shared_ptr<const WindowClass> windowClass;
     DWORD thread = 0;
-    HINSTANCE module = nullptr;
     WNDPROC procedure = nullptr;
     HWND parent = nullptr; // of a child alone
     HWND owner = nullptr;
     std::vector<HWND> children; // in the order of their creation
     DWORD style = 0;
-    DWORD extendedStyle = 0;
     UINT_PTR id = 0;
     LONG_PTR userData = 0;
     POINT origin{}; // in its parent
     LONG width = 0;
     LONG height = 0;
-    bool owesSize = false; // an overlapped window is told its size when it is shown first
     std::wstring text;
     std::vector<std::byte> extra;
     std::map<std::wstring, HANDLE, std::less<>> properties;
@@ -85,17 +80,14 @@ HWND topLevelOf(HWND window);
 /// A text of the ANSI code page.
 std::wstring wideFromAnsi(LPCSTR text);
 
-/// Focus and queue of a window that goes.
-void forgetFocus(HWND window) noexcept;
+/// The queued messages of a window that goes.
 void forgetMessages(HWND window) noexcept;
 
-/// Lets the focus go up to the parent if it lies in a window that is hidden.
-void moveFocusOutOf(HWND window) noexcept;
+/// Waits until something is posted to the calling thread, and hands it to its window.
+void dispatchNextMessage();
 
-/// Procedures of the predefined classes.
-LRESULT CALLBACK staticProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
-LRESULT CALLBACK buttonProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
-LRESULT CALLBACK editProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+/// The procedure of the predefined controls.
+LRESULT CALLBACK controlProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
 
 /// The bytes of its own that each control keeps, first of all its font.
 inline constexpr int ControlFontIndex = 0;

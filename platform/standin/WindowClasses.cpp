@@ -10,13 +10,13 @@ namespace {
 
 using standin::WindowClass;
 
-constexpr ATOM DialogAtom = 32770;
-constexpr ATOM FirstAtom = 0xC000;
+constexpr WORD DialogAtom = 32770;
+constexpr WORD FirstAtom = 0xC000;
 constexpr const wchar_t* TrackbarClass = L"msctls_trackbar32";
 
 using Classes = std::vector<std::shared_ptr<const WindowClass>>;
 
-std::shared_ptr<const WindowClass> makeClass(const wchar_t* name, ATOM atom, WNDPROC procedure, std::size_t extra) {
+std::shared_ptr<const WindowClass> makeClass(const wchar_t* name, WORD atom, WNDPROC procedure, std::size_t extra) {
     return std::make_shared<const WindowClass>(WindowClass{name, atom, procedure, extra});
 }
 
@@ -24,9 +24,9 @@ std::shared_ptr<const WindowClass> makeClass(const wchar_t* name, ATOM atom, WND
 Classes& classes() {
     static Classes registered{
         makeClass(L"#32770", DialogAtom, &DefDlgProcW, DLGWINDOWEXTRA),
-        makeClass(L"Static", FirstAtom, &standin::staticProcedure, standin::ControlExtraBytes),
-        makeClass(L"Button", FirstAtom + 1, &standin::buttonProcedure, standin::ControlExtraBytes),
-        makeClass(L"Edit", FirstAtom + 2, &standin::editProcedure, standin::ControlExtraBytes),
+        makeClass(L"Static", FirstAtom, &standin::controlProcedure, standin::ControlExtraBytes),
+        makeClass(L"Button", FirstAtom + 1, &standin::controlProcedure, standin::ControlExtraBytes),
+        makeClass(L"Edit", FirstAtom + 2, &standin::controlProcedure, standin::ControlExtraBytes),
     };
     return registered;
 }
@@ -43,23 +43,11 @@ Classes::iterator findClass(LPCWSTR nameOrAtom) {
         const std::wstring name = nameOrAtom;
         return std::find_if(all.begin(), all.end(), [&](const auto& known) { return equalNames(known->name, name); });
     }
-    const auto atom = static_cast<ATOM>(reinterpret_cast<std::uintptr_t>(nameOrAtom));
+    const auto atom = static_cast<WORD>(reinterpret_cast<std::uintptr_t>(nameOrAtom));
     return std::find_if(all.begin(), all.end(), [atom](const auto& known) { return known->atom == atom; });
 }
 
 bool commonControlsRegistered = false;
-
-ATOM registerClass(LPCWSTR name, WNDPROC procedure, std::size_t extra) {
-    // Atoms are not used again, so that one of a class that is gone finds nothing.
-    static ATOM next = FirstAtom + 3;
-    const std::lock_guard guard(standin::windowLock());
-    if (findClass(name) != classes().end()) {
-        SetLastError(ERROR_CLASS_ALREADY_EXISTS);
-        return 0;
-    }
-    classes().push_back(makeClass(name, next, procedure, extra));
-    return next++;
-}
 
 } // namespace
 
@@ -84,46 +72,14 @@ void unregisterCommonControls() noexcept {
 
 } // namespace standin
 
-ATOM WINAPI RegisterClassExW(const WNDCLASSEXW* windowClass) noexcept try {
-    const bool valid = windowClass->cbSize == sizeof(WNDCLASSEXW) && windowClass->lpfnWndProc &&
-                       !standin::isNumber(windowClass->lpszClassName) && windowClass->cbWndExtra >= 0;
-    if (!valid) {
-        SetLastError(ERROR_INVALID_PARAMETER);
-        return 0;
-    }
-    return registerClass(windowClass->lpszClassName, windowClass->lpfnWndProc,
-                         static_cast<std::size_t>(windowClass->cbWndExtra));
-} catch (...) {
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return 0;
-}
-
-BOOL WINAPI UnregisterClassW(LPCWSTR name, HINSTANCE /*module*/) noexcept try {
-    const std::lock_guard guard(standin::windowLock());
-    const auto found = findClass(name);
-    if (found == classes().end()) {
-        SetLastError(ERROR_CLASS_DOES_NOT_EXIST);
-        return FALSE;
-    }
-    // Each window of a class holds it.
-    if (found->use_count() > 1) {
-        SetLastError(ERROR_CLASS_HAS_WINDOWS);
-        return FALSE;
-    }
-    classes().erase(found);
-    return TRUE;
-} catch (...) {
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return FALSE;
-}
-
 BOOL WINAPI InitCommonControlsEx(const INITCOMMONCONTROLSEX* wanted) noexcept try {
     if (wanted->dwSize != sizeof(INITCOMMONCONTROLSEX)) return FALSE;
     const std::lock_guard guard(standin::windowLock());
     commonControlsRegistered = true;
     const bool missing = !standin::findWindowClass(TrackbarClass);
     if ((wanted->dwICC & ICC_BAR_CLASSES) != 0 && missing)
-        registerClass(TrackbarClass, &standin::trackbarProcedure, standin::TrackbarExtraBytes);
+        classes().push_back(
+            makeClass(TrackbarClass, FirstAtom + 3, &standin::trackbarProcedure, standin::TrackbarExtraBytes));
     return (wanted->dwICC & ~ICC_BAR_CLASSES) == 0 ? TRUE : FALSE;
 } catch (...) {
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);

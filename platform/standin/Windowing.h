@@ -2,18 +2,16 @@
 
 // Windows: objects with a class, an id, a text, a style and a rectangle, in a tree.
 //
-// Nothing is drawn, and nobody points or types: there is no screen, no activation and no frame, so the client area is
-// the whole window. A window belongs to the thread that made it, and other threads may ask about it and post to it,
-// but not send to it or end it. Procedures get their messages in the wide form, whichever function names them.
+// Nothing is drawn, and nobody points or types: there is no screen, no keyboard, no activation and no frame, so the
+// client area is the whole window, and nothing tells a procedure of such things. A window belongs to the thread that
+// made it, and other threads may ask about it and post to it, but not send to it or end it. Procedures get their
+// messages in the wide form, whichever function names them.
 
 #include "platform/standin/Menus.h"
 #include "platform/standin/Types.h"
 
-using ATOM = WORD;
 using HFONT = void*;
 using HICON = struct StandinIcon*;
-using HCURSOR = HICON;
-using HBRUSH = struct StandinBrush*;
 using WNDPROC = LRESULT(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
 
 struct POINT {
@@ -45,59 +43,19 @@ struct CREATESTRUCTW {
     DWORD dwExStyle;
 };
 
-struct WNDCLASSEXW {
-    UINT cbSize;
-    UINT style;
-    WNDPROC lpfnWndProc;
-    int cbClsExtra;
-    int cbWndExtra;
-    HINSTANCE hInstance;
-    HICON hIcon;
-    HCURSOR hCursor;
-    HBRUSH hbrBackground;
-    LPCWSTR lpszMenuName;
-    LPCWSTR lpszClassName;
-    HICON hIconSm;
-};
-
 inline constexpr DWORD WS_TABSTOP = 0x00010000;
-inline constexpr DWORD WS_GROUP = 0x00020000;
-inline constexpr DWORD WS_THICKFRAME = 0x00040000;
 inline constexpr DWORD WS_SYSMENU = 0x00080000;
-inline constexpr DWORD WS_DLGFRAME = 0x00400000;
 inline constexpr DWORD WS_CAPTION = 0x00C00000;
-inline constexpr DWORD WS_CLIPSIBLINGS = 0x04000000;
 inline constexpr DWORD WS_DISABLED = 0x08000000;
 inline constexpr DWORD WS_VISIBLE = 0x10000000;
 inline constexpr DWORD WS_CHILD = 0x40000000;
 inline constexpr DWORD WS_POPUP = 0x80000000;
 
-inline constexpr DWORD WS_EX_DLGMODALFRAME = 0x00000001;
-inline constexpr DWORD WS_EX_NOPARENTNOTIFY = 0x00000004;
-inline constexpr DWORD WS_EX_WINDOWEDGE = 0x00000100;
-inline constexpr DWORD WS_EX_CONTROLPARENT = 0x00010000;
-inline constexpr DWORD WS_EX_STATICEDGE = 0x00020000;
-
-inline constexpr DWORD SS_LEFT = 0x00000000;
-inline constexpr DWORD SS_CENTER = 0x00000001;
-inline constexpr DWORD SS_RIGHT = 0x00000002;
-inline constexpr DWORD SS_ETCHEDVERT = 0x00000011;
-inline constexpr DWORD SS_CENTERIMAGE = 0x00000200;
-
-inline constexpr DWORD BS_PUSHBUTTON = 0x00000000;
-inline constexpr DWORD BS_DEFPUSHBUTTON = 0x00000001;
-
-inline constexpr int CW_USEDEFAULT = -0x7FFFFFFF - 1;
-
 inline constexpr int GWL_STYLE = -16;
-inline constexpr int GWL_EXSTYLE = -20;
-inline constexpr int GWLP_ID = -12;
-inline constexpr int GWLP_HINSTANCE = -6;
 inline constexpr int GWLP_WNDPROC = -4;
 inline constexpr int GWLP_USERDATA = -21;
 
 inline constexpr UINT GW_HWNDNEXT = 2;
-inline constexpr UINT GW_HWNDPREV = 3;
 inline constexpr UINT GW_OWNER = 4;
 inline constexpr UINT GW_CHILD = 5;
 
@@ -107,33 +65,22 @@ inline constexpr int SW_SHOW = 5;
 
 extern "C" {
 
-/// Classes of the whole process: the module is kept, but finds nothing.
-ATOM WINAPI RegisterClassExW(const WNDCLASSEXW* windowClass) noexcept;
-BOOL WINAPI UnregisterClassW(LPCWSTR name, HINSTANCE module) noexcept;
-
 /// Knows the classes "STATIC", "BUTTON", "EDIT", "#32770" and, once InitCommonControlsEx has registered it,
-/// "msctls_trackbar32". CW_USEDEFAULT is 0.
+/// "msctls_trackbar32".
 HWND WINAPI CreateWindowExW(DWORD extendedStyle, LPCWSTR className, LPCWSTR text, DWORD style, int x, int y, int width,
                             int height, HWND parent, HMENU menuOrId, HINSTANCE module, LPVOID parameter) noexcept;
 BOOL WINAPI DestroyWindow(HWND window) noexcept;
 BOOL WINAPI ShowWindow(HWND window, int command) noexcept;
-BOOL WINAPI EnableWindow(HWND window, BOOL enable) noexcept;
 
 BOOL WINAPI IsWindow(HWND window) noexcept;
-BOOL WINAPI IsWindowVisible(HWND window) noexcept;
-BOOL WINAPI IsWindowEnabled(HWND window) noexcept;
-BOOL WINAPI IsChild(HWND parent, HWND window) noexcept;
 HWND WINAPI GetParent(HWND window) noexcept;
-/// Siblings, children and owners; top-level windows have no siblings.
+/// The next sibling, the first child, or the owner; top-level windows have no siblings.
 HWND WINAPI GetWindow(HWND window, UINT relation) noexcept;
 HWND WINAPI GetDlgItem(HWND window, int id) noexcept;
 int WINAPI GetDlgCtrlID(HWND window) noexcept;
-DWORD WINAPI GetWindowThreadProcessId(HWND window, LPDWORD process) noexcept;
 int WINAPI GetClassNameW(HWND window, LPWSTR buffer, int size) noexcept;
 
-int WINAPI GetWindowTextA(HWND window, LPSTR buffer, int size) noexcept;
 int WINAPI GetWindowTextW(HWND window, LPWSTR buffer, int size) noexcept;
-int WINAPI GetWindowTextLengthW(HWND window) noexcept;
 BOOL WINAPI SetWindowTextA(HWND window, LPCSTR text) noexcept;
 BOOL WINAPI SetWindowTextW(HWND window, LPCWSTR text) noexcept;
 
@@ -142,8 +89,8 @@ BOOL WINAPI GetWindowRect(HWND window, LPRECT rectangle) noexcept;
 /// A null window stands for the whole screen.
 int WINAPI MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count) noexcept;
 
+/// The style alone.
 LONG WINAPI GetWindowLongW(HWND window, int index) noexcept;
-LONG WINAPI SetWindowLongW(HWND window, int index, LONG value) noexcept;
 LONG_PTR WINAPI GetWindowLongPtrW(HWND window, int index) noexcept;
 LONG_PTR WINAPI SetWindowLongPtrA(HWND window, int index, LONG_PTR value) noexcept;
 LONG_PTR WINAPI SetWindowLongPtrW(HWND window, int index, LONG_PTR value) noexcept;
@@ -151,5 +98,4 @@ LONG_PTR WINAPI SetWindowLongPtrW(HWND window, int index, LONG_PTR value) noexce
 /// Properties by name; upper and lower case are told apart.
 BOOL WINAPI SetPropW(HWND window, LPCWSTR name, HANDLE value) noexcept;
 HANDLE WINAPI GetPropW(HWND window, LPCWSTR name) noexcept;
-HANDLE WINAPI RemovePropW(HWND window, LPCWSTR name) noexcept;
 }

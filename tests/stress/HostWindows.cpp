@@ -45,7 +45,6 @@ int countWindows() {
 void pumpMessages() {
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-        TranslateMessage(&message);
         DispatchMessageW(&message);
     }
 }
