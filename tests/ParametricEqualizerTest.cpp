@@ -13,9 +13,6 @@
 
 namespace {
 
-// Every band audible, and the volume off its middle.
-constexpr Values Audible = {0.25f, 0.7f, 0.5f, 0.3f, 0.1f, 0.0f, 1.0f, 0.2f, 0.9f, 0.5f, 0.1f, 0.9f, 0.4f};
-
 void setAll(ParametricEqualizer& effect, const Values& parameters) {
     for (int32 i = 0; i < ParameterCount; ++i) effect.setParameter(i, parameters[static_cast<std::size_t>(i)]);
 }

@@ -14,6 +14,9 @@ using Stereo = std::array<Samples, 2>;
 inline constexpr Values DefaultParameters = {0.5f, 1.0f, 2.0f / 3.0f, 1.0f / 3.0f, 0.0f,        0.5f,       0.5f,
                                              0.5f, 0.5f, 5.0f / 9.0f, 5.0f / 9.0f, 5.0f / 9.0f, 5.0f / 9.0f};
 
+/// Every band audible, and the volume off its middle.
+inline constexpr Values Audible = {0.25f, 0.7f, 0.5f, 0.3f, 0.1f, 0.0f, 1.0f, 0.2f, 0.9f, 0.5f, 0.1f, 0.9f, 0.4f};
+
 /// Normalised parameters in engineering units.
 inline Values engineValues(const Values& p) {
     Values values;
