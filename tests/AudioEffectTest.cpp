@@ -73,6 +73,7 @@ TEST(AudioEffect, WritesNumbersInEightCharactersAndEmptiesTheTextsItDoesNotHave)
     EXPECT_EQ(written(&A::float2string, -1234567.0f), "-234567.");
     EXPECT_EQ(written(&A::float2string, 100000000.0f), "as it was");
     EXPECT_EQ(written(&A::float2string, std::numeric_limits<float>::quiet_NaN()), "as it was");
+    EXPECT_EQ(written(&A::long2string, 5), "      5");
     EXPECT_EQ(written(&A::long2string, 99999999), "99999999");
     EXPECT_EQ(written(&A::long2string, 100000000), " Huge!  ");
     EXPECT_EQ(written(&A::long2string, -123456789), "-1234567");

@@ -121,8 +121,8 @@ TEST(Dispatcher, TakesNumbersAsOnAndOff) {
     EXPECT_EQ(answer(effMainsChanged, 0, 2), "resume=0");
     EXPECT_EQ(answer(effGetChunk, 0, 1), "getChunk p 0=7");
     EXPECT_EQ(answer(effSetChunk, 0, 1), "setChunk p 1 0=7");
-    EXPECT_EQ(answer(effConnectInput, 3, 0), "inputConnected 3 0=1");
-    EXPECT_EQ(answer(effConnectOutput, 3, -1), "outputConnected 3 1=1");
+    EXPECT_EQ(answer(effConnectInput, 3, -1), "inputConnected 3 1=1");
+    EXPECT_EQ(answer(effConnectOutput, 3, 0), "outputConnected 3 0=1");
     EXPECT_EQ(answer(effOfflineNotify, 0, 1), "offlineNotify p 1 0=1");
     EXPECT_EQ(answer(effSetBypass, 0, 0), "setBypass 0=1");
 }

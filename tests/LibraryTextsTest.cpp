@@ -72,9 +72,9 @@ TEST_F(LibraryTexts, ShowsTheKeyWithoutATranslationAndCutsALongUnitWordBetweenCh
                  "<CODEPAGE 1252>\n[Parametric Equalizer]\nIDS_Hz = " + std::string(26, '\xE9') + "\n");
     const LoadedLibrary library = load(0);
     EXPECT_EQ(display(library, 5, 0.325F), "+3.5 IDS_DB");
-    // "20 " and as many whole characters as 24 bytes hold.
+    // "957 " and as many whole characters as 23 bytes hold.
     const std::size_t width = inAnsiCodepage(L"\x00E9").size();
-    EXPECT_EQ(display(library, 1, 1.0F), "20 " + inAnsiCodepage(std::wstring(24 / width, L'\x00E9')));
+    EXPECT_EQ(display(library, 2, 0.44F), "957 " + inAnsiCodepage(std::wstring(23 / width, L'\x00E9')));
 }
 
 TEST_F(LibraryTexts, MakesNoEffectBesideABrokenLanguageFileUntilItIsMended) {
