@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <string>
@@ -46,12 +47,9 @@ public:
     [[nodiscard]] std::vector<double> results() {
         std::vector<double> numbers;
         for (Samples& output : outputs) numbers.insert(numbers.end(), at(output), at(output) + BlockSize);
-        for (const auto& bands : states) {
-            for (const BandState& band : bands) {
-                numbers.insert(numbers.end(), band.currentState, band.currentState + 2);
-                numbers.insert(numbers.end(), band.nextState, band.nextState + 2);
-            }
-        }
+        for (const auto& bands : states)
+            for (const BandState& band : bands)
+                for (const double state : std::bit_cast<std::array<double, 4>>(band)) numbers.push_back(state);
         return numbers;
     }
 
@@ -67,10 +65,12 @@ public:
     void decay() {
         std::mt19937 random(1);
         for (auto& channel : states)
-            for (BandState& band : channel)
-                for (double* state :
-                     {&band.currentState[0], &band.currentState[1], &band.nextState[0], &band.nextState[1]})
-                    *state = std::numeric_limits<double>::denorm_min() * static_cast<double>(random() % 1000);
+            for (BandState& band : channel) {
+                std::array<double, 4> numbers;
+                for (double& state : numbers)
+                    state = std::numeric_limits<double>::denorm_min() * static_cast<double>(random() % 1000);
+                band = std::bit_cast<BandState>(numbers);
+            }
     }
 
     FilterDesign designs[2] = {FilterDesign::flat(), FilterDesign::flat()};
@@ -147,9 +147,7 @@ TEST(BlockKernel, GivesThePlainKernelsBitsForAnySoundSettingsAndAlignment) {
                 const auto operation = static_cast<unsigned>(random());
                 actual.run(operation, first, second);
                 expected.run(operation, first, second);
-                const auto found = actual.results();
-                const auto wanted = expected.results();
-                ASSERT_TRUE(std::equal(found.begin(), found.end(), wanted.begin(), same)) << "block " << block;
+                ASSERT_TRUE(std::ranges::equal(actual.results(), expected.results(), same)) << "block " << block;
                 ASSERT_TRUE(actual.keptInside());
             }
         }

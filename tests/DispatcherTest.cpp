@@ -1,11 +1,9 @@
-#include "plugin/ParametricEqualizer.h"
+#include "plugin/AudioEffectX.h"
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <sstream>
 #include <string>
-#include <utility>
 
 namespace {
 
@@ -20,65 +18,49 @@ public:
     std::string last;
 
     void process(float**, float**, int32) override {}
-    void open() override { note("open"); }
-    void close() override { note("close"); }
-    void setProgram(int32 program) override { note("setProgram", program); }
-    int32 getProgram() override { return note("getProgram"); }
-    void setProgramName(char* name) override { note("setProgramName", name); }
-    void getProgramName(char* name) override { note("getProgramName", name); }
-    void getParameterLabel(int32 i, char* text) override { note("getParameterLabel", i, text); }
-    void getParameterDisplay(int32 i, char* text) override { note("getParameterDisplay", i, text); }
-    void getParameterName(int32 i, char* text) override { note("getParameterName", i, text); }
-    float getVu() override { return note("getVu"), 0.5f; }
-    void setSampleRate(float rate) override { note("setSampleRate", rate); }
-    void setBlockSize(int32 frames) override { note("setBlockSize", frames); }
-    void suspend() override { note("suspend"); }
-    void resume() override { note("resume"); }
-    int32 getChunk(void** data, bool preset) override { return note("getChunk", data, preset); }
-    int32 setChunk(void* data, int32 size, bool preset) override { return note("setChunk", data, size, preset); }
+    void open() override { note(__func__); }
+    void close() override { note(__func__); }
+    void setProgram(int32 program) override { note(__func__, program); }
+    int32 getProgram() override { return note(__func__); }
+    void setProgramName(char* name) override { note(__func__, name); }
+    void getProgramName(char* name) override { note(__func__, name); }
+    void getParameterLabel(int32 i, char* text) override { note(__func__, i, text); }
+    void getParameterDisplay(int32 i, char* text) override { note(__func__, i, text); }
+    void getParameterName(int32 i, char* text) override { note(__func__, i, text); }
+    float getVu() override { return note(__func__), 0.5f; }
+    void setSampleRate(float rate) override { note(__func__, rate); }
+    void setBlockSize(int32 frames) override { note(__func__, frames); }
+    void suspend() override { note(__func__); }
+    void resume() override { note(__func__); }
+    int32 getChunk(void** data, bool preset) override { return note(__func__, data, preset); }
+    int32 setChunk(void* data, int32 size, bool preset) override { return note(__func__, data, size, preset); }
 
-    int32 processEvents(void* events) override { return note("processEvents", events); }
-    bool canParameterBeAutomated(int32 i) override { return note("canParameterBeAutomated", i); }
-    bool string2parameter(int32 i, char* text) override { return note("string2parameter", i, text); }
-    int32 getNumCategories() override { return note("getNumCategories"); }
-    bool getProgramNameIndexed(int32 category, int32 i, char* text) override {
-        return note("getProgramNameIndexed", category, i, text);
-    }
-    bool copyProgram(int32 destination) override { return note("copyProgram", destination); }
-    void inputConnected(int32 i, bool state) override { note("inputConnected", i, state); }
-    void outputConnected(int32 i, bool state) override { note("outputConnected", i, state); }
-    bool getInputProperties(int32 i, void* properties) override { return note("getInputProperties", i, properties); }
-    bool getOutputProperties(int32 i, void* properties) override { return note("getOutputProperties", i, properties); }
-    int32 getPlugCategory() override { return note("getPlugCategory"); }
-    int32 reportCurrentPosition() override { return note("reportCurrentPosition"); }
-    intptr reportDestinationBuffer() override { return note("reportDestinationBuffer"); }
-    bool offlineNotify(void* ptr, int32 files, bool start) override { return note("offlineNotify", ptr, files, start); }
-    bool offlinePrepare(void* offline, int32 count) override { return note("offlinePrepare", offline, count); }
-    bool offlineRun(void* offline, int32 count) override { return note("offlineRun", offline, count); }
-    bool processVariableIo(void* varIo) override { return note("processVariableIo", varIo); }
+    int32 processEvents(void* events) override { return note(__func__, events); }
+    bool canParameterBeAutomated(int32 i) override { return note(__func__, i); }
+    bool string2parameter(int32 i, char* text) override { return note(__func__, i, text); }
+    bool getProgramNameIndexed(int32 set, int32 i, char* text) override { return note(__func__, set, i, text); }
+    bool copyProgram(int32 destination) override { return note(__func__, destination); }
+    void inputConnected(int32 i, bool state) override { note(__func__, i, state); }
+    void outputConnected(int32 i, bool state) override { note(__func__, i, state); }
+    bool getInputProperties(int32 i, void* properties) override { return note(__func__, i, properties); }
+    bool getOutputProperties(int32 i, void* properties) override { return note(__func__, i, properties); }
+    bool offlineNotify(void* ptr, int32 files, bool start) override { return note(__func__, ptr, files, start); }
+    bool offlinePrepare(void* offline, int32 count) override { return note(__func__, offline, count); }
+    bool offlineRun(void* offline, int32 count) override { return note(__func__, offline, count); }
+    bool processVariableIo(void* varIo) override { return note(__func__, varIo); }
     bool setSpeakerArrangement(void* in, void* out) override {
-        return note("setSpeakerArrangement", reinterpret_cast<intptr>(in), out);
+        return note(__func__, reinterpret_cast<intptr>(in), out);
     }
-    void setBlockSizeAndSampleRate(int32 frames, float rate) override {
-        note("setBlockSizeAndSampleRate", frames, rate);
-    }
-    bool setBypass(bool on) override { return note("setBypass", on); }
-    bool getEffectName(char* text) override { return note("getEffectName", text); }
-    bool getErrorText(char* text) override { return note("getErrorText", text); }
-    bool getVendorString(char* text) override { return note("getVendorString", text); }
-    bool getProductString(char* text) override { return note("getProductString", text); }
-    int32 getVendorVersion() override { return note("getVendorVersion"); }
-    int32 vendorSpecific(int32 a, int32 b, void* ptr, float f) override { return note("vendorSpecific", a, b, ptr, f); }
-    int32 canDo(char* text) override { return note("canDo", text); }
-    int32 getGetTailSize() override { return note("getGetTailSize"); }
-    int32 fxIdle() override { return note("fxIdle"); }
-    intptr getIcon() override { return note("getIcon"); }
-    bool setViewPosition(int32 x, int32 y) override { return note("setViewPosition", x, y); }
-    bool getParameterProperties(int32 i, void* properties) override {
-        return note("getParameterProperties", i, properties);
-    }
-    bool keysRequired() override { return note("keysRequired"); }
-    int32 getVstVersion() override { return note("getVstVersion"); }
+    void setBlockSizeAndSampleRate(int32 frames, float rate) override { note(__func__, frames, rate); }
+    bool setBypass(bool on) override { return note(__func__, on); }
+    bool getEffectName(char* text) override { return note(__func__, text); }
+    int32 getVendorVersion() override { return note(__func__); }
+    int32 vendorSpecific(int32 a, int32 b, void* ptr, float f) override { return note(__func__, a, b, ptr, f); }
+    int32 canDo(char* text) override { return note(__func__, text); }
+    intptr getIcon() override { return note(__func__); }
+    bool setViewPosition(int32 x, int32 y) override { return note(__func__, x, y); }
+    bool getParameterProperties(int32 i, void* properties) override { return note(__func__, i, properties); }
+    bool keysRequired() override { return note(__func__); }
 
 private:
     template <typename... Arguments>
@@ -99,129 +81,50 @@ private:
     }
 };
 
-TEST(Dispatcher, CallsOneOperationForEachOpcode) {
-    const struct {
-        const char* called; // for index 3, value 1, ptr p and opt 0.5
-        intptr result;
-    } rows[] = {
-        {"open", 0},
-        {"close", 0},
-        {"setProgram 1", 0},
-        {"getProgram", 7},
-        {"setProgramName p", 0},
-        {"getProgramName p", 0},
-        {"getParameterLabel 3 p", 0},
-        {"getParameterDisplay 3 p", 0},
-        {"getParameterName 3 p", 0},
-        {"getVu", 16383}, // half of 32767, cut
-        {"setSampleRate 0.5", 0},
-        {"setBlockSize 1", 0},
-        {"resume", 0},
-        // clang-format off
-        {"", 0}, {"", 0}, {"", 0}, // 13 to 15: no editor
-        {"", 0}, {"", 0}, {"", 0}, {"", 0}, {"", 0}, {"", 0}, // 16 to 21: nothing to call
-        // clang-format on
-        {"", 0x4E764566},
-        {"getChunk p 1", 7},
-        {"setChunk p 1 1", 7},
-        {"processEvents p", 7},
-        {"canParameterBeAutomated 3", 1},
-        {"string2parameter 3 p", 1},
-        {"getNumCategories", 7},
-        {"getProgramNameIndexed 1 3 p", 1},
-        {"copyProgram 3", 1},
-        {"inputConnected 3 1", 1},
-        {"outputConnected 3 1", 1},
-        {"getInputProperties 3 p", 1},
-        {"getOutputProperties 3 p", 1},
-        {"getPlugCategory", 7},
-        {"reportCurrentPosition", 7},
-        {"reportDestinationBuffer", 7},
-        {"offlineNotify p 1 1", 1},
-        {"offlinePrepare p 1", 1},
-        {"offlineRun p 1", 1},
-        {"processVariableIo p", 1},
-        {"setSpeakerArrangement 1 p", 1},
-        {"setBlockSizeAndSampleRate 1 0.5", 1},
-        {"setBypass 1", 1},
-        {"getEffectName p", 1},
-        {"getErrorText p", 1},
-        {"getVendorString p", 1},
-        {"getProductString p", 1},
-        {"getVendorVersion", 7},
-        {"vendorSpecific 3 1 p 0.5", 7},
-        {"canDo p", 7},
-        {"getGetTailSize", 7},
-        {"fxIdle", 7},
-        {"getIcon", 7},
-        {"setViewPosition 3 1", 1},
-        {"getParameterProperties 3 p", 1},
-        {"keysRequired", 0}, // inverted
-        {"getVstVersion", 7},
-    };
-    ASSERT_EQ(std::size(rows), 59u);
+/// What an effect makes of a command with ptr p and opt 0.5: the call and the answer.
+std::string answer(int32 opcode, int32 index, intptr value) {
     RecordingEffect effect;
-    for (int32 opcode = 0; opcode < 59; ++opcode) {
-        SCOPED_TRACE(opcode);
-        effect.last.clear();
-        EXPECT_EQ(effect.dispatcher(opcode, 3, 1, p, 0.5f), rows[opcode].result);
-        EXPECT_EQ(effect.last, rows[opcode].called);
-    }
-    effect.last.clear();
-    for (const int32 opcode : {-1, 59, 1000, INT32_MIN, INT32_MAX}) {
-        EXPECT_EQ(effect.dispatcher(opcode, 3, 1, p, 0.5f), 0);
-        EXPECT_EQ(effect.last, "");
-    }
+    const intptr result = effect.dispatcher(opcode, index, value, p, 0.5f);
+    return effect.last + "=" + std::to_string(result);
+}
+
+std::string answers(int32 first, int32 last) {
+    std::string all;
+    for (int32 opcode = first; opcode <= last; ++opcode) all += answer(opcode, 3, 1) + "; ";
+    return all;
+}
+
+TEST(Dispatcher, CallsOneOperationForEachOpcode) {
+    EXPECT_EQ(answers(0, 5), "open=0; close=0; setProgram 1=0; getProgram=7; setProgramName p=0; getProgramName p=0; ");
+    EXPECT_EQ(answers(6, 8), "getParameterLabel 3 p=0; getParameterDisplay 3 p=0; getParameterName 3 p=0; ");
+    EXPECT_EQ(answers(9, 12), "getVu=16383; setSampleRate 0.5=0; setBlockSize 1=0; resume=0; "); // half of 32767, cut
+    EXPECT_EQ(answers(13, 22), "=0; =0; =0; =0; =0; =0; =0; =0; =0; =1316373862; ");
+    EXPECT_EQ(answers(23, 27), "getChunk p 1=7; setChunk p 1 1=7; processEvents p=7; canParameterBeAutomated 3=1; "
+                               "string2parameter 3 p=1; ");
+    EXPECT_EQ(answers(28, 32), "=1; getProgramNameIndexed 1 3 p=1; copyProgram 3=1; inputConnected 3 1=1; "
+                               "outputConnected 3 1=1; ");
+    EXPECT_EQ(answers(33, 37), "getInputProperties 3 p=1; getOutputProperties 3 p=1; =0; =0; =0; ");
+    EXPECT_EQ(answers(38, 41),
+              "offlineNotify p 1 1=1; offlinePrepare p 1=1; offlineRun p 1=1; processVariableIo p=1; ");
+    EXPECT_EQ(answers(42, 44), "setSpeakerArrangement 1 p=1; setBlockSizeAndSampleRate 1 0.5=1; setBypass 1=1; ");
+    EXPECT_EQ(answers(45, 51),
+              "getEffectName p=1; =0; =0; =0; getVendorVersion=7; vendorSpecific 3 1 p 0.5=7; canDo p=7; ");
+    EXPECT_EQ(answers(52, 56), "=0; =0; getIcon=7; setViewPosition 3 1=1; getParameterProperties 3 p=1; ");
+    EXPECT_EQ(answers(57, 59), "keysRequired=0; =2; =0; "); // the first is inverted
+    EXPECT_EQ(answer(-1, 3, 1) + answer(INT32_MIN, 3, 1) + answer(INT32_MAX, 3, 1), "=0=0=0");
 }
 
 TEST(Dispatcher, TakesNumbersAsOnAndOff) {
-    const struct {
-        int32 opcode;
-        int32 index;
-        intptr value;
-        const char* called;
-    } rows[] = {
-        {effSetProgram, 0, 2, ""}, // there are two programs
-        {effSetProgram, 0, -5, "setProgram -5"},
-        {effMainsChanged, 0, 0, "suspend"},
-        {effMainsChanged, 0, 2, "resume"},
-        {effGetChunk, 0, 1, "getChunk p 0"},
-        {effSetChunk, 0, 1, "setChunk p 1 0"},
-        {effConnectInput, 3, 0, "inputConnected 3 0"},
-        {effConnectOutput, 3, -1, "outputConnected 3 1"},
-        {effOfflineNotify, 0, 1, "offlineNotify p 1 0"},
-        {effSetBypass, 0, 0, "setBypass 0"},
-    };
-    for (const auto& row : rows) {
-        RecordingEffect effect;
-        effect.dispatcher(row.opcode, row.index, row.value, p, 0.0f);
-        EXPECT_EQ(effect.last, row.called);
-    }
-}
-
-TEST(Dispatcher, AnswersForTheEqualizer) {
-    ParametricEqualizer effect(nullptr);
-    std::map<int32, intptr> answers = {
-        {effIdentify, 0x4E764566}, {effCanBeAutomated, 1}, {effGetNumProgramCategories, 1},
-        {effConnectInput, 1},      {effConnectOutput, 1},  {effSetBlockSizeAndSampleRate, 1},
-        {effKeysRequired, 1},      {effGetVstVersion, 2}};
-    for (int32 opcode = effEditDraw; opcode <= 59; ++opcode) {
-        if (opcode == effEditIdle) continue; // the editor's own
-        char text[64] = "as it was";
-        EXPECT_EQ(effect.dispatcher(opcode, 500, 64, text, 48000.0f), answers[opcode]) << opcode;
-        EXPECT_STREQ(text, "as it was") << opcode;
-    }
-    EXPECT_EQ(effect.getBlockSize(), 64);
-    EXPECT_EQ(effect.getSampleRate(), 48000.0f);
-    for (const auto& [program, found] : {std::pair(1, 0), std::pair(-2, -2)}) {
-        effect.dispatcher(effSetProgram, 0, program, nullptr, 0.0f);
-        EXPECT_EQ(effect.dispatcher(effGetProgram, 0, 0, nullptr, 0.0f), found);
-    }
-    char name[32] = "Mine";
-    effect.dispatcher(effSetProgramName, 0, 0, name, 0.0f);
-    EXPECT_STREQ(name, "");
-    effect.dispatcher(effGetProgramName, 0, 0, name, 0.0f);
-    EXPECT_STREQ(name, "Parametric Equalizer");
+    EXPECT_EQ(answer(effSetProgram, 0, 2), "=0"); // there are two programs
+    EXPECT_EQ(answer(effSetProgram, 0, -5), "setProgram -5=0");
+    EXPECT_EQ(answer(effMainsChanged, 0, 0), "suspend=0");
+    EXPECT_EQ(answer(effMainsChanged, 0, 2), "resume=0");
+    EXPECT_EQ(answer(effGetChunk, 0, 1), "getChunk p 0=7");
+    EXPECT_EQ(answer(effSetChunk, 0, 1), "setChunk p 1 0=7");
+    EXPECT_EQ(answer(effConnectInput, 3, -1), "inputConnected 3 1=1");
+    EXPECT_EQ(answer(effConnectOutput, 3, 0), "outputConnected 3 0=1");
+    EXPECT_EQ(answer(effOfflineNotify, 0, 1), "offlineNotify p 1 0=1");
+    EXPECT_EQ(answer(effSetBypass, 0, 0), "setBypass 0=1");
 }
 
 } // namespace

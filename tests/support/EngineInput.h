@@ -1,12 +1,14 @@
 #pragma once
 
-// Sound and settings for engines.
+// Sound and settings for engines, and what tells sounds apart.
 
 #include "engine/FourBandEqualizer.h"
 
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <random>
 #include <vector>
@@ -39,4 +41,14 @@ inline Values randomValues(std::mt19937& random) {
         values[2 * BandCount + i] = pick(0.5F, 11);
     }
     return values;
+}
+
+/// The first sample that differs in a bit, or -1. The sign and payload of a NaN are nobody's business.
+inline long firstDifference(const Samples& a, const Samples& b) {
+    if (a.size() != b.size()) return 0;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        const bool same = std::bit_cast<std::uint32_t>(a[i]) == std::bit_cast<std::uint32_t>(b[i]);
+        if (!same && !(std::isnan(a[i]) && std::isnan(b[i]))) return static_cast<long>(i);
+    }
+    return -1;
 }
