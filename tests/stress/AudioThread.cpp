@@ -93,10 +93,10 @@ void switchOff(Instance& instance, Choices& choices) {
     instance.isModerate = true;
 }
 
-void stepAsAudio(Host& host, User self, Choices& choices) {
+void stepAsAudio(Host& host, Choices& choices) {
     Instance& instance = choices.of(host.instances);
     {
-        const std::lock_guard use(instance.users[self]);
+        const std::lock_guard use(instance.users[Audio]);
         processBlock(instance, choices);
         if (instance.isModerate || choices.oneIn(2)) return;
     }

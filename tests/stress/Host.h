@@ -80,8 +80,8 @@ bool isSomebodys(float value);
 void switchOff(Instance& instance, Choices& choices);
 
 // A step of each thread.
-void stepAsMain(Host& host, User self, Choices& choices);
-void stepAsAudio(Host& host, User self, Choices& choices);
+void stepAsMain(Host& host, Choices& choices);
+void stepAsAudio(Host& host, Choices& choices);
 void stepAsControl(Host& host, User self, Choices& choices);
 
 /// Makes an instance, and ends it with its window, be its editor open or not.

@@ -18,7 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
-using Step = void (*)(Host&, User, Choices&);
 
 constexpr std::uint64_t StepsOfARound = 150;
 /// Each round's sequences of decisions.
@@ -105,14 +104,11 @@ std::uint64_t playHost(const std::string& library, const Options& options, std::
     for (Instance& instance : host.instances) begin(host, instance, first);
     std::atomic<bool> isOver = false;
     std::vector<std::thread> threads;
-    for (const auto& [user, step] : {std::pair<User, Step>(Audio, stepAsAudio),
-                                     {Audio, stepAsAudio},
-                                     {Control1, stepAsControl},
-                                     {Control2, stepAsControl}})
-        threads.emplace_back([&host, &isOver, user, step, ownTrack = ++track] {
+    for (const User user : {Audio, Audio, Control1, Control2})
+        threads.emplace_back([&host, &isOver, user, sequence = ++track] {
             for (std::uint64_t i = 0; !isOver; ++i) {
-                Choices choices(ownTrack, i);
-                step(host, user, choices);
+                Choices choices(sequence, i);
+                user == Audio ? stepAsAudio(host, choices) : stepAsControl(host, user, choices);
                 std::this_thread::yield();
             }
         });
@@ -120,7 +116,7 @@ std::uint64_t playHost(const std::string& library, const Options& options, std::
     ++track;
     while (++done < StepsOfARound && steps + done < options.steps && Clock::now() < options.end) {
         Choices choices(track, done);
-        stepAsMain(host, HostMain, choices);
+        stepAsMain(host, choices);
     }
     isOver = true;
     for (std::thread& thread : threads) thread.join();

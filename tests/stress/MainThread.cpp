@@ -1,7 +1,6 @@
 #include "tests/stress/Host.h"
 
 #include <algorithm>
-#include <map>
 
 // The main thread, which has the editors and sends all commands.
 
@@ -14,21 +13,17 @@ void sendAny(Instance& instance, Choices& choices) {
                                effGetParamDisplay, effGetParamName,   effSetBlockSize,   effSetBlockSizeAndSampleRate,
                                effMainsChanged,    effEditGetRect,    effEditOpen,       effEditClose,
                                effEditIdle};
-    const std::map<int32, intptr> answers = {{effIdentify, EffectIdentity},
-                                             {effGetProgram, instance.program},
-                                             {effGetVstVersion, 2},
-                                             {effCanBeAutomated, 1},
-                                             {effConnectInput, 1},
-                                             {effConnectOutput, 1},
-                                             {effGetNumProgramCategories, 1},
-                                             {effKeysRequired, 1}};
+    constexpr int32 Answered[] = {effCanBeAutomated, effConnectInput, effConnectOutput, effGetNumProgramCategories,
+                                  effKeysRequired};
     const int32 opcode = choices.oneIn(8) ? choices.integer() : choices.between(-2, 70);
     if (std::ranges::find(Apart, opcode) != std::end(Apart)) return;
     const intptr value = choices.integer();
-    const auto answer = answers.find(opcode);
+    const intptr answer = opcode == effIdentify        ? EffectIdentity
+                          : opcode == effGetProgram    ? instance.program
+                          : opcode == effGetVstVersion ? 2
+                                                       : std::ranges::count(Answered, opcode);
     void* const nowhere = reinterpret_cast<void*>(static_cast<std::uintptr_t>(choices.below(3)));
-    dispatch(instance.effect, opcode, answer == answers.end() ? 0 : answer->second, choices.integer(), value, nowhere,
-             choices.number());
+    dispatch(instance.effect, opcode, answer, choices.integer(), value, nowhere, choices.number());
     if (opcode == effSetProgram && value < 1) instance.program = static_cast<int32>(value);
 }
 
@@ -95,7 +90,7 @@ void end(Host& host, Instance& instance) {
     dispatch(instance.twin, effClose, 1);
 }
 
-void stepAsMain(Host& host, User self, Choices& choices) {
+void stepAsMain(Host& host, Choices& choices) {
     Instance& instance = choices.of(host.instances);
     host.windows->pump();
     const std::size_t action = choices.below(16);
@@ -106,7 +101,7 @@ void stepAsMain(Host& host, User self, Choices& choices) {
         end(host, instance);
         return begin(host, instance, choices);
     }
-    const std::lock_guard use(instance.users[self]);
+    const std::lock_guard use(instance.users[HostMain]);
     if (action < 6) return openEditor(host, instance, choices);
     if (action < 8) return closeEditor(host, instance);
     if (action < 11) return dispatch(instance.effect, effEditIdle, 0);
