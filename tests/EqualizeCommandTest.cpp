@@ -1,12 +1,12 @@
 #include "tests/support/CommandTest.h"
 #include "tests/support/PseudoTerminal.h"
 
+#include <algorithm>
 #include <cmath>
 #include <complex>
 #include <map>
 #include <numbers>
 #include <random>
-#include <regex>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
@@ -361,14 +361,16 @@ TEST_F(EqualizeCommand, DrawsTheMeasuredResponse) {
     std::vector<Point> peaks;
     std::set<std::string> dashes;
     std::istringstream svg(contents("plot.svg"));
-    const std::regex text("<text x=\"(.+)\" y=\"([^\"]+)\" .*>(.+)</text>");
-    std::smatch match;
     for (std::string line; std::getline(svg, line);) {
-        if (std::regex_match(line, match, text)) labels[match[3]] = {std::stod(match[1]), std::stod(match[2])};
-        const std::size_t begin = line.find(" points=\"");
-        if (begin == std::string::npos) continue;
-        dashes.insert(line.substr(line.find("stroke-dasharray"), begin - line.find("stroke-dasharray")));
-        std::istringstream points(line.substr(begin + 9));
+        const auto between = [&line](const std::string& start, char end) {
+            const std::size_t begin = std::min(line.size(), line.find(start) + start.size());
+            return line.substr(begin, line.find(end, begin) - begin);
+        };
+        if (line.starts_with("<text "))
+            labels[between(">", '<')] = {std::stod(between(" x=\"", '"')), std::stod(between(" y=\"", '"'))};
+        if (!line.starts_with("<polyline ")) continue;
+        dashes.insert(between("stroke-dasharray=\"", '"'));
+        std::istringstream points(between("points=\"", '"'));
         Point& peak = peaks.emplace_back(Point{0.0, 1e9});
         for (Point point = {}; points >> point.x && points.ignore() && points >> point.y;)
             if (point.y < peak.y) peak = point;
