@@ -15,15 +15,14 @@ bool namesShellFont(Bytes resource) {
     return std::search(resource.begin(), resource.end(), name.begin(), name.end(), equalLetters) != resource.end();
 }
 
-std::size_t sizeOfDialog(const ExactCopy& resource, const std::byte*) {
-    const bool isExtended = wordAt(static_cast<const std::byte*>(resource.data()), 2) == 0xFFFF;
-    return isExtended ? outputSize<DialogReaderExtended>(resource) : outputSize<DialogReaderStandard>(resource);
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const Bytes resource(data, size);
-    rewriteTwice(PrepareDialogResource, resource, hasBrace(resource) || namesShellFont(resource), sizeOfDialog);
+    const bool canChange = hasBrace(resource) || namesShellFont(resource);
+    rewriteTwice(PrepareDialogResource, resource, canChange, [&](const std::byte* input, auto) {
+        const bool isExtended = wordAt(input, 2) == 0xFFFF;
+        return isExtended ? outputSize<DialogReaderExtended>(resource) : outputSize<DialogReaderStandard>(resource);
+    });
     return 0;
 }

@@ -1,18 +1,14 @@
 // The scanner, and with it the loader, on any bytes: events in order, or one of the faults that it declares.
 
+#include "tests/fuzz/Require.h"
 #include "wedge/CLanguageFile.h"
 #include "wedge/CLanguageStoreLoader.h"
 #include "wedge/string_ext.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <sstream>
 
 namespace {
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 /// Checks that events come in an order that the format allows, and passes them to the loader.
 class OrderedHandler : public CLanguageFileHandler {

@@ -4,18 +4,12 @@
 #include "wedge/ResourceFormats.h"
 #include "wedge/ResourceRewriters.h"
 
-namespace {
-
-std::size_t sizeOfBundle(const ExactCopy&, const std::byte* block) {
-    std::size_t size = 0;
-    for (int i = 0; i < StringsInBundle; ++i) size += 2 + 2 * std::size_t{wordAt(block, size)};
-    return size;
-}
-
-} // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const Bytes resource(data, size);
-    rewriteTwice(PrepareStringResource, resource, hasBrace(resource), sizeOfBundle);
+    rewriteTwice(PrepareStringResource, resource, hasBrace(resource), [](auto, const std::byte* block) {
+        std::size_t size = 0;
+        for (int i = 0; i < StringsInBundle; ++i) size += 2 + 2 * std::size_t{wordAt(block, size)};
+        return size;
+    });
     return 0;
 }

@@ -1,16 +1,12 @@
 // ParseLanguageTag on any bytes. A record that is written down again, by the words of the tag language, is the same.
 
+#include "tests/fuzz/Require.h"
 #include "wedge/LanguageTag.h"
 #include "wedge/VirtualKeys.h"
 
 #include <cstdint>
-#include <cstdlib>
 
 namespace {
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 std::string keyWord(WORD key) {
     for (const VirtualKeyName& name : virtualKeyNames()) {

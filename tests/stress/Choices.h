@@ -1,16 +1,45 @@
 #pragma once
 
+#include <atomic>
 #include <bit>
-#include <cstddef>
+#include <cfloat>
+#include <cmath>
 #include <cstdint>
+#include <cstdlib>
+#include <iostream>
 #include <iterator>
 #include <limits>
+#include <string>
+
+/// What was done, by kind.
+struct Counts {
+    std::atomic<std::uint64_t> blocks, samples, editors, loads, brokenFiles;
+};
+inline Counts counts{};
+
+inline std::uint64_t seedOfRun = 0;
+/// Where the calling thread is.
+inline thread_local std::uint64_t ownTrack = 0;
+inline thread_local std::uint64_t ownStep = 0;
+
+/// Tells what was wrong, and where, and ends the program.
+[[noreturn]] inline void violation(const std::string& what, int status = 1) {
+    std::cout << "VIOLATION: seed " << seedOfRun << ", track " << ownTrack << ", step " << ownStep << ": " << what
+              << std::endl;
+    std::_Exit(status);
+}
+
+inline void require(bool holds, const char* what) {
+    if (!holds) violation(what);
+}
 
 /// The decisions of one step of one thread. They follow from the seed alone, and not from what other threads do.
 class Choices {
 public:
-    Choices(std::uint64_t seed, std::uint64_t role, std::uint64_t step) : state(seed) {
-        state = next() + role;
+    Choices(std::uint64_t track, std::uint64_t step) : state(seedOfRun) {
+        ownTrack = track;
+        ownStep = step;
+        state = next() + track;
         state = next() + step;
     }
 
@@ -38,23 +67,13 @@ public:
 
     /// Of any size and sign, now and then at the ends of the type.
     std::int32_t integer() {
-        using Limits = std::numeric_limits<std::int32_t>;
-        constexpr std::int32_t Ends[] = {Limits::min(), Limits::min() + 1, -1, 0, 1, Limits::max() - 1, Limits::max()};
+        constexpr std::int32_t Ends[] = {INT32_MIN, INT32_MIN + 1, -1, 0, 1, INT32_MAX - 1, INT32_MAX};
         return oneIn(3) ? of(Ends) : static_cast<std::int32_t>(next()) >> below(32);
     }
 
     /// Any bits.
     float number() {
-        using Limits = std::numeric_limits<float>;
-        constexpr float Odd[] = {0.0f,
-                                 -0.0f,
-                                 Limits::quiet_NaN(),
-                                 Limits::infinity(),
-                                 -Limits::infinity(),
-                                 Limits::denorm_min(),
-                                 -Limits::denorm_min(),
-                                 Limits::max(),
-                                 Limits::lowest()};
+        constexpr float Odd[] = {0.0f, -0.0f, NAN, INFINITY, -INFINITY, FLT_TRUE_MIN, -FLT_TRUE_MIN, FLT_MAX, -FLT_MAX};
         return oneIn(2) ? of(Odd) : std::bit_cast<float>(static_cast<std::uint32_t>(next()));
     }
 
