@@ -199,7 +199,7 @@ TEST(WedgeSheets, LeaveOnlyTheirThunksBehind) {
             Sheet sheet;
             sheet.open(); // two of its pages are never shown
             EXPECT_NE(DestroyPropertySheetPage(CreatePropertySheetPageW(&sheet.pages[0])), 0);
-            sheet.pages[0].dwSize = 8;
+            sheet.pages[0].dwSize = offsetof(PROPSHEETPAGEW, pcRefParent); // less than the oldest form
             EXPECT_EQ(CreatePropertySheetPageW(&sheet.pages[0]), nullptr);
             sheet.header.nPages = SystemIsExact ? 0 : 101;
             EXPECT_LE(PropertySheetW(&sheet.header), 0);

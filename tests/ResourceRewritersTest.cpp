@@ -80,12 +80,10 @@ TEST(ToAccelArray, StopsAtTheEndMarkAndDropsIt) {
 }
 
 TEST(PrepareDialogInitResource, ExpandsTheTextsOfComboBoxesAlone) {
-    const auto rewrite = [](const TemplateBuilder& texts) {
-        return rewriteWith(PrepareDialogInitResource, texts.get());
-    };
     const std::string end(1, '\0');
-    EXPECT_EQ(rewrite(comboTexts("plain" + end, "{T_Empty}" + end)).status, PrepUnchanged);
+    EXPECT_EQ(rewriteWith(PrepareDialogInitResource, comboTexts("plain" + end, "{T_Empty}" + end).get()).status,
+              PrepUnchanged);
     // What follows the terminator goes, and the length tells of the text that is left.
-    EXPECT_TRUE(rewrite(comboTexts("{T_Long}" + end, "a {T_Two}" + end + end))
+    EXPECT_TRUE(rewriteWith(PrepareDialogInitResource, comboTexts("{T_Long}" + end, "a {T_Two}" + end + end).get())
                     .is(comboTexts("A longer translation" + end, "a SS" + end)));
 }

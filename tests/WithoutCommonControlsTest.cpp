@@ -1,6 +1,5 @@
 #include "platform/win32.h"
 #include "tests/support/HeapInUse.h"
-#include "wedge/OwnModule.h"
 
 #include <gtest/gtest.h>
 
@@ -10,9 +9,6 @@ TEST(PropertySheets, AreNotThereWithoutTheCommonControls) {
     ASSERT_EQ(GetModuleHandleA("comctl32"), nullptr);
     PROPSHEETPAGEW page{};
     page.dwSize = sizeof page;
-    page.dwFlags = PSP_USETITLE;
-    page.hInstance = ownModule();
-    page.pszTitle = MAKEINTRESOURCEW(48);
     PROPSHEETPAGEA narrowPage{};
     narrowPage.dwSize = sizeof narrowPage;
     PROPSHEETHEADERA narrowHeader{};
