@@ -16,6 +16,7 @@
 
 #include <array>
 #include <string>
+#include <tuple>
 #include <utility>
 
 // The resources are those of Wedge.rc, the texts those of the language file beside the test program.
@@ -146,11 +147,7 @@ TEST(Wedge, LoadsTranslatedMenusOfBothForms) {
 }
 
 TEST(Wedge, LoadsTranslatedStringsCutToTheBuffer) {
-    const struct {
-        UINT id;
-        int room;
-        std::wstring text;
-    } rows[] = {
+    const std::tuple<UINT, int, std::wstring> rows[] = {
         {15, 64, L"last of SS"},
         {32, 64, L"first of a bundle without keys"},
         {33, 64, L""},
