@@ -5,9 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
-#include <cstring>
+#include <cmath>
 #include <limits>
 #include <string>
+#include <tuple>
 
 // The unit words come from the language file that lies beside the test program.
 
@@ -16,52 +17,35 @@ namespace {
 std::string display(int32 index, float p) {
     ParametricEqualizer effect(nullptr);
     effect.setParameter(index, p);
-    char text[64];
-    std::memset(text, '#', sizeof text);
-    effect.getAeffect()->dispatcher(effect.getAeffect(), effGetParamDisplay, index, 0, text, 0.0F);
-    return {text, strnlen(text, sizeof text)};
+    std::string text(64, '#');
+    effect.getAeffect()->dispatcher(effect.getAeffect(), effGetParamDisplay, index, 0, text.data(), 0.0F);
+    return text.substr(0, text.find('\0'));
 }
 
 } // namespace
 
 TEST(DisplayText, ShowsEachQuantityInItsOwnForm) {
-    struct Row {
-        int32 index;
-        float p;
-        const char* text;
+    const std::tuple<int32, float, const char*> rows[] = {
+        // 999.6 Hz: the unit is chosen before the number is rounded
+        {1, 0.4337F, "1000 Hz"}, {0, 0.0F, "+12.0 dB"}, {0, 0.5F, "+0.0 dB"},     {8, 1.0F, "-10.0 dB"},
+        {7, 0.325F, "+3.5 dB"},  {2, 0.44F, "957 Hz"},  {2, 0.43F, "1.0 kHz"},    {3, 0.11F, "9.4 kHz"},
+        {3, 0.10F, "10 kHz"},    {4, 0.0F, "20 kHz"},   {12, 5.0F / 9.0F, "5.0"},
     };
-    for (const Row& row : {
-             Row{0, 0.0F, "+12.0 dB"},
-             {0, 0.5F, "+0.0 dB"},
-             {8, 1.0F, "-10.0 dB"},
-             {7, 0.325F, "+3.5 dB"},
-             {2, 0.44F, "957 Hz"},
-             {2, 0.43F, "1.0 kHz"},
-             {3, 0.11F, "9.4 kHz"},
-             {3, 0.10F, "10 kHz"},
-             {4, 0.0F, "20 kHz"},
-             {1, 0.4337F, "1000 Hz"}, // 999.6 Hz: the unit is chosen before the number is rounded
-             {12, 5.0F / 9.0F, "5.0"},
-         }) {
-        EXPECT_EQ(display(row.index, row.p), row.text) << row.index << " at " << row.p;
-    }
+    for (const auto& [index, p, text] : rows) EXPECT_EQ(display(index, p), text) << index << " at " << p;
 }
 
 TEST(DisplayText, StaysInsideItsBufferForValuesOfAnySize) {
     for (const int32 index : {-1, 13}) EXPECT_EQ(display(index, 0.0F), std::string(64, '#'));
     for (int32 index = 0; index < 13; ++index) {
-        for (const float p : {1e38F, -1e38F, 1e9F, -1e9F, -30.0F, std::numeric_limits<float>::infinity(),
-                              -std::numeric_limits<float>::infinity(), std::numeric_limits<float>::quiet_NaN()}) {
+        for (const float p : {1e38F, -1e38F, 1e9F, -30.0F, std::numeric_limits<float>::infinity(), std::nanf("")})
             EXPECT_LT(display(index, p).size(), DisplayCapacity) << index << " at " << p;
-        }
     }
 }
 
 TEST(DisplayText, KeepsThePointInALocaleWithACommaForIt) {
     const std::string before = std::setlocale(LC_NUMERIC, nullptr);
-    for (const char* locale : {"de_DE.UTF-8", "fr_FR.UTF-8", "German_Germany.1252"}) {
-        if (std::setlocale(LC_NUMERIC, locale) != nullptr) break;
-    }
+    for (const char* const locale : {"de_DE.UTF-8", "fr_FR.UTF-8", "German_Germany.1252"})
+        std::setlocale(LC_NUMERIC, locale); // one that is not there changes nothing
     EXPECT_EQ(display(9, 0.0F), "10.0");
     std::setlocale(LC_NUMERIC, before.c_str());
 }

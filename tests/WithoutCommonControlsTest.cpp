@@ -1,6 +1,5 @@
 #include "platform/win32.h"
 #include "tests/support/HeapInUse.h"
-#include "wedge/OwnModule.h"
 
 #include <gtest/gtest.h>
 
@@ -8,19 +7,12 @@
 
 TEST(PropertySheets, AreNotThereWithoutTheCommonControls) {
     ASSERT_EQ(GetModuleHandleA("comctl32"), nullptr);
-    PROPSHEETPAGEA narrowPage{};
-    narrowPage.dwSize = sizeof narrowPage;
-    narrowPage.hInstance = ownModule();
     PROPSHEETPAGEW page{};
     page.dwSize = sizeof page;
-    page.dwFlags = PSP_USETITLE;
-    page.hInstance = ownModule();
-    page.pszTitle = MAKEINTRESOURCEW(48);
+    PROPSHEETPAGEA narrowPage{};
+    narrowPage.dwSize = sizeof narrowPage;
     PROPSHEETHEADERA narrowHeader{};
     narrowHeader.dwSize = sizeof narrowHeader;
-    narrowHeader.dwFlags = PSH_PROPSHEETPAGE;
-    narrowHeader.nPages = 1;
-    narrowHeader.ppsp = &narrowPage;
     PROPSHEETHEADERW header{};
     header.dwSize = sizeof header;
     header.dwFlags = PSH_PROPSHEETPAGE;

@@ -17,22 +17,29 @@ struct DialogItem {
     unsigned y = 0;
     unsigned width = 10;
     unsigned height = 10;
+    std::string_view creationData = "secret";
 };
 
-/// A dialog of 100 by 50 units, whose font is "MS Shell Dlg" at 8 points if its style names one.
+/// A dialog of 100 by 50 units, with the font if its style names one.
 class DialogTemplateBuilder {
 public:
-    DialogTemplateBuilder(bool extended, DWORD style, const std::vector<DialogItem>& items) : m_extended(extended) {
+    DialogTemplateBuilder(bool extended, DWORD style, const std::vector<DialogItem>& items,
+                          std::u16string_view caption = u"Caption", unsigned points = 8,
+                          std::u16string_view face = u"MS Shell Dlg")
+        : m_extended(extended) {
         if (extended) m_template.words({1, 0xFFFF}).doubleWord(0).doubleWord(0);
         m_template.doubleWord(style);
         if (!extended) m_template.doubleWord(0);
-        m_template.word(static_cast<unsigned>(items.size())).words({2, 4, 100, 50, 0, 0}).text(u"Caption");
-        if ((style & DS_SETFONT) != 0) m_template.word(8);
-        if ((style & DS_SETFONT) != 0 && extended) m_template.words({400, 0x0100});
-        if ((style & DS_SETFONT) != 0) m_template.text(u"MS Shell Dlg");
+        m_template.word(static_cast<unsigned>(items.size())).words({2, 4, 100, 50, 0, 0}).text(caption);
+        if ((style & (extended ? DS_SETFONT | DS_FIXEDSYS : DS_SETFONT)) != 0) {
+            m_template.word(points);
+            if (extended) m_template.words({400, 0x0100});
+            m_template.text(face);
+        }
         for (const DialogItem& item : items) add(item);
     }
 
+    [[nodiscard]] const TemplateBuilder& bytes() const { return m_template; }
     [[nodiscard]] const DLGTEMPLATE* get() const {
         return reinterpret_cast<const DLGTEMPLATE*>(m_template.get().data());
     }
@@ -50,8 +57,7 @@ private:
         } else {
             m_template.text(item.windowClass);
         }
-        // Creation data, which nobody looks at.
-        m_template.text(item.text).word(6).bytes("secret");
+        m_template.text(item.text).word(static_cast<unsigned>(item.creationData.size())).bytes(item.creationData);
     }
 
     bool m_extended;

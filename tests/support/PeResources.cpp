@@ -55,38 +55,25 @@ ResourceSection readSection(const std::string& path) {
     throw std::runtime_error("the resources lie in no section");
 }
 
-struct Entry {
-    std::uint32_t id;
-    std::uint32_t target;
-};
-
-std::vector<Entry> entriesAt(const std::string& section, std::size_t directory) {
+/// The ids of a directory's entries, and where they lead.
+std::vector<std::pair<std::uint32_t, std::size_t>> entriesAt(const std::string& section, std::size_t directory) {
     const std::size_t count = std::size_t{wordAt(section, directory + 12)} + wordAt(section, directory + 14);
-    std::vector<Entry> entries;
+    std::vector<std::pair<std::uint32_t, std::size_t>> entries;
     for (std::size_t at = directory + 16; entries.size() < count; at += 8)
-        entries.push_back({numberAt(section, at), numberAt(section, at + 4)});
+        entries.emplace_back(numberAt(section, at), numberAt(section, at + 4) & ~SubdirectoryBit);
     return entries;
-}
-
-std::vector<Entry> entriesBelow(const std::string& section, const Entry& entry) {
-    if ((entry.target & SubdirectoryBit) == 0) throw std::runtime_error("the tree ends early");
-    return entriesAt(section, entry.target & ~SubdirectoryBit);
 }
 
 } // namespace
 
-std::vector<PeResource> readPeResources(const std::string& path, const std::set<std::uint32_t>& types) {
-    const ResourceSection section = readSection(path);
+std::vector<PeResource> readPeResources(const std::string& path) {
+    const auto [address, bytes] = readSection(path);
     std::vector<PeResource> resources;
-    if (section.bytes.empty()) return resources;
-    for (const Entry& type : entriesAt(section.bytes, 0)) {
-        if (!types.contains(type.id)) continue;
-        for (const Entry& name : entriesBelow(section.bytes, type)) {
-            for (const Entry& language : entriesBelow(section.bytes, name)) {
-                const std::size_t offset = numberAt(section.bytes, language.target) - section.address;
-                const std::size_t size = numberAt(section.bytes, language.target + 4);
-                resources.push_back({type.id, language.id, partOf(section.bytes, offset, size)});
-            }
+    if (bytes.empty()) return resources;
+    for (const auto& [type, names] : entriesAt(bytes, 0)) {
+        for (const auto& [name, languages] : entriesAt(bytes, names)) {
+            for (const auto& [language, data] : entriesAt(bytes, languages))
+                resources.push_back({type, partOf(bytes, numberAt(bytes, data) - address, numberAt(bytes, data + 4))});
         }
     }
     return resources;
