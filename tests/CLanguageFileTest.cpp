@@ -118,7 +118,7 @@ TEST_F(LanguageFile, ReadsALineOfTenMegabytesAndItsEscapesInOneGo) {
 
 TEST(LanguageFileText, DecodesEscapes) {
     EXPECT_EQ(decode_value("a\\n\\nb\\r\\t \\\\n \\X41\\N\\a \\"), "a\n\nb\r\t \\\n \\X41\\N\\a \\");
-    EXPECT_EQ(decode_value("\\x41\\x6A\\xfC \\x5Cx41 \\xG1\\x1G\\xx41"), "Aj\xFC \\x41 \\xG1\\x1G\\xx41");
+    EXPECT_EQ(decode_value("\\x41\\x6A \\x5Cx41 \\xG1\\x1G\\xx41 \\xfC"), "Aj \\x41 \\xG1\\x1G\\xx41 \xFC");
     EXPECT_EQ(decode_value("\\x4\\n1 \\x\\x41 \\x4"), "\\x4\n1 \\xA \\x4");
     EXPECT_EQ(decode_value("a\\x00b"), std::string("a\0b", 3));
 }
@@ -129,7 +129,7 @@ TEST(LanguageFileText, SparesBackslashesInsideDoubleByteCharacters) {
     // 0x83 0x5C is one character, whose second byte looks like a backslash.
     EXPECT_EQ(decode_value("\x83\\n\x83\x83\\n\x83\\x41"), "\x83\\n\x83\x83\n\x83\\x41");
     // A decoded first byte takes the next backslash along; \n has been decoded before.
-    EXPECT_EQ(decode_value("\\x83\\x41\\x83\\x5C\\x41\\n"), "\x83\\x41\x83\\x5CA\n");
+    EXPECT_EQ(decode_value("\\x83\\x41\\x83\\x5C\\x41\\x83\\n"), "\x83\\x41\x83\\x5CA\x83\n");
     std::string kinds;
     for (std::size_t i = 0; i < 6; ++i) kinds += std::to_string(byte_kind("a\x83\x5C\x5C\x83", i));
     EXPECT_EQ(kinds, "012010");
