@@ -146,13 +146,12 @@ TEST_F(StoreInstance, AnswersForTheLibrarysOwnModuleInTheLanguageOfTheOverride) 
 }
 
 TEST_F(StoreInstance, ReportsOnceThatThereAreNoFilesAndCanBeUsedMeanwhile) {
-    std::wstring text_meanwhile;
+    std::wstring text_meanwhile = L"(none)";
     const MessageBoxWatch watch([&] { text_meanwhile = found(CLanguageStore::Instance(), "a"); });
     EXPECT_EQ(GetLanguageId(), 0);
     EXPECT_EQ(ExpandLanguageKeys(std::string("{a}"), nullptr), "{a}");
     EXPECT_EQ(watch.count(), 1);
-    EXPECT_EQ(watch.text(), L"LNG0001:  No language files were found.");
-    EXPECT_EQ(watch.caption(), L"Error");
+    EXPECT_EQ(watch.last(), L"Error\nLNG0001:  No language files were found.");
     EXPECT_EQ(text_meanwhile, L"(none)");
 }
 
