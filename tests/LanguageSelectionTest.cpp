@@ -39,7 +39,7 @@ const Case Cases[] = {
     {"Debug/Release/Module.dll", 0, 1031, 1031, {"Debug/A1031.lng", "A1031.lng"}, 1},
     // The first turn's English goes ahead of the second turn's override.
     {"Plugin/DebugU/Module.dll", 1031, 1036, 1033, {"Plugin/DebugU/A1033.lng", "Plugin/A1031.lng"}, 2},
-    {"Plugin/releaseMinSize/Module.dll", 0, 1031, 1033, {"Plugin/releaseMinSize/A1033.lng"}, 1},
+    {"Plugin/releaseMinSize/Module.dll", 0, 1031, 1033, {"Plugin/A1033.lng"}, 1},
     {"Plugin/MyRelease/Module.dll", 0, 1031, 0, {"Plugin/A1033.lng"}, 0},
 };
 
