@@ -109,7 +109,7 @@ TEST_F(LanguageSelection, ReadsTheOverrideAndTheSystemsLanguage) {
         EXPECT_EQ(ReadUiLanguage(uilanguage_default), language);
     }
 #ifdef _WIN32
-    settings.override_value.setText("\x07\x04");
+    settings.override_value.setText("4"); // of a number's size in wide characters
     EXPECT_EQ(ReadLanguageOverride(), 0) << "not a number by its type";
     settings.override_value.remove();
     EXPECT_EQ(ReadLanguageOverride(), 0);
