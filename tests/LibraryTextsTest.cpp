@@ -32,9 +32,7 @@ protected:
 
     /// The copy, loaded with the language as the override.
     LoadedLibrary load(WORD language) const {
-        LanguageSettings settings;
-        settings.setOverride(language);
-        settings.setSystemLanguage(1033);
+        const LanguageSettings settings(language, 1033);
         return LoadedLibrary(libraryCopy().string());
     }
 

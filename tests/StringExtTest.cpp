@@ -35,7 +35,8 @@ TEST(StringExt, ConvertsBetweenCodePagesAndUnits) {
     }
 }
 
-TEST(StringExt, EndsTheResultAtAZeroAndNeverFailsOnAnEmptyText) {
+TEST(StringExt, EndsTheResultAtAZeroAndNeverFailsOnAnEmptyTextOrAByteThatTheCodePageLeavesOpen) {
+    EXPECT_EQ(convert_wstring("x\xD2y", 1253).size(), 3U);
     EXPECT_EQ(convert_wstring(std::string("ab\0cd", 5), 1252), L"ab");
     EXPECT_EQ(convert_string(std::wstring(L"ab\0cd", 5), 1252), "ab");
     EXPECT_EQ(convert_wstring("", NoSuchCodePage), L"");

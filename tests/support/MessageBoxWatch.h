@@ -4,10 +4,10 @@
 
 #include "platform/win32.h"
 
+#include <gtest/gtest.h>
+
 #ifndef _WIN32
 #include "platform/standin/TestHooks.h"
-
-#include <cstdio>
 #endif
 
 #include <functional>
@@ -19,7 +19,7 @@
 /// Looks at each message box as it is about to be activated, and presses OK. One at a time.
 class MessageBoxWatch {
 public:
-    /// `while_open` runs on the thread that shows the box, while the box is open.
+    /// `while_open` runs on the thread that shows the box, while the box is open, where a box is more than a text.
     explicit MessageBoxWatch(std::function<void()> while_open = {}) : m_while_open(std::move(while_open)) {
         current = this;
         m_hook = SetWindowsHookExW(WH_CBT, &onEvent, nullptr, GetCurrentThreadId());
@@ -32,8 +32,8 @@ public:
     MessageBoxWatch& operator=(const MessageBoxWatch&) = delete;
 
     [[nodiscard]] int count() const { return m_count; }
-    [[nodiscard]] std::wstring text() const { return m_text; }
-    [[nodiscard]] std::wstring caption() const { return m_caption; }
+    /// The last box's caption, and its text on a line of its own.
+    [[nodiscard]] std::wstring last() const { return m_last; }
 
 private:
     static LRESULT CALLBACK onEvent(int code, WPARAM window, LPARAM details) {
@@ -48,9 +48,8 @@ private:
 
         m_last_box = box;
         ++m_count;
-        m_caption = textOf(box);
         constexpr int TextOfABox = 0xFFFF;
-        m_text = textOf(GetDlgItem(box, TextOfABox));
+        m_last = textOf(box) + L"\n" + textOf(GetDlgItem(box, TextOfABox));
         if (m_while_open) m_while_open();
         PostMessageW(box, WM_COMMAND, IDOK, 0);
     }
@@ -67,42 +66,27 @@ private:
     HHOOK m_hook = nullptr;
     HWND m_last_box = nullptr;
     int m_count = 0;
-    std::wstring m_text;
-    std::wstring m_caption;
+    std::wstring m_last;
 };
 
 #else
 
-/// A box is written to standard error, so what runs while it is open runs from a stream in that place.
+/// A box is written to standard error, which is kept quiet.
 class MessageBoxWatch {
 public:
-    explicit MessageBoxWatch(std::function<void()> while_open = {}) : m_while_open(std::move(while_open)) {
-        cookie_io_functions_t functions{};
-        functions.write = [](void* self, const char*, std::size_t size) {
-            auto& while_open_now = static_cast<MessageBoxWatch*>(self)->m_while_open;
-            if (while_open_now) std::exchange(while_open_now, nullptr)();
-            return static_cast<ssize_t>(size);
-        };
-        m_stream = fopencookie(this, "w", functions);
-        std::setvbuf(m_stream, nullptr, _IONBF, 0);
-        m_before = std::exchange(stderr, m_stream);
-    }
-    ~MessageBoxWatch() {
-        stderr = m_before;
-        std::fclose(m_stream);
-    }
+    explicit MessageBoxWatch(const std::function<void()>& = {}) { testing::internal::CaptureStderr(); }
+    ~MessageBoxWatch() { testing::internal::GetCapturedStderr(); }
     MessageBoxWatch(const MessageBoxWatch&) = delete;
     MessageBoxWatch& operator=(const MessageBoxWatch&) = delete;
 
     [[nodiscard]] int count() const { return standin::shownMessageBoxes().count - m_count_before; }
-    [[nodiscard]] std::wstring text() const { return standin::shownMessageBoxes().lastText; }
-    [[nodiscard]] std::wstring caption() const { return standin::shownMessageBoxes().lastCaption; }
+    [[nodiscard]] std::wstring last() const {
+        const standin::ShownMessageBoxes boxes = standin::shownMessageBoxes();
+        return boxes.lastCaption + L"\n" + boxes.lastText;
+    }
 
 private:
-    std::function<void()> m_while_open;
     int m_count_before = standin::shownMessageBoxes().count;
-    std::FILE* m_stream = nullptr;
-    std::FILE* m_before = nullptr;
 };
 
 #endif

@@ -1,28 +1,28 @@
 #pragma once
 
+#ifdef _WIN32
 #include "platform/win32.h"
-
-#ifndef _WIN32
+#else
 #include "tests/support/LanguageSettings.h"
 #endif
-
-#include <array>
 
 /// The user's decimal separator, for the length of a test.
 class UserSeparator {
 public:
 #ifdef _WIN32
     explicit UserSeparator(char separator) {
-        GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, m_before.data(), static_cast<int>(m_before.size()));
-        const std::array<wchar_t, 2> text = {static_cast<wchar_t>(separator), 0};
-        SetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, text.data());
+        GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, m_before, 5);
+        const wchar_t text[] = {static_cast<wchar_t>(separator), 0};
+        SetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, text);
     }
     ~UserSeparator() {
-        SetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, m_before.data());
+        SetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, m_before);
     }
+    UserSeparator(const UserSeparator&) = delete;
+    UserSeparator& operator=(const UserSeparator&) = delete;
 
 private:
-    std::array<wchar_t, 5> m_before{};
+    wchar_t m_before[5] = {};
 #else
     explicit UserSeparator(char separator) {
         m_locale.set(separator == ',' ? "de_DE.UTF-8" : "en_US.UTF-8");
@@ -31,8 +31,4 @@ private:
 private:
     EnvironmentVariable m_locale{"LC_ALL"};
 #endif
-
-public:
-    UserSeparator(const UserSeparator&) = delete;
-    UserSeparator& operator=(const UserSeparator&) = delete;
 };

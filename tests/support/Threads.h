@@ -1,0 +1,19 @@
+#pragma once
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+/// Calls `work(i)` for each `i` below `count`, each on a thread of its own, all at the same time.
+template <typename Work>
+void onThreads(int count, const Work& work) {
+    std::atomic<int> missing = count;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < count; ++i) {
+        threads.emplace_back([&missing, &work, i] {
+            for (--missing; missing > 0;) std::this_thread::yield();
+            work(i);
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+}
