@@ -13,12 +13,14 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <barrier>
+#include <atomic>
 #include <cstddef>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 
 // The pages are those of Wedge.rc, the texts those of the language file beside the test program.
 
@@ -36,6 +38,8 @@ constexpr bool SystemIsExact = true;
 thread_local std::wstring okText; // as the last sheet was initialized
 thread_local std::wstring title;  // of the last page that was created
 thread_local LONG_PTR answerToNext = 0;
+thread_local std::function<void()> aheadOfTheWindow; // what the next sheet's callback does, once
+thread_local bool closesAtOnce = false;
 
 INT_PTR CALLBACK pageProcedure(HWND page, UINT message, WPARAM, LPARAM lParam) {
     EXPECT_TRUE(message != WM_INITDIALOG || reinterpret_cast<PROPSHEETPAGEW*>(lParam)->lParam == CallersValue);
@@ -57,8 +61,10 @@ int CALLBACK sheetCallback(HWND sheet, UINT message, LPARAM lParam) {
         auto* const fields = reinterpret_cast<DWORD*>(lParam);
         const bool isExtended = HIWORD(fields[0]) == 0xFFFF;
         fields[isExtended ? 3 : 0] &= ~DWORD{WS_VISIBLE};
+        if (const auto action = std::exchange(aheadOfTheWindow, nullptr)) action();
     }
     if (message == PSCB_INITIALIZED) okText = textOf(GetDlgItem(sheet, IDOK));
+    if (message == PSCB_INITIALIZED && closesAtOnce) PostMessageW(sheet, PSM_PRESSBUTTON, PSBTN_CANCEL, 0);
     return 0;
 }
 
@@ -213,14 +219,31 @@ TEST(WedgeSheets, LeaveOnlyTheirThunksBehind) {
     EXPECT_LE(heapInUse() - before, 50 * 4 * LeftByAPage);
 }
 
+TEST(WedgeSheets, MayBeOpenedWhileAnotherIs) {
+    Sheet inner;
+    Sheet outer;
+    aheadOfTheWindow = [&inner] { inner.open(); };
+    outer.open();
+    for (const Sheet* const sheet : {&inner, &outer}) EXPECT_EQ(sheet->textOfItem(IDCANCEL), L"Leave");
+}
+
+TEST(WedgeSheets, RunUntilTheyAreClosedIfTheyAreModal) {
+    Sheet sheet;
+    sheet.header.dwFlags &= ~static_cast<DWORD>(PSH_MODELESS);
+    closesAtOnce = true;
+    EXPECT_EQ(PropertySheetW(&sheet.header), 0);
+    closesAtOnce = false;
+}
+
 TEST(WedgeSheets, MayBeOpenOnTwoThreads) {
-    std::barrier open(2);
-    const auto useSome = [&open] {
+    std::atomic<int> opened = 0;
+    const auto useSome = [&opened] {
         // A real window system takes its time for many.
         for (int turn = 0; turn < (SystemIsExact ? 100 : 1); ++turn) {
             Sheet sheet;
             sheet.open();
-            open.arrive_and_wait();
+            ++opened;
+            while (opened < 2 * (turn + 1)) std::this_thread::yield();
             EXPECT_EQ(sheet.send(PSM_INDEXTOID, 1), 152);
             EXPECT_EQ(sheet.label(), L"A longer translation");
         }

@@ -8,6 +8,7 @@
 #include "tests/support/AnsiCodepage.h"
 #include "tests/support/Refused.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Threads.h"
 
 #ifndef _WIN32
 #include "platform/standin/TestHooks.h"
@@ -24,7 +25,6 @@
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -150,35 +150,14 @@ TEST(CodePages, KnowTheLeadBytesOfTheAnsiPage) {
 }
 
 TEST(CodePages, ConvertOnManyThreadsAtOnce) {
-    std::atomic<int> wrong = 0;
-    const auto convert = [&wrong] {
+    std::atomic<int> right = 0;
+    onThreads(4, [&right](int) {
         for (const UINT page : {852U, 949U, 1250U, 1361U, 949U}) {
             wchar_t unit = 0;
-            if (MultiByteToWideChar(page, 0, "A", 1, &unit, 1) != 1 || unit != L'A') ++wrong;
+            right += MultiByteToWideChar(page, 0, "A", 1, &unit, 1) == 1 && unit == L'A';
         }
-    };
-    std::vector<std::thread> threads;
-    while (threads.size() < 4) threads.emplace_back(convert);
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(wrong, 0);
-}
-
-TEST(SystemMutexes, AreHeldUntilTheirLastReleaseAndAreNoMoreOnceTheyAreClosed) {
-    const HANDLE mutex = CreateMutexA(nullptr, TRUE, nullptr); // held from its creation on
-    const auto waitElsewhere = [mutex](DWORD milliseconds) {
-        DWORD result = WAIT_FAILED;
-        std::thread([&] { result = WaitForSingleObject(mutex, milliseconds); }).join();
-        return result;
-    };
-    EXPECT_EQ(WaitForSingleObject(mutex, INFINITE), WAIT_OBJECT_0);
-    EXPECT_TRUE(ReleaseMutex(mutex));
-    EXPECT_EQ(waitElsewhere(20), DWORD{WAIT_TIMEOUT});
-    EXPECT_TRUE(ReleaseMutex(mutex));
-    EXPECT_TRUE(refused(!ReleaseMutex(mutex), ERROR_NOT_OWNER));
-    EXPECT_EQ(waitElsewhere(0), WAIT_OBJECT_0);
-    EXPECT_EQ(WaitForSingleObject(mutex, 0), DWORD{WAIT_ABANDONED}) << "its holder died";
-    EXPECT_TRUE(CloseHandle(mutex));
-    EXPECT_TRUE(refused(WaitForSingleObject(mutex, 0) == WAIT_FAILED, ERROR_INVALID_HANDLE));
+    });
+    EXPECT_EQ(right, 20);
 }
 
 TEST(Modules, AreFoundFromAnAddressInsideThemAndTellTheirPath) {
@@ -278,15 +257,13 @@ TEST(Languages, HaveAnAnsiCodepage) {
 class Environment : public testing::Test {
 protected:
     Environment() {
-        for (EnvironmentVariable* variable : {&all, &messages, &numeric, &lang, &override_})
-            variable->set(std::nullopt);
+        for (EnvironmentVariable* variable : {&all, &messages, &numeric, &lang}) variable->set(std::nullopt);
     }
 
     EnvironmentVariable all{"LC_ALL"};
     EnvironmentVariable messages{"LC_MESSAGES"};
     EnvironmentVariable numeric{"LC_NUMERIC"};
     EnvironmentVariable lang{"LANG"};
-    EnvironmentVariable override_{"TUNEBENCH_LANGUAGE"};
 };
 
 TEST_F(Environment, NamesTheSystemsLanguageByItsVariablesInTheUsualOrder) {
@@ -305,13 +282,6 @@ TEST_F(Environment, NamesTheSystemsLanguageByItsVariablesInTheUsualOrder) {
         SCOPED_TRACE(row.locale);
         row.variable.set(row.locale);
         EXPECT_EQ(ReadUiLanguage(uilanguage_default), row.language);
-    }
-}
-
-TEST_F(Environment, HoldsTheLanguageOverrideIfItIsANumber) {
-    for (const char* const text : {"", "German", "0x407", "1031 ", "-1", "99999999999"}) {
-        override_.set(text);
-        EXPECT_EQ(ReadLanguageOverride(), 0) << text;
     }
 }
 

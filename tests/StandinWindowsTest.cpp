@@ -1,9 +1,8 @@
-// What the system promises of windows, dialogs, menus, accelerator tables and property sheets. On Windows the system
+// What the system promises of windows, dialogs and menus. On Windows the system
 // itself is asked: where it and the stand-in answer differently, the stand-in is wrong.
 
 #include "platform/win32.h"
 
-#include "tests/support/AnsiCodepage.h"
 #include "tests/support/DialogTemplateBuilder.h"
 #include "tests/support/WindowTexts.h"
 
@@ -17,7 +16,6 @@
 #include <map>
 #include <string>
 #include <thread>
-#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -25,7 +23,7 @@ namespace {
 
 const std::map<UINT, std::string> watchedMessages = {
     {WM_SETFONT, "SETFONT"}, {WM_INITDIALOG, "INITDIALOG"}, {WM_APP, "APP"},
-    {WM_DESTROY, "DESTROY"}, {WM_NCDESTROY, "NCDESTROY"},   {WM_NOTIFY, "NOTIFY"},
+    {WM_DESTROY, "DESTROY"}, {WM_NCDESTROY, "NCDESTROY"},
 };
 
 /// Dialogs whose procedure writes down their messages, each with the dialog's parameter.
@@ -58,7 +56,7 @@ protected:
     static INT_PTR CALLBACK dialogProcedure(HWND window, UINT message, WPARAM, LPARAM lParam) {
         if (message == WM_INITDIALOG) SetWindowLongPtrW(window, DWLP_USER, lParam);
         if (const auto found = watchedMessages.find(message); found != watchedMessages.end())
-            write(std::to_string(GetWindowLongPtrW(window, DWLP_USER)) + ":" + found->second);
+            current->log += std::to_string(GetWindowLongPtrW(window, DWLP_USER)) + ":" + found->second + " ";
         if (message == WM_INITDIALOG && lParam == EndAtOnce) EndDialog(window, 77);
         if (message == WM_INITDIALOG && lParam == EndLater) PostMessageW(window, WM_APP, 0, 0);
         if (message == WM_APP) EndDialog(window, 78);
@@ -68,9 +66,6 @@ protected:
         return answer->second;
     }
 
-    static void write(const std::string& what) {
-        current->log += what + " ";
-    }
     std::string takeLog() {
         return std::exchange(log, std::string());
     }
@@ -108,27 +103,6 @@ TEST_F(Windows, EndFromTheTopDownAndTakeWhatTheyOwnWithThem) {
     EXPECT_EQ(create(L"No such class", WS_POPUP), nullptr);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_CLASS_DOES_NOT_EXIST});
     EXPECT_EQ(create(L"STATIC", WS_CHILD), nullptr);
-}
-
-TEST_F(Windows, KeepTextsValuesAndPlaces) {
-    if (const AnsiCodepage page(1252); page) {
-        EXPECT_TRUE(SetWindowTextA(parent, "caf\xE9"));
-        EXPECT_EQ(textOf(parent), L"caf\u00E9");
-        std::array<wchar_t, 4> cut{};
-        EXPECT_EQ(GetWindowTextW(parent, cut.data(), 4), 3);
-        EXPECT_STREQ(cut.data(), L"caf");
-    }
-    EXPECT_TRUE(SetWindowTextW(parent, nullptr));
-    EXPECT_EQ(textOf(parent), L"");
-    EXPECT_EQ(SetWindowLongPtrW(parent, GWLP_USERDATA, 5), 0);
-    EXPECT_EQ(SetWindowLongPtrW(parent, GWLP_USERDATA, 6), 5);
-    EXPECT_EQ(SetWindowLongPtrW(parent, 64, 9), 0);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_INDEX});
-    const HWND child = create(L"Edit", WS_CHILD, create(L"Button", WS_CHILD, parent), 1);
-    RECT place{0, 0, 1, 1};
-    MapWindowPoints(child, parent, reinterpret_cast<POINT*>(&place), 2);
-    EXPECT_EQ(place.left, 20);
-    EXPECT_EQ(place.bottom, 41);
 }
 
 TEST_F(Windows, BelongToTheirThreadAndGetPostedMessagesInOrder) {
@@ -215,19 +189,6 @@ TEST_F(Windows, OfModalDialogsRunUntilTheirEnd) {
     EXPECT_EQ(run({true, WS_POPUP, {{u"No such class", 2, WS_CHILD}}}, 0), -1);
 }
 
-TEST_F(Windows, OfTrackbarsClampTheirPositionToTheirRange) {
-    const HWND trackbar = create(L"msctls_trackbar32", WS_CHILD, parent);
-    const std::vector<std::pair<std::pair<UINT, LPARAM>, LRESULT>> rows = {
-        {{TBM_SETPOS, 101}, 100}, {{TBM_SETPOS, -1}, 0},
-        {{TBM_SETPOS, 100}, 100}, {{TBM_SETRANGE, MAKELPARAM(-10, 33)}, 33},
-        {{TBM_SETPOS, -11}, -10}, {{TBM_SETRANGE, MAKELPARAM(3, 9)}, 3},
-    };
-    for (const auto& [message, position] : rows) {
-        SendMessageW(trackbar, message.first, TRUE, message.second);
-        EXPECT_EQ(SendMessageW(trackbar, TBM_GETPOS, 0, 0), position) << message.second;
-    }
-}
-
 std::wstring menuText(HMENU menu, UINT item) {
     std::array<wchar_t, 6> text{};
     GetMenuStringW(menu, item, text.data(), 6, MF_BYPOSITION);
@@ -271,118 +232,6 @@ TEST(Menus, AreBuiltFromBothForms) {
     for (int i = 0; i < 100000; ++i) deep.word(0x90).text(u"");
     EXPECT_TRUE(DestroyMenu(LoadMenuIndirectW(deep.words({0x80, 5}).text(u"x").get().data())));
     EXPECT_EQ(standin::liveMenus(), 0U);
-#endif
-}
-
-TEST(AcceleratorTables, GiveBackTheirRecords) {
-    const AnsiCodepage page(1251);
-    std::array<ACCEL, 2> records{ACCEL{FVIRTKEY | FCONTROL, VK_F5, 10}, ACCEL{FALT, 0xC0, 11}};
-    for (const bool narrow : {true, false}) {
-        const HACCEL table = (narrow ? CreateAcceleratorTableA : CreateAcceleratorTableW)(records.data(), 2);
-        std::array<ACCEL, 3> copy{};
-        EXPECT_EQ(CopyAcceleratorTableW(table, copy.data(), 1), 1);
-        EXPECT_EQ(copy[1].cmd, 0);
-        EXPECT_EQ(CopyAcceleratorTableW(table, copy.data(), 3), 2);
-        EXPECT_EQ(copy[1].key, narrow && page ? 0x0410 : 0xC0);
-        EXPECT_TRUE(DestroyAcceleratorTable(table));
-        EXPECT_EQ(CopyAcceleratorTableW(table, nullptr, 0), 0);
-    }
-    EXPECT_EQ(CreateAcceleratorTableW(records.data(), 0), nullptr);
-}
-
-template <typename Function>
-Function* systemFunction(Function* /*declared*/, const char* name) {
-    const auto found = GetProcAddress(GetModuleHandleA("comctl32"), name);
-    return reinterpret_cast<Function*>(reinterpret_cast<void (*)()>(found));
-}
-#define EQ_SYSTEM(Name) systemFunction<std::remove_pointer_t<decltype(&::Name)>>(nullptr, #Name)
-
-/// Sheets of pages in memory, which stay invisible, since showing a window takes its time.
-class PropertySheets : public Windows {
-protected:
-    static UINT CALLBACK pageCallback(HWND, UINT event, PROPSHEETPAGEW* page) {
-        const char* const names[] = {"ADDREF", "RELEASE", "CREATE"};
-        write(std::to_string(page->lParam) + ":" + names[event]);
-        return 1;
-    }
-    static INT_PTR CALLBACK pageProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-        if (message == WM_INITDIALOG) lParam = reinterpret_cast<const PROPSHEETPAGEW*>(lParam)->lParam;
-        if (message == WM_NOTIFY) return FALSE;
-        return dialogProcedure(window, message, wParam, lParam);
-    }
-    static int CALLBACK sheetCallback(HWND window, UINT event, LPARAM parameter) {
-        if (event == PSCB_PRECREATE) reinterpret_cast<DLGTEMPLATE*>(parameter)->style &= ~WS_VISIBLE;
-        if (event != PSCB_INITIALIZED) return 0;
-        write("INITIALIZED");
-        for (const auto& [message, wParam] : posted) PostMessageW(window, message, wParam, 0);
-        return 0;
-    }
-
-    [[nodiscard]] PROPSHEETPAGEW record(LPARAM number) const {
-        PROPSHEETPAGEW page{};
-        page.dwSize = sizeof page;
-        page.dwFlags = PSP_USECALLBACK | PSP_DLGINDIRECT;
-        page.pResource = source.get();
-        page.pfnDlgProc = &pageProcedure;
-        page.lParam = number;
-        page.pfnCallback = &pageCallback;
-        return page;
-    }
-    [[nodiscard]] HPROPSHEETPAGE page(LPARAM number) const {
-        const PROPSHEETPAGEW given = record(number);
-        return create(&given);
-    }
-    INT_PTR open(std::vector<HPROPSHEETPAGE> pages, DWORD flags = 0) const {
-        PROPSHEETHEADERW header{};
-        header.dwSize = sizeof header;
-        header.dwFlags = PSH_USECALLBACK | flags;
-        header.hwndParent = parent;
-        header.pszCaption = L"Caption";
-        header.nPages = static_cast<UINT>(pages.size());
-        header.phpage = pages.data();
-        header.pfnCallback = &sheetCallback;
-        return EQ_SYSTEM(PropertySheetW)(&header);
-    }
-
-    inline static std::vector<std::pair<UINT, WPARAM>> posted;
-    decltype(&::CreatePropertySheetPageW) create = EQ_SYSTEM(CreatePropertySheetPageW);
-    decltype(&::DestroyPropertySheetPage) destroy = EQ_SYSTEM(DestroyPropertySheetPage);
-    DialogTemplateBuilder source{true, WS_POPUP | WS_VISIBLE, {{u"\x80", 5, WS_CHILD | WS_VISIBLE}}};
-};
-
-TEST_F(PropertySheets, MakeAPageWhenItIsShownFirstAndReleaseAll) {
-    posted = {{PSM_SETCURSEL, 1}, {PSM_SETCURSEL, 0}, {PSM_PRESSBUTTON, PSBTN_CANCEL}};
-    EXPECT_EQ(open({page(1), page(2), page(3)}), 0);
-    EXPECT_EQ(takeLog(), "1:ADDREF 2:ADDREF 3:ADDREF INITIALIZED 1:CREATE 1:INITDIALOG 2:CREATE 2:INITDIALOG "
-                         "1:DESTROY 1:NCDESTROY 1:RELEASE 2:DESTROY 2:NCDESTROY 2:RELEASE 3:RELEASE ");
-    posted = {{PSM_PRESSBUTTON, PSBTN_NEXT},
-              {PSM_PRESSBUTTON, PSBTN_NEXT},
-              {PSM_PRESSBUTTON, PSBTN_BACK},
-              {PSM_PRESSBUTTON, PSBTN_NEXT}};
-    const auto sheet = reinterpret_cast<HWND>(open({page(1), page(2)}, PSH_WIZARD | PSH_MODELESS));
-    MSG message{};
-    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
-    const auto shown = reinterpret_cast<HWND>(SendMessageW(sheet, PSM_GETCURRENTPAGEHWND, 0, 0));
-    EXPECT_EQ(GetParent(shown), sheet);
-    EXPECT_EQ(GetWindowLongPtrW(shown, DWLP_USER), 2);
-    DestroyWindow(sheet);
-    EXPECT_FALSE(IsWindow(shown));
-}
-
-TEST_F(PropertySheets, RefuseWhatIsNoRecord) {
-    auto given = record(1);
-    given.dwSize = static_cast<DWORD>(PROPSHEETPAGEW_V1_SIZE - 1);
-    EXPECT_EQ(create(&given), nullptr);
-    EXPECT_FALSE(destroy(nullptr));
-    EXPECT_EQ(takeLog(), "");
-    ++given.dwSize;
-    EXPECT_TRUE(destroy(create(&given)));
-    EXPECT_EQ(takeLog(), "1:RELEASE ");
-#ifndef _WIN32
-    // Wine fails in such cases, or goes on.
-    EXPECT_EQ(open({}), -1);
-    EXPECT_EQ(open(std::vector<HPROPSHEETPAGE>(101)), -1);
-    EXPECT_EQ(open({page(1)}, 0x01000000), -1);
 #endif
 }
 

@@ -5,7 +5,7 @@
 #include "wedge/string_ext.h"
 
 #include "tests/support/AllocationCounter.h"
-#include "tests/support/OnThreads.h"
+#include "tests/support/Threads.h"
 #include "tests/support/WindowTexts.h"
 
 #ifndef _WIN32
@@ -71,7 +71,7 @@ TEST(CountedRef, SharesOneOwnerForAnAddressAndEndsItWithTheLast) {
         copy = *&copy;
         second = CountedBlockRef();
         first = std::move(copy);
-        onThreads(4, [&first](std::size_t) {
+        onThreads(4, [&first](int) {
             for (int turn = 0; turn < 1000; ++turn) {
                 const CountedBlockRef shared = first;
                 const CountedBlockRef other(new std::byte[1]);
@@ -93,8 +93,8 @@ TEST(ResourceCache, RewritesOnceHoweverOftenAndByHoweverManyAResourceIsFound) {
     EXPECT_EQ(bytesOf(findDialog(110)), ResourceCache::instance().Find(findDialog(110)));
     EXPECT_EQ(bytesAskedBy([&] { find(110), find(143); }), 0U);
 
-    const std::size_t threadsAlone = bytesAskedBy([] { onThreads(4, [](std::size_t) {}); });
-    EXPECT_EQ(bytesAskedBy([&] { onThreads(4, [&](std::size_t) { find(111); }); }) - threadsAlone, once);
+    const std::size_t threadsAlone = bytesAskedBy([] { onThreads(4, [](int) {}); });
+    EXPECT_EQ(bytesAskedBy([&] { onThreads(4, [&](int) { find(111); }); }) - threadsAlone, once);
 }
 
 TEST(ResourceCache, TriesAgainAfterAShortageOfMemory) {
