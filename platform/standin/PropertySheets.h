@@ -100,7 +100,6 @@ static_assert(sizeof(PROPSHEETHEADERA) == 8 + 11 * sizeof(void*));
 
 // The sizes of records from before the newer members.
 inline constexpr DWORD PROPSHEETPAGEA_V1_SIZE = offsetof(PROPSHEETPAGEA, pcRefParent) + sizeof(UINT*);
-inline constexpr DWORD PROPSHEETPAGEW_V1_SIZE = offsetof(PROPSHEETPAGEW, pcRefParent) + sizeof(UINT*);
 inline constexpr DWORD PROPSHEETHEADERA_V1_SIZE =
     offsetof(PROPSHEETHEADERA, pfnCallback) + sizeof(PFNPROPSHEETCALLBACK);
 

@@ -86,13 +86,6 @@ void forgetMessages(HWND window) noexcept;
 /// Waits until something is posted to the calling thread, and hands it to its window.
 void dispatchNextMessage();
 
-/// The procedure of the predefined controls.
-LRESULT CALLBACK controlProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
-
-/// The bytes of its own that each control keeps, first of all its font.
-inline constexpr int ControlFontIndex = 0;
-inline constexpr int ControlExtraBytes = sizeof(LONG_PTR);
-
 inline HWND handleOf(LPARAM parameter) noexcept {
     return handleOfNumber<HWND>(static_cast<std::uintptr_t>(parameter));
 }

@@ -14,6 +14,22 @@ constexpr WORD DialogAtom = 32770;
 constexpr WORD FirstAtom = 0xC000;
 constexpr const wchar_t* TrackbarClass = L"msctls_trackbar32";
 
+// The bytes of its own that each control keeps: its font.
+constexpr int ControlFontIndex = 0;
+constexpr int ControlExtraBytes = sizeof(LONG_PTR);
+
+LRESULT CALLBACK controlProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+    switch (message) {
+    case WM_SETFONT:
+        SetWindowLongPtrW(window, ControlFontIndex, static_cast<LONG_PTR>(wParam));
+        return 0;
+    case WM_GETFONT:
+        return GetWindowLongPtrW(window, ControlFontIndex);
+    default:
+        return DefWindowProcW(window, message, wParam, lParam);
+    }
+}
+
 using Classes = std::vector<std::shared_ptr<const WindowClass>>;
 
 std::shared_ptr<const WindowClass> makeClass(const wchar_t* name, WORD atom, WNDPROC procedure, std::size_t extra) {
@@ -24,9 +40,9 @@ std::shared_ptr<const WindowClass> makeClass(const wchar_t* name, WORD atom, WND
 Classes& classes() {
     static Classes registered{
         makeClass(L"#32770", DialogAtom, &DefDlgProcW, DLGWINDOWEXTRA),
-        makeClass(L"Static", FirstAtom, &standin::controlProcedure, standin::ControlExtraBytes),
-        makeClass(L"Button", FirstAtom + 1, &standin::controlProcedure, standin::ControlExtraBytes),
-        makeClass(L"Edit", FirstAtom + 2, &standin::controlProcedure, standin::ControlExtraBytes),
+        makeClass(L"Static", FirstAtom, &controlProcedure, ControlExtraBytes),
+        makeClass(L"Button", FirstAtom + 1, &controlProcedure, ControlExtraBytes),
+        makeClass(L"Edit", FirstAtom + 2, &controlProcedure, ControlExtraBytes),
     };
     return registered;
 }
