@@ -41,18 +41,20 @@ TEST(AudioEffect, FillsTheRecordAndSettersReachTheirPlaceInIt) {
     effect.setInitialDelay(6);
     EXPECT_EQ(fields(), (std::array{0x56737450, 3, 7, 2, 3, 1, 1, 4, 5, 6}));
 
-    using X = AudioEffectX;
-    void (X::*const setters[])(bool) = {&X::hasClip, &X::hasVu, &X::programsAreChunks, &X::isSynth,
-                                        &X::hasExternalBuffer};
-    const int32 bits[] = {2, 4, 32, 256, 2048};
-    for (std::size_t i = 0; i < std::size(bits); ++i) {
+    struct Flag {
+        void (AudioEffectX::*set)(bool);
+        int32 bit;
+    };
+    for (const Flag& flag :
+         {Flag{&AudioEffectX::hasClip, 2}, Flag{&AudioEffectX::hasVu, 4}, Flag{&AudioEffectX::programsAreChunks, 32},
+          Flag{&AudioEffectX::isSynth, 256}, Flag{&AudioEffectX::hasExternalBuffer, 2048}}) {
         record.flags = 0;
-        (effect.*setters[i])(true);
-        EXPECT_EQ(record.flags, bits[i]);
-        EXPECT_EQ(effect.getPlugCategory(), bits[i] == 256 ? 2 : 0);
+        (effect.*flag.set)(true);
+        EXPECT_EQ(record.flags, flag.bit);
+        EXPECT_EQ(effect.getPlugCategory(), flag.bit == 256 ? 2 : 0);
         record.flags = -1;
-        (effect.*setters[i])(false);
-        EXPECT_EQ(record.flags, ~bits[i]);
+        (effect.*flag.set)(false);
+        EXPECT_EQ(record.flags, ~flag.bit);
     }
     effect.setEditor(nullptr);
     EXPECT_EQ(record.flags & effFlagsHasEditor, 0);

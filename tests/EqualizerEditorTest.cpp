@@ -4,6 +4,7 @@
 #include "platform/win32.h"
 #include "tests/support/HeapInUse.h"
 #include "tests/support/ScriptedHost.h"
+#include "tests/support/Threads.h"
 #include "tests/support/UserSeparator.h"
 #include "tests/support/WindowTexts.h"
 
@@ -21,7 +22,6 @@
 #include <atomic>
 #include <memory>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -335,17 +335,14 @@ TEST_F(Editor, LeavesNothingBehindHoweverOftenItIsOpened) {
 }
 
 TEST_F(Editor, MayBeMadeOnSeveralThreadsAtOnce) {
-    std::vector<std::thread> threads;
     std::atomic<int> opened = 0;
-    const auto openTenTimes = [&opened] {
+    onThreads(3, [&opened](int) {
         for (int turn = 0; turn < 10; ++turn) {
             const platform::Window parent = makeHostWindow();
             const HostedEffect own([](AEffect*, int32, int32, intptr, void*, float) -> intptr { return 1; });
             opened += SendMessageW(GetDlgItem(own.open(parent.get()), 1014), TBM_GETPOS, 0, 0) == 100;
         }
-    };
-    while (threads.size() < 3) threads.emplace_back(openTenTimes);
-    for (std::thread& thread : threads) thread.join();
+    });
     EXPECT_EQ(opened, 30);
 }
 
