@@ -1,11 +1,11 @@
 #include "engine/ParameterHandover.h"
 
+#include "tests/support/Threads.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <atomic>
-#include <thread>
-#include <vector>
 
 namespace {
 
@@ -37,26 +37,25 @@ TEST(ParameterHandover, NeverGivesHalfAnArrayNorAnOlderOneOfTheSameWriter) {
     constexpr int writes = 20000;
     ParameterHandover handover;
     std::atomic<int> running{writerCount};
-    std::vector<std::thread> writers;
-    for (int writer = 0; writer < writerCount; ++writer) {
-        writers.emplace_back([&, writer] {
-            for (int i = 0; i < writes; ++i) put(handover, static_cast<float>(writer * writes + i));
-            --running;
-        });
-    }
-    int newest[writerCount] = {-1, -1, -1, -1};
-    float values[ParameterCount] = {};
     bool lastRound = false;
-    for (bool ended = false; !ended;) {
-        ended = running == 0;
-        while (handover.take(values)) {
-            ASSERT_TRUE(std::all_of(values, values + ParameterCount, [&](float v) { return v == values[0]; }));
-            const int number = static_cast<int>(values[0]);
-            ASSERT_GT(number % writes, newest[number / writes]);
-            newest[number / writes] = number % writes;
-            lastRound = number % writes == writes - 1;
+    const auto write = [&](int writer) {
+        for (int i = 0; i < writes; ++i) put(handover, static_cast<float>(writer * writes + i));
+        --running;
+    };
+    const auto read = [&] {
+        int newest[writerCount] = {-1, -1, -1, -1};
+        float values[ParameterCount] = {};
+        for (bool ended = false; !ended;) {
+            ended = running == 0;
+            while (handover.take(values)) {
+                ASSERT_TRUE(std::all_of(values, values + ParameterCount, [&](float v) { return v == values[0]; }));
+                const int number = static_cast<int>(values[0]);
+                ASSERT_GT(number % writes, newest[number / writes]);
+                newest[number / writes] = number % writes;
+                lastRound = number % writes == writes - 1;
+            }
         }
-    }
-    for (std::thread& writer : writers) writer.join();
+    };
+    onThreads(writerCount + 1, [&](int i) { i < writerCount ? write(i) : read(); });
     EXPECT_TRUE(lastRound) << "the array that came last is the last of its writer";
 }

@@ -1,11 +1,11 @@
 // decode_value against the escapes' definition: passes that search, replace and look at each hit from the text's start.
 
 #include "platform/standin/TestHooks.h"
+#include "tests/fuzz/Require.h"
 #include "wedge/CLanguageFile.h"
 
 #include <cctype>
 #include <cstdint>
-#include <cstdlib>
 
 namespace {
 
@@ -48,9 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     replaceControl(expected, "\\r", '\r');
     replaceControl(expected, "\\t", '\t');
     replaceHexadecimal(expected);
-    if (decode_value(value) != expected) std::abort();
-    for (std::size_t i = 0; i < value.size(); ++i) {
-        if ((byte_kind(value, i) == 2) != isTrailByte(value, i)) std::abort();
-    }
+    require(decode_value(value) == expected);
+    for (std::size_t i = 0; i < value.size(); ++i) require((byte_kind(value, i) == 2) == isTrailByte(value, i));
     return 0;
 }

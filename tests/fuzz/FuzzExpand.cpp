@@ -1,11 +1,11 @@
 // ExpandKeys on any text, against the definition: search, replace in place, and go on behind what was put in.
 
 #include "platform/standin/TestHooks.h"
+#include "tests/fuzz/Require.h"
 #include "tests/support/TemporaryFolder.h"
 #include "wedge/CLanguageStore.h"
 
 #include <cstdint>
-#include <cstdlib>
 
 namespace {
 
@@ -56,8 +56,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     bool expected_change = false;
     const std::string expected = expandedByDefinition(store, text, expected_change);
     bool changed = !expected_change;
-    if (store.ExpandKeys(text, &changed) != expected || changed != expected_change) std::abort();
+    require(store.ExpandKeys(text, &changed) == expected && changed == expected_change);
     changed = !expected_change;
-    if (store.ExpandKeys(widened(text), &changed) != widened(expected) || changed != expected_change) std::abort();
+    require(store.ExpandKeys(widened(text), &changed) == widened(expected) && changed == expected_change);
     return 0;
 }

@@ -2,7 +2,7 @@
 
 // Sees and answers the message boxes that the test's own thread shows.
 
-#include "platform/win32.h"
+#include "tests/support/WindowTexts.h"
 
 #include <gtest/gtest.h>
 
@@ -52,12 +52,6 @@ private:
         m_last = textOf(box) + L"\n" + textOf(GetDlgItem(box, TextOfABox));
         if (m_while_open) m_while_open();
         PostMessageW(box, WM_COMMAND, IDOK, 0);
-    }
-
-    static std::wstring textOf(HWND window) {
-        wchar_t text[256] = {};
-        GetWindowTextW(window, text, 256);
-        return text;
     }
 
     inline static MessageBoxWatch* current = nullptr;
