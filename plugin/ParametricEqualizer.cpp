@@ -103,10 +103,15 @@ void ParametricEqualizer::addPiece(float** inputs, float** outputs, int32 start,
     ChannelPointers pieceInputs = {inputs[0] + start, inputs[1] + start};
     ChannelPointers landing = {scratch[0].get(), scratch[1].get()};
     processReplacing(pieceInputs.data(), landing.data(), count);
-    for (std::size_t channel = 0; channel < ChannelCount; ++channel) {
-        float* const output = outputs[channel] + start;
-        for (int32 i = 0; i < count; ++i) output[i] += landing[channel][i];
-    }
+    // Frame by frame, which outputs that overlap can tell, and four frames in each pass of the loop.
+    const auto addFrame = [&](int32 i) {
+        for (std::size_t channel = 0; channel < ChannelCount; ++channel)
+            outputs[channel][start + i] += landing[channel][i];
+    };
+    int32 done = 0;
+    for (; count - done >= 4; done += 4)
+        for (int32 i = done; i < done + 4; ++i) addFrame(i);
+    for (; done < count; ++done) addFrame(done);
 }
 
 void ParametricEqualizer::updateEngines() noexcept {
