@@ -159,19 +159,33 @@ TEST_F(Editor, OpensWithTheEffectsValuesInTheSizeThatItReportsAndChangesNothing)
     EXPECT_GT(client.right, 318);
 }
 
-/// A host that closes the editor when it is told of a change for the first time, and opens it again in the window.
+/// A host that closes the editor when it is told of a change, and idles. It may open it again in a window, once.
 HWND windowToReopenIn = nullptr;
-intptr reopeningCallback(AEffect* effect, int32 opcode, int32, intptr, void*, float) {
-    if (opcode == audioMasterAutomate)
-        if (const HWND parent = std::exchange(windowToReopenIn, nullptr)) {
-            effect->dispatcher(effect, effEditClose, 0, 0, nullptr, 0.0f);
-            effect->dispatcher(effect, effEditOpen, 0, 0, parent, 0.0f);
-        }
-    return 2400;
+intptr closingCallback(AEffect* effect, int32 opcode, int32, intptr, void*, float) {
+    if (opcode != audioMasterAutomate) return 2400;
+    effect->dispatcher(effect, effEditClose, 0, 0, nullptr, 0.0f);
+    if (const HWND parent = std::exchange(windowToReopenIn, nullptr))
+        effect->dispatcher(effect, effEditOpen, 0, 0, parent, 0.0f);
+    effect->dispatcher(effect, effEditIdle, 0, 0, nullptr, 0.0f);
+    return 0;
+}
+
+TEST_F(Editor, ChangesNothingFurtherOnceItIsClosedWhileItTellsOfAChange) {
+    open(closingCallback);
+    std::vector<float> expected = effect->all();
+    scroll(Volume, 25, TB_ENDTRACK);
+    expected[Volume] = 25 * 0.01f;
+    EXPECT_EQ(effect->all(), expected);
+
+    dialog = effect->open(window.get());
+    effect->set(Volume, expected[Volume] = 75 * 0.01f);
+    effect->idle();
+    EXPECT_EQ(effect->all(), expected);
+    EXPECT_EQ(GetWindow(window.get(), GW_CHILD), nullptr);
 }
 
 TEST_F(Editor, MayBeClosedAndOpenedAgainWhileItTellsOfAChange) {
-    open(reopeningCallback);
+    open(closingCallback);
     const HWND first = dialog;
     windowToReopenIn = window.get();
     scroll(Volume, 25, TB_ENDTRACK);

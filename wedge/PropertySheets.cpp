@@ -186,7 +186,7 @@ void createPages(SheetRecord& record, typename Sheets::Header& header) {
 /// A start page that is named by its id must be given by its place, since the pages have no ids any more.
 template <typename Header>
 void nameStartPageByIndex(const SheetRecord& record, Header& header) noexcept {
-    if (!record.hasOwnPages || (header.dwFlags & PSH_USEPSTARTPAGE) == 0) return;
+    if (!record.hasOwnPages || (header.dwFlags & PSH_USEPSTARTPAGE) == 0 || !isStringId(header.pStartPage)) return;
     const SheetPage* const page = findTemplate(record, reinterpret_cast<LPARAM>(header.pStartPage));
     if (!page) return;
     header.dwFlags &= ~static_cast<DWORD>(PSH_USEPSTARTPAGE);
