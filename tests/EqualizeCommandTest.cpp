@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <complex>
+#include <initializer_list>
 #include <map>
 #include <numbers>
 #include <random>
@@ -88,6 +89,32 @@ protected:
         sf_read_float(handle, sound.samples.data(), info.frames * info.channels);
         sf_close(handle);
         return sound;
+    }
+
+    struct BadRun {
+        std::string input;
+        std::string output;
+        const char* message;
+        int format = 0;             ///< of sound that is made
+        std::uintmax_t missing = 0; ///< bytes that are cut off
+        const char* before = "";
+    };
+    void expectNothingLost(std::initializer_list<BadRun> runs) const {
+        const std::string text(1000, 'x');
+        const char* const outputs[] = {"out.wav", "out.flac", "out.ogg"};
+        for (const char* const name : outputs) folder.write(name, text);
+        for (const BadRun& bad : runs) {
+            SCOPED_TRACE(bad.input + " to " + bad.output);
+            if (bad.format != 0) {
+                writeSound(bad.input, noise(44100, 2, 300, bad.format));
+                const std::filesystem::path made = path(bad.input);
+                std::filesystem::resize_file(made, std::filesystem::file_size(made) - bad.missing);
+            }
+            const auto before = names();
+            expectFailure(1, bad.input + " " + bad.output, bad.message, bad.before);
+            EXPECT_EQ(names(), before);
+            for (const char* const name : outputs) EXPECT_EQ(contents(name), text);
+        }
     }
 };
 
@@ -199,18 +226,7 @@ TEST_F(EqualizeCommand, WritesACompleteFileIntoAPipeAndTakesAHeaderThatLeavesIts
 
 TEST_F(EqualizeCommand, LosesNothingAndLeavesNothingWhenInputOrOutputIsBad) {
     folder.write("text.wav", "This is not sound, whatever its name says.\n");
-    const std::string text(1000, 'x');
-    const char* const outputs[] = {"out.wav", "out.flac", "out.ogg"};
-    for (const char* const name : outputs) folder.write(name, text);
-    struct Row {
-        const char* input;
-        const char* output;
-        const char* message;
-        int format = 0;             ///< of sound that is made
-        std::uintmax_t missing = 0; ///< bytes that are cut off
-        const char* limit = "";     ///< for the output, in blocks of 512 bytes
-    };
-    const Row rows[] = {
+    expectNothingLost({
         {"missing.wav", "out.wav", "No such file"},
         {".", "out.wav", "Is a directory"},
         {"text.wav", "out.wav", "not a readable audio file"},
@@ -224,23 +240,18 @@ TEST_F(EqualizeCommand, LosesNothingAndLeavesNothingWhenInputOrOutputIsBad) {
         {"in.wav", "/dev/full", "No space left on device", Pcm16},
         {"in.wav", "nowhere/out.wav", "No such file or directory", Pcm16},
         {"in.wav", "..", "Is a directory", Pcm16},
-        // The limit is met in the middle, and while a coder is flushed.
+    });
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
+}
+
+// On its own, so that tests/coverage can leave it out: a program that counts could not write its counts either. The
+// limits, in blocks of 512 bytes, are met in the middle, and while a coder is flushed.
+TEST_F(EqualizeCommand, LosesNothingWhenNoFileCanGrow) {
+    expectNothingLost({
         {"in.wav", "out.wav", "File too large", Pcm16, 0, "ulimit -f 1;"},
         {"in.wav", "out.flac", "File too large", Pcm16, 0, "ulimit -f 1;"},
         {"in.wav", "out.ogg", "File too large", Pcm16, 0, "ulimit -f 7;"},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(std::string(row.input) + " to " + row.output);
-        if (row.format != 0) {
-            writeSound(row.input, noise(44100, 2, 300, row.format));
-            std::filesystem::resize_file(path(row.input), std::filesystem::file_size(path(row.input)) - row.missing);
-        }
-        const auto before = names();
-        expectFailure(1, std::string(row.input) + " " + row.output, row.message, row.limit);
-        EXPECT_EQ(names(), before);
-        for (const char* const name : outputs) EXPECT_EQ(contents(name), text);
-    }
-    EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
+    });
 }
 
 TEST_F(EqualizeCommand, RemovesItsTemporaryFileWhenASignalEndsIt) {
