@@ -47,7 +47,8 @@ TEST(AudioEffect, FillsTheRecordAndSettersReachTheirPlaceInIt) {
     };
     for (const Flag& flag :
          {Flag{&AudioEffectX::hasClip, 2}, Flag{&AudioEffectX::hasVu, 4}, Flag{&AudioEffectX::programsAreChunks, 32},
-          Flag{&AudioEffectX::isSynth, 256}, Flag{&AudioEffectX::hasExternalBuffer, 2048}}) {
+          Flag{&AudioEffectX::isSynth, 256}, Flag{&AudioEffectX::noTail, 512},
+          Flag{&AudioEffectX::wantAsyncOperation, 1024}, Flag{&AudioEffectX::hasExternalBuffer, 2048}}) {
         record.flags = 0;
         (effect.*flag.set)(true);
         EXPECT_EQ(record.flags, flag.bit);
@@ -161,13 +162,18 @@ TEST(AudioEffect, CallsTheHostAsThePublishedTableTells) {
         {call<&X::updateSampleRate>, {{}, 16, 0, 0, {}, 0}, {44100, 44100, 44100, 44100}},
         {call<&X::updateBlockSize>, {{}, 17, 0, 0, {}, 0}, {1024, 1024, 1024, 1024}},
         {call<&X::getPreviousPlug, 3>, {{}, 20, 0, 0, {}, 0}, Answer},
+        {call<&X::getNextPlug, 3>, {{}, 21, 0, 0, {}, 0}, Answer},
         {call<&X::offlineStart, &object, 5, 3>, {{}, 25, 3, 5, &object, 0}, TrueIfNonZero},
         {call<&X::offlineRead, &object, 5, true>, {{}, 26, 1, 5, &object, 0}, TrueIfNonZero},
+        {call<&X::offlineWrite, &object, 5>, {{}, 27, 0, 5, &object, 0}, TrueIfNonZero},
         {call<&X::setOutputSamplerate, 0.5f>, {{}, 30, 0, 0, {}, 0.5f}, Nothing},
         {call<&X::getSpeakerArrangement, &object, &other>, {{}, 31, 0, asNumber(&object), &other, 0}, TrueIfNonZero},
         {call<&X::getHostVendorString, &object>, {{}, 32, 0, 0, &object, 0}, TrueIfNonZero},
+        {call<&X::getHostProductString, &object>, {{}, 33, 0, 0, &object, 0}, TrueIfNonZero},
         {call<&X::hostVendorSpecific, 3, 5, &object, 0.5f>, {{}, 35, 3, 5, &object, 0.5f}, Answer},
+        {call<&X::canHostDo, &object>, {{}, 37, 0, 0, &object, 0}, TrueIfNonZero},
         {call<&X::openWindow, &object>, {{}, 39, 0, 0, &object, 0}, Answer},
+        {call<&X::closeWindow, &object>, {{}, 40, 0, 0, &object, 0}, TrueIfNonZero},
     };
     for (const HostRow& row : rows) expectToCallTheHost(row);
 }

@@ -37,16 +37,16 @@ constexpr bool SystemIsExact = true;
 
 thread_local std::wstring okText; // as the last sheet was initialized
 thread_local std::wstring title;  // of the last page that was created
-thread_local LONG_PTR answerToNext = 0;
+thread_local LONG_PTR answerToTurn = 0;
 thread_local std::function<void()> aheadOfTheWindow; // what the next sheet's callback does, once
 thread_local bool closesAtOnce = false;
 
 INT_PTR CALLBACK pageProcedure(HWND page, UINT message, WPARAM, LPARAM lParam) {
     EXPECT_TRUE(message != WM_INITDIALOG || reinterpret_cast<PROPSHEETPAGEW*>(lParam)->lParam == CallersValue);
-    const bool isNext =
-        message == WM_NOTIFY && reinterpret_cast<NMHDR*>(lParam)->code == static_cast<UINT>(PSN_WIZNEXT);
-    if (isNext) SetWindowLongPtrW(page, DWLP_MSGRESULT, answerToNext);
-    return isNext;
+    const UINT code = message == WM_NOTIFY ? reinterpret_cast<NMHDR*>(lParam)->code : 0;
+    const bool turns = code == static_cast<UINT>(PSN_WIZNEXT) || code == static_cast<UINT>(PSN_WIZBACK);
+    if (turns) SetWindowLongPtrW(page, DWLP_MSGRESULT, answerToTurn);
+    return turns;
 }
 
 UINT CALLBACK pageCallback(HWND, UINT message, PROPSHEETPAGEW* page) {
@@ -150,14 +150,16 @@ TEST(WedgeSheets, OfAWizardGoToThePageThatIsNamedByItsId) {
     sheet.open();
     EXPECT_EQ(sheet.textOfItem(0x3023) + L", " + sheet.textOfItem(0x3024), L"To the last, To the next");
     EXPECT_EQ(sheet.textOfItem(0x3025), L"Done");
-    const auto next = [&](LONG_PTR answer) {
-        answerToNext = answer;
-        sheet.send(PSM_PRESSBUTTON, PSBTN_NEXT);
+    const auto turn = [&](WPARAM button, LONG_PTR answer) {
+        answerToTurn = answer;
+        sheet.send(PSM_PRESSBUTTON, button);
         return sheet.label();
     };
-    EXPECT_EQ(next(-1), L"A longer translation");
-    EXPECT_EQ(next(0), L"SS");
-    EXPECT_EQ(next(151), L"A longer translation");
+    EXPECT_EQ(turn(PSBTN_NEXT, -1), L"A longer translation");
+    EXPECT_EQ(turn(PSBTN_NEXT, 0), L"SS");
+    EXPECT_EQ(turn(PSBTN_BACK, 0), L"A longer translation");
+    EXPECT_EQ(turn(PSBTN_NEXT, 153), L"S");
+    EXPECT_EQ(turn(PSBTN_BACK, 152), L"SS");
     NMHDR notice{};
     notice.code = static_cast<UINT>(PSN_WIZNEXT);
     EXPECT_EQ(SendMessageW(sheet.page(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&notice)), -1) << "the system stays";

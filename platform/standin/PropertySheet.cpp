@@ -12,7 +12,7 @@ namespace standin {
 void PropertySheet::take(HPROPSHEETPAGE handle) {
     auto page = findPropertyPage(handle);
     if (!page) return;
-    if (page->findTemplate()) {
+    if (page->dialogTemplate()) {
         m_pages.push_back({handle, std::move(page)});
     } else {
         destroyPropertySheetPage(handle);
@@ -60,14 +60,13 @@ bool PropertySheet::makeDialog(int index) {
 
 /// A page goes before an index; one that is not of this sheet does not count.
 bool PropertySheet::select(int index, HPROPSHEETPAGE page) {
-    const int ofPage = indexOfPage(page);
+    const int ofPage = indexOf(page);
     return activate(ofPage >= 0 ? ofPage : index);
 }
 
-/// A wizard's Next and Back. The page may name another one, or stay.
+/// A wizard's Next and Back. The page may stay.
 void PropertySheet::turn(UINT code, int direction) {
-    const LRESULT answer = notify(code);
-    if (answer != -1) activate(answer == 0 ? m_active + direction : indexOfId(answer));
+    if (notify(code) == 0) activate(m_active + direction);
 }
 
 /// A modal sheet's window goes with its loop, and the owner of a modeless one destroys it.
@@ -98,20 +97,14 @@ std::optional<LRESULT> PropertySheet::answer(UINT message, WPARAM wParam, LPARAM
     switch (message) {
     case PSM_SETCURSEL:
         return select(index, page);
-    case PSM_SETCURSELID:
-        return select(indexOfId(lParam), nullptr);
     case PSM_PRESSBUTTON:
         return press(wParam);
     case PSM_GETCURRENTPAGEHWND:
         return m_closed ? 0 : parameterOf(windowOf(m_active));
     case PSM_PAGETOINDEX:
-        return indexOfPage(page);
+        return indexOf(page);
     case PSM_INDEXTOPAGE:
         return has(index) ? parameterOf(at(index).handle) : 0;
-    case PSM_IDTOINDEX:
-        return indexOfId(lParam);
-    case PSM_INDEXTOID:
-        return has(index) ? at(index).page->templateId() : 0;
     default:
         return std::nullopt;
     }

@@ -17,7 +17,7 @@ public:
           m_active(-1),
           m_start(static_cast<int>(header.nStartPage)),
           m_callback((header.dwFlags & PSH_USECALLBACK) != 0 ? header.pfnCallback : nullptr) {
-        if ((m_flags & PSH_WIZARD) == 0) m_caption = textOrString(header.hInstance, header.pszCaption);
+        if ((m_flags & PSH_WIZARD) == 0) m_caption = textUnlessNumber(header.pszCaption);
     }
     PropertySheet(const PropertySheet&) = delete;
     PropertySheet& operator=(const PropertySheet&) = delete;
@@ -54,16 +54,9 @@ private:
     Page& at(int index) noexcept { return m_pages[static_cast<std::size_t>(index)]; }
     HWND windowOf(int index) noexcept { return has(index) ? at(index).window : nullptr; }
 
-    template <typename Fits>
-    int find(Fits fits) const {
-        const auto found = std::find_if(m_pages.begin(), m_pages.end(), fits);
+    int indexOf(HPROPSHEETPAGE handle) const {
+        const auto found = std::ranges::find(m_pages, handle, &Page::handle);
         return found == m_pages.end() ? -1 : static_cast<int>(found - m_pages.begin());
-    }
-    int indexOfPage(HPROPSHEETPAGE handle) const {
-        return find([handle](const Page& page) { return page.handle == handle; });
-    }
-    int indexOfId(LPARAM id) const {
-        return find([id](const Page& page) { return id != 0 && page.page->templateId() == id; });
     }
 
     LRESULT notify(UINT code) noexcept;

@@ -2,10 +2,8 @@
 
 #include "platform/standin/DialogTemplate.h"
 #include "platform/standin/HandleTable.h"
-#include "platform/standin/Resources.h"
 #include "platform/standin/SystemEntries.h"
 #include "platform/standin/TestHooks.h"
-#include "platform/standin/Window.h"
 
 #include <algorithm>
 #include <cstring>
@@ -25,14 +23,6 @@ standin::HandleTable<PropertyPage>& pages() {
 
 constexpr DWORD KnownFlags = PSP_DLGINDIRECT | PSP_USETITLE | PSP_USEREFPARENT | PSP_USECALLBACK;
 
-HRSRC findDialog(HINSTANCE module, LPCSTR name) noexcept {
-    return standin::findResourceExA(module, MAKEINTRESOURCEA(5), name, 0);
-}
-
-HRSRC findDialog(HINSTANCE module, LPCWSTR name) noexcept {
-    return standin::findResourceExW(module, MAKEINTRESOURCEW(5), name, 0);
-}
-
 /// A page is a control of its sheet, whatever its template says, and the sheet shows it.
 DWORD pageStyle(DWORD style) noexcept {
     constexpr DWORD ofWindowsAlone = WS_CAPTION | WS_SYSMENU | WS_POPUP | WS_DISABLED | WS_VISIBLE;
@@ -48,25 +38,17 @@ public:
     explicit PageOf(const Record* given) : m_bytes(std::max<std::size_t>(given->dwSize, sizeof(Record))) {
         std::memcpy(m_bytes.data(), given, given->dwSize);
         const DWORD flags = record().dwFlags;
-        if ((flags & PSP_DLGINDIRECT) == 0) keepText(record().pszTemplate);
         if ((flags & PSP_USETITLE) != 0) keepText(record().pszTitle);
         if ((flags & PSP_USEREFPARENT) != 0) m_users = record().pcRefParent;
         if (m_users) ++*m_users;
     }
 
-    [[nodiscard]] const void* findTemplate() const noexcept override {
-        if (has(PSP_DLGINDIRECT)) return record().pResource;
-        const HRSRC found = findDialog(record().hInstance, record().pszTemplate);
-        return found ? standin::loadResource(record().hInstance, found) : nullptr;
-    }
-
-    [[nodiscard]] WORD templateId() const noexcept override {
-        const bool numbered = !has(PSP_DLGINDIRECT) && standin::isNumber(record().pszTemplate);
-        return numbered ? static_cast<WORD>(reinterpret_cast<std::uintptr_t>(record().pszTemplate)) : WORD{0};
+    [[nodiscard]] const void* dialogTemplate() const noexcept override {
+        return has(PSP_DLGINDIRECT) ? record().pResource : nullptr;
     }
 
     [[nodiscard]] std::wstring title() const override {
-        return has(PSP_USETITLE) ? standin::textOrString(record().hInstance, record().pszTitle) : std::wstring();
+        return has(PSP_USETITLE) ? standin::textUnlessNumber(record().pszTitle) : std::wstring();
     }
 
     UINT tell(UINT event) noexcept override {
@@ -81,7 +63,7 @@ public:
     HWND createDialog(HWND sheet) override {
         constexpr SHORT margin = 7;
         if (tell(PSPCB_CREATE) == 0) return nullptr;
-        const void* const source = findTemplate();
+        const void* const source = dialogTemplate();
         if (!source) return nullptr;
         auto read = standin::readDialogTemplate(source);
         read.style = pageStyle(read.style);
@@ -122,31 +104,12 @@ HPROPSHEETPAGE createPage(const PropSheetPage<Unit>* given) noexcept try {
     return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
 
-/// Strings lie in blocks of 16, each a length and its units.
-std::wstring stringOf(HINSTANCE module, std::uintptr_t id) {
-    const HRSRC block = standin::findResourceExW(module, MAKEINTRESOURCEW(6), MAKEINTRESOURCEW(id / 16 + 1), 0);
-    if (!block) return {};
-    standin::TemplateCursor cursor(standin::loadResource(module, block));
-    for (std::uintptr_t before = id % 16; before > 0; --before) cursor.skip(cursor.takeWord() * std::size_t{2});
-    std::wstring text(cursor.takeWord(), L'\0');
-    for (wchar_t& unit : text) unit = static_cast<wchar_t>(cursor.takeWord());
-    return text;
-}
-
 } // namespace
 
 namespace standin {
 
 std::shared_ptr<PropertyPage> findPropertyPage(HPROPSHEETPAGE handle) {
     return pages().find(handle);
-}
-
-std::wstring textOrString(HINSTANCE module, LPCSTR textOrId) {
-    return isNumber(textOrId) ? stringOf(module, reinterpret_cast<std::uintptr_t>(textOrId)) : wideFromAnsi(textOrId);
-}
-
-std::wstring textOrString(HINSTANCE module, LPCWSTR textOrId) {
-    return isNumber(textOrId) ? stringOf(module, reinterpret_cast<std::uintptr_t>(textOrId)) : textOrId;
 }
 
 std::size_t livePropertySheetPages() noexcept {

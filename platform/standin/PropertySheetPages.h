@@ -3,6 +3,7 @@
 // What sheets see of their pages.
 
 #include "platform/standin/PropertySheets.h"
+#include "platform/standin/Window.h"
 
 #include <memory>
 #include <string>
@@ -18,9 +19,7 @@ public:
     virtual ~PropertyPage() = default;
 
     /// The template of its dialog, or null.
-    [[nodiscard]] virtual const void* findTemplate() const noexcept = 0;
-    /// The template's number in its module, or 0.
-    [[nodiscard]] virtual WORD templateId() const noexcept = 0;
+    [[nodiscard]] virtual const void* dialogTemplate() const noexcept = 0;
     /// Empty if the page has none of its own.
     [[nodiscard]] virtual std::wstring title() const = 0;
     /// Calls the page's callback. A page without one agrees to everything.
@@ -33,8 +32,12 @@ public:
 
 std::shared_ptr<PropertyPage> findPropertyPage(HPROPSHEETPAGE handle);
 
-/// A text, or the string of a module whose number stands in its place; empty if there is no such string.
-std::wstring textOrString(HINSTANCE module, LPCSTR textOrId);
-std::wstring textOrString(HINSTANCE module, LPCWSTR textOrId);
+/// A text; empty if a number stands in its place.
+inline std::wstring textUnlessNumber(LPCSTR text) {
+    return isNumber(text) ? std::wstring() : wideFromAnsi(text);
+}
+inline std::wstring textUnlessNumber(LPCWSTR text) {
+    return isNumber(text) ? std::wstring() : text;
+}
 
 } // namespace standin

@@ -4,7 +4,8 @@
 //
 // The functions are the system's own, found by name alone: GetProcAddress of the library "comctl32". A sheet has its
 // buttons, but no tabs, icons and pictures, since nothing is drawn, and one size, whatever its pages need. Pages are
-// not asked whether they may be shown or left, and of the buttons only Back, Next and Cancel can be pressed.
+// not asked whether they may be shown or left, and of the buttons only Back, Next and Cancel can be pressed. Nothing is
+// looked for in a module's resources: templates lie in memory, texts are texts, and pages have no numbers.
 
 #include "platform/standin/Dialogs.h"
 
