@@ -221,12 +221,13 @@ double gainAt(Equalizer& equalizer, double hertz) {
     double in = 0;
     double out = 0;
     for (int call = 0; call < Calls; ++call) {
-        for (int n = 0; n < Frames; ++n) {
-            const double phase = 2 * std::numbers::pi * hertz / Rate * (call * Frames + n);
+        for (std::size_t n = 0; n < Frames; ++n) {
+            const double time = (static_cast<double>(n) + call * Frames) / Rate;
+            const double phase = 2 * std::numbers::pi * hertz * time;
             equalizer.input.left[n] = equalizer.input.right[n] = static_cast<float>(0.1 * std::sin(phase));
         }
         equalizer.run();
-        for (int n = 0; call >= Calls / 2 && n < Frames; ++n) {
+        for (std::size_t n = 0; call >= Calls / 2 && n < Frames; ++n) {
             in += double(equalizer.input.left[n]) * equalizer.input.left[n];
             out += double(equalizer.output.left[n]) * equalizer.output.left[n];
         }
