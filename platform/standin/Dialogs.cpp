@@ -49,13 +49,11 @@ bool isSupported(const DialogTemplate& dialog) noexcept {
 HWND createFrame(HINSTANCE module, const DialogTemplate& dialog, HWND parent) {
     constexpr std::uintptr_t dialogAtom = 32770;
     const auto place = dialog.place;
-    POINT origin{across(place.x), down(place.y)};
-    if (parent && (dialog.style & WS_CHILD) == 0) MapWindowPoints(parent, nullptr, &origin, 1);
     const LPCWSTR windowClass =
         dialog.windowClass.isEmpty() ? standin::handleOfNumber<LPCWSTR>(dialogAtom) : dialog.windowClass.get();
     return CreateWindowExW(dialog.extendedStyle, windowClass, dialog.caption.c_str(), dialog.style & ~WS_VISIBLE,
-                           origin.x, origin.y, across(place.width), down(place.height), parent, nullptr, module,
-                           nullptr);
+                           across(place.x), down(place.y), across(place.width), down(place.height), parent, nullptr,
+                           module, nullptr);
 }
 
 /// Ties the procedure to the dialog, which no message has reached before.

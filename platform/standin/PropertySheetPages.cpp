@@ -61,13 +61,11 @@ public:
     }
 
     HWND createDialog(HWND sheet) override {
-        constexpr SHORT margin = 7;
         if (tell(PSPCB_CREATE) == 0) return nullptr;
         const void* const source = dialogTemplate();
         if (!source) return nullptr;
         auto read = standin::readDialogTemplate(source);
         read.style = pageStyle(read.style);
-        read.place.x = read.place.y = margin;
         return standin::createDialog(record().hInstance, read, sheet, record().pfnDlgProc,
                                      standin::parameterOf(&record()));
     }

@@ -43,7 +43,6 @@ struct Window {
     DWORD style = 0;
     UINT_PTR id = 0;
     LONG_PTR userData = 0;
-    POINT origin{}; // in its parent
     LONG width = 0;
     LONG height = 0;
     std::wstring text;

@@ -11,18 +11,6 @@ using standin::LockedWindow;
 using standin::parameterOf;
 using standin::Window;
 
-/// The origin of a window's client area on the screen, if it is a window or null.
-bool addOrigin(HWND handle, POINT& origin) {
-    while (handle) {
-        const LockedWindow window(handle);
-        if (!window) return false;
-        origin.x += window->origin.x;
-        origin.y += window->origin.y;
-        handle = window->parent;
-    }
-    return true;
-}
-
 /// A place in the window's own bytes, where a number need not lie on a boundary of its kind, or null.
 std::byte* ownBytesAt(Window& window, int index) noexcept {
     const bool inside = static_cast<std::size_t>(index) + sizeof(LONG_PTR) <= window.extra.size();
@@ -109,27 +97,6 @@ BOOL WINAPI GetClientRect(HWND handle, LPRECT rectangle) noexcept {
     if (!window) return FALSE;
     *rectangle = {0, 0, window->width, window->height};
     return TRUE;
-}
-
-BOOL WINAPI GetWindowRect(HWND handle, LPRECT rectangle) noexcept {
-    const LockedWindow window(handle);
-    if (!window) return FALSE;
-    POINT origin{};
-    addOrigin(handle, origin);
-    *rectangle = {origin.x, origin.y, origin.x + window->width, origin.y + window->height};
-    return TRUE;
-}
-
-int WINAPI MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count) noexcept {
-    POINT start{};
-    POINT end{};
-    if (!addOrigin(from, start) || !addOrigin(to, end)) return 0;
-    const POINT offset{start.x - end.x, start.y - end.y};
-    for (UINT i = 0; i < count; ++i) {
-        points[i].x += offset.x;
-        points[i].y += offset.y;
-    }
-    return static_cast<int>(MAKELPARAM(static_cast<DWORD>(offset.x), static_cast<DWORD>(offset.y)));
 }
 
 LONG WINAPI GetWindowLongW(HWND handle, int index) noexcept {

@@ -43,7 +43,6 @@ std::shared_ptr<Window> makeWindow(const CREATESTRUCTW& record,
     (child ? window.parent : window.owner) = child ? record.hwndParent : standin::topLevelOf(record.hwndParent);
     window.style = style;
     window.id = (style & WS_CHILD) != 0 ? reinterpret_cast<UINT_PTR>(record.hMenu) : 0;
-    window.origin = {record.x, record.y};
     window.width = std::max<LONG>(record.cx, 0);
     window.height = std::max<LONG>(record.cy, 0);
     // Controls that show a picture have its number in the text's place.

@@ -1,11 +1,11 @@
 #pragma once
 
-// Windows: objects with a class, an id, a text, a style and a rectangle, in a tree.
+// Windows: objects with a class, an id, a text, a style and a size, in a tree.
 //
-// Nothing is drawn, and nobody points or types: there is no screen, no keyboard, no activation and no frame, so the
-// client area is the whole window, and nothing tells a procedure of such things. A window belongs to the thread that
-// made it, and other threads may ask about it and post to it, but not send to it or end it. Procedures get their
-// messages in the wide form, whichever function names them.
+// Nothing is drawn, and nobody points or types: there is no screen with places on it, no keyboard, no activation and no
+// frame, so the client area is the whole window, and nothing tells a procedure of such things. A window belongs to the
+// thread that made it, and other threads may ask about it and post to it, but not send to it or end it. Procedures get
+// their messages in the wide form, whichever function names them.
 
 #include "platform/standin/Menus.h"
 #include "platform/standin/Types.h"
@@ -18,7 +18,6 @@ struct POINT {
     LONG x;
     LONG y;
 };
-using LPPOINT = POINT*;
 
 struct RECT {
     LONG left;
@@ -85,9 +84,6 @@ BOOL WINAPI SetWindowTextA(HWND window, LPCSTR text) noexcept;
 BOOL WINAPI SetWindowTextW(HWND window, LPCWSTR text) noexcept;
 
 BOOL WINAPI GetClientRect(HWND window, LPRECT rectangle) noexcept;
-BOOL WINAPI GetWindowRect(HWND window, LPRECT rectangle) noexcept;
-/// A null window stands for the whole screen.
-int WINAPI MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count) noexcept;
 
 /// The style alone.
 LONG WINAPI GetWindowLongW(HWND window, int index) noexcept;
