@@ -1,8 +1,8 @@
 #include "platform/standin/Accelerators.h"
 
 #include "platform/standin/CodePages.h"
-#include "platform/standin/Errors.h"
 #include "platform/standin/HandleTable.h"
+#include "platform/standin/Refuse.h"
 #include "platform/standin/SystemEntries.h"
 #include "platform/standin/TestHooks.h"
 
@@ -10,6 +10,8 @@
 #include <vector>
 
 namespace {
+
+using standin::refuse;
 
 using Table = std::vector<ACCEL>;
 
@@ -31,10 +33,7 @@ void widenCharacter(ACCEL& record) noexcept {
 }
 
 HACCEL createTable(const ACCEL* records, int count, bool narrow) {
-    if (!records || count < 1) {
-        SetLastError(ERROR_INVALID_PARAMETER);
-        return nullptr;
-    }
+    if (!records || count < 1) return refuse(ERROR_INVALID_PARAMETER);
     auto table = std::make_shared<Table>(records, records + count);
     if (narrow) std::for_each(table->begin(), table->end(), widenCharacter);
     return static_cast<HACCEL>(tables.add(std::move(table)));
@@ -43,8 +42,7 @@ HACCEL createTable(const ACCEL* records, int count, bool narrow) {
 HACCEL tryToCreateTable(const ACCEL* records, int count, bool narrow) noexcept try {
     return createTable(records, count, narrow);
 } catch (...) {
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return nullptr;
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
 
 } // namespace
@@ -73,6 +71,5 @@ int WINAPI CopyAcceleratorTableW(HACCEL handle, LPACCEL buffer, int size) noexce
 
 BOOL WINAPI standin::destroyAcceleratorTable(HACCEL table) noexcept {
     if (tables.remove(table)) return TRUE;
-    SetLastError(ERROR_INVALID_ACCEL_HANDLE);
-    return FALSE;
+    return refuse(ERROR_INVALID_ACCEL_HANDLE);
 }

@@ -1,7 +1,7 @@
 #include "platform/standin/CodePages.h"
 
 #include "platform/standin/CodePageTable.h"
-#include "platform/standin/Errors.h"
+#include "platform/standin/Refuse.h"
 #include "platform/standin/TestHooks.h"
 #include "platform/standin/Utf8.h"
 
@@ -11,6 +11,8 @@
 
 namespace {
 
+using standin::refuse;
+
 constexpr UINT CP_THREAD_ACP_NUMBER = 3;
 
 std::atomic<UINT> ansiCodepage = CP_UTF8;
@@ -18,11 +20,6 @@ std::atomic<UINT> ansiCodepage = CP_UTF8;
 UINT numberOf(UINT codePage) noexcept {
     const bool ansi = codePage == CP_ACP || codePage == CP_THREAD_ACP_NUMBER;
     return ansi ? ansiCodepage.load() : codePage;
-}
-
-int fail(DWORD code) noexcept {
-    SetLastError(code);
-    return 0;
 }
 
 /// The caller's buffer, or with a size of 0 a count of what would go in.
@@ -45,7 +42,7 @@ public:
         for (int i = 0; i < count; ++i) m_buffer[m_count++] = static_cast<Unit>(units[i]);
     }
 
-    int finish() const noexcept { return m_full ? fail(ERROR_INSUFFICIENT_BUFFER) : m_count; }
+    int finish() const noexcept { return m_full ? refuse(ERROR_INSUFFICIENT_BUFFER) : m_count; }
 
 private:
     Unit* m_buffer;
@@ -64,7 +61,7 @@ template <typename Decode>
 int decodeText(std::string_view text, bool strict, Output<wchar_t> output, Decode decode) {
     while (!text.empty()) {
         const auto character = decode(text);
-        if (strict && !character.valid) return fail(ERROR_NO_UNICODE_TRANSLATION);
+        if (strict && !character.valid) return refuse(ERROR_NO_UNICODE_TRANSLATION);
         output.put(character.units.data(), character.unitCount);
         text.remove_prefix(static_cast<std::size_t>(character.size));
     }
@@ -85,7 +82,7 @@ int decodeTable(const standin::CodePageTable& table, std::string_view text, bool
 int encodeUtf8(std::wstring_view text, bool strict, Output<char> output) {
     while (!text.empty()) {
         const auto character = standin::encodeUtf8(text);
-        if (strict && !character.valid) return fail(ERROR_NO_UNICODE_TRANSLATION);
+        if (strict && !character.valid) return refuse(ERROR_NO_UNICODE_TRANSLATION);
         output.put(character.bytes.data(), character.byteCount);
         text.remove_prefix(static_cast<std::size_t>(character.unitCount));
     }
@@ -140,35 +137,35 @@ BOOL WINAPI IsDBCSLeadByteEx(UINT codePage, BYTE byte) noexcept try {
 
 int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int textSize, LPWSTR buffer,
                                int bufferSize) noexcept try {
-    if (!argumentsFit(text, textSize, buffer, bufferSize)) return fail(ERROR_INVALID_PARAMETER);
+    if (!argumentsFit(text, textSize, buffer, bufferSize)) return refuse(ERROR_INVALID_PARAMETER);
     const UINT page = numberOf(codePage);
     const auto* const table = standin::CodePageTable::find(page);
-    if (!table && page != CP_UTF8) return fail(ERROR_INVALID_PARAMETER);
+    if (!table && page != CP_UTF8) return refuse(ERROR_INVALID_PARAMETER);
     const DWORD knownFlags = table ? MB_PRECOMPOSED | MB_ERR_INVALID_CHARS : MB_ERR_INVALID_CHARS;
-    if ((flags & ~knownFlags) != 0) return fail(ERROR_INVALID_FLAGS);
+    if ((flags & ~knownFlags) != 0) return refuse(ERROR_INVALID_FLAGS);
 
     const std::string_view source(text, textSize < 0 ? std::strlen(text) + 1 : static_cast<std::size_t>(textSize));
     const bool strict = (flags & MB_ERR_INVALID_CHARS) != 0;
     const Output output(buffer, bufferSize);
     return table ? decodeTable(*table, source, strict, output) : decodeUtf8(source, strict, output);
 } catch (...) {
-    return fail(ERROR_NOT_ENOUGH_MEMORY);
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
 
 int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int textSize, LPSTR buffer, int bufferSize,
                                LPCSTR defaultCharacter, LPBOOL usedDefaultCharacter) noexcept try {
-    if (!argumentsFit(text, textSize, buffer, bufferSize)) return fail(ERROR_INVALID_PARAMETER);
+    if (!argumentsFit(text, textSize, buffer, bufferSize)) return refuse(ERROR_INVALID_PARAMETER);
     const UINT page = numberOf(codePage);
     const auto* const table = standin::CodePageTable::find(page);
-    if (!table && page != CP_UTF8) return fail(ERROR_INVALID_PARAMETER);
+    if (!table && page != CP_UTF8) return refuse(ERROR_INVALID_PARAMETER);
     // UTF-8 has every character, so it takes no default.
-    if (!table && (defaultCharacter || usedDefaultCharacter)) return fail(ERROR_INVALID_PARAMETER);
-    if ((flags & ~(table ? WC_NO_BEST_FIT_CHARS : WC_ERR_INVALID_CHARS)) != 0) return fail(ERROR_INVALID_FLAGS);
+    if (!table && (defaultCharacter || usedDefaultCharacter)) return refuse(ERROR_INVALID_PARAMETER);
+    if ((flags & ~(table ? WC_NO_BEST_FIT_CHARS : WC_ERR_INVALID_CHARS)) != 0) return refuse(ERROR_INVALID_FLAGS);
 
     const std::wstring_view source(text, textSize < 0 ? std::wcslen(text) + 1 : static_cast<std::size_t>(textSize));
     const Output output(buffer, bufferSize);
     if (!table) return encodeUtf8(source, (flags & WC_ERR_INVALID_CHARS) != 0, output);
     return encodeTable(*table, source, output, defaultCharacter, usedDefaultCharacter);
 } catch (...) {
-    return fail(ERROR_NOT_ENOUGH_MEMORY);
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }

@@ -3,6 +3,7 @@
 #include "platform/standin/DialogTemplate.h"
 #include "platform/standin/Gdi.h"
 #include "platform/standin/HandleTable.h"
+#include "platform/standin/Refuse.h"
 #include "platform/standin/Window.h"
 
 // Dialogs from their creation to their end.
@@ -14,6 +15,7 @@ using standin::DialogTemplate;
 using standin::ItemTemplate;
 using standin::LockedWindow;
 using standin::parameterOf;
+using standin::refuse;
 using standin::styleOf;
 
 constexpr int UnitWidth = 6;   // of 4 units across
@@ -85,21 +87,13 @@ bool createControls(HINSTANCE module, HWND dialog, const DialogTemplate& read) {
     return true;
 }
 
-HWND refuse(DWORD code) noexcept {
-    SetLastError(code);
-    return nullptr;
-}
-
 HWND createDialog(HINSTANCE module, LPCDLGTEMPLATEW source, HWND parent, DLGPROC procedure, LPARAM parameter) {
     if (!source) return refuse(ERROR_INVALID_PARAMETER);
     return standin::createDialog(module, standin::readDialogTemplate(source), parent, procedure, parameter);
 }
 
 INT_PTR runDialog(HINSTANCE module, LPCDLGTEMPLATEW source, HWND owner, DLGPROC procedure, LPARAM parameter) {
-    if (owner && !IsWindow(owner)) {
-        SetLastError(ERROR_INVALID_WINDOW_HANDLE);
-        return 0;
-    }
+    if (owner && !IsWindow(owner)) return refuse(ERROR_INVALID_WINDOW_HANDLE);
     const HWND dialog = createDialog(module, source, standin::topLevelOf(owner), procedure, parameter);
     if (!dialog) return -1;
     while (!isEnded(dialog)) standin::dispatchNextMessage();
@@ -171,8 +165,7 @@ INT_PTR WINAPI DialogBoxIndirectParamW(HINSTANCE module, LPCDLGTEMPLATEW dialog,
                                        LPARAM parameter) noexcept try {
     return runDialog(module, dialog, owner, procedure, parameter);
 } catch (...) {
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return -1;
+    return refuse(ERROR_NOT_ENOUGH_MEMORY, -1);
 }
 
 INT_PTR WINAPI DialogBoxIndirectParamA(HINSTANCE module, LPCDLGTEMPLATEA dialog, HWND owner, DLGPROC procedure,

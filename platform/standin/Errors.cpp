@@ -1,11 +1,15 @@
 #include "platform/standin/Errors.h"
 
+#include "platform/standin/Refuse.h"
+
 #include <algorithm>
 #include <array>
 #include <cstring>
 #include <string_view>
 
 namespace {
+
+using standin::refuse;
 
 thread_local DWORD lastError = NO_ERROR;
 
@@ -57,11 +61,6 @@ constexpr std::array errorTexts = {
     ErrorText{ERROR_CONTROL_ID_NOT_FOUND, "Control ID not found.\r\n"},
     ErrorText{ERROR_MENU_ITEM_NOT_FOUND, "A menu item was not found.\r\n"},
 };
-
-DWORD refuse(DWORD code) noexcept {
-    SetLastError(code);
-    return 0;
-}
 
 } // namespace
 

@@ -1,7 +1,7 @@
 #include "platform/standin/Files.h"
 
-#include "platform/standin/Errors.h"
 #include "platform/standin/HandleTable.h"
+#include "platform/standin/Refuse.h"
 #include "platform/standin/TextMatch.h"
 
 #include <algorithm>
@@ -12,6 +12,8 @@
 #include <vector>
 
 namespace {
+
+using standin::refuse;
 
 namespace fs = std::filesystem;
 
@@ -76,16 +78,6 @@ DWORD codeOf(const std::error_code& error) noexcept {
     return ERROR_PATH_NOT_FOUND;
 }
 
-HANDLE failedSearch(DWORD code) noexcept {
-    SetLastError(code);
-    return INVALID_HANDLE_VALUE;
-}
-
-DWORD failedPath(DWORD code) noexcept {
-    SetLastError(code);
-    return 0;
-}
-
 } // namespace
 
 HANDLE WINAPI FindFirstFileA(LPCSTR pattern, LPWIN32_FIND_DATAA found) noexcept try {
@@ -93,39 +85,35 @@ HANDLE WINAPI FindFirstFileA(LPCSTR pattern, LPWIN32_FIND_DATAA found) noexcept 
     const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
     auto search = std::make_shared<Search>();
     search->entries = fittingEntries(folder, modernPattern(path.filename().string()));
-    if (search->entries.empty()) return failedSearch(ERROR_FILE_NOT_FOUND);
+    if (search->entries.empty()) return refuse(ERROR_FILE_NOT_FOUND, INVALID_HANDLE_VALUE);
 
     *found = search->entries[search->next++];
     return searches().add(std::move(search));
 } catch (const fs::filesystem_error& error) {
-    return failedSearch(codeOf(error.code()));
+    return refuse(codeOf(error.code()), INVALID_HANDLE_VALUE);
 } catch (...) {
-    return failedSearch(ERROR_NOT_ENOUGH_MEMORY);
+    return refuse(ERROR_NOT_ENOUGH_MEMORY, INVALID_HANDLE_VALUE);
 }
 
 BOOL WINAPI FindNextFileA(HANDLE search, LPWIN32_FIND_DATAA found) noexcept {
     const auto state = searches().find(search);
     const bool more = state && state->next < state->entries.size();
-    if (!more) {
-        SetLastError(state ? ERROR_NO_MORE_FILES : ERROR_INVALID_HANDLE);
-        return FALSE;
-    }
+    if (!more) return refuse(state ? ERROR_NO_MORE_FILES : ERROR_INVALID_HANDLE);
     *found = state->entries[state->next++];
     return TRUE;
 }
 
 BOOL WINAPI FindClose(HANDLE search) noexcept {
     if (searches().remove(search)) return TRUE;
-    SetLastError(ERROR_INVALID_HANDLE);
-    return FALSE;
+    return refuse(ERROR_INVALID_HANDLE);
 }
 
 DWORD WINAPI GetLongPathNameA(LPCSTR path, LPSTR buffer, DWORD size) noexcept try {
-    if (!path) return failedPath(ERROR_INVALID_PARAMETER);
-    if (*path == '\0') return failedPath(ERROR_PATH_NOT_FOUND);
+    if (!path) return refuse(ERROR_INVALID_PARAMETER);
+    if (*path == '\0') return refuse(ERROR_PATH_NOT_FOUND);
 
     std::error_code error;
-    if (!fs::exists(path, error)) return failedPath(error ? codeOf(error) : ERROR_FILE_NOT_FOUND);
+    if (!fs::exists(path, error)) return refuse(error ? codeOf(error) : ERROR_FILE_NOT_FOUND);
 
     const std::string_view text = path;
     const DWORD needed = static_cast<DWORD>(text.size() + 1);
@@ -134,5 +122,5 @@ DWORD WINAPI GetLongPathNameA(LPCSTR path, LPSTR buffer, DWORD size) noexcept tr
     std::char_traits<char>::move(buffer, path, needed);
     return needed - 1;
 } catch (...) {
-    return failedPath(ERROR_NOT_ENOUGH_MEMORY);
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }

@@ -1,24 +1,21 @@
 #include "platform/standin/Locale.h"
 
-#include "platform/standin/Errors.h"
 #include "platform/standin/LocaleTable.h"
+#include "platform/standin/Refuse.h"
 
 #include <algorithm>
 #include <string>
 
 namespace {
 
-int fail(DWORD code) noexcept {
-    SetLastError(code);
-    return 0;
-}
+using standin::refuse;
 
 /// Copies a text with its end, or with a size of 0 tells the size that is needed.
 template <typename Character>
 int giveText(const std::basic_string<Character>& text, Character* buffer, int size) noexcept {
     const int needed = static_cast<int>(text.size() + 1);
     if (size == 0) return needed;
-    if (size < needed) return fail(ERROR_INSUFFICIENT_BUFFER);
+    if (size < needed) return refuse(ERROR_INSUFFICIENT_BUFFER);
     std::copy_n(text.c_str(), needed, buffer);
     return needed;
 }
@@ -26,18 +23,18 @@ int giveText(const std::basic_string<Character>& text, Character* buffer, int si
 } // namespace
 
 int WINAPI GetLocaleInfoA(LCID locale, LCTYPE type, LPSTR buffer, int size) noexcept try {
-    if (type != LOCALE_IDEFAULTANSICODEPAGE) return fail(ERROR_INVALID_FLAGS);
+    if (type != LOCALE_IDEFAULTANSICODEPAGE) return refuse(ERROR_INVALID_FLAGS);
     const auto* const language = locale <= 0xFFFF ? standin::findLanguage(static_cast<WORD>(locale)) : nullptr;
-    return language ? giveText(std::to_string(language->ansiCodepage), buffer, size) : fail(ERROR_INVALID_PARAMETER);
+    return language ? giveText(std::to_string(language->ansiCodepage), buffer, size) : refuse(ERROR_INVALID_PARAMETER);
 } catch (...) {
-    return fail(ERROR_NOT_ENOUGH_MEMORY);
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
 
 int WINAPI GetLocaleInfoW(LCID locale, LCTYPE type, LPWSTR buffer, int size) noexcept try {
-    if (type != LOCALE_SDECIMAL) return fail(ERROR_INVALID_FLAGS);
-    if (locale != LOCALE_USER_DEFAULT) return fail(ERROR_INVALID_PARAMETER);
+    if (type != LOCALE_SDECIMAL) return refuse(ERROR_INVALID_FLAGS);
+    if (locale != LOCALE_USER_DEFAULT) return refuse(ERROR_INVALID_PARAMETER);
     const auto* const language = standin::environmentLanguage("LC_NUMERIC");
     return giveText(std::wstring(1, language && language->decimalPoint == ',' ? L',' : L'.'), buffer, size);
 } catch (...) {
-    return fail(ERROR_NOT_ENOUGH_MEMORY);
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }

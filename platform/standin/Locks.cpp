@@ -1,6 +1,7 @@
 #include "platform/standin/Locks.h"
 
 #include "platform/standin/KernelObject.h"
+#include "platform/standin/Refuse.h"
 
 #include <algorithm>
 #include <chrono>
@@ -11,6 +12,8 @@
 #include <vector>
 
 namespace {
+
+using standin::refuse;
 
 std::recursive_mutex& lockOf(LPCRITICAL_SECTION section) noexcept {
     return *static_cast<std::recursive_mutex*>(section->lock);
@@ -113,11 +116,6 @@ HeldMutexes& heldMutexes() {
     return *heldMutexesHere;
 }
 
-DWORD failedWait(DWORD code) noexcept {
-    SetLastError(code);
-    return WAIT_FAILED;
-}
-
 } // namespace
 
 namespace standin {
@@ -147,23 +145,19 @@ void WINAPI LeaveCriticalSection(LPCRITICAL_SECTION section) noexcept {
 }
 
 HANDLE WINAPI CreateMutexA(LPSECURITY_ATTRIBUTES /*security*/, BOOL initialOwner, LPCSTR name) noexcept try {
-    if (name) {
-        SetLastError(ERROR_NOT_SUPPORTED);
-        return nullptr;
-    }
+    if (name) return refuse(ERROR_NOT_SUPPORTED);
     const auto mutex = std::make_shared<MutexObject>();
     if (initialOwner) heldMutexes().wait(mutex, 0);
     return standin::kernelHandles().add(mutex);
 } catch (...) {
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return nullptr;
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
 
 DWORD WINAPI WaitForSingleObject(HANDLE object, DWORD milliseconds) noexcept try {
     const auto mutex = standin::findKernelObject<MutexObject>(object);
     return mutex ? heldMutexes().wait(mutex, milliseconds) : WAIT_FAILED;
 } catch (...) {
-    return failedWait(ERROR_NOT_ENOUGH_MEMORY);
+    return refuse(ERROR_NOT_ENOUGH_MEMORY, WAIT_FAILED);
 }
 
 BOOL WINAPI ReleaseMutex(HANDLE object) noexcept {
@@ -172,8 +166,7 @@ BOOL WINAPI ReleaseMutex(HANDLE object) noexcept {
 
     switch (mutex->release()) {
     case MutexObject::Release::NotOwner:
-        SetLastError(ERROR_NOT_OWNER);
-        return FALSE;
+        return refuse(ERROR_NOT_OWNER);
     case MutexObject::Release::Free:
         heldMutexes().forget(mutex);
         break;
@@ -185,8 +178,7 @@ BOOL WINAPI ReleaseMutex(HANDLE object) noexcept {
 
 BOOL WINAPI CloseHandle(HANDLE object) noexcept {
     if (standin::kernelHandles().remove(object)) return TRUE;
-    SetLastError(ERROR_INVALID_HANDLE);
-    return FALSE;
+    return refuse(ERROR_INVALID_HANDLE);
 }
 
 DWORD WINAPI GetCurrentThreadId() noexcept {

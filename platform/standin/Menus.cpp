@@ -1,7 +1,7 @@
 #include "platform/standin/Menus.h"
 
-#include "platform/standin/Errors.h"
 #include "platform/standin/HandleTable.h"
+#include "platform/standin/Refuse.h"
 #include "platform/standin/TemplateCursor.h"
 #include "platform/standin/TestHooks.h"
 
@@ -10,6 +10,8 @@
 #include <vector>
 
 namespace {
+
+using standin::refuse;
 
 struct MenuItem {
     UINT id;
@@ -106,10 +108,7 @@ HMENU loadMenu(const void* menuTemplate) {
     standin::TemplateCursor cursor(menuTemplate);
     const UINT version = cursor.takeWord();
     const std::size_t offset = cursor.takeWord();
-    if (version > 1) {
-        SetLastError(ERROR_INVALID_DATA);
-        return nullptr;
-    }
+    if (version > 1) return refuse(ERROR_INVALID_DATA);
     cursor.skip(offset);
     const NewMenu loaded;
     try {
@@ -125,10 +124,7 @@ HMENU loadMenu(const void* menuTemplate) {
 std::pair<std::shared_ptr<Menu>, const MenuItem*> findItem(HMENU handle, std::size_t position) noexcept {
     auto menu = findMenu(handle);
     if (!menu) return {};
-    if (position >= menu->items.size()) {
-        SetLastError(ERROR_MENU_ITEM_NOT_FOUND);
-        return {};
-    }
+    if (position >= menu->items.size()) return refuse(ERROR_MENU_ITEM_NOT_FOUND);
     const MenuItem* const item = &menu->items[position];
     return {std::move(menu), item};
 }
@@ -142,8 +138,7 @@ std::size_t standin::liveMenus() noexcept {
 HMENU WINAPI LoadMenuIndirectW(const MENUTEMPLATEW* menuTemplate) noexcept try {
     return loadMenu(menuTemplate);
 } catch (...) {
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return nullptr;
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
 
 HMENU WINAPI LoadMenuIndirectA(const MENUTEMPLATEA* menuTemplate) noexcept {
@@ -165,8 +160,7 @@ BOOL WINAPI DestroyMenu(HMENU menu) noexcept try {
     }
     return TRUE;
 } catch (...) {
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return FALSE;
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
 
 HMENU WINAPI GetSubMenu(HMENU menu, int position) noexcept {
@@ -180,10 +174,7 @@ UINT WINAPI GetMenuItemID(HMENU menu, int position) noexcept {
 }
 
 int WINAPI GetMenuStringW(HMENU menu, UINT position, LPWSTR buffer, int size, UINT flags) noexcept {
-    if (flags != MF_BYPOSITION || !buffer || size <= 0) {
-        SetLastError(ERROR_NOT_SUPPORTED);
-        return 0;
-    }
+    if (flags != MF_BYPOSITION || !buffer || size <= 0) return refuse(ERROR_NOT_SUPPORTED);
     const auto [keeper, item] = findItem(menu, position);
     const std::size_t copied = item ? item->text.copy(buffer, static_cast<std::size_t>(size - 1)) : 0;
     buffer[copied] = 0;

@@ -1,7 +1,7 @@
 #include "platform/standin/MessageBox.h"
 
 #include "platform/standin/CodePages.h"
-#include "platform/standin/Errors.h"
+#include "platform/standin/Refuse.h"
 #include "platform/standin/SystemEntries.h"
 #include "platform/standin/TestHooks.h"
 #include "platform/standin/Window.h"
@@ -33,10 +33,7 @@ ShownMessageBoxes shownMessageBoxes() {
 
 int WINAPI showMessageBoxExW(HWND /*owner*/, LPCWSTR text, LPCWSTR caption, UINT type, WORD language) noexcept try {
     constexpr UINT buttons = 0x0000000F;
-    if ((type & buttons) != MB_OK) {
-        SetLastError(ERROR_NOT_SUPPORTED);
-        return 0;
-    }
+    if ((type & buttons) != MB_OK) return refuse(ERROR_NOT_SUPPORTED);
     const std::wstring shownText = text ? text : L"";
     const std::wstring shownCaption = caption ? caption : L"Error";
 
@@ -45,8 +42,7 @@ int WINAPI showMessageBoxExW(HWND /*owner*/, LPCWSTR text, LPCWSTR caption, UINT
     shown = {shown.count + 1, shownText, shownCaption, type, language};
     return IDOK;
 } catch (...) {
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return 0;
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
 
 int WINAPI showMessageBoxExA(HWND owner, LPCSTR text, LPCSTR caption, UINT type, WORD language) noexcept try {
@@ -54,8 +50,7 @@ int WINAPI showMessageBoxExA(HWND owner, LPCSTR text, LPCSTR caption, UINT type,
     const std::wstring wideCaption = wideFromAnsi(caption ? caption : "");
     return showMessageBoxExW(owner, wideText.c_str(), caption ? wideCaption.c_str() : nullptr, type, language);
 } catch (...) {
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return 0;
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
 
 } // namespace standin

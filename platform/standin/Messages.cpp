@@ -2,6 +2,7 @@
 
 #include "platform/standin/CodePages.h"
 #include "platform/standin/Locks.h"
+#include "platform/standin/Refuse.h"
 #include "platform/standin/Window.h"
 
 #include <algorithm>
@@ -15,6 +16,7 @@ namespace {
 
 using standin::LockedWindow;
 using standin::parameterOf;
+using standin::refuse;
 
 struct Posted {
     DWORD thread;
@@ -36,8 +38,7 @@ WNDPROC procedureHere(HWND handle) noexcept {
     const LockedWindow window(handle);
     if (!window) return nullptr;
     if (window->thread == GetCurrentThreadId()) return window->procedure;
-    SetLastError(ERROR_WINDOW_OF_OTHER_THREAD);
-    return nullptr;
+    return refuse(ERROR_WINDOW_OF_OTHER_THREAD);
 }
 
 DWORD ticks() noexcept {
@@ -109,15 +110,11 @@ BOOL WINAPI PostMessageW(HWND handle, UINT message, WPARAM wParam, LPARAM lParam
     post(thread, {handle, message, wParam, lParam, ticks(), {}});
     return TRUE;
 } catch (...) {
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return FALSE;
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
 
 BOOL WINAPI PeekMessageW(LPMSG message, HWND window, UINT first, UINT last, UINT removal) noexcept {
-    if (window || first != 0 || last != 0 || removal != PM_REMOVE) {
-        SetLastError(ERROR_NOT_SUPPORTED);
-        return FALSE;
-    }
+    if (window || first != 0 || last != 0 || removal != PM_REMOVE) return refuse(ERROR_NOT_SUPPORTED);
     const std::lock_guard guard(standin::windowLock());
     return takePosted(*message);
 }

@@ -1,6 +1,6 @@
 #include "platform/standin/Modules.h"
 
-#include "platform/standin/Errors.h"
+#include "platform/standin/Refuse.h"
 #include "platform/standin/SystemFunctions.h"
 
 #include <dlfcn.h>
@@ -10,6 +10,8 @@
 #include <sys/auxv.h>
 
 namespace {
+
+using standin::refuse;
 
 /// The address where the object that contains `address` is loaded, or null.
 HMODULE moduleOf(const void* address) noexcept {
@@ -41,13 +43,7 @@ DWORD copyCut(std::string_view text, LPSTR buffer, DWORD size) noexcept {
     const std::size_t fitting = text.copy(buffer, size - 1);
     buffer[fitting] = '\0';
     if (fitting == text.size()) return static_cast<DWORD>(fitting);
-    SetLastError(ERROR_INSUFFICIENT_BUFFER);
-    return size;
-}
-
-DWORD refuse(DWORD code) noexcept {
-    SetLastError(code);
-    return 0;
+    return refuse(ERROR_INSUFFICIENT_BUFFER, size);
 }
 
 } // namespace
@@ -65,15 +61,14 @@ HMODULE WINAPI GetModuleHandleW(LPCWSTR name) noexcept try {
     }
     return findModule(narrow);
 } catch (...) {
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return nullptr;
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
 
 BOOL WINAPI GetModuleHandleExA(DWORD flags, LPCSTR address, HMODULE* module) noexcept {
     if (!module || (flags & ~GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT) != GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS)
-        return static_cast<BOOL>(refuse(ERROR_INVALID_PARAMETER));
+        return refuse(ERROR_INVALID_PARAMETER);
     *module = moduleOf(address);
-    return *module ? TRUE : static_cast<BOOL>(refuse(ERROR_MOD_NOT_FOUND));
+    return *module ? TRUE : refuse(ERROR_MOD_NOT_FOUND);
 }
 
 FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) noexcept {
@@ -93,5 +88,5 @@ DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR path, DWORD size) noexcept
 BOOL WINAPI DisableThreadLibraryCalls(HMODULE module) noexcept {
     // Nothing here calls a library at the start and end of a thread.
     if (module && moduleOf(module) == module) return TRUE;
-    return static_cast<BOOL>(refuse(ERROR_MOD_NOT_FOUND));
+    return refuse(ERROR_MOD_NOT_FOUND);
 }

@@ -2,6 +2,7 @@
 
 #include "platform/standin/DialogTemplate.h"
 #include "platform/standin/HandleTable.h"
+#include "platform/standin/Refuse.h"
 #include "platform/standin/SystemEntries.h"
 #include "platform/standin/TestHooks.h"
 
@@ -15,6 +16,7 @@ namespace {
 
 using standin::PropertyPage;
 using standin::PropSheetPage;
+using standin::refuse;
 
 standin::HandleTable<PropertyPage>& pages() {
     static standin::HandleTable<PropertyPage> table;
@@ -84,11 +86,6 @@ private:
     UINT* m_users = nullptr;
 };
 
-HPROPSHEETPAGE refuse(DWORD code) noexcept {
-    SetLastError(code);
-    return nullptr;
-}
-
 template <typename Unit>
 HPROPSHEETPAGE createPage(const PropSheetPage<Unit>* given) noexcept try {
     if (!given || given->dwSize < PROPSHEETPAGEA_V1_SIZE) return refuse(ERROR_INVALID_PARAMETER);
@@ -124,10 +121,7 @@ HPROPSHEETPAGE WINAPI createPropertySheetPageW(LPCPROPSHEETPAGEW record) noexcep
 
 BOOL WINAPI destroyPropertySheetPage(HPROPSHEETPAGE handle) noexcept {
     const auto page = pages().find(handle);
-    if (!page || !pages().remove(handle)) {
-        SetLastError(ERROR_INVALID_HANDLE);
-        return FALSE;
-    }
+    if (!page || !pages().remove(handle)) return refuse(ERROR_INVALID_HANDLE);
     page->release();
     return TRUE;
 }

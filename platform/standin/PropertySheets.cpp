@@ -2,6 +2,7 @@
 
 #include "platform/standin/PropertySheet.h"
 #include "platform/standin/PropertySheetTemplate.h"
+#include "platform/standin/Refuse.h"
 #include "platform/standin/SystemEntries.h"
 #include "platform/standin/Window.h"
 
@@ -14,6 +15,7 @@ namespace {
 using standin::parameterOf;
 using standin::PropertySheet;
 using standin::PropSheetHeader;
+using standin::refuse;
 
 constexpr DWORD KnownFlags =
     PSH_PROPSHEETPAGE | PSH_WIZARD | PSH_NOAPPLYNOW | PSH_USECALLBACK | PSH_HASHELP | PSH_MODELESS;
@@ -55,13 +57,7 @@ INT_PTR CALLBACK sheetProcedure(HWND window, UINT message, WPARAM wParam, LPARAM
     if (message == WM_NCDESTROY) forget(window);
     return sheet ? sheet->handle(message, wParam, lParam) : FALSE;
 } catch (...) {
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return FALSE;
-}
-
-INT_PTR refuse(DWORD code) noexcept {
-    SetLastError(code);
-    return -1;
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
 
 HPROPSHEETPAGE createPage(LPCPROPSHEETPAGEA record) noexcept {
@@ -103,18 +99,18 @@ INT_PTR runModal(const std::shared_ptr<PropertySheet>& sheet, const PropSheetHea
 
 template <typename Unit>
 INT_PTR openSheet(const PropSheetHeader<Unit>* header) noexcept try {
-    if (!header || header->dwSize < PROPSHEETHEADERA_V1_SIZE) return refuse(ERROR_INVALID_PARAMETER);
-    if (header->nPages == 0 || header->nPages > MostPages) return refuse(ERROR_INVALID_PARAMETER);
-    if ((header->dwFlags & ~KnownFlags) != 0) return refuse(ERROR_NOT_SUPPORTED);
+    if (!header || header->dwSize < PROPSHEETHEADERA_V1_SIZE) return refuse(ERROR_INVALID_PARAMETER, INT_PTR{-1});
+    if (header->nPages == 0 || header->nPages > MostPages) return refuse(ERROR_INVALID_PARAMETER, INT_PTR{-1});
+    if ((header->dwFlags & ~KnownFlags) != 0) return refuse(ERROR_NOT_SUPPORTED, INT_PTR{-1});
 
     const auto sheet = std::make_shared<PropertySheet>(*header);
     takePages(*sheet, *header);
-    if (sheet->isEmpty()) return refuse(ERROR_RESOURCE_NAME_NOT_FOUND);
+    if (sheet->isEmpty()) return refuse(ERROR_RESOURCE_NAME_NOT_FOUND, INT_PTR{-1});
     if ((header->dwFlags & PSH_MODELESS) == 0) return runModal(sheet, *header);
     const HWND window = createSheet(sheet, *header, header->hwndParent);
     return window ? parameterOf(window) : -1;
 } catch (...) {
-    return refuse(ERROR_NOT_ENOUGH_MEMORY);
+    return refuse(ERROR_NOT_ENOUGH_MEMORY, INT_PTR{-1});
 }
 
 } // namespace

@@ -1,10 +1,10 @@
 #include "platform/standin/Resources.h"
 
-#include "platform/standin/Errors.h"
 #include "platform/standin/Locale.h"
 #include "platform/standin/LocaleTable.h"
 #include "platform/standin/ModuleResources.h"
 #include "platform/standin/Modules.h"
+#include "platform/standin/Refuse.h"
 
 #include <algorithm>
 #include <array>
@@ -12,6 +12,8 @@
 #include <mutex>
 
 namespace {
+
+using standin::refuse;
 
 // A resource file is a row of entries, each on a multiple of four bytes:
 //
@@ -112,11 +114,6 @@ void forEachEntry(HMODULE module, const Visit& visit) noexcept {
     }
 }
 
-HRSRC refused(LONG code) noexcept {
-    SetLastError(static_cast<DWORD>(code));
-    return nullptr;
-}
-
 WORD systemLanguage() noexcept {
     const auto* const language = standin::environmentLanguage("LC_MESSAGES");
     return language ? language->id : WORD{0};
@@ -143,7 +140,7 @@ HRSRC find(HMODULE module, const Unit* type, const Unit* name, WORD language) no
         best = entry.handle();
     });
     if (best) return best;
-    return refused(named ? ERROR_RESOURCE_LANG_NOT_FOUND : ERROR_RESOURCE_NAME_NOT_FOUND);
+    return refuse(named ? ERROR_RESOURCE_LANG_NOT_FOUND : ERROR_RESOURCE_NAME_NOT_FOUND);
 }
 
 } // namespace
@@ -173,7 +170,7 @@ HRSRC WINAPI findResourceExW(HMODULE module, LPCWSTR type, LPCWSTR name, WORD la
 }
 
 HGLOBAL WINAPI loadResource(HMODULE /*module*/, HRSRC resource) noexcept {
-    if (!resource) return refused(ERROR_INVALID_HANDLE);
+    if (!resource) return refuse(ERROR_INVALID_HANDLE);
     return const_cast<std::byte*>(Entry(resource).data());
 }
 
@@ -185,6 +182,5 @@ LPVOID WINAPI LockResource(HGLOBAL resource) noexcept {
 
 DWORD WINAPI SizeofResource(HMODULE /*module*/, HRSRC resource) noexcept {
     if (resource) return Entry(resource).dataSize();
-    SetLastError(ERROR_INVALID_HANDLE);
-    return 0;
+    return refuse(ERROR_INVALID_HANDLE);
 }

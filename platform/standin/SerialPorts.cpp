@@ -1,6 +1,7 @@
 #include "platform/standin/SerialPorts.h"
 
 #include "platform/standin/KernelObject.h"
+#include "platform/standin/Refuse.h"
 #include "platform/standin/TestHooks.h"
 
 #include <algorithm>
@@ -12,6 +13,8 @@
 #include <unistd.h>
 
 namespace {
+
+using standin::refuse;
 
 class SerialPort : public standin::KernelObject {
 public:
@@ -86,16 +89,6 @@ DWORD lastSystemCode() noexcept {
     }
 }
 
-BOOL fail(DWORD code) noexcept {
-    SetLastError(code);
-    return FALSE;
-}
-
-HANDLE failedOpen(DWORD code) noexcept {
-    SetLastError(code);
-    return INVALID_HANDLE_VALUE;
-}
-
 /// Opens a device without waiting for a peer, and blocking from then on; -1 on failure.
 int openDevice(const std::string& path) noexcept {
     const int descriptor = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK);
@@ -150,25 +143,25 @@ HANDLE WINAPI CreateFileA(LPCSTR name, DWORD access, DWORD sharing, LPSECURITY_A
                           DWORD attributes, HANDLE model) noexcept try {
     const bool readsAndWrites = access == (GENERIC_READ | GENERIC_WRITE);
     if (!name || !readsAndWrites || sharing != 0 || creation != OPEN_EXISTING || attributes != 0 || model)
-        return failedOpen(ERROR_INVALID_PARAMETER);
+        return refuse(ERROR_INVALID_PARAMETER, INVALID_HANDLE_VALUE);
     const std::string path = portPaths().find(name);
-    if (path.empty()) return failedOpen(ERROR_FILE_NOT_FOUND);
+    if (path.empty()) return refuse(ERROR_FILE_NOT_FOUND, INVALID_HANDLE_VALUE);
 
     const int descriptor = openDevice(path);
-    if (descriptor < 0) return failedOpen(lastSystemCode());
+    if (descriptor < 0) return refuse(lastSystemCode(), INVALID_HANDLE_VALUE);
     const auto port = std::make_shared<SerialPort>(descriptor);
     // From here on nobody else may open it.
-    if (::ioctl(descriptor, TIOCEXCL) != 0) return failedOpen(lastSystemCode());
+    if (::ioctl(descriptor, TIOCEXCL) != 0) return refuse(lastSystemCode(), INVALID_HANDLE_VALUE);
     return standin::kernelHandles().add(port);
 } catch (...) {
-    return failedOpen(ERROR_NOT_ENOUGH_MEMORY);
+    return refuse(ERROR_NOT_ENOUGH_MEMORY, INVALID_HANDLE_VALUE);
 }
 
 BOOL WINAPI GetCommState(HANDLE port, LPDCB state) noexcept {
     const auto serial = standin::findKernelObject<SerialPort>(port);
     if (!serial) return FALSE;
     termios settings{};
-    if (tcgetattr(serial->descriptor(), &settings) != 0) return fail(lastSystemCode());
+    if (tcgetattr(serial->descriptor(), &settings) != 0) return refuse(lastSystemCode());
     describe(settings, *state);
     return TRUE;
 }
@@ -177,20 +170,20 @@ BOOL WINAPI SetCommState(HANDLE port, LPDCB state) noexcept {
     const auto serial = standin::findKernelObject<SerialPort>(port);
     if (!serial) return FALSE;
     termios settings{};
-    if (tcgetattr(serial->descriptor(), &settings) != 0) return fail(lastSystemCode());
-    if (!apply(*state, settings)) return fail(ERROR_INVALID_PARAMETER);
-    return tcsetattr(serial->descriptor(), TCSANOW, &settings) == 0 ? TRUE : fail(lastSystemCode());
+    if (tcgetattr(serial->descriptor(), &settings) != 0) return refuse(lastSystemCode());
+    if (!apply(*state, settings)) return refuse(ERROR_INVALID_PARAMETER);
+    return tcsetattr(serial->descriptor(), TCSANOW, &settings) == 0 ? TRUE : refuse(lastSystemCode());
 }
 
 BOOL WINAPI WriteFile(HANDLE port, LPCVOID data, DWORD size, LPDWORD written, LPOVERLAPPED overlapped) noexcept {
-    if (overlapped || !written) return fail(ERROR_INVALID_PARAMETER);
+    if (overlapped || !written) return refuse(ERROR_INVALID_PARAMETER);
     *written = 0;
     const auto serial = standin::findKernelObject<SerialPort>(port);
     if (!serial) return FALSE;
     const char* const bytes = static_cast<const char*>(data);
     while (*written < size) {
         const ssize_t step = ::write(serial->descriptor(), bytes + *written, size - *written);
-        if (step < 0 && errno != EINTR) return fail(ERROR_WRITE_FAULT);
+        if (step < 0 && errno != EINTR) return refuse(ERROR_WRITE_FAULT);
         if (step > 0) *written += static_cast<DWORD>(step);
     }
     return TRUE;

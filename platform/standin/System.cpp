@@ -1,15 +1,8 @@
 #include "platform/standin/System.h"
 
-#include "platform/standin/Errors.h"
+#include "platform/standin/Refuse.h"
 
-namespace {
-
-BOOL refuse(DWORD code) noexcept {
-    SetLastError(code);
-    return FALSE;
-}
-
-} // namespace
+using standin::refuse;
 
 BOOL WINAPI GetVersionExA(LPOSVERSIONINFOA version) noexcept {
     if (version->dwOSVersionInfoSize != sizeof(OSVERSIONINFOA)) return refuse(ERROR_INSUFFICIENT_BUFFER);

@@ -1,3 +1,4 @@
+#include "platform/standin/Refuse.h"
 #include "platform/standin/TestHooks.h"
 #include "platform/standin/Trackbar.h"
 #include "platform/standin/TrackbarProcedure.h"
@@ -8,6 +9,7 @@
 
 namespace {
 
+using standin::refuse;
 using standin::WindowClass;
 
 constexpr WORD DialogAtom = 32770;
@@ -98,6 +100,5 @@ BOOL WINAPI InitCommonControlsEx(const INITCOMMONCONTROLSEX* wanted) noexcept tr
             makeClass(TrackbarClass, FirstAtom + 3, &standin::trackbarProcedure, standin::TrackbarExtraBytes));
     return (wanted->dwICC & ~ICC_BAR_CLASSES) == 0 ? TRUE : FALSE;
 } catch (...) {
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return FALSE;
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }

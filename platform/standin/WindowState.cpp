@@ -1,4 +1,5 @@
 #include "platform/standin/CodePages.h"
+#include "platform/standin/Refuse.h"
 #include "platform/standin/Window.h"
 
 #include <cstring>
@@ -9,17 +10,13 @@ namespace {
 
 using standin::LockedWindow;
 using standin::parameterOf;
+using standin::refuse;
 using standin::Window;
 
 /// A place in the window's own bytes, where a number need not lie on a boundary of its kind, or null.
 std::byte* ownBytesAt(Window& window, int index) noexcept {
     const bool inside = static_cast<std::size_t>(index) + sizeof(LONG_PTR) <= window.extra.size();
     return inside ? window.extra.data() + index : nullptr;
-}
-
-LONG_PTR refuseIndex() noexcept {
-    SetLastError(ERROR_INVALID_INDEX);
-    return 0;
 }
 
 LONG_PTR namedValue(const Window& window, int index) noexcept {
@@ -31,7 +28,7 @@ LONG_PTR namedValue(const Window& window, int index) noexcept {
     case GWLP_USERDATA:
         return window.userData;
     default:
-        return refuseIndex();
+        return refuse(ERROR_INVALID_INDEX);
     }
 }
 
@@ -45,7 +42,7 @@ LONG_PTR setNamedValue(Window& window, int index, LONG_PTR value) noexcept {
         window.userData = value;
         return before;
     default:
-        return refuseIndex();
+        return refuse(ERROR_INVALID_INDEX);
     }
 }
 
@@ -59,10 +56,7 @@ int WINAPI GetDlgCtrlID(HWND handle) noexcept {
 int WINAPI GetClassNameW(HWND handle, LPWSTR buffer, int size) noexcept {
     const LockedWindow window(handle);
     if (!window) return 0;
-    if (size <= 0) {
-        SetLastError(ERROR_INSUFFICIENT_BUFFER);
-        return 0;
-    }
+    if (size <= 0) return refuse(ERROR_INSUFFICIENT_BUFFER);
     const std::size_t copied = window->windowClass->name.copy(buffer, static_cast<std::size_t>(size - 1));
     buffer[copied] = 0;
     return static_cast<int>(copied);
@@ -79,8 +73,7 @@ int WINAPI GetWindowTextW(HWND handle, LPWSTR buffer, int size) noexcept {
 BOOL WINAPI SetWindowTextA(HWND window, LPCSTR text) noexcept try {
     return SetWindowTextW(window, text ? standin::wideFromAnsi(text).c_str() : nullptr);
 } catch (...) {
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return FALSE;
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
 
 BOOL WINAPI SetWindowTextW(HWND handle, LPCWSTR text) noexcept try {
@@ -88,8 +81,7 @@ BOOL WINAPI SetWindowTextW(HWND handle, LPCWSTR text) noexcept try {
     if (window) window->text = text ? text : L"";
     return window ? TRUE : FALSE;
 } catch (...) {
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return FALSE;
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
 
 BOOL WINAPI GetClientRect(HWND handle, LPRECT rectangle) noexcept {
@@ -100,7 +92,7 @@ BOOL WINAPI GetClientRect(HWND handle, LPRECT rectangle) noexcept {
 }
 
 LONG WINAPI GetWindowLongW(HWND handle, int index) noexcept {
-    return static_cast<LONG>(index < 0 ? GetWindowLongPtrW(handle, index) : refuseIndex());
+    return static_cast<LONG>(index < 0 ? GetWindowLongPtrW(handle, index) : refuse(ERROR_INVALID_INDEX));
 }
 
 LONG_PTR WINAPI GetWindowLongPtrW(HWND handle, int index) noexcept {
@@ -108,7 +100,7 @@ LONG_PTR WINAPI GetWindowLongPtrW(HWND handle, int index) noexcept {
     if (!window) return 0;
     if (index < 0) return namedValue(*window, index);
     const std::byte* const place = ownBytesAt(*window, index);
-    if (!place) return refuseIndex();
+    if (!place) return refuse(ERROR_INVALID_INDEX);
     LONG_PTR value;
     std::memcpy(&value, place, sizeof value);
     return value;
@@ -123,7 +115,7 @@ LONG_PTR WINAPI SetWindowLongPtrW(HWND handle, int index, LONG_PTR value) noexce
     if (!window) return 0;
     if (index < 0) return setNamedValue(*window, index, value);
     std::byte* const place = ownBytesAt(*window, index);
-    if (!place) return refuseIndex();
+    if (!place) return refuse(ERROR_INVALID_INDEX);
     LONG_PTR before;
     std::memcpy(&before, place, sizeof before);
     std::memcpy(place, &value, sizeof value);
@@ -136,8 +128,7 @@ BOOL WINAPI SetPropW(HWND handle, LPCWSTR name, HANDLE value) noexcept try {
     window->properties.insert_or_assign(name, value);
     return TRUE;
 } catch (...) {
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return FALSE;
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
 
 HANDLE WINAPI GetPropW(HWND handle, LPCWSTR name) noexcept {

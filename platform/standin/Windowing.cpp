@@ -2,6 +2,7 @@
 
 #include "platform/standin/HandleTable.h"
 #include "platform/standin/Locks.h"
+#include "platform/standin/Refuse.h"
 #include "platform/standin/TestHooks.h"
 #include "platform/standin/Window.h"
 
@@ -13,17 +14,13 @@ namespace {
 
 using standin::LockedWindow;
 using standin::parameterOf;
+using standin::refuse;
 using standin::styleOf;
 using standin::Window;
 
 standin::HandleTable<Window>& windows() {
     static standin::HandleTable<Window> table;
     return table;
-}
-
-HWND refuse(DWORD code) noexcept {
-    SetLastError(code);
-    return nullptr;
 }
 
 bool isChildStyle(DWORD style) noexcept {
@@ -157,8 +154,7 @@ HWND WINAPI CreateWindowExW(DWORD extendedStyle, LPCWSTR className, LPCWSTR text
 }
 
 BOOL WINAPI DestroyWindow(HWND window) noexcept try { return destroyWindow(window); } catch (...) {
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return FALSE;
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
 
 BOOL WINAPI ShowWindow(HWND handle, int command) noexcept {
