@@ -149,7 +149,7 @@ TEST(AudioEffect, CallsTheHostAsThePublishedTableTells) {
     expectPlainCalls<&X::ioChanged, &X::needIdle, &X::offlineGetCurrentPass, &X::offlineGetCurrentMetaPass,
                      &X::updateDisplay>(TrueIfNonZero, {13, 14, 28, 29, 42});
     const HostRow rows[] = {
-        {call<&X::setParameterAutomated, 3, 0.5f>, {{}, 0, 3, 0, {}, 0.5f}, Nothing},
+        {call<&X::setParameterAutomated, 3, 2>, {{}, 0, 3, 0, {}, 2}, Nothing},
         {call<&X::getMasterVersion>, {{}, 1, 0, 0, {}, 0}, {1, 1, 7, 1}},
         {call<&X::masterIdle>, {{}, 3, 0, 0, {}, 0}, Nothing},
         {call<&X::isInputConnected, 3>, {{}, 4, 3, 0, {}, 0}, TrueIfZero},
@@ -166,11 +166,11 @@ TEST(AudioEffect, CallsTheHostAsThePublishedTableTells) {
         {call<&X::offlineStart, &object, 5, 3>, {{}, 25, 3, 5, &object, 0}, TrueIfNonZero},
         {call<&X::offlineRead, &object, 5, true>, {{}, 26, 1, 5, &object, 0}, TrueIfNonZero},
         {call<&X::offlineWrite, &object, 5>, {{}, 27, 0, 5, &object, 0}, TrueIfNonZero},
-        {call<&X::setOutputSamplerate, 0.5f>, {{}, 30, 0, 0, {}, 0.5f}, Nothing},
+        {call<&X::setOutputSamplerate, 2>, {{}, 30, 0, 0, {}, 2}, Nothing},
         {call<&X::getSpeakerArrangement, &object, &other>, {{}, 31, 0, asNumber(&object), &other, 0}, TrueIfNonZero},
         {call<&X::getHostVendorString, &object>, {{}, 32, 0, 0, &object, 0}, TrueIfNonZero},
         {call<&X::getHostProductString, &object>, {{}, 33, 0, 0, &object, 0}, TrueIfNonZero},
-        {call<&X::hostVendorSpecific, 3, 5, &object, 0.5f>, {{}, 35, 3, 5, &object, 0.5f}, Answer},
+        {call<&X::hostVendorSpecific, 3, 5, &object, 2>, {{}, 35, 3, 5, &object, 2}, Answer},
         {call<&X::canHostDo, &object>, {{}, 37, 0, 0, &object, 0}, TrueIfNonZero},
         {call<&X::openWindow, &object>, {{}, 39, 0, 0, &object, 0}, Answer},
         {call<&X::closeWindow, &object>, {{}, 40, 0, 0, &object, 0}, TrueIfNonZero},

@@ -42,7 +42,7 @@ TEST(ContextException, UsesTheHeapOnlyBeyond256Bytes) {
 TEST(ContextException, CopiesReferToNothingInTheirSource) {
     for (const std::string& text : {std::string("short"), std::string(300, 'c')}) {
         const ContextException source("f()", text.c_str(), "file", 1, "name");
-        const ContextException copy(source);
+        const ContextException copy(source); // NOLINT(performance-unnecessary-copy-initialization)
         EXPECT_EQ(copy.what(), "name thrown by f() [file:1] with context\n" + text);
         EXPECT_STREQ(copy.name(), "name");
         EXPECT_STREQ(copy.throwingOperation(), "f()");

@@ -85,8 +85,8 @@ public:
     void set(int index, float value) const { record->setParameter(record, index, value); }
     float get(int index) const { return record->getParameter(record, index); }
     std::vector<float> all() const {
-        std::vector<float> values;
-        for (int i = 0; i < 13; ++i) values.push_back(get(i));
+        std::vector<float> values(13);
+        for (int i = 0; i < 13; ++i) values[static_cast<std::size_t>(i)] = get(i);
         return values;
     }
 

@@ -31,7 +31,7 @@ public:
         if (mode < 0 || mode > 2) return dry;
         absorb();
         const Samples wet = filtered(dry, current);
-        if (mode == 0) return wet;
+        if (mode == 0) return wet; // NOLINT(performance-no-automatic-move): GCC 12 takes a moved one for an error
         return mode == 1 ? blended(dry, wet) : blended(wet, dry);
     }
 

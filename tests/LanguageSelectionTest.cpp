@@ -57,7 +57,7 @@ TEST_F(LanguageSelection, MergesFilesInTheOrderOfPrecedence) {
         for (const std::string& file : row.files) {
             keys.push_back(file);
             std::string text = "[Module]\n";
-            for (const std::string& key : keys) text += key + " = " + file + "\n";
+            for (const std::string& key : keys) text.append(key).append(" = ").append(file).append("\n");
             place.write(file, text);
             references += "{" + file + "}";
             expected += keys.size() <= row.read ? file : "{" + file + "}";
@@ -97,7 +97,7 @@ TEST_F(LanguageSelection, TakesEveryFileOfALanguageWhosePathFitsTheSystemsBuffer
     const std::string longest = std::string(258 - 200 - 9, 'n') + "1033.lng";
     for (const std::string& name : {std::string("1033.LNG"), std::string("Fr1033_lng.lng"), std::string("A1033.txt"),
                                     std::string("A1033.lng/no file"), longest, "n" + longest})
-        folder.write(place + "/" + name, "");
+        folder.write(std::string(place).append("/").append(name), "");
     EXPECT_EQ(languageFilesOf(folder.path(place), 1033).size(), 3U);
 }
 

@@ -146,9 +146,7 @@ TEST_F(LngcheckCommand, WritesAPseudoLocalisedFileThatIsReadable) {
     folder.write("A1033.lng", cleanBut(12, "IDD_Options_B1 = \\x5Cn\\t\xFC"));
     expectRun("--reference A1033.lng --pseudo P1031.lng", 0, {});
     expectInOrder(contents("P1031.lng"),
-                  {"<CODEPAGE 1252>\n\n[Parametric Equalizer]\n",
-                   "IDS_DB = [\xF0"
-                   "B~]\n",
+                  {"<CODEPAGE 1252>\n\n[Parametric Equalizer]\n", "IDS_DB = [\xF0\x42~]\n",
                    "IDD_Options_B1 = [\\x5C\xF1\\x09\xFC~~]\n", "\n[Shared]\n", "PRSHT_APPLY_NOW = [&Appl\xFD~~]\n"});
     expectRun("P1031.lng", 0, {"faults: 0,"});
     folder.write("A1049.lng", cleanBut(12, "IDD_Options_B1 = \xCF", "1251"));

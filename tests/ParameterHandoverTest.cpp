@@ -27,7 +27,7 @@ TEST(ParameterHandover, GivesTheNewestArrayOnceAndLosesNoSlot) {
         EXPECT_TRUE(handover.pending());
         if (i % 2 != 0) handover.clear();
         EXPECT_EQ(handover.take(values), i % 2 == 0);
-        EXPECT_EQ(values[0], static_cast<float>(i / 2 * 2));
+        EXPECT_EQ(values[0], static_cast<float>(i - i % 2));
         EXPECT_FALSE(handover.pending());
     }
 }

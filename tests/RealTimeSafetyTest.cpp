@@ -66,8 +66,8 @@ void refuseSystemCalls() {
 // The program's own come ahead of the C library's for every library that is loaded.
 extern "C" {
 
-void* __libc_malloc(std::size_t size);
-void __libc_free(void* block);
+void* __libc_malloc(std::size_t size); // NOLINT(bugprone-reserved-identifier): the C library's own
+void __libc_free(void* block);         // NOLINT(bugprone-reserved-identifier)
 
 void* malloc(std::size_t size) {
     note(allocations_seen);

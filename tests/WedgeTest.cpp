@@ -73,7 +73,7 @@ TEST(CountedRef, SharesOneOwnerForAnAddressAndEndsItWithTheLast) {
         first = std::move(copy);
         onThreads(4, [&first](int) {
             for (int turn = 0; turn < 1000; ++turn) {
-                const CountedBlockRef shared = first;
+                const CountedBlockRef shared = first; // NOLINT(performance-unnecessary-copy-initialization)
                 const CountedBlockRef other(new std::byte[1]);
             }
         });

@@ -7,7 +7,6 @@
 #include "wedge/OwnModule.h"
 #include "wedge/string_ext.h"
 
-#include <atomic>
 #include <optional>
 
 namespace {
@@ -90,10 +89,9 @@ Text expandKeys(const CLanguageStore& store, const Text& text, bool* changed) {
 /// The place of the process's store. Destroyed with the process, or when the library unloads.
 struct CLanguageStore::Singleton {
     platform::CriticalSection lock;
-    /// Under the lock. Holds a store from the start of its filling on, for calls that the filling itself makes.
+    /// Under the lock. Holds a store from the start of its filling on, for calls that the filling itself makes. Once it
+    /// is full it never changes again.
     std::optional<CLanguageStore> store;
-    /// The store once it is full and never changes again.
-    std::atomic<CLanguageStore*> full{nullptr};
 };
 
 CLanguageStore::Singleton& CLanguageStore::singleton() {
@@ -103,8 +101,6 @@ CLanguageStore::Singleton& CLanguageStore::singleton() {
 
 CLanguageStore& CLanguageStore::Instance(HMODULE module) {
     Singleton& the = singleton();
-    if (CLanguageStore* const full = the.full.load(std::memory_order_acquire)) return *full;
-
     const platform::CriticalSectionEntry entry(the.lock);
     if (!the.store) fillInstance(the, module ? module : ownModule());
     return *the.store;
@@ -113,7 +109,6 @@ CLanguageStore& CLanguageStore::Instance(HMODULE module) {
 void CLanguageStore::fillInstance(Singleton& the, HMODULE module) {
     try {
         the.store.emplace().load(longPathOf(module), g_language_override);
-        the.full.store(&*the.store, std::memory_order_release);
     } catch (...) {
         dropInstance();
         throw;
@@ -121,9 +116,7 @@ void CLanguageStore::fillInstance(Singleton& the, HMODULE module) {
 }
 
 void CLanguageStore::dropInstance() noexcept {
-    Singleton& the = singleton();
-    the.full.store(nullptr, std::memory_order_relaxed);
-    the.store.reset();
+    singleton().store.reset();
 }
 
 CLanguageStore::CLanguageStore(const std::string& module_path, WORD language) {

@@ -16,7 +16,6 @@ using standin::ItemTemplate;
 using standin::LockedWindow;
 using standin::parameterOf;
 using standin::refuse;
-using standin::styleOf;
 
 constexpr int UnitWidth = 6;   // of 4 units across
 constexpr int UnitHeight = 13; // of 8 units down

@@ -15,7 +15,6 @@
 namespace {
 
 using standin::LockedWindow;
-using standin::parameterOf;
 using standin::refuse;
 
 struct Posted {

@@ -93,10 +93,6 @@ inline LPARAM parameterOf(const void* pointer) noexcept {
     return reinterpret_cast<LPARAM>(pointer);
 }
 
-inline DWORD styleOf(HWND window) noexcept {
-    return static_cast<DWORD>(GetWindowLongW(window, GWL_STYLE));
-}
-
 inline bool isNumber(const void* nameOrNumber) noexcept {
     return reinterpret_cast<std::uintptr_t>(nameOrNumber) <= 0xFFFF;
 }

@@ -9,7 +9,6 @@
 namespace {
 
 using standin::LockedWindow;
-using standin::parameterOf;
 using standin::refuse;
 using standin::Window;
 

@@ -15,7 +15,6 @@ namespace {
 using standin::LockedWindow;
 using standin::parameterOf;
 using standin::refuse;
-using standin::styleOf;
 using standin::Window;
 
 standin::HandleTable<Window>& windows() {

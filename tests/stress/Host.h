@@ -12,28 +12,30 @@
 #include <string>
 
 /// An array in the middle of others whose contents must stay.
-template <typename Element, Element Canary>
+template <typename Element>
 class Guarded {
 public:
     /// `skew` elements further on than the allocation's alignment.
     explicit Guarded(std::size_t size, std::size_t skew = 0)
-        : begin(64 + skew), end(begin + size), storage(end + 64, Canary) {}
+        : begin(64 + skew), end(begin + size), storage(end + 64, canary) {}
 
     Element* data() { return storage.data() + begin; }
     [[nodiscard]] std::size_t size() const { return end - begin; }
     /// Nothing was written around the array, or not into it either.
     void check(bool isUntouched = false) const {
         for (std::size_t i = 0; i < storage.size(); ++i)
-            require((i >= begin && i < end && !isUntouched) || storage[i] == Canary, "a buffer is not as it should be");
+            require((i >= begin && i < end && !isUntouched) || storage[i] == canary, "a buffer is not as it should be");
     }
 
 private:
+    static constexpr Element canary = std::is_same_v<Element, char> ? Element('#') : Element(-8.7654321e17f);
+
     std::size_t begin;
     std::size_t end;
     std::vector<Element> storage;
 };
-using GuardedSamples = Guarded<float, -8.7654321e17f>;
-using GuardedText = Guarded<char, '#'>;
+using GuardedSamples = Guarded<float>;
+using GuardedText = Guarded<char>;
 
 /// Those that use an instance: the two that process take turns.
 enum User { HostMain, Audio, Control1, Control2, UserCount };

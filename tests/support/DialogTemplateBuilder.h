@@ -12,7 +12,7 @@ struct DialogItem {
     std::u16string_view windowClass;
     unsigned id;
     DWORD style;
-    std::u16string_view text = u"";
+    std::u16string_view text = {};
     unsigned x = 0;
     unsigned y = 0;
     unsigned width = 10;

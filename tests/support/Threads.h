@@ -9,6 +9,7 @@ template <typename Work>
 void onThreads(int count, const Work& work) {
     std::atomic<int> missing = count;
     std::vector<std::thread> threads;
+    threads.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
         threads.emplace_back([&missing, &work, i] {
             for (--missing; missing > 0;) std::this_thread::yield();
