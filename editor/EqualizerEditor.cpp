@@ -175,7 +175,7 @@ void EqualizerEditor::onCommand(HWND control) {
 void EqualizerEditor::refresh(bool force) {
     for (std::size_t slot = 0; slot < SlotCount; ++slot) {
         // A host that is told of a change may close the dialog.
-        if (!sliders[slot]) return;
+        if (!sliders[slot]) continue;
         const int pos = positionOf(slot);
         if (!force && sliderPosition(sliders[slot]) == pos) continue;
         SendMessageW(sliders[slot], TBM_SETPOS, TRUE, pos); // raises no scroll message

@@ -21,6 +21,7 @@
 #include <string>
 #include <thread>
 #include <utility>
+#include <vector>
 
 // The pages are those of Wedge.rc, the texts those of the language file beside the test program.
 
@@ -143,6 +144,16 @@ TEST(WedgeSheets, AnswerTheMessagesThatWorkByResourceId) {
     EXPECT_EQ(sheet.send(PSM_INDEXTOID, 7), 0);
     sheet.send(PSM_SETCURSELID, 0, 151);
     EXPECT_EQ(sheet.label(), L"A longer translation");
+}
+
+TEST(WedgeSheets, TakeNoTextForTheIdOfAStartPage) {
+    // Somewhere in this memory is an address that ends as the id does.
+    std::vector<char> memory(0x20000);
+    const auto behindStart = (std::uintptr_t{152} - reinterpret_cast<std::uintptr_t>(memory.data())) & 0xFFFF;
+    Sheet sheet(PSH_USEPSTARTPAGE);
+    sheet.header.pStartPage = reinterpret_cast<LPCWSTR>(memory.data() + behindStart);
+    sheet.open();
+    EXPECT_NE(sheet.label(), L"SS");
 }
 
 TEST(WedgeSheets, OfAWizardGoToThePageThatIsNamedByItsId) {
