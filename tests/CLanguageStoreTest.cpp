@@ -43,7 +43,7 @@ protected:
     StoreInstance() {
         HMODULE module = nullptr;
         GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                           library.find<const char*>("openAndLeave"), &module);
+                           library.find<const char*>("openOneOfEach"), &module);
         setOwnModule(module);
         CLanguageStoreTestAccess::drop();
     }

@@ -4,7 +4,6 @@
 #include "platform/win32.h"
 #include "tests/support/HeapInUse.h"
 #include "tests/support/ScriptedHost.h"
-#include "tests/support/Threads.h"
 #include "tests/support/UserSeparator.h"
 #include "tests/support/WindowTexts.h"
 
@@ -19,7 +18,6 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <memory>
 #include <string>
 #include <utility>
@@ -44,11 +42,6 @@ constexpr std::size_t Gain1 = 5;
 void readyTrackbars() {
     INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES};
     InitCommonControlsEx(&controls);
-}
-
-platform::Window makeHostWindow() {
-    return platform::Window(CreateWindowExW(0, L"STATIC", L"host", WS_POPUP, 0, 0, 600, 500, nullptr, nullptr,
-                                            GetModuleHandleW(nullptr), nullptr));
 }
 
 AEffect* makeEffect(audioMasterCallback callback) {
@@ -85,8 +78,8 @@ public:
     void set(int index, float value) const { record->setParameter(record, index, value); }
     float get(int index) const { return record->getParameter(record, index); }
     std::vector<float> all() const {
-        std::vector<float> values(13);
-        for (int i = 0; i < 13; ++i) values[static_cast<std::size_t>(i)] = get(i);
+        std::vector<float> values;
+        for (int i = 0; i < 13; ++i) values.push_back(get(i));
         return values;
     }
 
@@ -133,7 +126,8 @@ protected:
     using Automations = std::vector<std::pair<int, float>>;
 
     ScriptedHost host{2400};
-    platform::Window window = makeHostWindow();
+    platform::Window window{CreateWindowExW(0, L"STATIC", L"host", WS_POPUP, 0, 0, 600, 500, nullptr, nullptr,
+                                            GetModuleHandleW(nullptr), nullptr)};
     std::unique_ptr<HostedEffect> effect;
     HWND dialog = nullptr;
     std::size_t callsSeen = 0;
@@ -346,18 +340,6 @@ TEST_F(Editor, LeavesNothingBehindHoweverOftenItIsOpened) {
     }
     EXPECT_LT(heapInUse() - before, 100); // one that grows with the openings would be more
     EXPECT_EQ(GetWindow(window.get(), GW_CHILD), nullptr);
-}
-
-TEST_F(Editor, MayBeMadeOnSeveralThreadsAtOnce) {
-    std::atomic<int> opened = 0;
-    onThreads(3, [&opened](int) {
-        for (int turn = 0; turn < 10; ++turn) {
-            const platform::Window parent = makeHostWindow();
-            const HostedEffect own([](AEffect*, int32, int32, intptr, void*, float) -> intptr { return 1; });
-            opened += SendMessageW(GetDlgItem(own.open(parent.get()), 1014), TBM_GETPOS, 0, 0) == 100;
-        }
-    });
-    EXPECT_EQ(opened, 30);
 }
 
 } // namespace

@@ -26,17 +26,9 @@ TEST(WedgeLibrary, LeavesNothingBehindWhenItIsUnloadedAHundredTimes) {
 #ifdef _WIN32
     // The compiler's own thread library keeps some 800 bytes a load in 32-bit code, and twice that in 64-bit code.
     EXPECT_LT(idle, 100L * 256 * static_cast<long>(sizeof(void*)));
+    constexpr long Less = 5000; // than a block a load; the system's own heap may grow by a page meanwhile
+#else
+    constexpr long Less = 100;
 #endif
-    // Less than a counted block a load: the system's own heap may grow by a page meanwhile.
-    EXPECT_LT(leftByAHundredLoads(true) - idle, 5000);
-}
-
-TEST(WedgeLibrary, DestroysAtUnloadWhatWasLeftAlive) {
-    HACCEL left = nullptr;
-    {
-        const LoadedLibrary library(EQ_WEDGE_LIBRARY);
-        left = library.find<HACCEL (*)()>("openAndLeave")();
-        EXPECT_NE(left, nullptr);
-    }
-    EXPECT_EQ(CopyAcceleratorTableW(left, nullptr, 0), 0);
+    EXPECT_LT(leftByAHundredLoads(true) - idle, Less);
 }
