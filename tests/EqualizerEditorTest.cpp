@@ -4,7 +4,6 @@
 #include "platform/win32.h"
 #include "tests/support/HeapInUse.h"
 #include "tests/support/ScriptedHost.h"
-#include "tests/support/UserSeparator.h"
 #include "tests/support/WindowTexts.h"
 
 #ifdef _WIN32
@@ -12,6 +11,7 @@
 #else
 #include "platform/standin/TestHooks.h"
 #include "plugin/ParametricEqualizer.h"
+#include "tests/support/LanguageSettings.h"
 #endif
 
 #include <gtest/gtest.h>
@@ -206,6 +206,16 @@ TEST_F(Editor, GivesASizeAndStaysCalmWhereNoDialogCanBeMade) {
     readyTrackbars();
     EXPECT_NE(effect->open(window.get()), nullptr);
 }
+
+TEST_F(Editor, ShowsTheUsersDecimalSeparatorWhereAHostIsShownThePoint) {
+    EnvironmentVariable locale("LC_ALL");
+    locale.set("de_DE.UTF-8");
+    scroll(Gain1, 33, TB_THUMBTRACK);
+    EXPECT_EQ(readout(Gain1), L"+3,4 dB");
+    char text[64] = "";
+    effect->dispatch(effGetParamDisplay, text, Gain1);
+    EXPECT_STREQ(text, "+3.4 dB");
+}
 #endif
 
 TEST_F(Editor, TakesDragsAtEveryStepAndOtherMovementsAtTheirEnd) {
@@ -221,13 +231,6 @@ TEST_F(Editor, TakesDragsAtEveryStepAndOtherMovementsAtTheirEnd) {
     SendMessageW(dialog, WM_VSCROLL, TB_ENDTRACK, 0);
     SendMessageW(dialog, WM_VSCROLL, TB_ENDTRACK, reinterpret_cast<LPARAM>(dialog));
     EXPECT_EQ(automations(), Automations{});
-
-    const UserSeparator comma(',');
-    scroll(Gain1, 33, TB_THUMBTRACK);
-    EXPECT_EQ(readout(Gain1), L"+3,4 dB");
-    char text[64] = "";
-    effect->dispatch(effGetParamDisplay, text, Gain1);
-    EXPECT_STREQ(text, "+3.4 dB");
 }
 
 TEST_F(Editor, ReadsPositionsBackAsThemselvesOrOneLower) {
