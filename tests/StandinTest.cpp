@@ -10,7 +10,6 @@
 #include "wedge/Codepages.h"
 
 #ifndef _WIN32
-#include "platform/standin/TestHooks.h"
 #include "tests/support/LanguageSettings.h"
 #include "wedge/LanguageSelection.h"
 #endif
@@ -81,24 +80,6 @@ TEST(CodePages, EncodeWhatTheyLackOrHaveTwiceAsTheSystemDoes) {
     // Characters that stand twice in the page: the usual place is the first one, or the last.
     EXPECT_EQ(encoded(932, L"\u222A\u7E8A\u2170"), "\x81\xBE\xFA\x5C\xFA\x40");
     EXPECT_EQ(encoded(CP_UTF8, L"\xD83Dx\xDE00"), "\xEF\xBF\xBDx\xEF\xBF\xBD");
-}
-
-TEST(CodePages, RefuseWhatTheyCannotConvert) {
-    std::array<wchar_t, 8> text{};
-    std::array<char, 8> bytes{};
-    const auto wide = [&](UINT page, DWORD flags, const char* from, int size, int room, DWORD reason) {
-        return refused(MultiByteToWideChar(page, flags, from, size, text.data(), room) == 0, reason);
-    };
-    const auto narrow = [&](UINT page, const wchar_t* from, int size, int room, DWORD reason) {
-        return refused(WideCharToMultiByte(page, 0, from, size, bytes.data(), room, nullptr, nullptr) == 0, reason);
-    };
-    EXPECT_TRUE(wide(4242, 0, "a", 1, 8, ERROR_INVALID_PARAMETER));
-    EXPECT_TRUE(wide(1252, 0, "a", 0, 8, ERROR_INVALID_PARAMETER));
-    EXPECT_TRUE(wide(CP_UTF8, 0x40000000, "a", 1, 8, ERROR_INVALID_FLAGS));
-    EXPECT_TRUE(wide(1252, 0, "abc", 3, 2, ERROR_INSUFFICIENT_BUFFER));
-    EXPECT_TRUE(wide(CP_UTF8, 0, "\xE2\x82\xAC!", 4, 1, ERROR_INSUFFICIENT_BUFFER));
-    EXPECT_TRUE(narrow(934, L"a", 1, 8, ERROR_INVALID_PARAMETER));
-    EXPECT_TRUE(narrow(932, L"\u3042", 1, 1, ERROR_INSUFFICIENT_BUFFER));
 }
 
 TEST(CodePages, KnowTheLeadBytesOfTheAnsiPage) {
@@ -174,12 +155,11 @@ TEST(Languages, HaveAnAnsiCodepageAmongThoseThatArePublishedForThem) {
 class Environment : public testing::Test {
 protected:
     Environment() {
-        for (EnvironmentVariable* variable : {&all, &messages, &numeric, &lang}) variable->set(std::nullopt);
+        for (EnvironmentVariable* variable : {&all, &messages, &lang}) variable->set(std::nullopt);
     }
 
     EnvironmentVariable all{"LC_ALL"};
     EnvironmentVariable messages{"LC_MESSAGES"};
-    EnvironmentVariable numeric{"LC_NUMERIC"};
     EnvironmentVariable lang{"LANG"};
 };
 
@@ -199,29 +179,6 @@ TEST_F(Environment, NamesTheSystemsLanguageByItsVariablesInTheUsualOrder) {
         row.variable.set(row.locale);
         EXPECT_EQ(ReadUiLanguage(uilanguage_default), row.language) << row.locale;
     }
-}
-
-TEST_F(Environment, TellsTheDecimalSeparator) {
-    std::array<wchar_t, 5> text{};
-    const auto separator = [&] {
-        EXPECT_EQ(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, text.data(), 5), 2);
-        return text[0];
-    };
-    EXPECT_EQ(separator(), L'.');
-    lang.set("de_DE.UTF-8");
-    EXPECT_EQ(separator(), L',');
-    numeric.set("de_CH.UTF-8");
-    EXPECT_EQ(separator(), L'.');
-}
-
-TEST(MessageBoxes, AreWrittenToStandardErrorUnlessTheyAskSomething) {
-    const int before = standin::shownMessageBoxes().count;
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(MessageBoxW(nullptr, L"no \u00E4", nullptr, MB_ICONERROR), IDOK);
-    constexpr UINT yesNo = 4;
-    EXPECT_EQ(MessageBoxW(nullptr, L"really?", L"Question", yesNo), 0);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Error: no \xC3\xA4\n");
-    EXPECT_EQ(standin::shownMessageBoxes().count, before + 1);
 }
 
 #endif

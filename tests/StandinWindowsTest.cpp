@@ -53,10 +53,7 @@ protected:
         if (message == WM_INITDIALOG && lParam == EndAtOnce) EndDialog(window, 77);
         if (message == WM_INITDIALOG && lParam == EndLater) PostMessageW(window, WM_APP, 0, 0);
         if (message == WM_APP) EndDialog(window, 78);
-        const auto answer = current->answers.find(message);
-        if (answer == current->answers.end()) return FALSE;
-        SetWindowLongPtrW(window, DWLP_MSGRESULT, 47);
-        return answer->second;
+        return FALSE;
     }
 
     static constexpr LPARAM EndAtOnce = 4711;
@@ -66,7 +63,6 @@ protected:
     inline static Windows* current = nullptr;
     HWND parent = nullptr;
     std::string log;
-    std::map<UINT, INT_PTR> answers;
 };
 
 TEST_F(Windows, EndFromTheTopDownAndTakeWhatTheyOwnWithThem) {
@@ -114,21 +110,6 @@ TEST_F(Windows, OfDialogsAreBuiltAsTheTemplateSays) {
     EXPECT_EQ(createDialog({true, EmbeddedStyle, {items[0], {u"No such class", 2, WS_CHILD}}}), nullptr);
     EXPECT_EQ(GetWindow(parent, GW_CHILD), nullptr);
     EXPECT_EQ(log.find("INITDIALOG"), std::string::npos);
-}
-
-TEST_F(Windows, OfDialogsGiveTheResultsOfTheirProcedure) {
-    const HWND dialog = createDialog({true, EmbeddedStyle, {}});
-    const auto result = [&](UINT message, INT_PTR handled) {
-        answers[message] = handled;
-        return SendMessageW(dialog, message, 0, 0);
-    };
-    for (const UINT message : {UINT{WM_CTLCOLORDLG}, UINT{WM_CTLCOLORSTATIC}, UINT{WM_COMPAREITEM}, UINT{WM_VKEYTOITEM},
-                               UINT{WM_CHARTOITEM}, UINT{WM_QUERYDRAGICON}})
-        EXPECT_EQ(result(message, 31), 31) << message;
-    for (const UINT message : {UINT{WM_COMMAND}, UINT{WM_VSCROLL}}) {
-        EXPECT_EQ(result(message, 31), 47) << message;
-        EXPECT_EQ(result(message, FALSE), 0) << message;
-    }
 }
 
 TEST_F(Windows, OfModalDialogsRunUntilTheirEnd) {
