@@ -229,7 +229,6 @@ TEST(Wedge, ShowsMessageBoxesInTheStoresLanguageOrTheCallers) {
     EXPECT_EQ(languageOf(MessageBoxExW(nullptr, L"text", L"caption", MB_OK, 0x407)), 0x407);
     EXPECT_EQ(languageOf(MessageBoxA(nullptr, "narrow", "caption", MB_OK)), 0x409);
     EXPECT_EQ(languageOf(MessageBoxExA(nullptr, "narrow", nullptr, MB_OK, 7)), 7);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "caption: text\ncaption: text\ncaption: narrow\nError: narrow\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "caption: text\ncaption: text\ncaption: narrow\nError: narrow\n");
 }
 #endif
