@@ -35,9 +35,10 @@ TEST(PrepareDialogResource, ExpandsCaptionAndTitlesAndNothingElse) {
         TemplateBuilder unknown = dialog(extended, u"{", u"{T_Empty}", u"{T_Unknown}");
         EXPECT_EQ(statusOf(PrepareDialogResource, unknown.bytes("\xFF")), PrepUnchanged)
             << "what lies behind makes no difference";
-        // A title that grows by an odd number of units moves the padding.
-        EXPECT_TRUE(replaces(PrepareDialogResource, dialog(extended, u"{T_Long}", u"a {T_Two} b", u"{t_short}{T_Long}"),
-                             dialog(extended, u"A longer translation", u"a SS b", u"SA longer translation")));
+        // A title that shrinks by an odd number of units moves the padding.
+        EXPECT_TRUE(replaces(PrepareDialogResource,
+                             dialog(extended, u"{T_Long}", u"{t_short}, {T_Two}", u"{T_Unknown}"),
+                             dialog(extended, u"A longer translation", u"S, SS", u"{T_Unknown}")));
     }
 }
 

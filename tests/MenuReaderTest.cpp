@@ -44,15 +44,16 @@ TemplateBuilder extendedMenu(Text popup, Text item, Text last) {
 TEST(PrepareMenuResource, ExpandsTheTextsOfItemsAndPopups) {
     for (const auto& form : {standardMenu, extendedMenu}) {
         EXPECT_EQ(statusOf(PrepareMenuResource, form(u"{T_Unknown}", u"{T_Empty}", u"{")), PrepUnchanged);
-        EXPECT_TRUE(replaces(PrepareMenuResource, form(u"{T_Long}", u"{T_Two}\tF1", u"&{T_Short}"),
-                             form(u"A longer translation", u"SS\tF1", u"&S")));
+        EXPECT_TRUE(replaces(PrepareMenuResource, form(u"{T_Long}", u"{T_Two}\tF1", u"{"),
+                             form(u"A longer translation", u"SS\tF1", u"{")));
     }
 }
 
 TEST(PrepareMenuResource, RefusesAnUnknownVersionAndAGapThatIsOddOrTooShort) {
     EXPECT_EQ(statusOf(PrepareMenuResource, TemplateBuilder().words({2, 0, 0x80, 1, 0})), PrepFailed);
     EXPECT_EQ(statusOf(PrepareMenuResource, TemplateBuilder().words({0x100, 0, 0x80, 1, 0})), PrepFailed);
-    EXPECT_EQ(statusOf(PrepareMenuResource, TemplateBuilder().words({0, 3, 0x80, 1, 0, 0, 0})), PrepFailed);
+    const TemplateBuilder oddGap = TemplateBuilder().words({0, 3}).bytes("gap").words({0x80, 1}).text(u"{T_Short}");
+    EXPECT_EQ(statusOf(PrepareMenuResource, oddGap), PrepFailed);
     EXPECT_EQ(statusOf(PrepareMenuResource, TemplateBuilder().words({1, 0, 0, 0, 0, 0, 0, 0, 0x80, 0})), PrepFailed);
 }
 
