@@ -18,7 +18,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view resource(reinterpret_cast<const char*>(data), size);
     const Rewritten first = rewriteWith(EQ_REWRITER, resource);
     if (first.status != PrepReplaced) return 0;
-    require(resource.find_first_of(EQ_REPLACED_FROM) != resource.npos);
+    constexpr std::string_view replaced_from = EQ_REPLACED_FROM;
+    require(resource.find_first_of(replaced_from) != resource.npos);
     const auto* const made = reinterpret_cast<const char*>(first.block.get());
     require(rewriteWith(EQ_REWRITER, {made, __sanitizer_get_allocated_size(made)}).status != PrepFailed);
     return 0;
