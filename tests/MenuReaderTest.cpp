@@ -10,10 +10,6 @@ namespace {
 
 using Text = std::u16string_view;
 
-Rewritten rewrite(const TemplateBuilder& menu) {
-    return rewriteWith(PrepareMenuResource, menu.get());
-}
-
 /// Behind a gap, a popup that is the last of its level and holds one, a separator, and items of every alignment.
 TemplateBuilder standardMenu(Text popup, Text item, Text last) {
     TemplateBuilder menu;
@@ -47,30 +43,24 @@ TemplateBuilder extendedMenu(Text popup, Text item, Text last) {
 
 TEST(PrepareMenuResource, ExpandsTheTextsOfItemsAndPopups) {
     for (const auto& form : {standardMenu, extendedMenu}) {
-        EXPECT_EQ(rewrite(form(u"{T_Unknown}", u"{T_Empty}", u"{")).status, PrepUnchanged);
-        EXPECT_TRUE(rewrite(form(u"{T_Long}", u"{T_Short}\tF1", u"&{T_Two}"))
-                        .is(form(u"A longer translation", u"S\tF1", u"&SS")));
-        EXPECT_TRUE(rewrite(form(u"{T_Two}", u"x", u"xy")).is(form(u"SS", u"x", u"xy")));
+        EXPECT_EQ(statusOf(PrepareMenuResource, form(u"{T_Unknown}", u"{T_Empty}", u"{")), PrepUnchanged);
+        EXPECT_TRUE(replaces(PrepareMenuResource, form(u"{T_Long}", u"{T_Two}\tF1", u"{"),
+                             form(u"A longer translation", u"SS\tF1", u"{")));
     }
 }
 
-TEST(PrepareMenuResource, FailsForWhatIsNoMenuAndNeverReadsOutsideItsBytes) {
-    // Of no known version, and with a gap that is odd or too short.
-    EXPECT_EQ(rewrite(TemplateBuilder().words({2, 0, 0x80, 1, 0})).status, PrepFailed);
-    EXPECT_EQ(rewrite(TemplateBuilder().words({0x100, 0, 0x80, 1, 0})).status, PrepFailed);
-    EXPECT_EQ(rewrite(TemplateBuilder().words({0, 3, 0x80, 1, 0, 0, 0})).status, PrepFailed);
-    EXPECT_EQ(rewrite(TemplateBuilder().words({1, 0, 0, 0, 0, 0, 0, 0, 0x80, 0})).status, PrepFailed);
-    for (const auto& form : {standardMenu, extendedMenu})
-        tryBroken(PrepareMenuResource, form(u"{T_Short}", u"{T_Two}", u"xy").get());
-    void* block = nullptr;
-    EXPECT_EQ(PrepareMenuResource(nullptr, &block), PrepFailed);
-    EXPECT_EQ(PrepareMenuResource("", 0, nullptr), PrepFailed);
+TEST(PrepareMenuResource, RefusesAnUnknownVersionAndAGapThatIsOddOrTooShort) {
+    EXPECT_EQ(statusOf(PrepareMenuResource, TemplateBuilder().words({2, 0, 0x80, 1, 0})), PrepFailed);
+    EXPECT_EQ(statusOf(PrepareMenuResource, TemplateBuilder().words({0x100, 0, 0x80, 1, 0})), PrepFailed);
+    const TemplateBuilder oddGap = TemplateBuilder().words({0, 3}).bytes("gap").words({0x80, 1}).text(u"{T_Short}");
+    EXPECT_EQ(statusOf(PrepareMenuResource, oddGap), PrepFailed);
+    EXPECT_EQ(statusOf(PrepareMenuResource, TemplateBuilder().words({1, 0, 0, 0, 0, 0, 0, 0, 0x80, 0})), PrepFailed);
 }
 
 TEST(PrepareMenuResource, ReadsPopupsOfAnyDepthThatItsRangeAllows) {
     TemplateBuilder menu = TemplateBuilder().words({0, 0});
     for (int depth = 0; depth < 16000; ++depth) menu.word(0x90).text(u"");
-    EXPECT_EQ(rewrite(TemplateBuilder(menu).words({0x80, 1}).text(u"{T_Short}")).status, PrepReplaced);
+    EXPECT_EQ(statusOf(PrepareMenuResource, TemplateBuilder(menu).words({0x80, 1}).text(u"{T_Short}")), PrepReplaced);
     for (int depth = 0; depth < 1000; ++depth) menu.word(0x90).text(u"");
-    EXPECT_EQ(rewrite(menu.words({0x80, 1}).text(u"{T_Short}")).status, PrepFailed);
+    EXPECT_EQ(statusOf(PrepareMenuResource, menu.words({0x80, 1}).text(u"{T_Short}")), PrepFailed);
 }

@@ -1,6 +1,8 @@
 #include "wedge/ResourceRewriters.h"
 
 #include "tests/support/Rewritten.h"
+#include "wedge/DialogReader.h"
+#include "wedge/MenuReader.h"
 
 #include <gtest/gtest.h>
 
@@ -13,23 +15,22 @@ namespace {
 TemplateBuilder bundle(std::vector<std::u16string> strings) {
     strings.resize(16);
     TemplateBuilder resource;
-    for (const std::u16string& text : strings) {
-        resource.word(static_cast<unsigned>(text.size()));
-        for (const char16_t unit : text) resource.word(unit);
-    }
+    for (const std::u16string& text : strings) resource.word(static_cast<unsigned>(text.size())).units(text);
     return resource;
-}
-
-TemplateBuilder& record(TemplateBuilder& resource, unsigned message, const std::string& data) {
-    return resource.words({1001, message}).doubleWord(static_cast<std::uint32_t>(data.size())).bytes(data);
 }
 
 TemplateBuilder comboTexts(const std::string& first, const std::string& second) {
     TemplateBuilder resource;
-    record(resource, 0x143, first);
-    record(resource, 0x403, std::string("{T_Short}\0x", 11));
-    return record(resource, 0x143, second).word(0);
+    const auto record = [&](unsigned message, const std::string& data) {
+        resource.words({1001, message}).doubleWord(static_cast<std::uint32_t>(data.size())).bytes(data);
+    };
+    record(0x143, first);
+    record(0x403, std::string("{T_Short}\0x", 11));
+    record(0x143, second);
+    return resource.word(0);
 }
+
+const std::string end(1, '\0');
 
 // Flags, key and command of each entry, and a word to fill it.
 const TemplateBuilder table =
@@ -38,35 +39,21 @@ const TemplateBuilder table =
 } // namespace
 
 TEST(PrepareStringResource, ExpandsTheStringsOfABundle) {
-    const auto rewrite = [](const TemplateBuilder& strings) {
-        return rewriteWith(PrepareStringResource, strings.get());
-    };
-    EXPECT_EQ(rewrite(bundle({u"a", u"{T_Unknown}", u"{T_Empty}"})).status, PrepUnchanged);
-    EXPECT_TRUE(rewrite(bundle({u"<{T_Long}>", u"", u"{T_Short}", u"caf\u00E9"}))
-                    .is(bundle({u"<A longer translation>", u"", u"S", u"caf\u00E9"})));
+    EXPECT_EQ(statusOf(PrepareStringResource, bundle({u"a", u"{T_Unknown}", u"{T_Empty}"})), PrepUnchanged);
+    EXPECT_TRUE(replaces(PrepareStringResource, bundle({u"<{T_Long}>", u"", u"{T_Short}", u"caf\u00E9"}),
+                         bundle({u"<A longer translation>", u"", u"S", u"caf\u00E9"})));
     const std::u16string most(65535 - 8, u'x');
-    EXPECT_TRUE(rewrite(bundle({most + u"{T_Long}"})).is(bundle({most + u"A longer"})));
-}
-
-TEST(ResourceRewriters, FailWhereTheBytesEndTooSoonAndNeverReadOutsideThem) {
-    tryBroken(PrepareStringResource, bundle({u"a", u"{T_Short}", u"xyz"}).get());
-    tryBroken(PrepareAcceleratorResource, table.get());
-    const std::string end(1, '\0');
-    tryBroken(PrepareDialogInitResource, comboTexts("{T_Long}" + end, "b" + end).get());
-    EXPECT_EQ(rewriteWith(PrepareDialogInitResource, comboTexts("{T_Short}", end).get()).status, PrepFailed)
-        << "a text without its end";
-    void* block = nullptr;
-    EXPECT_EQ(PrepareStringResource(nullptr, &block), PrepNoInput);
-    EXPECT_EQ(PrepareDialogInitResource(nullptr, 0, &block), PrepNoInput);
+    EXPECT_TRUE(
+        rewriteWith(PrepareStringResource, bundle({most + u"{T_Long}"}).get()).is(bundle({most + u"A longer"}).get()));
 }
 
 TEST(PrepareAcceleratorResource, TakesTheKeyOfATranslationAndKeepsCommandAndMarks) {
-    EXPECT_TRUE(
-        rewriteWith(PrepareAcceleratorResource, table.get())
-            .is(TemplateBuilder().words({0x11, 0x75, 10, 0, 0x08, 'Y', 11, 0, 0x01, 0x78, 12, 0, 0x93, 0x75, 13, 0})));
+    const TemplateBuilder translated =
+        TemplateBuilder().words({0x11, 0x75, 10, 0, 0x08, 'Y', 11, 0, 0x01, 0x78, 12, 0, 0x93, 0x75, 13, 0});
+    EXPECT_TRUE(replaces(PrepareAcceleratorResource, table, translated));
     // No translation, one that is no tag, and one that is a tag of another kind.
     const TemplateBuilder untranslated = TemplateBuilder().words({1, 0x41, 1, 0, 1, 0x78, 2, 0, 0x81, 0x79, 3, 0});
-    EXPECT_EQ(rewriteWith(PrepareAcceleratorResource, untranslated.get()).status, PrepUnchanged);
+    EXPECT_EQ(statusOf(PrepareAcceleratorResource, untranslated), PrepUnchanged);
 }
 
 TEST(ToAccelArray, StopsAtTheEndMarkAndDropsIt) {
@@ -80,10 +67,19 @@ TEST(ToAccelArray, StopsAtTheEndMarkAndDropsIt) {
 }
 
 TEST(PrepareDialogInitResource, ExpandsTheTextsOfComboBoxesAlone) {
-    const std::string end(1, '\0');
-    EXPECT_EQ(rewriteWith(PrepareDialogInitResource, comboTexts("plain" + end, "{T_Empty}" + end).get()).status,
-              PrepUnchanged);
+    EXPECT_EQ(statusOf(PrepareDialogInitResource, comboTexts("plain" + end, "{T_Empty}" + end)), PrepUnchanged);
+    EXPECT_EQ(statusOf(PrepareDialogInitResource, comboTexts("{T_Short}", end)), PrepFailed)
+        << "a text without its end";
     // What follows the terminator goes, and the length tells of the text that is left.
-    EXPECT_TRUE(rewriteWith(PrepareDialogInitResource, comboTexts("{T_Long}" + end, "a {T_Two}" + end + end).get())
-                    .is(comboTexts("A longer translation" + end, "a SS" + end)));
+    EXPECT_TRUE(replaces(PrepareDialogInitResource, comboTexts("{T_Long}" + end, "a {T_Two}" + end + end),
+                         comboTexts("A longer translation" + end, "a SS" + end)));
+}
+
+TEST(ResourceRewriters, RefuseNull) {
+    void* block = nullptr;
+    EXPECT_EQ(PrepareDialogResource(nullptr, &block), PrepFailed);
+    EXPECT_EQ(PrepareMenuResource(nullptr, &block), PrepFailed);
+    EXPECT_EQ(PrepareStringResource(nullptr, &block), PrepNoInput);
+    EXPECT_EQ(PrepareDialogResource("", 0, nullptr), PrepFailed);
+    EXPECT_EQ(PrepareMenuResource("", 0, nullptr), PrepFailed);
 }

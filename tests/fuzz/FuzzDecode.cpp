@@ -4,19 +4,13 @@
 #include "tests/fuzz/Require.h"
 #include "wedge/CLanguageFile.h"
 
-#include <cctype>
+#include <charconv>
 #include <cstdint>
 
 namespace {
 
 bool isTrailByte(const std::string& s, std::size_t index) {
-    bool is_trail = false;
-    bool is_lead = false;
-    for (std::size_t i = 0; i <= index; ++i) {
-        is_trail = is_lead;
-        is_lead = !is_trail && IsDBCSLeadByte(static_cast<BYTE>(s[i]));
-    }
-    return is_trail;
+    return index > 0 && IsDBCSLeadByte(static_cast<BYTE>(s[index - 1])) && !isTrailByte(s, index - 1);
 }
 
 void replaceControl(std::string& s, const char* escape, char byte) {
@@ -27,11 +21,11 @@ void replaceControl(std::string& s, const char* escape, char byte) {
 
 void replaceHexadecimal(std::string& s) {
     for (auto hit = s.find("\\x"); hit != s.npos; hit = s.find("\\x", hit + 1)) {
-        if (isTrailByte(s, hit) || hit + 3 >= s.size()) continue;
-        const std::string digits = s.substr(hit + 2, 2);
-        const bool are_digits = std::isxdigit(static_cast<unsigned char>(digits[0])) &&
-                                std::isxdigit(static_cast<unsigned char>(digits[1]));
-        if (are_digits) s.replace(hit, 4, 1, static_cast<char>(std::stoi(digits, nullptr, 16)));
+        if (isTrailByte(s, hit) || hit + 4 > s.size()) continue;
+        unsigned char byte = 0;
+        const char* const digits = s.data() + hit + 2;
+        if (std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2)
+            s.replace(hit, 4, 1, static_cast<char>(byte));
     }
 }
 

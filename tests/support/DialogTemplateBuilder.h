@@ -25,18 +25,26 @@ class DialogTemplateBuilder {
 public:
     DialogTemplateBuilder(bool extended, DWORD style, const std::vector<DialogItem>& items,
                           std::u16string_view caption = u"Caption", unsigned points = 8,
-                          std::u16string_view face = u"MS Shell Dlg")
-        : m_extended(extended) {
-        if (extended) m_template.words({1, 0xFFFF}).doubleWord(0).doubleWord(0);
-        m_template.doubleWord(style);
-        if (!extended) m_template.doubleWord(0);
+                          std::u16string_view face = u"MS Shell Dlg") {
+        if (extended) m_template.words({1, 0xFFFF});
+        addStyle(extended, style);
         m_template.word(static_cast<unsigned>(items.size())).words({2, 4, 100, 50, 0, 0}).text(caption);
         if ((style & (extended ? DS_SETFONT | DS_FIXEDSYS : DS_SETFONT)) != 0) {
             m_template.word(points);
             if (extended) m_template.words({400, 0x0100});
             m_template.text(face);
         }
-        for (const DialogItem& item : items) add(item);
+        for (const DialogItem& item : items) {
+            addStyle(extended, item.style);
+            m_template.words({item.x, item.y, item.width, item.height, item.id & 0xFFFFU});
+            if (extended) m_template.word(item.id >> 16U);
+            if (item.windowClass.size() == 1) {
+                m_template.words({0xFFFF, item.windowClass[0]});
+            } else {
+                m_template.text(item.windowClass);
+            }
+            m_template.text(item.text).word(static_cast<unsigned>(item.creationData.size())).bytes(item.creationData);
+        }
     }
 
     [[nodiscard]] const TemplateBuilder& bytes() const { return m_template; }
@@ -45,21 +53,13 @@ public:
     }
 
 private:
-    void add(const DialogItem& item) {
+    /// With the extended style and, in the extended form, a help number, both of them 0.
+    void addStyle(bool extended, DWORD style) {
         m_template.align();
-        if (m_extended) m_template.doubleWord(0).doubleWord(0);
-        m_template.doubleWord(item.style);
-        if (!m_extended) m_template.doubleWord(0);
-        m_template.words({item.x, item.y, item.width, item.height, item.id & 0xFFFFU});
-        if (m_extended) m_template.word(item.id >> 16U);
-        if (item.windowClass.size() == 1) {
-            m_template.words({0xFFFF, item.windowClass[0]});
-        } else {
-            m_template.text(item.windowClass);
-        }
-        m_template.text(item.text).word(static_cast<unsigned>(item.creationData.size())).bytes(item.creationData);
+        if (extended) m_template.words({0, 0, 0, 0});
+        m_template.doubleWord(style);
+        if (!extended) m_template.doubleWord(0);
     }
 
-    bool m_extended;
     TemplateBuilder m_template;
 };

@@ -18,11 +18,12 @@ public:
         return *this;
     }
     TemplateBuilder& doubleWord(std::uint32_t value) { return word(value & 0xFFFFU).word(value >> 16U); }
-    /// With its terminator.
-    TemplateBuilder& text(std::u16string_view value) {
+    TemplateBuilder& units(std::u16string_view value) {
         for (const char16_t unit : value) word(unit);
-        return word(0);
+        return *this;
     }
+    /// With its terminator.
+    TemplateBuilder& text(std::u16string_view value) { return units(value).word(0); }
     TemplateBuilder& bytes(std::string_view value) {
         m_bytes += value;
         return *this;

@@ -1,0 +1,26 @@
+// One of the rewriters on any bytes. What it makes is a good resource, and it makes nothing of bytes in which nothing
+// can be replaced. The texts are those of the language file beside the programs.
+
+#include "tests/fuzz/Require.h"
+#include "tests/support/Rewritten.h"
+#include "wedge/CLanguageStore.h"
+#include "wedge/DialogReader.h"
+#include "wedge/MenuReader.h"
+#include "wedge/ResourceRewriters.h"
+
+#include <sanitizer/allocator_interface.h>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    // Without its language file a program would look at no replacement at all.
+    static const bool has_texts = GetLanguageString("T_Short") == "S";
+    require(has_texts);
+
+    const std::string_view resource(reinterpret_cast<const char*>(data), size);
+    const Rewritten first = rewriteWith(EQ_REWRITER, resource);
+    if (first.status != PrepReplaced) return 0;
+    constexpr std::string_view replaced_from = EQ_REPLACED_FROM;
+    require(resource.find_first_of(replaced_from) != resource.npos);
+    const auto* const made = reinterpret_cast<const char*>(first.block.get());
+    require(rewriteWith(EQ_REWRITER, {made, __sanitizer_get_allocated_size(made)}).status != PrepFailed);
+    return 0;
+}
