@@ -188,11 +188,12 @@ public:
 
     /// Switches the effect off and on, which must leave nothing of the audio before.
     void switchOff() {
+        const Stereo silence = {Samples(BlockSize), Samples(BlockSize)};
         for (AEffect* const each : {effect, twin}) {
             if (!each) continue;
             dispatch(each, effMainsChanged, 0, integer(), 0);
             dispatch(each, effMainsChanged, 0, 0, integer() | 1);
-            require(sameBits(render(each, noise(BlockSize)), silence(BlockSize)), "audio outlived the switching off");
+            require(sameBits(render(each, noise(BlockSize)), silence), "audio outlived the switching off");
         }
         isModerate = oneIn(2);
     }
