@@ -18,7 +18,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 using Instances = std::array<std::unique_ptr<Instance>, 4>;
 
@@ -117,8 +116,8 @@ int main(int argc, char** argv) {
     std::cout << "seed " << options["--seed"] << std::endl;
     choices().seed(static_cast<std::uint32_t>(options["--seed"]));
     const TemporaryFolder folder;
-    const std::string library = folder.path(fs::path(EQ_LIBRARY_PATH).filename().string());
-    fs::copy_file(EQ_LIBRARY_PATH, library);
+    const std::string library = folder.path(std::filesystem::path(EQ_LIBRARY_PATH).filename().string());
+    std::filesystem::copy_file(EQ_LIBRARY_PATH, library);
     std::thread(watch).detach();
     for (; goesOn(); ++rounds) {
         breakAndMend(library, folder);

@@ -51,11 +51,14 @@ inline std::string textOf(AEffect* effect, int32 opcode, int32 index) {
     return text.substr(0, length);
 }
 
+/// An editor's grid goes on beyond the ends of its sliders, up to here.
+inline constexpr float EndOfGrid = 1e7f;
+
 /// What the effects call. It answers anything, and now and then calls back into the effect from within.
 inline intptr hostileCallback(AEffect* effect, int32 opcode, int32 index, intptr value, void* ptr, float opt) {
     require(value == 0 && ptr == nullptr, "a call to the host has arguments that it must not have");
     if (opcode == audioMasterVersion) return INT32_MIN;
-    require(opcode == audioMasterAutomate && effect && isParameter(index) && std::isfinite(opt),
+    require(opcode == audioMasterAutomate && effect && isParameter(index) && std::abs(opt) <= EndOfGrid,
             "an effect tells its host of something else than a change");
     require(!effect->user, "an editor changed a parameter that nobody had touched");
     static thread_local unsigned calls = 0;
@@ -129,7 +132,9 @@ public:
         // Two inputs and two outputs at any alignment, with samples around each that nobody may write to.
         const std::size_t stride = length + 16 + below(16);
         Samples memory(4 * stride + 16);
-        std::ranges::generate(memory, [size] { return sample() * size; });
+        static const Samples sounds = noise(1 << 19)[0];
+        const auto sound = sounds.begin() + between(0, 1 << 16);
+        std::transform(sound, sound + std::ssize(memory), memory.begin(), [size](float x) { return x * size; });
         float* channels[4];
         for (std::size_t i = 0; i < 4; ++i) channels[i] = &memory[(i + 1) * stride - length];
         float** const outputs = oneIn(2) ? channels : channels + 2;
