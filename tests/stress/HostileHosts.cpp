@@ -75,7 +75,7 @@ void useAtOnce(const Host& host, const Instances& instances) {
             do {
                 if (self < 2) {
                     instances[2 * below(2) + self]->processBlock();
-                } else if (oneIn(1000)) {
+                } else if (oneIn(200)) {
                     host.tryEffect();
                 } else {
                     oneOf(instances)->useParameters();

@@ -51,14 +51,12 @@ inline std::string textOf(AEffect* effect, int32 opcode, int32 index) {
     return text.substr(0, length);
 }
 
-/// An editor's grid goes on beyond the ends of its sliders, up to here.
-inline constexpr float EndOfGrid = 1e7f;
-
 /// What the effects call. It answers anything, and now and then calls back into the effect from within.
 inline intptr hostileCallback(AEffect* effect, int32 opcode, int32 index, intptr value, void* ptr, float opt) {
     require(value == 0 && ptr == nullptr, "a call to the host has arguments that it must not have");
     if (opcode == audioMasterVersion) return INT32_MIN;
-    require(opcode == audioMasterAutomate && effect && isParameter(index) && std::abs(opt) <= EndOfGrid,
+    // An editor's grid goes on beyond the ends of its sliders.
+    require(opcode == audioMasterAutomate && effect && isParameter(index) && std::abs(opt) <= 1e7f,
             "an effect tells its host of something else than a change");
     require(!effect->user, "an editor changed a parameter that nobody had touched");
     static thread_local unsigned calls = 0;
@@ -125,8 +123,8 @@ public:
 
     /// Runs a block through, separate or in place, replacing or adding, and looks at all that came of it.
     void processBlock() {
-        constexpr float Sizes[] = {1.0f, 0.0f, 1e-38f, FLT_MAX, INFINITY, NAN};
-        const float size = Sizes[below(isModerate ? 3 : 6)];
+        constexpr float Sizes[] = {1.0f, 1.0f, 0.0f, 1e-38f, FLT_MAX, INFINITY, NAN};
+        const float size = Sizes[below(isModerate ? 4 : 7)];
         const int32 lengths[] = {between(0, 64), between(1, 5) * BlockSize + between(-2, 2), between(0, 100000)};
         const auto length = static_cast<std::size_t>(oneOf(lengths));
         // Two inputs and two outputs at any alignment, with samples around each that nobody may write to.
@@ -217,10 +215,11 @@ private:
         counts.samples += length;
     }
 
-    /// What an effect makes of audio, in calls of any lengths.
+    /// What an effect makes of audio, in few calls or in many.
     static Stereo render(AEffect* effect, Stereo audio) {
+        const std::size_t longest = oneIn(2) ? 70000 : 70;
         for (std::size_t done = 0, count = 0; done < audio[0].size(); done += count) {
-            count = std::min(audio[0].size() - done, below(oneIn(2) ? 70000 : 70) + 1);
+            count = std::min(audio[0].size() - done, below(longest) + 1);
             float* channels[] = {&audio[0][done], &audio[1][done]};
             call(effect->processReplacing, effect, channels, channels, count);
         }
