@@ -11,6 +11,7 @@
 #include <cmath>
 #include <memory>
 #include <random>
+#include <string>
 
 namespace {
 
@@ -125,6 +126,18 @@ TEST(PlainKernel, PeakSectionHasTheWorkedImpulseResponse) {
     runPeakSection(buffer, 6, -0.989867472780, -0.931184116890, 3.16227766017, &s1, &s2);
     const float expected[] = {1.07440F, 0.14222F, 0.12820F, 0.11263F, 0.09593F, 0.07850F};
     for (int i = 0; i < 6; ++i) EXPECT_NEAR(buffer[i], expected[i], 6e-6) << i;
+}
+
+TEST(KernelChoice, TakesTheLastOfTheAvailableKernelsAndAlwaysHasThePlainOne) {
+    EXPECT_EQ(availableKernels().front(), &plainKernel);
+    EXPECT_EQ(availableKernels().back(), &fastestKernel());
+#ifdef __SSE2__
+    EXPECT_GE(availableKernels().size(), 2U);
+#endif
+#ifdef __i386__
+    for (const BlockKernel* kernel : availableKernels())
+        EXPECT_EQ(std::string(kernel->name).find("AVX"), std::string::npos);
+#endif
 }
 
 // Streams of every kind against the model, to the last bit.

@@ -26,14 +26,11 @@ fs::path libraryFile() {
 
 class LibraryTexts : public testing::Test {
 protected:
-    LibraryTexts() { fs::copy_file(libraryFile(), libraryCopy()); }
-
-    fs::path libraryCopy() const { return folder.path() / libraryFile().filename(); }
-
-    /// The copy, loaded with the language as the override.
+    /// A copy in the folder, loaded with the language as the override.
     LoadedLibrary load(WORD language) const {
         const LanguageSettings settings(language, 1033);
-        return LoadedLibrary(libraryCopy().string());
+        fs::copy(libraryFile(), folder.path());
+        return LoadedLibrary(folder.path(libraryFile().filename().string()));
     }
 
     static std::string display(const LoadedLibrary& library, int32 index, float p) {

@@ -6,11 +6,9 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <cerrno>
 #include <csignal>
 #include <cstddef>
 #include <dlfcn.h>
-#include <initializer_list>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <pthread.h>
@@ -27,37 +25,31 @@ namespace {
 
 /// Whether this thread is inside a call of the effect's processing.
 thread_local bool processing = false;
-std::atomic<int> allocations_seen = 0;
-std::atomic<int> locks_seen = 0;
-std::atomic<int> system_calls_seen = 0;
+std::atomic<int> allocations_seen = 0, locks_seen = 0, system_calls_seen = 0;
 
 void note(std::atomic<int>& seen) {
     if (processing) ++seen;
 }
 
 /// Stands for the system call that the kernel did not make: for the thread's own end it does not matter.
-void onSystemCall(int, siginfo_t*, void*) {
+void onSystemCall(int) {
     note(system_calls_seen);
 }
 
 /// From here on no system call of this thread is made by which it could wait, or take or give back memory.
 void refuseSystemCalls() {
-    struct sigaction action {};
-    action.sa_sigaction = onSystemCall;
-    action.sa_flags = SA_SIGINFO;
-    sigaction(SIGSYS, &action, nullptr);
-
-    const std::initializer_list<unsigned> refused = {
+    std::signal(SIGSYS, onSystemCall);
+    constexpr unsigned Refused[] = {
         SYS_futex, SYS_mmap, SYS_munmap, SYS_mremap, SYS_brk,   SYS_read,      SYS_write,           SYS_openat,
         SYS_close, SYS_poll, SYS_ppoll,  SYS_select, SYS_ioctl, SYS_nanosleep, SYS_clock_nanosleep, SYS_sched_yield};
     std::vector<sock_filter> program = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr))};
-    for (const unsigned number : refused) {
+    for (const unsigned number : Refused) {
         program.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, number, 0, 1));
         program.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_TRAP));
     }
     program.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
     const sock_fprog filter = {static_cast<unsigned short>(program.size()), program.data()};
-    ASSERT_EQ(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
+    prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
     ASSERT_EQ(prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter), 0);
 }
 
@@ -78,8 +70,7 @@ void free(void* block) {
     __libc_free(block);
 }
 int pthread_mutex_lock(pthread_mutex_t* mutex) {
-    using Lock = int (*)(pthread_mutex_t*);
-    static const auto real = reinterpret_cast<Lock>(dlsym(RTLD_NEXT, "pthread_mutex_lock"));
+    static const auto real = reinterpret_cast<decltype(&pthread_mutex_lock)>(dlsym(RTLD_NEXT, "pthread_mutex_lock"));
     note(locks_seen);
     return real(mutex);
 }

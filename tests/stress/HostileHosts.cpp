@@ -1,49 +1,31 @@
 // A bad host: drives the library through its record as hosts are allowed to, but in ways in which few do, from several
 // threads, and looks at everything that the record promises.
 //
-//   hostile-hosts [--seconds N | --steps N] [--seed N]
+//   hostile-hosts [--seconds N] [--steps N] [--seed N]
 //
 // Runs in rounds. Each breaks a language file, mends it, loads the library and lets the threads at it. Exits with 1 at
 // the first thing that is wrong, and with 3 if something hangs. A seed gives each thread the same decisions again;
 // --steps counts those of the main thread.
 
-#include "tests/stress/Host.h"
+#include "tests/stress/Choices.h"
+#include "tests/stress/Instance.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <chrono>
+#include <iostream>
 #include <sstream>
 #include <thread>
 
 namespace {
 
-namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
+using Instances = std::array<std::unique_ptr<Instance>, 4>;
 
-constexpr std::uint64_t StepsOfARound = 150;
-/// Each round's sequences of decisions.
-constexpr std::uint64_t TracksOfARound = 8;
+constexpr int TurnsOfARound = 5;
+constexpr int StepsOfATurn = 30;
 
-struct Options {
-    Clock::time_point end = Clock::now() + std::chrono::seconds(5);
-    std::uint64_t steps = UINT64_MAX;
-};
-
-bool parse(int argc, char** argv, Options& options) {
-    for (int i = 1; i + 1 < argc; i += 2) {
-        const std::string name = argv[i];
-        const std::uint64_t value = std::strtoull(argv[i + 1], nullptr, 10);
-        if (name == "--seconds") {
-            options.end = Clock::now() + std::chrono::seconds(value);
-        } else if (name == "--steps") {
-            options = {Clock::time_point::max(), value};
-        } else if (name == "--seed") {
-            seedOfRun = value;
-        } else {
-            return false;
-        }
-    }
-    return argc % 2 == 1;
-}
+constexpr std::uint64_t Endless = 1'000'000'000;
+std::map<std::string, std::uint64_t> options = {{"--seconds", Endless}, {"--steps", Endless}, {"--seed", 1}};
 
 std::atomic<std::uint64_t> rounds = 0;
 
@@ -55,99 +37,93 @@ std::atomic<std::uint64_t> rounds = 0;
     }
 }
 
-/// Breaks the texts of a language file. Gives whether in a way that no reader lets pass.
-bool breakTexts(std::string& texts, Choices& choices) {
-    constexpr const char* NeverAllowed[] = {"\nno equals sign here\n", "\n<CODEPAGE 1252\n", "\n<NONSENSE> = 1\n",
-                                            "\n<CODEPAGE 932>\n", "\n[Parametric Equalizer]\nIDS_DB\n"};
-    ++counts.brokenFiles;
-    if (choices.oneIn(2)) {
-        texts += choices.of(NeverAllowed);
-        return true;
-    }
-    for (std::size_t i = choices.below(8); i > 0; --i)
-        texts[choices.below(texts.size())] = static_cast<char>(choices.next());
-    if (choices.oneIn(4)) texts.resize(choices.below(texts.size()));
-    // A unit word that goes ahead of the file's own.
-    const std::string unit(choices.below(60), choices.oneIn(2) ? 'x' : '\xE9');
-    texts.insert(0, "[Parametric Equalizer]\nIDS_DB = " + unit + "\n");
-    return false;
-}
-
-/// Makes an effect if one is given, and shows all its texts.
-bool makesEffect(const Host& host) {
-    AEffect* const effect = host.make();
-    if (!effect) return false;
-    for (int32 i = 0; i < ParameterCount; ++i) textOf(effect, effGetParamDisplay, i);
-    dispatch(effect, effClose, 1);
-    return true;
+bool goesOn() {
+    static const Clock::time_point end = Clock::now() + std::chrono::seconds(options["--seconds"]);
+    return options["--steps"] > 0 && Clock::now() < end;
 }
 
 /// Loads the library beside a broken language file, and goes on when it is mended.
-void breakAndMend(const std::string& library, const TemporaryFolder& folder, Choices choices) {
+void breakAndMend(const std::string& library, const TemporaryFolder& folder) {
     std::stringstream whole;
     whole << std::ifstream(EQ_LANGUAGE_FILE, std::ios::binary).rdbuf();
     std::string texts = whole.str();
-    const bool isSure = breakTexts(texts, choices);
+    const bool isSurelyBroken = oneIn(2);
+    if (isSurelyBroken) {
+        texts += "\nno equals sign here\n";
+    } else {
+        for (std::size_t i = below(8); i > 0; --i) texts[below(texts.size())] = static_cast<char>(integer());
+        // A unit word that goes ahead of the file's own.
+        texts.insert(0, "[Parametric Equalizer]\nIDS_DB = " + std::string(below(60), oneIn(2) ? 'x' : '\xE9') + "\n");
+    }
     folder.write("Equalizer1033.lng", texts);
+    ++counts.brokenFiles;
     const Host host(library);
     for (int i = 0; i < 2; ++i)
-        require(!makesEffect(host) || !isSure, "main gave an effect beside a broken language file");
+        require(!host.tryEffect() || !isSurelyBroken, "main gave an effect beside a broken language file");
     folder.write("Equalizer1033.lng", whole.str());
-    require(makesEffect(host) || !isSure, "main gave no effect when the language file was mended");
+    require(host.tryEffect() || !isSurelyBroken, "main gave no effect when the language file was mended");
 }
 
-/// Lets the threads at the library. Gives the steps that the main thread made.
-std::uint64_t playHost(const std::string& library, const Options& options, std::uint64_t steps, std::uint64_t track) {
-    Host host(library);
-    const int windowsBefore = host.windows->all();
-    Choices first(track, 0);
-    for (Instance& instance : host.instances) begin(host, instance, first);
+/// Lets the threads at the instances: two that process, each half of them, two that set and read parameters, and this
+/// one.
+void useAtOnce(const Host& host, const Instances& instances) {
     std::atomic<bool> isOver = false;
     std::vector<std::thread> threads;
-    for (const User user : {Audio, Audio, Control1, Control2})
-        threads.emplace_back([&host, &isOver, user, sequence = ++track] {
-            for (std::uint64_t i = 0; !isOver; ++i) {
-                Choices choices(sequence, i);
-                user == Audio ? stepAsAudio(host, choices) : stepAsControl(host, user, choices);
+    for (std::size_t self = 0; self < 4; ++self)
+        threads.emplace_back([&, self, seed = choices()()] {
+            choices().seed(seed);
+            do {
+                if (self < 2) {
+                    instances[2 * below(2) + self]->processBlock();
+                } else if (oneIn(200)) {
+                    host.tryEffect();
+                } else {
+                    oneOf(instances)->useParameters();
+                }
                 std::this_thread::yield();
-            }
+            } while (!isOver);
         });
-    std::uint64_t done = 0;
-    ++track;
-    while (++done < StepsOfARound && steps + done < options.steps && Clock::now() < options.end) {
-        Choices choices(track, done);
-        stepAsMain(host, choices);
-    }
+    for (int i = 0; i < StepsOfATurn && goesOn(); ++i, --options["--steps"]) instances[below(4)]->command();
     isOver = true;
     for (std::thread& thread : threads) thread.join();
-    for (Instance& instance : host.instances) end(host, instance);
-    require(host.windows->all() == windowsBefore, "windows are left over");
-    return done;
+}
+
+void playHost(const std::string& library) {
+    const Host host(library);
+    const std::size_t windowsBefore = host.windows.all ? host.windows.all() : 0;
+    {
+        Instances instances;
+        for (int turn = 0; turn < TurnsOfARound && goesOn(); ++turn) {
+            for (auto& instance : instances) {
+                if (!instance || oneIn(4)) instance = std::make_unique<Instance>(host, &instance == &instances[0]);
+                if (oneIn(2)) instance->changeBlockSize();
+                if (oneIn(2)) instance->switchOff();
+            }
+            useAtOnce(host, instances);
+        }
+    }
+    require(!host.windows.all || host.windows.all() == windowsBefore, "windows are left over");
 }
 
 } // namespace
 
-int main(int argc, char** argv) {
-    Options options;
-    if (!parse(argc, argv, options)) {
-        std::cerr << "usage: hostile-hosts [--seconds N | --steps N] [--seed N]\n";
+int main(int argc, char** argv) { // NOLINT(bugprone-exception-escape): which ends it, and tells why
+    for (int i = 1; i + 1 < argc; i += 2) options[argv[i]] = std::strtoull(argv[i + 1], nullptr, 10);
+    if (argc % 2 == 0 || options.size() != 3) {
+        std::cerr << "usage: hostile-hosts [--seconds N] [--steps N] [--seed N]\n";
         return 64;
     }
-    std::cout << "seed " << seedOfRun << std::endl;
-    try {
-        const TemporaryFolder folder;
-        const std::string library = folder.path(fs::path(EQ_LIBRARY_PATH).filename().string());
-        fs::copy_file(EQ_LIBRARY_PATH, library);
-        std::thread(watch).detach();
-        for (std::uint64_t steps = 0; steps < options.steps && Clock::now() < options.end; ++rounds) {
-            const std::uint64_t track = rounds * TracksOfARound;
-            breakAndMend(library, folder, Choices(track, 0));
-            steps += playHost(library, options, steps, track + 1);
-        }
-    } catch (const std::exception& error) {
-        violation(error.what());
+    std::cout << "seed " << options["--seed"] << std::endl;
+    choices().seed(static_cast<std::uint32_t>(options["--seed"]));
+    const TemporaryFolder folder;
+    const std::string library = folder.path(std::filesystem::path(EQ_LIBRARY_PATH).filename().string());
+    std::filesystem::copy_file(EQ_LIBRARY_PATH, library);
+    std::thread(watch).detach();
+    for (; goesOn(); ++rounds) {
+        breakAndMend(library, folder);
+        playHost(library);
     }
     std::cout << counts.blocks << " blocks, " << counts.samples << " samples, " << counts.editors << " editors, "
               << counts.loads << " loads, " << counts.brokenFiles << " broken files" << std::endl;
-    if (counts.samples == 0 || counts.editors == 0) violation("of some kind nothing was done");
+    require(counts.samples > 0 && counts.editors > 0, "of some kind nothing was done");
 }

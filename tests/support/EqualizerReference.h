@@ -37,10 +37,6 @@ inline Stereo noise(std::size_t frames, unsigned seed = 1) {
     return {std::move(first), noise(random, frames)};
 }
 
-inline Stereo silence(std::size_t frames) {
-    return {Samples(frames), Samples(frames)};
-}
-
 /// An engine for each channel, set alike.
 class ReferencePair {
 public:

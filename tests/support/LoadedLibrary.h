@@ -2,7 +2,7 @@
 
 #include "platform/win32.h"
 
-#include <algorithm>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 
@@ -13,46 +13,33 @@
 /// A library that is loaded while this object lives. Throws std::runtime_error if it cannot be.
 class LoadedLibrary {
 public:
-#ifdef _WIN32
-    explicit LoadedLibrary(std::string path) {
-        std::replace(path.begin(), path.end(), '/', '\\');
-        handle = LoadLibraryA(path.c_str());
+    explicit LoadedLibrary(const std::string& path)
+        : handle(load(std::filesystem::path(path).make_preferred().string().c_str())) {
         if (!handle) throw std::runtime_error("cannot load " + path);
     }
-    ~LoadedLibrary() {
-        FreeLibrary(handle);
-    }
-
-    [[nodiscard]] HMODULE module() const {
-        return handle;
-    }
-
-    template <typename Function>
-    [[nodiscard]] Function find(const char* name) const {
-        return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(handle, name)));
-    }
-
-private:
-    HMODULE handle;
-#else
-    explicit LoadedLibrary(const std::string& path) : handle(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
-        if (!handle) throw std::runtime_error(dlerror());
-    }
-    ~LoadedLibrary() {
-        dlclose(handle);
-    }
+    ~LoadedLibrary() { unload(handle); }
+    LoadedLibrary(const LoadedLibrary&) = delete;
+    LoadedLibrary& operator=(const LoadedLibrary&) = delete;
 
     /// The export of that name, or null.
     template <typename Function>
     [[nodiscard]] Function find(const char* name) const {
-        return reinterpret_cast<Function>(dlsym(handle, name));
+        return reinterpret_cast<Function>(reinterpret_cast<void*>(symbol(handle, name)));
     }
 
-private:
-    void* handle;
-#endif
+    [[nodiscard]] auto module() const { return handle; }
 
-public:
-    LoadedLibrary(const LoadedLibrary&) = delete;
-    LoadedLibrary& operator=(const LoadedLibrary&) = delete;
+private:
+#ifdef _WIN32
+    static inline const auto load = LoadLibraryA;
+    static inline const auto unload = FreeLibrary;
+    static inline const auto symbol = GetProcAddress;
+#else
+    static void* load(const char* path) {
+        return dlopen(path, RTLD_NOW | RTLD_LOCAL);
+    }
+    static inline const auto unload = dlclose;
+    static inline const auto symbol = dlsym;
+#endif
+    const decltype(load("")) handle;
 };

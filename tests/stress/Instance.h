@@ -1,0 +1,270 @@
+#pragma once
+
+#include "plugin/AEffect.h"
+#include "tests/stress/Choices.h"
+#include "tests/stress/HostWindows.h"
+#include "tests/support/EqualizerReference.h"
+#include "tests/support/LoadedLibrary.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <iostream>
+#include <map>
+#include <string>
+
+/// What was done, by kind.
+struct Counts {
+    std::atomic<std::uint64_t> blocks, samples, editors, loads, brokenFiles;
+};
+inline Counts counts{};
+
+/// Tells what was wrong, and ends the program.
+[[noreturn]] inline void violation(const std::string& what, int status = 1) {
+    std::cout << "VIOLATION: " << what << std::endl;
+    std::_Exit(status);
+}
+
+inline void require(bool holds, const char* what) {
+    if (!holds) violation(what);
+}
+
+/// Sends a command that has this answer.
+inline void dispatch(AEffect* effect, int32 opcode, intptr answer, int32 index = 0, intptr value = 0,
+                     void* ptr = nullptr, float opt = 0.0f) {
+    const intptr found = effect->dispatcher(effect, opcode, index, value, ptr, opt);
+    if (found != answer) violation("opcode " + std::to_string(opcode) + " was answered with " + std::to_string(found));
+}
+
+inline bool isParameter(int32 index) {
+    return index >= 0 && index < ParameterCount;
+}
+
+/// Asks for a text by one of the opcodes, and looks at the buffer. The longest text has 27 characters and an end.
+inline std::string textOf(AEffect* effect, int32 opcode, int32 index) {
+    const std::string untouched(64, '#');
+    std::string text = untouched;
+    dispatch(effect, opcode, 0, index, 0, text.data());
+    const std::size_t length = text.find('\0');
+    require(isParameter(index) ? length < 28 && text.ends_with(untouched.substr(28)) : text == untouched,
+            "a text buffer is not as it should be");
+    return text.substr(0, length);
+}
+
+/// What the effects call. It answers anything, and now and then calls back into the effect from within.
+inline intptr hostileCallback(AEffect* effect, int32 opcode, int32 index, intptr value, void* ptr, float opt) {
+    require(value == 0 && ptr == nullptr, "a call to the host has arguments that it must not have");
+    if (opcode == audioMasterVersion) return INT32_MIN;
+    // An editor's grid goes on beyond the ends of its sliders.
+    require(opcode == audioMasterAutomate && effect && isParameter(index) && std::abs(opt) <= 1e7f,
+            "an effect tells its host of something else than a change");
+    require(!effect->user, "an editor changed a parameter that nobody had touched");
+    static thread_local unsigned calls = 0;
+    const unsigned turn = ++calls % 16;
+    if (turn == 0) dispatch(effect, effEditClose, 0);
+    if (turn == 1) dispatch(effect, effEditIdle, 0);
+    if (turn == 2) effect->setParameter(effect, index, 0.5f);
+    textOf(effect, effGetParamDisplay, index);
+    return INT32_MAX;
+}
+
+/// The library as a host has it loaded.
+struct Host {
+    explicit Host(const std::string& path) : library(path) { ++counts.loads; }
+
+    [[nodiscard]] AEffect* make() const { return library.find<EffectMainProc>("main")(hostileCallback); }
+
+    /// Makes an effect, sets it to anything, asks for its texts, and ends it. Gives whether there was one.
+    bool tryEffect() const {
+        AEffect* const effect = make();
+        if (!effect) return false;
+        for (int32 i = 0; i < ParameterCount; ++i) {
+            const float value = number();
+            effect->setParameter(effect, i, value);
+            const float kept = effect->getParameter(effect, i);
+            require(std::isnan(value) ? std::isnan(kept) : kept == value, "a parameter is not what was set");
+            textOf(effect, effGetParamDisplay, i);
+        }
+        dispatch(effect, effClose, 1);
+        return true;
+    }
+
+    const LoadedLibrary library;
+#ifdef _WIN32
+    const HostWindows& windows = *hostWindows();
+#else
+    const HostWindows& windows = *library.find<decltype(&hostWindows)>("hostWindows")();
+#endif
+};
+
+/// An effect, and a window for its editor.
+class Instance {
+public:
+    /// A steady one keeps its parameters, and has to sound like a twin on which nothing else is done.
+    Instance(const Host& owner, bool isSteady) : host(owner), twin(isSteady ? host.make() : nullptr) {
+        if (!twin) return;
+        effect->user = this; // by which the callback knows it
+        for (int32 i = 0; i < ParameterCount; ++i) {
+            const float value = std::abs(sample());
+            for (AEffect* const each : {effect, twin}) each->setParameter(each, i, value);
+        }
+    }
+    /// Be its editor open or not.
+    ~Instance() {
+        dispatch(effect, effClose, 1);
+        requireEditors(0);
+        host.windows.destroy(window);
+        if (twin) dispatch(twin, effClose, 1);
+    }
+    Instance(const Instance&) = delete;
+    Instance& operator=(const Instance&) = delete;
+
+    // What a host does at the same time: each of these on one thread, but the last on any number.
+
+    /// Runs a block through, separate or in place, replacing or adding, and looks at all that came of it.
+    void processBlock() {
+        constexpr float Sizes[] = {1.0f, 1.0f, 0.0f, 1e-38f, FLT_MAX, INFINITY, NAN};
+        const float size = Sizes[below(isModerate ? 4 : 7)];
+        const int32 lengths[] = {between(0, 64), between(1, 5) * BlockSize + between(-2, 2), between(0, 100000)};
+        const auto length = static_cast<std::size_t>(oneOf(lengths));
+        // Two inputs and two outputs at any alignment, with samples around each that nobody may write to.
+        const std::size_t stride = length + 16 + below(16);
+        Samples memory(4 * stride + 16);
+        static const Samples sounds = noise(1 << 19)[0];
+        const auto sound = sounds.begin() + between(0, 1 << 16);
+        std::transform(sound, sound + std::ssize(memory), memory.begin(), [size](float x) { return x * size; });
+        float* channels[4];
+        for (std::size_t i = 0; i < 4; ++i) channels[i] = &memory[(i + 1) * stride - length];
+        float** const outputs = oneIn(2) ? channels : channels + 2;
+        const auto stereo = [&](float** from) {
+            return Stereo{Samples(from[0], from[0] + length), Samples(from[1], from[1] + length)};
+        };
+
+        const Samples before = memory;
+        const Stereo input = stereo(channels);
+        const Stereo present = stereo(outputs);
+        const bool adds = oneIn(3);
+        call(adds ? effect->process : effect->processReplacing, effect, channels, outputs, length);
+        const Stereo result = stereo(outputs);
+        for (std::size_t i = 0; i < 2; ++i) std::ranges::copy(present[i], outputs[i]);
+        require(firstDifference(memory, before) == -1, "more was written to than the outputs");
+        for (const Samples& channel : result)
+            require(!isModerate || std::ranges::all_of(channel, [](float x) { return std::isfinite(x); }),
+                    "an output is not finite");
+        if (!twin) return;
+        Stereo expected = render(twin, input);
+        for (std::size_t i = 0; adds && i < 2; ++i)
+            std::ranges::transform(present[i], expected[i], expected[i].begin(), std::plus<>());
+        require(sameBits(result, expected), "an effect does not sound like its quiet twin");
+    }
+
+    /// What the main thread has to itself: editors and commands.
+    void command() {
+        host.windows.pump();
+        const std::size_t action = below(13);
+        if (action < 3) return openEditor();
+        if (action < 6) return dispatch(effect, effEditIdle, 0);
+        if (action < 8) return sendAny();
+        if (action == 8) return measure();
+        if (action == 9) {
+            host.windows.destroy(window); // from under the editor
+            window = host.windows.make();
+        }
+        dispatch(effect, effEditClose, 0);
+        requireEditors(0);
+    }
+
+    void useParameters() {
+        const int32 index = oneIn(8) ? integer() : between(-1, ParameterCount);
+        const float value = oneIn(4) ? number() : sample();
+        if (!twin && oneIn(3)) return effect->setParameter(effect, index, value);
+        const float found = effect->getParameter(effect, index);
+        require(isParameter(index) || found == 0.0f, "a parameter that there is not has a value");
+        require(!twin || found == twin->getParameter(twin, index), "a parameter did not stay as it was set");
+        for (const int32 opcode : {effGetParamName, effGetParamLabel, effGetParamDisplay}) {
+            const std::string text = textOf(effect, opcode, index);
+            require(!twin || text == textOf(twin, opcode, index), "two effects show a value in different ways");
+        }
+    }
+
+    // What a host does while it calls nothing else.
+
+    /// Switches the effect off and on, which must leave nothing of the audio before.
+    void switchOff() {
+        const Stereo silence = {Samples(BlockSize), Samples(BlockSize)};
+        for (AEffect* const each : {effect, twin}) {
+            if (!each) continue;
+            dispatch(each, effMainsChanged, 0, integer(), 0);
+            dispatch(each, effMainsChanged, 0, 0, integer() | 1);
+            require(sameBits(render(each, noise(BlockSize)), silence), "audio outlived the switching off");
+        }
+        isModerate = oneIn(2);
+    }
+
+    /// To sizes that the machine has the memory for, and those that none has.
+    void changeBlockSize() {
+        constexpr int32 Sizes[] = {INT32_MIN, -1, 0, 1, 7, 2048, 65536, 1 << 22, sizeof(void*) == 4 ? INT32_MAX : 1};
+        dispatch(effect, effSetBlockSize, 0, integer(), oneOf(Sizes));
+        dispatch(effect, effSetBlockSizeAndSampleRate, 1, 0, oneOf(Sizes), nullptr, number());
+    }
+
+private:
+    static void call(AEffectProcessProc process, AEffect* effect, float** inputs, float** outputs, std::size_t length) {
+        process(effect, inputs, outputs, static_cast<int32>(length));
+        ++counts.blocks;
+        counts.samples += length;
+    }
+
+    /// What an effect makes of audio, in few calls or in many.
+    static Stereo render(AEffect* effect, Stereo audio) {
+        const std::size_t longest = oneIn(2) ? 70000 : 70;
+        for (std::size_t done = 0, count = 0; done < audio[0].size(); done += count) {
+            count = std::min(audio[0].size() - done, below(longest) + 1);
+            float* channels[] = {&audio[0][done], &audio[1][done]};
+            call(effect->processReplacing, effect, channels, channels, count);
+        }
+        return audio;
+    }
+
+    void requireEditors(int count) const {
+        require(host.windows.children(window) == count, "a host's window has not the editors that it should");
+    }
+
+    void openEditor() {
+        const bool isOrphan = oneIn(8);
+        dispatch(effect, effEditOpen, 1, integer(), integer(), isOrphan ? nullptr : window);
+        requireEditors(isOrphan ? 0 : 1);
+        counts.editors += !isOrphan;
+    }
+
+    void measure() {
+        ERect* rect = nullptr;
+        dispatch(effect, effEditGetRect, 1, 0, 0, &rect);
+        require(rect && rect->bottom > 100 && rect->right > 100, "an editor has no size");
+    }
+
+    /// A command with arguments of any kind; its pointer leads nowhere, and no such command follows it. Those that end
+    /// the effect, have to do with its window or its audio, or fill a buffer are apart.
+    void sendAny() {
+        const int32 opcode = oneIn(8) ? integer() : between(-2, 70);
+        if (opcode == effClose || (opcode >= effSetProgramName && opcode <= effGetParamName) ||
+            (opcode >= effSetBlockSize && opcode <= effEditClose) || opcode == effSetBlockSizeAndSampleRate)
+            return;
+        const int32 value = integer();
+        void* const nowhere = reinterpret_cast<void*>(below(3));
+        dispatch(effect, opcode, answers[opcode], integer(), value, nowhere, number());
+        if (opcode == effSetProgram && value < 1) answers[effGetProgram] = value;
+    }
+
+    const Host& host;
+    AEffect* const effect = host.make();
+    AEffect* const twin;
+    void* window = host.windows.make();
+    /// Whether only audio of moderate size goes in until the next switching off: then what comes out is finite.
+    bool isModerate = true;
+    /// To the opcodes that are not answered with 0.
+    std::map<int32, intptr> answers = {
+        {effIdentify, EffectIdentity}, {effCanBeAutomated, 1}, {effGetNumProgramCategories, 1},
+        {effConnectInput, 1},          {effConnectOutput, 1},  {effKeysRequired, 1},
+        {effGetVstVersion, 2}};
+};
