@@ -1,5 +1,6 @@
 #include "wedge/CLanguageStore.h"
 
+#include "plugin/DisplayText.h"
 #include "support/LanguageText.h"
 #include "tests/support/AnsiCodepage.h"
 #include "tests/support/LanguageSettings.h"
@@ -143,6 +144,20 @@ TEST_F(StoreInstance, AnswersForTheLibrarysOwnModuleInTheLanguageOfTheOverride) 
     EXPECT_STREQ(LanguageText("empty", nullptr).narrow(), "");
     EXPECT_STREQ(LanguageText("{missing} ", nullptr).narrow(), "{missing} ") << "the key is the text of a miss";
     EXPECT_EQ(LanguageText(static_cast<const char*>(nullptr), nullptr).narrow(), nullptr);
+}
+
+TEST_F(StoreInstance, GivesDisplayTextsTheKeyOfAMissAndWholeCharactersOfALongUnitWord) {
+    folder.write("A1033.lng", "<CODEPAGE 1252>\n[Sample Module]\nIDS_Hz = " + std::string(26, '\xE9') + "\n");
+    char text[DisplayCapacity];
+    writeDisplay(Parameters[5], 0.325F, text);
+    EXPECT_STREQ(text, "+3.5 IDS_DB");
+    // "957 " and as many whole characters as 23 bytes hold.
+    for (const auto& [codepage, count] : {std::pair{1252U, 23U}, {65001U, 11U}}) {
+        const AnsiCodepage ansi(codepage);
+        if (!ansi) continue;
+        writeDisplay(Parameters[2], 0.44F, text);
+        EXPECT_EQ(text, convert_string(L"957 " + std::wstring(count, L'\u00E9'), codepage));
+    }
 }
 
 TEST_F(StoreInstance, ReportsOnceThatThereAreNoFilesAndCanBeUsedMeanwhile) {

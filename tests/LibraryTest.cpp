@@ -1,24 +1,24 @@
 #include "plugin/AEffect.h"
 
 #include "tests/support/EqualizerReference.h"
+#include "tests/support/LanguageSettings.h"
 #include "tests/support/LoadedLibrary.h"
 #include "tests/support/ScriptedHost.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <memory>
 #include <vector>
 
 namespace {
 
-/// The built library, or the one that the environment names.
 EffectMainProc libraryMain() {
-    const char* const path = std::getenv("EQ_LIBRARY_PATH");
-    static const LoadedLibrary library(path ? path : EQ_LIBRARY_PATH);
+    static const LoadedLibrary library(EQ_LIBRARY_PATH);
     return library.find<EffectMainProc>("main");
 }
 
@@ -65,6 +65,23 @@ TEST(Library, FiltersAsTheEnginesDoWhateverTheBlockSizes) {
         }
         EXPECT_TRUE(sameBits(audio, ReferencePair(engineValues(Audible)).render(input)));
     }
+}
+
+TEST(Library, ShowsTheUnitWordsOfTheLanguageFileBesideIt) {
+    const ScriptedHost host(2400);
+    const TemporaryFolder folder;
+    const std::filesystem::path built = EQ_LIBRARY_PATH;
+    std::filesystem::copy(built, folder.path());
+    std::filesystem::copy(built.parent_path() / "Equalizer1049.lng", folder.path());
+    const LanguageSettings settings(1049, 1033);
+    const LoadedLibrary copy(folder.path(built.filename().string()));
+    const EffectOwner effect(copy.find<EffectMainProc>("main")(ScriptedHost::callback));
+    effect->setParameter(effect.get(), 7, 0.325F);
+    char text[64] = "";
+    effect->dispatcher(effect.get(), effGetParamDisplay, 7, 0, text, 0.0F);
+    char expected[64] = "";
+    WideCharToMultiByte(CP_ACP, 0, L"+3.5 \x0434\x0411", -1, expected, sizeof expected, nullptr, nullptr);
+    EXPECT_STREQ(text, expected);
 }
 
 #ifdef __i386__

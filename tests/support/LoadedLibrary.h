@@ -27,8 +27,6 @@ public:
         return reinterpret_cast<Function>(reinterpret_cast<void*>(symbol(handle, name)));
     }
 
-    [[nodiscard]] auto module() const { return handle; }
-
 private:
 #ifdef _WIN32
     static inline const auto load = LoadLibraryA;
