@@ -6,6 +6,7 @@
 #include <map>
 #include <numbers>
 #include <random>
+#include <set>
 #include <sstream>
 #include <tuple>
 #include <vector>
@@ -324,7 +325,10 @@ TEST_F(EqualizeCommand, DrawsTheMeasuredResponse) {
 
     // What a reader measures: the curves' highest points, as y and x, against the axes' labels.
     std::vector<std::pair<double, double>> peaks;
+    std::set<std::string> dashes;
     for (auto at = svg.find("points=\""); at != std::string::npos; at = svg.find("points=\"", at + 1)) {
+        const std::size_t pattern = svg.rfind("dasharray", at);
+        dashes.insert(svg.substr(pattern, at - pattern));
         std::istringstream points(svg.substr(svg.find('"', at) + 1));
         auto& peak = peaks.emplace_back(1e9, 0.0);
         for (double x = 0.0, y = 0.0; points >> x && points.ignore() && points >> y;) peak = std::min(peak, {y, x});
@@ -334,6 +338,7 @@ TEST_F(EqualizeCommand, DrawsTheMeasuredResponse) {
         return std::stod(svg.substr(svg.find('"', at) + 1));
     };
     ASSERT_EQ(peaks.size(), 5U);
+    EXPECT_EQ(dashes.size(), 5U) << "the curves are told apart without colours";
     EXPECT_NEAR(peaks[4].second, ofLabel("x", "500"), 1.0);
     for (const auto& [curve, label] : {std::pair(0U, "0"), {1U, "+8"}, {4U, "+6"}})
         EXPECT_NEAR(peaks[curve].first, ofLabel("y", label) - 4.0, 0.5) << label;
