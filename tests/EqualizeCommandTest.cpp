@@ -299,19 +299,17 @@ TEST_F(EqualizeCommand, ListsParametersRangesAndValues) {
 }
 
 TEST_F(EqualizeCommand, TakesTheLibraryThatIsNamedOrElseBesideItselfOrElseWhereItIsInstalled) {
+    // Also through a link in another folder.
     std::filesystem::create_directories(path("bin"));
     std::filesystem::create_directories(path("lib/vst"));
-    program = path("bin/equalize");
-    std::filesystem::copy_file(EQ_EQUALIZE_PATH, program);
+    std::filesystem::copy_file(EQ_EQUALIZE_PATH, path("bin/equalize"));
+    std::filesystem::create_symlink("bin/equalize", path("link"));
+    program = path("link");
     const std::string beside = path("bin/Parametric Equalizer.so");
     const std::string installed = path("lib/vst/Parametric Equalizer.so");
     for (const std::string& place : {beside, installed}) expectFailure(1, "--list", place);
     std::filesystem::copy_file(EQ_LIBRARY_PATH, installed);
     EXPECT_EQ(run("--list").exitCode, 0);
-
-    // Also through a link in another folder. The one beside the program comes first.
-    std::filesystem::create_symlink(program, path("link"));
-    program = path("link");
     folder.write("bin/Parametric Equalizer.so", "not a library");
     expectFailure(1, "--list", beside);
     EXPECT_EQ(run("--plugin 'Parametric Equalizer.so' --list", "cd lib/vst;").exitCode, 0);
