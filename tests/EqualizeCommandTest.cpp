@@ -8,6 +8,7 @@
 #include <random>
 #include <set>
 #include <sstream>
+#include <stdexcept>
 #include <tuple>
 #include <vector>
 
@@ -76,6 +77,7 @@ protected:
     }
     [[nodiscard]] Sound readSound(const std::string& name) const {
         SndfileHandle file(path(name));
+        if (file.error() != 0) throw std::runtime_error(name + ": " + file.strError());
         EXPECT_STREQ(file.getString(SF_STR_TITLE), "A title") << name;
         const sf_count_t size = file.frames() * file.channels();
         Sound sound{file.samplerate(), file.channels(), std::vector<float>(static_cast<std::size_t>(size)),
