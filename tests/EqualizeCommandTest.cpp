@@ -348,7 +348,7 @@ TEST_F(EqualizeCommand, ShowsItsProgressOnATerminalOnly) {
     writeSound("in.wav", noise(44100, 1, 1000));
     EXPECT_EQ(equalize("").find('\r'), std::string::npos);
     program = "/usr/bin/script";
-    const std::string shown = run("-qec \"'" EQ_EQUALIZE_PATH "' in.wav out.wav\" /dev/null").said;
+    const std::string shown = run("-qec \"'" EQ_EQUALIZE_PATH "' in.wav out.wav\" /dev/null < /dev/null").said;
     EXPECT_TRUE(shown.starts_with("\r[")) << shown;
 }
 
