@@ -9,8 +9,11 @@
 
 #ifndef _WIN32
 #include "platform/standin/TestHooks.h"
-#include "tests/support/PseudoTerminal.h"
 #include "tests/support/Threads.h"
+
+#include <pty.h>
+#include <termios.h>
+#include <unistd.h>
 #endif
 
 namespace {
@@ -66,33 +69,35 @@ TEST(DebugLog, SendsToTheDebugger) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "x\n");
 }
 
-TEST(DebugLog, SendsToASerialPortOnceItIsThere) {
-    const char* const names[] = {"COM1", "COM2", "COM3", "COM4"};
-    for (int i = 0; i < 4; ++i) {
-        SCOPED_TRACE(names[i]);
-        const PseudoTerminal terminal;
-        standin::setSerialPortPath(names[i], "/dev/no-such-port");
-        print(DebugToCom1 + i, "lost");
-        standin::setSerialPortPath(names[i], terminal.path());
-        print(DebugToCom1 + i, "a\nb");
-        EXPECT_EQ(terminal.receive(4), "a\r\nb");
+TEST(DebugLog, SendsToASerialPortOnceItIsThereAndKeepsTheTextsOfThreadsApart) {
+    for (const int number : {1, 2, 3, 4}) {
+        SCOPED_TRACE(number);
+        // A pseudo-terminal stands for the port.
+        int receiver = -1;
+        int sender = -1;
+        ASSERT_EQ(openpty(&receiver, &sender, nullptr, nullptr, nullptr), 0);
+        const std::string name = "COM" + std::to_string(number);
+        standin::setSerialPortPath(name, "/dev/no-such-port");
+        *DebugOutputTargetRef() = DebugToCom1 + number - 1;
+        DebugPrint("lost");
+        standin::setSerialPortPath(name, ttyname(sender));
+        onThreads(2, [](int) {
+            for (int round = 0; round < 100; ++round) DebugPrint("a\n");
+        });
+        *DebugOutputTargetRef() = DebugToDebugger;
+        EXPECT_EQ(write(sender, "!", 1), 1);
 
-        const termios settings = terminal.settings();
+        std::string received;
+        for (char byte = 0; byte != '!' && read(receiver, &byte, 1) == 1;) received += byte;
+        std::string expected;
+        for (int text = 0; text < 200; ++text) expected += "a\r\n";
+        EXPECT_EQ(received, expected + "!");
+
+        termios settings = {};
+        tcgetattr(sender, &settings);
         EXPECT_EQ(cfgetospeed(&settings), B19200);
-        EXPECT_EQ(settings.c_cflag & (CSIZE | PARENB | CSTOPB), static_cast<tcflag_t>(CS8));
+        close(sender);
+        close(receiver);
     }
-}
-
-TEST(DebugLog, KeepsTheTextsOfThreadsApartOnASerialPort) {
-    const PseudoTerminal terminal;
-    standin::setSerialPortPath("COM1", terminal.path());
-    SerialDebugPort port("COM1");
-    onThreads(2, [&port](int i) {
-        for (int round = 0; round < 100; ++round) port.write(i == 0 ? "abcd" : "1234");
-    });
-    const std::string received = terminal.receive(800);
-    EXPECT_EQ(received.size(), 800U);
-    for (std::size_t i = 0; i < received.size(); i += 4)
-        ASSERT_TRUE(received.substr(i, 4) == "abcd" || received.substr(i, 4) == "1234") << received;
 }
 #endif

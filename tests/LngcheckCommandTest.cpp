@@ -1,30 +1,10 @@
 #include "tests/support/CommandTest.h"
 
-#include <sstream>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace {
-
-/// A file without faults: line 3 is IDS_DB, 11 IDD_Options_Gain, 12 IDD_Options_B1, 23 MSGBOX_HELP.
-const std::string Clean = "<CODEPAGE 1252>\n[Parametric Equalizer]\n"
-                          "IDS_DB = dB\nIDS_Hz = Hz\nIDS_kHz = kHz\nIDD_Options_Q = Q\nIDD_Options_20KHz = 20 kHz\n"
-                          "IDD_Options_Freq = Frequency\nIDD_Options_20Hz = 20 Hz\nIDD_Options_p10dB = +10 dB\n"
-                          "IDD_Options_Gain = Gain\nIDD_Options_B1 = Band 1\nIDD_Options_B2 = Band 2\n"
-                          "IDD_Options_B3 = Band 3\nIDD_Options_B4 = Band 4\nIDD_Options_m10dB = -10 dB\n"
-                          "IDD_Options_Master = Master\nIDD_Options_p12dB = +12 dB\nIDD_Options_m12dB = -12 dB\n"
-                          "[Shared]\nMSGBOX_OK = OK\nMSGBOX_CANCEL = Cancel\nMSGBOX_HELP = Help\n"
-                          "PRSHT_APPLY_NOW = &Apply\nPRSHT_WIZBACK = < &Back\nPRSHT_WIZNEXT = &Next >\n"
-                          "PRSHT_WIZFINISH = &Finish\n";
-
-/// The clean file with another text in one line.
-std::string cleanBut(int number, const std::string& line, const std::string& codepage = "1252") {
-    std::istringstream clean(Clean);
-    std::string text;
-    std::string old;
-    for (int i = 1; std::getline(clean, old); ++i)
-        text += (i == number ? line : i == 1 ? "<CODEPAGE " + codepage + ">" : old) + "\n";
-    return text;
-}
 
 class LngcheckCommand : public CommandTest {
 protected:
@@ -32,9 +12,9 @@ protected:
 
     /// Expects the texts in what a run says, in this order.
     void expectRun(const std::string& arguments, int exitCode, const std::vector<std::string>& texts) const {
-        const Outcome outcome = run(arguments + " 2>&1");
-        EXPECT_EQ(outcome.exitCode, exitCode) << outcome.out;
-        expectInOrder(outcome.out, texts);
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.exitCode, exitCode) << arguments << "\n" << outcome.said;
+        expectInOrder(outcome.said, texts);
     }
     static void expectInOrder(const std::string& output, const std::vector<std::string>& texts) {
         std::size_t at = 0;
@@ -44,58 +24,68 @@ protected:
             at = found + text.size();
         }
     }
+
+    const std::string clean = contents(EQ_CLEAN_LANGUAGE_FILE); ///< a file without faults
 };
 
 TEST_F(LngcheckCommand, TellsFaultsAndWarningsWithFileAndLine) {
-    struct Case {
-        std::string contents;
-        int exitCode;
-        std::vector<std::string> output;
-        std::string file = "A1031.lng";
+    const std::pair<const char*, const char*> lines[] = {
+        {"IDS_DB = x", "stands in front of the first"},
+        {"[Parametric Equalizer]", ""},
+        {"IDD_Options_Q = \xB1", "the value is not ASCII"},
+        {"<CODEPAGE 932>", ""},
+        {"<CODEPAGE 1252>", "Specified codepage does not appear to match language of file.\n"},
+        {"<FOO>", "Invalid tag '<FOO>':Tag type 'FOO' is unknown.\n"},
+        {"nonsense", "equal"},
+        {"IDD_Options_B1 = \x83", "the value is no text of code page 932"},
+        {"IDD_Options_B2 = \x83\x5C", "warning: a backslash"},
+        {"IDD_Options_B3 =", "the text is empty"},
+        {"idd_options_b3 = B", "idd_options_b3 is defined in line 10"},
+        {"IDD_Options_B4 = A\\nB", "warning: the text holds a control"},
+        {"IDD_Options_Gain = 1&234567890l", "warning: '1&234567890l' takes about 61 pixels, and its place has 60\n"},
+        {"IDS_DB = 123456789012345678901", "warning: '+12.0 1"},
+        {"IDS_Hz = 12345678901234567890123", "the unit makes a read-out of 28 bytes, of which 27 show\n"},
+        {"IDS_kHz = \xC3\xDE\xBC\xC3\xDE\xBC\xC3\xDE", "warning: the unit does not show"}, // and 29 bytes
+        {"IDS_dBx = 1", "warning: the library does not look up"},
+        {"<ACCEL VK_F5> = <accel alt 7>", ""},
+        {"<ACCEL F1> = <ACCEL F5>", "Invalid tag '<ACCEL F1>'"},
+        {"<ACCEL B> = <CODEPAGE 932>", "'<CODEPAGE 932>' cannot"},
+        {"[Other]", ""},
+        {"MSGBOX_OK = x", ""},
     };
-    const Case cases[] = {
-        {"", 1, {"A1031.lng: the key IDS_DB is missing\n", "PRSHT_WIZFINISH is missing\n", "faults: 24,"}},
-        {cleanBut(3, "IDS_DB = dB\n<FOO>\n<CODEPAGE 932>\nx"),
-         1,
-         {"A1031.lng:4: Invalid tag '<FOO>':Tag type 'FOO' is unknown.\n",
-          "A1031.lng:5: Specified codepage does not appear to match language of file.\n", "A1031.lng:6: equal",
-          "faults: 3,"}},
-        {cleanBut(4, "IDS_Hz = Hz\nids_hz = H"), 1, {"A1031.lng:5: ids_hz is defined in line 4"}},
-        {cleanBut(1, "// none\n\nIDS_DB = x"), 1, {"A1031.lng:3: stands in front of the first"}},
-        {cleanBut(1, "// none") + "a = \\xFC\n", 1, {"A1031.lng:28: the value is not ASCII"}},
-        {cleanBut(12, "IDD_Options_B1 = \x83", "932"), 1, {":12: the value is no text of code page 932"}, "A1041.lng"},
-        {cleanBut(12, "IDD_Options_B1 = \x83\x5C", "932"), 0, {":12: warning: a backslash"}, "A1041.lng"},
-        {cleanBut(12, "IDD_Options_B1 = Zur\xC3\xBC"), 0, {"A1031.lng: warning: the texts look like UTF-8"}},
-        {cleanBut(12, "IDD_Options_B1 = Zur\xFC"), 0, {"warnings: 0"}},
-        {cleanBut(12, "IDD_Options_B1 ="), 1, {"A1031.lng:12: the text is empty"}},
-        {cleanBut(12, "IDD_Options_B1 = A\\nB"), 0, {"A1031.lng:12: warning: the text holds a control"}},
-        {cleanBut(11, "IDD_Options_Gain = 12345678901"), 0, {"11: warning:", "its place has 60\n"}},
-        {cleanBut(3, "IDS_DB = decibel"), 0, {"A1031.lng:3: warning: '+12.0 decibel' takes about"}},
-        {cleanBut(3, "IDS_DB = 123456789012345678901"), 0, {"faults: 0, warnings: 1\n"}},
-        {cleanBut(3, "IDS_DB = 1234567890123456789012"), 1, {"A1031.lng:3: the unit makes", "28 bytes"}},
-        {cleanBut(3, "IDS_DB = \xE4\xC1\xE4\xC1\xE4\xC1\xE4\xC1\xE4\xC1\xE4", "1251"), 1, {"28 bytes"}, "A1049.lng"},
-        {cleanBut(3, "IDS_DB = \x83\x66\x83\x56", "932"), 0, {":3: warning: the unit does not show"}, "A1041.lng"},
-        {Clean + "[Parametric Equalizer]\nIDS_dBx = 1\n", 0, {":29: warning: the library"}},
-        {Clean + "<ACCEL VK_F5> = <accel alt 7>\n<ACCEL F1> = <ACCEL F5>\n<ACCEL B> = <CODEPAGE 1252>\n",
-         1,
-         {"A1031.lng:29: Invalid tag '<ACCEL F1>'", "A1031.lng:30: '<CODEPAGE 1252>' cannot", "faults: 2,"}},
-        {cleanBut(3, "[Other]\nIDS_DB = dB\n[Parametric Equalizer]"), 1, {"IDS_DB is missing", "faults: 1,"}},
-        {cleanBut(3, "IDS_DB = dB", "709"), 1, {"A1025.lng:3: Call to 'MultiByteToWideChar()' returned"}, "A1025.lng"},
-        {"[Shared]\na = b\n", 0, {"Shared.lng: warning: the name"}, "Shared.lng"},
-        {"\xFF\xFE[", 1, {"A1031.lng: no_unicode_file_support"}},
-    };
-    for (const Case& row : cases) {
-        SCOPED_TRACE(row.contents);
-        folder.write(row.file, row.contents);
-        expectRun(row.file, row.exitCode, row.output);
-        expectRun("--strict " + row.file, row.output[0] != "warnings: 0", row.output);
+    std::string contents;
+    std::vector<std::string> findings = {"A1041.lng: the key IDD_Options_20KHz is missing\n",
+                                         "A1041.lng: the key MSGBOX_OK is missing\n"};
+    for (int number = 1; const auto& [line, finding] : lines) {
+        contents += std::string(line) + "\n";
+        if (*finding != '\0') findings.push_back("A1041.lng:" + std::to_string(number) + ": " + finding);
+        ++number;
     }
+    findings.emplace_back("files: 1, faults: 27, warnings: 8\n");
+    folder.write("A1041.lng", contents);
+    expectRun("A1041.lng", 1, findings);
+}
+
+TEST_F(LngcheckCommand, TellsOfFilesAsAWhole) {
+    const std::tuple<const char*, std::string, int, const char*> rows[] = {
+        {"A1031.lng", clean + "[A]\na = Zur\xFC\n", 0, "faults: 0, warnings: 0\n"},
+        {"A1031.lng", "", 1, "faults: 24, warnings: 0\n"},
+        {"A1031.lng", "\xFF\xFE[", 1, "is in UTF-16, save it in an ANSI code page\nfiles: 1, faults: 1,"},
+        {"A1031.lng", "<CODEPAGE 1252>\n[A]\na = Zur\xC3\xBC\n", 1, "A1031.lng: warning: the texts look like UTF-8"},
+        {"A1025.lng", "<CODEPAGE 709>\n[Other]\na = b\n", 1, "A1025.lng:3: Call to 'MultiByteToWideChar()' returned"},
+        {"Shared.lng", "[Shared]\na = b\n", 0, "Shared.lng: warning: the name"},
+    };
+    for (const auto& [file, contents, exitCode, text] : rows) {
+        folder.write(file, contents);
+        expectRun(file, exitCode, {text});
+    }
+    expectRun("--strict Shared.lng", 1, {"faults: 0, warnings: 1\n"});
 }
 
 TEST_F(LngcheckCommand, TakesFilesAndFoldersAndCountsAKeyOfAnyFileOfTheLanguage) {
-    const std::size_t split = Clean.find("[Shared]");
-    folder.write("set/A1031.lng", Clean.substr(0, split));
-    folder.write("set/B1031.LNG", Clean.substr(split));
+    const std::size_t split = clean.find("[Shared]");
+    folder.write("set/A1031.lng", clean.substr(0, split));
+    folder.write("set/B1031.LNG", clean.substr(split));
     folder.write("set/C1036.txt", "nonsense\n");
     folder.write("C1036.lng", "nonsense\n");
     expectRun("set", 0, {"files: 2, faults: 0, warnings: 0\n"});
@@ -105,57 +95,53 @@ TEST_F(LngcheckCommand, TakesFilesAndFoldersAndCountsAKeyOfAnyFileOfTheLanguage)
 }
 
 TEST_F(LngcheckCommand, ComparesWithAReference) {
-    folder.write("A1033.lng", Clean + "[Other]\nExtra = 1\n<ACCEL A> = <ACCEL B>\n");
-    folder.write("A1031.lng", cleanBut(12, ""));
+    folder.write("A1033.lng", clean + "[Other]\nExtra = 1\n<ACCEL A> = <ACCEL B>\n");
+    folder.write("A1031.lng", "[Parametric Equalizer]\nIDD_Options_B1 = other\n" + clean);
     expectRun("--reference A1033.lng A1031.lng", 1,
               {"A1031.lng: the key Extra of [Other] is missing, which A1033.lng has",
                "A1031.lng: the key ACCEL_0x41 of [Other] is missing", "note: the same as in A1033.lng",
-               "IDD_Options_Gain, IDD_Options_B2,", "faults: 3,"});
+               "IDD_Options_m10dB, IDD_Options_B2,", "faults: 3,"});
     folder.write("bad1033.lng", "nonsense");
     expectRun("--reference bad1033.lng A1033.lng", 1, {});
 }
 
 TEST_F(LngcheckCommand, ShowsTheOrderOfReadingAndWhereAKeyIsTakenFrom) {
-    const std::string head = "[Parametric Equalizer]\n";
-    folder.write("Release/A1031.lng", head + "[Shared]\nIDS_Hz = shared\n");
-    folder.write("Release/A1036.lng", head + "IDS_DB = second\nIDS_Hz = own\n<ACCEL A> = <ACCEL B>\n");
-    folder.write("Release/A1033.lng", head + "IDS_DB = third\n[Shared]\nIDS_DB = fourth\n");
-    folder.write("Release/A12.lng", head + "ids_db = primary\n");
-    folder.write("Release/A1040.lng", head + "IDS_DB = never\n");
-    folder.write("A1031.lng", head + "IDS_DB = parent\n");
-    expectRun("--override 1031 --system 1036 --explain '{IDS_DB}' --explain IDS_Hz --explain no Release", 1,
-              {"order of reading in " + path("Release") + ":\n", "language override, 1031: A1031.lng\n",
+    folder.write("Release/A1036.lng", "[Shared]\nIDS_DB = shared\n[Parametric Equalizer]\nIDS_Hz = own\n");
+    folder.write("Release/A12.lng", "[Parametric Equalizer]\nids_db = primary\n");
+    folder.write("A1036.lng", "[Parametric Equalizer]\nIDS_DB = parent\n");
+    expectRun("--override 1031 --system 1036 --explain '{IDS_DB}' --explain no Release", 1,
+              {"order of reading in " + path("Release") + ":\n", "language override, 1031: nothing new\n",
                "system's language, 1036: A1036.lng\n", "its primary language, 12: A12.lng\n",
-               "English, 1033: A1033.lng\n", "order of reading in " + folder.path().string() + ":\n",
-               "1031: A1031.lng\n", "1036: nothing new\n", "IDS_DB:\n",
-               "taken from " + path("Release/A1036.lng:2") + " [Parametric Equalizer] 'second'\n", "A12.lng:2",
-               "A1033.lng:2", "A1031.lng:2", "A1033.lng:4", "IDS_Hz:\n", "taken from " + path("Release/A1036.lng:3"),
-               "ignored:   " + path("Release/A1031.lng:3"), "no:\n", "in no file that is read"});
+               "English, 1033: nothing new\n", "order of reading in " + folder.path().string() + ":\n",
+               "1036: A1036.lng\n", "IDS_DB:\n",
+               "taken from " + path("Release/A12.lng:2") + " [Parametric Equalizer] 'primary'\n",
+               "ignored:   " + path("A1036.lng:2"), "ignored:   " + path("Release/A1036.lng:2") + " [Shared] 'shared'",
+               "no:\n", "in no file that is read"});
 
-    std::filesystem::rename(path("Release"), path("plain"));
-    folder.write("plain/B1036.lng", "nonsense\n");
-    folder.write("plain/A1025.lng", "<CODEPAGE 709>\n[Other]\na = b\n");
-    expectRun("--override 0 --system 1033 plain", 1, {"override, none: nothing new", "1033: A1033.lng\n"});
-    EXPECT_EQ(run("--system 1033 --override 0 plain").out.find("in " + folder.path().string() + ":"),
-              std::string::npos);
-    expectRun("--override 0 --system 1036 plain", 1, {"A1036.lng, B1036.lng\n", "B1036.lng stops the library"});
-    expectRun("--override 1025 --system 0 plain", 1, {"A1025.lng stops the library"});
+    // Elsewhere a folder is read once, and a broken file stops all.
+    folder.write("plain/A1033.lng", "[Shared]\n");
+    folder.write("plain/B1033.lng", "nonsense\n");
+    expectRun("--override 0 --system 1033 plain", 1,
+              {"order of reading in " + path("plain") + ":\n  language override, none: nothing new\n",
+               "  system's language, 1033: A1033.lng, B1033.lng\n  its primary language, 9: nothing new\n"
+               "  English, 1033: nothing new\n" +
+                   path("plain/B1033.lng") + " stops the library"});
 }
 
 TEST_F(LngcheckCommand, WritesAPseudoLocalisedFileThatIsReadable) {
-    folder.write("A1033.lng", cleanBut(12, "IDD_Options_B1 = \\x5Cn\\t\xFC"));
+    folder.write("A1033.lng", clean + "[Other]\na = \\x5Cn\\t\xFC\n");
     expectRun("--reference A1033.lng --pseudo P1031.lng", 0, {});
     expectInOrder(contents("P1031.lng"),
-                  {"<CODEPAGE 1252>\n\n[Parametric Equalizer]\n", "IDS_DB = [\xF0\x42~]\n",
-                   "IDD_Options_B1 = [\\x5C\xF1\\x09\xFC~~]\n", "\n[Shared]\n", "PRSHT_APPLY_NOW = [&Appl\xFD~~]\n"});
+                  {"<CODEPAGE 1252>\n\n[Parametric Equalizer]\n", "IDS_DB = [\xF0\x42~]\n", "\n[Shared]\n",
+                   "PRSHT_APPLY_NOW = [&Appl\xFD~~]\n", "\n[Other]\na = [\\x5C\xF1\\x09\xFC~~]\n"});
     expectRun("P1031.lng", 0, {"faults: 0,"});
-    folder.write("A1049.lng", cleanBut(12, "IDD_Options_B1 = \xCF", "1251"));
+    folder.write("A1049.lng", "<CODEPAGE 1251>\n[Other]\na = \xCF\n");
     expectRun("--reference A1049.lng --pseudo Q1031.lng", 1, {});
-    EXPECT_FALSE(names().contains("Q1031.lng"));
+    EXPECT_FALSE(files().contains("Q1031.lng"));
 }
 
 TEST_F(LngcheckCommand, RefusesBadUsage) {
-    folder.write("A1033.lng", Clean);
+    folder.write("A1033.lng", clean);
     for (const char* const arguments :
          {"", "--unknown A1033.lng", "--override 1031 A1033.lng", "--explain IDS_DB A1033.lng .", "--override 65536 .",
           "--pseudo P1033.lng", "--reference A1033.lng --pseudo P1041.lng", "--reference A1033.lng --pseudo P.lng"})

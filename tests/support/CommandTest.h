@@ -6,23 +6,18 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <set>
+#include <map>
 #include <string>
 
-#include <sys/resource.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 struct Outcome {
-    int exitCode; ///< -1 if a signal ended the command
-    int signal;
-    std::string out;
-    std::string err;
-    long mostKilobytes; ///< of memory, at its peak
+    int exitCode; ///< if a signal ended the command, its number and 128, as in a shell
+    std::string said;
 };
 
 class CommandTest : public ::testing::Test {
@@ -34,37 +29,27 @@ protected:
         std::ifstream stream(path(name), std::ios::binary);
         return {std::istreambuf_iterator<char>(stream), {}};
     }
-    /// The names in the folder: what a run leaves behind.
-    [[nodiscard]] std::set<std::string> names() const {
-        std::set<std::string> found;
-        for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
-            found.insert(entry.path().filename().string());
+    /// What is in the folder, and in its files: what a run leaves behind.
+    [[nodiscard]] std::map<std::string, std::string> files() const {
+        std::map<std::string, std::string> found;
+        for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
+            const std::string name = entry.path().filename().string();
+            found[name] = entry.is_regular_file() ? contents(name) : "";
+        }
         return found;
     }
 
-    /// Starts the command, with the arguments as the shell takes them, and behind what the shell does before.
-    [[nodiscard]] pid_t start(const std::string& arguments, const std::string& before = "") const {
-        const std::string line = "cd '" + folder.path().string() + "'; exec > '" + streams.path("out") + "' 2> '" +
-                                 streams.path("err") + "'; " + before + " exec '" + program + "' " + arguments;
-        const pid_t child = fork();
-        if (child != 0) return child;
-        execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
-        _exit(127);
-    }
-    [[nodiscard]] Outcome finish(pid_t child) const {
-        int status = 0;
-        rusage usage = {};
-        wait4(child, &status, 0, &usage);
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, WIFSIGNALED(status) ? WTERMSIG(status) : 0,
-                contents(streams.path("out")), contents(streams.path("err")), usage.ru_maxrss};
-    }
+    /// Runs the command with the arguments as the shell takes them, and behind what the shell does before.
     [[nodiscard]] Outcome run(const std::string& arguments, const std::string& before = "") const {
-        return finish(start(arguments, before));
+        const std::string line =
+            "exec 2>&1; cd '" + folder.path().string() + "'; " + before + " exec '" + program + "' " + arguments;
+        std::FILE* const output = popen(line.c_str(), "r");
+        std::string said;
+        for (int c = std::fgetc(output); c != EOF; c = std::fgetc(output)) said += static_cast<char>(c);
+        const int status = pclose(output);
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), said};
     }
 
     std::string program;
     const TemporaryFolder folder;
-
-private:
-    const TemporaryFolder streams;
 };

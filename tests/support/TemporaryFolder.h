@@ -33,9 +33,8 @@ public:
     std::string write(const std::string& name, std::string_view bytes) const {
         const std::filesystem::path file = m_path / name;
         std::filesystem::create_directories(file.parent_path());
-        std::ofstream stream(file, std::ios::binary);
-        stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        if (!stream.flush()) throw std::runtime_error("cannot write " + file.string());
+        if (!(std::ofstream(file, std::ios::binary) << bytes).flush())
+            throw std::runtime_error("cannot write " + file.string());
         return path(name);
     }
 
