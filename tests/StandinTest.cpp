@@ -1,12 +1,10 @@
 // What the system's functions promise, where no other test would show that one does something else. On Windows the
 // system itself is asked: where it and the stand-in answer differently, the stand-in is wrong.
 
-#include "platform/Owners.h"
 #include "platform/win32.h"
 
 #include "tests/support/AnsiCodepage.h"
 #include "tests/support/Refused.h"
-#include "tests/support/TemporaryFolder.h"
 #include "wedge/Codepages.h"
 
 #ifndef _WIN32
@@ -108,29 +106,6 @@ TEST(Modules, AreFoundFromAnAddressInsideThemAndTellTheirPath) {
     EXPECT_TRUE(refused(GetModuleFileNameA(nullptr, small.data(), length) == length, ERROR_INSUFFICIENT_BUFFER));
     EXPECT_TRUE(refused(!GetModuleHandleExA(flags, small.data(), &module), ERROR_MOD_NOT_FOUND)) << "on the heap";
     EXPECT_TRUE(refused(GetModuleHandleA("no such library") == nullptr, ERROR_MOD_NOT_FOUND));
-}
-
-using Names = std::set<std::string>;
-
-TEST(FileSearch, FindsTheNamesThatFitWithoutRegardToCaseAndTellsWhyItFindsNone) {
-    const TemporaryFolder folder;
-    for (const char* const name : {"A1031.lng", "b1033.LNG", "c.lng.txt", "dlng", "e.lng"}) folder.write(name, "x");
-    const auto find = [&](const char* pattern) {
-        Names names;
-        WIN32_FIND_DATAA entry{};
-        const platform::FindHandle search(FindFirstFileA(folder.path(pattern).c_str(), &entry));
-        if (!search) return names;
-        do names.insert(entry.cFileName);
-        while (FindNextFileA(search.get(), &entry));
-        return names;
-    };
-    EXPECT_EQ(find("*.lng"), (Names{"A1031.lng", "b1033.LNG", "e.lng"}));
-    EXPECT_TRUE(refused(true, ERROR_NO_MORE_FILES));
-    EXPECT_EQ(find("a1031.LNG"), Names{"A1031.lng"});
-    EXPECT_EQ(find("?.l*g"), Names{"e.lng"});
-    EXPECT_EQ(find("*L*G*x*"), Names{"c.lng.txt"});
-    EXPECT_TRUE(refused(find("*.lnk").empty(), ERROR_FILE_NOT_FOUND));
-    EXPECT_TRUE(refused(find("missing/*.lng").empty(), ERROR_PATH_NOT_FOUND));
 }
 
 TEST(Languages, HaveAnAnsiCodepageAmongThoseThatArePublishedForThem) {

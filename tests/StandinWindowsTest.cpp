@@ -4,7 +4,6 @@
 #include "platform/win32.h"
 
 #include "tests/support/DialogTemplateBuilder.h"
-#include "tests/support/WindowTexts.h"
 
 #ifndef _WIN32
 #include "platform/standin/TestHooks.h"
@@ -15,89 +14,56 @@
 #include <map>
 #include <string>
 #include <thread>
+#include <utility>
 
 namespace {
 
-const std::map<UINT, std::string> watchedMessages = {
-    {WM_SETFONT, "SETFONT"}, {WM_INITDIALOG, "INITDIALOG"}, {WM_DESTROY, "DESTROY"}, {WM_NCDESTROY, "NCDESTROY"}};
+std::string messages; // of all dialogs, each with the dialog's parameter
 
-/// Dialogs whose procedure writes down their messages, each with the dialog's parameter.
-class Windows : public testing::Test {
-protected:
-    Windows() {
-        INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES};
-        InitCommonControlsEx(&controls);
-        current = this;
-        parent = createDialog({true, WS_POPUP, {}});
-        log.clear();
-    }
-    ~Windows() override {
-        DestroyWindow(parent);
-#ifndef _WIN32
-        EXPECT_EQ(standin::liveWindows(), 0U);
-#endif
-    }
+INT_PTR CALLBACK writeDown(HWND window, UINT message, WPARAM, LPARAM parameter) {
+    static const std::map<UINT, std::string> names = {
+        {WM_SETFONT, "SETFONT"}, {WM_INITDIALOG, "INITDIALOG"}, {WM_DESTROY, "DESTROY"}, {WM_NCDESTROY, "NCDESTROY"}};
+    if (message == WM_INITDIALOG) SetWindowLongPtrW(window, DWLP_USER, parameter);
+    if (const auto found = names.find(message); found != names.end())
+        messages += std::to_string(GetWindowLongPtrW(window, DWLP_USER)) + ":" + found->second + " ";
+    if (message == WM_INITDIALOG) PostMessageW(window, WM_APP, 0, 0);
+    if (message == WM_APP) EndDialog(window, 77);
+    return FALSE;
+}
 
-    HWND createDialog(const DialogTemplateBuilder& source, LPARAM with = 0, HWND above = nullptr) const {
-        return CreateDialogIndirectParamW(GetModuleHandleW(nullptr), source.get(), above ? above : parent,
-                                          &dialogProcedure, with);
-    }
+HWND create(const DialogTemplateBuilder& source, LPARAM parameter, HWND parent) {
+    return CreateDialogIndirectParamW(GetModuleHandleW(nullptr), source.get(), parent, writeDown, parameter);
+}
 
-    static INT_PTR CALLBACK dialogProcedure(HWND window, UINT message, WPARAM, LPARAM lParam) {
-        if (message == WM_INITDIALOG) SetWindowLongPtrW(window, DWLP_USER, lParam);
-        if (const auto found = watchedMessages.find(message); found != watchedMessages.end())
-            current->log += std::to_string(GetWindowLongPtrW(window, DWLP_USER)) + ":" + found->second + " ";
-        if (message == WM_INITDIALOG && lParam == EndAtOnce) EndDialog(window, 77);
-        if (message == WM_INITDIALOG && lParam == EndLater) PostMessageW(window, WM_APP, 0, 0);
-        if (message == WM_APP) EndDialog(window, 78);
-        return FALSE;
-    }
+const DialogTemplateBuilder Popup(true, WS_POPUP, {});
+const DialogTemplateBuilder NoDialog(true, WS_POPUP, {{u"No such class", 2, WS_CHILD}});
 
-    static constexpr LPARAM EndAtOnce = 4711;
-    static constexpr LPARAM EndLater = 4712;
-    static constexpr DWORD EmbeddedStyle = WS_CHILD | DS_CONTROL | DS_SETFONT;
-
-    inline static Windows* current = nullptr;
-    HWND parent = nullptr;
-    std::string log;
-};
-
-TEST_F(Windows, EndFromTheTopDownAndTakeWhatTheyOwnWithThem) {
-    const DialogTemplateBuilder page(true, WS_CHILD, {});
-    const HWND outer = createDialog(page, 1);
-    createDialog(page, 2, outer);
-    const HWND last = createDialog(page, 3, outer);
-    const HWND owned = createDialog({true, WS_POPUP, {}}, 4, last);
-    EXPECT_EQ(GetParent(owned), parent);
-    log.clear();
-    std::thread([this] { EXPECT_FALSE(DestroyWindow(parent)) << "another thread's"; }).join();
-    DestroyWindow(parent);
-    EXPECT_EQ(log, "4:DESTROY 4:NCDESTROY 0:DESTROY 1:DESTROY 2:DESTROY 3:DESTROY "
-                   "2:NCDESTROY 3:NCDESTROY 1:NCDESTROY 0:NCDESTROY ");
+TEST(Dialogs, AreAskedWhenTheyAreCompleteAndEndFromTheTopDownWithWhatTheyOwn) {
+    const DialogTemplateBuilder page(true, WS_CHILD | DS_SETFONT, {});
+    messages.clear();
+    const HWND top = create(Popup, 1, nullptr);
+    const HWND outer = create(page, 2, top);
+    create(page, 3, outer);
+    const HWND last = create(page, 4, outer);
+    const HWND owned = create(Popup, 5, last);
+    EXPECT_EQ(GetParent(owned), top);
+    EXPECT_EQ(std::exchange(messages, ""), "1:INITDIALOG 0:SETFONT 2:INITDIALOG 0:SETFONT 3:INITDIALOG "
+                                           "0:SETFONT 4:INITDIALOG 5:INITDIALOG ");
+    std::thread([top] { EXPECT_FALSE(DestroyWindow(top)) << "another thread's"; }).join();
+    DestroyWindow(top);
+    EXPECT_EQ(std::exchange(messages, ""), "5:DESTROY 5:NCDESTROY 1:DESTROY 2:DESTROY 3:DESTROY 4:DESTROY "
+                                           "3:NCDESTROY 4:NCDESTROY 2:NCDESTROY 1:NCDESTROY ");
     EXPECT_FALSE(DestroyWindow(last));
+    EXPECT_EQ(create(NoDialog, 6, nullptr), nullptr);
+    EXPECT_EQ(messages.find("INITDIALOG"), std::string::npos);
+#ifndef _WIN32
+    EXPECT_EQ(standin::liveWindows(), 0U);
+#endif
 }
 
-TEST_F(Windows, OfDialogsAreAskedOnceTheyAreComplete) {
-    const DialogItem label = {u"\x82", 0x12345, WS_CHILD, u"a label"};
-    for (const bool extended : {false, true}) {
-        const HWND dialog = createDialog({extended, EmbeddedStyle, {label}}, 42);
-        EXPECT_EQ(log, "0:SETFONT 42:INITDIALOG ");
-        EXPECT_EQ(textOf(GetDlgItem(dialog, extended ? 0x12345 : 0x2345)), L"a label");
-        DestroyWindow(dialog);
-        log.clear();
-    }
-    EXPECT_EQ(createDialog({true, EmbeddedStyle, {label, {u"No such class", 2, WS_CHILD}}}), nullptr);
-    EXPECT_EQ(GetWindow(parent, GW_CHILD), nullptr);
-    EXPECT_EQ(log.find("INITDIALOG"), std::string::npos);
-}
-
-TEST_F(Windows, OfModalDialogsRunUntilTheirEnd) {
-    const auto run = [this](const DialogTemplateBuilder& source, LPARAM with) {
-        return DialogBoxIndirectParamW(GetModuleHandleW(nullptr), source.get(), parent, &dialogProcedure, with);
-    };
-    EXPECT_EQ(run({true, WS_POPUP, {}}, EndAtOnce), 77);
-    EXPECT_EQ(run({true, WS_POPUP, {}}, EndLater), 78);
-    EXPECT_EQ(run({true, WS_POPUP, {{u"No such class", 2, WS_CHILD}}}, 0), -1);
+TEST(Dialogs, RunUntilTheirEndIfTheyAreModal) {
+    for (const auto& [source, result] : {std::pair(&Popup, 77), {&NoDialog, -1}})
+        EXPECT_EQ(DialogBoxIndirectParamW(GetModuleHandleW(nullptr), source->get(), nullptr, writeDown, 0), result);
 }
 
 TEST(Menus, EndWithTheirPopupsHoweverDeepTheyAre) {
