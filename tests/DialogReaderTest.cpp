@@ -16,10 +16,10 @@ using Text = std::u16string_view;
 /// A dialog with texts and creation data of every alignment, and keys where none is expanded.
 TemplateBuilder dialog(bool extended, Text caption, Text first, Text last) {
     const std::vector<DialogItem> items = {
-        {u"\x82", 1, 0, first, 1, 2, 3, 4, "sixsix"},
-        {u"{T_Short}", 2, 0, u"plain", 1, 2, 3, 4, "odd"},
-        {u"Static", 0xFFFFFFFF, 0, u"", 1, 2, 3, 4, ""},
-        {u"Static", 3, 0, last, 1, 2, 3, 4, "odd"},
+        {u"\x82", 1, 0, first, "sixsix"},
+        {u"{T_Short}", 2, 0, u"plain", "odd"},
+        {u"Static", 0xFFFFFFFF, 0, u"", ""},
+        {u"Static", 3, 0, last, "odd"},
     };
     return DialogTemplateBuilder(extended, DS_SETFONT, items, caption, 9, u"{T_Short}").bytes();
 }

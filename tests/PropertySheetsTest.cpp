@@ -7,10 +7,6 @@
 #include "tests/support/WindowTexts.h"
 #include "wedge/OwnModule.h"
 
-#ifndef _WIN32
-#include "platform/standin/TestHooks.h"
-#endif
-
 #include <gtest/gtest.h>
 
 #include <array>
@@ -258,14 +254,3 @@ TEST(WedgeSheets, MayBeOpenOnTwoThreads) {
         }
     });
 }
-
-#ifndef _WIN32
-TEST(WedgeSheets, LoseNoPageWhenMemoryIsShort) {
-    const std::size_t before = standin::livePropertySheetPages();
-    const Sheet sheet;
-    allocations::refuseEachOf([&] {
-        if (const HPROPSHEETPAGE made = CreatePropertySheetPageW(sheet.pages.data())) DestroyPropertySheetPage(made);
-    });
-    EXPECT_EQ(standin::livePropertySheetPages(), before);
-}
-#endif

@@ -208,19 +208,6 @@ TEST(Wedge, RewritesDialogInitialisationData) {
 }
 
 #ifndef _WIN32
-TEST(Wedge, LosesNoAcceleratorTableWhenMemoryIsShort) {
-    const std::size_t before = standin::liveAcceleratorTables();
-    std::array<HACCEL, 20> tables{};
-    // Among them are the tables for which the registry has to grow.
-    for (HACCEL& table : tables)
-        allocations::refuseEachOf([&] {
-            DestroyAcceleratorTable(std::exchange(table, nullptr));
-            table = LoadAcceleratorsW(ownModule(), MAKEINTRESOURCEW(301));
-        });
-    EXPECT_EQ(standin::liveAcceleratorTables(), before + tables.size());
-    for (const HACCEL table : tables) DestroyAcceleratorTable(table);
-}
-
 // Windows does not tell what a box was asked for.
 TEST(Wedge, ShowsMessageBoxesInTheStoresLanguageOrTheCallers) {
     testing::internal::CaptureStderr();

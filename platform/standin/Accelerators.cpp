@@ -4,7 +4,6 @@
 #include "platform/standin/HandleTable.h"
 #include "platform/standin/Refuse.h"
 #include "platform/standin/SystemEntries.h"
-#include "platform/standin/TestHooks.h"
 
 #include <algorithm>
 #include <vector>
@@ -46,10 +45,6 @@ HACCEL tryToCreateTable(const ACCEL* records, int count, bool narrow) noexcept t
 }
 
 } // namespace
-
-std::size_t standin::liveAcceleratorTables() noexcept {
-    return tables.size();
-}
 
 HACCEL WINAPI CreateAcceleratorTableA(LPACCEL records, int count) noexcept {
     return tryToCreateTable(records, count, true);

@@ -4,7 +4,6 @@
 #include "platform/standin/HandleTable.h"
 #include "platform/standin/Refuse.h"
 #include "platform/standin/SystemEntries.h"
-#include "platform/standin/TestHooks.h"
 
 #include <algorithm>
 #include <cstring>
@@ -105,10 +104,6 @@ namespace standin {
 
 std::shared_ptr<PropertyPage> findPropertyPage(HPROPSHEETPAGE handle) {
     return pages().find(handle);
-}
-
-std::size_t livePropertySheetPages() noexcept {
-    return pages().size();
 }
 
 HPROPSHEETPAGE WINAPI createPropertySheetPageA(LPCPROPSHEETPAGEA record) noexcept {

@@ -32,8 +32,6 @@ ShownMessageBoxes shownMessageBoxes();
 /// Objects that were made and not destroyed, in the whole process.
 std::size_t liveWindows() noexcept;
 std::size_t liveMenus() noexcept;
-std::size_t liveAcceleratorTables() noexcept;
-std::size_t livePropertySheetPages() noexcept;
 
 /// Takes back what InitCommonControlsEx has registered, as if no program had asked for it.
 void unregisterCommonControls() noexcept;

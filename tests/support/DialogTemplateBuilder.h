@@ -13,10 +13,6 @@ struct DialogItem {
     unsigned id;
     DWORD style;
     std::u16string_view text = {};
-    unsigned x = 0;
-    unsigned y = 0;
-    unsigned width = 10;
-    unsigned height = 10;
     std::string_view creationData = "secret";
 };
 
@@ -36,7 +32,7 @@ public:
         }
         for (const DialogItem& item : items) {
             addStyle(extended, item.style);
-            m_template.words({item.x, item.y, item.width, item.height, item.id & 0xFFFFU});
+            m_template.words({1, 2, 30, 40, item.id & 0xFFFFU});
             if (extended) m_template.word(item.id >> 16U);
             if (item.windowClass.size() == 1) {
                 m_template.words({0xFFFF, item.windowClass[0]});
