@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -40,12 +39,4 @@ TEST(DisplayText, StaysInsideItsBufferForValuesOfAnySize) {
         for (const float p : {1e38F, -1e38F, 1e9F, -30.0F, std::numeric_limits<float>::infinity(), std::nanf("")})
             EXPECT_LT(display(index, p).size(), DisplayCapacity) << index << " at " << p;
     }
-}
-
-TEST(DisplayText, KeepsThePointInALocaleWithACommaForIt) {
-    const std::string before = std::setlocale(LC_NUMERIC, nullptr);
-    for (const char* const locale : {"de_DE.UTF-8", "fr_FR.UTF-8", "German_Germany.1252"})
-        std::setlocale(LC_NUMERIC, locale); // one that is not there changes nothing
-    EXPECT_EQ(display(9, 0.0F), "10.0");
-    std::setlocale(LC_NUMERIC, before.c_str());
 }

@@ -78,22 +78,18 @@ TEST(ParametricEqualizer, AllocatesForGrowingAlone) {
     ParametricEqualizer effect(nullptr);
     Stereo audio = noise(4096);
     float* channels[] = {audio[0].data(), audio[1].data()};
-    const auto asked = [](const auto& action) {
-        const std::size_t before = allocations::asked;
-        action();
-        return allocations::asked - before;
-    };
-    const auto adding = [&](int32 frames) { return asked([&] { effect.process(channels, channels, frames); }); };
+    using allocations::askedBy;
+    const auto adding = [&](int32 frames) { return askedBy([&] { effect.process(channels, channels, frames); }); };
     const auto arrays = [](std::size_t frames) { return 2 * frames * sizeof(float); };
 
     EXPECT_EQ(adding(1024), 0u);
     EXPECT_EQ(adding(1025), arrays(1025));
     EXPECT_EQ(adding(1025), 0u);
-    EXPECT_EQ(asked([&] { effect.setBlockSize(64); }), arrays(64));
+    EXPECT_EQ(askedBy([&] { effect.setBlockSize(64); }), arrays(64));
     EXPECT_EQ(adding(65), arrays(65));
-    for (const int32 size : {0, INT32_MIN}) EXPECT_EQ(asked([&] { effect.setBlockSize(size); }), 0u);
+    for (const int32 size : {0, INT32_MIN}) EXPECT_EQ(askedBy([&] { effect.setBlockSize(size); }), 0u);
     EXPECT_EQ(effect.getBlockSize(), 65);
-    EXPECT_EQ(asked([&] { effect.setBlockSizeAndSampleRate(4096, 48000.0f); }), 0u);
+    EXPECT_EQ(askedBy([&] { effect.setBlockSizeAndSampleRate(4096, 48000.0f); }), 0u);
     EXPECT_EQ(adding(65), 0u);
 }
 

@@ -51,14 +51,6 @@ INT_PTR CALLBACK endAtOnce(HWND dialog, UINT message, WPARAM, LPARAM parameter) 
     return 0;
 }
 
-/// What `work` allocates.
-template <typename Work>
-std::size_t bytesAskedBy(const Work& work) {
-    const std::size_t before = allocations::asked;
-    work();
-    return allocations::asked - before;
-}
-
 } // namespace
 
 TEST(CountedRef, SharesOneOwnerForAnAddressAndEndsItWithTheLast) {
@@ -88,13 +80,13 @@ TEST(ResourceCache, RewritesOnceHoweverOftenAndByHoweverManyAResourceIsFound) {
     const auto find = [](unsigned id) { static_cast<void>(findDialog(id)); };
     find(143); // the store is built
     EXPECT_EQ(ResourceCache::instance().Find(findDialog(143)), nullptr) << "it needs no substitute";
-    const std::size_t once = bytesAskedBy([&] { find(110); });
+    const std::size_t once = allocations::askedBy([&] { find(110); });
     EXPECT_GT(once, 0U);
     EXPECT_EQ(bytesOf(findDialog(110)), ResourceCache::instance().Find(findDialog(110)));
-    EXPECT_EQ(bytesAskedBy([&] { find(110), find(143); }), 0U);
+    EXPECT_EQ(allocations::askedBy([&] { find(110), find(143); }), 0U);
 
-    const std::size_t threadsAlone = bytesAskedBy([] { onThreads(4, [](int) {}); });
-    EXPECT_EQ(bytesAskedBy([&] { onThreads(4, [&](int) { find(111); }); }) - threadsAlone, once);
+    const std::size_t threadsAlone = allocations::askedBy([] { onThreads(4, [](int) {}); });
+    EXPECT_EQ(allocations::askedBy([&] { onThreads(4, [&](int) { find(111); }); }) - threadsAlone, once);
 }
 
 TEST(ResourceCache, TriesAgainAfterAShortageOfMemory) {

@@ -16,6 +16,14 @@ inline std::atomic<std::size_t> asked = 0; // bytes that were asked for, in all
 inline std::atomic<long> leftToGrant = -1; // how many more succeed; all, if negative
 inline std::atomic<long> leftToRefuse = 0; // how many fail after them
 
+/// The bytes that `work` asks for.
+template <typename Work>
+std::size_t askedBy(const Work& work) {
+    const std::size_t before = asked;
+    work();
+    return asked - before;
+}
+
 /// Lets `granted` allocations succeed and then refuses the next ones, until the end of its own life.
 class Shortage {
 public:
