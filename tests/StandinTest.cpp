@@ -121,6 +121,7 @@ TEST(Languages, HaveAnAnsiCodepageAmongThoseThatArePublishedForThem) {
         EXPECT_TRUE(CodepageFitsLanguage(std::stoi(page), pair.language)) << page << " " << std::hex << pair.language;
     }
     EXPECT_STREQ(read(0x0439), "0") << "Unicode alone";
+    EXPECT_STREQ(read(0x042C), "1254") << "not published";
     EXPECT_TRUE(refused(read(0x0812) == "none"s, ERROR_INVALID_PARAMETER));
 }
 
