@@ -1,6 +1,7 @@
 #include "plugin/DisplayText.h"
 
 #include "plugin/ParametricEqualizer.h"
+#include "tests/support/HostedEffect.h"
 
 #include <gtest/gtest.h>
 
@@ -14,11 +15,9 @@
 namespace {
 
 std::string display(int32 index, float p) {
-    ParametricEqualizer effect(nullptr);
-    effect.setParameter(index, p);
-    std::string text(64, '#');
-    effect.getAeffect()->dispatcher(effect.getAeffect(), effGetParamDisplay, index, 0, text.data(), 0.0F);
-    return text.substr(0, text.find('\0'));
+    const HostedEffect effect((new ParametricEqualizer(nullptr))->getAeffect());
+    effect.set(index, p);
+    return effect.display(index);
 }
 
 } // namespace

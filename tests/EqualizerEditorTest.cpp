@@ -3,8 +3,9 @@
 #include "platform/Owners.h"
 #include "platform/win32.h"
 #include "tests/support/HeapInUse.h"
+#include "tests/support/HostedEffect.h"
 #include "tests/support/ScriptedHost.h"
-#include "tests/support/WindowTexts.h"
+#include "tests/support/TestWindows.h"
 
 #ifdef _WIN32
 #include "tests/support/LoadedLibrary.h"
@@ -39,11 +40,6 @@ constexpr std::size_t Volume = 0;
 constexpr std::size_t Frequency3 = 3;
 constexpr std::size_t Gain1 = 5;
 
-void readyTrackbars() {
-    INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES};
-    InitCommonControlsEx(&controls);
-}
-
 AEffect* makeEffect(audioMasterCallback callback) {
 #ifdef _WIN32
     static const LoadedLibrary library(EQ_LIBRARY_PATH);
@@ -53,17 +49,10 @@ AEffect* makeEffect(audioMasterCallback callback) {
 #endif
 }
 
-/// An effect as a host holds it.
-class HostedEffect {
-public:
-    explicit HostedEffect(audioMasterCallback host = ScriptedHost::callback) : record(makeEffect(host)) {}
-    ~HostedEffect() { dispatch(effClose); }
-    HostedEffect(const HostedEffect&) = delete;
-    HostedEffect& operator=(const HostedEffect&) = delete;
+/// An effect with what a host asks of its editor.
+struct EditedEffect : HostedEffect {
+    explicit EditedEffect(audioMasterCallback host = ScriptedHost::callback) : HostedEffect(makeEffect(host)) {}
 
-    intptr dispatch(int32 opcode, void* ptr = nullptr, int32 index = 0) const {
-        return record->dispatcher(record, opcode, index, 0, ptr, 0.0f);
-    }
     /// The dialog that is opened in `parent`.
     HWND open(HWND parent) const {
         EXPECT_EQ(dispatch(effEditOpen, parent), 1);
@@ -75,16 +64,6 @@ public:
         return answer;
     }
     void idle() const { dispatch(effEditIdle); }
-    void set(int index, float value) const { record->setParameter(record, index, value); }
-    float get(int index) const { return record->getParameter(record, index); }
-    std::vector<float> all() const {
-        std::vector<float> values;
-        for (int i = 0; i < 13; ++i) values.push_back(get(i));
-        return values;
-    }
-
-private:
-    AEffect* const record;
 };
 
 class Editor : public testing::Test {
@@ -92,8 +71,8 @@ protected:
     Editor() { open(ScriptedHost::callback); }
 
     void open(audioMasterCallback callback) {
-        readyTrackbars();
-        effect = std::make_unique<HostedEffect>(callback);
+        readyCommonControls();
+        effect = std::make_unique<EditedEffect>(callback);
         dialog = effect->open(window.get());
         EXPECT_NE(dialog, nullptr);
     }
@@ -126,9 +105,8 @@ protected:
     using Automations = std::vector<std::pair<int, float>>;
 
     ScriptedHost host{2400};
-    platform::Window window{CreateWindowExW(0, L"STATIC", L"host", WS_POPUP, 0, 0, 600, 500, nullptr, nullptr,
-                                            GetModuleHandleW(nullptr), nullptr)};
-    std::unique_ptr<HostedEffect> effect;
+    platform::Window window{makeHostWindow()};
+    std::unique_ptr<EditedEffect> effect;
     HWND dialog = nullptr;
     std::size_t callsSeen = 0;
 };
@@ -145,7 +123,7 @@ TEST_F(Editor, OpensWithTheEffectsValuesInTheSizeThatItReportsAndChangesNothing)
     EXPECT_EQ(textOf(GetWindow(GetWindow(dialog, GW_CHILD), GW_HWNDNEXT)), L"Q");
     EXPECT_NE(GetWindowLongW(dialog, GWL_STYLE) & WS_VISIBLE, 0U);
 
-    const HostedEffect closed;
+    const EditedEffect closed;
     RECT client{};
     GetClientRect(dialog, &client);
     EXPECT_EQ((std::array<LONG, 2>{closed.rect()->right, closed.rect()->bottom}),
@@ -195,7 +173,7 @@ TEST_F(Editor, MayBeClosedAndOpenedAgainWhileItTellsOfAChange) {
 TEST_F(Editor, GivesASizeAndStaysCalmWhereNoDialogCanBeMade) {
     effect.reset();
     standin::unregisterCommonControls();
-    effect = std::make_unique<HostedEffect>();
+    effect = std::make_unique<EditedEffect>();
     EXPECT_EQ(effect->open(window.get()), nullptr);
     effect->set(Volume, 0.123f);
     effect->idle();
@@ -203,7 +181,7 @@ TEST_F(Editor, GivesASizeAndStaysCalmWhereNoDialogCanBeMade) {
     EXPECT_EQ(effect->rect()->right, 477); // 318 units of 6 quarters of a pixel
     EXPECT_EQ(effect->rect()->bottom, 401);
     effect->dispatch(effEditClose);
-    readyTrackbars();
+    readyCommonControls();
     EXPECT_NE(effect->open(window.get()), nullptr);
 }
 
@@ -212,9 +190,7 @@ TEST_F(Editor, ShowsTheUsersDecimalSeparatorWhereAHostIsShownThePoint) {
     locale.set("de_DE.UTF-8");
     scroll(Gain1, 33, TB_THUMBTRACK);
     EXPECT_EQ(readout(Gain1), L"+3,4 dB");
-    char text[64] = "";
-    effect->dispatch(effGetParamDisplay, text, Gain1);
-    EXPECT_STREQ(text, "+3.4 dB");
+    EXPECT_EQ(effect->display(Gain1), "+3.4 dB");
 }
 #endif
 

@@ -1,6 +1,7 @@
 #include "plugin/AEffect.h"
 
 #include "tests/support/EqualizerReference.h"
+#include "tests/support/HostedEffect.h"
 #include "tests/support/LanguageSettings.h"
 #include "tests/support/LoadedLibrary.h"
 #include "tests/support/ScriptedHost.h"
@@ -12,7 +13,6 @@
 #include <array>
 #include <cstring>
 #include <filesystem>
-#include <memory>
 #include <vector>
 
 namespace {
@@ -22,11 +22,6 @@ EffectMainProc libraryMain() {
     return library.find<EffectMainProc>("main");
 }
 
-struct Closer {
-    void operator()(AEffect* effect) const { effect->dispatcher(effect, effClose, 0, 0, nullptr, 0.0f); }
-};
-using EffectOwner = std::unique_ptr<AEffect, Closer>;
-
 TEST(Library, WantsAHostThatKnowsItsVersion) {
     const ScriptedHost refusing(0);
     EXPECT_EQ(libraryMain()(ScriptedHost::callback), nullptr);
@@ -35,8 +30,8 @@ TEST(Library, WantsAHostThatKnowsItsVersion) {
 
 TEST(Library, GivesAFilledRecord) {
     const ScriptedHost host(2400);
-    const EffectOwner effect(libraryMain()(ScriptedHost::callback));
-    ASSERT_NE(effect, nullptr);
+    const HostedEffect owner(libraryMain()(ScriptedHost::callback));
+    const AEffect* const effect = owner.record;
     EXPECT_EQ(host.calls().size(), 1u);
     const std::array fields = {effect->magic,        effect->numPrograms,   effect->numParams,    effect->numInputs,
                                effect->numOutputs,   effect->flags,         effect->resvd1,       effect->resvd2,
@@ -53,14 +48,14 @@ TEST(Library, FiltersAsTheEnginesDoWhateverTheBlockSizes) {
     const Stereo input = noise(30000);
     for (const auto& sizes : {std::vector<std::size_t>{30000}, {1, 0, 700}, {2048}, {5000, 1, 441, 3000}}) {
         SCOPED_TRACE(sizes[0]);
-        const EffectOwner effect(libraryMain()(ScriptedHost::callback));
-        for (int32 i = 0; i < 13; ++i) effect->setParameter(effect.get(), i, Audible[static_cast<std::size_t>(i)]);
+        const HostedEffect effect(libraryMain()(ScriptedHost::callback));
+        for (int32 i = 0; i < 13; ++i) effect.set(i, Audible[static_cast<std::size_t>(i)]);
         Stereo audio = input;
         std::size_t done = 0;
         for (std::size_t call = 0; done < 30000; ++call) {
             const std::size_t frames = std::min(sizes[call % sizes.size()], 30000 - done);
             float* channels[] = {audio[0].data() + done, audio[1].data() + done};
-            effect->processReplacing(effect.get(), channels, channels, static_cast<int32>(frames));
+            effect.record->processReplacing(effect.record, channels, channels, static_cast<int32>(frames));
             done += frames;
         }
         EXPECT_TRUE(sameBits(audio, ReferencePair(engineValues(Audible)).render(input)));
@@ -72,16 +67,13 @@ TEST(Library, ShowsTheUnitWordsOfTheLanguageFileBesideIt) {
     const TemporaryFolder folder;
     const std::filesystem::path built = EQ_LIBRARY_PATH;
     std::filesystem::copy(built, folder.path());
-    std::filesystem::copy(built.parent_path() / "Equalizer1049.lng", folder.path());
-    const LanguageSettings settings(1049, 1033);
+    folder.write("Texts1031.lng", "[Parametric Equalizer]\nIDS_DB = Dezibel\n");
+    folder.write("Texts1033.lng", "[Parametric Equalizer]\nIDS_DB = decibels\n");
+    const LanguageSettings settings(1031, 1033);
     const LoadedLibrary copy(folder.path(built.filename().string()));
-    const EffectOwner effect(copy.find<EffectMainProc>("main")(ScriptedHost::callback));
-    effect->setParameter(effect.get(), 7, 0.325F);
-    char text[64] = "";
-    effect->dispatcher(effect.get(), effGetParamDisplay, 7, 0, text, 0.0F);
-    char expected[64] = "";
-    WideCharToMultiByte(CP_ACP, 0, L"+3.5 \x0434\x0411", -1, expected, sizeof expected, nullptr, nullptr);
-    EXPECT_STREQ(text, expected);
+    const HostedEffect effect(copy.find<EffectMainProc>("main")(ScriptedHost::callback));
+    effect.set(7, 0.325F);
+    EXPECT_EQ(effect.display(7), "+3.5 Dezibel");
 }
 
 #ifdef __i386__

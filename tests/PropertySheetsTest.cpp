@@ -3,8 +3,8 @@
 #include "platform/Owners.h"
 #include "tests/support/DialogTemplateBuilder.h"
 #include "tests/support/HeapInUse.h"
+#include "tests/support/TestWindows.h"
 #include "tests/support/Threads.h"
-#include "tests/support/WindowTexts.h"
 #include "wedge/OwnModule.h"
 
 #include <gtest/gtest.h>
@@ -67,8 +67,7 @@ int CALLBACK sheetCallback(HWND sheet, UINT message, LPARAM lParam) {
 /// Three pages and a header for them, as a caller gives them, and the modeless window that it may open.
 struct Sheet {
     explicit Sheet(DWORD flags = 0) {
-        INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES};
-        InitCommonControlsEx(&controls);
+        readyCommonControls();
         for (unsigned i = 0; i < 3; ++i) {
             pages[i].dwSize = sizeof pages[i];
             pages[i].dwFlags = PSP_USETITLE | PSP_USECALLBACK;

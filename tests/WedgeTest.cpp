@@ -5,8 +5,8 @@
 #include "wedge/string_ext.h"
 
 #include "tests/support/AllocationCounter.h"
+#include "tests/support/TestWindows.h"
 #include "tests/support/Threads.h"
-#include "tests/support/WindowTexts.h"
 
 #ifndef _WIN32
 #include "platform/standin/TestHooks.h"

@@ -1,6 +1,6 @@
 #include "tests/stress/HostWindows.h"
 
-#include "platform/win32.h"
+#include "tests/support/TestWindows.h"
 
 #ifndef _WIN32
 #include "platform/standin/TestHooks.h"
@@ -9,10 +9,8 @@
 const HostWindows* hostWindows() {
     static constexpr HostWindows windows = {
         .make = []() -> void* {
-            INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES};
-            InitCommonControlsEx(&controls);
-            return CreateWindowExW(0, L"STATIC", L"host", WS_POPUP, 0, 0, 600, 500, nullptr, nullptr,
-                                   GetModuleHandleW(nullptr), nullptr);
+            readyCommonControls();
+            return makeHostWindow();
         },
         .destroy = [](void* window) { DestroyWindow(static_cast<HWND>(window)); },
         .children =

@@ -2,7 +2,7 @@
 
 // Sees and answers the message boxes that the test's own thread shows.
 
-#include "tests/support/WindowTexts.h"
+#include "tests/support/TestWindows.h"
 
 #include <gtest/gtest.h>
 

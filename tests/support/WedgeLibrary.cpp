@@ -1,7 +1,7 @@
 // A library with resources and the wedge, as a host would load and unload it.
 
 #include "platform/Owners.h"
-#include "tests/support/WindowTexts.h"
+#include "tests/support/TestWindows.h"
 #include "wedge/OwnModule.h"
 
 #include <memory>

@@ -15,3 +15,14 @@ inline std::wstring textOf(HWND window) {
 inline INT_PTR CALLBACK ignoreMessage(HWND, UINT, WPARAM, LPARAM) {
     return 0;
 }
+
+inline void readyCommonControls() {
+    INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES};
+    InitCommonControlsEx(&controls);
+}
+
+/// A host's window, hidden.
+inline HWND makeHostWindow() {
+    return CreateWindowExW(0, L"STATIC", L"host", WS_POPUP, 0, 0, 600, 500, nullptr, nullptr, GetModuleHandleW(nullptr),
+                           nullptr);
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "plugin/AEffect.h"
+
+#include <string>
+#include <vector>
+
+/// An effect as a host holds it, by its record.
+class HostedEffect {
+public:
+    /// One that the library's `main` has made.
+    explicit HostedEffect(AEffect* made) : record(made) {}
+    ~HostedEffect() { dispatch(effClose); }
+    HostedEffect(const HostedEffect&) = delete;
+    HostedEffect& operator=(const HostedEffect&) = delete;
+
+    intptr dispatch(int32 opcode, void* ptr = nullptr, int32 index = 0) const {
+        return record->dispatcher(record, opcode, index, 0, ptr, 0.0f);
+    }
+    void set(int32 index, float value) const { record->setParameter(record, index, value); }
+    [[nodiscard]] float get(int32 index) const { return record->getParameter(record, index); }
+    [[nodiscard]] std::vector<float> all() const {
+        std::vector<float> values;
+        for (int32 i = 0; i < 13; ++i) values.push_back(get(i));
+        return values;
+    }
+    /// The text of a parameter, or else 64 times '#'.
+    [[nodiscard]] std::string display(int32 index) const {
+        std::string text(64, '#');
+        dispatch(effGetParamDisplay, text.data(), index);
+        return text.substr(0, text.find('\0'));
+    }
+
+    AEffect* const record;
+};
