@@ -6,6 +6,7 @@
 #include "tests/support/HostedEffect.h"
 #include "tests/support/ScriptedHost.h"
 #include "tests/support/TestWindows.h"
+#include "tests/support/Threads.h"
 
 #ifdef _WIN32
 #include "tests/support/LoadedLibrary.h"
@@ -220,6 +221,10 @@ TEST_F(Editor, ReadsPositionsBackAsThemselvesOrOneLower) {
         effect->idle();
         EXPECT_EQ(position(Volume), std::ranges::binary_search(exact, pos) ? pos : pos - 1) << pos;
     }
+    for (const auto& [beyond, end] : {std::pair(-1, 0.0f), {101, 1.0f}}) {
+        scroll(Volume, beyond, TB_ENDTRACK);
+        EXPECT_EQ(effect->get(Volume), end);
+    }
 }
 
 TEST_F(Editor, PutsAHostsValuesOnTheGridAtTheNextIdle) {
@@ -280,6 +285,16 @@ TEST_F(Editor, ServesTheButtonsThatADialogMayHave) {
     EXPECT_EQ(IsWindow(dialog), 0);
     effect->idle();
     effect->dispatch(effEditClose);
+}
+
+TEST_F(Editor, MayBeMadeOnSeveralThreadsAtOnce) {
+    onThreads(3, [](int) {
+        for (int turn = 0; turn < 10; ++turn) {
+            const EditedEffect own([](AEffect*, int32, int32, intptr, void*, float) -> intptr { return 1; });
+            const platform::Window parent(makeHostWindow());
+            EXPECT_EQ(SendMessageW(GetDlgItem(own.open(parent.get()), SliderIds[1]), TBM_GETPOS, 0, 0), 100);
+        }
+    });
 }
 
 TEST_F(Editor, LeavesNothingBehindHoweverOftenItIsOpened) {

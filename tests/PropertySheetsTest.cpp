@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstring>
 #include <functional>
@@ -24,7 +25,7 @@ namespace {
 
 constexpr LPARAM CallersValue = 0x1234;
 
-// Wine's sheet looks for PSM_PAGETOINDEX's handle in wParam.
+// Wine's sheet looks for PSM_PAGETOINDEX's handle in wParam, and does not bear null records.
 #ifdef _WIN32
 constexpr bool SystemIsExact = false;
 #else
@@ -243,13 +244,23 @@ TEST(WedgeSheets, RunUntilTheyAreClosedIfTheyAreModal) {
 }
 
 TEST(WedgeSheets, MayBeOpenOnTwoThreads) {
-    onThreads(2, [](int) {
+    std::atomic<int> opened = 0;
+    onThreads(2, [&opened](int) {
         // A real window system takes its time for many.
         for (int turn = 0; turn < (SystemIsExact ? 100 : 1); ++turn) {
             Sheet sheet;
             sheet.open();
+            ++opened;
+            while (opened < 2 * (turn + 1)) std::this_thread::yield();
             EXPECT_EQ(sheet.send(PSM_INDEXTOID, 1), 152);
             EXPECT_EQ(sheet.label(), L"A longer translation");
         }
     });
 }
+
+#ifndef _WIN32
+TEST(WedgeSheets, RefuseWhatIsNone) {
+    EXPECT_LE(PropertySheetW(nullptr), 0);
+    EXPECT_EQ(CreatePropertySheetPageA(nullptr), nullptr);
+}
+#endif

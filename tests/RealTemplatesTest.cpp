@@ -42,6 +42,7 @@ TEST(RealTemplates, StayAsTheyAre) {
                                                             {9, PrepareAcceleratorResource}};
     for (const char* name : {"shell32.dll", "notepad.exe", "regedit.exe"}) {
         const HMODULE module = LoadLibraryExA(name, nullptr, LOAD_LIBRARY_AS_DATAFILE);
+        ASSERT_NE(module, nullptr) << name;
         for (const auto& [type, rewriter] : rewriters) {
             SCOPED_TRACE(name + std::string(", type ") + std::to_string(type));
             const auto parameter = reinterpret_cast<LONG_PTR>(rewriter);

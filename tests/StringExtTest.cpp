@@ -22,6 +22,7 @@ TEST(StringExt, ConvertsBetweenCodePagesAndUnits) {
         {1252, "5 \x80 \xFC", L"5 \u20AC \u00FC"},
         {932, "a\x82\xA0\xB1", L"a\u3042\uFF71"},
         {Utf8, "\xE3\x81\x82\xE3\x81\x84", L"\u3042\u3044"}, // fills the narrow buffer to its last byte
+        {Utf8, "\xF0\x9D\x84\x9E", L"\xD834\xDD1E"},         // one character, two units
         {NoSuchCodePage, "", L""},
     };
     for (const auto& [codePage, narrow, wide] : rows) {

@@ -1,7 +1,7 @@
 // A bad host: drives the library through its record as hosts are allowed to, but in ways in which few do, from several
 // threads, and looks at everything that the record promises.
 //
-//   hostile-hosts [--seconds N] [--steps N] [--seed N]
+//   hostile-hosts [--seconds N] [--steps N] [--seed N]    without the first two, until somebody ends it
 //
 // Runs in rounds. Each breaks a language file, mends it, loads the library and lets the threads at it. Exits with 1 at
 // the first thing that is wrong, and with 3 if something hangs. A seed gives each thread the same decisions again;
