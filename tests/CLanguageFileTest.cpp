@@ -127,4 +127,7 @@ TEST(LanguageFileText, SparesBackslashesInsideDoubleByteCharacters) {
     std::string kinds;
     for (std::size_t i = 0; i < 6; ++i) kinds += std::to_string(byte_kind("a\x83\x5C\x5C\x83", i));
     EXPECT_EQ(kinds, "012010");
+    for (std::size_t i = 0; i < 12; ++i)
+        kinds += std::to_string(byte_kind("\x80\x81\x40\x9F\x40\xA0\xDF\xE0\x40\xFC\x40\xFD", i));
+    EXPECT_EQ(kinds.substr(6), "012120012120") << "at the ends of the lead bytes";
 }

@@ -6,8 +6,8 @@
 #include <fstream>
 #include <iterator>
 
-// The fingerprint is of a template that was put together by hand from the dialog's layout, not of what the resource
-// compilers make of the sources.
+// The fingerprint is of a template that was once put together by hand from the dialog's layout, not of what the
+// resource compilers make of the sources. It tells that something has moved, not what.
 TEST(DialogTemplate, StandsInTheLibraryAsItIsLaidOut) {
     constexpr std::size_t Size = 3138;
     std::ifstream file(EQ_LIBRARY_PATH, std::ios::binary);

@@ -191,9 +191,3 @@ LRESULT WINAPI DefDlgProcW(HWND dialog, UINT message, WPARAM wParam, LPARAM lPar
     if (handled == 0 && IsWindow(dialog)) return defaultDialogProcedure(dialog, message, wParam, lParam);
     return returnsItsResult(message) ? handled : GetWindowLongPtrW(dialog, DWLP_MSGRESULT);
 }
-
-BOOL WINAPI MapDialogRect(HWND dialog, LPRECT rectangle) noexcept {
-    if (!standin::isDialog(dialog)) return FALSE;
-    *rectangle = {across(rectangle->left), down(rectangle->top), across(rectangle->right), down(rectangle->bottom)};
-    return TRUE;
-}

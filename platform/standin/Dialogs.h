@@ -55,5 +55,4 @@ INT_PTR WINAPI DialogBoxIndirectParamW(HINSTANCE module, LPCDLGTEMPLATEW dialog,
 BOOL WINAPI EndDialog(HWND dialog, INT_PTR result) noexcept;
 
 LRESULT WINAPI DefDlgProcW(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
-BOOL WINAPI MapDialogRect(HWND dialog, LPRECT rectangle) noexcept;
 }

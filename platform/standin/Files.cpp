@@ -28,42 +28,20 @@ standin::HandleTable<Search>& searches() {
     return table;
 }
 
-DWORD attributesOf(const fs::file_status& status) noexcept {
-    DWORD attributes = fs::is_directory(status) ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_ARCHIVE;
-    constexpr auto anyWrite = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
-    if ((status.permissions() & anyWrite) == fs::perms::none) attributes |= FILE_ATTRIBUTE_READONLY;
-    return attributes;
-}
-
 WIN32_FIND_DATAA describe(const fs::path& path, const std::string& name) {
     std::error_code ignored;
-    const auto status = fs::status(path, ignored);
-    const auto size = fs::is_regular_file(status) ? fs::file_size(path, ignored) : 0;
-
     WIN32_FIND_DATAA found{};
-    found.dwFileAttributes = attributesOf(status);
-    found.nFileSizeHigh = static_cast<DWORD>(size >> 32);
-    found.nFileSizeLow = static_cast<DWORD>(size);
+    found.dwFileAttributes = fs::is_directory(path, ignored) ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_ARCHIVE;
     name.copy(found.cFileName, sizeof found.cFileName - 1);
     return found;
 }
 
-/// A pattern "*.*" stands for all names, with or without a dot, as it always has.
-std::string modernPattern(const std::string& pattern) {
-    return pattern == "*.*" ? "*" : pattern;
-}
-
-std::vector<WIN32_FIND_DATAA> fittingEntries(const fs::path& folder, const std::string& pattern) {
+std::vector<WIN32_FIND_DATAA> entriesThatEndIn(const fs::path& folder, std::string_view end) {
     std::vector<WIN32_FIND_DATAA> entries;
-    const auto add = [&](const std::string& name) {
-        const bool fits = name.size() < MAX_PATH && standin::fitsPattern(name, pattern);
-        if (fits) entries.push_back(describe(folder / name, name));
-    };
-    // These two are entries of every folder, though the library leaves them out.
-    add(".");
-    add("..");
-    for (const auto& entry : fs::directory_iterator(folder)) add(entry.path().filename().string());
-
+    for (const auto& entry : fs::directory_iterator(folder)) {
+        const std::string name = entry.path().filename().string();
+        if (name.size() < MAX_PATH && standin::endsNoCase(name, end)) entries.push_back(describe(entry.path(), name));
+    }
     std::sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) {
         const int order = strcasecmp(a.cFileName, b.cFileName);
         return order != 0 ? order < 0 : std::string_view(a.cFileName) < std::string_view(b.cFileName);
@@ -83,8 +61,12 @@ DWORD codeOf(const std::error_code& error) noexcept {
 HANDLE WINAPI FindFirstFileA(LPCSTR pattern, LPWIN32_FIND_DATAA found) noexcept try {
     const fs::path path = pattern;
     const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
+    const std::string name = path.filename().string();
+    // All names that end in something, or what is not done here.
+    if (!name.starts_with('*') || name.find_first_of("*?", 1) != std::string::npos)
+        return refuse(ERROR_NOT_SUPPORTED, INVALID_HANDLE_VALUE);
     auto search = std::make_shared<Search>();
-    search->entries = fittingEntries(folder, modernPattern(path.filename().string()));
+    search->entries = entriesThatEndIn(folder, std::string_view(name).substr(1));
     if (search->entries.empty()) return refuse(ERROR_FILE_NOT_FOUND, INVALID_HANDLE_VALUE);
 
     *found = search->entries[search->next++];

@@ -1,7 +1,5 @@
 #include "platform/standin/Gdi.h"
 
-#include "platform/standin/TestHooks.h"
-
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -10,16 +8,16 @@ namespace {
 
 constexpr int DotsPerInch = 96;
 
-struct GuiFont {
-    std::string face = "Tahoma";
-    LONG height = -11; // 8 points
-};
-
-GuiFont& guiFont() {
-    static GuiFont font;
+/// DEFAULT_GUI_FONT
+LOGFONTA guiFont() noexcept {
+    LOGFONTA font{};
+    font.lfHeight = -11; // 8 points
+    font.lfWeight = 400;
+    std::strcpy(font.lfFaceName, "Tahoma");
     return font;
 }
 
+char stockFont;
 char screen;
 
 HDC screenContext() noexcept {
@@ -28,21 +26,13 @@ HDC screenContext() noexcept {
 
 } // namespace
 
-void standin::setGuiFont(const std::string& face, LONG height) {
-    guiFont() = {face, height};
-}
-
 HGDIOBJ WINAPI GetStockObject(int index) noexcept {
-    const bool known = index == DEFAULT_GUI_FONT && !guiFont().face.empty();
-    return known ? &guiFont() : nullptr;
+    return index == DEFAULT_GUI_FONT ? &stockFont : nullptr;
 }
 
 int WINAPI GetObjectA(HGDIOBJ object, int size, void* buffer) noexcept {
-    if (object != &guiFont() || size != static_cast<int>(sizeof(LOGFONTA))) return 0;
-    LOGFONTA font{};
-    font.lfHeight = guiFont().height;
-    font.lfWeight = 400;
-    guiFont().face.copy(font.lfFaceName, LF_FACESIZE - 1);
+    if (object != &stockFont || size != static_cast<int>(sizeof(LOGFONTA))) return 0;
+    const LOGFONTA font = guiFont();
     std::memcpy(buffer, &font, sizeof font);
     return size;
 }

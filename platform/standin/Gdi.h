@@ -31,7 +31,7 @@ static_assert(sizeof(LOGFONTA) == 60);
 
 extern "C" {
 
-/// Null for all but DEFAULT_GUI_FONT, which is Tahoma at 8 points unless a test sets another.
+/// Null for all but DEFAULT_GUI_FONT, which is Tahoma at 8 points.
 HGDIOBJ WINAPI GetStockObject(int index) noexcept;
 int WINAPI GetObjectA(HGDIOBJ object, int size, void* buffer) noexcept;
 /// Of the whole screen alone.

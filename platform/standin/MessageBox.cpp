@@ -39,7 +39,7 @@ int WINAPI showMessageBoxExW(HWND /*owner*/, LPCWSTR text, LPCWSTR caption, UINT
 
     const std::lock_guard guard(shownLock);
     std::fprintf(stderr, "%s: %s\n", toUtf8(shownCaption).c_str(), toUtf8(shownText).c_str());
-    shown = {shown.count + 1, shownText, shownCaption, type, language};
+    shown = {shown.count + 1, shownText, shownCaption, language};
     return IDOK;
 } catch (...) {
     return refuse(ERROR_NOT_ENOUGH_MEMORY);

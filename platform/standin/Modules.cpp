@@ -52,16 +52,8 @@ HMODULE WINAPI GetModuleHandleA(LPCSTR name) noexcept {
     return name ? findModule(name) : programModule();
 }
 
-HMODULE WINAPI GetModuleHandleW(LPCWSTR name) noexcept try {
-    if (!name) return programModule();
-    std::string narrow;
-    for (; *name != 0; ++name) {
-        const bool ascii = *name > 0 && *name < 0x80;
-        narrow += ascii ? static_cast<char>(*name) : '?';
-    }
-    return findModule(narrow);
-} catch (...) {
-    return refuse(ERROR_NOT_ENOUGH_MEMORY);
+HMODULE WINAPI GetModuleHandleW(LPCWSTR name) noexcept {
+    return name ? refuse(ERROR_NOT_SUPPORTED) : programModule();
 }
 
 BOOL WINAPI GetModuleHandleExA(DWORD flags, LPCSTR address, HMODULE* module) noexcept {

@@ -2,7 +2,6 @@
 
 #include "platform/standin/Resources.h"
 #include "platform/standin/SystemEntries.h"
-#include "platform/standin/TextMatch.h"
 #include "platform/standin/TrackbarProcedure.h"
 
 #include <algorithm>
@@ -43,13 +42,6 @@ HMODULE moduleOf(const std::string_view* library) noexcept {
     return reinterpret_cast<HMODULE>(const_cast<std::string_view*>(library));
 }
 
-std::string_view withoutExtension(std::string_view name) noexcept {
-    constexpr std::string_view extension = ".dll";
-    if (name.size() < extension.size()) return name;
-    const std::string_view stem = name.substr(0, name.size() - extension.size());
-    return standin::equalNoCase(name.substr(stem.size()), extension) ? stem : name;
-}
-
 bool isInProcess(std::string_view library) noexcept {
     return library != "comctl32" || standin::areCommonControlsRegistered();
 }
@@ -59,9 +51,7 @@ bool isInProcess(std::string_view library) noexcept {
 namespace standin {
 
 HMODULE findSystemLibrary(std::string_view name) noexcept {
-    const std::string_view wanted = withoutExtension(name);
-    const auto* const found = std::find_if(libraries.begin(), libraries.end(),
-                                           [wanted](std::string_view library) { return equalNoCase(library, wanted); });
+    const auto* const found = std::find(libraries.begin(), libraries.end(), name);
     return found == libraries.end() || !isInProcess(*found) ? nullptr : moduleOf(found);
 }
 

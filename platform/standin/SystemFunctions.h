@@ -8,7 +8,7 @@
 
 namespace standin {
 
-/// A system library by its name, whose case and ".dll" do not matter, or null. "comctl32" is in the process once the
+/// A system library by its name, or null. "comctl32" is in the process once the
 /// common controls are registered.
 HMODULE findSystemLibrary(std::string_view name) noexcept;
 

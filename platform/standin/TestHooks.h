@@ -15,14 +15,10 @@ void setAnsiCodepage(UINT codePage) noexcept;
 /// Lets a port, "COM1" to "COM4", stand for another device, such as a pseudo-terminal.
 void setSerialPortPath(const std::string& port, const std::string& path);
 
-/// Sets the font of DEFAULT_GUI_FONT; an empty face is none.
-void setGuiFont(const std::string& face, LONG height);
-
 struct ShownMessageBoxes {
     int count = 0;
     std::wstring lastText;
     std::wstring lastCaption;
-    UINT lastType = 0;
     WORD lastLanguage = 0;
 };
 

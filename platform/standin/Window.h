@@ -85,10 +85,6 @@ void forgetMessages(HWND window) noexcept;
 /// Waits until something is posted to the calling thread, and hands it to its window.
 void dispatchNextMessage();
 
-inline HWND handleOf(LPARAM parameter) noexcept {
-    return handleOfNumber<HWND>(static_cast<std::uintptr_t>(parameter));
-}
-
 inline LPARAM parameterOf(const void* pointer) noexcept {
     return reinterpret_cast<LPARAM>(pointer);
 }

@@ -52,15 +52,6 @@ int WINAPI GetDlgCtrlID(HWND handle) noexcept {
     return window ? static_cast<int>(window->id) : 0;
 }
 
-int WINAPI GetClassNameW(HWND handle, LPWSTR buffer, int size) noexcept {
-    const LockedWindow window(handle);
-    if (!window) return 0;
-    if (size <= 0) return refuse(ERROR_INSUFFICIENT_BUFFER);
-    const std::size_t copied = window->windowClass->name.copy(buffer, static_cast<std::size_t>(size - 1));
-    buffer[copied] = 0;
-    return static_cast<int>(copied);
-}
-
 int WINAPI GetWindowTextW(HWND handle, LPWSTR buffer, int size) noexcept {
     if (!buffer || size <= 0) return 0;
     const LockedWindow window(handle);

@@ -177,7 +177,6 @@ HWND WINAPI GetParent(HWND handle) noexcept {
 HWND WINAPI GetWindow(HWND handle, UINT relation) noexcept {
     const LockedWindow window(handle);
     if (!window) return nullptr;
-    if (relation == GW_OWNER) return window->owner;
     if (relation == GW_CHILD) return window->children.empty() ? nullptr : window->children.front();
     if (relation != GW_HWNDNEXT) return refuse(ERROR_NOT_SUPPORTED);
 

@@ -55,7 +55,6 @@ inline constexpr int GWLP_WNDPROC = -4;
 inline constexpr int GWLP_USERDATA = -21;
 
 inline constexpr UINT GW_HWNDNEXT = 2;
-inline constexpr UINT GW_OWNER = 4;
 inline constexpr UINT GW_CHILD = 5;
 
 inline constexpr int SW_HIDE = 0;
@@ -77,7 +76,6 @@ HWND WINAPI GetParent(HWND window) noexcept;
 HWND WINAPI GetWindow(HWND window, UINT relation) noexcept;
 HWND WINAPI GetDlgItem(HWND window, int id) noexcept;
 int WINAPI GetDlgCtrlID(HWND window) noexcept;
-int WINAPI GetClassNameW(HWND window, LPWSTR buffer, int size) noexcept;
 
 int WINAPI GetWindowTextW(HWND window, LPWSTR buffer, int size) noexcept;
 BOOL WINAPI SetWindowTextA(HWND window, LPCSTR text) noexcept;
