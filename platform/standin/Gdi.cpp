@@ -2,7 +2,7 @@
 
 #include <cstdint>
 #include <cstring>
-#include <string>
+#include <string_view>
 
 namespace {
 
@@ -13,7 +13,7 @@ LOGFONTA guiFont() noexcept {
     LOGFONTA font{};
     font.lfHeight = -11; // 8 points
     font.lfWeight = 400;
-    std::strcpy(font.lfFaceName, "Tahoma");
+    std::string_view("Tahoma").copy(font.lfFaceName, LF_FACESIZE - 1);
     return font;
 }
 
