@@ -20,8 +20,8 @@ public:
     void set(int32 index, float value) const { record->setParameter(record, index, value); }
     [[nodiscard]] float get(int32 index) const { return record->getParameter(record, index); }
     [[nodiscard]] std::vector<float> all() const {
-        std::vector<float> values;
-        for (int32 i = 0; i < 13; ++i) values.push_back(get(i));
+        std::vector<float> values(13);
+        for (int32 i = 0; i < 13; ++i) values[static_cast<std::size_t>(i)] = get(i);
         return values;
     }
     /// The text of a parameter, or else 64 times '#'.
