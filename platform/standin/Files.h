@@ -17,7 +17,8 @@ using LPWIN32_FIND_DATAA = WIN32_FIND_DATAA*;
 
 extern "C" {
 
-/// Looks in one folder for the names that fit a pattern of '*' and '?', in alphabetical order; case does not matter.
+/// Looks in one folder for the names that fit '*' and an end, in alphabetical order; case does not matter. Refuses
+/// other patterns.
 HANDLE WINAPI FindFirstFileA(LPCSTR pattern, LPWIN32_FIND_DATAA found) noexcept;
 BOOL WINAPI FindNextFileA(HANDLE search, LPWIN32_FIND_DATAA found) noexcept;
 BOOL WINAPI FindClose(HANDLE search) noexcept;

@@ -8,8 +8,7 @@
 
 namespace standin {
 
-/// A system library by its name, or null. "comctl32" is in the process once the
-/// common controls are registered.
+/// A system library by its name, or null. "comctl32" is in the process once the common controls are registered.
 HMODULE findSystemLibrary(std::string_view name) noexcept;
 
 /// A function of a system library, or null.

@@ -2,14 +2,17 @@
 
 #include "plugin/AEffect.h"
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 /// An effect as a host holds it, by its record.
 class HostedEffect {
 public:
-    /// One that the library's `main` has made.
-    explicit HostedEffect(AEffect* made) : record(made) {}
+    /// One that the library's `main` has made. Throws std::logic_error if that made none.
+    explicit HostedEffect(AEffect* made) : record(made) {
+        if (!made) throw std::logic_error("main has made no effect");
+    }
     ~HostedEffect() { dispatch(effClose); }
     HostedEffect(const HostedEffect&) = delete;
     HostedEffect& operator=(const HostedEffect&) = delete;
