@@ -188,8 +188,11 @@ TEST(AcceleratorRegistry, DestroysWhatIsLeft) {
     const HACCEL removed = CreateAcceleratorTableW(&entry, 1);
     {
         AcceleratorRegistry registry;
-        for (const HACCEL table : {removed, left, removed}) registry.Add(table);
-        for (int i = 0; i < 3; ++i) registry.Remove(removed);
+        registry.Add(left);
+        onThreads(4, [&](int) {
+            for (int turn = 0; turn < 1000; ++turn) registry.Add(removed), registry.Remove(removed);
+        });
+        registry.Remove(removed); // which is not there any more
     }
     EXPECT_EQ(DestroyAcceleratorTable(left), 0);
     EXPECT_NE(DestroyAcceleratorTable(removed), 0);
