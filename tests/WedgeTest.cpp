@@ -1,5 +1,6 @@
 #include "wedge/AcceleratorRegistry.h"
 #include "wedge/CountedBlock.h"
+#include "wedge/GuardedMap.h"
 #include "wedge/OwnModule.h"
 #include "wedge/ResourceCache.h"
 #include "wedge/string_ext.h"
@@ -76,6 +77,17 @@ TEST(CountedRef, SharesOneOwnerForAnAddressAndEndsItWithTheLast) {
     EXPECT_EQ(allocations::live, before);
 }
 
+TEST(GuardedMap, MayBeUsedByManyThreads) {
+    GuardedMap<int, int> map;
+    onThreads(4, [&map](int thread) {
+        for (int key = 40000 + thread; key > 0; key -= 4) {
+            map.put(key, thread);
+            EXPECT_EQ(map.find(key), thread);
+            EXPECT_EQ(map.take(key), thread);
+        }
+    });
+}
+
 TEST(ResourceCache, RewritesOnceHoweverOftenAndByHoweverManyAResourceIsFound) {
     const auto find = [](unsigned id) { static_cast<void>(findDialog(id)); };
     find(143); // the store is built
@@ -85,8 +97,12 @@ TEST(ResourceCache, RewritesOnceHoweverOftenAndByHoweverManyAResourceIsFound) {
     EXPECT_EQ(bytesOf(findDialog(110)), ResourceCache::instance().Find(findDialog(110)));
     EXPECT_EQ(allocations::askedBy([&] { find(110), find(143); }), 0U);
 
+    const auto useCache = [&](int) {
+        for (int turn = 0; turn < 1000; ++turn) static_cast<void>(ResourceCache::instance().Find(nullptr));
+        find(111);
+    };
     const std::size_t threadsAlone = allocations::askedBy([] { onThreads(4, [](int) {}); });
-    EXPECT_EQ(allocations::askedBy([&] { onThreads(4, [&](int) { find(111); }); }) - threadsAlone, once);
+    EXPECT_EQ(allocations::askedBy([&] { onThreads(4, useCache); }) - threadsAlone, once);
 }
 
 TEST(ResourceCache, TriesAgainAfterAShortageOfMemory) {
