@@ -3,9 +3,9 @@
 // The record and the callback through which a VST 2 host and an effect meet, and the numbers of that interface.
 // This header is all that a host needs; it stands on nothing of ours.
 //
-// The interface was made for 32-bit processes: 144 bytes, at the offsets asserted below. On 64-bit targets the
-// fields keep their order, pointers widen by natural alignment, and `value` and the results of the dispatcher and
-// the host callback are as wide as a pointer.
+// The interface was made for 32-bit processes: 144 bytes. On 64-bit targets the record has 192 bytes: its pointers and
+// its two reserved words widen, and so do `value` and the results of the dispatcher and the host callback. Hosts read
+// the record at fixed offsets, which are asserted below for both widths.
 
 #include <cstddef>
 #include <cstdint>
@@ -39,8 +39,8 @@ struct AEffect {
     int32 numInputs;    ///< channels
     int32 numOutputs;   ///< channels
     int32 flags;        ///< effFlags...
-    int32 resvd1;       ///< 0
-    int32 resvd2;       ///< 0
+    intptr resvd1;      ///< 0
+    intptr resvd2;      ///< 0
     int32 initialDelay; ///< samples from input to output
     int32 realQualities;
     int32 offQualities;
@@ -58,30 +58,32 @@ inline constexpr int32 EffectMagic = 0x56737450;
 /// What `effIdentify` answers.
 inline constexpr int32 EffectIdentity = 0x4E764566;
 
-#define EQ_ASSERT_OFFSET(field, offset) static_assert(sizeof(void*) != 4 || offsetof(AEffect, field) == (offset))
-EQ_ASSERT_OFFSET(magic, 0);
-EQ_ASSERT_OFFSET(dispatcher, 4);
-EQ_ASSERT_OFFSET(process, 8);
-EQ_ASSERT_OFFSET(setParameter, 12);
-EQ_ASSERT_OFFSET(getParameter, 16);
-EQ_ASSERT_OFFSET(numPrograms, 20);
-EQ_ASSERT_OFFSET(numParams, 24);
-EQ_ASSERT_OFFSET(numInputs, 28);
-EQ_ASSERT_OFFSET(numOutputs, 32);
-EQ_ASSERT_OFFSET(flags, 36);
-EQ_ASSERT_OFFSET(resvd1, 40);
-EQ_ASSERT_OFFSET(resvd2, 44);
-EQ_ASSERT_OFFSET(initialDelay, 48);
-EQ_ASSERT_OFFSET(realQualities, 52);
-EQ_ASSERT_OFFSET(offQualities, 56);
-EQ_ASSERT_OFFSET(ioRatio, 60);
-EQ_ASSERT_OFFSET(object, 64);
-EQ_ASSERT_OFFSET(user, 68);
-EQ_ASSERT_OFFSET(uniqueID, 72);
-EQ_ASSERT_OFFSET(version, 76);
-EQ_ASSERT_OFFSET(processReplacing, 80);
-EQ_ASSERT_OFFSET(future, 84);
-static_assert(sizeof(void*) != 4 || sizeof(AEffect) == 144);
+/// Holds a field to its offset in 32-bit and in 64-bit processes.
+#define EQ_ASSERT_OFFSET(field, offset32, offset64)                                                                    \
+    static_assert(offsetof(AEffect, field) == (sizeof(void*) == 4 ? (offset32) : (offset64)))
+EQ_ASSERT_OFFSET(magic, 0, 0);
+EQ_ASSERT_OFFSET(dispatcher, 4, 8);
+EQ_ASSERT_OFFSET(process, 8, 16);
+EQ_ASSERT_OFFSET(setParameter, 12, 24);
+EQ_ASSERT_OFFSET(getParameter, 16, 32);
+EQ_ASSERT_OFFSET(numPrograms, 20, 40);
+EQ_ASSERT_OFFSET(numParams, 24, 44);
+EQ_ASSERT_OFFSET(numInputs, 28, 48);
+EQ_ASSERT_OFFSET(numOutputs, 32, 52);
+EQ_ASSERT_OFFSET(flags, 36, 56);
+EQ_ASSERT_OFFSET(resvd1, 40, 64);
+EQ_ASSERT_OFFSET(resvd2, 44, 72);
+EQ_ASSERT_OFFSET(initialDelay, 48, 80);
+EQ_ASSERT_OFFSET(realQualities, 52, 84);
+EQ_ASSERT_OFFSET(offQualities, 56, 88);
+EQ_ASSERT_OFFSET(ioRatio, 60, 92);
+EQ_ASSERT_OFFSET(object, 64, 96);
+EQ_ASSERT_OFFSET(user, 68, 104);
+EQ_ASSERT_OFFSET(uniqueID, 72, 112);
+EQ_ASSERT_OFFSET(version, 76, 116);
+EQ_ASSERT_OFFSET(processReplacing, 80, 120);
+EQ_ASSERT_OFFSET(future, 84, 128);
+static_assert(sizeof(AEffect) == (sizeof(void*) == 4 ? 144 : 192));
 #undef EQ_ASSERT_OFFSET
 
 /// The bits of AEffect::flags.

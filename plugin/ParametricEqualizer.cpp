@@ -1,8 +1,8 @@
 #include "plugin/ParametricEqualizer.h"
 
-#include "editor/EqualizerEditor.h"
 #include "engine/ChannelPair.h"
 #include "plugin/DisplayText.h"
+#include "plugin/EditorChoice.h"
 #include "plugin/ParameterTable.h"
 
 #include <algorithm>
@@ -30,9 +30,8 @@ ParametricEqualizer::ParametricEqualizer(audioMasterCallback hostCallback)
     AudioEffectX::setInitialDelay(engines[0]->latency());
     AudioEffectX::setUniqueID(UniqueId);
 
-    // The editor makes itself the effect's. It reads the language files, so that a broken one fails while the effect is
-    // made and not under a host that asks for a text.
-    if (new (std::nothrow) EqualizerEditor(this) == nullptr) editorCreationFailed = true;
+    // Reads the language files, so that a broken file fails here and not later, in a host that asks for a text.
+    if (!createEditor(*this)) editorCreationFailed = true;
 }
 
 void ParametricEqualizer::setParameter(int32 index, float value) {

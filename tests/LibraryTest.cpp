@@ -17,6 +17,12 @@
 
 namespace {
 
+#ifdef _WIN32
+constexpr int32 Flags = 0x19;
+#else
+constexpr int32 Flags = 0x18; // no editor
+#endif
+
 EffectMainProc libraryMain() {
     static const LoadedLibrary library(EQ_LIBRARY_PATH);
     return library.find<EffectMainProc>("main");
@@ -33,10 +39,11 @@ TEST(Library, GivesAFilledRecord) {
     const HostedEffect owner(libraryMain()(ScriptedHost::callback));
     const AEffect* const effect = owner.record;
     EXPECT_EQ(host.calls().size(), 1u);
-    const std::array fields = {effect->magic,        effect->numPrograms,   effect->numParams,    effect->numInputs,
-                               effect->numOutputs,   effect->flags,         effect->resvd1,       effect->resvd2,
-                               effect->initialDelay, effect->realQualities, effect->offQualities, effect->version};
-    EXPECT_EQ(fields, (std::array{0x56737450, 1, 13, 2, 2, 0x19, 0, 0, 2048, 0, 0, 1}));
+    const std::array<intptr, 12> fields = {effect->magic,         effect->numPrograms,  effect->numParams,
+                                           effect->numInputs,     effect->numOutputs,   effect->flags,
+                                           effect->resvd1,        effect->resvd2,       effect->initialDelay,
+                                           effect->realQualities, effect->offQualities, effect->version};
+    EXPECT_EQ(fields, (std::array<intptr, 12>{0x56737450, 1, 13, 2, 2, Flags, 0, 0, 2048, 0, 0, 1}));
     EXPECT_EQ(effect->ioRatio, 1.0f);
     EXPECT_EQ(effect->user, nullptr);
     EXPECT_EQ(std::memcmp(&effect->uniqueID, "zVhM", 4), 0);
@@ -75,6 +82,31 @@ TEST(Library, ShowsTheUnitWordsOfTheLanguageFileBesideIt) {
     effect.set(7, 0.325F);
     EXPECT_EQ(effect.display(7), "+3.5 Dezibel");
 }
+
+TEST(Library, GivesNoEffectWhileALanguageFileIsBroken) {
+    const ScriptedHost host(2400);
+    const TemporaryFolder folder;
+    const std::filesystem::path built = EQ_LIBRARY_PATH;
+    std::filesystem::copy(built, folder.path());
+    const LanguageSettings settings(1031, 1033);
+    const LoadedLibrary copy(folder.path(built.filename().string()));
+    const auto main = copy.find<EffectMainProc>("main");
+    folder.write("Texts1031.lng", "[Parametric Equalizer]\nno equals sign\n");
+    EXPECT_EQ(main(ScriptedHost::callback), nullptr);
+    folder.write("Texts1031.lng", "[Parametric Equalizer]\nIDS_DB = Dezibel\n");
+    EXPECT_NE(HostedEffect(main(ScriptedHost::callback)).record, nullptr);
+}
+
+#ifndef _WIN32
+TEST(Library, OpensNoEditorOnLinux) {
+    const ScriptedHost host(2400);
+    const HostedEffect effect(libraryMain()(ScriptedHost::callback));
+    ERect* rect = nullptr;
+    EXPECT_EQ(effect.dispatch(effEditGetRect, &rect), 0);
+    EXPECT_EQ(effect.dispatch(effEditOpen, &rect), 0);
+    EXPECT_EQ(effect.dispatch(effEditClose), 0);
+}
+#endif
 
 #ifdef __i386__
 /// Calls a function of the interface with the stack pointer `skew` bytes below a multiple of 16.

@@ -1,0 +1,10 @@
+#include "plugin/EditorChoice.h"
+
+#include "editor/EqualizerEditor.h"
+
+#include <new>
+
+bool createEditor(AudioEffect& effect) {
+    // The editor binds itself to the effect, which owns it from then on.
+    return new (std::nothrow) EqualizerEditor(&effect) != nullptr;
+}
