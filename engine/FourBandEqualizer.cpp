@@ -20,7 +20,11 @@ void FourBandEqualizer::reset() noexcept {
 }
 
 void FourBandEqualizer::setParameters(const float* values) noexcept {
-    handover.put(values);
+    setParameters(values, announceChange());
+}
+
+void FourBandEqualizer::setParameters(const float* values, std::uint32_t change) noexcept {
+    handover.put(values, change);
 }
 
 void FourBandEqualizer::process(const float* input, float* output, int sampleCount, int mode) noexcept {
@@ -47,7 +51,7 @@ void FourBandEqualizer::completeBlock(int mode) noexcept {
     samplesToFill = BlockSize;
     switch (mode) {
     case Process:
-        if (handover.pending()) {
+        if (parametersChanged()) {
             runChangeBlock();
         } else {
             kernel->filter(run(coefficients, &BandState::currentState), outputBlock);
@@ -69,7 +73,7 @@ void FourBandEqualizer::completeBlock(int mode) noexcept {
 
 // Ordinary blocks, at once. All others are rare.
 void FourBandEqualizer::completeBlocks(FourBandEqualizer& first, FourBandEqualizer& second, int mode) noexcept {
-    const bool bothOrdinary = mode == Process && !first.handover.pending() && !second.handover.pending();
+    const bool bothOrdinary = mode == Process && !first.parametersChanged() && !second.parametersChanged();
     if (!bothOrdinary || first.kernel != second.kernel) {
         first.completeBlock(mode);
         second.completeBlock(mode);
@@ -94,7 +98,7 @@ FilterRun FourBandEqualizer::run(const FilterDesign& filter, StatePair pair) noe
     return {inputBlock, filter, bandState, pair};
 }
 
-// Designs the array that waits, if any: the newest that any thread has completed.
+// Designs the waiting array. Without one, or with one that is older than the last, the design stays.
 void FourBandEqualizer::design() noexcept {
     if (handover.take(parameters)) coefficients = FilterDesign::of(parameters);
 }

@@ -4,6 +4,8 @@
 #include "engine/FilterDesign.h"
 #include "engine/ParameterHandover.h"
 
+#include <cstdint>
+
 /// The signal path of one audio channel: an output gain and four peak sections in series, run over fixed blocks of
 /// 2048 samples, with a delay of exactly that many samples.
 ///
@@ -43,8 +45,14 @@ public:
     /// Brings the engine back to the state of a new one. Not while another thread is in `process`.
     void reset() noexcept;
 
-    /// Hands the 13 values of FilterDesign::of to the next block boundary, in place of any that still wait there.
+    /// Hands the 13 values of FilterDesign::of to the next block boundary. They replace any values that wait there.
     void setParameters(const float* values) noexcept;
+
+    /// The same for values that several threads change. Each thread stores its change, calls `announceChange`, reads
+    /// all 13 values, and passes them on with the number that `announceChange` returned. Values with a lower number
+    /// never replace values with a higher one, so that no change is lost.
+    [[nodiscard]] std::uint32_t announceChange() noexcept { return handover.announce(); }
+    void setParameters(const float* values, std::uint32_t change) noexcept;
 
     /// Takes `sampleCount` (0 or more) samples from `input` and gives as many to `output`. The two may be the same
     /// array, but must not overlap in any other way.
@@ -57,6 +65,8 @@ private:
     friend void processPair(FourBandEqualizer& first, FourBandEqualizer& second, const float* const* inputs,
                             float* const* outputs, int sampleCount, int mode) noexcept;
 
+    /// Returns whether values wait for the next block boundary.
+    [[nodiscard]] bool parametersChanged() const noexcept { return handover.pending(); }
     void design() noexcept;
     void exchange(const float* input, float* output, int count) noexcept;
     void completeBlock(int mode) noexcept;

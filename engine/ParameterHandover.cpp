@@ -3,29 +3,38 @@
 #include <algorithm>
 #include <bit>
 
-void ParameterHandover::put(const float* values) noexcept {
-    const int slot = claim();
+void ParameterHandover::put(const float* values, std::uint32_t number) noexcept {
+    const unsigned slot = claim();
     std::copy_n(values, ParameterCount, slots[slot]);
-    release(latest.exchange(slot, std::memory_order_acq_rel));
+    const Ticket own = number << SlotBits | slot;
+    Ticket waiting = latest.load(std::memory_order_acquire);
+    do {
+        if (slotOf(waiting) != NoSlot && isOlder(own, waiting)) return release(slot);
+    } while (!latest.compare_exchange_weak(waiting, own, std::memory_order_acq_rel, std::memory_order_acquire));
+    release(slotOf(waiting));
 }
 
 bool ParameterHandover::take(float (&values)[ParameterCount]) noexcept {
-    const int slot = latest.exchange(None, std::memory_order_acq_rel);
-    if (slot == None) return false;
-    std::copy_n(slots[slot], ParameterCount, values);
-    release(slot);
-    return true;
+    const Ticket taken = latest.exchange(NoSlot, std::memory_order_acq_rel);
+    if (slotOf(taken) == NoSlot) return false;
+    const bool isNew = !isOlder(taken, newestTaken);
+    if (isNew) {
+        std::copy_n(slots[slotOf(taken)], ParameterCount, values);
+        newestTaken = taken;
+    }
+    release(slotOf(taken));
+    return isNew;
 }
 
 void ParameterHandover::clear() noexcept {
-    release(latest.exchange(None, std::memory_order_acq_rel));
+    release(slotOf(latest.exchange(NoSlot, std::memory_order_acq_rel)));
 }
 
-int ParameterHandover::claim() noexcept {
+unsigned ParameterHandover::claim() noexcept {
     std::uint32_t available = freeSlots.load(std::memory_order_relaxed);
     for (;;) {
-        const int slot = std::countr_zero(available);
-        if (slot == SlotCount) { // every slot is in another writer's hands for the moment
+        const auto slot = static_cast<unsigned>(std::countr_zero(available));
+        if (slot >= SlotCount) { // other writers hold every slot for the moment
             available = freeSlots.load(std::memory_order_relaxed);
             continue;
         }
@@ -36,6 +45,6 @@ int ParameterHandover::claim() noexcept {
     }
 }
 
-void ParameterHandover::release(int slot) noexcept {
-    if (slot != None) freeSlots.fetch_or(1U << slot, std::memory_order_release);
+void ParameterHandover::release(unsigned slot) noexcept {
+    if (slot != NoSlot) freeSlots.fetch_or(1U << slot, std::memory_order_release);
 }

@@ -114,17 +114,11 @@ void ParametricEqualizer::addPiece(float** inputs, float** outputs, int32 start,
 }
 
 void ParametricEqualizer::updateEngines() noexcept {
-    // Of two threads that change parameters, the one that hands its array over last may have read the values before
-    // the other stored its own. So each looks again until no change came while it was at work.
-    std::uint32_t seen = changeCount.fetch_add(1, std::memory_order_acq_rel) + 1;
-    for (;;) {
-        float values[ParameterCount];
-        for (int32 i = 0; i < ParameterCount; ++i)
-            values[i] = static_cast<float>(Parameters[i].engineValue(getParameter(i)));
-        for (const auto& engine : engines) engine->setParameters(values);
-
-        const std::uint32_t now = changeCount.load(std::memory_order_acquire);
-        if (now == seen) return;
-        seen = now;
-    }
+    // Two threads may be here together. The numbers tell each engine which of their arrays is the newer one.
+    std::array<std::uint32_t, ChannelCount> change;
+    std::ranges::transform(engines, change.begin(), [](const auto& engine) { return engine->announceChange(); });
+    float values[ParameterCount];
+    for (int32 i = 0; i < ParameterCount; ++i)
+        values[i] = static_cast<float>(Parameters[i].engineValue(getParameter(i)));
+    for (std::size_t i = 0; i < ChannelCount; ++i) engines[i]->setParameters(values, change[i]);
 }

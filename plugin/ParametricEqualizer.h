@@ -6,7 +6,6 @@
 #include <array>
 #include <atomic>
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 
 /// Set when the editor of any effect cannot be made, and never cleared: from then on no effect is given to a host.
@@ -58,5 +57,4 @@ private:
     std::array<std::unique_ptr<float[]>, ChannelCount> scratch; // where an adding call lands before the sum
     int32 scratchFrames = 0;
     std::array<std::atomic<float>, ParameterCount> parameterValues;
-    std::atomic<std::uint32_t> changeCount = 0;
 };

@@ -12,7 +12,7 @@ namespace {
 void put(ParameterHandover& handover, float value) {
     float values[ParameterCount];
     std::fill_n(values, ParameterCount, value);
-    handover.put(values);
+    handover.put(values, handover.announce());
 }
 
 } // namespace
@@ -29,6 +29,21 @@ TEST(ParameterHandover, GivesTheNewestArrayOnceAndLosesNoSlot) {
         EXPECT_EQ(handover.take(values), i % 2 == 0);
         EXPECT_EQ(values[0], static_cast<float>(i - i % 2));
         EXPECT_FALSE(handover.pending());
+    }
+}
+
+TEST(ParameterHandover, KeepsTheArrayOfTheLaterChange) {
+    ParameterHandover handover;
+    float values[ParameterCount] = {};
+    const float late[ParameterCount] = {-1};
+    for (int i = 0; i < 100; ++i) {
+        const std::uint32_t delayed = handover.announce();
+        put(handover, static_cast<float>(i));
+        handover.put(late, delayed);
+        EXPECT_TRUE(handover.take(values));
+        handover.put(late, delayed);
+        EXPECT_FALSE(handover.take(values));
+        EXPECT_EQ(values[0], static_cast<float>(i));
     }
 }
 
