@@ -1,7 +1,7 @@
 #include "support/ContextException.h"
 
 #include "platform/win32.h"
-#include "support/Mutex_Win32Impl.h"
+#include "support/Mutex.h"
 
 #include <algorithm>
 #include <charconv>

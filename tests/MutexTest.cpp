@@ -1,4 +1,4 @@
-#include "support/Mutex_Win32Impl.h"
+#include "support/Mutex.h"
 
 #include "tests/support/FailureText.h"
 #include "tests/support/Threads.h"
