@@ -3,6 +3,7 @@
 #   Linux    bin/        equalize, which looks for the library in ../lib/vst, and lngcheck
 #            lib/vst/    the library and its language files
 #            share/      man pages, completions, documents
+#            install     in the archive only: a script that installs the rest for one user
 #   Windows  ./          the library, its language files, editor-host.exe, documents
 
 set(package parametric-equalizer)
@@ -69,6 +70,8 @@ else()
     "${CMAKE_BINARY_DIR}" ${PROJECT_NAME} effect /
     "${CMAKE_BINARY_DIR}" ${PROJECT_NAME} documents /
     "${CMAKE_BINARY_DIR}" ${PROJECT_NAME} licence /)
+
+  install(PROGRAMS packaging/install DESTINATION . COMPONENT archive EXCLUDE_FROM_ALL)
 
   # Debian has the licence under a name of its own, and a changelog in a form of its own.
   set(CPACK_PROJECT_CONFIG_FILE "${PROJECT_SOURCE_DIR}/packaging/generator.cmake")

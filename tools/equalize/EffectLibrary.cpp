@@ -41,12 +41,14 @@ EffectLibrary::EffectLibrary(const std::filesystem::path& file)
 
 std::filesystem::path EffectLibrary::defaultPlace() {
     const std::filesystem::path folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
-    std::filesystem::path beside = folder / "Parametric Equalizer.so";
-    if (std::filesystem::exists(beside)) return beside;
-    std::filesystem::path installed = folder.parent_path() / "lib/vst" / beside.filename();
-    if (std::filesystem::exists(installed)) return installed;
-    throw FileError("the plug-in is missing: it is neither " + beside.string() + " nor " + installed.string() +
-                    "; --plugin names another place");
+    // Beside the program; below a prefix; in a user's home, whose programs are in ~/.local/bin.
+    std::string tried;
+    for (const char* const place : {".", "../lib/vst", "../../.vst/parametric-equalizer"}) {
+        std::filesystem::path file = (folder / place / "Parametric Equalizer.so").lexically_normal();
+        if (std::filesystem::exists(file)) return file;
+        tried += "\n  " + file.string();
+    }
+    throw FileError("the plug-in is missing; --plugin names another place than these:" + tried);
 }
 
 AEffect* EffectLibrary::makeInstance() const {
