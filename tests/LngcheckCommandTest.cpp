@@ -73,6 +73,7 @@ TEST_F(LngcheckCommand, TellsOfFilesAsAWhole) {
         {"A1031.lng", "\xFF\xFE[", 1, "is in UTF-16, save it in an ANSI code page\nfiles: 1, faults: 1,"},
         {"A1031.lng", "<CODEPAGE 1252>\n[A]\na = Zur\xC3\xBC\n", 1, "A1031.lng: warning: the texts look like UTF-8"},
         {"A1025.lng", "<CODEPAGE 709>\n[Other]\na = b\n", 1, "A1025.lng:3: Call to 'MultiByteToWideChar()' returned"},
+        {"A10.lng", "[Shared]\nMSGBOX_OK = A\n", 0, "A10.lng: note: these texts show in English: IDS_DB, IDS_Hz,"},
         {"Shared.lng", "[Shared]\na = b\n", 0, "Shared.lng: warning: the name"},
     };
     for (const auto& [file, contents, exitCode, text] : rows) {
@@ -101,6 +102,8 @@ TEST_F(LngcheckCommand, ComparesWithAReference) {
               {"A1031.lng: the key Extra of [Other] is missing, which A1033.lng has",
                "A1031.lng: the key ACCEL_0x41 of [Other] is missing", "note: the same as in A1033.lng",
                "IDD_Options_m10dB, IDD_Options_B2,", "faults: 3,"});
+    folder.write("A7.lng", "[Shared]\nMSGBOX_OK = A\n");
+    expectRun("--reference A1033.lng A7.lng", 0, {"files: 1, faults: 0,"});
     folder.write("bad1033.lng", "nonsense");
     expectRun("--reference bad1033.lng A1033.lng", 1, {});
 }

@@ -15,6 +15,11 @@
 namespace lngcheck {
 namespace {
 
+/// The files of a primary language serve countries that have no file of their own. What they lack is shown in English.
+bool isPrimaryLanguage(WORD language) {
+    return language == PRIMARYLANGID(language);
+}
+
 bool isControl(wchar_t c) {
     return c < 0x20 || (c >= 0x7F && c < 0xA0);
 }
@@ -184,7 +189,7 @@ void checkLanguageAgainst(const LanguageFile& reference, const FilesOfLanguage& 
             return isSame(definition.key, wanted.key) && isSame(definition.context, wanted.context);
         });
         const bool isReported = isKnownContext(wanted.context) && findKnownText(wanted.key);
-        if (!found && !isReported)
+        if (!found && !isReported && !isPrimaryLanguage(language.front()->language))
             findings.add(language.front()->path, 0, Severity::Fault,
                          "the key " + wanted.key + " of [" + wanted.context + "] is missing, which " + reference.name +
                              " has");
@@ -203,11 +208,18 @@ void checkFile(const LanguageFile& file, Findings& findings) {
 
 void checkCompleteness(const std::vector<LanguageFile>& files, Findings& findings) {
     forEachLanguage(files, [&](const FilesOfLanguage& language) {
+        const LanguageFile& first = *language.front();
+        std::string leftToEnglish;
         for (const KnownText& known : knownTexts()) {
-            if (!definesKnownText(language, known))
-                findings.add(language.front()->path, 0, Severity::Fault,
-                             "the key " + std::string(known.key) + " is missing");
+            if (definesKnownText(language, known)) continue;
+            const std::string key(known.key);
+            if (isPrimaryLanguage(first.language))
+                leftToEnglish += (leftToEnglish.empty() ? "" : ", ") + key;
+            else
+                findings.add(first.path, 0, Severity::Fault, "the key " + key + " is missing");
         }
+        if (!leftToEnglish.empty())
+            findings.add(first.path, 0, Severity::Note, "these texts show in English: " + leftToEnglish);
     });
 }
 
