@@ -47,8 +47,12 @@ private:
 struct LanguageSettings {
     LanguageSettings(DWORD override_language, WORD system_language) {
         override_value.set(REG_DWORD, &override_language, sizeof override_language);
+        setSystemLanguage(system_language);
+    }
+
+    void setSystemLanguage(WORD language) {
         char digits[9];
-        std::snprintf(digits, sizeof digits, "%08X", system_language);
+        std::snprintf(digits, sizeof digits, "%08X", language);
         system_value.setText(digits);
     }
 
@@ -83,8 +87,10 @@ public:
         const std::map<WORD, const char*> locales = {
             {0, "C"}, {1031, "de_DE.UTF-8"}, {1033, "en_US.UTF-8"}, {1036, "fr_FR.UTF-8"}, {1041, "ja_JP.UTF-8"}};
         m_override.set(std::to_string(override_language));
-        m_locale.set(locales.at(system_language));
+        setSystemLocale(locales.at(system_language));
     }
+
+    void setSystemLocale(const std::string& name) { m_locale.set(name); }
 
 private:
     EnvironmentVariable m_override{"TUNEBENCH_LANGUAGE"};
