@@ -11,28 +11,20 @@ inline constexpr int EditorDialogHeight = 247;
 
 inline constexpr std::size_t SlotCount = 13;
 
-/// A slider and its read-out.
-struct SlotControls {
-    int slider;
-    int readout;
-    int parameter;
+// A slot is a slider and its read-out. The tables are in the order of the slots.
+inline constexpr std::array<int, SlotCount> sliderIds = {
+    1012,                   // volume
+    1014, 1016, 1018, 1023, // frequencies of the bands 1 to 4
+    1020, 1022, 1029, 1033, // gains
+    1044, 1046, 1048, 1050, // Q
 };
-
-inline constexpr std::array<SlotControls, SlotCount> Slots = {{
-    {1012, 1013, 0},  // volume
-    {1014, 1015, 1},  // frequency of band 1
-    {1016, 1017, 2},  // of band 2
-    {1018, 1019, 3},  // of band 3
-    {1023, 1024, 4},  // of band 4
-    {1020, 1021, 5},  // gain of band 1
-    {1022, 1025, 6},  // of band 2
-    {1029, 1030, 7},  // of band 3
-    {1033, 1034, 8},  // of band 4
-    {1044, 1045, 9},  // Q of band 1
-    {1046, 1047, 10}, // of band 2
-    {1048, 1049, 11}, // of band 3
-    {1050, 1051, 12}, // of band 4
-}};
+inline constexpr std::array<int, SlotCount> readoutIds = {
+    1013,                   // volume
+    1015, 1017, 1019, 1024, // frequencies
+    1021, 1025, 1030, 1034, // gains
+    1045, 1047, 1049, 1051, // Q
+};
+inline constexpr std::array<int, SlotCount> parameterOfSlot = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
 
 // Buttons that a dialog may have.
 inline constexpr int RestoreConstructionButton = 1004;

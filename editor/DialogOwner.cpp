@@ -68,10 +68,13 @@ void DialogOwner::createDialog(unsigned templateId, HWND parent) {
     if (made && made != dialogWindow) DestroyWindow(made); // it got no procedure
 }
 
-void DialogOwner::destroyDialog() noexcept {
-    if (!dialogWindow || DestroyWindow(dialogWindow)) return;
-    SetWindowLongPtrW(dialogWindow, DWLP_DLGPROC, 0);
-    dialogWindow = nullptr;
+bool DialogOwner::destroyDialog() noexcept {
+    // A window that no longer exists has been closed from within a handler, or has ended with its thread.
+    return !dialogWindow || DestroyWindow(dialogWindow) || !IsWindow(dialogWindow);
+}
+
+void DialogOwner::releaseDialog() noexcept {
+    if (!destroyDialog()) SetWindowLongPtrW(dialogWindow, DWLP_DLGPROC, 0);
 }
 
 DialogOwner* DialogOwner::takeOwnerInCreation() {

@@ -17,7 +17,8 @@ public:
     /// than 0 asks for messages of another kind, of which there are none. Exceptions count as not handled.
     virtual bool handleDialogMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
                                      DWORD mapId) = 0;
-    /// A derived class destroys its dialog itself, while it can still handle the messages of that.
+    /// A derived class calls `releaseDialog` in its own destructor, where it can still handle the dialog's last
+    /// messages.
     virtual ~DialogOwner() = default;
     /// What the dialog's own procedure leads to.
     virtual DispatchStub::Target dialogProcedure() noexcept { return dialogCall; }
@@ -30,9 +31,12 @@ protected:
     /// Creates the dialog from a template of the library. On failure there is no dialog. Throws what the language store
     /// throws while it is built.
     void createDialog(unsigned templateId, HWND parent);
-    /// Ends the dialog, if there is one. Where that is not possible, on another thread than its own, the dialog is left
-    /// without a procedure.
-    void destroyDialog() noexcept;
+    /// Destroys the dialog, if there is one. Returns false if the system refuses, as it does on another thread than the
+    /// dialog's own: the dialog then stays open and connected to this object.
+    bool destroyDialog() noexcept;
+    /// For the destructor: no message reaches this object afterwards. A dialog that cannot be destroyed stays, without
+    /// a procedure.
+    void releaseDialog() noexcept;
 
     HWND dialogWindow = nullptr; ///< null while there is no dialog
 

@@ -59,7 +59,7 @@ EqualizerEditor::EqualizerEditor(AudioEffect* owner) : AEffEditor(owner) {
 }
 
 EqualizerEditor::~EqualizerEditor() {
-    destroyDialog();
+    releaseDialog();
 }
 
 void EqualizerEditor::measure() {
@@ -82,19 +82,20 @@ int32 EqualizerEditor::getRect(ERect** answer) {
 }
 
 int32 EqualizerEditor::open(void* window) {
+    if (!destroyDialog()) return 1;
     systemWindow = window;
-    destroyDialog();
     createDialog(EditorDialogId, static_cast<HWND>(window));
     if (dialogWindow) ShowWindow(dialogWindow, SW_SHOWNORMAL);
     return 1;
 }
 
 void EqualizerEditor::close() {
-    destroyDialog();
+    if (dialogWindow) DestroyWindow(dialogWindow);
 }
 
 void EqualizerEditor::idle() {
-    if (!dialogWindow || updateFlag == 0) return;
+    // A dialog whose thread has ended is gone without a message.
+    if (updateFlag == 0 || !IsWindow(dialogWindow)) return;
     update();
     // Behind the update, whose own writes raise the flag: else the editor would chase its own changes.
     updateFlag = 0;
@@ -133,9 +134,9 @@ bool EqualizerEditor::handleDialogMessage(HWND /*window*/, UINT message, WPARAM 
 void EqualizerEditor::onInitDialog() {
     readParameters(openingValues);
     for (std::size_t slot = 0; slot < SlotCount; ++slot) {
-        sliders[slot] = GetDlgItem(dialogWindow, Slots[slot].slider);
+        sliders[slot] = GetDlgItem(dialogWindow, sliderIds[slot]);
         SendMessageW(sliders[slot], TBM_SETRANGE, TRUE, MAKELPARAM(0, LastPosition));
-        readouts[slot] = GetDlgItem(dialogWindow, Slots[slot].readout);
+        readouts[slot] = GetDlgItem(dialogWindow, readoutIds[slot]);
     }
     restoreConstructionButton = GetDlgItem(dialogWindow, RestoreConstructionButton);
     restoreOpeningButton = GetDlgItem(dialogWindow, RestoreOpeningButton);
@@ -184,7 +185,7 @@ void EqualizerEditor::refresh(bool force) {
 }
 
 void EqualizerEditor::showValue(std::size_t slot, int pos, bool send) {
-    const int32 parameter = Slots[slot].parameter;
+    const int32 parameter = parameterOfSlot[slot];
     if (send) effect->setParameterAutomated(parameter, parameterAt(pos));
     char text[DisplayCapacity] = "";
     effect->getParameterDisplay(parameter, text);
@@ -193,7 +194,7 @@ void EqualizerEditor::showValue(std::size_t slot, int pos, bool send) {
 }
 
 int EqualizerEditor::positionOf(std::size_t slot) {
-    return positionAt(effect->getParameter(Slots[slot].parameter));
+    return positionAt(effect->getParameter(parameterOfSlot[slot]));
 }
 
 void EqualizerEditor::readParameters(Values& values) {

@@ -19,13 +19,15 @@ public:
     /// Becomes the editor of `owner`, reads its parameters and measures a dialog. Throws what the language store throws
     /// for a broken file, and then is nobody's editor.
     explicit EqualizerEditor(AudioEffect* owner);
-    /// A host that has not closed the editor has its dialog destroyed here.
+    /// Destroys the dialog of a host that has not closed the editor.
     ~EqualizerEditor() override;
 
     /// The size as it was measured, in pixels, valid as long as the editor. Always 1.
     int32 getRect(ERect** answer) override;
-    /// Shows a dialog in the host's window, a new one if there is one already. Always 1.
+    /// Shows a dialog in the host's window, and destroys an earlier one first. If the system refuses to destroy that,
+    /// it stays and there is no new one. Always 1.
     int32 open(void* window) override;
+    /// Destroys the dialog. Where the system refuses, on another thread, the dialog stays and works.
     void close() override;
     void idle() override;
     void update() override;

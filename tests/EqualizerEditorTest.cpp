@@ -22,6 +22,7 @@
 #include <array>
 #include <memory>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -254,6 +255,16 @@ TEST_F(Editor, PassesOverAHostsChangeThatWaitsWhenTheUserMovesASlider) {
     EXPECT_EQ(position(Gain1), 89); // 0.9 is a little less than 90 hundredths
 }
 
+TEST_F(Editor, ChangesNothingOnReturnOrEscape) {
+    effect->set(Volume, 0.25f);
+    dialog = effect->open(window.get());
+    effect->set(Gain1, 0.75f); // now the values differ from those at the construction and at the opening
+    const std::vector<float> expected = effect->all();
+    for (const WPARAM key : {IDOK, IDCANCEL}) SendMessageW(dialog, WM_COMMAND, key, 0);
+    EXPECT_EQ(effect->all(), expected);
+    EXPECT_EQ(automations(), Automations{});
+}
+
 TEST_F(Editor, ServesTheButtonsThatADialogMayHave) {
     for (const int id : {1004, 1005, 1006})
         CreateWindowExW(0, L"BUTTON", L"", WS_CHILD, 0, 0, 9, 9, dialog,
@@ -268,8 +279,6 @@ TEST_F(Editor, ServesTheButtonsThatADialogMayHave) {
     effect->set(Gain1, 0.75f);
 
     click(1005, 1); // a notification that is no click
-    click(IDOK);    // Return and Escape
-    click(IDCANCEL);
     EXPECT_EQ(effect->get(Gain1), 0.75f);
     click(1005); // back to the values at the opening
     EXPECT_EQ(effect->get(Gain1), 0.5f);
@@ -286,6 +295,51 @@ TEST_F(Editor, ServesTheButtonsThatADialogMayHave) {
     effect->idle();
     effect->dispatch(effEditClose);
 }
+
+/// Runs the work on a thread that is not the dialog's.
+template <typename Work>
+void elsewhere(const Work& work) {
+    std::thread(work).join();
+}
+
+TEST_F(Editor, WorksOnAfterACloseOrAnOpeningOnAnotherThread) {
+    const HWND first = dialog;
+    elsewhere([this] {
+        const platform::Window another(makeHostWindow());
+        effect->dispatch(effEditClose);
+        EXPECT_EQ(effect->open(another.get()), nullptr);
+    });
+    EXPECT_EQ(GetWindow(window.get(), GW_CHILD), first);
+    scroll(Volume, 25, TB_ENDTRACK);
+    effect->set(Gain1, 0.75f);
+    effect->idle();
+    EXPECT_EQ(automations(), (Automations{{Volume, 25 * 0.01f}, {Gain1, 0.75f}}));
+    EXPECT_EQ(position(Gain1), 75);
+
+    dialog = effect->open(window.get());
+    EXPECT_FALSE(IsWindow(first));
+    effect->dispatch(effEditClose);
+    EXPECT_FALSE(IsWindow(dialog));
+}
+
+TEST_F(Editor, LetsGoOfADialogOfAnotherThreadAtItsEnd) {
+    elsewhere([this] { effect.reset(); });
+    EXPECT_TRUE(IsWindow(dialog));
+    scroll(Volume, 25, TB_ENDTRACK);
+    EXPECT_EQ(automations(), Automations{});
+}
+
+#ifdef _WIN32
+TEST_F(Editor, IsClosedWhenTheThreadOfItsDialogEnds) {
+    effect->dispatch(effEditClose);
+    elsewhere([this] { dialog = effect->open(makeHostWindow()); });
+    EXPECT_FALSE(IsWindow(dialog));
+    effect->set(Gain1, 0.75f);
+    effect->idle();
+    EXPECT_EQ(automations(), Automations{});
+    EXPECT_NE(effect->open(window.get()), nullptr);
+}
+#endif
 
 TEST_F(Editor, MayBeMadeOnSeveralThreadsAtOnce) {
 #ifdef _WIN32

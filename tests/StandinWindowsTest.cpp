@@ -49,7 +49,10 @@ TEST(Dialogs, AreAskedWhenTheyAreCompleteAndEndFromTheTopDownWithWhatTheyOwn) {
     EXPECT_EQ(GetParent(owned), top);
     EXPECT_EQ(std::exchange(messages, ""), "1:INITDIALOG 0:SETFONT 2:INITDIALOG 0:SETFONT 3:INITDIALOG "
                                            "0:SETFONT 4:INITDIALOG 5:INITDIALOG ");
-    std::thread([top] { EXPECT_FALSE(DestroyWindow(top)) << "another thread's"; }).join();
+    std::thread([top] {
+        EXPECT_FALSE(DestroyWindow(top)) << "another thread's";
+        EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_ACCESS_DENIED));
+    }).join();
     DestroyWindow(top);
     EXPECT_EQ(std::exchange(messages, ""), "5:DESTROY 5:NCDESTROY 1:DESTROY 2:DESTROY 3:DESTROY 4:DESTROY "
                                            "3:NCDESTROY 4:NCDESTROY 2:NCDESTROY 1:NCDESTROY ");
