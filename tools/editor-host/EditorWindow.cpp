@@ -55,8 +55,8 @@ void EditorWindow::run() {
     secondsSinceStart();
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-        const HWND dialog = m_window ? GetWindow(m_window, GW_CHILD) : nullptr;
-        if (dialog && IsDialogMessageW(dialog, &message)) continue;
+        const HWND keyReader = dialog();
+        if (keyReader && IsDialogMessageW(keyReader, &message)) continue;
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
@@ -79,6 +79,12 @@ LRESULT EditorWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_TIMER:
         onTimer();
         return 0;
+    case WM_ACTIVATE:
+        if (LOWORD(wParam) == WA_INACTIVE) rememberFocus();
+        return DefWindowProcW(m_window, message, wParam, lParam);
+    case WM_SETFOCUS:
+        focusDialog();
+        return 0;
     case WM_CLOSE:
         m_editor.close();
         DestroyWindow(m_window);
@@ -92,17 +98,38 @@ LRESULT EditorWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
+HWND EditorWindow::dialog() const {
+    return m_window ? GetWindow(m_window, GW_CHILD) : nullptr;
+}
+
+void EditorWindow::rememberFocus() {
+    const HWND focused = GetFocus();
+    if (IsChild(m_window, focused)) m_focused = focused;
+}
+
+void EditorWindow::focusDialog() const {
+    const HWND child = dialog();
+    if (child) SetFocus(IsChild(child, m_focused) ? m_focused : GetNextDlgTabItem(child, nullptr, FALSE));
+}
+
 void EditorWindow::onTimer() {
     const double now = secondsSinceStart();
     if (m_options.sweep) sweep(now);
     m_editor.idle();
     if (!m_options.seconds || now < *m_options.seconds) return;
     try {
-        if (m_options.screenshot) writeScreenshot(m_window, *m_options.screenshot);
+        if (m_options.screenshot) takeScreenshot();
     } catch (...) {
         m_failure = std::current_exception();
     }
     PostMessageW(m_window, WM_CLOSE, 0, 0);
+}
+
+void EditorWindow::takeScreenshot() const {
+    // The control that has the keyboard is marked in some systems. The picture shows no mark.
+    SetFocus(nullptr);
+    RedrawWindow(m_window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+    writeScreenshot(m_window, *m_options.screenshot);
 }
 
 void EditorWindow::sweep(double now) {

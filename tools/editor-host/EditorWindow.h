@@ -7,7 +7,8 @@
 #include <optional>
 #include <string>
 
-/// A resizable window of the editor's size with the editor in it. Its timer sends the effect its idle calls.
+/// A resizable window of the editor's size with the editor in it. Its timer sends the effect its idle calls. While the
+/// window is active, the dialog has the keyboard.
 class EditorWindow {
 public:
     struct Options {
@@ -28,11 +29,16 @@ public:
 private:
     static LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT handle(UINT message, WPARAM wParam, LPARAM lParam);
+    [[nodiscard]] HWND dialog() const;
+    void rememberFocus();
+    void focusDialog() const;
     void onTimer();
+    void takeScreenshot() const;
     void sweep(double now);
 
     HostedEditor& m_editor;
     const Options& m_options;
     HWND m_window = nullptr;
+    HWND m_focused = nullptr;     // the dialog's control that had the keyboard when the window was last active
     std::exception_ptr m_failure; // kept, for the system's code cannot be unwound
 };

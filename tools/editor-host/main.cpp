@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <exception>
 #include <string>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -29,15 +30,37 @@ void readyCommonControls() {
     InitCommonControlsEx(&controls);
 }
 
+void requireParameter(const HostedEditor& editor, int index, const char* option) {
+    if (index < 0 || index >= editor.parameterCount())
+        throw tool::UsageError(std::string(option) + ": there are parameters 0 to " +
+                               std::to_string(editor.parameterCount() - 1));
+}
+
+/// Sets the parameter of an "INDEX=P".
+void apply(const std::string& setting, HostedEditor& editor) {
+    int index = 0;
+    float value = 0.0F;
+    char rest = 0;
+    if (std::sscanf(setting.c_str(), "%d=%f%c", &index, &value, &rest) != 2)
+        throw tool::UsageError("--set: \"" + setting + "\" is not INDEX=P");
+    requireParameter(editor, index, "--set");
+    editor.setParameter(index, value);
+}
+
 int run(int argc, char** argv) {
     CLI::App app("Shows the editor of an effect in a window, as a host does.", "editor-host");
     std::string library = libraryBesideProgram();
     bool log = false;
     bool printParameters = false;
+    std::vector<std::string> settings;
     EditorWindow::Options options;
     app.add_option("LIBRARY", library, "The effect (default: the one beside this program)");
     app.add_flag("--log", log, "Print what the effect tells its host");
     app.add_flag("--print", printParameters, "Print the parameters when the window is closed");
+    app.add_option("--set", settings,
+                   "Set a parameter before the editor is opened: 0 is the top of its range, 1 the bottom; repeatable")
+        ->type_name("INDEX=P")
+        ->allow_extra_args(false);
     app.add_option("--sweep", options.sweep, "Move parameter INDEX up and down, as a host's automation does")
         ->type_name("INDEX");
     app.add_option("--screenshot", options.screenshot, "Take a picture of the editor, as a PNG file, and end")
@@ -52,8 +75,8 @@ int run(int argc, char** argv) {
 
     readyCommonControls();
     HostedEditor editor(library, log);
-    if (options.sweep && (*options.sweep < 0 || *options.sweep >= editor.parameterCount()))
-        throw tool::UsageError("--sweep: there are parameters 0 to " + std::to_string(editor.parameterCount() - 1));
+    if (options.sweep) requireParameter(editor, *options.sweep, "--sweep");
+    for (const std::string& setting : settings) apply(setting, editor);
     EditorWindow window(editor, options);
     window.run();
     for (int i = 0; printParameters && i < editor.parameterCount(); ++i)
