@@ -1,0 +1,68 @@
+-- The effect on a track of an Ardour session.
+--
+--   make FOLDER SOUND RATE CHANNELS FRAMES P...    makes a session that plays the sound file, with the parameters P...
+--   load FOLDER                                    loads the session
+--
+-- Both print how Ardour sees the effect.
+
+local command, folder, sound, rate, channels, frames = table.unpack(arg)
+local session, effect
+
+local function make()
+    session = create_session(folder, "session", tonumber(rate))
+    local track = session:new_audio_track(channels, 2, nil, 1, "Track", ARDOUR.PresentationInfo.max_order,
+                                          ARDOUR.TrackMode.Normal, true):front()
+    effect = ARDOUR.LuaAPI.new_plugin(session, "Parametric Equalizer", ARDOUR.PluginType.LXVST, "")
+    assert(not effect:isnil(), "Ardour does not find the effect")
+    track:add_processor_by_index(effect, 0, nil, true)
+    for i = 7, #arg do
+        ARDOUR.LuaAPI.set_processor_param(effect, i - 7, tonumber(arg[i]))
+    end
+    for i = 0, 1 do
+        track:output():audio(i):connect("Master/audio_in " .. i + 1)
+    end
+    session:save_state("", false, false, false, false, false)
+end
+
+local function print_effect()
+    local insert = effect:to_insert()
+    local plugin = insert:plugin(0)
+    print(string.format("%s, id 0x%X, latency %d", plugin:name(), plugin:unique_id(), insert:signal_latency()))
+    print(string.format("%d inputs, %d outputs, %d parameters", insert:input_streams():n_audio(),
+                        insert:output_streams():n_audio(), plugin:parameter_count()))
+    for i = 0, plugin:parameter_count() - 1 do
+        print(plugin:parameter_label(i) .. " = " .. ARDOUR.LuaAPI.get_processor_param(effect, i, true))
+    end
+end
+
+-- Scripts have no function that puts a sound on a track, so this writes it into the saved session.
+local function add_sound()
+    local length = string.format("a%d", frames * 282240000 // rate)
+    local sources, used = "", ""
+    for i = 0, channels - 1 do
+        sources = sources .. string.format('<Source name="sound" type="audio" flags="" id="100%d" channel="%d" origin="%s"/>',
+                                           i, i, sound)
+        used = used .. string.format(' source-%d="100%d" master-source-%d="100%d"', i, i, i, i)
+    end
+    local region = '<Region name="sound" type="audio" id="%d" whole-file="%d" external="1" opaque="1" start="a0" length="' ..
+                   length .. '@a0" position="a0" channels="' .. channels .. '"' .. used ..
+                   ' fade-in-active="0" fade-out-active="0"/>'
+    local name = folder .. "/session.ardour"
+    local text = io.open(name):read("a")
+    text = text:gsub("<Sources/>", "<Sources>" .. sources .. "</Sources>")
+    text = text:gsub("<Regions/>", "<Regions>" .. region:format(2000, 1) .. "</Regions>")
+    text = text:gsub("<Locations/>", '<Locations><Location id="3000" name="session" start="a0" end="' .. length ..
+                                     '" flags="IsSessionRange" locked="0"/></Locations>')
+    text = text:gsub('(<Playlist [^>]*name="Track"[^>]*)/>', "%1>" .. region:format(2001, 0) .. "</Playlist>")
+    io.open(name, "w"):write(text):close()
+end
+
+if command == "make" then
+    make()
+else
+    session = load_session(folder, "session")
+    effect = session:route_by_name("Track"):nth_plugin(0)
+end
+print_effect()
+close_session()
+if command == "make" then add_sound() end
