@@ -122,7 +122,7 @@ static int faults = 0;
 
 static void check(bool good, const char* what, double value) {
     if (good) return;
-    printf("FAULT: %s: %.9g\n", what, value);
+    printf("FAULT: %s: %.10g\n", what, value);
     faults++;
 }
 
