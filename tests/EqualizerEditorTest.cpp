@@ -133,6 +133,22 @@ TEST_F(Editor, OpensWithTheEffectsValuesInTheSizeThatItReportsAndChangesNothing)
     EXPECT_TRUE(client.right > 318 && client.bottom > 247);
 }
 
+TEST_F(Editor, OpensAndWorksWhileTheEffectIsSwitchedOff) {
+    effect->dispatch(effEditClose);
+    effect->dispatch(effMainsChanged, nullptr, 0, 0);
+    dialog = effect->open(window.get());
+    effect->set(1, 0.25f);
+    effect->idle();
+    scroll(Volume, 0, TB_ENDTRACK);
+    EXPECT_EQ(position(1), 25);
+    effect->dispatch(effMainsChanged, nullptr, 0, 1);
+    EXPECT_EQ(readout(Volume), L"+12.0 dB");
+    std::vector<float> sound(8192, 0.125f);
+    float* channels[] = {sound.data(), sound.data() + 4096};
+    effect->record->processReplacing(effect->record, channels, channels, 4096);
+    EXPECT_NEAR(sound[4095], 0.125 * 3.98, 0.01); // 12 dB, which have faded in by then
+}
+
 /// A host that closes the editor when it is told of a change, and idles. It may open it again in a window, once.
 HWND windowToReopenIn = nullptr;
 intptr closingCallback(AEffect* effect, int32 opcode, int32, intptr, void*, float) {

@@ -17,8 +17,8 @@ public:
     HostedEffect(const HostedEffect&) = delete;
     HostedEffect& operator=(const HostedEffect&) = delete;
 
-    intptr dispatch(int32 opcode, void* ptr = nullptr, int32 index = 0) const {
-        return record->dispatcher(record, opcode, index, 0, ptr, 0.0f);
+    intptr dispatch(int32 opcode, void* ptr = nullptr, int32 index = 0, intptr value = 0) const {
+        return record->dispatcher(record, opcode, index, value, ptr, 0.0f);
     }
     void set(int32 index, float value) const { record->setParameter(record, index, value); }
     [[nodiscard]] float get(int32 index) const { return record->getParameter(record, index); }
