@@ -63,15 +63,15 @@ TEST(ToAccelArray, StopsAtTheEndMarkAndDropsIt) {
     EXPECT_EQ(array[1].key, 'X');
     EXPECT_EQ(array[3].fVirt, 0x0B);
     EXPECT_EQ(array[3].cmd, 13);
+    const std::string_view bytes(reinterpret_cast<const char*>(array.get()), count * sizeof(ACCEL));
+    for (std::size_t entry = 0; entry < count; ++entry) EXPECT_EQ(bytes[entry * sizeof(ACCEL) + 1], '\0') << entry;
     EXPECT_EQ(ToAccelArray(table.get().data(), table.get().size() - 1, &count), nullptr);
 }
 
 TEST(PrepareDialogInitResource, ExpandsTheTextsOfComboBoxesAlone) {
     EXPECT_EQ(statusOf(PrepareDialogInitResource, comboTexts("plain" + end, "{T_Empty}" + end)), PrepUnchanged);
-    EXPECT_EQ(statusOf(PrepareDialogInitResource, comboTexts("{T_Short}", end)), PrepFailed)
-        << "a text without its end";
-    // What follows the terminator goes, and the length tells of the text that is left.
-    EXPECT_TRUE(replaces(PrepareDialogInitResource, comboTexts("{T_Long}" + end, "a {T_Two}" + end + end),
+    // The bytes after the terminator are dropped, a missing terminator is added, and the length is the new text's.
+    EXPECT_TRUE(replaces(PrepareDialogInitResource, comboTexts("{T_Long}" + end + "x", "a {T_Two}"),
                          comboTexts("A longer translation" + end, "a SS" + end)));
 }
 

@@ -3,6 +3,7 @@
 
 #include "platform/win32.h"
 
+#include "tests/support/AnsiCodepage.h"
 #include "wedge/Codepages.h"
 
 #ifndef _WIN32
@@ -100,6 +101,19 @@ TEST(Modules, AreFoundFromAnAddressInsideThemAndTellTheirPath) {
     EXPECT_TRUE(refused(GetModuleFileNameA(nullptr, small.data(), length) == length, ERROR_INSUFFICIENT_BUFFER));
     EXPECT_TRUE(refused(!GetModuleHandleExA(flags, small.data(), &module), ERROR_MOD_NOT_FOUND)) << "on the heap";
     EXPECT_TRUE(refused(GetModuleHandleA("no such library") == nullptr, ERROR_MOD_NOT_FOUND));
+}
+
+TEST(Resources, AreFoundByTheDigitsOfTheirNumbersAndByNarrowNames) {
+    const HRSRC dialog = FindResourceW(nullptr, MAKEINTRESOURCEW(143), MAKEINTRESOURCEW(5));
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(FindResourceW(nullptr, L"#143", L"#5"), dialog);
+    EXPECT_EQ(FindResourceA(nullptr, "#143", "#5"), dialog);
+    // 143 in its low 16 bits
+    EXPECT_TRUE(refused(FindResourceA(nullptr, "#65679", "#5") == nullptr, ERROR_INVALID_PARAMETER));
+    const HRSRC named = FindResourceW(nullptr, L"Na\u00CFve", L"#10");
+    ASSERT_NE(named, nullptr);
+    const AnsiCodepage page(1252);
+    EXPECT_EQ(FindResourceA(nullptr, page ? "Na\xCFve" : "Na\xC3\x8Fve", "#10"), named);
 }
 
 TEST(Languages, HaveAnAnsiCodepageAmongThoseThatArePublishedForThem) {

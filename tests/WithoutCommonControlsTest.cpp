@@ -2,12 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 // A program of its own, in which nobody loads the common controls.
 
 TEST(PropertySheets, AreNotThereWithoutTheCommonControls) {
     ASSERT_EQ(GetModuleHandleA("comctl32"), nullptr);
-    PROPSHEETPAGEW page{};
-    page.dwSize = sizeof page;
+    std::vector<PROPSHEETPAGEW> pages(101);
+    for (PROPSHEETPAGEW& page : pages) page.dwSize = sizeof page;
     PROPSHEETPAGEA narrowPage{};
     narrowPage.dwSize = sizeof narrowPage;
     PROPSHEETHEADERA narrowHeader{};
@@ -15,11 +17,11 @@ TEST(PropertySheets, AreNotThereWithoutTheCommonControls) {
     PROPSHEETHEADERW header{};
     header.dwSize = sizeof header;
     header.dwFlags = PSH_PROPSHEETPAGE;
-    header.nPages = 1;
-    header.ppsp = &page;
+    header.nPages = 101;
+    header.ppsp = pages.data();
 
     EXPECT_EQ(CreatePropertySheetPageA(&narrowPage), nullptr);
-    EXPECT_EQ(CreatePropertySheetPageW(&page), nullptr);
+    EXPECT_EQ(CreatePropertySheetPageW(pages.data()), nullptr);
     EXPECT_EQ(PropertySheetA(&narrowHeader), 0);
     EXPECT_EQ(PropertySheetW(&header), 0);
     EXPECT_EQ(DestroyPropertySheetPage(nullptr), 0);

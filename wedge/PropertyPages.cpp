@@ -27,20 +27,22 @@ struct PageThunk {
 using CountedThunk = Counted<PageThunk>;
 using CountedThunkRef = CountedRef<PageThunk>;
 
-/// The process's pages, built while the library loads and destroyed while it unloads.
-struct PageMaps {
-    PageMaps() {
+// The process's pages. These objects are built in this order while the library loads, and destroyed in the reverse
+// order while it unloads: the indexes of counted blocks outlive the maps that refer to them.
+
+struct Indexes {
+    Indexes() {
         CountedBlockRef::prepare();
         CountedThunkRef::prepare();
     }
-
-    GuardedMap<HPROPSHEETPAGE, CountedBlockRef> records; ///< the wedge's copies
-    GuardedMap<const void*, CountedBlockRef> titles;     ///< strings that were loaded for an id
-    /// A page may be called back after its sheet is gone, so its thunk stays until the library is unloaded.
-    GuardedMap<PageThunk*, CountedThunkRef> thunks;
-    GuardedMap<HWND, DLGPROC> procs; ///< the callers' procedures of the pages that are shown
 };
-PageMaps pages;
+const Indexes indexes;
+
+GuardedMap<HPROPSHEETPAGE, CountedBlockRef> PageRecords; ///< the wedge's copies
+GuardedMap<const void*, CountedBlockRef> PageTitles;     ///< strings that were loaded for an id
+/// A page may be called back after its sheet is gone, so its thunk stays until the library is unloaded.
+GuardedMap<PageThunk*, CountedThunkRef> PageThunks;
+GuardedMap<HWND, DLGPROC> PageProcs; ///< the callers' procedures of the pages that are shown
 
 void giveToCaller(Page& page, const PageThunk& thunk) noexcept {
     page.pfnDlgProc = thunk.pfnDlgProc;
@@ -51,7 +53,7 @@ void giveToCaller(Page& page, const PageThunk& thunk) noexcept {
 /// The page's thunk, or null if the page is as the caller gave it.
 PageThunk* thunkOf(const Page& page) {
     auto* const address = reinterpret_cast<PageThunk*>(page.lParam);
-    return pages.thunks.find(address) ? address : nullptr;
+    return PageThunks.find(address) ? address : nullptr;
 }
 
 /// A wizard's page may answer with the resource id of the one to go to. The system knows no ids of pages in memory, so
@@ -65,7 +67,7 @@ void goToPageOfId(HWND page) noexcept {
 
 void enterProcedure(HWND page, DLGPROC procedure) noexcept {
     try {
-        pages.procs.put(page, procedure);
+        PageProcs.put(page, procedure);
     } catch (const std::bad_alloc&) {
         // The system's code cannot be unwound: the page goes without a procedure.
     }
@@ -79,13 +81,13 @@ INT_PTR CALLBACK PageDialogProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lPara
             giveToCaller(page, *thunk);
         }
     }
-    const DLGPROC callers = pages.procs.find(hwnd).value_or(nullptr);
+    const DLGPROC callers = PageProcs.find(hwnd).value_or(nullptr);
     const INT_PTR result = callers ? callers(hwnd, msg, wParam, lParam) : 0;
     if (msg == WM_NOTIFY) {
         const UINT code = reinterpret_cast<const NMHDR*>(lParam)->code;
         if (code == static_cast<UINT>(PSN_WIZNEXT) || code == static_cast<UINT>(PSN_WIZBACK)) goToPageOfId(hwnd);
     }
-    if (msg == WM_NCDESTROY) pages.procs.take(hwnd);
+    if (msg == WM_NCDESTROY) PageProcs.take(hwnd);
     return result;
 }
 
@@ -116,7 +118,7 @@ PageThunk* installThunk(AnyPage& page) {
     PageThunk* const address = thunk.get();
     CountedThunkRef ref(address);
     static_cast<void>(thunk.release());
-    pages.thunks.put(address, std::move(ref));
+    PageThunks.put(address, std::move(ref));
 
     page.pfnDlgProc = PageDialogProc;
     page.lParam = reinterpret_cast<LPARAM>(address);
@@ -145,21 +147,20 @@ typename Sheets::Text loadTitle(HINSTANCE module, typename Sheets::Text title) {
     auto block = std::make_unique<std::byte[]>(size);
     std::memcpy(block.get(), text.get(), size);
     const void* const address = block.get();
-    pages.titles.put(address, shared(std::move(block)));
+    PageTitles.put(address, shared(std::move(block)));
     return static_cast<typename Sheets::Text>(address);
 }
 
 void releaseTitle(const void* title) noexcept {
-    pages.titles.take(title);
+    PageTitles.take(title);
 }
 
 template <typename Sheets>
 HPROPSHEETPAGE createPage(const typename Sheets::Page* given) {
     if (!given) return Sheets::createPage(nullptr);
-    auto block = std::make_unique<std::byte[]>(sizeof *given);
-    auto& page = *reinterpret_cast<typename Sheets::Page*>(block.get());
-    copySizedRecord(page, *given);
-    CountedBlockRef record = shared(std::move(block));
+    SizedCopy copy(*given);
+    auto& page = *copy;
+    CountedBlockRef record = shared(copy.release());
 
     useRewrittenTemplate<Sheets>(page);
     if ((page.dwFlags & PSP_USETITLE) != 0) page.pszTitle = loadTitle<Sheets>(page.hInstance, page.pszTitle);
@@ -167,11 +168,11 @@ HPROPSHEETPAGE createPage(const typename Sheets::Page* given) {
     const HPROPSHEETPAGE handle = Sheets::createPage(&page);
     if (!handle) {
         releaseTitle(page.pszTitle);
-        pages.thunks.take(thunk);
+        PageThunks.take(thunk);
         return nullptr;
     }
     try {
-        pages.records.put(handle, std::move(record));
+        PageRecords.put(handle, std::move(record));
     } catch (...) {
         systems::DestroyPropertySheetPage(handle);
         throw;
@@ -181,7 +182,7 @@ HPROPSHEETPAGE createPage(const typename Sheets::Page* given) {
 
 void ReleasePageRecord(HPROPSHEETPAGE page) noexcept {
     // The title is freed behind the lock of the records.
-    if (const auto record = pages.records.take(page))
+    if (const auto record = PageRecords.take(page))
         releaseTitle(reinterpret_cast<const Page*>(record->get())->pszTitle);
 }
 

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <memory>
+#include <utility>
 
 // The two forms, 8-bit and 16-bit, of the property-sheet functions and their records.
 
@@ -32,15 +34,25 @@ struct WideSheets {
     static constexpr auto& openSheet = systems::PropertySheetW;
 };
 
-/// Copies a record that tells its size in its first field. Of an older, shorter form the missing fields are zero; of a
-/// newer, longer one the fields beyond are left out.
+/// A copy of a record that states its size in its first field, `dwSize`. The fields that a shorter record lacks are
+/// zero. The bytes that a longer record has after its fields are copied, because they may be the caller's own data.
 template <typename Record>
-void copySizedRecord(Record& copy, const Record& given) noexcept {
-    const std::size_t size = std::min<std::size_t>(given.dwSize, sizeof(Record));
-    std::memset(&copy, 0, sizeof copy);
-    std::memcpy(&copy, &given, size);
-    copy.dwSize = static_cast<DWORD>(size);
-}
+class SizedCopy {
+public:
+    explicit SizedCopy(const Record& given)
+        : m_bytes(std::make_unique<std::byte[]>(std::max<std::size_t>(given.dwSize, sizeof given))) {
+        std::memcpy(m_bytes.get(), &given, given.dwSize);
+    }
+
+    [[nodiscard]] Record& operator*() const noexcept { return *reinterpret_cast<Record*>(m_bytes.get()); }
+    [[nodiscard]] Record* operator->() const noexcept { return &**this; }
+
+    /// Passes ownership of the copy's bytes to the caller.
+    [[nodiscard]] std::unique_ptr<std::byte[]> release() noexcept { return std::move(m_bytes); }
+
+private:
+    std::unique_ptr<std::byte[]> m_bytes;
+};
 
 /// Whether a text is the number of a string in place of one.
 template <typename Text>

@@ -15,8 +15,6 @@
 
 namespace {
 
-constexpr UINT MostPages = 100; // the system refuses more, too
-
 /// A page that was made from the caller's record.
 struct SheetPage {
     ULONG_PTR templateName; ///< the caller's `pszTemplate`
@@ -36,15 +34,7 @@ struct SheetRecord {
         releaseTitle(caption);
     }
 
-    /// The header that the system was given.
-    template <typename Sheets>
-    typename Sheets::Header& headerCopy() noexcept {
-        if constexpr (Sheets::isWide)
-            return wideHeader;
-        else
-            return narrowHeader;
-    }
-
+    std::unique_ptr<std::byte[]> headerCopy; ///< the header that the system receives
     bool isWide = false;
     PFNPROPSHEETCALLBACK userCallback = nullptr;
     bool hasOwnPages = false;     ///< the caller gave records, not handles
@@ -53,10 +43,6 @@ struct SheetRecord {
     bool hasGivenPages = false;     ///< the system was asked to open the sheet, and has the pages since
     const void* caption = nullptr;  ///< a string of the wedge's own, if the caller gave an id
     WNDPROC previousProc = nullptr; ///< the window's, ahead of SheetWindowProc
-
-private:
-    PROPSHEETHEADERA narrowHeader{};
-    PROPSHEETHEADERW wideHeader{};
 };
 
 /// The sheet that is being opened. A sheet's own code may open another meanwhile, on the same thread.
@@ -174,10 +160,11 @@ void createPages(SheetRecord& record, typename Sheets::Header& header) {
     record.handles.reserve(header.nPages);
     const auto* place = reinterpret_cast<const std::byte*>(header.ppsp);
     for (UINT i = 0; i < header.nPages; ++i) {
-        const auto* const page = reinterpret_cast<const typename Sheets::Page*>(place);
-        record.pages.push_back({reinterpret_cast<ULONG_PTR>(page->pszTemplate), createPage<Sheets>(page)});
+        const auto& given = *reinterpret_cast<const typename Sheets::Page*>(place);
+        const auto templateName = reinterpret_cast<ULONG_PTR>(SizedCopy(given)->pszTemplate);
+        record.pages.push_back({templateName, createPage<Sheets>(&given)});
         record.handles.push_back(record.pages.back().handle);
-        place += page->dwSize;
+        place += given.dwSize;
     }
     header.dwFlags &= ~static_cast<DWORD>(PSH_PROPSHEETPAGE);
     header.phpage = record.handles.data();
@@ -197,8 +184,9 @@ template <typename Sheets>
 std::unique_ptr<SheetRecord> makeRecord(const typename Sheets::Header& given) {
     auto record = std::make_unique<SheetRecord>();
     record->isWide = Sheets::isWide;
-    auto& header = record->template headerCopy<Sheets>();
-    copySizedRecord(header, given);
+    SizedCopy copy(given);
+    auto& header = *copy;
+    record->headerCopy = copy.release();
     createPages<Sheets>(*record, header);
     nameStartPageByIndex(*record, header);
     if (isStringId(header.pszCaption)) {
@@ -217,10 +205,10 @@ template <typename Sheets>
 INT_PTR openSheet(const typename Sheets::Header* given) {
     const platform::CriticalSectionEntry entry(context.lock);
     if (!given) return Sheets::openSheet(nullptr);
-    if (given->nPages > MostPages) return -1;
     auto outer = std::exchange(context.opening, makeRecord<Sheets>(*given));
     context.opening->hasGivenPages = true;
-    const INT_PTR result = Sheets::openSheet(&context.opening->template headerCopy<Sheets>());
+    const auto* const header = reinterpret_cast<const typename Sheets::Header*>(context.opening->headerCopy.get());
+    const INT_PTR result = Sheets::openSheet(header);
     // A sheet that the system refused ahead of its window is still there, and ends here.
     context.opening = std::move(outer);
     return result;

@@ -105,10 +105,9 @@ PrepStatus rewriteAccelerators(ByteCursor input, void** ppNewResource) {
     return replacedBy(entries.data(), entries.size() * sizeof entries[0], ppNewResource);
 }
 
-/// The text up to its terminator, which must lie inside the data.
-std::string terminatedText(std::span<const std::byte> data) {
+/// Returns the text up to its terminator or to the end of the data, whichever comes first.
+std::string textIn(std::span<const std::byte> data) {
     const auto end = std::find(data.begin(), data.end(), std::byte{0});
-    if (end == data.end()) throw prep_exception("text is not terminated");
     return {reinterpret_cast<const char*>(data.data()), static_cast<std::size_t>(end - data.begin())};
 }
 
@@ -123,7 +122,7 @@ PrepStatus rewriteDialogInit(ByteCursor input, void** ppNewResource) {
         output.append(message);
         if (message == AddStringMessage) {
             bool changed = false;
-            const std::string text = ExpandLanguageKeys(terminatedText(data), &changed);
+            const std::string text = ExpandLanguageKeys(textIn(data), &changed);
             anyChanged = anyChanged || changed;
             output.append(static_cast<std::uint32_t>(text.size() + 1));
             output.appendTerminated(text);
@@ -178,14 +177,16 @@ std::unique_ptr<ACCEL[]> ToAccelArray(const void* entries, std::size_t size, std
     } catch (const prep_exception&) {
         return nullptr;
     }
-    auto array = std::make_unique<ACCEL[]>(table.size());
-    std::transform(table.begin(), table.end(), array.get(), [](const ACCELTABLEENTRY& entry) {
-        ACCEL accelerator{};
-        accelerator.fVirt = static_cast<BYTE>(entry.fFlags & 0x7FU);
-        accelerator.key = entry.wAnsi;
-        accelerator.cmd = entry.wId;
-        return accelerator;
-    });
+    // Neither value initialization nor the assignment of a whole record sets the unused byte of an ACCEL.
+    auto array = std::make_unique_for_overwrite<ACCEL[]>(table.size());
+    std::memset(array.get(), 0, table.size() * sizeof(ACCEL));
+    ACCEL* accelerator = array.get();
+    for (const ACCELTABLEENTRY& entry : table) {
+        accelerator->fVirt = static_cast<BYTE>(entry.fFlags & 0x7FU);
+        accelerator->key = entry.wAnsi;
+        accelerator->cmd = entry.wId;
+        ++accelerator;
+    }
     if (count != nullptr) *count = static_cast<std::uint32_t>(table.size());
     return array;
 }

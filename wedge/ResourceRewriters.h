@@ -19,10 +19,11 @@ PrepStatus PrepareStringResource(const void* pResource, void** ppNewResource) no
 PrepStatus PrepareAcceleratorResource(const void* pResource, std::size_t size, void** ppNewResource) noexcept;
 PrepStatus PrepareAcceleratorResource(const void* pResource, void** ppNewResource) noexcept;
 
-/// Dialog initialisation data: the texts that fill combo boxes. Records follow each other without padding.
+/// Dialog initialisation data: the texts that fill combo boxes. Records follow each other without padding. A text ends
+/// at its terminator or at the end of its data, whichever comes first.
 PrepStatus PrepareDialogInitResource(const void* pResource, std::size_t size, void** ppNewResource) noexcept;
 PrepStatus PrepareDialogInitResource(const void* pResource, void** ppNewResource) noexcept;
 
 /// The table of a resource in the form that creates one, with its length in `*count` unless that is null. Null for null
-/// and for a table that has no end within its size.
+/// and for a table that has no end within its size. Every byte of the array is set.
 [[nodiscard]] std::unique_ptr<ACCEL[]> ToAccelArray(const void* entries, std::size_t size, std::uint32_t* count);

@@ -169,3 +169,11 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int tex
 } catch (...) {
     return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
+
+std::wstring standin::wideFromAnsi(LPCSTR text) {
+    const int size = MultiByteToWideChar(CP_ACP, 0, text, -1, nullptr, 0);
+    std::wstring wide(static_cast<std::size_t>(size), L'\0');
+    MultiByteToWideChar(CP_ACP, 0, text, -1, wide.data(), size);
+    wide.resize(wide.size() - 1);
+    return wide;
+}

@@ -7,6 +7,8 @@
 
 #include "platform/standin/Types.h"
 
+#include <string>
+
 inline constexpr UINT CP_ACP = 0;
 inline constexpr UINT CP_UTF8 = 65001;
 
@@ -27,3 +29,10 @@ int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int text
 int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int textSize, LPSTR buffer, int bufferSize,
                                LPCSTR defaultCharacter, LPBOOL usedDefaultCharacter) noexcept;
 }
+
+namespace standin {
+
+/// Returns a text of the ANSI code page as 16-bit units.
+std::wstring wideFromAnsi(LPCSTR text);
+
+} // namespace standin

@@ -1,6 +1,5 @@
 #include "platform/standin/Messages.h"
 
-#include "platform/standin/CodePages.h"
 #include "platform/standin/Locks.h"
 #include "platform/standin/Refuse.h"
 #include "platform/standin/Window.h"
@@ -64,14 +63,6 @@ void post(DWORD thread, const MSG& message) {
 }
 
 } // namespace
-
-std::wstring standin::wideFromAnsi(LPCSTR text) {
-    const int size = MultiByteToWideChar(CP_ACP, 0, text, -1, nullptr, 0);
-    std::wstring wide(static_cast<std::size_t>(size), L'\0');
-    MultiByteToWideChar(CP_ACP, 0, text, -1, wide.data(), size);
-    wide.resize(wide.size() - 1);
-    return wide;
-}
 
 void standin::forgetMessages(HWND window) noexcept {
     const std::lock_guard guard(windowLock());

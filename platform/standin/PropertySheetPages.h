@@ -2,6 +2,7 @@
 
 // What sheets see of their pages.
 
+#include "platform/standin/CodePages.h"
 #include "platform/standin/PropertySheets.h"
 #include "platform/standin/Window.h"
 

@@ -20,8 +20,6 @@ using standin::refuse;
 constexpr DWORD KnownFlags =
     PSH_PROPSHEETPAGE | PSH_WIZARD | PSH_NOAPPLYNOW | PSH_USECALLBACK | PSH_HASHELP | PSH_MODELESS;
 
-constexpr UINT MostPages = 100;
-
 /// The sheets that have windows.
 std::map<HWND, std::shared_ptr<PropertySheet>>& sheets() {
     static std::map<HWND, std::shared_ptr<PropertySheet>> open;
@@ -100,7 +98,7 @@ INT_PTR runModal(const std::shared_ptr<PropertySheet>& sheet, const PropSheetHea
 template <typename Unit>
 INT_PTR openSheet(const PropSheetHeader<Unit>* header) noexcept try {
     if (!header || header->dwSize < PROPSHEETHEADERA_V1_SIZE) return refuse(ERROR_INVALID_PARAMETER, INT_PTR{-1});
-    if (header->nPages == 0 || header->nPages > MostPages) return refuse(ERROR_INVALID_PARAMETER, INT_PTR{-1});
+    if (header->nPages == 0) return refuse(ERROR_INVALID_PARAMETER, INT_PTR{-1});
     if ((header->dwFlags & ~KnownFlags) != 0) return refuse(ERROR_NOT_SUPPORTED, INT_PTR{-1});
 
     const auto sheet = std::make_shared<PropertySheet>(*header);

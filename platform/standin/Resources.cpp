@@ -1,5 +1,6 @@
 #include "platform/standin/Resources.h"
 
+#include "platform/standin/CodePages.h"
 #include "platform/standin/Locale.h"
 #include "platform/standin/LocaleTable.h"
 #include "platform/standin/ModuleResources.h"
@@ -9,7 +10,10 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <cwchar>
 #include <mutex>
+#include <optional>
+#include <string>
 
 namespace {
 
@@ -35,16 +39,33 @@ std::size_t alignedTo4(std::size_t size) noexcept {
     return (size + 3) & ~std::size_t{3};
 }
 
-/// A type or a name as a caller gives it. `Unit` is char or wchar_t.
-template <typename Unit>
+std::wstring wide(LPCSTR text) {
+    return standin::wideFromAnsi(text);
+}
+std::wstring wide(LPCWSTR text) {
+    return text;
+}
+
+/// A caller's type or name: a number, a text, or a text of "#" and the decimal digits of a number.
 class Wanted {
 public:
-    explicit Wanted(const Unit* text) noexcept : m_text(text) {}
+    template <typename Unit>
+    explicit Wanted(const Unit* name) {
+        const auto value = reinterpret_cast<std::uintptr_t>(name);
+        if (value <= 0xFFFF) {
+            m_number = value;
+            return;
+        }
+        m_text = wide(name);
+        if (m_text.starts_with(L'#')) m_number = std::wcstoul(m_text.c_str() + 1, nullptr, 10);
+    }
+
+    /// False for a number of more than 16 bits.
+    bool isValid() const noexcept { return m_number.value_or(0) <= 0xFFFF; }
 
     bool isAt(const std::byte* element) const noexcept {
-        const auto value = reinterpret_cast<std::uintptr_t>(m_text);
         const auto first = numberAt<std::uint16_t>(element);
-        if (value <= 0xFFFF) return first == NumberMark && numberAt<std::uint16_t>(element + 2) == value;
+        if (m_number) return first == NumberMark && numberAt<std::uint16_t>(element + 2) == *m_number;
         return first != NumberMark && isTextAt(element);
     }
 
@@ -53,14 +74,15 @@ private:
     static unsigned capital(unsigned unit) noexcept { return unit >= 'a' && unit <= 'z' ? unit - 'a' + 'A' : unit; }
 
     bool isTextAt(const std::byte* element) const noexcept {
-        for (const Unit* wanted = m_text;; ++wanted, element += 2) {
+        for (const wchar_t* wanted = m_text.c_str();; ++wanted, element += 2) {
             const unsigned unit = numberAt<std::uint16_t>(element);
             if (capital(unit) != capital(static_cast<std::uint16_t>(*wanted))) return false;
             if (unit == 0) return true;
         }
     }
 
-    const Unit* m_text;
+    std::wstring m_text;
+    std::optional<std::uintptr_t> m_number;
 };
 
 std::size_t sizeOfElement(const std::byte* element) noexcept {
@@ -120,7 +142,10 @@ WORD systemLanguage() noexcept {
 }
 
 template <typename Unit>
-HRSRC find(HMODULE module, const Unit* type, const Unit* name, WORD language) noexcept {
+HRSRC find(HMODULE module, const Unit* type, const Unit* name, WORD language) noexcept try {
+    const Wanted wantedType(type);
+    const Wanted wantedName(name);
+    if (!wantedType.isValid() || !wantedName.isValid()) return refuse(ERROR_INVALID_PARAMETER);
     constexpr WORD UsEnglish = 0x0409;
     const bool neutral = PRIMARYLANGID(language) == 0;
     const WORD system = neutral ? systemLanguage() : WORD{0};
@@ -131,7 +156,7 @@ HRSRC find(HMODULE module, const Unit* type, const Unit* name, WORD language) no
     HRSRC best = nullptr;
     bool named = false;
     forEachEntry(module ? module : GetModuleHandleA(nullptr), [&](const Entry& entry) {
-        if (!Wanted(type).isAt(entry.type()) || !Wanted(name).isAt(entry.name())) return;
+        if (!wantedType.isAt(entry.type()) || !wantedName.isAt(entry.name())) return;
         named = true;
         const auto* const found = std::find(languages.begin(), languages.end(), entry.language());
         const auto rank = static_cast<std::size_t>(found - languages.begin());
@@ -141,6 +166,8 @@ HRSRC find(HMODULE module, const Unit* type, const Unit* name, WORD language) no
     });
     if (best) return best;
     return refuse(named ? ERROR_RESOURCE_LANG_NOT_FOUND : ERROR_RESOURCE_NAME_NOT_FOUND);
+} catch (...) {
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
 
 } // namespace

@@ -76,9 +76,6 @@ bool isDialog(HWND window);
 /// The window at the top, which owns what is opened over any window below it.
 HWND topLevelOf(HWND window);
 
-/// A text of the ANSI code page.
-std::wstring wideFromAnsi(LPCSTR text);
-
 /// The queued messages of a window that goes.
 void forgetMessages(HWND window) noexcept;
 
