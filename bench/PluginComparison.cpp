@@ -2,7 +2,7 @@
 // bands on. Each run is labelled with the gains that were measured at the four frequencies, so that one sees that the
 // bands are on. Plug-ins that are not installed are left out.
 
-#include "plugin/AEffect.h"
+#include "plugin/base/AEffect.h"
 
 #include <benchmark/benchmark.h>
 #include <dlfcn.h>

@@ -2,9 +2,9 @@
 
 #include "platform/Owners.h"
 #include "tests/support/TemplateBuilder.h"
-#include "wedge/DialogReader.h"
 #include "wedge/OwnModule.h"
-#include "wedge/ResourceCache.h"
+#include "wedge/functions/WedgeState.h"
+#include "wedge/resources/DialogReader.h"
 
 #include <benchmark/benchmark.h>
 
@@ -64,7 +64,7 @@ BENCHMARK(LookUpInAMapUnderALock);
 void FindWhatIsCached(benchmark::State& state) {
     const HRSRC dialog = knownDialog();
     const HMODULE module = ownModule();
-    for (auto _ : state) benchmark::DoNotOptimize(ResourceCache::instance().Prepare(module, dialog, DialogType));
+    for (auto _ : state) benchmark::DoNotOptimize(wedgeState().resourceCache.Prepare(module, dialog, DialogType));
 }
 BENCHMARK(FindWhatIsCached);
 

@@ -2,6 +2,7 @@
 
 #include "platform/Owners.h"
 #include "wedge/OwnModule.h"
+#include "wedge/functions/WedgeEntryPoints.h"
 
 #include <algorithm>
 #include <array>
@@ -64,7 +65,7 @@ DialogOwner::CreationList& DialogOwner::creationList() {
 
 void DialogOwner::createDialog(unsigned templateId, HWND parent) {
     const CreationEntry entry(*this);
-    const HWND made = CreateDialogParamW(ownModule(), MAKEINTRESOURCEW(templateId), parent, firstDialogCall, 0);
+    const HWND made = wedge::CreateDialogParamW(ownModule(), MAKEINTRESOURCEW(templateId), parent, firstDialogCall, 0);
     if (made && made != dialogWindow) DestroyWindow(made); // it got no procedure
 }
 

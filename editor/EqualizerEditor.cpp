@@ -1,7 +1,7 @@
 #include "editor/EqualizerEditor.h"
 
 #include "platform/Owners.h"
-#include "plugin/AudioEffect.h"
+#include "plugin/base/AudioEffect.h"
 #include "wedge/OwnModule.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 
 #include "editor/ControlTable.h"
 #include "editor/DialogOwner.h"
-#include "plugin/AEffEditor.h"
+#include "plugin/base/AEffEditor.h"
 
 #include <array>
 

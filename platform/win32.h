@@ -9,29 +9,30 @@
 #include <objbase.h>
 #include <prsht.h>
 #else
-// The stand-in: the part of Win32 that this project calls, behind the same names, signatures and error codes.
-#include "platform/standin/Accelerators.h"
+// The stand-in: the part of Win32 that this project calls, with the same names, signatures and error codes. The
+// functions of desktop/ are defined in tests and fuzz targets only.
+#include "platform/desktop/Accelerators.h"
+#include "platform/desktop/Dialogs.h"
+#include "platform/desktop/Gdi.h"
+#include "platform/desktop/Keys.h"
+#include "platform/desktop/Menus.h"
+#include "platform/desktop/MessageBox.h"
+#include "platform/desktop/Messages.h"
+#include "platform/desktop/PropertySheets.h"
+#include "platform/desktop/ReplacedFunctions.h"
+#include "platform/desktop/Trackbar.h"
+#include "platform/desktop/Windowing.h"
 #include "platform/standin/CodePages.h"
 #include "platform/standin/DebugOutput.h"
-#include "platform/standin/Dialogs.h"
 #include "platform/standin/Errors.h"
 #include "platform/standin/Files.h"
-#include "platform/standin/Gdi.h"
-#include "platform/standin/Keys.h"
 #include "platform/standin/Locale.h"
 #include "platform/standin/Locks.h"
 #include "platform/standin/Memory.h"
-#include "platform/standin/Menus.h"
-#include "platform/standin/MessageBox.h"
-#include "platform/standin/Messages.h"
 #include "platform/standin/Modules.h"
-#include "platform/standin/PropertySheets.h"
 #include "platform/standin/Registry.h"
-#include "platform/standin/ReplacedFunctions.h"
 #include "platform/standin/Resources.h"
 #include "platform/standin/SerialPorts.h"
 #include "platform/standin/System.h"
-#include "platform/standin/Trackbar.h"
 #include "platform/standin/Types.h"
-#include "platform/standin/Windowing.h"
 #endif

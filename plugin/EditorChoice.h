@@ -1,6 +1,6 @@
 #pragma once
 
-#include "plugin/AudioEffect.h"
+#include "plugin/base/AudioEffect.h"
 
 /// Gives an effect the editor of its platform. Each product links one definition: EditorChoiceDialog.cpp (Windows) or
 /// EditorChoiceNone.cpp (Linux).

@@ -1,9 +1,9 @@
 #include "plugin/ParametricEqualizer.h"
 
 #include "engine/ChannelPair.h"
-#include "plugin/DisplayText.h"
+#include "parameters/DisplayText.h"
+#include "parameters/ParameterTable.h"
 #include "plugin/EditorChoice.h"
-#include "plugin/ParameterTable.h"
 
 #include <algorithm>
 #include <cstring>

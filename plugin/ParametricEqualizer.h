@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/FourBandEqualizer.h"
-#include "plugin/AudioEffectX.h"
+#include "plugin/base/AudioEffectX.h"
 
 #include <array>
 #include <atomic>

@@ -1,5 +1,5 @@
-#include "plugin/Contained.h"
 #include "plugin/ParametricEqualizer.h"
+#include "plugin/base/Contained.h"
 
 // The library's one export. It is exported as "main", a name that the language gives to no function of this form.
 extern "C" AEffect* pluginMain(audioMasterCallback audioMaster);

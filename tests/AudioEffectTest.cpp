@@ -1,4 +1,4 @@
-#include "plugin/AudioEffectX.h"
+#include "plugin/base/AudioEffectX.h"
 
 #include "tests/support/ScriptedHost.h"
 

@@ -1,6 +1,6 @@
 #include "wedge/CLanguageStore.h"
 
-#include "plugin/DisplayText.h"
+#include "parameters/DisplayText.h"
 #include "support/LanguageText.h"
 #include "tests/support/AnsiCodepage.h"
 #include "tests/support/LanguageSettings.h"

@@ -1,5 +1,5 @@
 #include "support/ContextException.h"
-#include "wedge/prep_exception.h"
+#include "wedge/resources/prep_exception.h"
 
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/Threads.h"

@@ -8,7 +8,7 @@
 #include <string>
 
 #ifndef _WIN32
-#include "platform/standin/TestHooks.h"
+#include "platform/desktop/TestHooks.h"
 #include "tests/support/Threads.h"
 
 #include <pty.h>

@@ -1,4 +1,4 @@
-#include "wedge/DialogReader.h"
+#include "wedge/resources/DialogReader.h"
 
 #include "tests/support/DialogTemplateBuilder.h"
 #include "tests/support/Rewritten.h"

@@ -10,7 +10,7 @@
 // resource compilers make of the sources. It tells that something has moved, not what.
 TEST(DialogTemplate, StandsInTheLibraryAsItIsLaidOut) {
     constexpr std::size_t Size = 3138;
-    std::ifstream file(EQ_LIBRARY_PATH, std::ios::binary);
+    std::ifstream file(EQ_DIALOG_HOLDER, std::ios::binary);
     const std::string library{std::istreambuf_iterator<char>(file), {}};
     const auto start = library.find(TemplateBuilder().words({1, 0xFFFF, 0, 0, 0, 0, 0x448, 0x4000, 44}).get());
     ASSERT_NE(start, library.npos);

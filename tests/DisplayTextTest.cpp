@@ -1,4 +1,4 @@
-#include "plugin/DisplayText.h"
+#include "parameters/DisplayText.h"
 
 #include "plugin/ParametricEqualizer.h"
 #include "tests/support/HostedEffect.h"

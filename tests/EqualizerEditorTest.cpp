@@ -1,4 +1,4 @@
-#include "plugin/AEffect.h"
+#include "plugin/base/AEffect.h"
 
 #include "platform/Owners.h"
 #include "platform/win32.h"
@@ -11,7 +11,7 @@
 #ifdef _WIN32
 #include "tests/support/LoadedLibrary.h"
 #else
-#include "platform/standin/TestHooks.h"
+#include "platform/desktop/TestHooks.h"
 #include "plugin/ParametricEqualizer.h"
 #include "tests/support/LanguageSettings.h"
 #endif

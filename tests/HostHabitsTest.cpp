@@ -1,4 +1,4 @@
-#include "plugin/AEffect.h"
+#include "plugin/base/AEffect.h"
 
 #include "tests/support/EqualizerReference.h"
 #include "tests/support/HostedEffect.h"

@@ -1,4 +1,4 @@
-#include "plugin/AEffect.h"
+#include "plugin/base/AEffect.h"
 
 #include "tests/support/EqualizerReference.h"
 #include "tests/support/HostedEffect.h"
@@ -98,6 +98,18 @@ TEST(Library, GivesNoEffectWhileALanguageFileIsBroken) {
 }
 
 #ifndef _WIN32
+TEST(Library, SaysOnStandardErrorThatThereAreNoLanguageFiles) {
+    const ScriptedHost host(2400);
+    const TemporaryFolder folder;
+    const std::filesystem::path built = EQ_LIBRARY_PATH;
+    std::filesystem::copy(built, folder.path());
+    const LoadedLibrary copy(folder.path(built.filename().string()));
+    testing::internal::CaptureStderr();
+    const HostedEffect effect(copy.find<EffectMainProc>("main")(ScriptedHost::callback));
+    EXPECT_EQ(effect.display(0), "+0.0 IDS_DB");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Error: LNG0001:  No language files were found.\n");
+}
+
 TEST(Library, OpensNoEditorOnLinux) {
     const ScriptedHost host(2400);
     const HostedEffect effect(libraryMain()(ScriptedHost::callback));

@@ -1,4 +1,4 @@
-#include "wedge/MenuReader.h"
+#include "wedge/resources/MenuReader.h"
 
 #include "tests/support/Rewritten.h"
 

@@ -1,4 +1,4 @@
-#include "wedge/WedgeEntryPoints.h"
+#include "wedge/functions/WedgeEntryPoints.h"
 
 #include "platform/Owners.h"
 #include "tests/support/DialogTemplateBuilder.h"

@@ -1,4 +1,4 @@
-#include "plugin/AEffect.h"
+#include "plugin/base/AEffect.h"
 
 #include "tests/support/LoadedLibrary.h"
 #include "tests/support/ScriptedHost.h"

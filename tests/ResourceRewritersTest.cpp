@@ -1,8 +1,8 @@
-#include "wedge/ResourceRewriters.h"
+#include "wedge/resources/ResourceRewriters.h"
 
 #include "tests/support/Rewritten.h"
-#include "wedge/DialogReader.h"
-#include "wedge/MenuReader.h"
+#include "wedge/resources/DialogReader.h"
+#include "wedge/resources/MenuReader.h"
 
 #include <gtest/gtest.h>
 

@@ -6,7 +6,7 @@
 #include "tests/support/DialogTemplateBuilder.h"
 
 #ifndef _WIN32
-#include "platform/standin/TestHooks.h"
+#include "platform/desktop/TestHooks.h"
 #endif
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
-#include "wedge/AcceleratorRegistry.h"
-#include "wedge/CountedBlock.h"
-#include "wedge/GuardedMap.h"
 #include "wedge/OwnModule.h"
-#include "wedge/ResourceCache.h"
+#include "wedge/functions/WedgeState.h"
+#include "wedge/resources/AcceleratorRegistry.h"
+#include "wedge/resources/CountedBlock.h"
+#include "wedge/resources/GuardedMap.h"
 #include "wedge/string_ext.h"
 
 #include "tests/support/AllocationCounter.h"
@@ -10,7 +10,7 @@
 #include "tests/support/Threads.h"
 
 #ifndef _WIN32
-#include "platform/standin/TestHooks.h"
+#include "platform/desktop/TestHooks.h"
 #endif
 
 #include <gtest/gtest.h>
@@ -55,23 +55,24 @@ INT_PTR CALLBACK endAtOnce(HWND dialog, UINT message, WPARAM, LPARAM parameter) 
 } // namespace
 
 TEST(CountedRef, SharesOneOwnerForAnAddressAndEndsItWithTheLast) {
+    CountedBlockIndex index;
     const long before = allocations::live;
     {
         auto* const block = new std::byte[8];
-        CountedBlockRef first(block);
-        CountedBlockRef second(block); // a second owner would release twice
+        CountedBlockRef first(index, block);
+        CountedBlockRef second(index, block); // a second owner would release twice
         CountedBlockRef copy = first;
         copy = *&copy;
         second = CountedBlockRef();
         first = std::move(copy);
-        onThreads(4, [&first](int) {
+        onThreads(4, [&](int) {
             for (int turn = 0; turn < 1000; ++turn) {
                 const CountedBlockRef shared = first; // NOLINT(performance-unnecessary-copy-initialization)
-                const CountedBlockRef other(new std::byte[1]);
+                const CountedBlockRef other(index, new std::byte[1]);
             }
         });
         EXPECT_EQ(first.get(), block);
-        EXPECT_EQ(CountedBlockRef(nullptr).get(), nullptr);
+        EXPECT_EQ(CountedBlockRef(index, nullptr).get(), nullptr);
         EXPECT_EQ(allocations::live, before + 3) << "the block, its owner and its place in the index";
     }
     EXPECT_EQ(allocations::live, before);
@@ -91,14 +92,14 @@ TEST(GuardedMap, MayBeUsedByManyThreads) {
 TEST(ResourceCache, RewritesOnceHoweverOftenAndByHoweverManyAResourceIsFound) {
     const auto find = [](unsigned id) { static_cast<void>(findDialog(id)); };
     find(143); // the store is built
-    EXPECT_EQ(ResourceCache::instance().Find(findDialog(143)), nullptr) << "it needs no substitute";
+    EXPECT_EQ(wedgeState().resourceCache.Find(findDialog(143)), nullptr) << "it needs no substitute";
     const std::size_t once = allocations::askedBy([&] { find(110); });
     EXPECT_GT(once, 0U);
-    EXPECT_EQ(bytesOf(findDialog(110)), ResourceCache::instance().Find(findDialog(110)));
+    EXPECT_EQ(bytesOf(findDialog(110)), wedgeState().resourceCache.Find(findDialog(110)));
     EXPECT_EQ(allocations::askedBy([&] { find(110), find(143); }), 0U);
 
     const auto useCache = [&](int) {
-        for (int turn = 0; turn < 1000; ++turn) static_cast<void>(ResourceCache::instance().Find(nullptr));
+        for (int turn = 0; turn < 1000; ++turn) static_cast<void>(wedgeState().resourceCache.Find(nullptr));
         find(111);
     };
     const std::size_t threadsAlone = allocations::askedBy([] { onThreads(4, [](int) {}); });
@@ -107,7 +108,8 @@ TEST(ResourceCache, RewritesOnceHoweverOftenAndByHoweverManyAResourceIsFound) {
 
 TEST(ResourceCache, TriesAgainAfterAShortageOfMemory) {
     const HRSRC dialog = findDialog(110);
-    ResourceCache cache;
+    CountedBlockIndex blocks;
+    ResourceCache cache(blocks);
     const long before = allocations::live;
     allocations::refuseEachOf([&] {
         EXPECT_EQ(cache.Prepare(ownModule(), dialog, DialogType), dialog);

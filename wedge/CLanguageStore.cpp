@@ -7,14 +7,17 @@
 #include "wedge/OwnModule.h"
 #include "wedge/string_ext.h"
 
+#include <atomic>
 #include <optional>
 
 namespace {
 
 constexpr std::string_view SharedContext = "Shared";
 
+constinit std::atomic<CLanguageStore::MessageFunction> show_message = nullptr;
+
 void showNoFilesFound() {
-    MessageBoxW(nullptr, L"LNG0001:  No language files were found.", L"Error", MB_ICONERROR);
+    if (const auto show = show_message.load()) show(L"LNG0001:  No language files were found.", L"Error");
 }
 
 /// The module's file with long names, or nothing if the system does not tell or the path is too long for its buffers.
@@ -184,6 +187,10 @@ std::string CLanguageStore::ExpandKeys(const std::string& text, bool* changed) c
 
 std::wstring CLanguageStore::ExpandKeys(const std::wstring& text, bool* changed) const {
     return expandKeys(*this, text, changed);
+}
+
+void CLanguageStore::ShowMessagesWith(MessageFunction function) noexcept {
+    show_message = function;
 }
 
 WORD GetLanguageId() {

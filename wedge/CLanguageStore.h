@@ -14,6 +14,13 @@ public:
     /// and throws what a broken file throws; the next call then starts over. A later call's `module` is ignored.
     static CLanguageStore& Instance(HMODULE module = nullptr);
 
+    /// Shows an error to the user.
+    using MessageFunction = void (*)(const wchar_t* text, const wchar_t* caption);
+
+    /// Sets the function that shows the store's one message: that there are no language files. The layer that has
+    /// message boxes sets it while the library loads; without it the message is dropped.
+    static void ShowMessagesWith(MessageFunction function) noexcept;
+
     /// An empty store: every look-up misses.
     CLanguageStore() = default;
 

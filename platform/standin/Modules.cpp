@@ -1,7 +1,6 @@
 #include "platform/standin/Modules.h"
 
 #include "platform/standin/Refuse.h"
-#include "platform/standin/SystemFunctions.h"
 
 #include <dlfcn.h>
 #include <filesystem>
@@ -33,7 +32,8 @@ std::string pathOf(HMODULE module) {
 }
 
 HMODULE findModule(std::string_view name) noexcept {
-    const HMODULE module = standin::findSystemLibrary(name);
+    const auto* const libraries = standin::systemLibraries.load();
+    const HMODULE module = libraries ? libraries->findLibrary(name) : nullptr;
     if (!module) SetLastError(ERROR_MOD_NOT_FOUND);
     return module;
 }
@@ -47,6 +47,8 @@ DWORD copyCut(std::string_view text, LPSTR buffer, DWORD size) noexcept {
 }
 
 } // namespace
+
+constinit std::atomic<const standin::SystemLibraries*> standin::systemLibraries = nullptr;
 
 HMODULE WINAPI GetModuleHandleA(LPCSTR name) noexcept {
     return name ? findModule(name) : programModule();
@@ -64,7 +66,8 @@ BOOL WINAPI GetModuleHandleExA(DWORD flags, LPCSTR address, HMODULE* module) noe
 }
 
 FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) noexcept {
-    const FARPROC function = standin::findSystemFunction(module, name);
+    const auto* const libraries = standin::systemLibraries.load();
+    const FARPROC function = libraries ? libraries->findFunction(module, name) : nullptr;
     if (!function) SetLastError(ERROR_PROC_NOT_FOUND);
     return function;
 }

@@ -4,6 +4,9 @@
 
 #include "platform/standin/Types.h"
 
+#include <atomic>
+#include <string_view>
+
 inline constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT = 0x00000002;
 inline constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS = 0x00000004;
 inline constexpr DWORD DLL_PROCESS_ATTACH = 1;
@@ -23,3 +26,17 @@ FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) noexcept;
 DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR path, DWORD size) noexcept;
 BOOL WINAPI DisableThreadLibraryCalls(HMODULE module) noexcept;
 }
+
+namespace standin {
+
+/// The look-up of system libraries and their functions by name.
+struct SystemLibraries {
+    /// Return null if the process has no such library or function.
+    HMODULE (*findLibrary)(std::string_view name) noexcept;
+    FARPROC (*findFunction)(HMODULE library, std::string_view name) noexcept;
+};
+
+/// Supplied by platform/desktop. Null in products, where no system library is found by name.
+extern std::atomic<const SystemLibraries*> systemLibraries;
+
+} // namespace standin

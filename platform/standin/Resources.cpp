@@ -188,15 +188,15 @@ ModuleResources::~ModuleResources() {
     *place = next;
 }
 
-HRSRC WINAPI findResourceExA(HMODULE module, LPCSTR type, LPCSTR name, WORD language) noexcept {
+HRSRC WINAPI system::FindResourceExA(HMODULE module, LPCSTR type, LPCSTR name, WORD language) noexcept {
     return find(module, type, name, language);
 }
 
-HRSRC WINAPI findResourceExW(HMODULE module, LPCWSTR type, LPCWSTR name, WORD language) noexcept {
+HRSRC WINAPI system::FindResourceExW(HMODULE module, LPCWSTR type, LPCWSTR name, WORD language) noexcept {
     return find(module, type, name, language);
 }
 
-HGLOBAL WINAPI loadResource(HMODULE /*module*/, HRSRC resource) noexcept {
+HGLOBAL WINAPI system::LoadResource(HMODULE /*module*/, HRSRC resource) noexcept {
     if (!resource) return refuse(ERROR_INVALID_HANDLE);
     return const_cast<std::byte*>(Entry(resource).data());
 }

@@ -22,16 +22,16 @@ LPVOID WINAPI LockResource(HGLOBAL resource) noexcept;
 DWORD WINAPI SizeofResource(HMODULE module, HRSRC resource) noexcept;
 }
 
-namespace standin {
+namespace standin::system {
 
 // The system's own functions, which are found by name.
 
 /// A null module is the program. Without a resource in the language asked for comes one of its primary language, then a
 /// neutral one; when the neutral language is asked for, then one of the system's language and one in US English. The
 /// text "#141" is the number 141. Narrow texts are of the ANSI code page.
-HRSRC WINAPI findResourceExA(HMODULE module, LPCSTR type, LPCSTR name, WORD language) noexcept;
-HRSRC WINAPI findResourceExW(HMODULE module, LPCWSTR type, LPCWSTR name, WORD language) noexcept;
+HRSRC WINAPI FindResourceExA(HMODULE module, LPCSTR type, LPCSTR name, WORD language) noexcept;
+HRSRC WINAPI FindResourceExW(HMODULE module, LPCWSTR type, LPCWSTR name, WORD language) noexcept;
 
-HGLOBAL WINAPI loadResource(HMODULE module, HRSRC resource) noexcept;
+HGLOBAL WINAPI LoadResource(HMODULE module, HRSRC resource) noexcept;
 
-} // namespace standin
+} // namespace standin::system

@@ -42,8 +42,7 @@ public:
 
 private:
     std::mutex m_lock;
-    std::map<std::string, std::string> m_paths = {
-        {"COM1", "/dev/ttyS0"}, {"COM2", "/dev/ttyS1"}, {"COM3", "/dev/ttyS2"}, {"COM4", "/dev/ttyS3"}};
+    std::map<std::string, std::string> m_paths; // empty in products, which therefore open no port
 };
 
 PortPaths& portPaths() {

@@ -1,6 +1,6 @@
 #pragma once
 
-// Serial ports: "COM1" to "COM4" are the machine's first four, /dev/ttyS0 to /dev/ttyS3.
+// Serial ports. Only tests give "COM1" to "COM4" a device (TestHooks.h); without one a port is not found.
 
 #include "platform/standin/System.h"
 #include "platform/standin/Types.h"

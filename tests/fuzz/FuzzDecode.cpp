@@ -1,6 +1,6 @@
 // decode_value against the escapes' definition: passes that search, replace and look at each hit from the text's start.
 
-#include "platform/standin/TestHooks.h"
+#include "platform/desktop/TestHooks.h"
 #include "tests/fuzz/Require.h"
 #include "wedge/CLanguageFile.h"
 

@@ -4,9 +4,9 @@
 #include "tests/fuzz/Require.h"
 #include "tests/support/Rewritten.h"
 #include "wedge/CLanguageStore.h"
-#include "wedge/DialogReader.h"
-#include "wedge/MenuReader.h"
-#include "wedge/ResourceRewriters.h"
+#include "wedge/resources/DialogReader.h"
+#include "wedge/resources/MenuReader.h"
+#include "wedge/resources/ResourceRewriters.h"
 
 #include <sanitizer/allocator_interface.h>
 

@@ -3,7 +3,7 @@
 #include "tests/support/TestWindows.h"
 
 #ifndef _WIN32
-#include "platform/standin/TestHooks.h"
+#include "platform/desktop/TestHooks.h"
 #endif
 
 const HostWindows* hostWindows() {

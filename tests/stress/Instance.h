@@ -1,6 +1,6 @@
 #pragma once
 
-#include "plugin/AEffect.h"
+#include "plugin/base/AEffect.h"
 #include "tests/stress/Choices.h"
 #include "tests/stress/HostWindows.h"
 #include "tests/support/EqualizerReference.h"

@@ -5,7 +5,7 @@
 #include "platform/win32.h"
 
 #ifndef _WIN32
-#include "platform/standin/TestHooks.h"
+#include "platform/desktop/TestHooks.h"
 #endif
 
 class AnsiCodepage {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "plugin/AEffect.h"
+#include "plugin/base/AEffect.h"
 
 #include <stdexcept>
 #include <string>

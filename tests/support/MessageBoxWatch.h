@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #ifndef _WIN32
-#include "platform/standin/TestHooks.h"
+#include "platform/desktop/TestHooks.h"
 #endif
 
 #include <functional>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tests/support/TemplateBuilder.h"
-#include "wedge/PrepStatus.h"
+#include "wedge/resources/PrepStatus.h"
 
 #include <algorithm>
 #include <cstddef>

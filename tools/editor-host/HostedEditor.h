@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/win32.h"
-#include "plugin/AEffect.h"
+#include "plugin/base/AEffect.h"
 
 #include <string>
 

@@ -1,0 +1,72 @@
+#include "parameters/DisplayText.h"
+
+#include "platform/win32.h"
+#include "support/LanguageText.h"
+#include "wedge/OwnModule.h"
+#include "wedge/string_ext.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+namespace {
+
+constexpr const char* DecibelKey = "IDS_DB";
+constexpr const char* HertzKey = "IDS_Hz";
+constexpr const char* KilohertzKey = "IDS_kHz";
+
+// As sprintf's "%.1f", which would take its decimal separator from whatever locale the host has set.
+std::string oneDecimal(double value) {
+    char digits[64];
+    const auto [end, error] = std::to_chars(std::begin(digits), std::end(digits), value, std::chars_format::fixed, 1);
+    return error == std::errc() ? std::string(digits, end) : std::string();
+}
+
+std::string signedDecimal(double value) {
+    const std::string text = oneDecimal(value == 0.0 ? 0.0 : value); // a negative zero has a plus sign, too
+    return text.starts_with('-') ? text : "+" + text;
+}
+
+// Truncates toward zero. Values beyond the parameter's range may be of any size, or no number at all.
+std::string integerPart(double value) {
+    constexpr double most = std::numeric_limits<std::int32_t>::max();
+    return std::to_string(std::isnan(value) ? 0 : static_cast<std::int32_t>(std::min(value, most)));
+}
+
+std::string withUnit(const std::string& number, const char* key) {
+    LanguageText unit(key, ownModule());
+    const char* const word = unit.narrow();
+    return number + " " + (word != nullptr ? word : "");
+}
+
+std::string frequencyText(double hertz) {
+    const auto f = static_cast<float>(hertz);
+    if (hertz < 1000.0) return withUnit(integerPart(f + 0.5), HertzKey);
+    if (f < 10000.0F) return withUnit(oneDecimal(f * 0.001), KilohertzKey);
+    return withUnit(integerPart(f * 0.001 + 0.5), KilohertzKey);
+}
+
+std::string textOf(Quantity quantity, double value) {
+    switch (quantity) {
+    case Quantity::Decibels:
+        return withUnit(signedDecimal(value), DecibelKey);
+    case Quantity::Frequency:
+        return frequencyText(value);
+    case Quantity::Q:
+        return oneDecimal(value);
+    }
+    return {};
+}
+
+} // namespace
+
+void writeDisplay(const Parameter& parameter, float p, char* text) {
+    const std::string full = textOf(parameter.quantity, parameter.engineValue(p));
+    const std::size_t length = full.copy(text, whole_characters(full, DisplayCapacity - 1, CP_ACP));
+    text[length] = '\0';
+}

@@ -1,0 +1,115 @@
+#include "platform/desktop/Messages.h"
+
+#include "platform/desktop/Window.h"
+#include "platform/standin/Locks.h"
+#include "platform/standin/Refuse.h"
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+
+// The ways of messages: sent at once, or through the queues.
+
+namespace {
+
+using standin::LockedWindow;
+using standin::refuse;
+
+struct Posted {
+    DWORD thread;
+    MSG message;
+};
+
+struct Queue {
+    std::deque<Posted> messages; // of all threads
+    std::condition_variable_any arrived;
+};
+
+Queue& queue() {
+    static Queue posted;
+    return posted;
+}
+
+/// The procedure of a window of the calling thread, or null and the reason.
+WNDPROC procedureHere(HWND handle) noexcept {
+    const LockedWindow window(handle);
+    if (!window) return nullptr;
+    if (window->thread == GetCurrentThreadId()) return window->procedure;
+    return refuse(ERROR_WINDOW_OF_OTHER_THREAD);
+}
+
+DWORD ticks() noexcept {
+    using namespace std::chrono;
+    return static_cast<DWORD>(duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
+}
+
+/// The calling thread's first message. The lock must be held.
+bool takePosted(MSG& message) {
+    auto& messages = queue().messages;
+    const auto found =
+        std::find_if(messages.begin(), messages.end(),
+                     [thread = GetCurrentThreadId()](const Posted& posted) { return posted.thread == thread; });
+    if (found == messages.end()) return false;
+    message = found->message;
+    messages.erase(found);
+    return true;
+}
+
+void post(DWORD thread, const MSG& message) {
+    const std::lock_guard guard(standin::windowLock());
+    queue().messages.push_back({thread, message});
+    queue().arrived.notify_all();
+}
+
+} // namespace
+
+void standin::forgetMessages(HWND window) noexcept {
+    const std::lock_guard guard(windowLock());
+    std::erase_if(queue().messages, [window](const Posted& posted) { return posted.message.hwnd == window; });
+}
+
+void standin::dispatchNextMessage() {
+    MSG message{};
+    {
+        std::unique_lock guard(windowLock());
+        queue().arrived.wait(guard, [&] { return takePosted(message); });
+    }
+    DispatchMessageW(&message);
+}
+
+LRESULT WINAPI SendMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+    return CallWindowProcA(procedureHere(window), window, message, wParam, lParam);
+}
+
+LRESULT WINAPI CallWindowProcA(WNDPROC procedure, HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+    return procedure ? procedure(window, message, wParam, lParam) : 0;
+}
+
+LRESULT WINAPI DefWindowProcW(HWND /*window*/, UINT /*message*/, WPARAM /*wParam*/, LPARAM /*lParam*/) noexcept {
+    return 0;
+}
+
+BOOL WINAPI PostMessageW(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) noexcept try {
+    DWORD thread = GetCurrentThreadId();
+    if (handle) {
+        const LockedWindow window(handle);
+        if (!window) return FALSE;
+        thread = window->thread;
+    }
+    post(thread, {handle, message, wParam, lParam, ticks(), {}});
+    return TRUE;
+} catch (...) {
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
+}
+
+BOOL WINAPI PeekMessageW(LPMSG message, HWND window, UINT first, UINT last, UINT removal) noexcept {
+    if (window || first != 0 || last != 0 || removal != PM_REMOVE) return refuse(ERROR_NOT_SUPPORTED);
+    const std::lock_guard guard(standin::windowLock());
+    return takePosted(*message);
+}
+
+LRESULT WINAPI DispatchMessageW(const MSG* message) noexcept {
+    if (!message->hwnd) return 0;
+    return SendMessageW(message->hwnd, message->message, message->wParam, message->lParam);
+}

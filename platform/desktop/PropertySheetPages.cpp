@@ -1,0 +1,124 @@
+#include "platform/desktop/PropertySheetPages.h"
+
+#include "platform/desktop/DialogTemplate.h"
+#include "platform/desktop/ReplacedFunctions.h"
+#include "platform/standin/HandleTable.h"
+#include "platform/standin/Refuse.h"
+
+#include <algorithm>
+#include <cstring>
+#include <list>
+
+// The life of pages, from their records to their dialogs.
+
+namespace {
+
+using standin::PropertyPage;
+using standin::PropSheetPage;
+using standin::refuse;
+
+standin::HandleTable<PropertyPage>& pages() {
+    static standin::HandleTable<PropertyPage> table;
+    return table;
+}
+
+constexpr DWORD KnownFlags = PSP_DLGINDIRECT | PSP_USETITLE | PSP_USEREFPARENT | PSP_USECALLBACK;
+
+/// A page is a control of its sheet, whatever its template says, and the sheet shows it.
+DWORD pageStyle(DWORD style) noexcept {
+    constexpr DWORD ofWindowsAlone = WS_CAPTION | WS_SYSMENU | WS_POPUP | WS_DISABLED | WS_VISIBLE;
+    return (style & ~ofWindowsAlone) | WS_CHILD | WS_TABSTOP | DS_CONTROL;
+}
+
+template <typename Unit>
+class PageOf final : public PropertyPage {
+public:
+    using Record = PropSheetPage<Unit>;
+
+    /// A record may be shorter than today's, or go on with data of the caller's own.
+    explicit PageOf(const Record* given) : m_bytes(std::max<std::size_t>(given->dwSize, sizeof(Record))) {
+        std::memcpy(m_bytes.data(), given, given->dwSize);
+        const DWORD flags = record().dwFlags;
+        if ((flags & PSP_USETITLE) != 0) keepText(record().pszTitle);
+        if ((flags & PSP_USEREFPARENT) != 0) m_users = record().pcRefParent;
+        if (m_users) ++*m_users;
+    }
+
+    [[nodiscard]] const void* dialogTemplate() const noexcept override {
+        return has(PSP_DLGINDIRECT) ? record().pResource : nullptr;
+    }
+
+    [[nodiscard]] std::wstring title() const override {
+        return has(PSP_USETITLE) ? standin::textUnlessNumber(record().pszTitle) : std::wstring();
+    }
+
+    UINT tell(UINT event) noexcept override {
+        return has(PSP_USECALLBACK) && record().pfnCallback ? record().pfnCallback(nullptr, event, &record()) : 1;
+    }
+
+    void release() noexcept override {
+        tell(PSPCB_RELEASE);
+        if (m_users) --*m_users;
+    }
+
+    HWND createDialog(HWND sheet) override {
+        if (tell(PSPCB_CREATE) == 0) return nullptr;
+        const void* const source = dialogTemplate();
+        if (!source) return nullptr;
+        auto read = standin::readDialogTemplate(source);
+        read.style = pageStyle(read.style);
+        return standin::createDialog(record().hInstance, read, sheet, record().pfnDlgProc,
+                                     standin::parameterOf(&record()));
+    }
+
+private:
+    Record& record() noexcept { return *reinterpret_cast<Record*>(m_bytes.data()); }
+    const Record& record() const noexcept { return *reinterpret_cast<const Record*>(m_bytes.data()); }
+    bool has(DWORD flag) const noexcept { return (record().dwFlags & flag) != 0; }
+
+    void keepText(const Unit*& text) {
+        if (!standin::isNumber(text)) text = m_texts.emplace_back(text).c_str();
+    }
+
+    std::vector<std::byte> m_bytes;
+    std::list<std::basic_string<Unit>> m_texts;
+    UINT* m_users = nullptr;
+};
+
+template <typename Unit>
+HPROPSHEETPAGE createPage(const PropSheetPage<Unit>* given) noexcept try {
+    if (!given || given->dwSize < PROPSHEETPAGEA_V1_SIZE) return refuse(ERROR_INVALID_PARAMETER);
+    if ((given->dwFlags & ~KnownFlags) != 0) return refuse(ERROR_NOT_SUPPORTED);
+    const auto page = std::make_shared<PageOf<Unit>>(given);
+    const auto handle = static_cast<HPROPSHEETPAGE>(pages().add(page));
+    // Callbacks from before the newer members do not know the event.
+    if (given->dwSize > PROPSHEETPAGEA_V1_SIZE) page->tell(PSPCB_ADDREF);
+    return handle;
+} catch (...) {
+    return refuse(ERROR_NOT_ENOUGH_MEMORY);
+}
+
+} // namespace
+
+namespace standin {
+
+std::shared_ptr<PropertyPage> findPropertyPage(HPROPSHEETPAGE handle) {
+    return pages().find(handle);
+}
+
+HPROPSHEETPAGE WINAPI system::CreatePropertySheetPageA(LPCPROPSHEETPAGEA record) noexcept {
+    return createPage(record);
+}
+
+HPROPSHEETPAGE WINAPI system::CreatePropertySheetPageW(LPCPROPSHEETPAGEW record) noexcept {
+    return createPage(record);
+}
+
+BOOL WINAPI system::DestroyPropertySheetPage(HPROPSHEETPAGE handle) noexcept {
+    const auto page = pages().find(handle);
+    if (!page || !pages().remove(handle)) return refuse(ERROR_INVALID_HANDLE);
+    page->release();
+    return TRUE;
+}
+
+} // namespace standin

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/desktop/Dialogs.h"
+
+#include <string_view>
+#include <vector>
+
+namespace standin {
+
+/// A sheet's own template: its frame and its buttons, of which it hides those that its properties leave out. The
+/// sheet's callback may change it before the sheet is made.
+class PropertySheetTemplate {
+public:
+    explicit PropertySheetTemplate(DWORD sheetFlags);
+
+    [[nodiscard]] DLGTEMPLATE* get() noexcept { return reinterpret_cast<DLGTEMPLATE*>(m_words.data()); }
+
+private:
+    struct Button;
+
+    void word(int value) { m_words.push_back(static_cast<WORD>(value)); }
+    void doubleWord(DWORD value) { m_words.insert(m_words.end(), {LOWORD(value), HIWORD(value)}); }
+    void text(std::wstring_view value);
+    void button(const Button& button, int x);
+
+    static std::vector<Button> buttonsOf(DWORD sheetFlags);
+
+    std::vector<WORD> m_words;
+};
+
+} // namespace standin

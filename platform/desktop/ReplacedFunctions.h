@@ -1,0 +1,26 @@
+#pragma once
+
+// The system functions that a library may replace by its own functions of the same names.
+//
+// The plain names are declared here and defined by the library that replaces them. The system functions themselves are
+// in namespace standin::system, and only a look-up by name finds them: GetModuleHandleA and GetProcAddress.
+
+#include "platform/ReplacedFunctions.h"
+#include "platform/desktop/Accelerators.h"
+#include "platform/desktop/Dialogs.h"
+#include "platform/desktop/Keys.h"
+#include "platform/desktop/Menus.h"
+#include "platform/desktop/PropertySheets.h"
+#include "platform/standin/Resources.h"
+
+extern "C" {
+#define EQ_DECLARE(MODULE, RESULT, NAME, PARAMETERS, BYTES) RESULT WINAPI NAME PARAMETERS;
+EQ_REPLACED_FUNCTIONS(EQ_DECLARE, EQ_DECLARE)
+#undef EQ_DECLARE
+}
+
+namespace standin::system {
+#define EQ_DECLARE(MODULE, RESULT, NAME, PARAMETERS, BYTES) RESULT WINAPI NAME PARAMETERS noexcept;
+EQ_REPLACED_FUNCTIONS(EQ_NO_ROW, EQ_DECLARE)
+#undef EQ_DECLARE
+} // namespace standin::system

@@ -1,0 +1,60 @@
+#include "platform/desktop/ReplacedFunctions.h"
+#include "platform/desktop/TrackbarProcedure.h"
+#include "platform/standin/Modules.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+struct SystemFunction {
+    std::string_view owner; // the system library
+    std::string_view name;
+    FARPROC function;
+};
+
+template <typename Function>
+FARPROC erased(Function* function) noexcept {
+    // By way of the type that stands for any function.
+    return reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(function));
+}
+
+const std::array systemFunctions = {
+#define EQ_FUNCTION(MODULE, RESULT, NAME, PARAMETERS, BYTES)                                                           \
+    SystemFunction{#MODULE, #NAME, erased(&standin::system::NAME)},
+    EQ_REPLACED_FUNCTIONS(EQ_NO_ROW, EQ_FUNCTION)
+#undef EQ_FUNCTION
+};
+
+// The address of a library's entry is its handle, which no module that is really loaded can have.
+constexpr std::array<std::string_view, 3> libraries = {"kernel32", "user32", "comctl32"};
+
+HMODULE moduleOf(const std::string_view* library) noexcept {
+    return reinterpret_cast<HMODULE>(const_cast<std::string_view*>(library));
+}
+
+bool isInProcess(std::string_view library) noexcept {
+    return library != "comctl32" || standin::areCommonControlsRegistered();
+}
+
+HMODULE findLibrary(std::string_view name) noexcept {
+    const auto* const found = std::find(libraries.begin(), libraries.end(), name);
+    return found == libraries.end() || !isInProcess(*found) ? nullptr : moduleOf(found);
+}
+
+FARPROC findFunction(HMODULE library, std::string_view name) noexcept {
+    if (!library) return nullptr;
+    const auto* const found = std::find_if(systemFunctions.begin(), systemFunctions.end(), [&](const auto& row) {
+        return findLibrary(row.owner) == library && row.name == name;
+    });
+    return found == systemFunctions.end() ? nullptr : found->function;
+}
+
+constexpr standin::SystemLibraries desktopLibraries = {findLibrary, findFunction};
+
+/// Supplies the look-up while the program loads.
+const struct Registration {
+    Registration() noexcept { standin::systemLibraries = &desktopLibraries; }
+} registration;
+
+} // namespace

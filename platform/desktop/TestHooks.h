@@ -1,0 +1,29 @@
+#pragma once
+
+// What tests set and see of windows and message boxes.
+
+#include "platform/standin/TestHooks.h"
+
+#include <cstddef>
+#include <string>
+
+namespace standin {
+
+struct ShownMessageBoxes {
+    int count = 0;
+    std::wstring lastText;
+    std::wstring lastCaption;
+    WORD lastLanguage = 0;
+};
+
+/// The message boxes of this process so far.
+ShownMessageBoxes shownMessageBoxes();
+
+/// Objects that were made and not destroyed, in the whole process.
+std::size_t liveWindows() noexcept;
+std::size_t liveMenus() noexcept;
+
+/// Takes back what InitCommonControlsEx has registered, as if no program had asked for it.
+void unregisterCommonControls() noexcept;
+
+} // namespace standin

@@ -1,0 +1,169 @@
+#include "wedge/functions/PropertyPages.h"
+
+#include "wedge/functions/PropertySheetForms.h"
+#include "wedge/functions/WedgeState.h"
+#include "wedge/resources/ResourceFormats.h"
+#include "wedge/resources/SystemFunctions.h"
+
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <string>
+#include <string_view>
+
+namespace {
+
+// The fields in question lie at the same places in both forms of a page.
+using Page = PROPSHEETPAGEW;
+
+PropertyPageState& state() noexcept {
+    return wedgeState().pages;
+}
+
+void giveToCaller(Page& page, const PageThunk& thunk) noexcept {
+    page.pfnDlgProc = thunk.pfnDlgProc;
+    page.lParam = thunk.lParam;
+    page.pfnCallback = thunk.pfnCallback;
+}
+
+/// The page's thunk, or null if the page is as the caller gave it.
+PageThunk* thunkOf(const Page& page) {
+    auto* const address = reinterpret_cast<PageThunk*>(page.lParam);
+    return state().PageThunks.find(address) ? address : nullptr;
+}
+
+/// A wizard's page may answer with the resource id of the one to go to. The system knows no ids of pages in memory, so
+/// it is told to stay, and the sheet is asked for the page by another message.
+void goToPageOfId(HWND page) noexcept {
+    const LONG_PTR answer = GetWindowLongPtrW(page, DWLP_MSGRESULT);
+    if (answer <= 0) return;
+    SetWindowLongPtrW(page, DWLP_MSGRESULT, -1);
+    PostMessageW(GetParent(page), PSM_SETCURSELID, 0, answer);
+}
+
+void enterProcedure(HWND page, DLGPROC procedure) noexcept {
+    try {
+        state().PageProcs.put(page, procedure);
+    } catch (const std::bad_alloc&) {
+        // The system's code cannot be unwound: the page goes without a procedure.
+    }
+}
+
+INT_PTR CALLBACK PageDialogProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
+    if (msg == WM_INITDIALOG) {
+        auto& page = *reinterpret_cast<Page*>(lParam);
+        if (const PageThunk* const thunk = thunkOf(page)) {
+            enterProcedure(hwnd, thunk->pfnDlgProc);
+            giveToCaller(page, *thunk);
+        }
+    }
+    const DLGPROC callers = state().PageProcs.find(hwnd).value_or(nullptr);
+    const INT_PTR result = callers ? callers(hwnd, msg, wParam, lParam) : 0;
+    if (msg == WM_NOTIFY) {
+        const UINT code = reinterpret_cast<const NMHDR*>(lParam)->code;
+        if (code == static_cast<UINT>(PSN_WIZNEXT) || code == static_cast<UINT>(PSN_WIZBACK)) goToPageOfId(hwnd);
+    }
+    if (msg == WM_NCDESTROY) state().PageProcs.take(hwnd);
+    return result;
+}
+
+UINT CALLBACK PageCallback(HWND hwnd, UINT msg, Page* page) {
+    PageThunk* const thunk = page ? thunkOf(*page) : nullptr;
+    if (!thunk) return 1;
+    const Page ours = *page;
+    giveToCaller(*page, *thunk);
+    const UINT result = thunk->pfnCallback ? thunk->pfnCallback(hwnd, msg, page) : 1;
+    page->pfnDlgProc = ours.pfnDlgProc;
+    page->lParam = ours.lParam;
+    page->pfnCallback = ours.pfnCallback;
+    return result;
+}
+
+/// Ties a counted block to an address; if there is no memory for that the block is freed.
+CountedBlockRef shared(std::unique_ptr<std::byte[]> block) {
+    CountedBlockRef ref(wedgeState().blocks, block.get());
+    static_cast<void>(block.release());
+    return ref;
+}
+
+/// A new thunk for what the page's fields hold, which then hold the wedge's own.
+template <typename AnyPage>
+PageThunk* installThunk(AnyPage& page) {
+    auto thunk = std::make_unique<PageThunk>(
+        PageThunk{page.pfnDlgProc, page.lParam, reinterpret_cast<LPFNPSPCALLBACKW>(page.pfnCallback)});
+    PageThunk* const address = thunk.get();
+    CountedThunkRef ref(wedgeState().thunks, address);
+    static_cast<void>(thunk.release());
+    state().PageThunks.put(address, std::move(ref));
+
+    page.pfnDlgProc = PageDialogProc;
+    page.lParam = reinterpret_cast<LPARAM>(address);
+    page.pfnCallback = reinterpret_cast<decltype(page.pfnCallback)>(PageCallback);
+    return address;
+}
+
+template <typename Sheets>
+void useRewrittenTemplate(typename Sheets::Page& page) {
+    if ((page.dwFlags & PSP_DLGINDIRECT) != 0) return;
+    const void* const dialog = Sheets::loadLockedResource(page.hInstance, ResourceType::Dialog, page.pszTemplate);
+    if (!dialog) return; // the system looks for it itself, and says what is to be said
+    page.dwFlags |= PSP_DLGINDIRECT;
+    page.pResource = static_cast<LPCDLGTEMPLATE>(dialog);
+}
+
+} // namespace
+
+template <typename Sheets>
+typename Sheets::Text loadTitle(HINSTANCE module, typename Sheets::Text title) {
+    if (!isStringId(title)) return title;
+    const auto text = Sheets::loadString(module, static_cast<UINT>(reinterpret_cast<std::uintptr_t>(title)));
+    if (!text) return title;
+    const std::basic_string_view view(text.get());
+    const std::size_t size = (view.size() + 1) * sizeof text[0];
+    auto block = std::make_unique<std::byte[]>(size);
+    std::memcpy(block.get(), text.get(), size);
+    const void* const address = block.get();
+    state().PageTitles.put(address, shared(std::move(block)));
+    return static_cast<typename Sheets::Text>(address);
+}
+
+void releaseTitle(const void* title) noexcept {
+    state().PageTitles.take(title);
+}
+
+template <typename Sheets>
+HPROPSHEETPAGE createPage(const typename Sheets::Page* given) {
+    if (!given) return Sheets::createPage(nullptr);
+    SizedCopy copy(*given);
+    auto& page = *copy;
+    CountedBlockRef record = shared(copy.release());
+
+    useRewrittenTemplate<Sheets>(page);
+    if ((page.dwFlags & PSP_USETITLE) != 0) page.pszTitle = loadTitle<Sheets>(page.hInstance, page.pszTitle);
+    PageThunk* const thunk = installThunk(page);
+    const HPROPSHEETPAGE handle = Sheets::createPage(&page);
+    if (!handle) {
+        releaseTitle(page.pszTitle);
+        state().PageThunks.take(thunk);
+        return nullptr;
+    }
+    try {
+        state().PageRecords.put(handle, std::move(record));
+    } catch (...) {
+        systems::DestroyPropertySheetPage(handle);
+        throw;
+    }
+    return handle;
+}
+
+void ReleasePageRecord(HPROPSHEETPAGE page) noexcept {
+    // The title is freed behind the lock of the records.
+    if (const auto record = state().PageRecords.take(page))
+        releaseTitle(reinterpret_cast<const Page*>(record->get())->pszTitle);
+}
+
+template LPCSTR loadTitle<NarrowSheets>(HINSTANCE module, LPCSTR title);
+template LPCWSTR loadTitle<WideSheets>(HINSTANCE module, LPCWSTR title);
+template HPROPSHEETPAGE createPage<NarrowSheets>(const PROPSHEETPAGEA* page);
+template HPROPSHEETPAGE createPage<WideSheets>(const PROPSHEETPAGEW* page);

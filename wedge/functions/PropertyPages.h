@@ -1,0 +1,39 @@
+#pragma once
+
+#include "platform/win32.h"
+#include "wedge/resources/CountedBlock.h"
+#include "wedge/resources/GuardedMap.h"
+
+/// The fields of a caller's page whose place the wedge's own values take.
+struct PageThunk {
+    DLGPROC pfnDlgProc;
+    LPARAM lParam;
+    LPFNPSPCALLBACKW pfnCallback;
+};
+using CountedThunkRef = CountedRef<PageThunk>;
+
+/// The pages of the process.
+struct PropertyPageState {
+    GuardedMap<HPROPSHEETPAGE, CountedBlockRef> PageRecords; ///< the wedge's copies
+    GuardedMap<const void*, CountedBlockRef> PageTitles;     ///< strings that were loaded for an id
+    /// A page may be called back after its sheet is gone, so its thunk stays until the library is unloaded.
+    GuardedMap<PageThunk*, CountedThunkRef> PageThunks;
+    GuardedMap<HWND, DLGPROC> PageProcs; ///< the callers' procedures of the pages that are shown
+};
+
+/// Creates a page of the system whose dialog is the rewritten template. The caller's record is not written to, and its
+/// procedures see their own values. `Sheets` is one of the forms of PropertySheetForms.h. Throws std::bad_alloc, and
+/// what building the store throws.
+template <typename Sheets>
+HPROPSHEETPAGE createPage(const typename Sheets::Page* page);
+
+/// Frees what `createPage` keeps for a page. A page that it did not make is ignored.
+void ReleasePageRecord(HPROPSHEETPAGE page) noexcept;
+
+/// A title or caption in place of its string id, loaded from the module's strings and kept until `releaseTitle`. A
+/// text, and an id that no string has, come back as they are.
+template <typename Sheets>
+typename Sheets::Text loadTitle(HINSTANCE module, typename Sheets::Text title);
+
+/// Ignores an address that `loadTitle` did not give.
+void releaseTitle(const void* title) noexcept;

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/Owners.h"
+#include "platform/win32.h"
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+/// A page that was made from the caller's record.
+struct SheetPage {
+    ULONG_PTR templateName; ///< the caller's `pszTemplate`
+    HPROPSHEETPAGE handle;
+};
+
+/// What belongs to one sheet, from the call that opens it until its window ends.
+struct SheetRecord {
+    SheetRecord() = default;
+    SheetRecord(const SheetRecord&) = delete;
+    SheetRecord& operator=(const SheetRecord&) = delete;
+    ~SheetRecord();
+
+    std::unique_ptr<std::byte[]> headerCopy; ///< the header that the system receives
+    bool isWide = false;
+    PFNPROPSHEETCALLBACK userCallback = nullptr;
+    bool hasOwnPages = false;     ///< the caller gave records, not handles
+    std::vector<SheetPage> pages; ///< in their order
+    std::vector<HPROPSHEETPAGE> handles;
+    bool hasGivenPages = false;     ///< the system was asked to open the sheet, and has the pages since
+    const void* caption = nullptr;  ///< a string of the wedge's own, if the caller gave an id
+    WNDPROC previousProc = nullptr; ///< the window's, ahead of SheetWindowProc
+};
+
+/// The sheet that is being opened. A sheet's own code may open another meanwhile, on the same thread.
+struct SheetContext {
+    platform::CriticalSection lock;
+    std::unique_ptr<SheetRecord> opening;
+};
+
+/// Opens a sheet of the system with rewritten pages, a translated caption and translated buttons. The caller's records
+/// are not written to. The sheet answers the messages that work by resource ids, which the system's sheet no longer
+/// knows. One sheet is being opened at a time: a modal one holds others up until it is closed.
+///
+/// `Sheets` is one of the forms of PropertySheetForms.h. Throws std::bad_alloc, and what building the store throws.
+template <typename Sheets>
+INT_PTR openSheet(const typename Sheets::Header* header);

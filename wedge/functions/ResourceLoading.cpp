@@ -1,0 +1,88 @@
+#include "wedge/functions/ResourceLoading.h"
+
+#include "wedge/CLanguageStore.h"
+#include "wedge/functions/WedgeState.h"
+#include "wedge/resources/ByteCursor.h"
+#include "wedge/string_ext.h"
+
+#include <cstdint>
+#include <string>
+
+namespace {
+
+constexpr std::size_t Unbounded = PTRDIFF_MAX;
+
+std::optional<LockedResource> lockFound(HMODULE module, HRSRC hResInfo) {
+    if (!hResInfo) return std::nullopt;
+    const void* const bytes = LockResource(LoadResource(module, hResInfo));
+    if (!bytes) return std::nullopt;
+    // The cache's own blocks are complete; SizeofResource tells the size of what they stand in for.
+    const bool isOurs = bytes == wedgeState().resourceCache.Find(hResInfo);
+    return LockedResource{bytes, isOurs ? Unbounded : SizeofResource(module, hResInfo)};
+}
+
+std::uint16_t bundleOf(UINT id) noexcept {
+    return static_cast<std::uint16_t>((id >> 4U) + 1);
+}
+
+/// The string of `id` in its bundle, or nothing if the bundle ends before it.
+std::optional<std::wstring> readString(const std::optional<LockedResource>& bundle, UINT id) {
+    if (!bundle) return std::nullopt;
+    try {
+        ByteCursor cursor(bundle->bytes, bundle->size);
+        for (UINT passed = id % StringsInBundle; passed > 0; --passed) cursor.skipCountedString();
+        return cursor.readCountedString();
+    } catch (const prep_exception&) {
+        return std::nullopt;
+    }
+}
+
+template <typename Character>
+std::unique_ptr<Character[]> newTerminated(const std::basic_string<Character>& text) {
+    auto copy = std::make_unique<Character[]>(text.size() + 1);
+    text.copy(copy.get(), text.size());
+    return copy;
+}
+
+/// In the code page, with "?" for what it lacks. UTF-8 lacks nothing and takes no such character.
+std::string narrowed(const std::wstring& text, UINT codepage) {
+    const char* const substitute = is_utf8_codepage(codepage) ? nullptr : "?";
+    const int count = static_cast<int>(text.size());
+    const auto convert = [&](char* buffer, int size) {
+        return WideCharToMultiByte(codepage, 0, text.data(), count, buffer, size, substitute, nullptr);
+    };
+    if (count == 0) return {};
+    std::string result(static_cast<std::size_t>(convert(nullptr, 0)), '\0');
+    convert(result.data(), static_cast<int>(result.size()));
+    return result;
+}
+
+} // namespace
+
+std::optional<LockedResource> lockResource(HMODULE module, ResourceType type, LPCSTR name) {
+    return lockFound(module, FindResourceExA(module, MAKEINTRESOURCEA(static_cast<WORD>(type)), name, GetLanguageId()));
+}
+
+std::optional<LockedResource> lockResource(HMODULE module, ResourceType type, LPCWSTR name) {
+    return lockFound(module, FindResourceExW(module, MAKEINTRESOURCEW(static_cast<WORD>(type)), name, GetLanguageId()));
+}
+
+const void* LoadLockedResourceA(HMODULE hModule, ResourceType type, LPCSTR name) {
+    const auto resource = lockResource(hModule, type, name);
+    return resource ? resource->bytes : nullptr;
+}
+
+const void* LoadLockedResourceW(HMODULE hModule, ResourceType type, LPCWSTR name) {
+    const auto resource = lockResource(hModule, type, name);
+    return resource ? resource->bytes : nullptr;
+}
+
+std::unique_ptr<char[]> LoadResourceStringA(HMODULE module, UINT id) {
+    const auto text = readString(lockResource(module, ResourceType::String, MAKEINTRESOURCEA(bundleOf(id))), id);
+    return text ? newTerminated(narrowed(*text, GetLanguageCodepage())) : nullptr;
+}
+
+std::unique_ptr<wchar_t[]> LoadResourceStringW(HMODULE module, UINT id) {
+    const auto text = readString(lockResource(module, ResourceType::String, MAKEINTRESOURCEW(bundleOf(id))), id);
+    return text ? newTerminated(*text) : nullptr;
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/ReplacedFunctions.h"
+#include "platform/win32.h"
+
+// The wedge: system functions that this library replaces by its own functions of the same names and signatures. Each
+// function finds its resource in the caller's module, lets the language layer rewrite it, and passes the result to the
+// system. Failure shows as it does in Win32; no last error is set.
+//
+// Code that names `wedge::` calls these functions directly. Calls of the plain names come here too: on Windows through
+// the import slots of WedgeImportTable.cpp, on Linux because these functions have the plain names as their symbols.
+//
+//   LoadStringA, LoadStringW    always terminate the text inside the buffer; a size of 0 or less writes nothing and
+//                               returns 0
+//   DialogBoxParamA, ...W       return -1 when there is no such template
+//   MessageBox...               show the texts as they are; the buttons are in the language of the store, or in the
+//                               language that the caller names
+
+#ifdef _WIN32
+#define EQ_PLAIN_SYMBOL(NAME)
+#else
+#define EQ_PLAIN_SYMBOL(NAME) asm(#NAME)
+#endif
+
+namespace wedge {
+
+#define EQ_DECLARE(MODULE, RESULT, NAME, PARAMETERS, BYTES) RESULT WINAPI NAME PARAMETERS EQ_PLAIN_SYMBOL(NAME);
+EQ_REPLACED_FUNCTIONS(EQ_DECLARE, EQ_DECLARE)
+#undef EQ_DECLARE
+
+} // namespace wedge

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/Owners.h"
+#include "platform/win32.h"
+
+#include <vector>
+
+/// The accelerator tables that the wedge has created and no caller has destroyed, in order of creation. The destructor
+/// destroys the tables that are left.
+class AcceleratorRegistry {
+public:
+    AcceleratorRegistry() = default;
+    AcceleratorRegistry(const AcceleratorRegistry&) = delete;
+    AcceleratorRegistry& operator=(const AcceleratorRegistry&) = delete;
+    ~AcceleratorRegistry();
+
+    void Add(HACCEL table);
+    /// Takes the first equal handle out. One that is not there is ignored.
+    void Remove(HACCEL table) noexcept;
+
+private:
+    std::vector<HACCEL> m_tables;
+    platform::CriticalSection m_lock;
+};

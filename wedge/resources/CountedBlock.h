@@ -1,0 +1,113 @@
+#pragma once
+
+#include "platform/Owners.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <utility>
+
+template <typename Pointee>
+class CountedRef;
+template <typename Pointee>
+class CountedIndex;
+
+/// The owner of one object on the heap. An index has one owner per address, so that all holders of the address share
+/// ownership through CountedRef. Null is an address like any other: it stands for the absence of an object.
+template <typename Pointee>
+class Counted final {
+public:
+    using Pointer = typename std::unique_ptr<Pointee>::pointer;
+
+    Counted(CountedIndex<Pointee>& owners, Pointer address) noexcept : index(owners), block(address) {}
+    Counted(const Counted&) = delete;
+    Counted& operator=(const Counted&) = delete;
+
+    virtual void OnAddRef() noexcept {}
+
+    /// Destroys this object and its pointee if no reference is left.
+    virtual void OnRelease() noexcept {
+        if (count == 0) index.owners.erase(block.get());
+    }
+
+private:
+    friend class CountedRef<Pointee>;
+
+    CountedIndex<Pointee>& index;
+    std::uint32_t count = 0;
+    std::unique_ptr<Pointee> block;
+};
+
+/// The owners of one kind of object by address. It must outlive every reference that was made with it.
+///
+/// The index's lock guards the counts too. It is the innermost of all locks.
+template <typename Pointee>
+class CountedIndex {
+    friend class Counted<Pointee>;
+    friend class CountedRef<Pointee>;
+
+    std::map<typename Counted<Pointee>::Pointer, std::unique_ptr<Counted<Pointee>>, std::less<>> owners;
+    platform::CriticalSection lock;
+};
+
+/// Holds one reference to an object on the heap, or none.
+template <typename Pointee>
+class CountedRef {
+public:
+    using Owner = Counted<Pointee>;
+    using Pointer = typename Owner::Pointer;
+
+    CountedRef() noexcept = default;
+
+    /// Shares ownership of the object at `address`, or takes ownership if the index has no owner of it. Throws
+    /// std::bad_alloc; the caller then still owns the object.
+    CountedRef(CountedIndex<Pointee>& index, Pointer address) {
+        const platform::CriticalSectionEntry entry(index.lock);
+        const auto place = index.owners.try_emplace(address).first;
+        if (!place->second) {
+            try {
+                place->second = std::make_unique<Owner>(index, address);
+            } catch (...) {
+                index.owners.erase(place);
+                throw;
+            }
+        }
+        m_owner = place->second.get();
+        addRef();
+    }
+
+    CountedRef(const CountedRef& other) noexcept : m_owner(other.m_owner) {
+        if (!m_owner) return;
+        const platform::CriticalSectionEntry entry(m_owner->index.lock);
+        addRef();
+    }
+    CountedRef(CountedRef&& other) noexcept : m_owner(std::exchange(other.m_owner, nullptr)) {}
+
+    CountedRef& operator=(CountedRef other) noexcept {
+        std::swap(m_owner, other.m_owner);
+        return *this;
+    }
+
+    ~CountedRef() {
+        if (!m_owner) return;
+        const platform::CriticalSectionEntry entry(m_owner->index.lock);
+        --m_owner->count;
+        m_owner->OnRelease();
+    }
+
+    [[nodiscard]] Pointer get() const noexcept { return m_owner ? m_owner->block.get() : nullptr; }
+
+private:
+    void addRef() noexcept {
+        ++m_owner->count;
+        m_owner->OnAddRef();
+    }
+
+    Owner* m_owner = nullptr;
+};
+
+using CountedBlock = Counted<std::byte[]>;
+using CountedBlockRef = CountedRef<std::byte[]>;
+using CountedBlockIndex = CountedIndex<std::byte[]>;
