@@ -26,7 +26,7 @@ if(EQ_SANITIZE)
 endif()
 
 if(EQ_BUILD_FUZZERS)
-  # So that the fuzzer sees the way that an input takes through the rooms.
+  # Lets the fuzzer see the path of an input through all layers.
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
@@ -46,11 +46,11 @@ if(EQ_WARNINGS_AS_ERRORS)
   target_compile_options(eq_warnings INTERFACE -Werror)
 endif()
 
-# A room: a static library of the sources of one folder, whose link dependencies state the floors.
-#   eq_add_room(NAME sources... [LINK libraries...])
-function(eq_add_room name)
-  cmake_parse_arguments(ROOM "" "" "LINK" ${ARGN})
-  add_library(${name} STATIC ${ROOM_UNPARSED_ARGUMENTS})
+# A layer: a static library of the sources of one folder. Its link dependencies name the layers below it.
+#   eq_add_layer(NAME sources... [LINK libraries...])
+function(eq_add_layer name)
+  cmake_parse_arguments(LAYER "" "" "LINK" ${ARGN})
+  add_library(${name} STATIC ${LAYER_UNPARSED_ARGUMENTS})
   target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}")
-  target_link_libraries(${name} PUBLIC ${ROOM_LINK} PRIVATE eq_warnings)
+  target_link_libraries(${name} PUBLIC ${LAYER_LINK} PRIVATE eq_warnings)
 endfunction()

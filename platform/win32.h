@@ -1,6 +1,6 @@
 #pragma once
 
-// The one door to Win32. Nothing else includes the system's headers, but for the pictures that editor-host takes.
+// The one include for Win32. No other file includes the system headers, except the screenshots of editor-host.
 
 #ifdef _WIN32
 #include <windows.h>

@@ -61,7 +61,7 @@ inline constexpr int32 EffectIdentity = 0x4E764566;
 /// Holds a field to its offset in 32-bit and in 64-bit processes.
 #define EQ_ASSERT_OFFSET(field, offset32, offset64)                                                                    \
     static_assert(offsetof(AEffect, field) == (sizeof(void*) == 4 ? (offset32) : (offset64)))
-EQ_ASSERT_OFFSET(magic, 0, 0);
+static_assert(offsetof(AEffect, magic) == 0);
 EQ_ASSERT_OFFSET(dispatcher, 4, 8);
 EQ_ASSERT_OFFSET(process, 8, 16);
 EQ_ASSERT_OFFSET(setParameter, 12, 24);
