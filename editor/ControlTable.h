@@ -1,5 +1,7 @@
 #pragma once
 
+#include "parameters/ParameterTable.h"
+
 #include <array>
 #include <cstddef>
 
@@ -9,7 +11,7 @@ inline constexpr unsigned EditorDialogId = 101;
 inline constexpr int EditorDialogWidth = 318;
 inline constexpr int EditorDialogHeight = 247;
 
-inline constexpr std::size_t SlotCount = 13;
+inline constexpr std::size_t SlotCount = ParameterCount;
 
 // A slot is a slider and its read-out. The tables are in the order of the slots.
 inline constexpr std::array<int, SlotCount> sliderIds = {

@@ -1,5 +1,6 @@
 #include "editor/EqualizerEditor.h"
 
+#include "parameters/DisplayText.h"
 #include "platform/Owners.h"
 #include "plugin/base/AudioEffect.h"
 #include "wedge/OwnModule.h"
@@ -17,8 +18,6 @@ constexpr float PositionStep = 0.01f;
 /// Pixels of a dialog unit at 96 dots per inch, in quarters and eighths, for the 8-point dialog font.
 constexpr int BaseUnitX = 6;
 constexpr int BaseUnitY = 13;
-
-constexpr std::size_t DisplayCapacity = 28; // what the effect writes at most
 
 float parameterAt(int pos) noexcept {
     return static_cast<float>(pos) * PositionStep;

@@ -7,10 +7,10 @@ namespace {
 /// 2 pi / 44100. The design rate enters here and nowhere else.
 constexpr double RadiansPerHertz = 0.00014247585730565955;
 
-/// A NaN fails both comparisons and ends on the lower limit.
-double limited(double value, double lower, double upper) noexcept {
-    if (value > upper) return upper;
-    return value >= lower ? value : lower;
+/// A NaN fails both comparisons and becomes the lowest value.
+double limited(double value, ValueRange range) noexcept {
+    if (value > range.highest) return range.highest;
+    return value >= range.lowest ? value : range.lowest;
 }
 
 double linearFromDecibels(double decibels) noexcept {
@@ -39,13 +39,13 @@ FilterDesign FilterDesign::flat() noexcept {
 
 FilterDesign FilterDesign::of(const float (&values)[ParameterCount]) noexcept {
     FilterDesign design{};
-    design.outputGain = linearFromDecibels(limited(values[0], -12.0, 12.0));
+    design.outputGain = linearFromDecibels(limited(values[VolumeIndex], VolumeRange));
     for (int i = 0; i < BandCount; ++i) {
-        const double G = linearFromDecibels(limited(values[5 + i], -10.0, 10.0));
+        const double G = linearFromDecibels(limited(values[gainIndex(i)], GainRange));
         // Widening the allpass of a cut by its gain makes the cut the mirror image of the boost.
         const double H = G <= 1.0 ? G : 1.0;
-        const double f = limited(values[1 + i], 20.0, 20000.0);
-        const double q = limited(values[9 + i], 1.0, 10.0);
+        const double f = limited(values[frequencyIndex(i)], FrequencyRange);
+        const double q = limited(values[qIndex(i)], QRange);
         // The angle is not prewarped: f is the centre, and f/q the bandwidth, of the digital response.
         const double w = f * RadiansPerHertz;
         const double t = std::tan((w * 0.5) / q);

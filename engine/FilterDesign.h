@@ -1,9 +1,6 @@
 #pragma once
 
-/// Peak sections in series.
-inline constexpr int BandCount = 4;
-/// Values in a parameter array: the volume, then frequency, gain and Q of each band.
-inline constexpr int ParameterCount = 1 + 3 * BandCount;
+#include "engine/ParameterArray.h"
 
 /// The coefficients of one setting of the equalizer: an output gain and four second-order peak filters, each made of
 /// an allpass A:
@@ -24,13 +21,7 @@ struct FilterDesign {
     /// All gains at 1, which passes every sample unchanged.
     [[nodiscard]] static FilterDesign flat() noexcept;
 
-    /// Designs for 13 values in engineering units, for a rate of 44100 Hz:
-    ///
-    ///     0       output volume, dB                       limited to -12 .. +12
-    ///     1..4    centre frequency of bands 1 to 4, Hz    limited to 20 .. 20000
-    ///     5..8    gain of bands 1 to 4, dB                limited to -10 .. +10
-    ///     9..12   Q (centre divided by bandwidth)         limited to 1 .. 10
-    ///
-    /// The limits are applied silently; a NaN counts as the lower limit.
+    /// Returns the design for 13 values in the order and the units of ParameterArray.h, for a rate of 44100 Hz. Values
+    /// outside their ranges are limited; a NaN counts as the lowest value.
     [[nodiscard]] static FilterDesign of(const float (&values)[ParameterCount]) noexcept;
 };

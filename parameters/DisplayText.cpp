@@ -51,13 +51,14 @@ std::string frequencyText(double hertz) {
     return withUnit(integerPart(f * 0.001 + 0.5), KilohertzKey);
 }
 
-std::string textOf(Quantity quantity, double value) {
-    switch (quantity) {
-    case Quantity::Decibels:
+std::string textOf(ParameterKind kind, double value) {
+    switch (kind) {
+    case ParameterKind::Volume:
+    case ParameterKind::Gain:
         return withUnit(signedDecimal(value), DecibelKey);
-    case Quantity::Frequency:
+    case ParameterKind::Frequency:
         return frequencyText(value);
-    case Quantity::Q:
+    case ParameterKind::Q:
         return oneDecimal(value);
     }
     return {};
@@ -66,7 +67,7 @@ std::string textOf(Quantity quantity, double value) {
 } // namespace
 
 void writeDisplay(const Parameter& parameter, float p, char* text) {
-    const std::string full = textOf(parameter.quantity, parameter.engineValue(p));
+    const std::string full = textOf(parameter.kind, valueOf(parameter.kind, p));
     const std::size_t length = full.copy(text, whole_characters(full, DisplayCapacity - 1, CP_ACP));
     text[length] = '\0';
 }

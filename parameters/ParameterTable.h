@@ -1,58 +1,99 @@
 #pragma once
 
-#include "engine/FilterDesign.h"
+#include "engine/ParameterArray.h"
 
 #include <cmath>
 #include <iterator>
 
-/// What a parameter measures, which settles how its value is shown.
-enum class Quantity { Decibels, Frequency, Q };
+/// What a parameter measures. The kind settles a parameter's range, its unit, its mapping, and the form of its display.
+enum class ParameterKind { Volume, Frequency, Gain, Q };
 
-/// One of the 13 parameters. Its normalised value p runs from 0 to 1, and 0 is the top of the range.
-struct Parameter {
-    const char* name;
-    const char* label;
-    float defaultValue;
-    Quantity quantity;
-    double (*engineValue)(double p); ///< dB, Hz or plain Q
+inline constexpr int ParameterKindCount = 4;
+
+/// The properties that the parameters of one kind share.
+struct ParameterScale {
+    const char* symbol; ///< as presets name the parameter
+    const char* unit;   ///< empty for Q
+    ValueRange range;   ///< in the unit
 };
 
-namespace parameterscale {
+/// In the order of ParameterKind.
+inline constexpr ParameterScale ParameterScales[] = {
+    {"volume", "dB", VolumeRange},
+    {"freq", "Hz", FrequencyRange},
+    {"gain", "dB", GainRange},
+    {"q", "", QRange},
+};
+static_assert(std::size(ParameterScales) == ParameterKindCount);
 
-inline double volumeInDb(double p) {
-    return (p - 0.5) * -24.0;
-}
-inline double frequencyInHz(double p) {
-    return 20.0 * std::pow(10.0, (1.0 - p) * 3.0);
-}
-inline double gainInDb(double p) {
-    return (p - 0.5) * -20.0;
-}
-inline double quality(double p) {
-    return 10.0 - p * 9.0;
+constexpr const ParameterScale& scaleOf(ParameterKind kind) noexcept {
+    return ParameterScales[static_cast<int>(kind)];
 }
 
-} // namespace parameterscale
+/// One of the 13 parameters. A normalised value p runs from 0 to 1, and 0 is the top of the range.
+struct Parameter {
+    const char* name;
+    ParameterKind kind;
+    int band;            ///< 1 to 4; 0 for the volume
+    float defaultP;      ///< the normalised default
+    double defaultValue; ///< the same in the parameter's unit
+};
 
-/// In the order of the host's indexes. The default frequencies put the bands a decade apart: 20 Hz, 200 Hz, 2 kHz and
-/// 20 kHz.
+/// In the order of the host's indexes, which is the engine's. The default frequencies are a decade apart.
 inline constexpr Parameter Parameters[] = {
-    {"Volume", "dB", 0.5F, Quantity::Decibels, parameterscale::volumeInDb},
-    {"Frequency(1)", "Hz", 1.0F, Quantity::Frequency, parameterscale::frequencyInHz},
-    {"Frequency(2)", "Hz", 2.0F / 3.0F, Quantity::Frequency, parameterscale::frequencyInHz},
-    {"Frequency(3)", "Hz", 1.0F / 3.0F, Quantity::Frequency, parameterscale::frequencyInHz},
-    {"Frequency(4)", "Hz", 0.0F, Quantity::Frequency, parameterscale::frequencyInHz},
-    {"Gain(1)", "dB", 0.5F, Quantity::Decibels, parameterscale::gainInDb},
-    {"Gain(2)", "dB", 0.5F, Quantity::Decibels, parameterscale::gainInDb},
-    {"Gain(3)", "dB", 0.5F, Quantity::Decibels, parameterscale::gainInDb},
-    {"Gain(4)", "dB", 0.5F, Quantity::Decibels, parameterscale::gainInDb},
-    {"Q(1)", "", 5.0F / 9.0F, Quantity::Q, parameterscale::quality},
-    {"Q(2)", "", 5.0F / 9.0F, Quantity::Q, parameterscale::quality},
-    {"Q(3)", "", 5.0F / 9.0F, Quantity::Q, parameterscale::quality},
-    {"Q(4)", "", 5.0F / 9.0F, Quantity::Q, parameterscale::quality},
+    {"Volume", ParameterKind::Volume, 0, 0.5F, 0.0},
+    {"Frequency(1)", ParameterKind::Frequency, 1, 1.0F, 20.0},
+    {"Frequency(2)", ParameterKind::Frequency, 2, 2.0F / 3.0F, 200.0},
+    {"Frequency(3)", ParameterKind::Frequency, 3, 1.0F / 3.0F, 2000.0},
+    {"Frequency(4)", ParameterKind::Frequency, 4, 0.0F, 20000.0},
+    {"Gain(1)", ParameterKind::Gain, 1, 0.5F, 0.0},
+    {"Gain(2)", ParameterKind::Gain, 2, 0.5F, 0.0},
+    {"Gain(3)", ParameterKind::Gain, 3, 0.5F, 0.0},
+    {"Gain(4)", ParameterKind::Gain, 4, 0.5F, 0.0},
+    {"Q(1)", ParameterKind::Q, 1, 5.0F / 9.0F, 5.0},
+    {"Q(2)", ParameterKind::Q, 2, 5.0F / 9.0F, 5.0},
+    {"Q(3)", ParameterKind::Q, 3, 5.0F / 9.0F, 5.0},
+    {"Q(4)", ParameterKind::Q, 4, 5.0F / 9.0F, 5.0},
 };
 static_assert(std::size(Parameters) == ParameterCount);
 
-inline constexpr bool isParameter(int index) {
+constexpr bool isParameter(int index) noexcept {
     return index >= 0 && index < ParameterCount;
+}
+
+/// Returns the index of a parameter. `band` is 1 to 4, and means nothing for the volume.
+constexpr int indexOf(ParameterKind kind, int band) noexcept {
+    switch (kind) {
+    case ParameterKind::Frequency:
+        return frequencyIndex(band - 1);
+    case ParameterKind::Gain:
+        return gainIndex(band - 1);
+    case ParameterKind::Q:
+        return qIndex(band - 1);
+    default:
+        return VolumeIndex;
+    }
+}
+
+/// Returns the value in the unit of the kind for a normalised value. The scale is linear, but for frequencies, which
+/// have a decade per third. The steps of each formula are fixed to the last bit.
+inline double valueOf(ParameterKind kind, double p) {
+    switch (kind) {
+    case ParameterKind::Volume:
+        return (p - 0.5) * -24.0;
+    case ParameterKind::Frequency:
+        return 20.0 * std::pow(10.0, (1.0 - p) * 3.0);
+    case ParameterKind::Gain:
+        return (p - 0.5) * -20.0;
+    default:
+        return 10.0 - p * 9.0;
+    }
+}
+
+/// Returns the normalised value for a value in the unit of the kind, limited to 0 to 1.
+inline float normalisedOf(ParameterKind kind, double value) {
+    const auto [lowest, highest] = scaleOf(kind).range;
+    const double p = kind == ParameterKind::Frequency ? std::log(highest / value) / std::log(highest / lowest)
+                                                      : (highest - value) / (highest - lowest);
+    return static_cast<float>(p < 0.0 ? 0.0 : p > 1.0 ? 1.0 : p);
 }

@@ -19,7 +19,7 @@ ParametricEqualizer::ParametricEqualizer(audioMasterCallback hostCallback)
     : AudioEffectX(hostCallback, 1, ParameterCount) {
     resizeScratch(blockSize);
     if (scratchFrames == 0) throw std::bad_alloc();
-    for (std::size_t i = 0; i < ParameterCount; ++i) parameterValues[i] = Parameters[i].defaultValue;
+    for (std::size_t i = 0; i < ParameterCount; ++i) parameterValues[i] = Parameters[i].defaultP;
     for (auto& engine : engines) engine = std::make_unique<FourBandEqualizer>();
     updateEngines();
 
@@ -59,7 +59,7 @@ void ParametricEqualizer::getProgramName(char* name) {
 }
 
 void ParametricEqualizer::getParameterLabel(int32 index, char* label) {
-    if (isParameter(index)) std::strcpy(label, Parameters[index].label);
+    if (isParameter(index)) std::strcpy(label, scaleOf(Parameters[index].kind).unit);
 }
 
 void ParametricEqualizer::getParameterDisplay(int32 index, char* text) {
@@ -119,6 +119,6 @@ void ParametricEqualizer::updateEngines() noexcept {
     std::ranges::transform(engines, change.begin(), [](const auto& engine) { return engine->announceChange(); });
     float values[ParameterCount];
     for (int32 i = 0; i < ParameterCount; ++i)
-        values[i] = static_cast<float>(Parameters[i].engineValue(getParameter(i)));
+        values[i] = static_cast<float>(valueOf(Parameters[i].kind, getParameter(i)));
     for (std::size_t i = 0; i < ChannelCount; ++i) engines[i]->setParameters(values, change[i]);
 }

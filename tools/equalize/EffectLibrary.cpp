@@ -1,7 +1,7 @@
 #include "tools/equalize/EffectLibrary.h"
 
 #include "tools/common/Errors.h"
-#include "tools/equalize/Parameters.h"
+#include "tools/equalize/ParameterText.h"
 
 #include <cstring>
 #include <string_view>

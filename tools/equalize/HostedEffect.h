@@ -2,7 +2,7 @@
 
 #include "plugin/base/AEffect.h"
 #include "tools/equalize/EffectLibrary.h"
-#include "tools/equalize/Parameters.h"
+#include "tools/equalize/ParameterText.h"
 #include "tools/equalize/Settings.h"
 
 #include <memory>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tools/equalize/EffectLibrary.h"
-#include "tools/equalize/Parameters.h"
+#include "tools/equalize/ParameterText.h"
 
 #include <vector>
 

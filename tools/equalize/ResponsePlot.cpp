@@ -21,8 +21,8 @@ constexpr double Top = 56.0;
 constexpr double Bottom = 384.0;
 constexpr double LegendTop = 456.0;
 
-constexpr double LowestFrequency = 20.0;
-constexpr double HighestFrequency = 20000.0;
+constexpr double LowestFrequency = FrequencyRange.lowest;
+constexpr double HighestFrequency = FrequencyRange.highest;
 constexpr int PointsPerCurve = 600;
 
 struct Pen {
@@ -164,10 +164,11 @@ Curve measure(const EffectLibrary& library, const NormalisedValues& values, int 
 
 /// The settings with the volume and all other bands' gains at 0 dB.
 NormalisedValues alone(NormalisedValues values, int band) {
-    values[0] = toNormalised(Quantity::Volume, 0.0);
+    values[VolumeIndex] = normalisedOf(ParameterKind::Volume, 0.0);
     for (int other = 1; other <= BandCount; ++other)
         if (other != band)
-            values[static_cast<std::size_t>(indexOf(Quantity::Gain, other))] = toNormalised(Quantity::Gain, 0.0);
+            values[static_cast<std::size_t>(indexOf(ParameterKind::Gain, other))] =
+                normalisedOf(ParameterKind::Gain, 0.0);
     return values;
 }
 
@@ -186,8 +187,8 @@ std::string frequencyText(double frequency) {
     return result + " Hz";
 }
 
-double valueOf(const NormalisedValues& values, Quantity quantity, int band) {
-    return fromNormalised(quantity, static_cast<double>(values[static_cast<std::size_t>(indexOf(quantity, band))]));
+double valueIn(const NormalisedValues& values, ParameterKind kind, int band = 0) {
+    return shownValueOf(kind, values[static_cast<std::size_t>(indexOf(kind, band))]);
 }
 
 /// Two rows of two bands, and the sum beside them.
@@ -209,14 +210,12 @@ std::string legend(const NormalisedValues& values, const FrequencyMap& frequenci
         const double x = Left + column * ColumnWidth;
         const double y = LegendTop + row * RowHeight;
         entry(x, y, BandPens[static_cast<std::size_t>(band - 1)], "Band " + std::to_string(band));
-        cell(x + 176.0, y, frequencyText(frequencies.landing(valueOf(values, Quantity::Frequency, band))));
-        cell(x + 246.0, y, decibelText(valueOf(values, Quantity::Gain, band), 1) + " dB");
-        cell(x + 304.0, y, "Q " + fixed(valueOf(values, Quantity::Q, band), 1));
+        cell(x + 176.0, y, frequencyText(frequencies.landing(valueIn(values, ParameterKind::Frequency, band))));
+        cell(x + 246.0, y, decibelText(valueIn(values, ParameterKind::Gain, band), 1) + " dB");
+        cell(x + 304.0, y, "Q " + fixed(valueIn(values, ParameterKind::Q, band), 1));
     }
     const double y = LegendTop + 2.0 * RowHeight;
-    entry(Left, y, SumPen,
-          "All bands, volume " + decibelText(fromNormalised(Quantity::Volume, static_cast<double>(values[0])), 1) +
-              " dB");
+    entry(Left, y, SumPen, "All bands, volume " + decibelText(valueIn(values, ParameterKind::Volume), 1) + " dB");
     return result;
 }
 

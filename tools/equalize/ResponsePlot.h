@@ -1,7 +1,8 @@
 #pragma once
 
 #include "tools/equalize/EffectLibrary.h"
-#include "tools/equalize/Parameters.h"
+#include "tools/equalize/FrequencyMap.h"
+#include "tools/equalize/ParameterText.h"
 
 #include <string>
 

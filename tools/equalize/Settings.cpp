@@ -16,14 +16,12 @@ std::string quoted(std::string_view text) {
 }
 
 /// A value in the parameter's unit. Frequencies are only known to be in reach when the rate is.
-double parseValue(Quantity quantity, std::string_view what, std::string_view text) {
+double parseValue(ParameterKind kind, std::string_view what, std::string_view text) {
     const std::optional<double> value = parseNumber(trimmed(text));
-    const Scale& scale = scaleOf(quantity);
-    const double bottom = quantity == Quantity::Frequency ? 0.01 : scale.bottom;
-    const double top = quantity == Quantity::Frequency ? 1e6 : scale.top;
-    if (!value || *value < bottom || *value > top)
-        throw UsageError(std::string(what) + ": " + quoted(trimmed(text)) + " is not a number from " +
-                         rangeText(quantity));
+    constexpr ValueRange AnyFrequency = {0.01, 1e6};
+    const auto [lowest, highest] = kind == ParameterKind::Frequency ? AnyFrequency : scaleOf(kind).range;
+    if (!value || *value < lowest || *value > highest)
+        throw UsageError(std::string(what) + ": " + quoted(trimmed(text)) + " is not a number from " + rangeText(kind));
     return *value;
 }
 
@@ -39,16 +37,15 @@ std::optional<int> parseParameterIndex(std::string_view text) {
     return index && *index < ParameterCount ? index : std::nullopt;
 }
 
-std::optional<Quantity> bandQuantity(std::string_view key) {
-    if (key == "freq") return Quantity::Frequency;
-    if (key == "gain") return Quantity::Gain;
-    if (key == "q") return Quantity::Q;
+std::optional<ParameterKind> bandParameterKind(std::string_view symbol) {
+    for (const auto kind : {ParameterKind::Frequency, ParameterKind::Gain, ParameterKind::Q})
+        if (symbol == scaleOf(kind).symbol) return kind;
     return std::nullopt;
 }
 
 std::optional<int> indexOfName(std::string_view name) {
     for (int index = 0; index < ParameterCount; ++index)
-        if (nameOf(index) == name) return index;
+        if (presetNameOf(Parameters[index]) == name) return index;
     return std::nullopt;
 }
 
@@ -73,7 +70,7 @@ void Settings::readPresetLine(std::string_view line, const std::string& origin) 
     const std::string_view text = content.substr(equals + 1);
     try {
         if (const std::optional<int> index = indexOfName(name)) {
-            at(*index) = {parseValue(quantityOf(*index), name, text), false, origin};
+            at(*index) = {parseValue(Parameters[*index].kind, name, text), false, origin};
             return;
         }
         if (name.starts_with(NormalisedPrefix)) {
@@ -89,7 +86,7 @@ void Settings::readPresetLine(std::string_view line, const std::string& origin) 
 }
 
 void Settings::setVolume(std::string_view decibels) {
-    at(0) = {parseValue(Quantity::Volume, "--volume", decibels), false, {}};
+    at(VolumeIndex) = {parseValue(ParameterKind::Volume, "--volume", decibels), false, {}};
 }
 
 void Settings::setBand(std::string_view description) {
@@ -102,11 +99,11 @@ void Settings::setBand(std::string_view description) {
 
     for (const std::string_view part : split(description.substr(colon + 1), ',')) {
         const std::size_t equals = part.find('=');
-        const std::optional<Quantity> quantity = bandQuantity(trimmed(part.substr(0, equals)));
-        if (!quantity || equals == std::string_view::npos)
+        const std::optional<ParameterKind> kind = bandParameterKind(trimmed(part.substr(0, equals)));
+        if (!kind || equals == std::string_view::npos)
             throw UsageError(what + ": " + quoted(part) + " is none of freq=HZ, gain=DB and q=Q");
-        const int index = indexOf(*quantity, *band);
-        at(index) = {parseValue(*quantity, what, part.substr(equals + 1)), false, {}};
+        const int index = indexOf(*kind, *band);
+        at(index) = {parseValue(*kind, what, part.substr(equals + 1)), false, {}};
     }
 }
 
@@ -122,11 +119,11 @@ void Settings::setNormalised(std::string_view description) {
 /// A band that is given a gain in dB, but no frequency, is meant at its default frequency. Other bands are not heard,
 /// or are set for the effect as it stands, and are left alone.
 std::optional<Settings::Wish> Settings::frequencyWish(int band) const {
-    const std::optional<Wish>& frequency = at(indexOf(Quantity::Frequency, band));
+    const std::optional<Wish>& frequency = at(indexOf(ParameterKind::Frequency, band));
     if (frequency) return frequency;
-    const std::optional<Wish>& gain = at(indexOf(Quantity::Gain, band));
+    const std::optional<Wish>& gain = at(indexOf(ParameterKind::Gain, band));
     if (!gain || gain->normalised || gain->value == 0.0) return std::nullopt;
-    return Wish{defaultValue(indexOf(Quantity::Frequency, band)), false, gain->origin, true};
+    return Wish{Parameters[indexOf(ParameterKind::Frequency, band)].defaultValue, false, gain->origin, true};
 }
 
 bool Settings::dependsOnRate() const {
@@ -150,18 +147,18 @@ void Settings::requireReach(int band, const Wish& frequency, const FrequencyMap&
 Settings::Resolved Settings::resolve(const FrequencyMap& frequencies) const {
     Resolved resolved;
     for (int index = 0; index < ParameterCount; ++index) {
-        const Quantity quantity = quantityOf(index);
-        const bool isFrequency = quantity == Quantity::Frequency;
-        const std::optional<Wish> wish = isFrequency ? frequencyWish(bandOf(index)) : at(index);
+        const Parameter& parameter = Parameters[index];
+        const bool isFrequency = parameter.kind == ParameterKind::Frequency;
+        const std::optional<Wish> wish = isFrequency ? frequencyWish(parameter.band) : at(index);
         if (!wish) continue;
         std::optional<float>& value = resolved[static_cast<std::size_t>(index)];
         if (wish->normalised) {
             value = static_cast<float>(wish->value);
         } else if (isFrequency) {
-            requireReach(bandOf(index), *wish, frequencies);
-            value = toNormalised(quantity, frequencies.toNominal(wish->value));
+            requireReach(parameter.band, *wish, frequencies);
+            value = normalisedOf(parameter.kind, frequencies.toNominal(wish->value));
         } else {
-            value = toNormalised(quantity, wish->value);
+            value = normalisedOf(parameter.kind, wish->value);
         }
     }
     return resolved;
@@ -170,16 +167,17 @@ Settings::Resolved Settings::resolve(const FrequencyMap& frequencies) const {
 std::string Settings::presetText() const {
     std::string text = "# Settings for equalize. A line with # in front, as any that is missing, leaves the default.\n"
                        "# volume " +
-                       rangeText(Quantity::Volume) + ", freq " + rangeText(Quantity::Frequency) + ", gain " +
-                       rangeText(Quantity::Gain) + ", q " + rangeText(Quantity::Q) + ".\n";
+                       rangeText(ParameterKind::Volume) + ", freq " + rangeText(ParameterKind::Frequency) + ", gain " +
+                       rangeText(ParameterKind::Gain) + ", q " + rangeText(ParameterKind::Q) + ".\n";
     for (int index = 0; index < ParameterCount; ++index) {
+        const Parameter& parameter = Parameters[index];
         const std::optional<Wish>& wish = at(index);
         if (wish && wish->normalised)
             text += std::string(NormalisedPrefix) + std::to_string(index) + " = " + shortest(wish->value) + "  # " +
-                    nameOf(index) + ", normalised: 0 is the top of its range, 1 the bottom\n";
+                    presetNameOf(parameter) + ", normalised: 0 is the top of its range, 1 the bottom\n";
         else
-            text +=
-                (wish ? "" : "# ") + nameOf(index) + " = " + shortest(wish ? wish->value : defaultValue(index)) + "\n";
+            text += (wish ? "" : "# ") + presetNameOf(parameter) + " = " +
+                    shortest(wish ? wish->value : parameter.defaultValue) + "\n";
     }
     return text;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "tools/equalize/Parameters.h"
+#include "tools/equalize/FrequencyMap.h"
+#include "tools/equalize/ParameterText.h"
 
 #include <array>
 #include <filesystem>

@@ -65,13 +65,13 @@ void declare(CLI::App& app, Options& options) {
     app.footer(Footer);
     app.add_option("INPUT", options.input, "audio file to read: WAV, AIFF, FLAC, Ogg and others");
     app.add_option("OUTPUT", options.output, "audio file to write");
-    app.add_option("--volume", options.volumes, "output volume, " + rangeText(Quantity::Volume))
+    app.add_option("--volume", options.volumes, "output volume, " + rangeText(ParameterKind::Volume))
         ->type_name("DB")
         ->allow_extra_args(false);
     app.add_option("--band", options.bands,
                    "settings of band N, 1 to 4, as N:freq=HZ,gain=DB,q=Q or any of the three: freq " +
-                       rangeText(Quantity::Frequency) + ", gain " + rangeText(Quantity::Gain) + ", q " +
-                       rangeText(Quantity::Q) + "; repeatable")
+                       rangeText(ParameterKind::Frequency) + ", gain " + rangeText(ParameterKind::Gain) + ", q " +
+                       rangeText(ParameterKind::Q) + "; repeatable")
         ->type_name("N:SETTINGS")
         ->allow_extra_args(false);
     app.add_option("--set", options.normalised,
@@ -141,13 +141,13 @@ void list(const EffectLibrary& library, const Settings::Resolved& settings, cons
     const NormalisedValues values = effect.parameters();
     std::printf("%5s  %-10s  %-12s  %-14s  %8s  %s\n", "index", "preset", "effect", "range", "P", "value");
     for (int index = 0; index < ParameterCount; ++index) {
-        const Quantity quantity = quantityOf(index);
-        const auto normalised = static_cast<double>(values[static_cast<std::size_t>(index)]);
-        const double value = fromNormalised(quantity, normalised);
-        std::printf("%5d  %-10s  %-12s  %-14s  %8.6f  %.2f %s\n", index, nameOf(index).c_str(),
-                    effect.parameterName(index).c_str(), rangeText(quantity).c_str(), normalised,
-                    quantity == Quantity::Frequency ? frequencies.landing(value) : value,
-                    scaleOf(quantity).unit.data());
+        const Parameter& parameter = Parameters[index];
+        const float p = values[static_cast<std::size_t>(index)];
+        const double value = shownValueOf(parameter.kind, p);
+        std::printf("%5d  %-10s  %-12s  %-14s  %8.6f  %.2f %s\n", index, presetNameOf(parameter).c_str(),
+                    effect.parameterName(index).c_str(), rangeText(parameter.kind).c_str(), static_cast<double>(p),
+                    parameter.kind == ParameterKind::Frequency ? frequencies.landing(value) : value,
+                    scaleOf(parameter.kind).unit);
     }
     if (std::fflush(stdout) != 0) throw systemError("standard output", errno);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "parameters/DisplayText.h"
+
 #include <span>
 #include <string_view>
 
@@ -12,7 +14,7 @@ inline constexpr std::string_view ModuleContext = "Parametric Equalizer";
 inline constexpr std::string_view SharedContext = "Shared";
 
 /// The effect gives at most this many bytes for a number and its unit.
-inline constexpr int MostDisplayBytes = 27;
+inline constexpr int MostDisplayBytes = static_cast<int>(DisplayCapacity) - 1;
 
 struct KnownText {
     std::string_view key;

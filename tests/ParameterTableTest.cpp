@@ -1,0 +1,21 @@
+#include "parameters/ParameterTable.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+TEST(ParameterTable, AgreesWithItselfInBothDirections) {
+    for (int index = 0; index < ParameterCount; ++index) {
+        const Parameter& parameter = Parameters[index];
+        SCOPED_TRACE(parameter.name);
+        const auto [lowest, highest] = scaleOf(parameter.kind).range;
+        EXPECT_NEAR(valueOf(parameter.kind, 0.0) / highest, 1.0, 1e-12);
+        EXPECT_NEAR(valueOf(parameter.kind, 1.0) / lowest, 1.0, 1e-12);
+        EXPECT_EQ(normalisedOf(parameter.kind, parameter.defaultValue), parameter.defaultP);
+        EXPECT_EQ(normalisedOf(parameter.kind, lowest - 1.0), 1.0F);
+        EXPECT_EQ(normalisedOf(parameter.kind, highest + 1.0), 0.0F);
+        EXPECT_EQ(indexOf(parameter.kind, parameter.band), index);
+        const std::string band = parameter.band == 0 ? "" : "(" + std::to_string(parameter.band) + ")";
+        EXPECT_TRUE(std::string(parameter.name).ends_with(band));
+    }
+}

@@ -1,0 +1,26 @@
+#include "tools/equalize/FrequencyMap.h"
+
+#include "tools/equalize/ParameterText.h"
+#include "tools/equalize/Text.h"
+
+#include <cmath>
+
+namespace tool {
+
+FrequencyMap::FrequencyMap(int sampleRate, bool corrected)
+    : m_sampleRate(sampleRate), m_corrected(corrected), m_stretch(sampleRate / DesignRate) {}
+
+bool FrequencyMap::reaches(double wanted) const {
+    // An end of the range stays inside when the scaling rounds it.
+    constexpr double Slack = 1e-12;
+    const double nominal = toNominal(wanted);
+    return nominal >= FrequencyRange.lowest * (1.0 - Slack) && nominal <= FrequencyRange.highest * (1.0 + Slack);
+}
+
+std::string FrequencyMap::reachText() const {
+    if (!m_corrected || isAtDesignRate()) return rangeText(ParameterKind::Frequency);
+    return fixed(std::ceil(FrequencyRange.lowest * m_stretch * 100.0) / 100.0, 2) + " to " +
+           fixed(std::floor(FrequencyRange.highest * m_stretch * 100.0) / 100.0, 2) + " Hz";
+}
+
+} // namespace tool
