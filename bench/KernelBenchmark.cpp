@@ -2,7 +2,7 @@
 // brought the state down to denormals; and the chain of operations that none of them can go below with one block.
 
 #include "engine/FourBandEqualizer.h"
-#include "engine/KernelChoice.h"
+#include "engine/kernels/KernelChoice.h"
 
 #include <benchmark/benchmark.h>
 

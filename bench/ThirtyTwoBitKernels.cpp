@@ -4,8 +4,8 @@
 // They read and write below 4 GiB. So all memory comes from the heap of a program that is linked to lie there, and main
 // moves to a stack there, too.
 
-#include "engine/KernelChoice.h"
-#include "engine/PlainKernel.h"
+#include "engine/kernels/KernelChoice.h"
+#include "engine/kernels/Plain.h"
 
 #include <malloc.h>
 #include <pthread.h>

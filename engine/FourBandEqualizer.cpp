@@ -1,6 +1,6 @@
 #include "engine/FourBandEqualizer.h"
 
-#include "engine/KernelChoice.h"
+#include "engine/kernels/KernelChoice.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "engine/BlockKernel.h"
 #include "engine/FilterDesign.h"
 #include "engine/ParameterHandover.h"
+#include "engine/kernels/BlockKernel.h"
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 #include "engine/ChannelPair.h"
 
-#include "engine/KernelChoice.h"
-#include "engine/PlainKernel.h"
+#include "engine/kernels/KernelChoice.h"
+#include "engine/kernels/Plain.h"
 #include "tests/support/EngineInput.h"
 
 #include <gtest/gtest.h>

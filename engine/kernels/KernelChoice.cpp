@@ -1,7 +1,7 @@
-#include "engine/KernelChoice.h"
+#include "engine/kernels/KernelChoice.h"
 
-#include "engine/PlainKernel.h"
 #include "engine/kernels/Kernels.h"
+#include "engine/kernels/Plain.h"
 
 #include <cstddef>
 

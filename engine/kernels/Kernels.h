@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/BlockKernel.h"
+#include "engine/kernels/BlockKernel.h"
 
 /// Two vectors of two bands.
 extern const BlockKernel sse2Kernel;

@@ -1,4 +1,4 @@
-#include "engine/PlainKernel.h"
+#include "engine/kernels/Plain.h"
 
 #include <algorithm>
 

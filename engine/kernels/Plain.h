@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/BlockKernel.h"
+#include "engine/kernels/BlockKernel.h"
 
 // The contract's arithmetic, word for word: samples are rounded to float after the gain, after each section and after
 // the crossfade, and nowhere else; all else is double, and each operation is rounded by itself.

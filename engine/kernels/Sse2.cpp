@@ -1,6 +1,6 @@
 #include "engine/kernels/Kernels.h"
 
-#include "engine/WavefrontKernel.h"
+#include "engine/kernels/Wavefront.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/PlainKernel.h"
+#include "engine/kernels/Plain.h"
 
 #include <emmintrin.h>
 
