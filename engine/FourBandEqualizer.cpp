@@ -98,7 +98,7 @@ FilterRun FourBandEqualizer::run(const FilterDesign& filter, StatePair pair) noe
     return {inputBlock, filter, bandState, pair};
 }
 
-// Designs the waiting array. Without one, or with one that is older than the last, the design stays.
+// Designs the waiting array. Keeps the design if no array waits.
 void FourBandEqualizer::design() noexcept {
     if (handover.take(parameters)) coefficients = FilterDesign::of(parameters);
 }

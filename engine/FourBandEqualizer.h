@@ -48,7 +48,7 @@ public:
     /// Hands the 13 values of FilterDesign::of to the next block boundary. They replace any values that wait there.
     void setParameters(const float* values) noexcept;
 
-    /// The same for values that several threads change. Each thread stores its change, calls `announceChange`, reads
+    /// Hands over values that several threads change. Each thread stores its change, calls `announceChange`, reads
     /// all 13 values, and passes them on with the number that `announceChange` returned. Values with a lower number
     /// never replace values with a higher one, so that no change is lost.
     [[nodiscard]] std::uint32_t announceChange() noexcept { return handover.announce(); }

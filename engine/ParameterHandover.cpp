@@ -17,7 +17,7 @@ void ParameterHandover::put(const float* values, std::uint32_t number) noexcept 
 bool ParameterHandover::take(float (&values)[ParameterCount]) noexcept {
     const Ticket taken = latest.exchange(NoSlot, std::memory_order_acq_rel);
     if (slotOf(taken) == NoSlot) return false;
-    const bool isNew = !isOlder(taken, newestTaken);
+    const bool isNew = !isSuperseded(taken);
     if (isNew) {
         std::copy_n(slots[slotOf(taken)], ParameterCount, values);
         newestTaken = taken;

@@ -15,6 +15,8 @@
 ///                                |                       +-- replaced by a newer array --> free slots
 ///                                +-- older than the latest ------------------------------> free slots
 ///
+/// The reader also drops an array that is older than the last one that it took.
+///
 /// Each array has the number of the change after which its writer read the values. An array with a higher number
 /// contains every change of an array with a lower number, so the hand-over keeps the higher number. A writer that is
 /// delayed therefore never replaces a newer array, and needs no second pass.
@@ -24,14 +26,18 @@
 class ParameterHandover {
 public:
     /// Returns the number of a change whose values are stored already. A writer calls this after it stored its values
-    /// and before it reads the array. Numbers wrap around: a writer must not be delayed by more than 2^26 changes.
+    /// and before it reads the array. Numbers wrap around, so a writer must not be delayed by more than 2^20 changes.
     [[nodiscard]] std::uint32_t announce() noexcept { return changes.fetch_add(1, std::memory_order_acq_rel) + 1; }
 
     /// Publishes an array that was read after the change `number`, unless a newer array waits already.
     void put(const float* values, std::uint32_t number) noexcept;
 
     /// Returns whether an array waits to be taken.
-    [[nodiscard]] bool pending() const noexcept { return slotOf(latest.load(std::memory_order_acquire)) != NoSlot; }
+    /// Only the reader may ask.
+    [[nodiscard]] bool pending() const noexcept {
+        const Ticket waiting = latest.load(std::memory_order_acquire);
+        return slotOf(waiting) != NoSlot && !isSuperseded(waiting);
+    }
 
     /// Copies the waiting array to `values` and returns true. Returns false if no array waits, or if a newer array was
     /// taken before.
@@ -49,8 +55,16 @@ private:
     static constexpr unsigned NoSlot = 31;
 
     static constexpr unsigned slotOf(Ticket ticket) noexcept { return ticket & NoSlot; }
+    /// Returns whether a ticket has one of the 2^20 numbers before another's. A larger distance means that the reader
+    /// took nothing for so many changes that the numbers wrapped around.
     static constexpr bool isOlder(Ticket ticket, Ticket other) noexcept {
-        return static_cast<std::int32_t>((ticket >> SlotBits << SlotBits) - (other >> SlotBits << SlotBits)) < 0;
+        const Ticket distance = ((other >> SlotBits) - (ticket >> SlotBits)) << SlotBits >> SlotBits;
+        return distance != 0 && distance <= (1U << 20);
+    }
+
+    /// Returns whether the reader has taken a newer array.
+    [[nodiscard]] bool isSuperseded(Ticket ticket) const noexcept {
+        return slotOf(newestTaken) != NoSlot && isOlder(ticket, newestTaken);
     }
 
     unsigned claim() noexcept;
@@ -60,5 +74,5 @@ private:
     std::atomic<std::uint32_t> freeSlots{0x7FFFFFFFU}; // one bit per slot that no thread uses
     std::atomic<Ticket> latest{NoSlot};
     std::atomic<std::uint32_t> changes{0};
-    Ticket newestTaken = 0; // the reader's own
+    Ticket newestTaken = NoSlot; // the reader's own
 };

@@ -42,9 +42,23 @@ TEST(ParameterHandover, KeepsTheArrayOfTheLaterChange) {
         handover.put(late, delayed);
         EXPECT_TRUE(handover.take(values));
         handover.put(late, delayed);
+        EXPECT_FALSE(handover.pending());
         EXPECT_FALSE(handover.take(values));
         EXPECT_EQ(values[0], static_cast<float>(i));
     }
+}
+
+TEST(ParameterHandover, TakesArraysAfterItsNumbersHaveWrappedAround) {
+    constexpr std::uint32_t Wrap = 1U << 27; // the numbers that a ticket holds
+    for (const std::uint32_t before : {1U, Wrap / 2, Wrap - 1, 0xFFFFFFFFU})
+        for (const std::uint32_t changes : {1U, Wrap / 2 + 1, Wrap - (1U << 21)}) {
+            ParameterHandover handover;
+            float values[ParameterCount] = {};
+            handover.put(values, before);
+            EXPECT_TRUE(handover.take(values));
+            handover.put(values, before + changes);
+            EXPECT_TRUE(handover.pending() && handover.take(values)) << before << " " << changes;
+        }
 }
 
 TEST(ParameterHandover, NeverGivesHalfAnArrayNorAnOlderOneOfTheSameWriter) {
