@@ -154,7 +154,8 @@ TEST(HostHabits, ShowsAPointInALocaleWithADecimalComma) {
     const std::string source = EQ_LOCALE_SOURCES_DIR "/";
     const std::string command = "localedef -c -f '" + source + "ascii.charmap' -i '" + source + "decimal-comma' '" +
                                 copy.folder.path("decimal-comma") + "' 2>/dev/null";
-    EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1); // with warnings, since the locale lacks most categories
+    // With warnings, since the locale lacks most categories. The next assertion sees a failure.
+    static_cast<void>(std::system(command.c_str()));
     EnvironmentVariable path("LOCPATH");
     path.set(copy.folder.path().string());
     ASSERT_NE(std::setlocale(LC_ALL, "decimal-comma"), nullptr);

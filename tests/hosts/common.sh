@@ -27,11 +27,11 @@ parameters=(Volume 'Frequency(1)' 'Frequency(2)' 'Frequency(3)' 'Frequency(4)' '
     'Q(1)' 'Q(2)' 'Q(3)' 'Q(4)')
 
 # Hosts write into their home. The texts are English, whatever the environment says.
-work=$(mktemp -d --tmpdir "foreign host.XXXXXX")
+work=$(mktemp -d --tmpdir "foreign host.XXXXXX") || fail "there is no folder for temporary files"
 trap 'rm -rf -- "$work"' EXIT
 export HOME=$work/home LC_ALL=C
 unset TUNEBENCH_LANGUAGE "${!XDG_@}"
-mkdir "$HOME"
+mkdir "$HOME" || fail "$HOME cannot be made"
 
 # Runs a host for at most `limit` seconds. Each line of standard input must be a line of its output, in any indentation.
 #   host_says COMMAND... <<'END'
