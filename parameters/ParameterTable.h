@@ -2,10 +2,12 @@
 
 #include "engine/ParameterArray.h"
 
+#include <algorithm>
 #include <cmath>
 #include <iterator>
 
-/// What a parameter measures. The kind settles a parameter's range, its unit, its mapping, and the form of its display.
+/// What a parameter measures. The kind determines a parameter's range, its unit, its mapping, and the form of its
+/// display.
 enum class ParameterKind { Volume, Frequency, Gain, Q };
 
 inline constexpr int ParameterKindCount = 4;
@@ -61,7 +63,7 @@ constexpr bool isParameter(int index) noexcept {
     return index >= 0 && index < ParameterCount;
 }
 
-/// Returns the index of a parameter. `band` is 1 to 4, and means nothing for the volume.
+/// Returns the index of a parameter. `band` is 1 to 4, and is ignored for the volume.
 constexpr int indexOf(ParameterKind kind, int band) noexcept {
     switch (kind) {
     case ParameterKind::Frequency:
@@ -75,8 +77,9 @@ constexpr int indexOf(ParameterKind kind, int band) noexcept {
     }
 }
 
-/// Returns the value in the unit of the kind for a normalised value. The scale is linear, but for frequencies, which
-/// have a decade per third. The steps of each formula are fixed to the last bit.
+/// Returns the value in the unit of the kind for a normalised value. The scale is linear, except for frequencies: one
+/// decade per third of the range. The steps of each formula are fixed to the last bit, so the formulas repeat the
+/// ranges.
 inline double valueOf(ParameterKind kind, double p) {
     switch (kind) {
     case ParameterKind::Volume:
@@ -90,10 +93,12 @@ inline double valueOf(ParameterKind kind, double p) {
     }
 }
 
-/// Returns the normalised value for a value in the unit of the kind, limited to 0 to 1.
+/// Returns the normalised value for a value in the unit of the kind. A value outside the range is limited; a NaN counts
+/// as the lowest value.
 inline float normalisedOf(ParameterKind kind, double value) {
     const auto [lowest, highest] = scaleOf(kind).range;
+    value = value >= lowest ? std::min(value, highest) : lowest;
     const double p = kind == ParameterKind::Frequency ? std::log(highest / value) / std::log(highest / lowest)
                                                       : (highest - value) / (highest - lowest);
-    return static_cast<float>(p < 0.0 ? 0.0 : p > 1.0 ? 1.0 : p);
+    return static_cast<float>(p);
 }

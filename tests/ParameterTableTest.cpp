@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <string>
 
 TEST(ParameterTable, AgreesWithItselfInBothDirections) {
@@ -12,8 +13,9 @@ TEST(ParameterTable, AgreesWithItselfInBothDirections) {
         EXPECT_NEAR(valueOf(parameter.kind, 0.0) / highest, 1.0, 1e-12);
         EXPECT_NEAR(valueOf(parameter.kind, 1.0) / lowest, 1.0, 1e-12);
         EXPECT_EQ(normalisedOf(parameter.kind, parameter.defaultValue), parameter.defaultP);
-        EXPECT_EQ(normalisedOf(parameter.kind, lowest - 1.0), 1.0F);
-        EXPECT_EQ(normalisedOf(parameter.kind, highest + 1.0), 0.0F);
+        for (const double low : {lowest, lowest - 1.0, -1e9, std::nan("")})
+            EXPECT_EQ(normalisedOf(parameter.kind, low), 1.0F);
+        for (const double high : {highest, highest + 1.0}) EXPECT_EQ(normalisedOf(parameter.kind, high), 0.0F);
         EXPECT_EQ(indexOf(parameter.kind, parameter.band), index);
         const std::string band = parameter.band == 0 ? "" : "(" + std::to_string(parameter.band) + ")";
         EXPECT_TRUE(std::string(parameter.name).ends_with(band));

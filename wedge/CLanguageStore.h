@@ -17,8 +17,8 @@ public:
     /// Shows an error to the user.
     using MessageFunction = void (*)(const wchar_t* text, const wchar_t* caption);
 
-    /// Sets the function that shows the store's one message: that there are no language files. The layer that has
-    /// message boxes sets it while the library loads; without it the message is dropped.
+    /// Sets the function that shows the store's one message: that there are no language files. The wedge sets it while
+    /// the library loads, the Linux library before the store is built. Without it there is no message.
     static void ShowMessagesWith(MessageFunction function) noexcept;
 
     /// An empty store: every look-up misses.

@@ -4,7 +4,7 @@
 #include "wedge/resources/CountedBlock.h"
 #include "wedge/resources/GuardedMap.h"
 
-/// The fields of a caller's page whose place the wedge's own values take.
+/// The caller's values of the page fields that the wedge replaces.
 struct PageThunk {
     DLGPROC pfnDlgProc;
     LPARAM lParam;

@@ -26,9 +26,9 @@ struct SheetRecord {
     bool hasOwnPages = false;     ///< the caller gave records, not handles
     std::vector<SheetPage> pages; ///< in their order
     std::vector<HPROPSHEETPAGE> handles;
-    bool hasGivenPages = false;     ///< the system was asked to open the sheet, and has the pages since
+    bool hasGivenPages = false;     ///< the system was asked to open the sheet and owns the pages since then
     const void* caption = nullptr;  ///< a string of the wedge's own, if the caller gave an id
-    WNDPROC previousProc = nullptr; ///< the window's, ahead of SheetWindowProc
+    WNDPROC previousProc = nullptr; ///< the window's procedure before SheetWindowProc
 };
 
 /// The sheet that is being opened. A sheet's own code may open another meanwhile, on the same thread.
@@ -39,7 +39,7 @@ struct SheetContext {
 
 /// Opens a sheet of the system with rewritten pages, a translated caption and translated buttons. The caller's records
 /// are not written to. The sheet answers the messages that work by resource ids, which the system's sheet no longer
-/// knows. One sheet is being opened at a time: a modal one holds others up until it is closed.
+/// knows. One sheet is being opened at a time: a modal sheet blocks other calls until it is closed.
 ///
 /// `Sheets` is one of the forms of PropertySheetForms.h. Throws std::bad_alloc, and what building the store throws.
 template <typename Sheets>

@@ -15,7 +15,7 @@ template <typename Pointee>
 class CountedIndex;
 
 /// The owner of one object on the heap. An index has one owner per address, so that all holders of the address share
-/// ownership through CountedRef. Null is an address like any other: it stands for the absence of an object.
+/// ownership through CountedRef. A null address is valid: it means no object.
 template <typename Pointee>
 class Counted final {
 public:

@@ -11,7 +11,7 @@
 /// The resources that have been examined, each with the block that replaces its bytes, if it needs one. An entry lives
 /// as long as the cache, so that a pointer that LoadResource returned stays valid.
 ///
-/// The cache's lock is taken ahead of the language store's, never after it.
+/// The cache's lock is taken before the language store's lock.
 class ResourceCache {
 public:
     /// The index owns the blocks and must outlive the cache.
