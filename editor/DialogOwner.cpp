@@ -70,8 +70,11 @@ void DialogOwner::createDialog(unsigned templateId, HWND parent) {
 }
 
 bool DialogOwner::destroyDialog() noexcept {
-    // A window that no longer exists has been closed from within a handler, or has ended with its thread.
-    return !dialogWindow || DestroyWindow(dialogWindow) || !IsWindow(dialogWindow);
+    if (!dialogWindow || DestroyWindow(dialogWindow)) return true;
+    if (IsWindow(dialogWindow)) return false;
+    // The window no longer exists: a handler that is at work closed it, or its thread ended.
+    if (!currentMessage) dialogWindow = nullptr;
+    return true;
 }
 
 void DialogOwner::releaseDialog() noexcept {

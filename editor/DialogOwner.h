@@ -34,8 +34,7 @@ protected:
     /// Destroys the dialog, if there is one. Returns false if the system refuses, as it does on another thread than the
     /// dialog's own: the dialog then stays open and connected to this object.
     bool destroyDialog() noexcept;
-    /// For the destructor: no message reaches this object afterwards. A dialog that cannot be destroyed stays, without
-    /// a procedure.
+    /// Disconnects this object from its dialog, and destroys the dialog if the system permits. For destructors.
     void releaseDialog() noexcept;
 
     HWND dialogWindow = nullptr; ///< null while there is no dialog

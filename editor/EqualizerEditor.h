@@ -24,10 +24,10 @@ public:
 
     /// The size as it was measured, in pixels, valid as long as the editor. Always 1.
     int32 getRect(ERect** answer) override;
-    /// Shows a dialog in the host's window, and destroys an earlier one first. If the system refuses to destroy that,
-    /// it stays and there is no new one. Always 1.
+    /// Shows a dialog in the host's window, and destroys an earlier dialog first. If the system refuses that, the
+    /// earlier dialog stays and no new one is created. Returns 1.
     int32 open(void* window) override;
-    /// Destroys the dialog. Where the system refuses, on another thread, the dialog stays and works.
+    /// Destroys the dialog. On a thread other than the dialog's own, the dialog stays open and works.
     void close() override;
     void idle() override;
     void update() override;

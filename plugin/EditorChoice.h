@@ -2,8 +2,8 @@
 
 #include "plugin/base/AudioEffect.h"
 
-/// Gives an effect the editor of its platform. Each product links one definition: EditorChoiceDialog.cpp (Windows) or
-/// EditorChoiceNone.cpp (Linux).
+/// Creates the editor of the platform for an effect. Each product links one definition: EditorChoiceDialog.cpp
+/// (Windows) or EditorChoiceNone.cpp (Linux).
 ///
 /// Builds the language store if it is not yet built. Returns false when there is no memory for the editor. Throws the
 /// language store's exceptions for a broken language file.

@@ -114,7 +114,7 @@ void ParametricEqualizer::addPiece(float** inputs, float** outputs, int32 start,
 }
 
 void ParametricEqualizer::updateEngines() noexcept {
-    // Two threads may be here together. The numbers tell each engine which of their arrays is the newer one.
+    // Several threads may run this function together. The numbers show each engine which array is the newest.
     std::array<std::uint32_t, ChannelCount> change;
     std::ranges::transform(engines, change.begin(), [](const auto& engine) { return engine->announceChange(); });
     float values[ParameterCount];

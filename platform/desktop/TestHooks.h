@@ -1,6 +1,6 @@
 #pragma once
 
-// What tests set and see of windows and message boxes.
+// Test access to windows and message boxes.
 
 #include "platform/standin/TestHooks.h"
 
@@ -23,7 +23,7 @@ ShownMessageBoxes shownMessageBoxes();
 std::size_t liveWindows() noexcept;
 std::size_t liveMenus() noexcept;
 
-/// Takes back what InitCommonControlsEx has registered, as if no program had asked for it.
+/// Undoes InitCommonControlsEx.
 void unregisterCommonControls() noexcept;
 
 } // namespace standin

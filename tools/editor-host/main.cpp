@@ -43,6 +43,7 @@ void apply(const std::string& setting, HostedEditor& editor) {
     char rest = 0;
     if (std::sscanf(setting.c_str(), "%d=%f%c", &index, &value, &rest) != 2)
         throw tool::UsageError("--set: \"" + setting + "\" is not INDEX=P");
+    if (!(value >= 0.0F && value <= 1.0F)) throw tool::UsageError("--set: \"" + setting + "\": P must be 0 to 1");
     requireParameter(editor, index, "--set");
     editor.setParameter(index, value);
 }
