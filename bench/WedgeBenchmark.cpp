@@ -1,6 +1,6 @@
 // What the wedge costs: the rewriting of a dialog at its first find, and the finds and loads that follow.
 
-#include "platform/Owners.h"
+#include "platform/CriticalSection.h"
 #include "tests/support/TemplateBuilder.h"
 #include "wedge/OwnModule.h"
 #include "wedge/functions/WedgeState.h"

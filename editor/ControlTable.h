@@ -11,22 +11,22 @@ inline constexpr unsigned EditorDialogId = 101;
 inline constexpr int EditorDialogWidth = 318;
 inline constexpr int EditorDialogHeight = 247;
 
-inline constexpr std::size_t SlotCount = ParameterCount;
+inline constexpr std::size_t ControlSlotCount = ParameterCount;
 
 // A slot is a slider and its read-out. The tables are in the order of the slots.
-inline constexpr std::array<int, SlotCount> sliderIds = {
+inline constexpr std::array<int, ControlSlotCount> sliderIds = {
     1012,                   // volume
     1014, 1016, 1018, 1023, // frequencies of the bands 1 to 4
     1020, 1022, 1029, 1033, // gains
     1044, 1046, 1048, 1050, // Q
 };
-inline constexpr std::array<int, SlotCount> readoutIds = {
+inline constexpr std::array<int, ControlSlotCount> readoutIds = {
     1013,                   // volume
     1015, 1017, 1019, 1024, // frequencies
     1021, 1025, 1030, 1034, // gains
     1045, 1047, 1049, 1051, // Q
 };
-inline constexpr std::array<int, SlotCount> parameterOfSlot = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
+inline constexpr std::array<int, ControlSlotCount> parameterOfSlot = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
 
 // Buttons that a dialog may have.
 inline constexpr int RestoreConstructionButton = 1004;

@@ -1,6 +1,6 @@
 #include "editor/DialogOwner.h"
 
-#include "platform/Owners.h"
+#include "platform/CriticalSection.h"
 #include "wedge/OwnModule.h"
 #include "wedge/functions/WedgeEntryPoints.h"
 

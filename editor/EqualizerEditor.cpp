@@ -1,7 +1,7 @@
 #include "editor/EqualizerEditor.h"
 
 #include "parameters/DisplayText.h"
-#include "platform/Owners.h"
+#include "platform/UniqueHandle.h"
 #include "plugin/base/AudioEffect.h"
 #include "wedge/OwnModule.h"
 
@@ -132,7 +132,7 @@ bool EqualizerEditor::handleDialogMessage(HWND /*window*/, UINT message, WPARAM 
 
 void EqualizerEditor::onInitDialog() {
     readParameters(openingValues);
-    for (std::size_t slot = 0; slot < SlotCount; ++slot) {
+    for (std::size_t slot = 0; slot < ControlSlotCount; ++slot) {
         sliders[slot] = GetDlgItem(dialogWindow, sliderIds[slot]);
         SendMessageW(sliders[slot], TBM_SETRANGE, TRUE, MAKELPARAM(0, LastPosition));
         readouts[slot] = GetDlgItem(dialogWindow, readoutIds[slot]);
@@ -173,7 +173,7 @@ void EqualizerEditor::onCommand(HWND control) {
 }
 
 void EqualizerEditor::refresh(bool force) {
-    for (std::size_t slot = 0; slot < SlotCount; ++slot) {
+    for (std::size_t slot = 0; slot < ControlSlotCount; ++slot) {
         // A host that is told of a change may close the dialog.
         if (!sliders[slot]) continue;
         const int pos = positionOf(slot);
@@ -197,10 +197,10 @@ int EqualizerEditor::positionOf(std::size_t slot) {
 }
 
 void EqualizerEditor::readParameters(Values& values) {
-    for (std::size_t i = 0; i < SlotCount; ++i) values[i] = effect->getParameter(static_cast<int32>(i));
+    for (std::size_t i = 0; i < ControlSlotCount; ++i) values[i] = effect->getParameter(static_cast<int32>(i));
 }
 
 void EqualizerEditor::restore(const Values& values) {
-    for (std::size_t i = 0; i < SlotCount; ++i) effect->setParameterAutomated(static_cast<int32>(i), values[i]);
+    for (std::size_t i = 0; i < ControlSlotCount; ++i) effect->setParameterAutomated(static_cast<int32>(i), values[i]);
     refresh(true);
 }

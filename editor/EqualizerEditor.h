@@ -36,8 +36,8 @@ public:
                              DWORD mapId) override;
 
 private:
-    using Values = std::array<float, SlotCount>;
-    using Controls = std::array<HWND, SlotCount>;
+    using Values = std::array<float, ControlSlotCount>;
+    using Controls = std::array<HWND, ControlSlotCount>;
 
     void measure();
     void readParameters(Values& values);

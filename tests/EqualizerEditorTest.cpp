@@ -1,6 +1,6 @@
 #include "plugin/base/AEffect.h"
 
-#include "platform/Owners.h"
+#include "platform/UniqueHandle.h"
 #include "platform/win32.h"
 #include "tests/support/HeapInUse.h"
 #include "tests/support/HostedEffect.h"

@@ -1,6 +1,6 @@
 #include "wedge/functions/WedgeEntryPoints.h"
 
-#include "platform/Owners.h"
+#include "platform/UniqueHandle.h"
 #include "tests/support/DialogTemplateBuilder.h"
 #include "tests/support/HeapInUse.h"
 #include "tests/support/TestWindows.h"

@@ -1,6 +1,6 @@
 #include "wedge/CLanguageStore.h"
 
-#include "platform/Owners.h"
+#include "platform/CriticalSection.h"
 #include "platform/Paths.h"
 #include "support/LanguageText.h"
 #include "wedge/LanguageSelection.h"

@@ -1,7 +1,7 @@
 #include "wedge/LanguageSelection.h"
 
-#include "platform/Owners.h"
 #include "platform/Paths.h"
+#include "platform/UniqueHandle.h"
 #include "wedge/CLanguageFile.h"
 #include "wedge/NocaseString.h"
 

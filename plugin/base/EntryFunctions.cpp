@@ -1,7 +1,7 @@
 #include "plugin/base/EntryFunctions.h"
 
 #include "plugin/base/AudioEffect.h"
-#include "plugin/base/Contained.h"
+#include "plugin/base/ExceptionBarrier.h"
 
 namespace {
 
@@ -13,24 +13,24 @@ AudioEffect* ownerOf(const AEffect* effect) noexcept {
 
 intptr dispatchGlue(AEffect* effect, int32 opcode, int32 index, intptr value, void* ptr, float opt) noexcept {
     AudioEffect* const owner = ownerOf(effect);
-    const intptr result = contained([&] { return owner->dispatcher(opcode, index, value, ptr, opt); });
+    const intptr result = withExceptionBarrier([&] { return owner->dispatcher(opcode, index, value, ptr, opt); });
     if (opcode != effClose) return result;
     delete owner;
     return 1;
 }
 
 void processGlue(AEffect* effect, float** inputs, float** outputs, int32 sampleFrames) noexcept {
-    contained([&] { ownerOf(effect)->process(inputs, outputs, sampleFrames); });
+    withExceptionBarrier([&] { ownerOf(effect)->process(inputs, outputs, sampleFrames); });
 }
 
 void processReplacingGlue(AEffect* effect, float** inputs, float** outputs, int32 sampleFrames) noexcept {
-    contained([&] { ownerOf(effect)->processReplacing(inputs, outputs, sampleFrames); });
+    withExceptionBarrier([&] { ownerOf(effect)->processReplacing(inputs, outputs, sampleFrames); });
 }
 
 void setParameterGlue(AEffect* effect, int32 index, float value) noexcept {
-    contained([&] { ownerOf(effect)->setParameter(index, value); });
+    withExceptionBarrier([&] { ownerOf(effect)->setParameter(index, value); });
 }
 
 float getParameterGlue(AEffect* effect, int32 index) noexcept {
-    return contained([&] { return ownerOf(effect)->getParameter(index); });
+    return withExceptionBarrier([&] { return ownerOf(effect)->getParameter(index); });
 }

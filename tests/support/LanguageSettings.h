@@ -5,7 +5,7 @@
 #include "platform/win32.h"
 
 #ifdef _WIN32
-#include "platform/Owners.h"
+#include "platform/UniqueHandle.h"
 
 #include <cstdio>
 #else

@@ -7,7 +7,8 @@ namespace tool {
 
 //  sound | silence of the delay's length  -->  effect  -->  delay | sound
 //                                                           \ skipped, unless it is kept
-void equalize(AudioReader& reader, ChannelPairs& effects, AudioWriter& writer, Latency latency, Progress& progress) {
+void equalize(AudioReader& reader, MultichannelEffect& effects, AudioWriter& writer, Latency latency,
+              Progress& progress) {
     const int channels = effects.channels();
     std::vector<float> block(static_cast<std::size_t>(effects.blockFrames()) * static_cast<std::size_t>(channels));
     int silenceLeft = effects.delay();

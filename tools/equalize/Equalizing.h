@@ -2,7 +2,7 @@
 
 #include "tools/equalize/AudioReader.h"
 #include "tools/equalize/AudioWriter.h"
-#include "tools/equalize/ChannelPairs.h"
+#include "tools/equalize/MultichannelEffect.h"
 #include "tools/equalize/Progress.h"
 
 namespace tool {
@@ -15,6 +15,7 @@ enum class Latency {
 
 /// Sends all sound of `reader` through the effect into `writer`, a block at a time, and finishes the output. Throws
 /// FileError.
-void equalize(AudioReader& reader, ChannelPairs& effects, AudioWriter& writer, Latency latency, Progress& progress);
+void equalize(AudioReader& reader, MultichannelEffect& effects, AudioWriter& writer, Latency latency,
+              Progress& progress);
 
 } // namespace tool

@@ -1,6 +1,6 @@
 #include "tools/equalize/Response.h"
 
-#include "tools/equalize/HostedEffect.h"
+#include "tools/equalize/EffectInstance.h"
 
 #include <algorithm>
 #include <cmath>
@@ -20,7 +20,7 @@ Response::Response(const EffectLibrary& library, const NormalisedValues& values,
     : m_sampleRate(sampleRate) {
     Settings::Resolved settings;
     std::copy(values.begin(), values.end(), settings.begin());
-    HostedEffect effect(library, settings, sampleRate);
+    EffectInstance effect(library, settings, sampleRate);
     // The delay in front turns phases alone.
     m_samples.resize(static_cast<std::size_t>(effect.delay()) + LongestResponse);
     std::vector<float> other(m_samples.size());

@@ -4,9 +4,9 @@
 #include "tools/common/RunTool.h"
 #include "tools/equalize/AudioReader.h"
 #include "tools/equalize/AudioWriter.h"
+#include "tools/equalize/EffectInstance.h"
 #include "tools/equalize/EffectLibrary.h"
 #include "tools/equalize/Equalizing.h"
-#include "tools/equalize/HostedEffect.h"
 #include "tools/equalize/OutputFormat.h"
 #include "tools/equalize/Progress.h"
 #include "tools/equalize/ResponsePlot.h"
@@ -137,7 +137,7 @@ void noteSummary(const Options& options, const AudioWriter& writer, double secon
 }
 
 void list(const EffectLibrary& library, const Settings::Resolved& settings, const FrequencyMap& frequencies) {
-    const HostedEffect effect(library, settings, frequencies.sampleRate());
+    const EffectInstance effect(library, settings, frequencies.sampleRate());
     const NormalisedValues values = effect.parameters();
     std::printf("%5s  %-10s  %-12s  %-14s  %8s  %s\n", "index", "preset", "effect", "range", "P", "value");
     for (int index = 0; index < ParameterCount; ++index) {
@@ -154,7 +154,7 @@ void list(const EffectLibrary& library, const Settings::Resolved& settings, cons
 
 void plot(const Options& options, const EffectLibrary& library, const Settings::Resolved& values,
           const FrequencyMap& frequencies) {
-    const NormalisedValues all = HostedEffect(library, values, frequencies.sampleRate()).parameters();
+    const NormalisedValues all = EffectInstance(library, values, frequencies.sampleRate()).parameters();
     OutputFile::write(options.plot, drawResponse(library, all, frequencies));
 }
 
@@ -182,7 +182,7 @@ void runOnFiles(const Options& options, const Settings& settings) {
     serveSettings(options, settings, values, frequencies);
 
     const EffectLibrary library = libraryFrom(options);
-    ChannelPairs effects(library, values, reader.info().channels, reader.info().samplerate, options.blockFrames);
+    MultichannelEffect effects(library, values, reader.info().channels, reader.info().samplerate, options.blockFrames);
     AudioWriter writer(options.output, outputFormatFor(options.output, reader.info()), reader);
     {
         Progress progress(reader.info().frames + effects.delay(), !options.quiet);

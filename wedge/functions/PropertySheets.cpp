@@ -1,6 +1,6 @@
 #include "wedge/functions/PropertySheets.h"
 
-#include "platform/Owners.h"
+#include "platform/CriticalSection.h"
 #include "wedge/CLanguageStore.h"
 #include "wedge/functions/PropertyPages.h"
 #include "wedge/functions/PropertySheetForms.h"

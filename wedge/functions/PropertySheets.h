@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Owners.h"
+#include "platform/CriticalSection.h"
 #include "platform/win32.h"
 
 #include <cstddef>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Owners.h"
+#include "platform/CriticalSection.h"
 
 #include <cstddef>
 #include <cstdint>

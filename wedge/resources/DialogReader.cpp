@@ -1,6 +1,6 @@
 #include "wedge/resources/DialogReader.h"
 
-#include "wedge/resources/Rewriting.h"
+#include "wedge/resources/RewriteResult.h"
 #include "wedge/resources/prep_exception.h"
 
 #include <algorithm>

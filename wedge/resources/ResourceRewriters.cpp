@@ -4,7 +4,7 @@
 #include "wedge/LanguageTag.h"
 #include "wedge/resources/ByteCursor.h"
 #include "wedge/resources/ResourceFormats.h"
-#include "wedge/resources/Rewriting.h"
+#include "wedge/resources/RewriteResult.h"
 #include "wedge/string_ext.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/equalize/HostedEffect.h"
+#include "tools/equalize/EffectInstance.h"
 
 #include <vector>
 
@@ -8,11 +8,11 @@ namespace tool {
 
 /// Any number of channels, equalized alike: an instance of the effect for every two of them. The last of an odd
 /// number has an instance for itself, whose second channel is silent.
-class ChannelPairs {
+class MultichannelEffect {
 public:
     /// `blockFrames` is the most that `process` may be given at a time.
-    ChannelPairs(const EffectLibrary& library, const Settings::Resolved& settings, int channels, int sampleRate,
-                 int blockFrames);
+    MultichannelEffect(const EffectLibrary& library, const Settings::Resolved& settings, int channels, int sampleRate,
+                       int blockFrames);
 
     [[nodiscard]] int channels() const { return m_channels; }
     [[nodiscard]] int blockFrames() const { return m_blockFrames; }
@@ -28,7 +28,7 @@ private:
 
     int m_channels;
     int m_blockFrames;
-    std::vector<HostedEffect> m_effects;
+    std::vector<EffectInstance> m_effects;
     std::vector<float> m_planes; ///< channel after channel, `m_blockFrames` each
 };
 

@@ -6,33 +6,6 @@
 
 namespace platform {
 
-/// A critical section for the life of the object.
-class CriticalSection {
-public:
-    CriticalSection() { InitializeCriticalSection(&m_section); }
-    ~CriticalSection() { DeleteCriticalSection(&m_section); }
-    CriticalSection(const CriticalSection&) = delete;
-    CriticalSection& operator=(const CriticalSection&) = delete;
-
-    CRITICAL_SECTION& get() noexcept { return m_section; }
-
-private:
-    CRITICAL_SECTION m_section;
-};
-
-/// Holds a critical section for the length of a scope.
-class [[nodiscard]] CriticalSectionEntry {
-public:
-    explicit CriticalSectionEntry(CRITICAL_SECTION& section) : m_section(section) { EnterCriticalSection(&m_section); }
-    explicit CriticalSectionEntry(CriticalSection& section) : CriticalSectionEntry(section.get()) {}
-    ~CriticalSectionEntry() { LeaveCriticalSection(&m_section); }
-    CriticalSectionEntry(const CriticalSectionEntry&) = delete;
-    CriticalSectionEntry& operator=(const CriticalSectionEntry&) = delete;
-
-private:
-    CRITICAL_SECTION& m_section;
-};
-
 /// A handle and the one function that closes it. Traits give the handle's type, its empty value and `close`.
 template <typename Traits>
 class UniqueHandle {

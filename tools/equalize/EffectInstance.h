@@ -11,10 +11,10 @@
 namespace tool {
 
 /// One running instance of the effect, for two channels.
-class HostedEffect {
+class EffectInstance {
 public:
     /// Starts an instance with the settings, ready to take sound. Throws FileError.
-    HostedEffect(const EffectLibrary& library, const Settings::Resolved& settings, int sampleRate);
+    EffectInstance(const EffectLibrary& library, const Settings::Resolved& settings, int sampleRate);
 
     /// Samples from input to output.
     [[nodiscard]] int delay() const { return m_effect->initialDelay; }

@@ -1,4 +1,4 @@
-#include "tools/equalize/HostedEffect.h"
+#include "tools/equalize/EffectInstance.h"
 
 #include <array>
 #include <vector>
@@ -12,12 +12,12 @@ void send(AEffect* effect, EffectOpcode opcode, intptr value = 0, float option =
 
 } // namespace
 
-void HostedEffect::Closer::operator()(AEffect* effect) const {
+void EffectInstance::Closer::operator()(AEffect* effect) const {
     send(effect, effMainsChanged, 0);
     send(effect, effClose);
 }
 
-HostedEffect::HostedEffect(const EffectLibrary& library, const Settings::Resolved& settings, int sampleRate)
+EffectInstance::EffectInstance(const EffectLibrary& library, const Settings::Resolved& settings, int sampleRate)
     : m_effect(library.makeInstance()) {
     AEffect* const effect = m_effect.get();
     send(effect, effOpen);
@@ -32,25 +32,25 @@ HostedEffect::HostedEffect(const EffectLibrary& library, const Settings::Resolve
 /// The effect fades every change in, the first settings of an instance too, over one block, which is as long as its
 /// delay. Sound in a file is to have its settings from the first sample on, so the fade is spent on silence, which
 /// leaves nothing behind in the filters. Two blocks keep the sound aligned to the effect's blocks.
-void HostedEffect::settle() {
+void EffectInstance::settle() {
     std::vector<float> silence(static_cast<std::size_t>(delay()));
     std::vector<float> other(silence);
     for (int block = 0; block < 2; ++block) process(silence.data(), other.data(), delay());
 }
 
-void HostedEffect::process(float* first, float* second, int frames) noexcept {
+void EffectInstance::process(float* first, float* second, int frames) noexcept {
     float* channels[] = {first, second};
     m_effect->processReplacing(m_effect.get(), channels, channels, frames);
 }
 
-NormalisedValues HostedEffect::parameters() const {
+NormalisedValues EffectInstance::parameters() const {
     NormalisedValues values;
     for (int index = 0; index < ParameterCount; ++index)
         values[static_cast<std::size_t>(index)] = m_effect->getParameter(m_effect.get(), index);
     return values;
 }
 
-std::string HostedEffect::parameterName(int index) const {
+std::string EffectInstance::parameterName(int index) const {
     // Effects write more than the interface's published limit.
     std::array<char, 256> text = {};
     m_effect->dispatcher(m_effect.get(), effGetParamName, index, 0, text.data(), 0.0F);

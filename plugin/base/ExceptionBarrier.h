@@ -1,0 +1,13 @@
+#pragma once
+
+/// Returns the result of `action`, or the zero of its type (0, null or nothing) if `action` throws. The host's
+/// interface has no form for an exception, so no exception passes an entry function.
+template <typename Action>
+auto withExceptionBarrier(const Action& action) noexcept -> decltype(action()) {
+    using Result = decltype(action());
+    try {
+        return action();
+    } catch (...) {
+        return Result();
+    }
+}
