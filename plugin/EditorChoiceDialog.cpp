@@ -6,5 +6,5 @@
 
 bool createEditor(AudioEffect& effect) {
     // The editor binds itself to the effect, which owns it from then on.
-    return new (std::nothrow) EqualizerEditor(&effect) != nullptr;
+    return new (std::nothrow) EqualizerEditor(&effect) != nullptr; // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
 }
