@@ -15,7 +15,7 @@ struct SystemFunction {
 
 template <typename Function>
 FARPROC erased(Function* function) noexcept {
-    // By way of the type that stands for any function.
+    // The cast through void (*)() avoids the warning about different function types.
     return reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(function));
 }
 

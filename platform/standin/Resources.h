@@ -26,9 +26,9 @@ namespace standin::system {
 
 // The system's own functions, which are found by name.
 
-/// A null module is the program. Without a resource in the language asked for comes one of its primary language, then a
-/// neutral one; when the neutral language is asked for, then one of the system's language and one in US English. The
-/// text "#141" is the number 141. Narrow texts are of the ANSI code page.
+/// A null module is the program. If no resource has the requested language, returns one of its primary language, then a
+/// neutral one. For the neutral language, also returns one of the system's language, then one in US English. The text
+/// "#141" is the number 141. Narrow texts are in the ANSI code page.
 HRSRC WINAPI FindResourceExA(HMODULE module, LPCSTR type, LPCSTR name, WORD language) noexcept;
 HRSRC WINAPI FindResourceExW(HMODULE module, LPCWSTR type, LPCWSTR name, WORD language) noexcept;
 

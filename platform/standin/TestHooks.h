@@ -1,6 +1,6 @@
 #pragma once
 
-// Settings of the stand-in for tests, where a test on Windows would need the system's help. No product calls them.
+// Settings of the stand-in for tests. No product calls them.
 
 #include "platform/standin/Types.h"
 

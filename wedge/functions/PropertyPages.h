@@ -23,7 +23,7 @@ struct PropertyPageState {
 
 /// Creates a page of the system whose dialog is the rewritten template. The caller's record is not written to, and its
 /// procedures see their own values. `Sheets` is one of the forms of PropertySheetForms.h. Throws std::bad_alloc, and
-/// what building the store throws.
+/// the exceptions of the language store.
 template <typename Sheets>
 HPROPSHEETPAGE createPage(const typename Sheets::Page* page);
 

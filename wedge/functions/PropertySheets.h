@@ -41,6 +41,7 @@ struct SheetContext {
 /// are not written to. The sheet answers the messages that work by resource ids, which the system's sheet no longer
 /// knows. One sheet is being opened at a time: a modal sheet blocks other calls until it is closed.
 ///
-/// `Sheets` is one of the forms of PropertySheetForms.h. Throws std::bad_alloc, and what building the store throws.
+/// `Sheets` is one of the forms of PropertySheetForms.h. Throws std::bad_alloc and the exceptions of the language
+/// store.
 template <typename Sheets>
 INT_PTR openSheet(const typename Sheets::Header* header);

@@ -13,7 +13,7 @@ struct LockedResource {
     std::size_t size; ///< what may be read
 };
 
-/// A resource in the store's language as the wedge gives it, or nothing. Throws what building the store throws.
+/// A resource in the store's language as the wedge gives it, or nothing. Throws the exceptions of the language store.
 [[nodiscard]] std::optional<LockedResource> lockResource(HMODULE module, ResourceType type, LPCSTR name);
 [[nodiscard]] std::optional<LockedResource> lockResource(HMODULE module, ResourceType type, LPCWSTR name);
 
