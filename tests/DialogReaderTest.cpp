@@ -42,6 +42,14 @@ TEST(PrepareDialogResource, ExpandsCaptionAndTitlesAndNothingElse) {
     }
 }
 
+TEST(PrepareDialogResource, RefusesAnItemBeyondItsRange) {
+    for (const auto& [size, status] : {std::pair{0xFF00U, PrepReplaced}, {0xFFFFU, PrepFailed}}) {
+        const std::string data(size, 'x');
+        const std::vector<DialogItem> items = {{u"Static", 1, 0, u"", data}, {u"Static", 2, 0, u"{T_Short}"}};
+        EXPECT_EQ(statusOf(PrepareDialogResource, DialogTemplateBuilder(true, 0, items).bytes()), status) << size;
+    }
+}
+
 TEST(PrepareDialogResource, PutsTheSystemsFontInPlaceOfMsShellDlgAlone) {
     std::wstring face;
     std::uint16_t points = 0;
@@ -52,7 +60,7 @@ TEST(PrepareDialogResource, PutsTheSystemsFontInPlaceOfMsShellDlgAlone) {
 #endif
     for (const auto& [extended, style] : {std::pair{false, 0x40U}, {true, 0x08U}, {true, 0x40U}, {true, 0x48U}}) {
         EXPECT_TRUE(replaces(PrepareDialogResource, dialogWithFont(extended, style, 7, u"ms shell DLG"),
-                             dialogWithFont(extended, style, points, unitsFromWide(face))))
+                             dialogWithFont(extended, style, points, std::u16string(face.begin(), face.end()))))
             << extended << style;
     }
     EXPECT_EQ(statusOf(PrepareDialogResource, dialogWithFont(false, 0x40, 8, u"MS Shell Dlg 2")), PrepUnchanged);

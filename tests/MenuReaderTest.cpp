@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 // The keys and their texts are those of the language file beside the test program.
 
 namespace {
@@ -55,6 +57,13 @@ TEST(PrepareMenuResource, RefusesAnUnknownVersionAndAGapThatIsOddOrTooShort) {
     const TemplateBuilder oddGap = TemplateBuilder().words({0, 3}).bytes("gap").words({0x80, 1}).text(u"{T_Short}");
     EXPECT_EQ(statusOf(PrepareMenuResource, oddGap), PrepFailed);
     EXPECT_EQ(statusOf(PrepareMenuResource, TemplateBuilder().words({1, 0, 0, 0, 0, 0, 0, 0, 0x80, 0})), PrepFailed);
+}
+
+TEST(PrepareMenuResource, RefusesATemplateThatItCannotReproduce) {
+    for (const auto& [padding, status] : {std::pair{0U, PrepUnchanged}, {7U, PrepFailed}}) {
+        TemplateBuilder menu = TemplateBuilder().words({1, 4, 0, 0, 0, 0, 0, 0, 0, 0, 0, 'a', 0, padding});
+        EXPECT_EQ(statusOf(PrepareMenuResource, menu.words({0, 0, 0, 0, 0, 0, 0x80, 'b', 0})), status) << padding;
+    }
 }
 
 TEST(PrepareMenuResource, ReadsPopupsOfAnyDepthThatItsRangeAllows) {

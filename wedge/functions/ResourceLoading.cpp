@@ -1,8 +1,8 @@
 #include "wedge/functions/ResourceLoading.h"
 
+#include "support/BinaryReader.h"
 #include "wedge/CLanguageStore.h"
 #include "wedge/functions/WedgeState.h"
-#include "wedge/resources/ByteCursor.h"
 #include "wedge/string_ext.h"
 
 #include <cstdint>
@@ -29,10 +29,11 @@ std::uint16_t bundleOf(UINT id) noexcept {
 std::optional<std::wstring> readString(const std::optional<LockedResource>& bundle, UINT id) {
     if (!bundle) return std::nullopt;
     try {
-        ByteCursor cursor(bundle->bytes, bundle->size);
-        for (UINT passed = id % StringsInBundle; passed > 0; --passed) cursor.skipCountedString();
-        return cursor.readCountedString();
-    } catch (const prep_exception&) {
+        BinaryReader strings(bundle->bytes, bundle->size);
+        for (UINT before = id % StringsInBundle; before > 0; --before)
+            strings.skip(strings.read<std::uint16_t>() * sizeof(std::uint16_t));
+        return strings.readText(strings.read<std::uint16_t>());
+    } catch (const EndOfData&) {
         return std::nullopt;
     }
 }

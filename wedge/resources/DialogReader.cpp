@@ -6,134 +6,108 @@
 #include <algorithm>
 #include <cwctype>
 #include <memory>
+#include <string_view>
 
 namespace {
 
-constexpr std::uint16_t Empty = 0x0000;
 constexpr std::uint16_t Ordinal = 0xFFFF;
 constexpr std::uint16_t ExtendedSignature = 0xFFFF;
 
 constexpr std::uint32_t SetFontStyle = 0x40;   // DS_SETFONT
 constexpr std::uint32_t ShellFontStyle = 0x48; // DS_SETFONT | DS_FIXEDSYS
 
-// DLGTEMPLATE: style and extended style, cdit, x, y, cx, cy.
-constexpr std::size_t StandardHeaderSize = 18;
-constexpr std::size_t StandardItemSize = 18;
-constexpr std::size_t StandardStyle = 0;
-constexpr std::size_t StandardCount = 8;
+constexpr std::size_t PlaceSize = 8; // x, y, cx, cy
+// style, dwExtendedStyle, place, id
+constexpr std::size_t StandardItemSize = 4 + 4 + PlaceSize + 2;
+// helpID, exStyle, style, place, id
+constexpr std::size_t ExtendedItemSize = 4 + 4 + 4 + PlaceSize + 4;
+constexpr std::size_t ExtendedFontHeader = 2 + 1 + 1; // weight, italic, charset
 
-// DLGTEMPLATEEX: dlgVer and signature, helpID, exStyle, style, cDlgItems, x, y, cx, cy.
-constexpr std::size_t ExtendedHeaderSize = 26;
-constexpr std::size_t ExtendedItemSize = 24;
-constexpr std::size_t ExtendedStyle = 12;
-constexpr std::size_t ExtendedCount = 16;
-constexpr std::size_t ExtendedFontWords = 2; // weight; italic and charset
+constexpr std::wstring_view ReplacedFace = L"MS Shell Dlg";
 
-constexpr std::u16string_view ReplacedFace = u"MS Shell Dlg";
-
-bool equalIgnoringCase(const std::u16string& a, std::u16string_view b) {
+bool equalIgnoringCase(std::wstring_view a, std::wstring_view b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char16_t x, char16_t y) { return std::towupper(x) == std::towupper(y); });
+                      [](std::wint_t x, std::wint_t y) { return std::towupper(x) == std::towupper(y); });
 }
 
-std::unique_ptr<DialogReader> readerFor(const void* resource, std::size_t size) {
-    // A template too short for its signature fails in either reader.
-    const auto* const bytes = static_cast<const unsigned char*>(resource);
-    const bool extended = size >= 4 && (bytes[2] | bytes[3] << 8U) == ExtendedSignature;
-    if (extended) return std::make_unique<DialogReaderExtended>();
+std::unique_ptr<DialogReader> readerFor(BinaryReader input) {
+    input.skip(2); // dlgVer
+    if (input.read<std::uint16_t>() == ExtendedSignature) return std::make_unique<DialogReaderExtended>();
     return std::make_unique<DialogReaderStandard>();
 }
 
 } // namespace
 
-void DialogReaderStandard::Read(const void* input_address, std::size_t input_size) {
-    begin(input_address, input_size);
-    const std::uint32_t style = peekDoubleWord(StandardStyle);
-    const unsigned count = peekWord(StandardCount);
-    copyBytes(StandardHeaderSize);
+void DialogReaderStandard::readTemplate() {
+    const auto style = copy<std::uint32_t>();
+    copyBytes(4); // dwExtendedStyle
+    const auto count = copy<std::uint16_t>();
+    copyBytes(PlaceSize);
     readNames();
     if ((style & SetFontStyle) != 0) readFont(0);
     readItems(count, StandardItemSize);
 }
 
-void DialogReaderExtended::Read(const void* input_address, std::size_t input_size) {
-    begin(input_address, input_size);
-    const std::uint32_t style = peekDoubleWord(ExtendedStyle);
-    const unsigned count = peekWord(ExtendedCount);
-    copyBytes(ExtendedHeaderSize);
+void DialogReaderExtended::readTemplate() {
+    copyBytes(2 + 2 + 4 + 4); // dlgVer, signature, helpID, exStyle
+    const auto style = copy<std::uint32_t>();
+    const auto count = copy<std::uint16_t>();
+    copyBytes(PlaceSize);
     readNames();
-    if ((style & ShellFontStyle) != 0) readFont(ExtendedFontWords);
+    if ((style & ShellFontStyle) != 0) readFont(ExtendedFontHeader);
     readItems(count, ExtendedItemSize);
 }
 
 void DialogReader::readNames() {
     ReadStringOrOrdinal(false); // menu
     ReadStringOrOrdinal(false); // window class
-    ReadString(true);           // caption
+    checkRange();
+    ReadString(true); // caption
 }
 
-void DialogReader::readFont(std::size_t headerWords) {
+void DialogReader::readFont(std::size_t headerSize) {
     checkRange();
-    std::uint16_t pointSize = takeWord();
-    std::u16string header;
-    for (std::size_t i = 0; i < headerWords; ++i) header.push_back(static_cast<char16_t>(takeWord()));
-    std::u16string face = takeText();
+    const std::size_t pointSizeOffset = m_output.offset();
+    copyBytes(sizeof(std::uint16_t) + headerSize);
+    std::wstring face = m_input.readText();
 
     std::wstring systemFace;
     std::uint16_t systemPoints = 0;
     SystemDialogFont(systemFace, systemPoints);
     if (!systemFace.empty() && equalIgnoringCase(face, ReplacedFace)) {
-        face = unitsFromWide(systemFace);
-        pointSize = systemPoints;
-        noteChange();
+        face = systemFace;
+        m_output.patch(pointSizeOffset, systemPoints);
+        m_changed = true;
     }
-    appendWord(pointSize);
-    for (const char16_t word : header) appendWord(word);
-    appendText(face);
+    m_output.writeText(face);
+    m_output.write(std::uint16_t{0});
 }
 
 void DialogReader::readItems(unsigned count, std::size_t fixedSize) {
     for (; count > 0; --count) {
-        alignOutput();
-        alignInput();
-        readItem(fixedSize);
+        align();
+        checkRange();
+        copyBytes(fixedSize);
+        ReadStringOrOrdinal(false);       // window class
+        ReadStringOrOrdinal(true);        // title
+        copyBytes(copy<std::uint16_t>()); // creation data
     }
-}
-
-void DialogReader::readItem(std::size_t fixedSize) {
-    checkRange();
-    copyBytes(fixedSize);
-    ReadStringOrOrdinal(false); // window class
-    ReadStringOrOrdinal(true);  // title
-    const std::size_t creationData = peekWord();
-    copyBytes(sizeof(std::uint16_t) + creationData);
 }
 
 void DialogReader::ReadStringOrOrdinal(bool translate) {
     checkRange();
-    switch (peekWord()) {
-    case Empty:
-        copyBytes(sizeof Empty);
-        break;
-    case Ordinal:
+    if (m_input.peek<std::uint16_t>() == Ordinal) {
         copyBytes(2 * sizeof Ordinal);
-        break;
-    default:
+    } else {
         ReadString(translate);
     }
-}
-
-void DialogReader::ReadString(bool translate) {
-    checkRange();
-    const std::u16string text = takeText();
-    appendText(translate && !text.empty() ? expanded(text) : text);
 }
 
 PrepStatus PrepareDialogResource(const void* pDialogResource, std::size_t size, void** ppNewResource) noexcept {
     return guardedRewrite([&] {
         if (pDialogResource == nullptr) throw prep_exception("NULL == pDialogResource");
         if (ppNewResource == nullptr) throw prep_exception("NULL == ppNewResource");
-        const std::unique_ptr<DialogReader> reader = readerFor(pDialogResource, size);
+        const std::unique_ptr<DialogReader> reader = readerFor(BinaryReader(pDialogResource, size));
         reader->Read(pDialogResource, size);
         return finishedTemplate(*reader, ppNewResource);
     });

@@ -11,34 +11,26 @@
 /// with the system's dialog font in place of "MS Shell Dlg". Nothing else is changed: no class, ordinal, style,
 /// position, size or id.
 class DialogReader : public TemplateReader {
-public:
-    /// Reads a whole template of at most `input_size` bytes. Throws prep_exception.
-    virtual void Read(const void* input_address, std::size_t input_size) = 0;
-
 protected:
     /// Menu, window class and caption, in this order.
     void readNames();
-    /// Point size, `headerWords` further words, and face name.
-    void readFont(std::size_t headerWords);
+    /// Point size, `headerSize` further bytes, and face name.
+    void readFont(std::size_t headerSize);
     /// `fixedSize` bytes, then window class, title and creation data.
     void readItems(unsigned count, std::size_t fixedSize);
 
 private:
     void ReadStringOrOrdinal(bool translate);
-    void ReadString(bool translate);
-    void readItem(std::size_t fixedSize);
 };
 
 /// DLGTEMPLATE
 class DialogReaderStandard final : public DialogReader {
-public:
-    void Read(const void* input_address, std::size_t input_size) override;
+    void readTemplate() override;
 };
 
 /// DLGTEMPLATEEX
 class DialogReaderExtended final : public DialogReader {
-public:
-    void Read(const void* input_address, std::size_t input_size) override;
+    void readTemplate() override;
 };
 
 /// The platform's dialog font. Leaves both as they are if the platform has none.

@@ -3,39 +3,42 @@
 #include "wedge/resources/RewriteResult.h"
 #include "wedge/resources/prep_exception.h"
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
 namespace {
 
-// Standard form: mtOption, mtID (not in a popup), mtString.
 constexpr unsigned PopupOption = 0x10; // MF_POPUP
 constexpr unsigned EndOption = 0x80;   // MF_END
-
-// Extended form: dwType, dwState, uId, bResInfo, szText; dwHelpId behind a popup's text.
-constexpr std::size_t ResInfo = 12;
-constexpr std::size_t ExtendedItemSize = 14;
-constexpr std::size_t HelpIdSize = 4;
 constexpr unsigned PopupInfo = 0x01;
 constexpr unsigned EndInfo = 0x80;
 
-constexpr std::size_t HeaderWordsSize = 4; // version, and offset of the first item from here
-
-std::unique_ptr<MenuReader> readerFor(const void* resource, std::size_t size) {
-    const auto* const bytes = static_cast<const unsigned char*>(resource);
-    if (size < 2 || bytes[1] != 0) return nullptr;
-    if (bytes[0] == 0) return std::make_unique<MenuReaderStandard>();
-    if (bytes[0] == 1) return std::make_unique<MenuReaderExtended>();
-    return nullptr;
+std::unique_ptr<MenuReader> readerFor(BinaryReader input) {
+    switch (input.read<std::uint16_t>()) {
+    case 0:
+        return std::make_unique<MenuReaderStandard>();
+    case 1:
+        return std::make_unique<MenuReaderExtended>();
+    default:
+        return nullptr;
+    }
 }
 
 } // namespace
 
-void MenuReader::Read(const void* input_address, std::size_t input_size) {
-    begin(input_address, input_size);
+void MenuReader::readTemplate() {
     ReadHeader();
     ReadItems();
     checkRange();
+}
+
+// A gap of odd size is refused: items begin on whole words.
+void MenuReader::copyHeader(std::size_t leastGap) {
+    copyBytes(2); // version
+    const auto gap = copy<std::uint16_t>();
+    if (gap < leastGap || gap % 2 != 0) fail();
+    copyBytes(gap);
 }
 
 void MenuReader::ReadItems() {
@@ -57,46 +60,24 @@ void MenuReader::ReadItems() {
     }
 }
 
-// A gap in front of the first item is carried over. One of an odd size cannot be: items begin on whole words.
-void MenuReader::copyHeader(std::size_t leastGap) {
-    const std::size_t gap = peekWord(2);
-    if (gap < leastGap || gap % 2 != 0) fail();
-    copyBytes(HeaderWordsSize + gap);
-}
-
-void MenuReader::appendExpanded() {
-    const std::u16string text = takeText();
-    appendText(text.empty() ? text : expanded(text));
-}
-
-void MenuReaderStandard::ReadHeader() {
-    copyHeader(0);
-}
-
 MenuReader::ItemPlace MenuReaderStandard::readItem() {
-    const unsigned option = peekWord();
+    const auto option = copy<std::uint16_t>();
     const bool isPopup = (option & PopupOption) != 0;
-    copyBytes(isPopup ? 2 : 4);
-    appendExpanded();
+    if (!isPopup) copyBytes(2); // mtID
+    ReadString(true);
     return {isPopup, (option & EndOption) != 0};
 }
 
-void MenuReaderExtended::ReadHeader() {
-    copyHeader(HelpIdSize);
-}
-
 MenuReader::ItemPlace MenuReaderExtended::readItem() {
-    alignOutput();
-    alignInput();
+    align();
     checkRange();
-    const unsigned info = peekWord(ResInfo);
+    copyBytes(4 + 4 + 4); // dwType, dwState, uId
+    const auto info = copy<std::uint16_t>();
     const bool isPopup = (info & PopupInfo) != 0;
-    copyBytes(ExtendedItemSize);
-    appendExpanded();
+    ReadString(true);
     if (isPopup) {
-        alignOutput();
-        alignInput();
-        copyBytes(HelpIdSize);
+        align();
+        copyBytes(4); // dwHelpId
     }
     return {isPopup, (info & EndInfo) != 0};
 }
@@ -105,7 +86,7 @@ PrepStatus PrepareMenuResource(const void* pMenuResource, std::size_t size, void
     return guardedRewrite([&] {
         if (pMenuResource == nullptr) throw prep_exception("NULL == pMenuResource");
         if (ppNewResource == nullptr) throw prep_exception("NULL == ppNewResource");
-        const std::unique_ptr<MenuReader> reader = readerFor(pMenuResource, size);
+        const std::unique_ptr<MenuReader> reader = readerFor(BinaryReader(pMenuResource, size));
         if (!reader) return PrepFailed;
         reader->Read(pMenuResource, size);
         return finishedTemplate(*reader, ppNewResource);

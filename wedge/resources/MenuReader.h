@@ -9,37 +9,32 @@
 ///
 /// Popups nest to any depth that the bytes allow: the levels that are open are kept in a list, not on the call stack.
 class MenuReader : public TemplateReader {
-public:
-    /// Reads a whole template of at most `input_size` bytes. Throws prep_exception.
-    void Read(const void* input_address, std::size_t input_size);
-
 protected:
-    /// What an item tells of the tree it stands in.
+    /// The place of an item in the tree of popups.
     struct ItemPlace {
         bool isPopup;
         bool isLast; ///< of its level
     };
 
-private:
-    virtual void ReadHeader() = 0;
-    virtual ItemPlace readItem() = 0;
-    void ReadItems();
-
-protected:
-    /// Copies all in front of the first item, which lies `gap` bytes behind the first two words.
+    /// Copies the version, the gap's size, and the gap before the first item.
     void copyHeader(std::size_t leastGap);
-    void appendExpanded();
+
+private:
+    void readTemplate() final;
+    virtual void ReadHeader() = 0;
+    void ReadItems();
+    virtual ItemPlace readItem() = 0;
 };
 
 /// MENUITEMTEMPLATEHEADER and MENUITEMTEMPLATE
 class MenuReaderStandard final : public MenuReader {
-    void ReadHeader() override;
+    void ReadHeader() override { copyHeader(0); }
     ItemPlace readItem() override;
 };
 
 /// MENUEX_TEMPLATE_HEADER and MENUEX_TEMPLATE_ITEM
 class MenuReaderExtended final : public MenuReader {
-    void ReadHeader() override;
+    void ReadHeader() override { copyHeader(4); } // dwHelpId
     ItemPlace readItem() override;
 };
 

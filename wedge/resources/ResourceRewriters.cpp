@@ -1,14 +1,16 @@
 #include "wedge/resources/ResourceRewriters.h"
 
+#include "support/BinaryReader.h"
+#include "support/BinaryWriter.h"
 #include "wedge/CLanguageStore.h"
 #include "wedge/LanguageTag.h"
-#include "wedge/resources/ByteCursor.h"
 #include "wedge/resources/ResourceFormats.h"
 #include "wedge/resources/RewriteResult.h"
 #include "wedge/string_ext.h"
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -19,57 +21,34 @@ constexpr std::uint16_t AddStringMessage = 0x143; // CB_ADDSTRING
 
 constexpr unsigned NoInvertFlag = 0x02; // FNOINVERT
 
-/// The bytes of a new resource.
-class ByteWriter {
-public:
-    template <typename Number>
-    void append(Number number) {
-        m_bytes.append(reinterpret_cast<const char*>(&number), sizeof number);
-    }
-    void append(std::span<const std::byte> bytes) {
-        m_bytes.append(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-    }
-    void appendTerminated(const std::string& text) { m_bytes.append(text.c_str(), text.size() + 1); }
-
-    PrepStatus finish(void** ppNewResource) const { return replacedBy(m_bytes.data(), m_bytes.size(), ppNewResource); }
-
-private:
-    std::string m_bytes;
-};
-
-void writeCountedString(ByteWriter& output, const std::wstring& text) {
-    const std::size_t count = std::min(text.size(), LongestString);
-    output.append(static_cast<std::uint16_t>(count));
-    for (std::size_t i = 0; i < count; ++i) output.append(static_cast<std::uint16_t>(text[i]));
-}
-
-PrepStatus rewriteStrings(ByteCursor input, void** ppNewResource) {
+PrepStatus rewriteStrings(BinaryReader input, void** ppNewResource) {
     const UINT codepage = GetLanguageCodepage();
     std::array<std::wstring, StringsInBundle> strings;
     bool anyChanged = false;
     for (std::wstring& text : strings) {
         bool changed = false;
-        const std::string expanded = ExpandLanguageKeys(convert_string(input.readCountedString(), codepage), &changed);
-        text = convert_wstring(expanded, codepage);
+        const std::wstring original = input.readText(input.read<std::uint16_t>());
+        text = convert_wstring(ExpandLanguageKeys(convert_string(original, codepage), &changed), codepage);
         anyChanged = anyChanged || changed;
     }
     if (!anyChanged) return PrepUnchanged;
-    ByteWriter output;
-    for (const std::wstring& text : strings) writeCountedString(output, text);
-    return output.finish(ppNewResource);
-}
-
-ACCELTABLEENTRY readEntry(ByteCursor& input) {
-    ACCELTABLEENTRY entry;
-    std::memcpy(&entry, input.readBytes(sizeof entry).data(), sizeof entry);
-    return entry;
+    BinaryWriter output;
+    for (std::wstring& text : strings) {
+        text.resize(std::min(text.size(), LongestString));
+        output.write(static_cast<std::uint16_t>(text.size()));
+        output.writeText(text);
+    }
+    return replacedBy(output.written(), ppNewResource);
 }
 
 /// All entries through the one with the end mark. Throws if there is none.
-std::vector<ACCELTABLEENTRY> readEntries(ByteCursor input) {
+std::vector<ACCELTABLEENTRY> readEntries(BinaryReader input) {
     std::vector<ACCELTABLEENTRY> entries;
     do {
-        entries.push_back(readEntry(input));
+        entries.push_back({.fFlags = input.read<std::uint16_t>(),
+                           .wAnsi = input.read<std::uint16_t>(),
+                           .wId = input.read<std::uint16_t>(),
+                           .padding = input.read<std::uint16_t>()});
     } while ((entries.back().fFlags & AccelTableEnd) == 0);
     return entries;
 }
@@ -97,50 +76,42 @@ bool translate(ACCELTABLEENTRY& entry) {
     return true;
 }
 
-PrepStatus rewriteAccelerators(ByteCursor input, void** ppNewResource) {
-    std::vector<ACCELTABLEENTRY> entries = readEntries(input);
+PrepStatus rewriteAccelerators(BinaryReader input, void** ppNewResource) {
+    BinaryWriter output;
     bool anyChanged = false;
-    for (ACCELTABLEENTRY& entry : entries) anyChanged = translate(entry) || anyChanged;
-    if (!anyChanged) return PrepUnchanged;
-    return replacedBy(entries.data(), entries.size() * sizeof entries[0], ppNewResource);
+    for (ACCELTABLEENTRY& entry : readEntries(input)) {
+        anyChanged = translate(entry) || anyChanged;
+        for (const std::uint16_t field : {entry.fFlags, entry.wAnsi, entry.wId, entry.padding}) output.write(field);
+    }
+    return anyChanged ? replacedBy(output.written(), ppNewResource) : PrepUnchanged;
 }
 
-/// Returns the text up to its terminator or to the end of the data, whichever comes first.
-std::string textIn(std::span<const std::byte> data) {
-    const auto end = std::find(data.begin(), data.end(), std::byte{0});
-    return {reinterpret_cast<const char*>(data.data()), static_cast<std::size_t>(end - data.begin())};
-}
-
-PrepStatus rewriteDialogInit(ByteCursor input, void** ppNewResource) {
-    ByteWriter output;
+PrepStatus rewriteDialogInit(BinaryReader input, void** ppNewResource) {
+    BinaryWriter output;
     bool anyChanged = false;
-    while (const std::uint16_t control = input.readWord()) {
-        const std::uint16_t message = input.readWord();
-        const std::uint32_t length = input.readDoubleWord();
-        const std::span<const std::byte> data = input.readBytes(length);
-        output.append(control);
-        output.append(message);
+    while (const auto control = input.read<std::uint16_t>()) {
+        const auto message = input.read<std::uint16_t>();
+        std::string data(input.readBytes(input.read<std::uint32_t>()));
         if (message == AddStringMessage) {
             bool changed = false;
-            const std::string text = ExpandLanguageKeys(textIn(data), &changed);
+            // The text ends at its terminator or at the end of the data.
+            data = ExpandLanguageKeys(data.substr(0, data.find('\0')), &changed) + '\0';
             anyChanged = anyChanged || changed;
-            output.append(static_cast<std::uint32_t>(text.size() + 1));
-            output.appendTerminated(text);
-        } else {
-            output.append(length);
-            output.append(data);
         }
+        output.write(control);
+        output.write(message);
+        output.write(static_cast<std::uint32_t>(data.size()));
+        output.writeBytes(data);
     }
-    if (!anyChanged) return PrepUnchanged;
-    output.append(std::uint16_t{0});
-    return output.finish(ppNewResource);
+    output.write(std::uint16_t{0});
+    return anyChanged ? replacedBy(output.written(), ppNewResource) : PrepUnchanged;
 }
 
 template <typename Rewriter>
 PrepStatus rewrite(const Rewriter& rewriter, const void* pResource, std::size_t size, void** ppNewResource) noexcept {
     if (pResource == nullptr) return PrepNoInput;
     if (ppNewResource == nullptr) return PrepFailed;
-    return guardedRewrite([&] { return rewriter(ByteCursor(pResource, size), ppNewResource); });
+    return guardedRewrite([&] { return rewriter(BinaryReader(pResource, size), ppNewResource); });
 }
 
 } // namespace
@@ -173,8 +144,8 @@ std::unique_ptr<ACCEL[]> ToAccelArray(const void* entries, std::size_t size, std
     if (entries == nullptr) return nullptr;
     std::vector<ACCELTABLEENTRY> table;
     try {
-        table = readEntries(ByteCursor(entries, size));
-    } catch (const prep_exception&) {
+        table = readEntries(BinaryReader(entries, size));
+    } catch (const EndOfData&) {
         return nullptr;
     }
     // Neither value initialization nor the assignment of a whole record sets the unused byte of an ACCEL.

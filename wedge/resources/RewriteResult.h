@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstring>
 #include <exception>
+#include <string_view>
 
 /// Runs a rewriter. Whatever fails in it leaves the compiled resource in use, and nobody is told.
 template <typename Rewriter>
@@ -17,10 +18,10 @@ PrepStatus guardedRewrite(const Rewriter& rewriter) noexcept {
     }
 }
 
-/// Hands out a copy of `size` bytes as a rewriter's new block.
-inline PrepStatus replacedBy(const void* content, std::size_t size, void** ppNewResource) {
-    auto* const block = new std::byte[size];
-    if (size > 0) std::memcpy(block, content, size);
+/// Returns a copy of the content as a rewriter's new block.
+inline PrepStatus replacedBy(std::string_view content, void** ppNewResource) {
+    auto* const block = new std::byte[content.size()];
+    std::memcpy(block, content.data(), content.size());
     *ppNewResource = block;
     return PrepReplaced;
 }
@@ -29,6 +30,5 @@ inline PrepStatus replacedBy(const void* content, std::size_t size, void** ppNew
 inline PrepStatus finishedTemplate(const TemplateReader& reader, void** ppNewResource) {
     if (reader.IsBad()) return PrepFailed;
     if (!reader.IsChanged()) return PrepUnchanged;
-    const std::u16string& output = reader.GetOutput();
-    return replacedBy(output.data(), output.size() * sizeof(char16_t), ppNewResource);
+    return replacedBy(reader.GetOutput(), ppNewResource);
 }
