@@ -36,12 +36,12 @@ struct Channel {
     Channel(unsigned seed, const float (&settings)[ParameterCount])
         : input(noise(seed)), output(BlockSize), design(FilterDesign::of(settings)) {}
 
-    FilterRun run() { return {input.data(), design, bands, &BandState::currentState}; }
+    FilterRun run() { return {input.data(), design, {states[0], states[1], states[2], states[3]}}; }
 
     Block input;
     Block output;
     FilterDesign design;
-    BandState bands[BandCount] = {};
+    double states[BandCount][2] = {};
 };
 
 void countSamples(benchmark::State& state, int samplesPerIteration) {
@@ -113,11 +113,10 @@ void silence(benchmark::State& state, const BlockKernel& kernel) {
     kernel.filter(channel.run(), channel.output.data());
     channel.input.assign(BlockSize, 0.0F);
     for (int block = 0; block < 2000; ++block) kernel.filter(channel.run(), channel.output.data());
-    const auto denormal = [](const BandState& band) {
-        return std::fpclassify(band.currentState[0]) == FP_SUBNORMAL ||
-               std::fpclassify(band.currentState[1]) == FP_SUBNORMAL;
+    const auto denormal = [](const double(&s)[2]) {
+        return std::fpclassify(s[0]) == FP_SUBNORMAL || std::fpclassify(s[1]) == FP_SUBNORMAL;
     };
-    const auto bands = std::count_if(std::begin(channel.bands), std::end(channel.bands), denormal);
+    const auto bands = std::count_if(std::begin(channel.states), std::end(channel.states), denormal);
     state.SetLabel(std::to_string(bands) + " of the four bands stayed in denormals");
     for (auto _ : state) {
         kernel.filter(channel.run(), channel.output.data());

@@ -12,7 +12,7 @@ bool overlap(const float* a, const float* b, int count) noexcept {
     return distance < static_cast<std::uintptr_t>(count) * sizeof(float);
 }
 
-/// Whether it can be told from the arrays which channel went first.
+/// Returns whether the samples depend on the order of the channels.
 bool orderShows(const float* const* inputs, float* const* outputs, int count) noexcept {
     return overlap(outputs[0], inputs[1], count) || overlap(outputs[1], inputs[0], count) ||
            overlap(outputs[0], outputs[1], count);
@@ -20,8 +20,7 @@ bool orderShows(const float* const* inputs, float* const* outputs, int count) no
 
 } // namespace
 
-void processPair(FourBandEqualizer& first, FourBandEqualizer& second, const float* const* inputs, float* const* outputs,
-                 int sampleCount, int mode) noexcept {
+void ChannelPair::process(const float* const* inputs, float* const* outputs, int sampleCount, int mode) noexcept {
     if (first.samplesToFill != second.samplesToFill || orderShows(inputs, outputs, sampleCount)) {
         first.process(inputs[0], outputs[0], sampleCount, mode);
         second.process(inputs[1], outputs[1], sampleCount, mode);
@@ -31,7 +30,22 @@ void processPair(FourBandEqualizer& first, FourBandEqualizer& second, const floa
         const int count = std::min(sampleCount - done, first.samplesToFill);
         first.exchange(inputs[0] + done, outputs[0] + done, count);
         second.exchange(inputs[1] + done, outputs[1] + done, count);
-        if (first.samplesToFill == 0) FourBandEqualizer::completeBlocks(first, second, mode);
+        if (first.samplesToFill == 0) completeBlocks(mode);
         done += count;
     }
+}
+
+// Two blocks without a change are filtered together. All others are rare.
+void ChannelPair::completeBlocks(int mode) noexcept {
+    const bool isOrdinary =
+        mode == FourBandEqualizer::Process && !first.parametersChanged() && !second.parametersChanged();
+    if (!isOrdinary || first.kernel != second.kernel) {
+        first.completeBlock(mode);
+        second.completeBlock(mode);
+        return;
+    }
+    first.samplesToFill = FourBandEqualizer::BlockSize;
+    second.samplesToFill = FourBandEqualizer::BlockSize;
+    first.kernel->filterTwo(first.currentRun(first.coefficients), first.outputBlock,
+                            second.currentRun(second.coefficients), second.outputBlock);
 }

@@ -2,9 +2,19 @@
 
 #include "engine/FourBandEqualizer.h"
 
-/// What `first.process` and then `second.process` do with the first and the second of the inputs and outputs, to the
-/// last sample, in less time: blocks that complete on both at once are run at once.
-///
-/// Any of the arrays may overlap, but for those of one engine as told there.
-void processPair(FourBandEqualizer& first, FourBandEqualizer& second, const float* const* inputs, float* const* outputs,
-                 int sampleCount, int mode) noexcept;
+/// The engines of two channels, which run together: where a block completes on both, one pass filters both blocks.
+class ChannelPair {
+public:
+    ChannelPair(FourBandEqualizer& firstEngine, FourBandEqualizer& secondEngine) noexcept
+        : first(firstEngine), second(secondEngine) {}
+
+    /// Writes the same samples as `process` of the first engine and then `process` of the second engine, in less time.
+    /// The arrays of different channels may overlap in any way.
+    void process(const float* const* inputs, float* const* outputs, int sampleCount, int mode) noexcept;
+
+private:
+    void completeBlocks(int mode) noexcept;
+
+    FourBandEqualizer& first;
+    FourBandEqualizer& second;
+};

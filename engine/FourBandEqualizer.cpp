@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-FourBandEqualizer::FourBandEqualizer() noexcept : FourBandEqualizer(fastestKernel()) {}
+FourBandEqualizer::FourBandEqualizer() noexcept : FourBandEqualizer(*availableKernels().back()) {}
 
 FourBandEqualizer::FourBandEqualizer(const BlockKernel& blockKernel) noexcept : kernel(&blockKernel) {
     reset();
@@ -38,10 +38,10 @@ void FourBandEqualizer::process(const float* input, float* output, int sampleCou
     }
 }
 
-// Collects samples, and hands out those of the block before.
+// Collects samples, and hands out samples of the previous block.
 void FourBandEqualizer::exchange(const float* input, float* output, int count) noexcept {
     const int p = BlockSize - samplesToFill;
-    // Input is read before output is written, since the two may be one array.
+    // The input is read before the output is written, since both may be one array.
     std::copy_n(input, count, inputBlock + p);
     std::copy_n(outputBlock + p, count, output);
     samplesToFill -= count;
@@ -54,16 +54,16 @@ void FourBandEqualizer::completeBlock(int mode) noexcept {
         if (parametersChanged()) {
             runChangeBlock();
         } else {
-            kernel->filter(run(coefficients, &BandState::currentState), outputBlock);
+            kernel->filter(currentRun(coefficients), outputBlock);
         }
         break;
     case FadeIn:
         design();
-        kernel->fadeIn(run(coefficients, &BandState::currentState), outputBlock);
+        kernel->fadeIn(currentRun(coefficients), outputBlock);
         break;
     case FadeOut:
         design();
-        kernel->fadeOut(run(coefficients, &BandState::currentState), outputBlock);
+        kernel->fadeOut(currentRun(coefficients), outputBlock);
         break;
     default:
         std::copy_n(inputBlock, BlockSize, outputBlock);
@@ -71,31 +71,26 @@ void FourBandEqualizer::completeBlock(int mode) noexcept {
     }
 }
 
-// Ordinary blocks, at once. All others are rare.
-void FourBandEqualizer::completeBlocks(FourBandEqualizer& first, FourBandEqualizer& second, int mode) noexcept {
-    const bool bothOrdinary = mode == Process && !first.parametersChanged() && !second.parametersChanged();
-    if (!bothOrdinary || first.kernel != second.kernel) {
-        first.completeBlock(mode);
-        second.completeBlock(mode);
-        return;
-    }
-    first.samplesToFill = BlockSize;
-    second.samplesToFill = BlockSize;
-    first.kernel->filterTwo(first.run(first.coefficients, &BandState::currentState), first.outputBlock,
-                            second.run(second.coefficients, &BandState::currentState), second.outputBlock);
-}
-
-// The new run starts from the state in which the last change block ended, and so with a transient of its own, where
+// The new run starts from the state in which the last change block ended. It therefore starts with a transient, where
 // the crossfade gives it a weight near 0.
 void FourBandEqualizer::runChangeBlock() noexcept {
     const FilterDesign before = coefficients;
     design();
-    kernel->change(run(before, &BandState::currentState), run(coefficients, &BandState::nextState), outputBlock);
+    kernel->change(currentRun(before), nextRun(), outputBlock);
     for (BandState& band : bandState) std::copy_n(band.nextState, 2, band.currentState);
 }
 
-FilterRun FourBandEqualizer::run(const FilterDesign& filter, StatePair pair) noexcept {
-    return {inputBlock, filter, bandState, pair};
+FilterRun FourBandEqualizer::currentRun(const FilterDesign& filter) noexcept {
+    return {
+        inputBlock,
+        filter,
+        {bandState[0].currentState, bandState[1].currentState, bandState[2].currentState, bandState[3].currentState}};
+}
+
+FilterRun FourBandEqualizer::nextRun() noexcept {
+    return {inputBlock,
+            coefficients,
+            {bandState[0].nextState, bandState[1].nextState, bandState[2].nextState, bandState[3].nextState}};
 }
 
 // Designs the waiting array. Keeps the design if no array waits.

@@ -51,7 +51,7 @@ void ParametricEqualizer::process(float** inputs, float** outputs, int32 sampleF
 }
 
 void ParametricEqualizer::processReplacing(float** inputs, float** outputs, int32 sampleFrames) {
-    processPair(*engines[0], *engines[1], inputs, outputs, sampleFrames, FourBandEqualizer::Process);
+    ChannelPair(*engines[0], *engines[1]).process(inputs, outputs, sampleFrames, FourBandEqualizer::Process);
 }
 
 void ParametricEqualizer::getProgramName(char* name) {

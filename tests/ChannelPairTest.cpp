@@ -93,7 +93,7 @@ TEST(ChannelPair, DoesWithAnyKernelWhatTwoPlainEnginesDoOneAfterTheOther) {
                 const int count = sound == Odd ? BlockSize : std::array{0, 64, 2048, LongestCall - 1}[random() % 4];
                 const float* const inputs[] = {&pair.memory[layout.inputs[0]], &pair.memory[layout.inputs[1]]};
                 float* const outputs[] = {&pair.memory[layout.outputs[0]], &pair.memory[layout.outputs[1]]};
-                processPair(*pair.engines[0], *pair.engines[1], inputs, outputs, count, mode);
+                ChannelPair(*pair.engines[0], *pair.engines[1]).process(inputs, outputs, count, mode);
                 for (const int channel : {0, 1})
                     single.engines[channel]->process(&single.memory[layout.inputs[channel]],
                                                      &single.memory[layout.outputs[channel]], count, mode);

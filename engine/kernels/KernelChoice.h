@@ -4,8 +4,6 @@
 
 #include <span>
 
-/// The kernels that this processor and its system can run, from the plain one to the fastest.
+/// Returns the kernels that this processor and its system can run, from the plain one to the fastest. The first call
+/// asks the processor, so it must not be on the audio thread.
 [[nodiscard]] std::span<const BlockKernel* const> availableKernels() noexcept;
-
-/// The fastest of them. Chosen at the first call, which belongs off the audio thread.
-[[nodiscard]] const BlockKernel& fastestKernel() noexcept;

@@ -5,6 +5,6 @@
 /// Two vectors of two bands.
 extern const BlockKernel sse2Kernel;
 
-/// One vector of four bands. For 64-bit builds alone: in a 32-bit process, one use of the wide registers was seen to
-/// slow all later SSE code of its thread, the host's too.
+/// One vector of four bands, for 64-bit builds only. In a 32-bit process, one use of the wide registers was seen to
+/// slow all later SSE code of its thread, including the host's code.
 extern const BlockKernel avx2Kernel;

@@ -6,22 +6,29 @@ void applyGain(float* buffer, float gain, int count) noexcept {
     for (int i = 0; i < count; ++i) buffer[i] = gain * buffer[i];
 }
 
-void runPeakSection(float* buffer, int count, double c, double k, double G, double* s1, double* s2) noexcept {
+void runPeakSection(float* buffer, int count, double c, double k, double G, double* firstState,
+                    double* secondState) noexcept {
     const double h = (G - 1.0) * 0.5;
-    double inner = *s1;
-    double outer = *s2;
+    double s1 = *firstState;
+    double s2 = *secondState;
     for (int n = 0; n < count; ++n) {
         const double x = buffer[n];
-        const double a = x + k * outer;
-        const double b = a - c * inner;
-        const double e = outer - k * a; // the allpass of x
+        const double a = x + k * s2;
+        const double b = a - c * s1;
+        const double e = s2 - k * a; // the allpass of x
         const double u = x - e;
         buffer[n] = static_cast<float>(u * h + x);
-        outer = inner + c * b;
-        inner = b;
+        s2 = s1 + c * b;
+        s1 = b;
     }
-    *s1 = inner;
-    *s2 = outer;
+    *firstState = s1;
+    *secondState = s2;
+}
+
+void runBand(float* buffer, int count, const FilterRun& run, int band) noexcept {
+    const FilterDesign& design = run.design;
+    runPeakSection(buffer, count, design.centreCoefficient[band], design.bandwidthCoefficient[band],
+                   design.bandGain[band], &run.states[band][0], &run.states[band][1]);
 }
 
 void crossfade(float* target, const float* source, int count) noexcept {
@@ -33,13 +40,6 @@ void crossfade(float* target, const float* source, int count) noexcept {
         target[i] = static_cast<float>((1.0 - r) * target[i] + r * source[i]);
         r = r + increment;
     }
-}
-
-void runBand(float* buffer, int count, const FilterRun& run, int band) noexcept {
-    const FilterDesign& design = run.design;
-    double(&state)[2] = run.bands[band].*run.pair;
-    runPeakSection(buffer, count, design.centreCoefficient[band], design.bandwidthCoefficient[band],
-                   design.bandGain[band], &state[0], &state[1]);
 }
 
 namespace {
@@ -64,18 +64,15 @@ void change(const FilterRun& before, const FilterRun& after, float* output) noex
     crossfade(output, alternateBlock, BlockSize);
 }
 
-void fadeIn(const FilterRun& run, float* output) noexcept {
-    float alternateBlock[BlockSize];
-    filter(run, alternateBlock);
-    std::copy_n(run.input, BlockSize, output);
-    crossfade(output, alternateBlock, BlockSize);
-}
-
-void fadeOut(const FilterRun& run, float* output) noexcept {
-    filter(run, output);
-    crossfade(output, run.input, BlockSize);
+template <Fade Direction>
+void fade(const FilterRun& run, float* output) noexcept {
+    float filtered[BlockSize];
+    filter(run, filtered);
+    const bool in = Direction == Fade::In;
+    std::copy_n(in ? run.input : filtered, BlockSize, output);
+    crossfade(output, in ? filtered : run.input, BlockSize);
 }
 
 } // namespace
 
-const BlockKernel plainKernel = {"plain", filter, filterTwo, change, fadeIn, fadeOut};
+const BlockKernel plainKernel = {"plain", filter, filterTwo, change, fade<Fade::In>, fade<Fade::Out>};

@@ -4,12 +4,12 @@
 
 #include <emmintrin.h>
 
-// A kernel for any instruction set that has vectors of four doubles, or can pretend to.
+// A kernel for each instruction set whose vectors hold two or four doubles.
 //
-// Within a section each sample waits for the one before: k*s2, +x, -c*s1, c*b, +s1 are a chain of five operations, none
-// of which can be left out or regrouped without another rounding. The plain kernel pays for that chain four times, once
-// a band. But band 1 may begin as soon as band 0 has finished its first samples, and so on, so here the bands go over
-// the block together, one lane of a vector each, every band Lag samples behind the one before it:
+// Within a section each sample waits for the sample before it: k*s2, +x, -c*s1, c*b, +s1 are a chain of five
+// operations. None of them can be omitted or regrouped without another rounding. The plain kernel waits for that chain
+// four times, once per band. But band 1 can start as soon as band 0 has finished its first samples, and so on. So the
+// bands go over the block side by side, one lane of a vector per band, every band Lag samples after the previous one:
 //
 //     sample      0   4   8   12  16  20  ...  2032 2036 2040 2044
 //
@@ -18,29 +18,28 @@
 //     band 2      s   1   2   3   .   .   ...  N-1   N    d    d
 //     band 3      1   2   3   .   .   .   ...   N    d    d    d
 //
-// Each mark stands for Lag samples of a band, and marks of one number are one round of the loop: a slanting front that
-// sweeps over the block. What does not fit under the front at either end, the triangles s (start-up) and d (drain), is
-// left to the plain section. Between two bands the front always has the same number of samples on their way: Lag of
-// them, each rounded to float as if it lay in the block.
+// Each mark is Lag samples of a band, and the marks of one number are one round of the loop: a slanting front that
+// sweeps over the block. At either end the front does not fit, and the plain section computes the triangles s
+// (start-up) and d (drain). Between two bands the front always holds Lag samples, each rounded to float as in a block.
 //
-// A lag of 1 would be enough for correctness. But the way from one band's output to the next one's input (four
-// operations, two conversions and a shuffle) would then become a loop of its own, longer than the chain. Four samples
-// of lag hide it, and fit the vectors of four floats that go in and out.
+// A lag of 1 would be enough for correctness. But the path from one band's output to the next band's input (four
+// operations, two conversions and a shuffle) would then be a loop of its own, longer than the chain. A lag of four
+// samples hides that path, and fits the vectors of four floats for input and output.
 
-// Everything is unnamed, so that each instruction set has its own copies: were they shared, the linker might give the
-// kernel for an old processor a function compiled for a new one. For the same reason nothing of the standard library
-// is used here.
+// Everything is in an unnamed namespace, so that each instruction set has its own copies. The linker could otherwise
+// give the kernel for an old processor a function compiled for a new one. For the same reason this file uses nothing of
+// the standard library.
 namespace {
 
 constexpr int BlockSize = BlockKernel::BlockSize;
 constexpr int Lag = 4;
-/// Samples on their way between the bands.
+/// Samples between the bands.
 constexpr int InFlight = (BandCount - 1) * Lag;
 
-static_assert(BandCount == 4, "a lane a band");
+static_assert(BandCount == 4, "one lane per band");
 static_assert(BlockSize % Lag == 0 && BlockSize > InFlight);
 
-/// Four floats: the bands' samples, or samples in their order. Every x86 processor of use has these.
+/// Four floats: a sample of each band, or four samples in their order.
 struct FloatQuad {
     __m128 lanes;
 
@@ -49,43 +48,43 @@ struct FloatQuad {
     static FloatQuad of(float a, float b, float c, float d) noexcept { return {_mm_setr_ps(a, b, c, d)}; }
     void store(float* target) const noexcept { _mm_storeu_ps(target, lanes); }
 
-    /// Each lane moved up by one, with the product of the lowest of `gain` and `sample` in the place that is free.
+    /// Returns each lane moved up by one, and in the lowest lane the product of `sample` and the lowest lane of `gain`.
     [[nodiscard]] FloatQuad shiftedUp(FloatQuad gain, const float* sample) const noexcept {
         const __m128 rotated = _mm_shuffle_ps(lanes, lanes, _MM_SHUFFLE(2, 1, 0, 3));
         return {_mm_move_ss(rotated, _mm_mul_ss(_mm_load_ss(sample), gain.lanes))};
     }
 
-    /// The highest lane of each of four.
+    /// Returns the highest lane of each of four.
     static FloatQuad highest(const FloatQuad (&quads)[4]) noexcept {
         return {_mm_movehl_ps(_mm_unpackhi_ps(quads[2].lanes, quads[3].lanes),
                               _mm_unpackhi_ps(quads[0].lanes, quads[1].lanes))};
     }
 };
 
-/// The two ends of a run, where the front is not complete: what the plain section does there, before and after.
+/// The start-up and the drain of a run, in which the plain section does the work.
 class Ends {
 public:
-    /// Brings the bands into their slanting line.
+    /// Runs the start-up.
     explicit Ends(const FilterRun& filterRun) noexcept : run(filterRun) {
         for (int i = 0; i < InFlight; ++i) line[i] = run.input[i];
         applyGain(line, static_cast<float>(run.design.outputGain), InFlight);
         for (int band = 0; band < BandCount - 1; ++band) runBand(line, InFlight - band * Lag, run, band);
     }
 
-    /// Brings the bands to the end of the block.
+    /// Runs the drain.
     void drain() noexcept {
         for (int band = 1; band < BandCount; ++band) runBand(line + InFlight - band * Lag, band * Lag, run, band);
     }
 
-    /// What the drain has finished: Lag samples from `n` onward, which lies less than InFlight before the end.
+    /// Returns Lag samples of the drain from `n` onward. `n` is one of the last InFlight samples of the block.
     [[nodiscard]] FloatQuad drained(int n) const noexcept { return FloatQuad::load(line + n - (BlockSize - InFlight)); }
 
     const FilterRun& run;
-    /// The samples on their way to band 3, then to band 2, then to band 1: Lag of each.
+    /// The samples between the bands: Lag samples for band 3, then for band 2, then for band 1.
     float line[InFlight];
 };
 
-/// A section each of as many bands as there are doubles in a `Vector`.
+/// The sections of as many bands as a `Vector` has doubles.
 template <typename Vector>
 class Sections {
 public:
@@ -102,7 +101,7 @@ public:
         storeState(run, firstBand, 1, s2);
     }
 
-    /// A sample through each, all of them different ones.
+    /// Runs each section over one sample. The samples of the bands are different ones.
     [[gnu::always_inline]] Vector step(Vector x) noexcept {
         const Vector a = x + k * s2;
         const Vector b = a - c * s1;
@@ -117,24 +116,25 @@ public:
 private:
     [[gnu::always_inline]] static Vector loadState(const FilterRun& run, int firstBand, int index) noexcept {
         double values[Vector::Width];
-        for (int i = 0; i < Vector::Width; ++i) values[i] = (run.bands[firstBand + i].*run.pair)[index];
+        for (int i = 0; i < Vector::Width; ++i) values[i] = run.states[firstBand + i][index];
         return Vector::load(values);
     }
 
     [[gnu::always_inline]] static void storeState(const FilterRun& run, int firstBand, int index, Vector s) noexcept {
         double values[Vector::Width];
         s.store(values);
-        for (int i = 0; i < Vector::Width; ++i) (run.bands[firstBand + i].*run.pair)[index] = values[i];
+        for (int i = 0; i < Vector::Width; ++i) run.states[firstBand + i][index] = values[i];
     }
 
     Vector c, k, h;
     Vector s1, s2;
 };
 
-/// The front: four bands side by side. Nothing takes its address, so that it can live in registers.
+/// The front: four bands side by side. No code takes its address, so that it can be kept in registers.
 template <typename Vector>
 class Wavefront {
 public:
+    /// Loads the states and the samples that the start-up left.
     [[gnu::always_inline]] explicit Wavefront(const Ends& ends) noexcept
         : input(ends.run.input), gain(FloatQuad::all(static_cast<float>(ends.run.design.outputGain))) {
         for (int part = 0; part < Parts; ++part) sections[part].load(ends.run, part * Vector::Width);
@@ -142,7 +142,7 @@ public:
             flight[i] = FloatQuad::of(ends.line[2 * Lag + i], ends.line[Lag + i], ends.line[i], 0.0F);
     }
 
-    /// Moves every band on by a sample. Band 0 takes sample `n`, the `turn`th of a round.
+    /// Moves every band on by one sample. Band 0 takes sample `n`, which has number `turn` in its round.
     [[gnu::always_inline]] void step(int n, int turn) noexcept {
         const FloatQuad samples = flight[turn].shiftedUp(gain, input + n);
         Vector y[Parts];
@@ -151,13 +151,13 @@ public:
         flight[turn] = Vector::narrowed(y);
     }
 
-    /// The Lag samples that band 3 has finished in the last round.
+    /// Returns the Lag samples that band 3 finished in the last round.
     [[gnu::always_inline]] [[nodiscard]] FloatQuad finished() const noexcept {
         return FloatQuad::highest(flight);
     }
 
-    /// Leaves the end of the block to others.
-    [[gnu::always_inline]] void handOver(Ends& ends) const noexcept {
+    /// Stores the states, and the samples that the drain completes.
+    [[gnu::always_inline]] void store(Ends& ends) const noexcept {
         for (int part = 0; part < Parts; ++part) sections[part].storeStates(ends.run, part * Vector::Width);
         for (int i = 0; i < Lag; ++i) {
             float bands[BandCount];
@@ -172,13 +172,18 @@ private:
     const float* input;
     FloatQuad gain;
     Sections<Vector> sections[Parts];
-    FloatQuad flight[Lag]; ///< what each band has made of a sample, on its way to the next band
+    FloatQuad flight[Lag]; ///< outputs of all bands, on their way to the next band
 };
 
 /// A crossfade over a block, four samples at a time. All weights are exact.
 template <typename Vector>
 class Crossfade {
 public:
+    Crossfade() noexcept {
+        const double first[] = {0.5 / BlockSize, 1.5 / BlockSize, 2.5 / BlockSize, 3.5 / BlockSize};
+        for (int part = 0; part < Parts; ++part) weights[part] = Vector::load(first + part * Vector::Width);
+    }
+
     [[gnu::always_inline]] FloatQuad operator()(FloatQuad from, FloatQuad to) noexcept {
         Vector blended[Parts];
 #pragma GCC unroll 2
@@ -190,71 +195,82 @@ public:
         return Vector::narrowed(blended);
     }
 
-    Crossfade() noexcept {
-        const double first[] = {0.5 / BlockSize, 1.5 / BlockSize, 2.5 / BlockSize, 3.5 / BlockSize};
-        for (int part = 0; part < Parts; ++part) weights[part] = Vector::load(first + part * Vector::Width);
-    }
-
 private:
     static constexpr int Parts = 4 / Vector::Width;
     Vector weights[Parts];
 };
 
-/// Sweeps over a block with any number of runs at once, whose chains then wait side by side. `put` gets the finished
-/// samples, four of each run at a time, in their order.
-template <typename Vector, typename Put, typename... Run>
-void sweep(Put put, Run... ends) noexcept {
+/// Filters a block. `put` receives the finished samples in their order, four at a time.
+template <typename Vector, typename Put>
+[[gnu::always_inline]] inline void filter(const FilterRun& run, Put put) noexcept {
+    Ends ends(run);
+    Wavefront<Vector> front(ends);
     int n = 0;
-    [&](auto... fronts) {
-        for (; n < BlockSize - InFlight; n += Lag) {
+    for (; n < BlockSize - InFlight; n += Lag) {
 #pragma GCC unroll 4
-            for (int turn = 0; turn < Lag; ++turn) (fronts.step(n + InFlight + turn, turn), ...);
-            put(n, fronts.finished()...);
+        for (int turn = 0; turn < Lag; ++turn) front.step(n + InFlight + turn, turn);
+        put(n, front.finished());
+    }
+    front.store(ends);
+    ends.drain();
+    for (; n < BlockSize; n += Lag) put(n, ends.drained(n));
+}
+
+/// Filters two blocks. The chains of the two fronts wait side by side.
+template <typename Vector, typename Put>
+[[gnu::always_inline]] inline void filterTwo(const FilterRun& first, const FilterRun& second, Put put) noexcept {
+    Ends firstEnds(first);
+    Ends secondEnds(second);
+    Wavefront<Vector> firstFront(firstEnds);
+    Wavefront<Vector> secondFront(secondEnds);
+    int n = 0;
+    for (; n < BlockSize - InFlight; n += Lag) {
+#pragma GCC unroll 4
+        for (int turn = 0; turn < Lag; ++turn) {
+            firstFront.step(n + InFlight + turn, turn);
+            secondFront.step(n + InFlight + turn, turn);
         }
-        (fronts.handOver(ends), ...);
-    }(Wavefront<Vector>(ends)...);
-    (ends.drain(), ...);
-    for (; n < BlockSize; n += Lag) put(n, ends.drained(n)...);
+        put(n, firstFront.finished(), secondFront.finished());
+    }
+    firstFront.store(firstEnds);
+    secondFront.store(secondEnds);
+    firstEnds.drain();
+    secondEnds.drain();
+    for (; n < BlockSize; n += Lag) put(n, firstEnds.drained(n), secondEnds.drained(n));
 }
 
 template <typename Vector>
 struct WavefrontKernel {
-    static void filter(const FilterRun& run, float* output) noexcept {
-        sweep<Vector>([=](int n, FloatQuad y) { y.store(output + n); }, Ends(run));
+    static void filterBlock(const FilterRun& run, float* output) noexcept {
+        filter<Vector>(run, [=](int n, FloatQuad y) { y.store(output + n); });
     }
 
-    static void filterTwo(const FilterRun& first, float* firstOutput, const FilterRun& second,
-                          float* secondOutput) noexcept {
-        const auto put = [=](int n, FloatQuad y, FloatQuad z) {
+    static void filterTwoBlocks(const FilterRun& first, float* firstOutput, const FilterRun& second,
+                                float* secondOutput) noexcept {
+        filterTwo<Vector>(first, second, [=](int n, FloatQuad y, FloatQuad z) {
             y.store(firstOutput + n);
             z.store(secondOutput + n);
-        };
-        sweep<Vector>(put, Ends(first), Ends(second));
+        });
     }
 
     static void change(const FilterRun& before, const FilterRun& after, float* output) noexcept {
-        const auto put = [=, blend = Crossfade<Vector>()](int n, FloatQuad from, FloatQuad to) mutable {
-            blend(from, to).store(output + n);
-        };
-        sweep<Vector>(put, Ends(before), Ends(after));
+        filterTwo<Vector>(before, after,
+                          [=, crossfade = Crossfade<Vector>()](int n, FloatQuad from, FloatQuad to) mutable {
+                              crossfade(from, to).store(output + n);
+                          });
     }
 
-    static void fadeIn(const FilterRun& run, float* output) noexcept {
-        const auto put = [=, dry = run.input, blend = Crossfade<Vector>()](int n, FloatQuad wet) mutable {
-            blend(FloatQuad::load(dry + n), wet).store(output + n);
-        };
-        sweep<Vector>(put, Ends(run));
-    }
-
-    static void fadeOut(const FilterRun& run, float* output) noexcept {
-        const auto put = [=, dry = run.input, blend = Crossfade<Vector>()](int n, FloatQuad wet) mutable {
-            blend(wet, FloatQuad::load(dry + n)).store(output + n);
-        };
-        sweep<Vector>(put, Ends(run));
+    template <Fade Direction>
+    static void fade(const FilterRun& run, float* output) noexcept {
+        filter<Vector>(run, [=, input = run.input, crossfade = Crossfade<Vector>()](int n, FloatQuad wet) mutable {
+            const FloatQuad dry = FloatQuad::load(input + n);
+            const FloatQuad blended = Direction == Fade::In ? crossfade(dry, wet) : crossfade(wet, dry);
+            blended.store(output + n);
+        });
     }
 
     static constexpr BlockKernel named(const char* name) noexcept {
-        return {name, filter, filterTwo, change, fadeIn, fadeOut};
+        return {name, filterBlock, filterTwoBlocks, change, fade<Fade::In>, fade<Fade::Out>};
     }
 };
 
