@@ -1,201 +1,190 @@
-// What the filter costs: each kernel on a block, on a pair of blocks and on a change, with signal and after silence has
-// brought the state down to denormals; and the chain of operations that none of them can go below with one block.
+// Measures the filter: each kernel on a block, on a pair of blocks, on a change and on a fade, with signal, and in
+// silence after the state has decayed to denormals; and the chain of operations that limits every kernel.
+//
+//     bench-kernel [TEXT]    only the figures whose names contain TEXT
+//
+// Each line of the output is a name, a tab, the least of 100 measurements in nanoseconds, a tab, and a remark. The
+// measurements take turns in random order. This program uses no benchmark library, because none is packaged for
+// Windows.
 
-#include "engine/FourBandEqualizer.h"
 #include "engine/kernels/KernelChoice.h"
-
-#include <benchmark/benchmark.h>
+#include "tests/support/EngineInput.h"
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
-#include <random>
+#include <cstdio>
+#include <functional>
+#include <memory>
 #include <string>
-#include <vector>
 
 namespace {
 
-constexpr int BlockSize = BlockKernel::BlockSize;
+// Many short measurements: on a busy machine some of them are not interrupted.
+constexpr int Rounds = 100;
+constexpr double LeastDuration = 1e6; // nanoseconds
 
-using Block = std::vector<float>;
-
-Block noise(unsigned seed) {
-    std::mt19937 random(seed);
-    std::uniform_real_distribution<float> pick(-0.5F, 0.5F);
-    Block block(BlockSize);
-    for (float& sample : block) sample = pick(random);
-    return block;
-}
-
-/// Four bands on, as in use.
+/// Four active bands, as in use.
 constexpr float Settings[ParameterCount] = {-3, 80, 400, 2500, 9000, 4, -5, 6, -2, 1, 2, 3, 1.5F};
 constexpr float OtherSettings[ParameterCount] = {-6, 100, 700, 3500, 12000, -3, 4, -6, 5, 2, 1, 2, 3};
 
-/// A channel that filters one block over and over.
+struct Figure {
+    std::string name;
+    std::function<double()> measure; ///< returns nanoseconds
+    std::string remark = {};
+    double least = Infinity;
+};
+
+double nanosecondsOf(const auto& work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - start).count();
+}
+
+/// Returns a measurement of the time that `call` needs for each of its `samples`.
+std::function<double()> perSample(int samples, std::function<void()> call) {
+    return [=] {
+        for (int calls = 1;; calls *= 2) {
+            const double duration = nanosecondsOf([&] {
+                for (int i = 0; i < calls; ++i) call();
+            });
+            if (duration >= LeastDuration) return duration / calls / samples;
+        }
+    };
+}
+
+Samples noiseBlock(unsigned seed) {
+    std::mt19937 random(seed);
+    return noise(random, BlockSize, 0.5F);
+}
+
+/// A channel that filters one block repeatedly.
 struct Channel {
-    Channel(unsigned seed, const float (&settings)[ParameterCount])
-        : input(noise(seed)), output(BlockSize), design(FilterDesign::of(settings)) {}
+    explicit Channel(unsigned seed) : input(noiseBlock(seed)) {}
 
     FilterRun run() { return {input.data(), design, {states[0], states[1], states[2], states[3]}}; }
 
-    Block input;
-    Block output;
-    FilterDesign design;
+    Samples input;
+    Samples output = Samples(BlockSize);
+    FilterDesign design = FilterDesign::of(Settings);
     double states[BandCount][2] = {};
 };
 
-void countSamples(benchmark::State& state, int samplesPerIteration) {
-    state.counters["per_sample"] = benchmark::Counter(
-        samplesPerIteration, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+Figure ordinaryBlock(const BlockKernel& kernel) {
+    return {"ordinary", perSample(BlockSize, [&kernel, channel = Channel(1)]() mutable {
+                kernel.filter(channel.run(), channel.output.data());
+            })};
 }
 
-/// The five operations for which a section's next sample waits, and nothing else. What lies off the chain is constant.
+Figure stereoPair(const BlockKernel& kernel) {
+    return {"pair", perSample(2 * BlockSize, [&kernel, left = Channel(1), right = Channel(2)]() mutable {
+                kernel.filterTwo(left.run(), left.output.data(), right.run(), right.output.data());
+            })};
+}
+
+/// Includes the design of the new setting.
+Figure changeBlock(const BlockKernel& kernel) {
+    const auto engine = std::make_shared<FourBandEqualizer>(kernel);
+    return {"change", perSample(BlockSize, [engine, channel = Channel(1), other = false]() mutable {
+                other = !other;
+                engine->setParameters(other ? OtherSettings : Settings);
+                engine->process(channel.input.data(), channel.output.data(), BlockSize, FourBandEqualizer::Process);
+            })};
+}
+
+Figure fadeBlock(const BlockKernel& kernel) {
+    return {"fade", perSample(BlockSize, [&kernel, channel = Channel(1)]() mutable {
+                kernel.fadeIn(channel.run(), channel.output.data());
+            })};
+}
+
+/// Long after the last sound. Rounding keeps the state of most settings among the denormals.
+Figure silence(const BlockKernel& kernel) {
+    Channel channel(1);
+    kernel.filter(channel.run(), channel.output.data());
+    channel.input.assign(BlockSize, 0.0F);
+    for (int block = 0; block < 2000; ++block) kernel.filter(channel.run(), channel.output.data());
+    const auto bands = std::ranges::count_if(channel.states, [](const double(&state)[2]) {
+        return std::fpclassify(state[0]) == FP_SUBNORMAL || std::fpclassify(state[1]) == FP_SUBNORMAL;
+    });
+    return {"silence",
+            perSample(BlockSize, [&kernel, channel]() mutable { kernel.filter(channel.run(), channel.output.data()); }),
+            std::to_string(bands) + " of the four bands stayed in denormals"};
+}
+
+/// The five operations for which the next sample of a section waits. The operands outside the chain are constant.
 [[gnu::noinline]] double runChain(double s2, double c, double k, double x, double cs1, double s1) {
     for (int n = 0; n < BlockSize; ++n) s2 = s1 + c * ((x + k * s2) - cs1);
     return s2;
 }
 
-/// What a block costs at the least, if the bands run side by side. `size` is that of the numbers.
-void chain(benchmark::State& state, double size) {
-    const FilterDesign design = FilterDesign::of(Settings);
-    double s2 = 0.3 * size;
-    for (auto _ : state)
-        s2 = runChain(s2, design.centreCoefficient[1], design.bandwidthCoefficient[1], 0.2 * size, 0.01 * size,
-                      0.02 * size);
-    benchmark::DoNotOptimize(s2);
-    countSamples(state, BlockSize);
-}
-
-void ordinaryBlock(benchmark::State& state, const BlockKernel& kernel) {
-    Channel channel(1, Settings);
-    for (auto _ : state) {
-        kernel.filter(channel.run(), channel.output.data());
-        benchmark::ClobberMemory();
-    }
-    countSamples(state, BlockSize);
-}
-
-void stereoPair(benchmark::State& state, const BlockKernel& kernel) {
-    Channel left(1, Settings);
-    Channel right(2, Settings);
-    for (auto _ : state) {
-        kernel.filterTwo(left.run(), left.output.data(), right.run(), right.output.data());
-        benchmark::ClobberMemory();
-    }
-    countSamples(state, 2 * BlockSize);
-}
-
-/// With the design of the new setting, as in use.
-void changeBlock(benchmark::State& state, const BlockKernel& kernel) {
-    FourBandEqualizer engine(kernel);
-    Block block = noise(1);
-    Block output(BlockSize);
-    for (auto _ : state) {
-        engine.setParameters(state.iterations() % 2 == 0 ? Settings : OtherSettings);
-        engine.process(block.data(), output.data(), BlockSize, FourBandEqualizer::Process);
-        benchmark::ClobberMemory();
-    }
-    countSamples(state, BlockSize);
-}
-
-void fadeBlock(benchmark::State& state, const BlockKernel& kernel) {
-    Channel channel(1, Settings);
-    for (auto _ : state) {
-        kernel.fadeIn(channel.run(), channel.output.data());
-        benchmark::ClobberMemory();
-    }
-    countSamples(state, BlockSize);
-}
-
-/// Long after the last sound. Most settings never come to rest: rounding keeps the state circling among denormals.
-void silence(benchmark::State& state, const BlockKernel& kernel) {
-    Channel channel(1, Settings);
-    kernel.filter(channel.run(), channel.output.data());
-    channel.input.assign(BlockSize, 0.0F);
-    for (int block = 0; block < 2000; ++block) kernel.filter(channel.run(), channel.output.data());
-    const auto denormal = [](const double(&s)[2]) {
-        return std::fpclassify(s[0]) == FP_SUBNORMAL || std::fpclassify(s[1]) == FP_SUBNORMAL;
-    };
-    const auto bands = std::count_if(std::begin(channel.states), std::end(channel.states), denormal);
-    state.SetLabel(std::to_string(bands) + " of the four bands stayed in denormals");
-    for (auto _ : state) {
-        kernel.filter(channel.run(), channel.output.data());
-        benchmark::ClobberMemory();
-    }
-    countSamples(state, BlockSize);
+/// The least time of a block whose bands run side by side. `size` is the size of the numbers.
+Figure chain(const char* name, double size) {
+    return {name, perSample(BlockSize, [size, design = FilterDesign::of(Settings), s2 = 0.3 * size]() mutable {
+                s2 = runChain(s2, design.centreCoefficient[1], design.bandwidthCoefficient[1], 0.2 * size, 0.01 * size,
+                              0.02 * size);
+            })};
 }
 
 /// Samples in and out without a filter.
-void staging(benchmark::State& state) {
+Figure staging() {
     constexpr int PassMode = 3;
-    FourBandEqualizer engine;
-    Block block = noise(1);
-    for (auto _ : state) {
-        engine.process(block.data(), block.data(), BlockSize, PassMode);
-        benchmark::ClobberMemory();
-    }
-    countSamples(state, BlockSize);
+    const auto engine = std::make_shared<FourBandEqualizer>();
+    return {"staging", perSample(BlockSize, [engine, block = noiseBlock(1)]() mutable {
+                engine->process(block.data(), block.data(), BlockSize, PassMode);
+            })};
 }
 
-/// Calls of 64 samples: in one of 32 a block completes, and that one bears all the work.
-void shortCalls(benchmark::State& state) {
-    using Clock = std::chrono::steady_clock;
-    constexpr int Frames = 64;
-    constexpr int CallsABlock = BlockSize / Frames;
-    FourBandEqualizer engine;
-    engine.setParameters(Settings);
-    Block block = noise(1);
-    std::vector<double> worst;
-    double sum = 0;
-    for (auto _ : state) {
-        double longest = 0;
-        for (int call = 0; call < CallsABlock; ++call) {
-            float* const samples = block.data() + call * Frames;
-            const auto start = Clock::now();
-            engine.process(samples, samples, Frames, FourBandEqualizer::Process);
-            const double duration = std::chrono::duration<double, std::nano>(Clock::now() - start).count();
-            sum += duration;
-            longest = std::max(longest, duration);
+/// Calls of 64 samples. A block completes in one call of 32, and that call does all the work.
+constexpr int Frames = 64;
+constexpr int CallsPerBlock = BlockSize / Frames;
+
+Figure meanCall() {
+    const auto engine = std::make_shared<FourBandEqualizer>();
+    engine->setParameters(Settings);
+    const auto callAll = [engine, block = noiseBlock(1)]() mutable {
+        for (int n = 0; n < BlockSize; n += Frames)
+            engine->process(&block[n], &block[n], Frames, FourBandEqualizer::Process);
+    };
+    return {"mean_call", perSample(CallsPerBlock, callAll)};
+}
+
+Figure completingCall() {
+    const auto engine = std::make_shared<FourBandEqualizer>();
+    engine->setParameters(Settings);
+    const auto measure = [engine, block = noiseBlock(1)]() mutable {
+        std::vector<double> durations(101);
+        for (double& duration : durations) {
+            engine->process(block.data(), block.data(), BlockSize - Frames, FourBandEqualizer::Process);
+            float* const last = &block[BlockSize - Frames];
+            duration = nanosecondsOf([&] { engine->process(last, last, Frames, FourBandEqualizer::Process); });
         }
-        worst.push_back(longest);
-    }
-    // The median, since a call may also be the one that the system has interrupted.
-    std::nth_element(worst.begin(), worst.begin() + static_cast<std::ptrdiff_t>(worst.size() / 2), worst.end());
-    state.counters["worst_ns"] = worst[worst.size() / 2];
-    state.counters["mean_ns"] = sum / static_cast<double>(state.iterations()) / CallsABlock;
-}
-
-void registerAll() {
-    using Measure = void(benchmark::State&, const BlockKernel&);
-    const struct {
-        const char* name;
-        Measure* measure;
-    } rows[] = {{"ordinary", ordinaryBlock},
-                {"pair", stereoPair},
-                {"change", changeBlock},
-                {"fade", fadeBlock},
-                {"silence", silence}};
-    for (const auto& row : rows)
-        for (const BlockKernel* kernel : availableKernels())
-            benchmark::RegisterBenchmark((std::string(row.name) + "/" + kernel->name).c_str(),
-                                         [=](benchmark::State& state) { row.measure(state, *kernel); });
-    benchmark::RegisterBenchmark("chain", chain, 1.0);
-    benchmark::RegisterBenchmark("chain_in_denormals", chain, 1e-310);
-    benchmark::RegisterBenchmark("staging", staging);
-    benchmark::RegisterBenchmark("short_calls", shortCalls);
+        // The median, since the system may interrupt a call.
+        std::ranges::nth_element(durations, durations.begin() + 50);
+        return durations[50];
+    };
+    return {"completing_call", measure};
 }
 
 } // namespace
 
-#ifndef EQ_BENCHMARK_MAIN
-#define EQ_BENCHMARK_MAIN main
-#endif
-
-int EQ_BENCHMARK_MAIN(int argumentCount, char** arguments) {
-    benchmark::Initialize(&argumentCount, arguments);
-    if (benchmark::ReportUnrecognizedArguments(argumentCount, arguments)) return 1;
-    registerAll();
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
+int main(int argumentCount, char** arguments) {
+    std::vector<Figure> figures = {chain("chain", 1.0), chain("chain_in_denormals", 1e-310), staging(), meanCall(),
+                                   completingCall()};
+    for (const BlockKernel* kernel : availableKernels())
+        for (const auto make : {ordinaryBlock, stereoPair, changeBlock, fadeBlock, silence}) {
+            figures.push_back(make(*kernel));
+            figures.back().name += std::string("/") + kernel->name;
+        }
+    if (argumentCount > 1)
+        std::erase_if(figures,
+                      [&](const Figure& figure) { return figure.name.find(arguments[1]) == std::string::npos; });
+    std::mt19937 random(1);
+    for (int round = 0; round < Rounds; ++round) {
+        std::ranges::shuffle(figures, random);
+        for (Figure& figure : figures) figure.least = std::min(figure.least, figure.measure());
+    }
+    std::ranges::sort(figures, {}, &Figure::name);
+    for (const Figure& figure : figures)
+        std::printf("%s\t%.4f\t%s\n", figure.name.c_str(), figure.least, figure.remark.c_str());
     return 0;
 }

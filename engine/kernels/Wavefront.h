@@ -200,25 +200,29 @@ private:
     Vector weights[Parts];
 };
 
-/// Filters a block. `put` receives the finished samples in their order, four at a time.
+/// Moves a front over the block. The front is a copy, so that it can be kept in registers.
 template <typename Vector, typename Put>
-[[gnu::always_inline]] inline void filter(const FilterRun& run, Put put) noexcept {
-    Ends ends(run);
-    Wavefront<Vector> front(ends);
-    int n = 0;
-    for (; n < BlockSize - InFlight; n += Lag) {
+void sweep(Wavefront<Vector> front, Ends& ends, Put& put) noexcept {
+    for (int n = 0; n < BlockSize - InFlight; n += Lag) {
 #pragma GCC unroll 4
         for (int turn = 0; turn < Lag; ++turn) front.step(n + InFlight + turn, turn);
         put(n, front.finished());
     }
     front.store(ends);
+}
+
+/// Filters a block. `put` receives the finished samples in their order, four at a time.
+template <typename Vector, typename Put>
+void filter(const FilterRun& run, Put put) noexcept {
+    Ends ends(run);
+    sweep(Wavefront<Vector>(ends), ends, put);
     ends.drain();
-    for (; n < BlockSize; n += Lag) put(n, ends.drained(n));
+    for (int n = BlockSize - InFlight; n < BlockSize; n += Lag) put(n, ends.drained(n));
 }
 
 /// Filters two blocks. The chains of the two fronts wait side by side.
 template <typename Vector, typename Put>
-[[gnu::always_inline]] inline void filterTwo(const FilterRun& first, const FilterRun& second, Put put) noexcept {
+void filterTwo(const FilterRun& first, const FilterRun& second, Put put) noexcept {
     Ends firstEnds(first);
     Ends secondEnds(second);
     Wavefront<Vector> firstFront(firstEnds);
