@@ -14,6 +14,7 @@
 #include <chrono>
 #include <cstdio>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <string>
 
@@ -31,7 +32,7 @@ struct Figure {
     std::string name;
     std::function<double()> measure; ///< returns nanoseconds
     std::string remark = {};
-    double least = Infinity;
+    double least = std::numeric_limits<double>::infinity();
 };
 
 double nanosecondsOf(const auto& work) {
@@ -143,7 +144,7 @@ Figure meanCall() {
     engine->setParameters(Settings);
     const auto callAll = [engine, block = noiseBlock(1)]() mutable {
         for (int n = 0; n < BlockSize; n += Frames)
-            engine->process(&block[n], &block[n], Frames, FourBandEqualizer::Process);
+            engine->process(block.data() + n, block.data() + n, Frames, FourBandEqualizer::Process);
     };
     return {"mean_call", perSample(CallsPerBlock, callAll)};
 }
@@ -155,7 +156,7 @@ Figure completingCall() {
         std::vector<double> durations(101);
         for (double& duration : durations) {
             engine->process(block.data(), block.data(), BlockSize - Frames, FourBandEqualizer::Process);
-            float* const last = &block[BlockSize - Frames];
+            float* const last = block.data() + BlockSize - Frames;
             duration = nanosecondsOf([&] { engine->process(last, last, Frames, FourBandEqualizer::Process); });
         }
         // The median, since the system may interrupt a call.
