@@ -1,5 +1,7 @@
 #include "support/LanguageText.h"
 
+#include "support/TextConversion.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
@@ -75,19 +77,18 @@ void LanguageText::release() noexcept {
 void LanguageText::makeWide() {
     if (narrowLength == 0) narrowLength = static_cast<unsigned>(std::strlen(narrowText));
     const unsigned room = narrowLength + 1;
+    const std::wstring converted = toWide({narrowText, narrowLength}, CP_ACP).text;
     wideCapacity = room + SpareCharacters;
     wideText = allocate<wchar_t>(wideCapacity);
     wideLength = 0;
-    const int converted = MultiByteToWideChar(CP_ACP, 0, narrowText, -1, wideText, static_cast<int>(room));
-    if (converted == 0) *wideText = L'\0'; // a failed conversion may leave a piece without an end
+    wideText[converted.copy(wideText, room)] = L'\0';
 }
 
 void LanguageText::makeNarrow() {
     if (wideLength == 0) wideLength = static_cast<unsigned>(std::wcslen(wideText));
     const unsigned room = 2 * wideLength + 2;
+    const std::string converted = toNarrow({wideText, wideLength}, CP_ACP, static_cast<int>(room) - 1).text;
     narrowText = allocate<char>(room);
     narrowLength = 0;
-    const int converted =
-        WideCharToMultiByte(CP_ACP, 0, wideText, -1, narrowText, static_cast<int>(room), nullptr, nullptr);
-    if (converted == 0) *narrowText = '\0'; // a failed conversion may leave a piece without an end
+    narrowText[converted.copy(narrowText, room - 1)] = '\0';
 }

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
+#include <cwctype>
 #include <utility>
 
 // The keys and their texts are those of the language file beside the test program.
@@ -65,4 +67,12 @@ TEST(PrepareDialogResource, PutsTheSystemsFontInPlaceOfMsShellDlgAlone) {
     }
     EXPECT_EQ(statusOf(PrepareDialogResource, dialogWithFont(false, 0x40, 8, u"MS Shell Dlg 2")), PrepUnchanged);
     EXPECT_EQ(statusOf(PrepareDialogResource, dialogWithFont(false, 0x08, 8, u"MS Shell Dlg")), PrepUnchanged);
+#ifndef _WIN32
+    ASSERT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr);
+    const auto longS = static_cast<wchar_t>(std::towupper(L'\u017F'));
+    const PrepStatus status = statusOf(PrepareDialogResource, dialogWithFont(false, 0x40, 8, u"M\u017F Shell Dlg"));
+    std::setlocale(LC_CTYPE, "C");
+    EXPECT_EQ(longS, L'S') << "the locale folds this letter";
+    EXPECT_EQ(status, PrepUnchanged) << "the comparison does not depend on the locale";
+#endif
 }

@@ -26,20 +26,8 @@ template <class Exception>
     raise<CLanguageFile::open_failed>(ScanOperation, "Read of file '" + filename + "' failed.", "open_failed", line);
 }
 
-bool isBlank(char c) noexcept {
-    return static_cast<unsigned char>(c) <= 0x20;
-}
-
 bool isDigit(char c) noexcept {
     return c >= '0' && c <= '9';
-}
-
-/// Takes the bytes off both ends for which `is_off` holds.
-template <class Predicate>
-std::string_view trimIf(std::string_view s, Predicate is_off) noexcept {
-    while (!s.empty() && is_off(s.front())) s.remove_prefix(1);
-    while (!s.empty() && is_off(s.back())) s.remove_suffix(1);
-    return s;
 }
 
 WORD languageOfPath(std::string_view path) noexcept {
@@ -262,14 +250,6 @@ WORD languageOfDigits(std::string_view digits) noexcept {
     unsigned value = 0;
     for (const char digit : digits) value = (value * 10 + static_cast<unsigned>(digit - '0')) & 0xFFFFU;
     return static_cast<WORD>(value);
-}
-
-std::string_view trim(std::string_view s) noexcept {
-    return trimIf(s, isBlank);
-}
-
-std::string_view trim_chars(std::string_view s, std::string_view chars) noexcept {
-    return trimIf(s, [chars](char c) { return chars.find(c) != chars.npos; });
 }
 
 std::string decode_value(std::string s) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/win32.h"
+#include "support/AsciiText.h"
 #include "support/ContextException.h"
 
 #include <cstddef>
@@ -71,13 +72,6 @@ void scanLanguageStream(std::istream& stream, const std::string& filename, CLang
 
 /// The number that decimal digits stand for, cut to 16 bits, however many there are.
 [[nodiscard]] WORD languageOfDigits(std::string_view digits) noexcept;
-
-// Text helpers. The results of the first two are parts of what was given.
-
-/// `s` without the bytes of 0x20 or less at its ends.
-[[nodiscard]] std::string_view trim(std::string_view s) noexcept;
-/// `s` without the bytes of `chars` at its ends.
-[[nodiscard]] std::string_view trim_chars(std::string_view s, std::string_view chars) noexcept;
 
 /// The value with its escapes \n, \r, \t and \xHH decoded, in time proportional to its length. A backslash that is the
 /// second byte of a double-byte character of the system's ANSI code page starts no escape.

@@ -3,6 +3,7 @@
 #include "platform/CriticalSection.h"
 #include "platform/Paths.h"
 #include "support/LanguageText.h"
+#include "support/TextConversion.h"
 #include "wedge/LanguageSelection.h"
 #include "wedge/OwnModule.h"
 #include "wedge/string_ext.h"
@@ -32,15 +33,9 @@ std::string longPathOf(HMODULE module) {
     return long_path;
 }
 
-/// The text in the system's ANSI code page, however many bytes that takes.
+/// A text that cannot be converted is empty.
 std::string toAnsi(const wchar_t* text) {
-    const int size = WideCharToMultiByte(CP_ACP, 0, text, -1, nullptr, 0, nullptr, nullptr);
-    if (size <= 0) return {};
-
-    std::string narrow(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_ACP, 0, text, -1, narrow.data(), size, nullptr, nullptr);
-    narrow.pop_back(); // the end, which counts
-    return narrow;
+    return toNarrow(text, CP_ACP).text;
 }
 
 // What the two widths of expandKeys differ in.

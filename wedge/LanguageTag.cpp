@@ -1,12 +1,14 @@
 #include "wedge/LanguageTag.h"
 
-#include "wedge/NocaseString.h"
+#include "support/AsciiText.h"
 #include "wedge/VirtualKeys.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <limits>
+#include <string_view>
+#include <vector>
 
 namespace {
 
@@ -85,7 +87,7 @@ LanguageTagPtr ParseLanguageTag(const std::string& tag, std::string& error) {
     if (!tag.starts_with('<') || !tag.ends_with('>')) return nullptr;
 
     std::string inner = tag.substr(1, tag.size() - 2);
-    std::ranges::transform(inner, inner.begin(), asciiUpper);
+    std::ranges::transform(inner, inner.begin(), asciiUpper<char>);
     Words words;
     split(inner, " \t", words);
     if (words.empty()) return nullptr;
@@ -115,12 +117,4 @@ std::string AcceleratorKeyName(const AcceleratorDefinition& definition) {
     name += Digits[(definition.key >> 4) & 0xF];
     name += Digits[definition.key & 0xF];
     return name;
-}
-
-void split(std::string_view s, std::string_view delimiters, std::vector<std::string>& out) {
-    for (auto begin = s.find_first_not_of(delimiters); begin != s.npos;) {
-        const auto end = s.find_first_of(delimiters, begin);
-        out.emplace_back(s.substr(begin, end - begin));
-        begin = s.find_first_not_of(delimiters, end);
-    }
 }

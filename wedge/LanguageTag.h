@@ -5,8 +5,6 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <string_view>
-#include <vector>
 
 // The small language between '<' and '>' in a language file: accelerator definitions and code page definitions.
 
@@ -47,6 +45,3 @@ using LanguageTagPtr = std::unique_ptr<LanguageTag, LanguageTagDeleter>;
 
 /// The key under which the store keeps the replacement of an accelerator, such as "ACCEL_VIRTKEY_CONTROL_0x74".
 [[nodiscard]] std::string AcceleratorKeyName(const AcceleratorDefinition& definition);
-
-/// Appends to `out` the runs of bytes of `s` that are not in `delimiters`. No run is empty.
-void split(std::string_view s, std::string_view delimiters, std::vector<std::string>& out);

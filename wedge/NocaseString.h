@@ -1,13 +1,10 @@
 #pragma once
 
+#include "support/AsciiText.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
-
-/// The upper-case form of an ASCII letter, and any other byte as it is, whatever the process's locale.
-constexpr char asciiUpper(char c) noexcept {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
 
 /// Compares characters without regard to ASCII case. Bytes of 0x80 and above stand for themselves and, as signed
 /// values, come before all others.

@@ -1,6 +1,6 @@
 #include "wedge/VirtualKeys.h"
 
-#include "wedge/NocaseString.h"
+#include "support/AsciiText.h"
 
 #include <algorithm>
 #include <array>

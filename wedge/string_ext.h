@@ -24,8 +24,5 @@ public:
 /// more; an empty text never fails.
 [[nodiscard]] std::string convert_string(const std::wstring& text, unsigned codePage);
 
-/// Whether a code page (0: the system's ANSI code page) is UTF-8.
-[[nodiscard]] bool is_utf8_codepage(unsigned codePage) noexcept;
-
 /// The most bytes of `text`, up to `limit`, that hold whole characters of the code page.
 [[nodiscard]] std::size_t whole_characters(std::string_view text, std::size_t limit, unsigned codePage) noexcept;

@@ -1,9 +1,9 @@
 #include "wedge/functions/ResourceLoading.h"
 
 #include "support/BinaryReader.h"
+#include "support/TextConversion.h"
 #include "wedge/CLanguageStore.h"
 #include "wedge/functions/WedgeState.h"
-#include "wedge/string_ext.h"
 
 #include <cstdint>
 #include <string>
@@ -45,19 +45,6 @@ std::unique_ptr<Character[]> newTerminated(const std::basic_string<Character>& t
     return copy;
 }
 
-/// In the code page, with "?" for what it lacks. UTF-8 lacks nothing and takes no such character.
-std::string narrowed(const std::wstring& text, UINT codepage) {
-    const char* const substitute = is_utf8_codepage(codepage) ? nullptr : "?";
-    const int count = static_cast<int>(text.size());
-    const auto convert = [&](char* buffer, int size) {
-        return WideCharToMultiByte(codepage, 0, text.data(), count, buffer, size, substitute, nullptr);
-    };
-    if (count == 0) return {};
-    std::string result(static_cast<std::size_t>(convert(nullptr, 0)), '\0');
-    convert(result.data(), static_cast<int>(result.size()));
-    return result;
-}
-
 } // namespace
 
 std::optional<LockedResource> lockResource(HMODULE module, ResourceType type, LPCSTR name) {
@@ -80,7 +67,7 @@ const void* LoadLockedResourceW(HMODULE hModule, ResourceType type, LPCWSTR name
 
 std::unique_ptr<char[]> LoadResourceStringA(HMODULE module, UINT id) {
     const auto text = readString(lockResource(module, ResourceType::String, MAKEINTRESOURCEA(bundleOf(id))), id);
-    return text ? newTerminated(narrowed(*text, GetLanguageCodepage())) : nullptr;
+    return text ? newTerminated(toNarrow(*text, GetLanguageCodepage(), AnySize, "?").text) : nullptr;
 }
 
 std::unique_ptr<wchar_t[]> LoadResourceStringW(HMODULE module, UINT id) {

@@ -1,10 +1,9 @@
 #include "wedge/resources/DialogReader.h"
 
+#include "support/AsciiText.h"
 #include "wedge/resources/RewriteResult.h"
 #include "wedge/resources/prep_exception.h"
 
-#include <algorithm>
-#include <cwctype>
 #include <memory>
 #include <string_view>
 
@@ -24,11 +23,6 @@ constexpr std::size_t ExtendedItemSize = 4 + 4 + 4 + PlaceSize + 4;
 constexpr std::size_t ExtendedFontHeader = 2 + 1 + 1; // weight, italic, charset
 
 constexpr std::wstring_view ReplacedFace = L"MS Shell Dlg";
-
-bool equalIgnoringCase(std::wstring_view a, std::wstring_view b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](std::wint_t x, std::wint_t y) { return std::towupper(x) == std::towupper(y); });
-}
 
 std::unique_ptr<DialogReader> readerFor(BinaryReader input) {
     input.skip(2); // dlgVer
@@ -74,7 +68,7 @@ void DialogReader::readFont(std::size_t headerSize) {
     std::wstring systemFace;
     std::uint16_t systemPoints = 0;
     SystemDialogFont(systemFace, systemPoints);
-    if (!systemFace.empty() && equalIgnoringCase(face, ReplacedFace)) {
+    if (!systemFace.empty() && equalNoCase(face, ReplacedFace)) {
         face = systemFace;
         m_output.patch(pointSizeOffset, systemPoints);
         m_changed = true;
