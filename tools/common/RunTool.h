@@ -1,7 +1,6 @@
 #pragma once
 
 #include "tools/common/Errors.h"
-#include "tools/common/OutputFile.h"
 
 #include <cstdio>
 #include <exception>
@@ -23,7 +22,6 @@ int runTool(const char* name, const Command& command) {
         std::fprintf(stderr, "%s: %s\n", name, message);
         return exitCode;
     };
-    removeTemporariesOnSignals();
     try {
         return command();
     } catch (const CLI::Error& error) {

@@ -1,20 +1,17 @@
 // Shows the editor of an effect in a window, as a host does.
 
-#include "tools/common/Errors.h"
+#include "tools/common/RunTool.h"
+#include "tools/common/Text.h"
 #include "tools/editor-host/EditorWindow.h"
 #include "tools/editor-host/HostedEditor.h"
 
 #include <cstdio>
-#include <exception>
 #include <string>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
 namespace {
-
-constexpr int ExitFailure = 1;
-constexpr int ExitUsage = 2;
 
 std::string libraryBesideProgram() {
     char path[MAX_PATH] = "";
@@ -28,24 +25,6 @@ void readyCommonControls() {
     controls.dwSize = sizeof controls;
     controls.dwICC = ICC_BAR_CLASSES;
     InitCommonControlsEx(&controls);
-}
-
-void requireParameter(const HostedEditor& editor, int index, const char* option) {
-    if (index < 0 || index >= editor.parameterCount())
-        throw tool::UsageError(std::string(option) + ": there are parameters 0 to " +
-                               std::to_string(editor.parameterCount() - 1));
-}
-
-/// Sets the parameter of an "INDEX=P".
-void apply(const std::string& setting, HostedEditor& editor) {
-    int index = 0;
-    float value = 0.0F;
-    char rest = 0;
-    if (std::sscanf(setting.c_str(), "%d=%f%c", &index, &value, &rest) != 2)
-        throw tool::UsageError("--set: \"" + setting + "\" is not INDEX=P");
-    if (!(value >= 0.0F && value <= 1.0F)) throw tool::UsageError("--set: \"" + setting + "\": P must be 0 to 1");
-    requireParameter(editor, index, "--set");
-    editor.setParameter(index, value);
 }
 
 int run(int argc, char** argv) {
@@ -70,31 +49,27 @@ int run(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : ExitUsage;
+        return app.exit(error) == 0 ? 0 : tool::ExitUsage;
     }
     if (options.screenshot && !options.seconds) options.seconds = 1.0;
 
     readyCommonControls();
     HostedEditor editor(library, log);
-    if (options.sweep) requireParameter(editor, *options.sweep, "--sweep");
-    for (const std::string& setting : settings) apply(setting, editor);
+    const int count = editor.parameterCount();
+    if (options.sweep && (*options.sweep < 0 || *options.sweep >= count))
+        throw tool::UsageError("--sweep: there are parameters 0 to " + std::to_string(count - 1));
+    for (const std::string& setting : settings) {
+        const auto [index, p] = tool::parseSetting(setting, count);
+        editor.setParameter(index, static_cast<float>(p));
+    }
     EditorWindow window(editor, options);
     window.run();
-    for (int i = 0; printParameters && i < editor.parameterCount(); ++i)
-        std::printf("%s\n", editor.describe(i).c_str());
+    for (int i = 0; printParameters && i < count; ++i) std::printf("%s\n", editor.describe(i).c_str());
     return 0;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    try {
-        return run(argc, argv);
-    } catch (const tool::UsageError& error) {
-        std::fprintf(stderr, "editor-host: %s\n", error.what());
-        return ExitUsage;
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "editor-host: %s\n", error.what());
-        return ExitFailure;
-    }
+    return tool::runTool("editor-host", [&] { return run(argc, argv); });
 }

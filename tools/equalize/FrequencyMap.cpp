@@ -1,7 +1,7 @@
 #include "tools/equalize/FrequencyMap.h"
 
+#include "tools/common/Text.h"
 #include "tools/equalize/ParameterText.h"
-#include "tools/equalize/Text.h"
 
 #include <cmath>
 

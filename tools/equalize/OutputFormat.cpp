@@ -1,10 +1,10 @@
 #include "tools/equalize/OutputFormat.h"
 
+#include "support/AsciiText.h"
 #include "tools/common/Errors.h"
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <string_view>
 
 namespace tool {
@@ -53,23 +53,20 @@ void forEachContainer(Visit visit) {
 /// 0 for an extension that no container has. Several containers share one: the input's is preferred, then the first.
 int formatOfExtension(std::string_view extension, int inputFormat) {
     const auto row = std::find_if(Extensions.begin(), Extensions.end(),
-                                  [&](const Extension& known) { return known.text == extension; });
+                                  [&](const Extension& known) { return equalNoCase(known.text, extension); });
     if (row != Extensions.end()) return row->format;
     int format = 0;
     const auto match = [&](const SF_FORMAT_INFO& container) {
-        if (container.extension != extension) return;
+        if (!equalNoCase(container.extension, extension)) return;
         if (format == 0 || container.format == containerOf(inputFormat)) format = container.format;
     };
     forEachContainer(match);
     return format;
 }
 
-std::string lowerExtension(const std::filesystem::path& place) {
-    std::string extension = place.extension().string();
-    if (!extension.empty()) extension.erase(0, 1);
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return extension;
+std::string extensionOf(const std::filesystem::path& place) {
+    const std::string extension = place.extension().string();
+    return extension.empty() ? extension : extension.substr(1);
 }
 
 std::string nameFrom(int command, int format) {
@@ -91,7 +88,7 @@ SF_INFO outputFormatFor(const std::filesystem::path& place, const SF_INFO& input
     SF_INFO output = {};
     output.samplerate = input.samplerate;
     output.channels = input.channels;
-    const int wanted = formatOfExtension(lowerExtension(place), input.format);
+    const int wanted = formatOfExtension(extensionOf(place), input.format);
     // The same container keeps the byte order, too.
     output.format = input.format;
     if (sampleFormatOf(wanted) != 0)

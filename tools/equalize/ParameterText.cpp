@@ -1,6 +1,6 @@
 #include "tools/equalize/ParameterText.h"
 
-#include "tools/equalize/Text.h"
+#include "tools/common/Text.h"
 
 namespace tool {
 

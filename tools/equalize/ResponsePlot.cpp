@@ -1,7 +1,7 @@
 #include "tools/equalize/ResponsePlot.h"
 
+#include "tools/common/Text.h"
 #include "tools/equalize/Response.h"
-#include "tools/equalize/Text.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,8 @@
 #include "tools/equalize/Settings.h"
 
+#include "support/AsciiText.h"
 #include "tools/common/Errors.h"
-#include "tools/equalize/Text.h"
+#include "tools/common/Text.h"
 
 #include <cerrno>
 #include <fstream>
@@ -11,10 +12,6 @@ namespace {
 
 constexpr std::string_view NormalisedPrefix = "parameter";
 
-std::string quoted(std::string_view text) {
-    return "'" + std::string(text) + "'";
-}
-
 /// A value in the parameter's unit. Frequencies are only known to be in reach when the rate is.
 double parseValue(ParameterKind kind, std::string_view what, std::string_view text) {
     const std::optional<double> value = parseNumber(trimmed(text));
@@ -23,18 +20,6 @@ double parseValue(ParameterKind kind, std::string_view what, std::string_view te
     if (!value || *value < lowest || *value > highest)
         throw UsageError(std::string(what) + ": " + quoted(trimmed(text)) + " is not a number from " + rangeText(kind));
     return *value;
-}
-
-double parseNormalised(std::string_view what, std::string_view text) {
-    const std::optional<double> value = parseNumber(trimmed(text));
-    if (!value || *value < 0.0 || *value > 1.0)
-        throw UsageError(std::string(what) + ": " + quoted(trimmed(text)) + " is not a number from 0 to 1");
-    return *value;
-}
-
-std::optional<int> parseParameterIndex(std::string_view text) {
-    const std::optional<int> index = parseIndex(trimmed(text));
-    return index && *index < ParameterCount ? index : std::nullopt;
 }
 
 std::optional<ParameterKind> bandParameterKind(std::string_view symbol) {
@@ -74,7 +59,8 @@ void Settings::readPresetLine(std::string_view line, const std::string& origin) 
             return;
         }
         if (name.starts_with(NormalisedPrefix)) {
-            if (const std::optional<int> index = parseParameterIndex(name.substr(NormalisedPrefix.size()))) {
+            if (const std::optional<int> index =
+                    parseParameterIndex(name.substr(NormalisedPrefix.size()), ParameterCount)) {
                 at(*index) = {parseNormalised(name, text), true, origin};
                 return;
             }
@@ -97,23 +83,19 @@ void Settings::setBand(std::string_view description) {
         throw UsageError(what + ": the band's number must be 1 to " + std::to_string(BandCount));
     if (colon == std::string_view::npos) throw UsageError(what + ": it must be of the form N:freq=HZ,gain=DB,q=Q");
 
-    for (const std::string_view part : split(description.substr(colon + 1), ',')) {
+    forEachPiece(description.substr(colon + 1), ",", [&](std::string_view part) {
         const std::size_t equals = part.find('=');
         const std::optional<ParameterKind> kind = bandParameterKind(trimmed(part.substr(0, equals)));
         if (!kind || equals == std::string_view::npos)
             throw UsageError(what + ": " + quoted(part) + " is none of freq=HZ, gain=DB and q=Q");
         const int index = indexOf(*kind, *band);
         at(index) = {parseValue(*kind, what, part.substr(equals + 1)), false, {}};
-    }
+    });
 }
 
 void Settings::setNormalised(std::string_view description) {
-    const std::string what = "--set " + std::string(description);
-    const std::size_t equals = description.find('=');
-    if (equals == std::string_view::npos) throw UsageError(what + ": it must be of the form INDEX=P");
-    const std::optional<int> index = parseParameterIndex(description.substr(0, equals));
-    if (!index) throw UsageError(what + ": the index must be 0 to " + std::to_string(ParameterCount - 1));
-    at(*index) = {parseNormalised(what, description.substr(equals + 1)), true, {}};
+    const NormalisedSetting setting = parseSetting(description, ParameterCount);
+    at(setting.index) = {setting.p, true, {}};
 }
 
 /// A band that is given a gain in dB, but no frequency, is meant at its default frequency. Other bands are not heard,

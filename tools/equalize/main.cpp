@@ -2,6 +2,7 @@
 
 #include "tools/common/OutputFile.h"
 #include "tools/common/RunTool.h"
+#include "tools/common/Text.h"
 #include "tools/equalize/AudioReader.h"
 #include "tools/equalize/AudioWriter.h"
 #include "tools/equalize/EffectInstance.h"
@@ -11,7 +12,6 @@
 #include "tools/equalize/Progress.h"
 #include "tools/equalize/ResponsePlot.h"
 #include "tools/equalize/Settings.h"
-#include "tools/equalize/Text.h"
 
 #include <cerrno>
 #include <chrono>
@@ -220,5 +220,6 @@ int runCommand(int argumentCount, char** arguments) {
 } // namespace
 
 int main(int argumentCount, char** arguments) {
+    tool::removeTemporariesOnSignals();
     return tool::runTool("equalize", [&] { return runCommand(argumentCount, arguments); });
 }

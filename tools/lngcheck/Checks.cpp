@@ -1,5 +1,7 @@
 #include "tools/lngcheck/Checks.h"
 
+#include "support/AsciiText.h"
+#include "support/TextConversion.h"
 #include "tools/lngcheck/KnownTexts.h"
 #include "tools/lngcheck/TextWidth.h"
 #include "wedge/CLanguageFile.h"
@@ -22,10 +24,6 @@ bool isPrimaryLanguage(WORD language) {
 
 bool isControl(wchar_t c) {
     return c < 0x20 || (c >= 0x7F && c < 0xA0);
-}
-
-bool isAscii(char c) {
-    return static_cast<unsigned char>(c) < 0x80;
 }
 
 class FileCheck {
@@ -60,9 +58,7 @@ private:
         std::string values;
         for (const Definition& definition : m_file.definitions) values += definition.value + "\n";
         if (std::ranges::all_of(values, isAscii)) return;
-        if (MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, values.data(), static_cast<int>(values.size()), nullptr,
-                                0) == 0)
-            return;
+        if (toWide(values, CP_UTF8, InvalidBytes::Refused).error != ERROR_SUCCESS) return;
         m_findings.add(m_file.path, 0, Severity::Warning,
                        "the texts look like UTF-8, which the library does not read: save the file in the code page "
                        "that its <CODEPAGE> tag names");
@@ -106,7 +102,7 @@ private:
         const KnownText* const known = findKnownText(definition.key);
         if (known)
             checkText(definition, *known);
-        else if (isSame(definition.context, std::string(ModuleContext)))
+        else if (equalNoCase(definition.context, ModuleContext))
             report(definition, Severity::Warning, "the library does not look up the key '" + definition.key + "'");
     }
 
@@ -134,7 +130,7 @@ private:
     }
 
     void checkWidth(const Definition& definition, const KnownText& known) const {
-        const std::wstring shown = std::wstring(known.number.begin(), known.number.end()) + *definition.text;
+        const std::wstring shown = toWide(known.number, CP_UTF8).text + *definition.text;
         const int needed = textWidth(shown);
         const int available = controlWidth(known.width);
         if (needed <= available) return;
@@ -186,7 +182,7 @@ void checkLanguageAgainst(const LanguageFile& reference, const FilesOfLanguage& 
     std::string same;
     for (const Definition& wanted : reference.definitions) {
         const Definition* const found = findDefinition(language, [&](const Definition& definition) {
-            return isSame(definition.key, wanted.key) && isSame(definition.context, wanted.context);
+            return equalNoCase(definition.key, wanted.key) && equalNoCase(definition.context, wanted.context);
         });
         const bool isReported = isKnownContext(wanted.context) && findKnownText(wanted.key);
         if (!found && !isReported && !isPrimaryLanguage(language.front()->language))

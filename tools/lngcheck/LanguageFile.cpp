@@ -1,9 +1,10 @@
 #include "tools/lngcheck/LanguageFile.h"
 
+#include "support/AsciiText.h"
+#include "support/TextConversion.h"
 #include "wedge/CLanguageFile.h"
 #include "wedge/LanguageSelection.h"
 #include "wedge/LanguageTag.h"
-#include "wedge/NocaseString.h"
 #include "wedge/string_ext.h"
 
 #include <algorithm>
@@ -13,16 +14,6 @@
 
 namespace lngcheck {
 namespace {
-
-/// Without the flag of this call, bytes that are no text would be replaced silently.
-bool isTextOf(const std::string& bytes, UINT codepage) {
-    return bytes.empty() || MultiByteToWideChar(codepage, MB_ERR_INVALID_CHARS, bytes.data(),
-                                                static_cast<int>(bytes.size()), nullptr, 0) != 0;
-}
-
-bool isAscii(const std::string& bytes) {
-    return std::ranges::all_of(bytes, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
 
 /// Takes up what one line after the other holds.
 class Recorder : public CLanguageFileHandler {
@@ -62,7 +53,7 @@ private:
         if (m_codepage == 0) return convertedUnnamed(bytes);
         try {
             std::wstring text = convert_wstring(bytes, m_codepage);
-            if (isTextOf(bytes, m_codepage)) return text;
+            if (toWide(bytes, m_codepage, InvalidBytes::Refused).error == ERROR_SUCCESS) return text;
             fault("the value is no text of code page " + std::to_string(m_codepage));
         } catch (const convert_wstring_failed& failure) {
             m_file.isBroken = true;
@@ -72,7 +63,7 @@ private:
     }
 
     std::optional<std::wstring> convertedUnnamed(const std::string& bytes) {
-        if (isAscii(bytes)) return convert_wstring(bytes, CP_UTF8);
+        if (std::ranges::all_of(bytes, isAscii)) return convert_wstring(bytes, CP_UTF8);
         fault("the value is not ASCII, and no <CODEPAGE> tag stands above it: what it shows depends on the system");
         return std::nullopt;
     }
@@ -151,19 +142,8 @@ LanguageFile readLanguageFile(const std::string& path, Findings& findings) {
     return file;
 }
 
-bool isSame(const std::string& a, const std::string& b) {
-    return asNocase(a) == asNocase(b);
-}
-
-std::string inUtf8(const std::wstring& text) {
-    // A conversion that starts from UTF-16 has room for two bytes a unit, and three are needed for some.
-    std::string result;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool isPair = (text[i] & 0xFC00) == 0xD800 && i + 1 < text.size();
-        result += convert_string(text.substr(i, isPair ? 2 : 1), CP_UTF8);
-        if (isPair) ++i;
-    }
-    return result;
+std::string inUtf8(std::wstring_view text) {
+    return toNarrow(text, CP_UTF8).text;
 }
 
 } // namespace lngcheck

@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace lngcheck {
@@ -33,10 +34,7 @@ struct LanguageFile {
 /// Reads a file with the library's scanner. What the scanner refuses is a finding, and reading goes on behind it.
 [[nodiscard]] LanguageFile readLanguageFile(const std::string& path, Findings& findings);
 
-/// The same key or context to the library.
-[[nodiscard]] bool isSame(const std::string& a, const std::string& b);
-
 /// For messages.
-[[nodiscard]] std::string inUtf8(const std::wstring& text);
+[[nodiscard]] std::string inUtf8(std::wstring_view text);
 
 } // namespace lngcheck

@@ -1,5 +1,6 @@
 #include "tools/lngcheck/MergeOrder.h"
 
+#include "support/AsciiText.h"
 #include "tools/lngcheck/KnownTexts.h"
 #include "wedge/CLanguageFile.h"
 #include "wedge/LanguageSelection.h"
@@ -39,7 +40,7 @@ void addPlaces(std::vector<Place>& places, const std::vector<LanguageFile>& file
                std::string_view context) {
     for (const LanguageFile& file : files) {
         for (const Definition& definition : file.definitions) {
-            if (isSame(definition.key, key) && isSame(definition.context, std::string(context)))
+            if (equalNoCase(definition.key, key) && equalNoCase(definition.context, context))
                 places.push_back({&file, &definition});
         }
     }

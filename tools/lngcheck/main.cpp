@@ -198,5 +198,6 @@ int runCommand(int argumentCount, char** arguments) {
 } // namespace
 
 int main(int argumentCount, char** arguments) {
+    tool::removeTemporariesOnSignals();
     return tool::runTool("lngcheck", [&] { return runCommand(argumentCount, arguments); });
 }

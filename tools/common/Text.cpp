@@ -1,4 +1,7 @@
-#include "tools/equalize/Text.h"
+#include "tools/common/Text.h"
+
+#include "support/AsciiText.h"
+#include "tools/common/Errors.h"
 
 #include <array>
 #include <charconv>
@@ -8,20 +11,11 @@
 namespace tool {
 
 std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view Blanks = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(Blanks);
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(Blanks) - first + 1);
+    return trim_chars(text, " \t\r\n");
 }
 
-std::vector<std::string_view> split(std::string_view text, char separator) {
-    std::vector<std::string_view> pieces;
-    for (std::size_t end = text.find(separator); end != std::string_view::npos; end = text.find(separator)) {
-        pieces.push_back(text.substr(0, end));
-        text.remove_prefix(end + 1);
-    }
-    pieces.push_back(text);
-    return pieces;
+std::string quoted(std::string_view text) {
+    return "'" + std::string(text) + "'";
 }
 
 std::optional<double> parseNumber(std::string_view text) {
@@ -40,6 +34,27 @@ std::optional<int> parseIndex(std::string_view text) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (error != std::errc() || end != text.data() + text.size() || text.starts_with('-')) return std::nullopt;
     return value;
+}
+
+std::optional<int> parseParameterIndex(std::string_view text, int parameterCount) {
+    const std::optional<int> index = parseIndex(trimmed(text));
+    return index && *index < parameterCount ? index : std::nullopt;
+}
+
+double parseNormalised(std::string_view what, std::string_view text) {
+    const std::optional<double> value = parseNumber(trimmed(text));
+    if (!value || *value < 0.0 || *value > 1.0)
+        throw UsageError(std::string(what) + ": " + quoted(trimmed(text)) + " is not a number from 0 to 1");
+    return *value;
+}
+
+NormalisedSetting parseSetting(std::string_view description, int parameterCount) {
+    const std::string what = "--set " + std::string(description);
+    const std::size_t equals = description.find('=');
+    if (equals == std::string_view::npos) throw UsageError(what + ": it must be of the form INDEX=P");
+    const std::optional<int> index = parseParameterIndex(description.substr(0, equals), parameterCount);
+    if (!index) throw UsageError(what + ": the index must be 0 to " + std::to_string(parameterCount - 1));
+    return {*index, parseNormalised(what, description.substr(equals + 1))};
 }
 
 std::string fixed(double value, int decimals) {
