@@ -38,36 +38,33 @@ std::string integerPart(double value) {
     return std::to_string(std::isnan(value) ? 0 : static_cast<std::int32_t>(std::min(value, most)));
 }
 
-std::string withUnit(const std::string& number, const char* key) {
-    LanguageText unit(key, ownModule());
-    const char* const word = unit.narrow();
-    return number + " " + (word != nullptr ? word : "");
-}
-
-std::string frequencyText(double hertz) {
+DisplayParts frequencyParts(double hertz) {
     const auto f = static_cast<float>(hertz);
-    if (hertz < 1000.0) return withUnit(integerPart(f + 0.5), HertzKey);
-    if (f < 10000.0F) return withUnit(oneDecimal(f * 0.001), KilohertzKey);
-    return withUnit(integerPart(f * 0.001 + 0.5), KilohertzKey);
-}
-
-std::string textOf(ParameterKind kind, double value) {
-    switch (kind) {
-    case ParameterKind::Volume:
-    case ParameterKind::Gain:
-        return withUnit(signedDecimal(value), DecibelKey);
-    case ParameterKind::Frequency:
-        return frequencyText(value);
-    case ParameterKind::Q:
-        return oneDecimal(value);
-    }
-    return {};
+    if (hertz < LowestInKilohertz) return {integerPart(f + 0.5), HertzKey};
+    if (f < LowestInWholeKilohertz) return {oneDecimal(f * 0.001), KilohertzKey};
+    return {integerPart(f * 0.001 + 0.5), KilohertzKey};
 }
 
 } // namespace
 
+DisplayParts displayPartsOf(ParameterKind kind, double value) {
+    switch (kind) {
+    case ParameterKind::Frequency:
+        return frequencyParts(value);
+    case ParameterKind::Q:
+        return {oneDecimal(value), nullptr};
+    default:
+        return {signedDecimal(value), DecibelKey};
+    }
+}
+
 void writeDisplay(const Parameter& parameter, float p, char* text) {
-    const std::string full = textOf(parameter.kind, valueOf(parameter.kind, p));
+    auto [full, unitKey] = displayPartsOf(parameter.kind, valueOf(parameter.kind, p));
+    if (unitKey != nullptr) {
+        LanguageText unit(unitKey, ownModule());
+        const char* const word = unit.narrow();
+        full.append(" ").append(word != nullptr ? word : "");
+    }
     const std::size_t length = full.copy(text, whole_characters(full, DisplayCapacity - 1, CP_ACP));
     text[length] = '\0';
 }

@@ -1,9 +1,10 @@
 #include "tools/lngcheck/KnownTexts.h"
 
-#include "wedge/NocaseString.h"
+#include "support/AsciiText.h"
 
 #include <algorithm>
-#include <array>
+#include <cmath>
+#include <vector>
 
 namespace lngcheck {
 namespace {
@@ -14,37 +15,57 @@ constexpr int RightLabel = 40;
 constexpr int ColumnName = 28;
 constexpr int SheetButton = 50;
 
-constexpr std::array Texts = {
-    KnownText{"IDS_DB", "+12.0 ", ReadOut},         KnownText{"IDS_Hz", "1000 ", ReadOut},
-    KnownText{"IDS_kHz", "10.0 ", ReadOut},         KnownText{"IDD_Options_Q", "", LeftLabel},
-    KnownText{"IDD_Options_20KHz", "", LeftLabel},  KnownText{"IDD_Options_Freq", "", LeftLabel},
-    KnownText{"IDD_Options_20Hz", "", LeftLabel},   KnownText{"IDD_Options_p10dB", "", LeftLabel},
-    KnownText{"IDD_Options_Gain", "", RightLabel}, // at the left, too
-    KnownText{"IDD_Options_m10dB", "", LeftLabel},  KnownText{"IDD_Options_B1", "", ColumnName},
-    KnownText{"IDD_Options_B2", "", ColumnName},    KnownText{"IDD_Options_B3", "", ColumnName},
-    KnownText{"IDD_Options_B4", "", ColumnName},    KnownText{"IDD_Options_Master", "", ColumnName},
-    KnownText{"IDD_Options_p12dB", "", RightLabel}, KnownText{"IDD_Options_m12dB", "", RightLabel},
-    KnownText{"MSGBOX_OK", "", SheetButton},        KnownText{"MSGBOX_CANCEL", "", SheetButton},
-    KnownText{"MSGBOX_HELP", "", SheetButton},      KnownText{"PRSHT_APPLY_NOW", "", SheetButton},
-    KnownText{"PRSHT_WIZBACK", "", SheetButton},    KnownText{"PRSHT_WIZNEXT", "", SheetButton},
-    KnownText{"PRSHT_WIZFINISH", "", SheetButton},
-};
-static_assert(Texts.size() == 24);
+/// A unit word and its longest number, which `value` has.
+KnownText unitWord(ParameterKind kind, double value) {
+    const DisplayParts parts = displayPartsOf(kind, value);
+    return {parts.unitKey, ReadOut, parts.number + " "};
+}
+
+std::vector<KnownText> makeTexts() {
+    return {
+        unitWord(ParameterKind::Volume, VolumeRange.highest),
+        // Rounding takes these frequencies up to the limits.
+        unitWord(ParameterKind::Frequency, std::nextafter(LowestInKilohertz, 0.0F)),
+        unitWord(ParameterKind::Frequency, std::nextafter(LowestInWholeKilohertz, 0.0F)),
+        {"IDD_Options_Q", LeftLabel},
+        {"IDD_Options_20KHz", LeftLabel},
+        {"IDD_Options_Freq", LeftLabel},
+        {"IDD_Options_20Hz", LeftLabel},
+        {"IDD_Options_p10dB", LeftLabel},
+        {"IDD_Options_Gain", RightLabel}, // at the left, too
+        {"IDD_Options_m10dB", LeftLabel},
+        {"IDD_Options_B1", ColumnName},
+        {"IDD_Options_B2", ColumnName},
+        {"IDD_Options_B3", ColumnName},
+        {"IDD_Options_B4", ColumnName},
+        {"IDD_Options_Master", ColumnName},
+        {"IDD_Options_p12dB", RightLabel},
+        {"IDD_Options_m12dB", RightLabel},
+        {"MSGBOX_OK", SheetButton},
+        {"MSGBOX_CANCEL", SheetButton},
+        {"MSGBOX_HELP", SheetButton},
+        {"PRSHT_APPLY_NOW", SheetButton},
+        {"PRSHT_WIZBACK", SheetButton},
+        {"PRSHT_WIZNEXT", SheetButton},
+        {"PRSHT_WIZFINISH", SheetButton},
+    };
+}
 
 } // namespace
 
-std::span<const KnownText> knownTexts() noexcept {
-    return Texts;
+std::span<const KnownText> knownTexts() {
+    static const std::vector<KnownText> texts = makeTexts();
+    return texts;
 }
 
-const KnownText* findKnownText(std::string_view key) noexcept {
-    const auto found =
-        std::ranges::find_if(Texts, [&](const KnownText& text) { return asNocase(text.key) == asNocase(key); });
-    return found == Texts.end() ? nullptr : &*found;
+const KnownText* findKnownText(std::string_view key) {
+    const auto texts = knownTexts();
+    const auto found = std::ranges::find_if(texts, [&](const KnownText& text) { return equalNoCase(text.key, key); });
+    return found == texts.end() ? nullptr : &*found;
 }
 
 bool isKnownContext(std::string_view context) noexcept {
-    return asNocase(context) == asNocase(ModuleContext) || asNocase(context) == asNocase(SharedContext);
+    return equalNoCase(context, ModuleContext) || equalNoCase(context, SharedContext);
 }
 
 } // namespace lngcheck

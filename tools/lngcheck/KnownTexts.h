@@ -3,6 +3,7 @@
 #include "parameters/DisplayText.h"
 
 #include <span>
+#include <string>
 #include <string_view>
 
 /// The texts that the library looks up, and where each of them shows.
@@ -18,14 +19,14 @@ inline constexpr int MostDisplayBytes = static_cast<int>(DisplayCapacity) - 1;
 
 struct KnownText {
     std::string_view key;
-    std::string_view number; ///< the longest number in front of a unit word; empty for all other texts
     int width;               ///< of the control that shows it, in dialog units; of the narrowest, if there are several
+    std::string number = {}; ///< the longest number in front of a unit word; empty for all other texts
 };
 
-[[nodiscard]] std::span<const KnownText> knownTexts() noexcept;
+[[nodiscard]] std::span<const KnownText> knownTexts();
 
 /// Null for a key that the library does not look up. Case does not matter.
-[[nodiscard]] const KnownText* findKnownText(std::string_view key) noexcept;
+[[nodiscard]] const KnownText* findKnownText(std::string_view key);
 
 /// Whether the library looks into this context. Case does not matter.
 [[nodiscard]] bool isKnownContext(std::string_view context) noexcept;
