@@ -1,7 +1,7 @@
 #include "editor/EqualizerEditor.h"
 
 #include "parameters/DisplayText.h"
-#include "platform/UniqueHandle.h"
+#include "platform/SystemHandles.h"
 #include "plugin/base/AudioEffect.h"
 #include "wedge/OwnModule.h"
 

@@ -1,32 +1,32 @@
 #pragma once
 
-#include "platform/win32.h"
-
+#include <cstdint>
+#include <type_traits>
 #include <utility>
 
 namespace platform {
 
-/// A handle and the one function that closes it. Traits give the handle's type, its empty value and `close`.
-template <typename Traits>
+/// Owns a handle. `closeHandle` returns false for a failure. `Empty` is the number of the handle that means none.
+template <typename Handle, bool (&closeHandle)(Handle) noexcept, std::intptr_t Empty = 0>
 class UniqueHandle {
 public:
-    using Handle = typename Traits::Handle;
-
     UniqueHandle() noexcept = default;
     explicit UniqueHandle(Handle handle) noexcept : m_handle(handle) {}
-    UniqueHandle(UniqueHandle&& other) noexcept : m_handle(std::exchange(other.m_handle, Traits::empty())) {}
+    UniqueHandle(UniqueHandle&& other) noexcept : m_handle(other.release()) {}
     UniqueHandle& operator=(UniqueHandle&& other) noexcept {
         std::swap(m_handle, other.m_handle);
         return *this;
     }
     ~UniqueHandle() { reset(); }
 
-    explicit operator bool() const noexcept { return m_handle != Traits::empty(); }
+    explicit operator bool() const noexcept { return m_handle != empty(); }
     Handle get() const noexcept { return m_handle; }
 
-    void reset() noexcept {
-        if (m_handle != Traits::empty()) Traits::close(std::exchange(m_handle, Traits::empty()));
-    }
+    /// Passes ownership to the caller.
+    Handle release() noexcept { return std::exchange(m_handle, empty()); }
+
+    /// Closes the handle, if there is one. Returns false for a failure, whose error code the system then has.
+    bool reset() noexcept { return !*this || closeHandle(release()); }
 
     /// Where a system function puts a new handle; what was held is closed first.
     Handle* receive() noexcept {
@@ -35,28 +35,15 @@ public:
     }
 
 private:
-    Handle m_handle = Traits::empty();
-};
+    static Handle empty() noexcept {
+        if constexpr (std::is_pointer_v<Handle>) {
+            return reinterpret_cast<Handle>(Empty);
+        } else {
+            return Empty;
+        }
+    }
 
-struct RegistryKeyTraits {
-    using Handle = HKEY;
-    static Handle empty() noexcept { return nullptr; }
-    static void close(Handle key) noexcept { RegCloseKey(key); }
+    Handle m_handle = empty();
 };
-using RegistryKey = UniqueHandle<RegistryKeyTraits>;
-
-struct FindHandleTraits {
-    using Handle = HANDLE;
-    static Handle empty() noexcept { return INVALID_HANDLE_VALUE; }
-    static void close(Handle search) noexcept { FindClose(search); }
-};
-using FindHandle = UniqueHandle<FindHandleTraits>;
-
-struct WindowTraits {
-    using Handle = HWND;
-    static Handle empty() noexcept { return nullptr; }
-    static void close(Handle window) noexcept { DestroyWindow(window); }
-};
-using Window = UniqueHandle<WindowTraits>;
 
 } // namespace platform

@@ -1,5 +1,7 @@
 #include "support/DebugLog.h"
 
+#include "platform/SystemHandles.h"
+
 #include <cstdarg>
 #include <cstdio>
 #include <iostream>
@@ -120,21 +122,19 @@ void SerialDebugPort::write(const char* text) {
 }
 
 void SerialDebugPort::open() {
-    portHandle = CreateFileA(portName, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (portHandle == INVALID_HANDLE_VALUE || configure()) return;
-    CloseHandle(portHandle);
-    portHandle = INVALID_HANDLE_VALUE;
+    platform::File port(CreateFileA(portName, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    if (port && configure(port.get())) portHandle = port.release(); // open until the process ends
 }
 
-bool SerialDebugPort::configure() {
+bool SerialDebugPort::configure(HANDLE port) {
     DCB settings = {};
     settings.DCBlength = sizeof settings;
-    if (GetCommState(portHandle, &settings) == FALSE) return false;
+    if (GetCommState(port, &settings) == FALSE) return false;
     settings.BaudRate = CBR_19200;
     settings.ByteSize = 8;
     settings.Parity = NOPARITY;
     settings.StopBits = ONESTOPBIT;
-    return SetCommState(portHandle, &settings) != FALSE;
+    return SetCommState(port, &settings) != FALSE;
 }
 
 void SerialDebugPort::writeByte(char value) {

@@ -54,7 +54,7 @@ public:
 
 private:
     void open();
-    bool configure();
+    static bool configure(HANDLE port);
     void writeByte(char value);
 
     HANDLE portHandle = INVALID_HANDLE_VALUE;

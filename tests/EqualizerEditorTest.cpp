@@ -1,6 +1,6 @@
 #include "plugin/base/AEffect.h"
 
-#include "platform/UniqueHandle.h"
+#include "platform/SystemHandles.h"
 #include "platform/win32.h"
 #include "tests/support/HeapInUse.h"
 #include "tests/support/HostedEffect.h"

@@ -1,6 +1,6 @@
 #include "wedge/functions/WedgeEntryPoints.h"
 
-#include "platform/UniqueHandle.h"
+#include "platform/SystemHandles.h"
 #include "tests/support/DialogTemplateBuilder.h"
 #include "tests/support/HeapInUse.h"
 #include "tests/support/TestWindows.h"

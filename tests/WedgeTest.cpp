@@ -1,4 +1,4 @@
-#include "platform/UniqueHandle.h"
+#include "platform/SystemHandles.h"
 #include "wedge/OwnModule.h"
 #include "wedge/functions/WedgeState.h"
 #include "wedge/resources/AcceleratorRegistry.h"

@@ -1,7 +1,7 @@
 #include "wedge/LanguageSelection.h"
 
 #include "platform/Paths.h"
-#include "platform/UniqueHandle.h"
+#include "platform/SystemHandles.h"
 #include "wedge/CLanguageFile.h"
 #include "wedge/NocaseString.h"
 
@@ -52,10 +52,6 @@ WORD registeredLanguage(uilanguage_context context) {
     BYTE* const data = reinterpret_cast<BYTE*>(digits);
     if (RegQueryValueExA(key.get(), value.name, nullptr, nullptr, data, &size) != ERROR_SUCCESS) return 0;
     return static_cast<WORD>(std::strtol(digits, nullptr, 16) & 0xFFFF);
-}
-
-bool beginsWithNoCase(const std::string& text, const std::string& start) {
-    return CompareNoCase(text.substr(0, start.size()), start) == 0;
 }
 
 } // namespace
@@ -126,7 +122,7 @@ std::vector<std::string> languageFilesOf(const std::string& folder, WORD languag
 
     const std::string start = folder + platform::pathSeparator;
     WIN32_FIND_DATAA entry;
-    const platform::FindHandle search(FindFirstFileA((start + "*.lng").c_str(), &entry));
+    const platform::FileSearch search(FindFirstFileA((start + "*.lng").c_str(), &entry));
     if (!search) return paths;
     do {
         const std::string name = entry.cFileName;
@@ -142,7 +138,7 @@ std::string secondFolder(const std::string& folder) {
     const auto cut = folder.rfind(platform::pathSeparator);
     if (cut == folder.npos) return folder;
 
-    const std::string name = folder.substr(cut + 1);
-    const bool is_build_folder = beginsWithNoCase(name, "debug") || beginsWithNoCase(name, "release");
+    const std::string_view name = std::string_view(folder).substr(cut + 1);
+    const bool is_build_folder = equalNoCase(name.substr(0, 5), "debug") || equalNoCase(name.substr(0, 7), "release");
     return is_build_folder ? folder.substr(0, cut) : folder;
 }

@@ -1,5 +1,6 @@
 #include "platform/standin/SerialPorts.h"
 
+#include "platform/FileDescriptor.h"
 #include "platform/standin/KernelObject.h"
 #include "platform/standin/Refuse.h"
 #include "platform/standin/TestHooks.h"
@@ -11,6 +12,7 @@
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -18,13 +20,12 @@ using standin::refuse;
 
 class SerialPort : public standin::KernelObject {
 public:
-    explicit SerialPort(int descriptor) noexcept : m_descriptor(descriptor) {}
-    ~SerialPort() override { ::close(m_descriptor); }
+    explicit SerialPort(platform::FileDescriptor descriptor) noexcept : m_descriptor(std::move(descriptor)) {}
 
-    int descriptor() const noexcept { return m_descriptor; }
+    int descriptor() const noexcept { return m_descriptor.get(); }
 
 private:
-    int m_descriptor;
+    platform::FileDescriptor m_descriptor;
 };
 
 class PortPaths {
@@ -88,10 +89,10 @@ DWORD lastSystemCode() noexcept {
     }
 }
 
-/// Opens a device without waiting for a peer, and blocking from then on; -1 on failure.
-int openDevice(const std::string& path) noexcept {
-    const int descriptor = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK);
-    if (descriptor >= 0) ::fcntl(descriptor, F_SETFL, O_RDWR);
+/// Opens a device without waiting for a peer, and blocking from then on; empty on failure.
+platform::FileDescriptor openDevice(const std::string& path) noexcept {
+    platform::FileDescriptor descriptor(::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK));
+    if (descriptor) ::fcntl(descriptor.get(), F_SETFL, O_RDWR);
     return descriptor;
 }
 
@@ -146,11 +147,11 @@ HANDLE WINAPI CreateFileA(LPCSTR name, DWORD access, DWORD sharing, LPSECURITY_A
     const std::string path = portPaths().find(name);
     if (path.empty()) return refuse(ERROR_FILE_NOT_FOUND, INVALID_HANDLE_VALUE);
 
-    const int descriptor = openDevice(path);
-    if (descriptor < 0) return refuse(lastSystemCode(), INVALID_HANDLE_VALUE);
-    const auto port = std::make_shared<SerialPort>(descriptor);
+    platform::FileDescriptor descriptor = openDevice(path);
+    if (!descriptor) return refuse(lastSystemCode(), INVALID_HANDLE_VALUE);
+    const auto port = std::make_shared<SerialPort>(std::move(descriptor));
     // From here on nobody else may open it.
-    if (::ioctl(descriptor, TIOCEXCL) != 0) return refuse(lastSystemCode(), INVALID_HANDLE_VALUE);
+    if (::ioctl(port->descriptor(), TIOCEXCL) != 0) return refuse(lastSystemCode(), INVALID_HANDLE_VALUE);
     return standin::kernelHandles().add(port);
 } catch (...) {
     return refuse(ERROR_NOT_ENOUGH_MEMORY, INVALID_HANDLE_VALUE);

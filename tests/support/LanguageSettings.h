@@ -5,7 +5,7 @@
 #include "platform/win32.h"
 
 #ifdef _WIN32
-#include "platform/UniqueHandle.h"
+#include "platform/SystemHandles.h"
 
 #include <cstdio>
 #else

@@ -1,6 +1,6 @@
 // A library with resources and the wedge, as a host would load and unload it.
 
-#include "platform/UniqueHandle.h"
+#include "platform/SystemHandles.h"
 #include "tests/support/TestWindows.h"
 #include "wedge/OwnModule.h"
 

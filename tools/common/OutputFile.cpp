@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -36,6 +37,11 @@ public:
 private:
     sigset_t m_before;
 };
+
+struct StreamCloser {
+    void operator()(std::FILE* stream) const { std::fclose(stream); }
+};
+using Stream = std::unique_ptr<std::FILE, StreamCloser>;
 
 // The handler is installed for one delivery, so the second one ends the process.
 void removeAndEnd(int signal) {
@@ -94,7 +100,6 @@ OutputFile::OutputFile(const std::filesystem::path& place) : m_place(place) {
 }
 
 OutputFile::~OutputFile() {
-    if (m_descriptor >= 0) ::close(m_descriptor);
     removeTemporary();
 }
 
@@ -103,24 +108,21 @@ void OutputFile::openTemporary() {
     std::string name = (folder / ".unfinished-XXXXXX").string();
     if (name.size() >= temporaryToRemove.size()) throw systemError(m_place.string(), ENAMETOOLONG);
     const SignalsHeld held;
-    m_descriptor = mkostemp(name.data(), O_CLOEXEC);
-    if (m_descriptor < 0) throw systemError(m_place.string(), errno);
+    m_descriptor = platform::FileDescriptor(mkostemp(name.data(), O_CLOEXEC));
+    if (!m_descriptor) throw systemError(m_place.string(), errno);
     m_temporary = name;
     temporaryToRemove[name.copy(temporaryToRemove.data(), temporaryToRemove.size() - 1)] = '\0';
 }
 
 /// Pipes cannot go back to write a header, so the contents wait in a file without a name.
 void OutputFile::openSpool() {
-    std::FILE* const spool = std::tmpfile();
-    if (spool != nullptr) {
-        m_descriptor = fcntl(fileno(spool), F_DUPFD_CLOEXEC, 0);
-        std::fclose(spool);
-    }
-    if (m_descriptor < 0) throw systemError("a temporary file", errno);
+    const Stream spool(std::tmpfile());
+    if (spool) m_descriptor = platform::FileDescriptor(fcntl(fileno(spool.get()), F_DUPFD_CLOEXEC, 0));
+    if (!m_descriptor) throw systemError("a temporary file", errno);
 }
 
 void OutputFile::write(std::string_view contents) {
-    writeAll(m_descriptor, contents, m_place.string());
+    writeAll(m_descriptor.get(), contents, m_place.string());
 }
 
 void OutputFile::commit() {
@@ -128,9 +130,10 @@ void OutputFile::commit() {
         copyIntoPlace();
         return;
     }
-    if (fchmod(m_descriptor, permissionsFor(m_place.string(), m_descriptor)) != 0 || fsync(m_descriptor) != 0)
+    const int descriptor = m_descriptor.get();
+    if (fchmod(descriptor, permissionsFor(m_place.string(), descriptor)) != 0 || fsync(descriptor) != 0 ||
+        !m_descriptor.reset())
         throw systemError(m_place.string(), errno);
-    close();
     const SignalsHeld held;
     if (std::rename(m_temporary.c_str(), m_place.c_str()) != 0) throw systemError(m_place.string(), errno);
     temporaryToRemove[0] = '\0';
@@ -138,31 +141,18 @@ void OutputFile::commit() {
 }
 
 void OutputFile::copyIntoPlace() {
-    const int spool = m_descriptor;
-    const int target = open(m_place.c_str(), O_WRONLY | O_CLOEXEC);
-    if (target < 0) throw systemError(m_place.string(), errno);
-    m_descriptor = target;
-    struct SpoolCloser {
-        int descriptor;
-        ~SpoolCloser() { ::close(descriptor); }
-    } const closer{spool};
-
+    platform::FileDescriptor target(open(m_place.c_str(), O_WRONLY | O_CLOEXEC));
+    if (!target) throw systemError(m_place.string(), errno);
     std::array<char, 65536> buffer;
     off_t position = 0;
     for (;;) {
-        const ssize_t count = pread(spool, buffer.data(), buffer.size(), position);
+        const ssize_t count = pread(m_descriptor.get(), buffer.data(), buffer.size(), position);
         if (count < 0) throw systemError("a temporary file", errno);
         if (count == 0) break;
-        write({buffer.data(), static_cast<std::size_t>(count)});
+        writeAll(target.get(), {buffer.data(), static_cast<std::size_t>(count)}, m_place.string());
         position += count;
     }
-    close();
-}
-
-void OutputFile::close() {
-    const int descriptor = m_descriptor;
-    m_descriptor = -1;
-    if (::close(descriptor) != 0) throw systemError(m_place.string(), errno);
+    if (!target.reset()) throw systemError(m_place.string(), errno);
 }
 
 void OutputFile::removeTemporary() {

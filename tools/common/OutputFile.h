@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/FileDescriptor.h"
+
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -20,7 +22,7 @@ public:
     OutputFile& operator=(const OutputFile&) = delete;
 
     /// Open for reading and writing.
-    [[nodiscard]] int descriptor() const { return m_descriptor; }
+    [[nodiscard]] int descriptor() const { return m_descriptor.get(); }
 
     void write(std::string_view contents);
 
@@ -35,12 +37,11 @@ private:
     void openTemporary();
     void openSpool();
     void copyIntoPlace();
-    void close();
     void removeTemporary();
 
     std::filesystem::path m_place;
     std::string m_temporary; ///< empty if the contents are to be copied, and after the end
-    int m_descriptor = -1;
+    platform::FileDescriptor m_descriptor;
 };
 
 /// Lets a signal that ends the process remove the temporary files first, and turns writing into a closed pipe or

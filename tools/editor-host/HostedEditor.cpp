@@ -1,9 +1,11 @@
 #include "tools/editor-host/HostedEditor.h"
 
+#include "support/AsciiText.h"
 #include "tools/common/Errors.h"
 
 #include <array>
 #include <cstdio>
+#include <string_view>
 
 namespace {
 
@@ -23,29 +25,27 @@ intptr hostCallback(AEffect* /*effect*/, int32 opcode, int32 index, intptr /*val
     return 0;
 }
 
-/// The system's text for the last error.
-std::string lastErrorText() {
-    const DWORD code = GetLastError();
+/// The system's text for an error.
+std::string errorText(DWORD code) {
     std::array<char, 256> text{};
     FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code, 0, text.data(),
                    static_cast<DWORD>(text.size()), nullptr);
-    std::string result = text.data();
-    while (!result.empty() && (result.back() == '\n' || result.back() == '\r')) result.pop_back();
-    return result.empty() ? "error " + std::to_string(code) : result;
+    const std::string_view result = trim_chars(text.data(), "\r\n");
+    return result.empty() ? "error " + std::to_string(code) : std::string(result);
 }
 
 } // namespace
 
 HostedEditor::HostedEditor(const std::string& libraryPath, bool log) : m_library(LoadLibraryA(libraryPath.c_str())) {
+    const DWORD error = GetLastError();
+    if (!m_library) throw tool::FileError(libraryPath + ": " + errorText(error));
     log_calls = log;
-    if (!m_library) throw tool::FileError(libraryPath + ": " + lastErrorText());
     const auto entry =
-        reinterpret_cast<EffectMainProc>(reinterpret_cast<void (*)()>(GetProcAddress(m_library, "main")));
+        reinterpret_cast<EffectMainProc>(reinterpret_cast<void (*)()>(GetProcAddress(m_library.get(), "main")));
     m_effect = entry ? entry(hostCallback) : nullptr;
     if (m_effect && (m_effect->flags & effFlagsHasEditor) != 0) return;
 
     if (m_effect) dispatch(effClose);
-    FreeLibrary(m_library);
     throw tool::FileError(libraryPath + (entry == nullptr      ? ": is no effect: it exports no \"main\""
                                          : m_effect == nullptr ? ": gives no effect"
                                                                : ": the effect has no editor"));
@@ -53,7 +53,6 @@ HostedEditor::HostedEditor(const std::string& libraryPath, bool log) : m_library
 
 HostedEditor::~HostedEditor() {
     dispatch(effClose);
-    FreeLibrary(m_library);
 }
 
 ERect HostedEditor::size() const {

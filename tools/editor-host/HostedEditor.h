@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/UniqueHandle.h"
 #include "platform/win32.h"
 #include "plugin/base/AEffect.h"
 
@@ -30,6 +31,8 @@ public:
 private:
     intptr dispatch(int32 opcode, void* ptr = nullptr, int32 index = 0) const;
 
-    HMODULE m_library;
+    static bool closeLibrary(HMODULE library) noexcept { return FreeLibrary(library) != FALSE; }
+
+    platform::UniqueHandle<HMODULE, closeLibrary> m_library;
     AEffect* m_effect = nullptr;
 };

@@ -1,9 +1,9 @@
 #include "tools/editor-host/Screenshot.h"
 
+#include "platform/SystemHandles.h"
+#include "support/TextConversion.h"
 #include "tools/common/Errors.h"
 
-#include <memory>
-#include <type_traits>
 #include <vector>
 
 // The system's imaging library wants its own spelling of two functions.
@@ -18,23 +18,26 @@ using std::min;
 
 namespace {
 
-struct BitmapDeleter {
-    void operator()(HBITMAP bitmap) const { DeleteObject(bitmap); }
-};
-using BitmapOwner = std::unique_ptr<std::remove_pointer_t<HBITMAP>, BitmapDeleter>;
+bool closeBitmap(HBITMAP bitmap) noexcept {
+    return DeleteObject(bitmap) != FALSE;
+}
+using Bitmap = platform::UniqueHandle<HBITMAP, closeBitmap>;
 
-/// What the window shows now.
-BitmapOwner captured(HWND window) {
+bool closeContext(HDC context) noexcept {
+    return DeleteDC(context) != FALSE;
+}
+using MemoryContext = platform::UniqueHandle<HDC, closeContext>;
+
+/// Returns the present contents of a window's client area.
+Bitmap captured(HWND window) {
     RECT client{};
     GetClientRect(window, &client);
-    const HDC from = GetDC(window);
-    const HDC to = CreateCompatibleDC(from);
-    BitmapOwner bitmap(CreateCompatibleBitmap(from, client.right, client.bottom));
-    const HGDIOBJ before = SelectObject(to, bitmap.get());
-    BitBlt(to, 0, 0, client.right, client.bottom, from, 0, 0, SRCCOPY);
-    SelectObject(to, before);
-    DeleteDC(to);
-    ReleaseDC(window, from);
+    const platform::WindowContext from(window);
+    const MemoryContext to(CreateCompatibleDC(from.get()));
+    Bitmap bitmap(CreateCompatibleBitmap(from.get(), client.right, client.bottom));
+    const HGDIOBJ before = SelectObject(to.get(), bitmap.get());
+    BitBlt(to.get(), 0, 0, client.right, client.bottom, from.get(), 0, 0, SRCCOPY);
+    SelectObject(to.get(), before);
     return bitmap;
 }
 
@@ -75,20 +78,14 @@ bool findPngEncoder(CLSID& id) {
     return true;
 }
 
-std::wstring wide(const std::string& path) {
-    std::wstring result(path.size() + 1, L'\0');
-    MultiByteToWideChar(CP_ACP, 0, path.c_str(), -1, result.data(), static_cast<int>(result.size()));
-    return result.c_str();
-}
-
 } // namespace
 
 void writeScreenshot(HWND window, const std::string& path) {
-    const BitmapOwner picture = captured(window);
+    const Bitmap picture = captured(window);
     const Imaging imaging;
     CLSID png{};
     if (!picture || !findPngEncoder(png)) throw tool::FileError(path + ": this system writes no PNG files");
     Gdiplus::Bitmap bitmap(picture.get(), nullptr);
-    if (bitmap.Save(wide(path).c_str(), &png, nullptr) != Gdiplus::Ok)
+    if (bitmap.Save(toWide(path, CP_ACP).text.c_str(), &png, nullptr) != Gdiplus::Ok)
         throw tool::FileError(path + ": cannot be written");
 }

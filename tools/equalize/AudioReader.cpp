@@ -33,25 +33,18 @@ std::optional<std::string> faultOf(const std::string& name, const SF_INFO& info)
 
 AudioReader::AudioReader(const std::filesystem::path& file) : m_name(file.string()) {
     requireReadableFile(m_name);
-    m_file = sf_open(m_name.c_str(), SFM_READ, &m_info);
-    if (m_file == nullptr) throw FileError(m_name + ": not a readable audio file: " + sf_strerror(nullptr));
-    if (const std::optional<std::string> fault = faultOf(m_name, m_info)) {
-        sf_close(m_file);
-        throw FileError(m_name + ": " + *fault);
-    }
-}
-
-AudioReader::~AudioReader() {
-    sf_close(m_file);
+    m_file.reset(sf_open(m_name.c_str(), SFM_READ, &m_info));
+    if (!m_file) throw FileError(m_name + ": not a readable audio file: " + sf_strerror(nullptr));
+    if (const std::optional<std::string> fault = faultOf(m_name, m_info)) throw FileError(m_name + ": " + *fault);
 }
 
 sf_count_t AudioReader::read(float* interleaved, sf_count_t frames) {
-    const sf_count_t count = sf_readf_float(m_file, interleaved, frames);
+    const sf_count_t count = sf_readf_float(m_file.get(), interleaved, frames);
     m_framesRead += count;
     if (count == frames || m_framesRead == m_info.frames) return count;
     std::string message = m_name + ": the file ends early: " + std::to_string(m_framesRead) + " of " +
                           std::to_string(m_info.frames) + " frames could be read";
-    if (sf_error(m_file) != SF_ERR_NO_ERROR) message.append(": ").append(sf_strerror(m_file));
+    if (sf_error(m_file.get()) != SF_ERR_NO_ERROR) message.append(": ").append(sf_strerror(m_file.get()));
     throw FileError(message);
 }
 

@@ -1,20 +1,23 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include <sndfile.h>
 
 namespace tool {
 
+struct SoundFileCloser {
+    void operator()(SNDFILE* file) const { sf_close(file); }
+};
+using SoundFile = std::unique_ptr<SNDFILE, SoundFileCloser>;
+
 /// An audio file that is read from its beginning to its end, as interleaved floats.
 class AudioReader {
 public:
     /// Throws FileError if the file cannot be opened, is no audio file, or is cut off.
     explicit AudioReader(const std::filesystem::path& file);
-    ~AudioReader();
-    AudioReader(const AudioReader&) = delete;
-    AudioReader& operator=(const AudioReader&) = delete;
 
     [[nodiscard]] const SF_INFO& info() const { return m_info; }
     [[nodiscard]] const std::string& name() const { return m_name; }
@@ -24,12 +27,12 @@ public:
     [[nodiscard]] sf_count_t read(float* interleaved, sf_count_t frames);
 
     /// For what libsndfile knows of the file beyond its sound.
-    [[nodiscard]] SNDFILE* handle() const { return m_file; }
+    [[nodiscard]] SNDFILE* handle() const { return m_file.get(); }
 
 private:
     std::string m_name;
     SF_INFO m_info = {};
-    SNDFILE* m_file = nullptr;
+    SoundFile m_file;
     sf_count_t m_framesRead = 0;
 };
 

@@ -70,35 +70,30 @@ AudioWriter::AudioWriter(const std::filesystem::path& place, const SF_INFO& form
       m_name(place.string()),
       m_info(format),
       m_sink{m_output.descriptor(), 0},
-      m_file(nullptr),
       m_integerBits(integerBits(format.format)) {
     SF_VIRTUAL_IO functions = sinkFunctions();
-    m_file = sf_open_virtual(&functions, SFM_WRITE, &m_info, &m_sink);
-    if (m_file == nullptr) {
+    m_file.reset(sf_open_virtual(&functions, SFM_WRITE, &m_info, &m_sink));
+    if (!m_file) {
         if (m_sink.error != 0) fail();
         throw FileError(m_name + ": cannot be written as " + formatName(format.format) + ": " + sf_strerror(nullptr));
     }
-    copyStrings(source.handle(), m_file);
-    copyRecord<SF_BROADCAST_INFO>(source.handle(), m_file, SFC_GET_BROADCAST_INFO, SFC_SET_BROADCAST_INFO);
-    copyRecord<SF_INSTRUMENT>(source.handle(), m_file, SFC_GET_INSTRUMENT, SFC_SET_INSTRUMENT);
-    copyRecord<SF_CUES>(source.handle(), m_file, SFC_GET_CUE, SFC_SET_CUE);
-    copySpeakers(source.handle(), m_file, m_info.channels);
-}
-
-AudioWriter::~AudioWriter() {
-    if (m_file != nullptr) sf_close(m_file);
+    copyStrings(source.handle(), m_file.get());
+    copyRecord<SF_BROADCAST_INFO>(source.handle(), m_file.get(), SFC_GET_BROADCAST_INFO, SFC_SET_BROADCAST_INFO);
+    copyRecord<SF_INSTRUMENT>(source.handle(), m_file.get(), SFC_GET_INSTRUMENT, SFC_SET_INSTRUMENT);
+    copyRecord<SF_CUES>(source.handle(), m_file.get(), SFC_GET_CUE, SFC_SET_CUE);
+    copySpeakers(source.handle(), m_file.get(), m_info.channels);
 }
 
 void AudioWriter::fail() const {
     if (m_sink.error != 0) throw systemError(m_name, m_sink.error);
-    throw FileError(m_name + ": cannot be written: " + sf_strerror(m_file));
+    throw FileError(m_name + ": cannot be written: " + sf_strerror(m_file.get()));
 }
 
 void AudioWriter::write(const float* interleaved, sf_count_t frames) {
     const sf_count_t samples = frames * m_info.channels;
     if (m_integerBits != 0)
         writeIntegers(interleaved, samples);
-    else if (sf_write_float(m_file, interleaved, samples) != samples)
+    else if (sf_write_float(m_file.get(), interleaved, samples) != samples)
         fail();
     if (m_sink.error != 0) fail();
     m_framesWritten += frames;
@@ -119,12 +114,11 @@ void AudioWriter::writeIntegers(const float* interleaved, sf_count_t samples) {
         }
         return static_cast<int>(limited) * (1 << unusedBits);
     });
-    if (sf_write_int(m_file, m_integers.data(), samples) != samples) fail();
+    if (sf_write_int(m_file.get(), m_integers.data(), samples) != samples) fail();
 }
 
 void AudioWriter::finish() {
-    sf_close(m_file);
-    m_file = nullptr;
+    m_file.reset();
     if (m_sink.error != 0) throw systemError(m_name, m_sink.error);
 
     constexpr sf_count_t LongestWithSmallSizes = std::numeric_limits<std::uint32_t>::max();

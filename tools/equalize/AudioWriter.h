@@ -20,9 +20,6 @@ class AudioWriter {
 public:
     /// Takes titles and the like over from `source`. Throws FileError.
     AudioWriter(const std::filesystem::path& place, const SF_INFO& format, const AudioReader& source);
-    ~AudioWriter();
-    AudioWriter(const AudioWriter&) = delete;
-    AudioWriter& operator=(const AudioWriter&) = delete;
 
     [[nodiscard]] const SF_INFO& info() const { return m_info; }
 
@@ -51,7 +48,7 @@ private:
     std::string m_name;
     SF_INFO m_info;
     Sink m_sink;
-    SNDFILE* m_file;
+    SoundFile m_file; // closed before the sink ends
     int m_integerBits;
     std::vector<int> m_integers;
     sf_count_t m_framesWritten = 0;

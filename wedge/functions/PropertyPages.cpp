@@ -3,7 +3,6 @@
 #include "wedge/functions/PropertySheetForms.h"
 #include "wedge/functions/WedgeState.h"
 #include "wedge/resources/ResourceFormats.h"
-#include "wedge/resources/SystemFunctions.h"
 
 #include <cstddef>
 #include <cstring>
@@ -133,8 +132,8 @@ void releaseTitle(const void* title) noexcept {
 }
 
 template <typename Sheets>
-HPROPSHEETPAGE createPage(const typename Sheets::Page* given) {
-    if (!given) return Sheets::createPage(nullptr);
+SystemPage createPage(const typename Sheets::Page* given) {
+    if (!given) return SystemPage(Sheets::createPage(nullptr));
     SizedCopy copy(*given);
     auto& page = *copy;
     CountedBlockRef record = shared(copy.release());
@@ -142,19 +141,14 @@ HPROPSHEETPAGE createPage(const typename Sheets::Page* given) {
     useRewrittenTemplate<Sheets>(page);
     if ((page.dwFlags & PSP_USETITLE) != 0) page.pszTitle = loadTitle<Sheets>(page.hInstance, page.pszTitle);
     PageThunk* const thunk = installThunk(page);
-    const HPROPSHEETPAGE handle = Sheets::createPage(&page);
-    if (!handle) {
+    SystemPage created(Sheets::createPage(&page));
+    if (created) {
+        state().PageRecords.put(created.get(), std::move(record));
+    } else {
         releaseTitle(page.pszTitle);
         state().PageThunks.take(thunk);
-        return nullptr;
     }
-    try {
-        state().PageRecords.put(handle, std::move(record));
-    } catch (...) {
-        systems::DestroyPropertySheetPage(handle);
-        throw;
-    }
-    return handle;
+    return created;
 }
 
 void ReleasePageRecord(HPROPSHEETPAGE page) noexcept {
@@ -165,5 +159,5 @@ void ReleasePageRecord(HPROPSHEETPAGE page) noexcept {
 
 template LPCSTR loadTitle<NarrowSheets>(HINSTANCE module, LPCSTR title);
 template LPCWSTR loadTitle<WideSheets>(HINSTANCE module, LPCWSTR title);
-template HPROPSHEETPAGE createPage<NarrowSheets>(const PROPSHEETPAGEA* page);
-template HPROPSHEETPAGE createPage<WideSheets>(const PROPSHEETPAGEW* page);
+template SystemPage createPage<NarrowSheets>(const PROPSHEETPAGEA* page);
+template SystemPage createPage<WideSheets>(const PROPSHEETPAGEW* page);

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "platform/UniqueHandle.h"
 #include "platform/win32.h"
 #include "wedge/resources/CountedBlock.h"
 #include "wedge/resources/GuardedMap.h"
+#include "wedge/resources/SystemFunctions.h"
 
 /// The caller's values of the page fields that the wedge replaces.
 struct PageThunk {
@@ -21,11 +23,16 @@ struct PropertyPageState {
     GuardedMap<HWND, DLGPROC> PageProcs; ///< the callers' procedures of the pages that are shown
 };
 
+inline bool closePage(HPROPSHEETPAGE page) noexcept {
+    return systems::DestroyPropertySheetPage(page) != FALSE;
+}
+using SystemPage = platform::UniqueHandle<HPROPSHEETPAGE, closePage>;
+
 /// Creates a page of the system whose dialog is the rewritten template. The caller's record is not written to, and its
 /// procedures see their own values. `Sheets` is one of the forms of PropertySheetForms.h. Throws std::bad_alloc, and
 /// the exceptions of the language store.
 template <typename Sheets>
-HPROPSHEETPAGE createPage(const typename Sheets::Page* page);
+SystemPage createPage(const typename Sheets::Page* page);
 
 /// Frees what `createPage` keeps for a page. A page that it did not make is ignored.
 void ReleasePageRecord(HPROPSHEETPAGE page) noexcept;

@@ -2,10 +2,8 @@
 
 #include "platform/CriticalSection.h"
 #include "wedge/CLanguageStore.h"
-#include "wedge/functions/PropertyPages.h"
 #include "wedge/functions/PropertySheetForms.h"
 #include "wedge/functions/WedgeState.h"
-#include "wedge/resources/SystemFunctions.h"
 
 #include <algorithm>
 #include <array>
@@ -15,8 +13,8 @@
 #include <vector>
 
 SheetRecord::~SheetRecord() {
-    for (const SheetPage& page : pages) {
-        if (!hasGivenPages && page.handle) systems::DestroyPropertySheetPage(page.handle);
+    for (SheetPage& page : pages) {
+        page.owner.reset();
         ReleasePageRecord(page.handle);
     }
     releaseTitle(caption);
@@ -138,8 +136,9 @@ void createPages(SheetRecord& record, typename Sheets::Header& header) {
     for (UINT i = 0; i < header.nPages; ++i) {
         const auto& given = *reinterpret_cast<const typename Sheets::Page*>(place);
         const auto templateName = reinterpret_cast<ULONG_PTR>(SizedCopy(given)->pszTemplate);
-        record.pages.push_back({templateName, createPage<Sheets>(&given)});
-        record.handles.push_back(record.pages.back().handle);
+        SystemPage page = createPage<Sheets>(&given);
+        record.handles.push_back(page.get());
+        record.pages.push_back({templateName, page.get(), std::move(page)});
         place += given.dwSize;
     }
     header.dwFlags &= ~static_cast<DWORD>(PSH_PROPSHEETPAGE);
@@ -182,7 +181,7 @@ INT_PTR openSheet(const typename Sheets::Header* given) {
     const platform::CriticalSectionEntry entry(context().lock);
     if (!given) return Sheets::openSheet(nullptr);
     auto outer = std::exchange(context().opening, makeRecord<Sheets>(*given));
-    context().opening->hasGivenPages = true;
+    for (SheetPage& page : context().opening->pages) page.owner.release();
     const auto* const header = reinterpret_cast<const typename Sheets::Header*>(context().opening->headerCopy.get());
     const INT_PTR result = Sheets::openSheet(header);
     // A sheet that the system refused ahead of its window is still there, and ends here.

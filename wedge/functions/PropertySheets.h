@@ -2,6 +2,7 @@
 
 #include "platform/CriticalSection.h"
 #include "platform/win32.h"
+#include "wedge/functions/PropertyPages.h"
 
 #include <cstddef>
 #include <memory>
@@ -11,6 +12,7 @@
 struct SheetPage {
     ULONG_PTR templateName; ///< the caller's `pszTemplate`
     HPROPSHEETPAGE handle;
+    SystemPage owner; ///< empty once the system was asked to open the sheet, because the system then owns the page
 };
 
 /// What belongs to one sheet, from the call that opens it until its window ends.
@@ -26,7 +28,6 @@ struct SheetRecord {
     bool hasOwnPages = false;     ///< the caller gave records, not handles
     std::vector<SheetPage> pages; ///< in their order
     std::vector<HPROPSHEETPAGE> handles;
-    bool hasGivenPages = false;     ///< the system was asked to open the sheet and owns the pages since then
     const void* caption = nullptr;  ///< a string of the wedge's own, if the caller gave an id
     WNDPROC previousProc = nullptr; ///< the window's procedure before SheetWindowProc
 };

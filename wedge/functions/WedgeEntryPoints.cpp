@@ -45,21 +45,20 @@ int loadString(int room, const Load& load) noexcept {
     }
 }
 
+bool closeTable(HACCEL table) noexcept {
+    return systems::DestroyAcceleratorTable(table) != FALSE;
+}
+using AcceleratorTable = platform::UniqueHandle<HACCEL, closeTable>;
+
 template <typename Create>
 HACCEL createAccelerators(const std::optional<LockedResource>& resource, const Create& create) {
     if (!resource) return nullptr;
     std::uint32_t count = 0;
     const auto entries = ToAccelArray(resource->bytes, resource->size, &count);
     if (!entries) return nullptr;
-    const HACCEL table = create(entries.get(), static_cast<int>(count));
-    if (!table) return nullptr;
-    try {
-        wedgeState().acceleratorRegistry.Add(table);
-    } catch (...) {
-        systems::DestroyAcceleratorTable(table);
-        throw;
-    }
-    return table;
+    AcceleratorTable table(create(entries.get(), static_cast<int>(count)));
+    if (table) wedgeState().acceleratorRegistry.Add(table.get());
+    return table.release();
 }
 
 template <typename Template>
@@ -178,11 +177,11 @@ int WINAPI MessageBoxExW(HWND hWnd, LPCWSTR lpText, LPCWSTR lpCaption, UINT uTyp
 }
 
 HPROPSHEETPAGE WINAPI CreatePropertySheetPageA(LPCPROPSHEETPAGEA page) {
-    return createPage<NarrowSheets>(page);
+    return createPage<NarrowSheets>(page).release();
 }
 
 HPROPSHEETPAGE WINAPI CreatePropertySheetPageW(LPCPROPSHEETPAGEW page) {
-    return createPage<WideSheets>(page);
+    return createPage<WideSheets>(page).release();
 }
 
 BOOL WINAPI DestroyPropertySheetPage(HPROPSHEETPAGE page) {
