@@ -18,6 +18,8 @@
 #include <memory>
 #include <string>
 
+namespace eq {
+
 namespace {
 
 // Many short measurements: on a busy machine some of them are not interrupted.
@@ -168,7 +170,10 @@ Figure completingCall() {
 
 } // namespace
 
+} // namespace eq
+
 int main(int argumentCount, char** arguments) {
+    using namespace eq;
     std::vector<Figure> figures = {chain("chain", 1.0), chain("chain_in_denormals", 1e-310), staging(), meanCall(),
                                    completingCall()};
     for (const BlockKernel* kernel : availableKernels())

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+namespace eq {
+
 namespace {
 
 constexpr int KeysPerFile = 2000;
@@ -95,3 +97,5 @@ void DecodeValue(benchmark::State& state) {
 BENCHMARK(DecodeValue)->Arg(1 << 10)->Arg(1 << 20)->Arg(10 << 20);
 
 } // namespace
+
+} // namespace eq

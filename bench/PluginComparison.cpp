@@ -22,6 +22,8 @@
 #include <string>
 #include <vector>
 
+namespace eq {
+
 namespace {
 
 constexpr int Frames = 1024;
@@ -268,8 +270,11 @@ void registerLv2(LilvWorld* world, const char* name, const char* uri, const Lv2E
 
 } // namespace
 
+} // namespace eq
+
 /// bench-plugins LIBRARY [options of Google Benchmark]
 int main(int argumentCount, char** arguments) {
+    using namespace eq;
     benchmark::Initialize(&argumentCount, arguments);
     if (argumentCount != 2) return 64;
     const std::unique_ptr<LilvWorld, decltype(&lilv_world_free)> world(lilv_world_new(), lilv_world_free);

@@ -13,6 +13,8 @@
 #include <map>
 #include <memory>
 
+namespace eq {
+
 namespace {
 
 constexpr std::uintptr_t DialogType = 5;
@@ -53,9 +55,9 @@ void LookUpInAMapUnderALock(benchmark::State& state) {
     std::map<HRSRC, void*, std::less<>> map;
     char keys[5];
     for (char& key : keys) map[reinterpret_cast<HRSRC>(&key)] = &key;
-    platform::CriticalSection lock;
+    CriticalSection lock;
     for (auto _ : state) {
-        const platform::CriticalSectionEntry entry(lock);
+        const CriticalSectionEntry entry(lock);
         benchmark::DoNotOptimize(map.find(reinterpret_cast<HRSRC>(&keys[1])));
     }
 }
@@ -75,3 +77,5 @@ void LoadWhatIsCached(benchmark::State& state) {
 BENCHMARK(LoadWhatIsCached);
 
 } // namespace
+
+} // namespace eq

@@ -5,6 +5,8 @@
 #include <array>
 #include <cstddef>
 
+namespace eq {
+
 /// The dialog of the editor, and what its controls belong to.
 inline constexpr unsigned EditorDialogId = 101;
 /// Its size in dialog units.
@@ -32,3 +34,5 @@ inline constexpr std::array<int, ControlSlotCount> parameterOfSlot = {0, 1, 2, 3
 inline constexpr int RestoreConstructionButton = 1004;
 inline constexpr int RestoreOpeningButton = 1005;
 inline constexpr int CloseParentButton = 1006;
+
+} // namespace eq

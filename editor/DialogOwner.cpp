@@ -8,6 +8,8 @@
 #include <array>
 #include <utility>
 
+namespace eq {
+
 namespace {
 
 /// Messages whose result is the procedure's own; that of all others is left with the window.
@@ -24,12 +26,12 @@ bool returnsItsResult(UINT message) noexcept {
 /// The dialogs that are being created and have had no message yet.
 struct DialogOwner::CreationList {
     CreationRecord* head = nullptr;
-    platform::CriticalSection lock;
+    CriticalSection lock;
 
     /// Takes out the first record for which `isWanted` holds, and gives it, or null.
     template <typename Condition>
     CreationRecord* unlink(const Condition& isWanted) {
-        const platform::CriticalSectionEntry entry(lock);
+        const CriticalSectionEntry entry(lock);
         CreationRecord** place = &head;
         while (*place && !isWanted(**place)) place = &(*place)->next;
         CreationRecord* const found = *place;
@@ -44,7 +46,7 @@ class DialogOwner::CreationEntry {
 public:
     explicit CreationEntry(DialogOwner& owner) : m_record(owner.creationRecord) {
         CreationList& list = creationList();
-        const platform::CriticalSectionEntry entry(list.lock);
+        const CriticalSectionEntry entry(list.lock);
         m_record = {&owner, GetCurrentThreadId(), list.head};
         list.head = &m_record;
     }
@@ -131,3 +133,5 @@ void DialogOwner::letGoOfDestroyedWindow() {
     stateBits &= ~WindowDestroyed;
     finalMessage(std::exchange(dialogWindow, nullptr));
 }
+
+} // namespace eq

@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+namespace eq {
+
 /// Ties one dialog window to one object: from the dialog's first message on, each comes to `handleDialogMessage`.
 ///
 /// A dialog belongs to the thread that creates it. Several threads may create dialogs at once.
@@ -67,3 +69,5 @@ private:
     const DialogMessage* currentMessage = nullptr; ///< the one being handled; outer ones are chained
     std::uint32_t stateBits = 0;
 };
+
+} // namespace eq

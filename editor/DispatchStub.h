@@ -4,6 +4,8 @@
 
 #include <memory>
 
+namespace eq {
+
 class DialogOwner;
 
 /// Gives each dialog a procedure of its own that knows the dialog's object, which a window handle does not tell.
@@ -25,3 +27,5 @@ private:
     struct Code;
     std::unique_ptr<Code> m_code;
 };
+
+} // namespace eq

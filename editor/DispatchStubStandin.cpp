@@ -4,6 +4,8 @@
 
 // The stand-in's windows carry their object themselves, so no code is made.
 
+namespace eq {
+
 namespace {
 
 constexpr const wchar_t* ObjectProperty = L"DialogOwner";
@@ -25,3 +27,5 @@ DLGPROC DispatchStub::procedure(HWND window, DialogOwner* object, Target target)
     target_of_all = target;
     return SetPropW(window, ObjectProperty, object) != 0 ? callThroughProperty : nullptr;
 }
+
+} // namespace eq

@@ -6,6 +6,8 @@
 #include <cstring>
 #include <new>
 
+namespace eq {
+
 namespace {
 
 #ifdef _WIN64
@@ -62,3 +64,5 @@ DLGPROC DispatchStub::procedure(HWND /*window*/, DialogOwner* object, Target tar
     if (!m_code) m_code.reset(new (std::nothrow) Code(object, target));
     return m_code && m_code->isReady ? reinterpret_cast<DLGPROC>(m_code->memory) : nullptr;
 }
+
+} // namespace eq

@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <cstring>
 
+namespace eq {
+
 namespace {
 
 constexpr int LastPosition = 100;
@@ -62,7 +64,7 @@ EqualizerEditor::~EqualizerEditor() {
 }
 
 void EqualizerEditor::measure() {
-    const platform::Window parent(
+    const Window parent(
         CreateWindowExW(0, L"STATIC", nullptr, 0, 0, 0, 640, 480, nullptr, nullptr, ownModule(), nullptr));
     createDialog(EditorDialogId, parent.get());
     // The host needs a size also if there can be no dialog now, say because it has not readied the common controls yet.
@@ -204,3 +206,5 @@ void EqualizerEditor::restore(const Values& values) {
     for (std::size_t i = 0; i < ControlSlotCount; ++i) effect->setParameterAutomated(static_cast<int32>(i), values[i]);
     refresh(true);
 }
+
+} // namespace eq

@@ -6,6 +6,8 @@
 
 #include <array>
 
+namespace eq {
+
 /// The effect's user interface: a dialog of 13 sliders and 13 read-outs that the host embeds in a window of its own.
 ///
 /// A slider's position runs from 0, at the top, to 100, and stands for a parameter of a hundredth of that. The editor
@@ -64,3 +66,5 @@ private:
     Values openingValues{};
     ERect rect{};
 };
+
+} // namespace eq

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 
+namespace eq {
+
 namespace {
 
 bool overlap(const float* a, const float* b, int count) noexcept {
@@ -49,3 +51,5 @@ void ChannelPair::completeBlocks(int mode) noexcept {
     first.kernel->filterTwo(first.currentRun(first.coefficients), first.outputBlock,
                             second.currentRun(second.coefficients), second.outputBlock);
 }
+
+} // namespace eq

@@ -2,6 +2,8 @@
 
 #include "engine/FourBandEqualizer.h"
 
+namespace eq {
+
 /// The engines of two channels, which run together: where a block completes on both, one pass filters both blocks.
 class ChannelPair {
 public:
@@ -18,3 +20,5 @@ private:
     FourBandEqualizer& first;
     FourBandEqualizer& second;
 };
+
+} // namespace eq

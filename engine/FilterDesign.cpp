@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+namespace eq {
+
 namespace {
 
 /// 2 pi / 44100. The design rate enters here and nowhere else.
@@ -55,3 +57,5 @@ FilterDesign FilterDesign::of(const float (&values)[ParameterCount]) noexcept {
     }
     return design;
 }
+
+} // namespace eq

@@ -2,6 +2,8 @@
 
 #include "engine/ParameterArray.h"
 
+namespace eq {
+
 /// The coefficients of one setting of the equalizer: an output gain and four second-order peak filters, each made of
 /// an allpass A:
 ///
@@ -25,3 +27,5 @@ struct FilterDesign {
     /// outside their ranges are limited; a NaN counts as the lowest value.
     [[nodiscard]] static FilterDesign of(const float (&values)[ParameterCount]) noexcept;
 };
+
+} // namespace eq

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace eq {
+
 FourBandEqualizer::FourBandEqualizer() noexcept : FourBandEqualizer(*availableKernels().back()) {}
 
 FourBandEqualizer::FourBandEqualizer(const BlockKernel& blockKernel) noexcept : kernel(&blockKernel) {
@@ -97,3 +99,5 @@ FilterRun FourBandEqualizer::nextRun() noexcept {
 void FourBandEqualizer::design() noexcept {
     if (handover.take(parameters)) coefficients = FilterDesign::of(parameters);
 }
+
+} // namespace eq

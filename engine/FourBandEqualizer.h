@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+namespace eq {
+
 /// The signal path of one audio channel: an output gain and four peak sections in series, run over fixed blocks of
 /// 2048 samples, with a delay of exactly that many samples.
 ///
@@ -88,3 +90,5 @@ private:
     int samplesToFill;
     ParameterHandover handover; // from setParameters to the next design
 };
+
+} // namespace eq

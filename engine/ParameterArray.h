@@ -2,6 +2,8 @@
 
 // The 13 values of one setting of the equalizer, in engineering units: their order and their ranges.
 
+namespace eq {
+
 /// Peak sections in series.
 inline constexpr int BandCount = 4;
 /// Values in a parameter array: the volume, then frequency, gain and Q of each band.
@@ -27,3 +29,5 @@ inline constexpr ValueRange VolumeRange = {-12.0, 12.0};      ///< dB
 inline constexpr ValueRange FrequencyRange = {20.0, 20000.0}; ///< Hz
 inline constexpr ValueRange GainRange = {-10.0, 10.0};        ///< dB
 inline constexpr ValueRange QRange = {1.0, 10.0};             ///< centre divided by bandwidth
+
+} // namespace eq

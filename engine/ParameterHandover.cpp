@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <bit>
 
+namespace eq {
+
 void ParameterHandover::put(const float* values, std::uint32_t number) noexcept {
     const unsigned slot = claim();
     std::copy_n(values, ParameterCount, slots[slot]);
@@ -48,3 +50,5 @@ unsigned ParameterHandover::claim() noexcept {
 void ParameterHandover::release(unsigned slot) noexcept {
     if (slot != NoSlot) freeSlots.fetch_or(1U << slot, std::memory_order_release);
 }
+
+} // namespace eq

@@ -5,6 +5,8 @@
 #include <atomic>
 #include <cstdint>
 
+namespace eq {
+
 /// Hands the newest parameter array from any number of writing threads to one reading thread.
 ///
 /// A writer claims a free slot, fills it and publishes it as the latest array; the reader takes the latest array in one
@@ -76,3 +78,5 @@ private:
     std::atomic<std::uint32_t> changes{0};
     Ticket newestTaken = NoSlot; // the reader's own
 };
+
+} // namespace eq

@@ -14,6 +14,8 @@
 #include <string_view>
 #include <system_error>
 
+namespace eq {
+
 namespace {
 
 constexpr const char* DecibelKey = "IDS_DB";
@@ -68,3 +70,5 @@ void writeDisplay(const Parameter& parameter, float p, char* text) {
     const std::size_t length = full.copy(text, whole_characters(full, DisplayCapacity - 1, CP_ACP));
     text[length] = '\0';
 }
+
+} // namespace eq

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <string>
 
+namespace eq {
+
 /// Bytes of the longest display text and its terminator. Hosts and the editor give buffers of this size.
 inline constexpr std::size_t DisplayCapacity = 28;
 
@@ -24,3 +26,5 @@ struct DisplayParts {
 /// The unit word comes from the language files, in the system's ANSI code page; without a translation its key shows.
 /// A text that is too long is cut at the boundary of a character. The decimal separator is a point in every locale.
 void writeDisplay(const Parameter& parameter, float p, char* text);
+
+} // namespace eq

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <iterator>
 
+namespace eq {
+
 /// What a parameter measures. The kind determines a parameter's range, its unit, its mapping, and the form of its
 /// display.
 enum class ParameterKind { Volume, Frequency, Gain, Q };
@@ -102,3 +104,5 @@ inline float normalisedOf(ParameterKind kind, double value) {
                                                       : (highest - value) / (highest - lowest);
     return static_cast<float>(p);
 }
+
+} // namespace eq

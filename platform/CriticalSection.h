@@ -2,7 +2,7 @@
 
 #include "platform/win32.h"
 
-namespace platform {
+namespace eq {
 
 /// A critical section for the life of the object.
 class CriticalSection {
@@ -31,4 +31,4 @@ private:
     CRITICAL_SECTION& m_section;
 };
 
-} // namespace platform
+} // namespace eq

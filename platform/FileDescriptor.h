@@ -4,11 +4,11 @@
 
 #include <unistd.h>
 
-namespace platform {
+namespace eq {
 
 inline bool closeDescriptor(int descriptor) noexcept {
     return ::close(descriptor) == 0;
 }
 using FileDescriptor = UniqueHandle<int, closeDescriptor, -1>;
 
-} // namespace platform
+} // namespace eq

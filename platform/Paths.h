@@ -1,6 +1,6 @@
 #pragma once
 
-namespace platform {
+namespace eq {
 
 /// What parts the folders of a path from the file functions.
 #ifdef _WIN32
@@ -9,4 +9,4 @@ inline constexpr char pathSeparator = '\\';
 inline constexpr char pathSeparator = '/';
 #endif
 
-} // namespace platform
+} // namespace eq

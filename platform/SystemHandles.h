@@ -5,7 +5,7 @@
 
 // The owners of the handles of Win32.
 
-namespace platform {
+namespace eq {
 
 inline bool closeKey(HKEY key) noexcept {
     return RegCloseKey(key) == ERROR_SUCCESS;
@@ -44,4 +44,4 @@ private:
     HDC m_context;
 };
 
-} // namespace platform
+} // namespace eq

@@ -4,7 +4,7 @@
 #include <type_traits>
 #include <utility>
 
-namespace platform {
+namespace eq {
 
 /// Owns a handle. `closeHandle` returns false for a failure. `Empty` is the number of the handle that means none.
 template <typename Handle, bool (&closeHandle)(Handle) noexcept, std::intptr_t Empty = 0>
@@ -46,4 +46,4 @@ private:
     Handle m_handle = empty();
 };
 
-} // namespace platform
+} // namespace eq

@@ -3,6 +3,8 @@
 #include "platform/standin/StandardError.h"
 #include "wedge/CLanguageStore.h"
 
+namespace eq {
+
 // Without an editor the effect does not set the editor flag, and hosts show their own sliders with the effect's texts.
 bool createEditor(AudioEffect& /*effect*/) {
     CLanguageStore::ShowMessagesWith(
@@ -10,3 +12,5 @@ bool createEditor(AudioEffect& /*effect*/) {
     static_cast<void>(CLanguageStore::Instance());
     return true;
 }
+
+} // namespace eq

@@ -20,7 +20,7 @@ struct ReserveRelease {
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved*/) {
     if (reason == DLL_PROCESS_ATTACH) {
-        setOwnModule(module);
+        eq::setOwnModule(module);
         DisableThreadLibraryCalls(module);
     }
     return TRUE;

@@ -9,6 +9,8 @@
 #include <cstring>
 #include <new>
 
+namespace eq {
+
 namespace {
 
 constexpr int32 UniqueId = 0x4D68567A; // "zVhM" in memory order
@@ -122,3 +124,5 @@ void ParametricEqualizer::updateEngines() noexcept {
         values[i] = static_cast<float>(valueOf(Parameters[i].kind, getParameter(i)));
     for (std::size_t i = 0; i < ChannelCount; ++i) engines[i]->setParameters(values, change[i]);
 }
+
+} // namespace eq

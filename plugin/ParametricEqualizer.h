@@ -8,6 +8,8 @@
 #include <cstddef>
 #include <memory>
 
+namespace eq {
+
 /// Set when the editor of any effect cannot be made, and never cleared: from then on no effect is given to a host.
 inline std::atomic<bool> editorCreationFailed = false;
 
@@ -58,3 +60,5 @@ private:
     int32 scratchFrames = 0;
     std::array<std::atomic<float>, ParameterCount> parameterValues;
 };
+
+} // namespace eq

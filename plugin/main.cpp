@@ -4,6 +4,8 @@
 // The library's one export. It is exported as "main", a name that the language gives to no function of this form.
 extern "C" AEffect* pluginMain(audioMasterCallback audioMaster);
 
+using namespace eq;
+
 /// Makes an effect for a host that knows its own version. Gives null when there is none to be had.
 AEffect* pluginMain(audioMasterCallback audioMaster) {
     return withExceptionBarrier([audioMaster]() -> AEffect* {

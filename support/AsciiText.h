@@ -7,6 +7,8 @@
 
 // Text functions that give the same result in every locale. A returned view is a part of the given text.
 
+namespace eq {
+
 constexpr bool isAscii(char c) noexcept {
     return static_cast<unsigned char>(c) < 0x80;
 }
@@ -59,3 +61,5 @@ inline void split(std::string_view s, std::string_view delimiters, std::vector<s
         if (!piece.empty()) out.emplace_back(piece);
     });
 }
+
+} // namespace eq

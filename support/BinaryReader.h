@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+namespace eq {
+
 /// The failure of every read that needs more bytes than are left.
 class EndOfData : public std::exception {
 public:
@@ -72,3 +74,5 @@ private:
     std::size_t position = 0;
     std::endian order;
 };
+
+} // namespace eq

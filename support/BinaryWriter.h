@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace eq {
+
 /// Writes numbers, texts and bytes, one after the other. Numbers are little-endian; a text consists of 16-bit units.
 class BinaryWriter {
 public:
@@ -41,3 +43,5 @@ public:
 private:
     std::string bytes;
 };
+
+} // namespace eq

@@ -9,6 +9,8 @@
 #include <functional>
 #include <new>
 
+namespace eq {
+
 namespace {
 
 constexpr char ThrownBy[] = " thrown by ";
@@ -164,3 +166,5 @@ const char* SystemErrorText(unsigned long errorCode, const char* fallback) {
     message.lock.Unlock();
     return length != 0 ? message.text : fallback;
 }
+
+} // namespace eq

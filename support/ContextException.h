@@ -5,6 +5,8 @@
 #include <memory>
 #include <string>
 
+namespace eq {
+
 /// The base of every failure that the language layer raises. It carries the exception's own name, the operation that
 /// threw, the context of the failure, and a report made of these and of the source position:
 ///
@@ -59,3 +61,5 @@ private:
 /// The system's text for an error code, or `fallback` if there is none. The text lies in a buffer that the whole
 /// process shares: it holds until the next call from any thread.
 [[nodiscard]] const char* SystemErrorText(unsigned long errorCode, const char* fallback);
+
+} // namespace eq

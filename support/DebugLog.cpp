@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <iostream>
 
+namespace eq {
+
 namespace {
 
 int debugOutputTarget = DebugToDebugger;
@@ -45,7 +47,7 @@ void send(const char* text, int target) {
 class SharedSecurity {
 public:
     SECURITY_ATTRIBUTES* attributes() {
-        const platform::CriticalSectionEntry entry(lock);
+        const CriticalSectionEntry entry(lock);
         if (!platformKnown) askPlatform();
         if (!isWindowsNt) return nullptr;
         if (!made) make();
@@ -69,7 +71,7 @@ private:
         made = true;
     }
 
-    platform::CriticalSection lock;
+    CriticalSection lock;
     bool platformKnown = false;
     bool isWindowsNt = false;
     bool made = false;
@@ -112,7 +114,7 @@ SECURITY_ATTRIBUTES* SharedSecurityAttributes() {
 }
 
 void SerialDebugPort::write(const char* text) {
-    const platform::CriticalSectionEntry entry(portLock);
+    const CriticalSectionEntry entry(portLock);
     if (portHandle == INVALID_HANDLE_VALUE) open();
     if (portHandle == INVALID_HANDLE_VALUE) return;
     for (; *text != '\0'; ++text) {
@@ -122,7 +124,7 @@ void SerialDebugPort::write(const char* text) {
 }
 
 void SerialDebugPort::open() {
-    platform::File port(CreateFileA(portName, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    File port(CreateFileA(portName, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     if (port && configure(port.get())) portHandle = port.release(); // open until the process ends
 }
 
@@ -141,3 +143,5 @@ void SerialDebugPort::writeByte(char value) {
     DWORD written = 0;
     WriteFile(portHandle, &value, 1, &written, nullptr);
 }
+
+} // namespace eq

@@ -5,6 +5,8 @@
 
 #include <fstream>
 
+namespace eq {
+
 #ifdef __MINGW_PRINTF_FORMAT
 #define EQ_PRINTF_FORMAT __MINGW_PRINTF_FORMAT
 #else
@@ -59,5 +61,7 @@ private:
 
     HANDLE portHandle = INVALID_HANDLE_VALUE;
     const char* portName;
-    platform::CriticalSection portLock;
+    CriticalSection portLock;
 };
+
+} // namespace eq

@@ -8,6 +8,8 @@
 #include <cwchar>
 #include <new>
 
+namespace eq {
+
 namespace {
 
 // What a wide buffer has beyond the text and its end.
@@ -92,3 +94,5 @@ void LanguageText::makeNarrow() {
     narrowLength = 0;
     narrowText[converted.copy(narrowText, room - 1)] = '\0';
 }
+
+} // namespace eq

@@ -2,6 +2,8 @@
 
 #include "platform/win32.h"
 
+namespace eq {
+
 /// A text held in wide form, narrow form or both; the missing form is made when it is asked for, in the system's ANSI
 /// code page whatever the language in force. Not for use by several threads at once.
 class LanguageText {
@@ -40,3 +42,5 @@ private:
     unsigned wideCapacity = 0; // with room to spare behind the text
     BYTE ownsText = 0;
 };
+
+} // namespace eq

@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 
+namespace eq {
+
 /// A re-entrant lock over a mutex of the system. The system's mutex is held once per holder, whatever the depth.
 ///
 /// The lock outlives a thread that ends while holding it: the next thread to wait gets it.
@@ -77,3 +79,5 @@ public:
 private:
     Mutex& m_mutex;
 };
+
+} // namespace eq

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace eq {
+
 namespace {
 
 /// Calls `convert` with a buffer of `size` characters. A conversion that returns 0 has failed.
@@ -38,3 +40,5 @@ Converted<std::string> toNarrow(std::wstring_view text, UINT codePage, int mostB
 bool is_utf8_codepage(unsigned codePage) noexcept {
     return codePage == CP_UTF8 || (codePage == CP_ACP && GetACP() == CP_UTF8);
 }
+
+} // namespace eq

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+namespace eq {
+
 /// The result of a conversion. If the system refuses, `text` is empty and `error` is the system's code.
 template <typename Text>
 struct Converted {
@@ -29,3 +31,5 @@ inline constexpr int AnySize = 0;
 
 /// Whether a code page (0: the system's ANSI code page) is UTF-8.
 [[nodiscard]] bool is_utf8_codepage(unsigned codePage) noexcept;
+
+} // namespace eq

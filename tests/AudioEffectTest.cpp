@@ -11,6 +11,8 @@
 #include <type_traits>
 #include <vector>
 
+namespace eq {
+
 namespace {
 
 class PlainEffect : public AudioEffectX {
@@ -224,3 +226,5 @@ TEST(EntryFunctions, LetNothingThrownThrough) {
 }
 
 } // namespace
+
+} // namespace eq

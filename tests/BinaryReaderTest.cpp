@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <stdexcept>
 
+namespace eq {
+
 TEST(BinaryReader, ReadsToTheVeryEndAndNoFurther) {
     using namespace std::string_view_literals;
     constexpr auto Data = "\x01\x82\x03\x84\x05\x86\x07\x88Z\0\0\xD8\0\0B\0!"sv;
@@ -44,3 +46,5 @@ TEST(BinaryWriter, WritesWhatTheReaderReads) {
                                                  "a\0b\0",
                                                  12));
 }
+
+} // namespace eq

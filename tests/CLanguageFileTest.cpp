@@ -9,6 +9,8 @@
 #include <string>
 #include <utility>
 
+namespace eq {
+
 namespace {
 
 /// Writes the events down, one a line.
@@ -131,3 +133,5 @@ TEST(LanguageFileText, SparesBackslashesInsideDoubleByteCharacters) {
         kinds += std::to_string(byte_kind("\x80\x81\x40\x9F\x40\xA0\xDF\xE0\x40\xFC\x40\xFD", i));
     EXPECT_EQ(kinds.substr(6), "012120012120") << "at the ends of the lead bytes";
 }
+
+} // namespace eq

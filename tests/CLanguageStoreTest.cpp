@@ -19,6 +19,8 @@
 #include <utility>
 #include <vector>
 
+namespace eq {
+
 struct CLanguageStoreTestAccess {
     static void drop() noexcept { CLanguageStore::dropInstance(); }
 };
@@ -183,3 +185,5 @@ TEST_F(StoreInstance, StartsOverAfterABrokenFileAndIsMadeOnceAndFullForEveryThre
     folder.write("A1033.lng", "[Sample Module]\na = b\n");
     EXPECT_EQ(CLanguageStore::Instance(GetModuleHandleA(nullptr)).Find("a"), nullptr);
 }
+
+} // namespace eq

@@ -9,6 +9,8 @@
 #include <cfloat>
 #include <new>
 
+namespace eq {
+
 namespace {
 
 constexpr int LongestCall = 6000;
@@ -102,3 +104,5 @@ TEST(ChannelPair, DoesWithAnyKernelWhatTwoPlainEnginesDoOneAfterTheOther) {
         }
     }
 }
+
+} // namespace eq

@@ -8,6 +8,8 @@
 
 #include <string>
 
+namespace eq {
+
 namespace {
 
 constexpr unsigned long NoSuchCode = 0xE1234567;
@@ -70,3 +72,5 @@ TEST(SystemErrorText, GivesTheSystemsWordsOrTheFallbackToEachThreadItsOwn) {
             EXPECT_EQ(CallFailureText("f", 5 + static_cast<unsigned long>(i)), expected[i]);
     });
 }
+
+} // namespace eq

@@ -16,6 +16,8 @@
 #include <unistd.h>
 #endif
 
+namespace eq {
+
 namespace {
 
 template <typename... Arguments>
@@ -101,3 +103,5 @@ TEST(DebugLog, SendsToASerialPortOnceItIsThereAndKeepsTheTextsOfThreadsApart) {
     }
 }
 #endif
+
+} // namespace eq

@@ -11,6 +11,8 @@
 
 // The keys and their texts are those of the language file beside the test program.
 
+namespace eq {
+
 namespace {
 
 using Text = std::u16string_view;
@@ -76,3 +78,5 @@ TEST(PrepareDialogResource, PutsTheSystemsFontInPlaceOfMsShellDlgAlone) {
     EXPECT_EQ(status, PrepUnchanged) << "the comparison does not depend on the locale";
 #endif
 }
+
+} // namespace eq

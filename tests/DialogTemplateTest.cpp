@@ -6,6 +6,8 @@
 #include <fstream>
 #include <iterator>
 
+namespace eq {
+
 // The fingerprint is of a template that was once put together by hand from the dialog's layout, not of what the
 // resource compilers make of the sources. It tells that something has moved, not what.
 TEST(DialogTemplate, StandsInTheLibraryAsItIsLaidOut) {
@@ -16,3 +18,5 @@ TEST(DialogTemplate, StandsInTheLibraryAsItIsLaidOut) {
     ASSERT_NE(start, library.npos);
     EXPECT_EQ(fingerprint(library.substr(start, Size)), 0x50162CC5670057CCU);
 }
+
+} // namespace eq

@@ -5,6 +5,8 @@
 #include <sstream>
 #include <string>
 
+namespace eq {
+
 namespace {
 
 char object;
@@ -128,3 +130,5 @@ TEST(Dispatcher, TakesNumbersAsOnAndOff) {
 }
 
 } // namespace
+
+} // namespace eq

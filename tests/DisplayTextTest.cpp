@@ -12,6 +12,8 @@
 
 // The unit words come from the language file that lies beside the test program.
 
+namespace eq {
+
 namespace {
 
 std::string display(int32 index, float p) {
@@ -39,3 +41,5 @@ TEST(DisplayText, StaysInsideItsBufferForValuesOfAnySize) {
             EXPECT_LT(display(index, p).size(), DisplayCapacity) << index << " at " << p;
     }
 }
+
+} // namespace eq

@@ -8,6 +8,8 @@
 
 // editor-host as its user meets it: a process of its own, whose window gets the keys that are pressed.
 
+namespace eq {
+
 namespace {
 
 constexpr int QOfBand1 = 1044; // the first two controls in the dialog's tab order
@@ -99,3 +101,5 @@ TEST_F(EditorHost, GivesTheKeysToTheDialogFromTheStartAndAfterAChangeOfWindows) 
 }
 
 } // namespace
+
+} // namespace eq

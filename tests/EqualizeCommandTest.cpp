@@ -15,6 +15,8 @@
 #include <sndfile.hh>
 #include <sys/stat.h>
 
+namespace eq {
+
 namespace {
 
 constexpr int Float = SF_FORMAT_WAV | SF_FORMAT_FLOAT;
@@ -352,3 +354,5 @@ TEST_F(EqualizeCommand, ShowsItsProgressOnATerminalOnly) {
 }
 
 } // namespace
+
+} // namespace eq

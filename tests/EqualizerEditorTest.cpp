@@ -29,6 +29,8 @@
 // The editor as a host drives it, by the effect's record: on Windows that of the built library, elsewhere that of an
 // effect in this program, whose windows the stand-in shows to this program alone.
 
+namespace eq {
+
 namespace {
 
 // By parameter.
@@ -107,7 +109,7 @@ protected:
     using Automations = std::vector<std::pair<int, float>>;
 
     ScriptedHost host{2400};
-    platform::Window window{makeHostWindow()};
+    Window window{makeHostWindow()};
     std::unique_ptr<EditedEffect> effect;
     HWND dialog = nullptr;
     std::size_t callsSeen = 0;
@@ -321,7 +323,7 @@ void elsewhere(const Work& work) {
 TEST_F(Editor, WorksOnAfterACloseOrAnOpeningOnAnotherThread) {
     const HWND first = dialog;
     elsewhere([this] {
-        const platform::Window another(makeHostWindow());
+        const Window another(makeHostWindow());
         effect->dispatch(effEditClose);
         EXPECT_EQ(effect->open(another.get()), nullptr);
     });
@@ -366,7 +368,7 @@ TEST_F(Editor, MayBeMadeOnSeveralThreadsAtOnce) {
     onThreads(3, [](int) {
         for (int turn = 0; turn < Turns; ++turn) {
             const EditedEffect own([](AEffect*, int32, int32, intptr, void*, float) -> intptr { return 1; });
-            const platform::Window parent(makeHostWindow());
+            const Window parent(makeHostWindow());
             EXPECT_EQ(SendMessageW(GetDlgItem(own.open(parent.get()), SliderIds[1]), TBM_GETPOS, 0, 0), 100);
         }
     });
@@ -384,3 +386,5 @@ TEST_F(Editor, LeavesNothingBehindHoweverOftenItIsOpened) {
 }
 
 } // namespace
+
+} // namespace eq

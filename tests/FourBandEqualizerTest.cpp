@@ -13,6 +13,8 @@
 #include <random>
 #include <string>
 
+namespace eq {
+
 namespace {
 
 /// A second telling of what an engine does, block by block and without delay. Deliberately slow and plain.
@@ -176,3 +178,5 @@ TEST(FourBandEqualizer, AgreesWithTheModelForAnySettingsModesAndCallSizes) {
         ASSERT_EQ(firstDifference(actual, expected), -1);
     }
 }
+
+} // namespace eq

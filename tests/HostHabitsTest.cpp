@@ -32,6 +32,8 @@
 
 // Habits of hosts with which the library has to cope. Each test loads a copy of the library, which no other test uses.
 
+namespace eq {
+
 namespace {
 
 /// A loaded copy of the library, in a folder of its own beside this language file.
@@ -266,3 +268,5 @@ TEST(HostHabits, ForgivesCallsInTheWrongOrderAndOnAnotherThread) {
 }
 
 } // namespace
+
+} // namespace eq

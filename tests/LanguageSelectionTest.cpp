@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+namespace eq {
+
 namespace {
 
 class LanguageSelection : public ::testing::Test {
@@ -135,3 +137,5 @@ TEST(LanguageFileName, DeclaresALanguage) {
     for (const char* const name : {"Equaliser1031.lng", "qualizer1031.lng"})
         EXPECT_EQ(ParseLanguageFileName(name, "equalizer", "lng"), 0) << name;
 }
+
+} // namespace eq

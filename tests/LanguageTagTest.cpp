@@ -8,6 +8,8 @@
 #include <string>
 #include <utility>
 
+namespace eq {
+
 namespace {
 
 /// The key's name or the code page that a tag stands for, or why it is none.
@@ -77,3 +79,5 @@ TEST(Codepages, AreThePublishedPairsInOrder) {
     for (const auto& [codepage, language] : misfits)
         EXPECT_FALSE(CodepageFitsLanguage(codepage, language)) << codepage << " " << language;
 }
+
+} // namespace eq

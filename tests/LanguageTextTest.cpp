@@ -6,6 +6,8 @@
 
 #include <tuple>
 
+namespace eq {
+
 TEST(LanguageText, GivesBothFormsOfWhatItWasGiven) {
     LanguageText text(L"wide");
     EXPECT_STREQ(text.narrow(), "wide");
@@ -38,3 +40,5 @@ TEST(LanguageText, ConvertsInTheAnsiCodePage) {
         EXPECT_STREQ(text.narrow(), narrow) << number;
     }
 }
+
+} // namespace eq

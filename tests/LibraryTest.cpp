@@ -15,6 +15,8 @@
 #include <filesystem>
 #include <vector>
 
+namespace eq {
+
 namespace {
 
 #ifdef _WIN32
@@ -167,3 +169,5 @@ TEST(Library, TakesAStackThatIsAlignedToFourBytesOnly) {
 #endif
 
 } // namespace
+
+} // namespace eq

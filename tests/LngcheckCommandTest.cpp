@@ -4,6 +4,8 @@
 #include <utility>
 #include <vector>
 
+namespace eq {
+
 namespace {
 
 class LngcheckCommand : public CommandTest {
@@ -152,3 +154,5 @@ TEST_F(LngcheckCommand, RefusesBadUsage) {
 }
 
 } // namespace
+
+} // namespace eq

@@ -8,6 +8,8 @@
 
 // The keys and their texts are those of the language file beside the test program.
 
+namespace eq {
+
 namespace {
 
 using Text = std::u16string_view;
@@ -73,3 +75,5 @@ TEST(PrepareMenuResource, ReadsPopupsOfAnyDepthThatItsRangeAllows) {
     for (int depth = 0; depth < 1000; ++depth) menu.word(0x90).text(u"");
     EXPECT_EQ(statusOf(PrepareMenuResource, menu.words({0x80, 1}).text(u"{T_Short}")), PrepFailed);
 }
+
+} // namespace eq

@@ -7,6 +7,8 @@
 
 #include <string>
 
+namespace eq {
+
 namespace {
 
 /// A lock whose system mutex a test can see and break.
@@ -57,3 +59,5 @@ TEST(Mutex, TellsOfSystemCallsThatFail) {
               "Mutex::Lock()[wedge/Mutex_Win32Impl, N] threw exception lock_failure, with context: "
               "Error: WaitForSingleObject returned WAIT_FAILED error 6");
 }
+
+} // namespace eq

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <atomic>
 
+namespace eq {
+
 namespace {
 
 void put(ParameterHandover& handover, float value) {
@@ -88,3 +90,5 @@ TEST(ParameterHandover, NeverGivesHalfAnArrayNorAnOlderOneOfTheSameWriter) {
     onThreads(writerCount + 1, [&](int i) { i < writerCount ? write(i) : read(); });
     EXPECT_TRUE(lastRound) << "the array that came last is the last of its writer";
 }
+
+} // namespace eq

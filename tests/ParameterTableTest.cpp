@@ -5,6 +5,8 @@
 #include <cmath>
 #include <string>
 
+namespace eq {
+
 TEST(ParameterTable, AgreesWithItselfInBothDirections) {
     for (int index = 0; index < ParameterCount; ++index) {
         const Parameter& parameter = Parameters[index];
@@ -21,3 +23,5 @@ TEST(ParameterTable, AgreesWithItselfInBothDirections) {
         EXPECT_TRUE(std::string(parameter.name).ends_with(band));
     }
 }
+
+} // namespace eq

@@ -11,6 +11,8 @@
 #include <string>
 #include <utility>
 
+namespace eq {
+
 namespace {
 
 void setAll(ParametricEqualizer& effect, const Values& parameters) {
@@ -171,3 +173,5 @@ TEST(ParametricEqualizer, LosesNoChangeThatComesInTheMidstOfAnother) {
 }
 
 } // namespace
+
+} // namespace eq

@@ -21,6 +21,8 @@
 
 // The pages are those of Wedge.rc, the texts those of the language file beside the test program.
 
+namespace eq {
+
 namespace {
 
 constexpr LPARAM CallersValue = 0x1234;
@@ -99,7 +101,7 @@ struct Sheet {
         header.pfnCallback = sheetCallback;
     }
 
-    void open() { window = platform::Window(reinterpret_cast<HWND>(PropertySheetW(&header))); }
+    void open() { window = Window(reinterpret_cast<HWND>(PropertySheetW(&header))); }
     LRESULT send(UINT message, WPARAM wParam, LPARAM lParam = 0) const {
         MSG posted;
         while (PeekMessageW(&posted, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&posted);
@@ -111,7 +113,7 @@ struct Sheet {
 
     std::array<PROPSHEETPAGEW, 3> pages{};
     PROPSHEETHEADERW header{};
-    platform::Window window;
+    Window window;
 };
 
 /// The bytes of records, of each as many as its size states, and none after them.
@@ -216,7 +218,7 @@ TEST(WedgeSheets, OfTheNarrowFormAreTranslatedTooAndNotReadPastTheirSize) {
     const auto exactHeader = exactBytes(header);
     const INT_PTR opened = PropertySheetA(reinterpret_cast<const PROPSHEETHEADERA*>(exactHeader.get()));
     Sheet sheet;
-    sheet.window = platform::Window(reinterpret_cast<HWND>(opened));
+    sheet.window = Window(reinterpret_cast<HWND>(opened));
     EXPECT_EQ(textOf(sheet.window.get()), L"caption");
     EXPECT_EQ(sheet.label(), L"S");
 }
@@ -291,3 +293,5 @@ TEST(WedgeSheets, MayBeOpenOnTwoThreads) {
         }
     });
 }
+
+} // namespace eq

@@ -21,6 +21,8 @@
 // The library may not allocate, lock or wait while it processes audio. This program stands between the library and the
 // C library's allocator and locks, and between its audio thread and the kernel, and writes down what comes by.
 
+using namespace eq;
+
 namespace {
 
 /// Whether this thread is inside a call of the effect's processing.

@@ -10,6 +10,8 @@
 
 // The keys and their texts are those of the language file beside the test program.
 
+namespace eq {
+
 namespace {
 
 TemplateBuilder bundle(std::vector<std::u16string> strings) {
@@ -83,3 +85,5 @@ TEST(ResourceRewriters, RefuseNull) {
     EXPECT_EQ(PrepareDialogResource("", 0, nullptr), PrepFailed);
     EXPECT_EQ(PrepareMenuResource("", 0, nullptr), PrepFailed);
 }
+
+} // namespace eq

@@ -16,6 +16,8 @@
 #include <string>
 #include <vector>
 
+namespace eq {
+
 namespace {
 
 constexpr WORD English = 1033;
@@ -146,3 +148,5 @@ TEST(ShippedLanguages, ServeEveryRegion) {
 #endif
     }
 }
+
+} // namespace eq

@@ -20,6 +20,8 @@
 #include <string>
 #include <vector>
 
+namespace eq {
+
 namespace {
 
 using namespace std::string_literals;
@@ -168,3 +170,5 @@ TEST_F(Environment, NamesTheSystemsLanguageByItsVariablesInTheUsualOrder) {
 #endif
 
 } // namespace
+
+} // namespace eq

@@ -16,6 +16,8 @@
 #include <thread>
 #include <utility>
 
+namespace eq {
+
 namespace {
 
 std::string messages; // of all dialogs, each with the dialog's parameter
@@ -93,3 +95,5 @@ TEST(Menus, EndWithTheirPopupsHoweverDeepTheyAre) {
 }
 
 } // namespace
+
+} // namespace eq

@@ -7,6 +7,8 @@
 #include <string>
 #include <tuple>
 
+namespace eq {
+
 namespace {
 
 constexpr unsigned Utf8 = 65001;
@@ -43,3 +45,5 @@ TEST(StringExt, TellsWhichCallFailed) {
               "convert_string_failed thrown by convert_string [wedge/string_ext:N] with context\n" +
                   CallFailureText("WideCharToMultiByte()", InsufficientBuffer));
 }
+
+} // namespace eq

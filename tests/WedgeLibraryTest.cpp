@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace eq {
+
 namespace {
 
 /// What a hundred loads of the library leave behind, with or without work in it.
@@ -34,3 +36,5 @@ TEST(WedgeLibrary, LeavesNothingBehindWhenItIsUnloadedAHundredTimes) {
     EXPECT_LT(idle, MostIdle);
     EXPECT_LT(leftByAHundredLoads(true) - idle, Most);
 }
+
+} // namespace eq

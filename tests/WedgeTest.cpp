@@ -23,6 +23,8 @@
 
 // The resources are those of Wedge.rc, the texts those of the language file beside the test program.
 
+namespace eq {
+
 namespace {
 
 constexpr std::uintptr_t DialogType = 5;
@@ -37,7 +39,7 @@ const char* bytesOf(HRSRC resource) {
 
 std::wstring captionOf(HRSRC dialog) {
     const auto* const bytes = reinterpret_cast<const DLGTEMPLATE*>(bytesOf(dialog));
-    const platform::Window window(CreateDialogIndirectParamW(ownModule(), bytes, nullptr, ignoreMessage, 0));
+    const Window window(CreateDialogIndirectParamW(ownModule(), bytes, nullptr, ignoreMessage, 0));
     return textOf(window.get());
 }
 
@@ -138,7 +140,7 @@ TEST(Wedge, FindsResourcesInTheStoresLanguageUnlessTheCallerNamesOne) {
 }
 
 TEST(Wedge, CreatesTranslatedDialogs) {
-    const platform::Window dialog(CreateDialogParamW(ownModule(), MAKEINTRESOURCEW(141), nullptr, ignoreMessage, 0));
+    const Window dialog(CreateDialogParamW(ownModule(), MAKEINTRESOURCEW(141), nullptr, ignoreMessage, 0));
     EXPECT_EQ(textOf(dialog.get()), L"S: A longer translation");
     EXPECT_EQ(textOf(GetDlgItem(dialog.get(), 1003)), L"as it is {T_Unknown}");
     const HWND child = CreateDialogParamA(ownModule(), MAKEINTRESOURCEA(142), dialog.get(), ignoreMessage, 0);
@@ -233,3 +235,5 @@ TEST(Wedge, ShowsMessageBoxesInTheStoresLanguageOrTheCallers) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "caption: text\ncaption: text\ncaption: narrow\nError: narrow\n");
 }
 #endif
+
+} // namespace eq

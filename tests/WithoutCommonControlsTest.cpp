@@ -6,6 +6,8 @@
 
 // A program of its own, in which nobody loads the common controls.
 
+namespace eq {
+
 TEST(PropertySheets, AreNotThereWithoutTheCommonControls) {
     ASSERT_EQ(GetModuleHandleA("comctl32"), nullptr);
     std::vector<PROPSHEETPAGEW> pages(101);
@@ -26,3 +28,5 @@ TEST(PropertySheets, AreNotThereWithoutTheCommonControls) {
     EXPECT_EQ(PropertySheetW(&header), 0);
     EXPECT_EQ(DestroyPropertySheetPage(nullptr), 0);
 }
+
+} // namespace eq

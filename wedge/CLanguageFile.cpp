@@ -6,6 +6,8 @@
 #include <istream>
 #include <optional>
 
+namespace eq {
+
 namespace {
 
 constexpr const char* SourceFile = "wedge/CLanguageFile";
@@ -265,3 +267,5 @@ int byte_kind(std::string_view s, std::size_t index) noexcept {
     for (const char c : s.substr(0, index)) walk.pass(c);
     return index < s.size() ? walk.kindOf(s[index]) : 0;
 }
+
+} // namespace eq

@@ -10,6 +10,8 @@
 #include <string>
 #include <string_view>
 
+namespace eq {
+
 /// Receives what a scan reads, in the order of the file. Tag texts and keys arrive trimmed, values trimmed and still
 /// escaped.
 class CLanguageFileHandler {
@@ -80,3 +82,5 @@ void scanLanguageStream(std::istream& stream, const std::string& filename, CLang
 /// What the byte at `index` is in the system's ANSI code page: 2 the second byte of a double-byte character, 1 the
 /// first, 0 any other. Walks from the start of `s`.
 [[nodiscard]] int byte_kind(std::string_view s, std::size_t index) noexcept;
+
+} // namespace eq

@@ -11,6 +11,8 @@
 #include <atomic>
 #include <optional>
 
+namespace eq {
+
 namespace {
 
 constexpr std::string_view SharedContext = "Shared";
@@ -86,7 +88,7 @@ Text expandKeys(const CLanguageStore& store, const Text& text, bool* changed) {
 
 /// The place of the process's store. Destroyed with the process, or when the library unloads.
 struct CLanguageStore::Singleton {
-    platform::CriticalSection lock;
+    CriticalSection lock;
     /// Under the lock. Holds a store from the start of its filling on, for calls that the filling itself makes. Once it
     /// is full it never changes again.
     std::optional<CLanguageStore> store;
@@ -99,7 +101,7 @@ CLanguageStore::Singleton& CLanguageStore::singleton() {
 
 CLanguageStore& CLanguageStore::Instance(HMODULE module) {
     Singleton& the = singleton();
-    const platform::CriticalSectionEntry entry(the.lock);
+    const CriticalSectionEntry entry(the.lock);
     if (!the.store) fillInstance(the, module ? module : ownModule());
     return *the.store;
 }
@@ -125,7 +127,7 @@ void CLanguageStore::load(const std::string& module_path, WORD language) {
     const auto dot = module_path.rfind('.');
     if (dot == module_path.npos) return;
     const std::string base = module_path.substr(0, dot);
-    const auto cut = base.rfind(platform::pathSeparator);
+    const auto cut = base.rfind(pathSeparator);
     if (cut == base.npos) return;
 
     m_module = base.substr(cut + 1);
@@ -217,3 +219,5 @@ LanguageText::LanguageText(const char* key, HMODULE module) {
         assign(key);
     }
 }
+
+} // namespace eq

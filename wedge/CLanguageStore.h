@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace eq {
+
 /// All translated text of the process, by context and key. Filled by its constructor and never changed after it, so
 /// that any number of threads may look up without a lock.
 class CLanguageStore {
@@ -72,3 +74,5 @@ WORD GetLanguageId();
 [[nodiscard]] std::string GetLanguageString(const std::string& key);
 [[nodiscard]] std::string ExpandLanguageKeys(const std::string& text, bool* changed);
 [[nodiscard]] std::wstring ExpandLanguageKeys(const std::wstring& text, bool* changed);
+
+} // namespace eq

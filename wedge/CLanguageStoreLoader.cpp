@@ -5,6 +5,8 @@
 
 #include <utility>
 
+namespace eq {
+
 void CLanguageStoreLoader::OnTag(const std::string& tag, const std::string& value) {
     std::string error;
     const LanguageTagPtr record = ParseLanguageTag(tag, error);
@@ -33,3 +35,5 @@ void CLanguageStoreLoader::OnString(const std::string& key, const std::string& v
 void CLanguageStoreLoader::OnContextEnd() {
     m_context.clear();
 }
+
+} // namespace eq

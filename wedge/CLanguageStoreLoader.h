@@ -7,6 +7,8 @@
 #include <map>
 #include <string>
 
+namespace eq {
+
 /// From key to text. A node keeps its place for life, so a pointer to its text stays valid.
 using LanguageTable = std::map<nocase_string, std::wstring, std::less<>>;
 /// From context name to the context's table.
@@ -34,3 +36,5 @@ private:
     UINT m_codepage;
     LanguageContexts* m_contexts;
 };
+
+} // namespace eq

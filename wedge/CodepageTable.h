@@ -8,6 +8,8 @@
 #include <array>
 #include <cstddef>
 
+namespace eq {
+
 namespace codepage_table {
 
 /// Code pages that serve the same languages. Unused places hold 0.
@@ -107,3 +109,5 @@ static_assert(Pairs.size() == 391);
 }
 
 } // namespace codepage_table
+
+} // namespace eq

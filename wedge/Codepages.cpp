@@ -2,6 +2,8 @@
 
 #include "wedge/CodepageTable.h"
 
+namespace eq {
+
 std::span<const CodepagePair> codepagePairs() noexcept {
     return codepage_table::Pairs;
 }
@@ -9,3 +11,5 @@ std::span<const CodepagePair> codepagePairs() noexcept {
 bool CodepageFitsLanguage(long codepage, WORD language) noexcept {
     return codepage_table::isPair(codepage, language);
 }
+
+} // namespace eq

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <span>
 
+namespace eq {
+
 struct CodepagePair {
     std::uint16_t codepage;
     std::uint16_t language;
@@ -19,3 +21,5 @@ struct CodepagePair {
 
 /// Whether the table pairs exactly this code page with this language.
 [[nodiscard]] bool CodepageFitsLanguage(long codepage, WORD language) noexcept;
+
+} // namespace eq

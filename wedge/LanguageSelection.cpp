@@ -9,6 +9,8 @@
 #include <exception>
 #include <string_view>
 
+namespace eq {
+
 namespace {
 
 constexpr wchar_t SettingsPath[] = L"Software\\Tavrin\\TuneBench\\2.0";
@@ -18,14 +20,14 @@ constexpr std::string_view Digits = "0123456789";
 /// The system's functions of this age take no longer paths.
 constexpr std::size_t PathCapacity = MAX_PATH;
 
-platform::RegistryKey openSettings() noexcept {
-    platform::RegistryKey key;
+RegistryKey openSettings() noexcept {
+    RegistryKey key;
     RegCreateKeyExW(HKEY_LOCAL_MACHINE, SettingsPath, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, key.receive(), nullptr);
     return key;
 }
 
 /// Open from the library's load to its end.
-const platform::RegistryKey settings = openSettings();
+const RegistryKey settings = openSettings();
 
 /// A registry value that tells a language, as text.
 struct LocaleValue {
@@ -43,7 +45,7 @@ WORD registeredLanguage(uilanguage_context context) {
     const LocaleValue value = localeValue();
     const HKEY root = context == uilanguage_user ? HKEY_CURRENT_USER : HKEY_USERS;
     const std::string path = (context == uilanguage_user ? "" : ".Default\\") + std::string(value.key);
-    platform::RegistryKey key;
+    RegistryKey key;
     if (RegOpenKeyExA(root, path.c_str(), 0, KEY_READ, key.receive()) != ERROR_SUCCESS) return 0;
 
     constexpr DWORD Capacity = 32;
@@ -120,9 +122,9 @@ std::vector<std::string> languageFilesOf(const std::string& folder, WORD languag
     std::vector<std::string> paths;
     if (folder.size() + 4 >= PathCapacity) return paths;
 
-    const std::string start = folder + platform::pathSeparator;
+    const std::string start = folder + pathSeparator;
     WIN32_FIND_DATAA entry;
-    const platform::FileSearch search(FindFirstFileA((start + "*.lng").c_str(), &entry));
+    const FileSearch search(FindFirstFileA((start + "*.lng").c_str(), &entry));
     if (!search) return paths;
     do {
         const std::string name = entry.cFileName;
@@ -135,10 +137,12 @@ std::vector<std::string> languageFilesOf(const std::string& folder, WORD languag
 }
 
 std::string secondFolder(const std::string& folder) {
-    const auto cut = folder.rfind(platform::pathSeparator);
+    const auto cut = folder.rfind(pathSeparator);
     if (cut == folder.npos) return folder;
 
     const std::string_view name = std::string_view(folder).substr(cut + 1);
     const bool is_build_folder = equalNoCase(name.substr(0, 5), "debug") || equalNoCase(name.substr(0, 7), "release");
     return is_build_folder ? folder.substr(0, cut) : folder;
 }
+
+} // namespace eq

@@ -8,6 +8,8 @@
 
 // Which language files fill the store, and in what order.
 
+namespace eq {
+
 /// The language that the settings ask for, whatever the system's; 0 for none. Read once, while the library loads.
 extern WORD g_language_override;
 
@@ -43,3 +45,5 @@ enum uilanguage_context { uilanguage_default = 0, uilanguage_user = 1 };
 /// The folder of the second turn: the parent of a folder whose name begins with "debug" or "release", else the folder
 /// itself.
 [[nodiscard]] std::string secondFolder(const std::string& folder);
+
+} // namespace eq

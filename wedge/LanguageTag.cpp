@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+namespace eq {
+
 namespace {
 
 struct ModifierWord {
@@ -118,3 +120,5 @@ std::string AcceleratorKeyName(const AcceleratorDefinition& definition) {
     name += Digits[definition.key & 0xF];
     return name;
 }
+
+} // namespace eq

@@ -8,6 +8,8 @@
 
 // The small language between '<' and '>' in a language file: accelerator definitions and code page definitions.
 
+namespace eq {
+
 enum class LanguageTagType : std::int32_t { Accelerator = 1, Codepage = 2 };
 
 /// The common head of the records. They have no virtual operations; `type` tells which record it is.
@@ -45,3 +47,5 @@ using LanguageTagPtr = std::unique_ptr<LanguageTag, LanguageTagDeleter>;
 
 /// The key under which the store keeps the replacement of an accelerator, such as "ACCEL_VIRTKEY_CONTROL_0x74".
 [[nodiscard]] std::string AcceleratorKeyName(const AcceleratorDefinition& definition);
+
+} // namespace eq

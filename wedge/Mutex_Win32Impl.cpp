@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <utility>
 
+namespace eq {
+
 namespace {
 
 std::string failureText(const char* operation, int line, const char* name, const std::string& error) {
@@ -94,3 +96,5 @@ MutexEntry::~MutexEntry() {
         // The scope may be left by an exception already.
     }
 }
+
+} // namespace eq

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace eq {
+
 /// Compares characters without regard to ASCII case. Bytes of 0x80 and above stand for themselves and, as signed
 /// values, come before all others.
 struct nocase_char_traits : std::char_traits<char> {
@@ -38,3 +40,5 @@ using nocase_string_view = std::basic_string_view<char, nocase_char_traits>;
 inline nocase_string_view asNocase(std::string_view text) noexcept {
     return {text.data(), text.size()};
 }
+
+} // namespace eq

@@ -2,6 +2,8 @@
 
 #include <atomic>
 
+namespace eq {
+
 namespace {
 
 std::atomic<HINSTANCE> stated_module{nullptr};
@@ -23,3 +25,5 @@ HINSTANCE ownModule() noexcept {
 void setOwnModule(HINSTANCE module) noexcept {
     stated_module.store(module, std::memory_order_release);
 }
+
+} // namespace eq

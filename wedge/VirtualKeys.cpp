@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 
+namespace eq {
+
 namespace {
 
 constexpr std::array<VirtualKeyName, 102> Names{{
@@ -54,3 +56,5 @@ BYTE LookupVirtualKey(const std::string& word) {
 std::span<const VirtualKeyName> virtualKeyNames() noexcept {
     return Names;
 }
+
+} // namespace eq

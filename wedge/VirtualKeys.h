@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace eq {
+
 /// The code of a key word in upper case: a letter or digit stands for its own character code, a name such as "VK_F5"
 /// for the virtual-key code. 0 for any other word.
 [[nodiscard]] BYTE LookupVirtualKey(const std::string& word);
@@ -17,3 +19,5 @@ struct VirtualKeyName {
 
 /// All names, for those who list them. Letters and digits are not among them.
 [[nodiscard]] std::span<const VirtualKeyName> virtualKeyNames() noexcept;
+
+} // namespace eq

@@ -2,6 +2,8 @@
 
 #include "support/TextConversion.h"
 
+namespace eq {
+
 namespace {
 
 constexpr char File[] = "wedge/string_ext";
@@ -44,3 +46,5 @@ std::size_t whole_characters(std::string_view text, std::size_t limit, unsigned 
     }
     return end;
 }
+
+} // namespace eq

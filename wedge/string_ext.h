@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace eq {
+
 class convert_wstring_failed : public ContextException {
 public:
     using ContextException::ContextException;
@@ -26,3 +28,5 @@ public:
 
 /// The most bytes of `text`, up to `limit`, that hold whole characters of the code page.
 [[nodiscard]] std::size_t whole_characters(std::string_view text, std::size_t limit, unsigned codePage) noexcept;
+
+} // namespace eq

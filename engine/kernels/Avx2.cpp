@@ -4,6 +4,8 @@
 
 #include <immintrin.h>
 
+namespace eq {
+
 namespace {
 
 struct Vector {
@@ -25,3 +27,5 @@ struct Vector {
 } // namespace
 
 const BlockKernel avx2Kernel = WavefrontKernel<Vector>::named("AVX2");
+
+} // namespace eq

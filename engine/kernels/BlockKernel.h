@@ -2,6 +2,8 @@
 
 #include "engine/FilterDesign.h"
 
+namespace eq {
+
 /// A block on its way through the output gain and the four sections.
 struct FilterRun {
     const float* input; ///< BlockKernel::BlockSize samples
@@ -30,3 +32,5 @@ struct BlockKernel {
     /// Crossfades from the filtered to the unfiltered block.
     void (*fadeOut)(const FilterRun& run, float* output) noexcept;
 };
+
+} // namespace eq

@@ -5,6 +5,8 @@
 
 #include <cstddef>
 
+namespace eq {
+
 std::span<const BlockKernel* const> availableKernels() noexcept {
     // A processor with one of these instruction sets has all earlier ones.
     static constexpr const BlockKernel* kernels[] = {
@@ -29,3 +31,5 @@ std::span<const BlockKernel* const> availableKernels() noexcept {
     }();
     return std::span(kernels).first(count);
 }
+
+} // namespace eq

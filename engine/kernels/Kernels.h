@@ -2,9 +2,13 @@
 
 #include "engine/kernels/BlockKernel.h"
 
+namespace eq {
+
 /// Two vectors of two bands.
 extern const BlockKernel sse2Kernel;
 
 /// One vector of four bands, for 64-bit builds only. In a 32-bit process, one use of the wide registers was seen to
 /// slow all later SSE code of its thread, including the host's code.
 extern const BlockKernel avx2Kernel;
+
+} // namespace eq

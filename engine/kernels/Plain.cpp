@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace eq {
+
 void applyGain(float* buffer, float gain, int count) noexcept {
     for (int i = 0; i < count; ++i) buffer[i] = gain * buffer[i];
 }
@@ -76,3 +78,5 @@ void fade(const FilterRun& run, float* output) noexcept {
 } // namespace
 
 const BlockKernel plainKernel = {"plain", filter, filterTwo, change, fade<Fade::In>, fade<Fade::Out>};
+
+} // namespace eq

@@ -5,6 +5,8 @@
 // The arithmetic of the numeric contract. Samples are rounded to float after the gain, after each section and after the
 // crossfade, and nowhere else. Everything else is double, and each operation is rounded separately.
 
+namespace eq {
+
 /// Multiplies `count` samples by `gain`, in place.
 void applyGain(float* buffer, float gain, int count) noexcept;
 
@@ -26,3 +28,5 @@ enum class Fade {
 /// Runs the sections over a block one after the other. This kernel needs no extension of the processor, and is the
 /// reference for every other kernel.
 extern const BlockKernel plainKernel;
+
+} // namespace eq

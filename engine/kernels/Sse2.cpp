@@ -2,6 +2,8 @@
 
 #include "engine/kernels/Wavefront.h"
 
+namespace eq {
+
 namespace {
 
 struct Vector {
@@ -27,3 +29,5 @@ struct Vector {
 } // namespace
 
 const BlockKernel sse2Kernel = WavefrontKernel<Vector>::named("SSE2");
+
+} // namespace eq

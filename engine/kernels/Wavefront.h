@@ -26,6 +26,8 @@
 // operations, two conversions and a shuffle) would then be a loop of its own, longer than the chain. A lag of four
 // samples hides that path, and fits the vectors of four floats for input and output.
 
+namespace eq {
+
 // Everything is in an unnamed namespace, so that each instruction set has its own copies. The linker could otherwise
 // give the kernel for an old processor a function compiled for a new one. For the same reason this file uses nothing of
 // the standard library.
@@ -279,3 +281,5 @@ struct WavefrontKernel {
 };
 
 } // namespace
+
+} // namespace eq

@@ -10,12 +10,12 @@
 
 namespace {
 
-using standin::refuse;
+using eq::standin::refuse;
 
 using Table = std::vector<ACCEL>;
 
 // The system outlives a module: what a module destroys at its own unload still goes through here.
-[[gnu::init_priority(101)]] standin::HandleTable<Table> tables;
+[[gnu::init_priority(101)]] eq::standin::HandleTable<Table> tables;
 
 std::shared_ptr<Table> findTable(HACCEL handle) noexcept {
     auto table = tables.find(handle);
@@ -64,7 +64,7 @@ int WINAPI CopyAcceleratorTableW(HACCEL handle, LPACCEL buffer, int size) noexce
     return copied;
 }
 
-BOOL WINAPI standin::system::DestroyAcceleratorTable(HACCEL table) noexcept {
+BOOL WINAPI eq::standin::system::DestroyAcceleratorTable(HACCEL table) noexcept {
     if (tables.remove(table)) return TRUE;
     return refuse(ERROR_INVALID_ACCEL_HANDLE);
 }

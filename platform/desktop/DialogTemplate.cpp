@@ -7,11 +7,11 @@
 
 namespace {
 
-using standin::DialogTemplate;
-using standin::ItemTemplate;
-using standin::NameOrNumber;
-using standin::TemplateCursor;
-using standin::UnitRectangle;
+using eq::standin::DialogTemplate;
+using eq::standin::ItemTemplate;
+using eq::standin::NameOrNumber;
+using eq::standin::TemplateCursor;
+using eq::standin::UnitRectangle;
 
 constexpr WORD NumberMark = 0xFFFF;
 /// A point size that means the font of message boxes, which no more fields describe.
@@ -99,7 +99,7 @@ void skipFont(TemplateCursor& cursor, bool extended) {
 
 } // namespace
 
-DialogTemplate standin::readDialogTemplate(const void* dialog) {
+DialogTemplate eq::standin::readDialogTemplate(const void* dialog) {
     TemplateCursor cursor(dialog);
     DialogTemplate read{};
     const DWORD first = cursor.takeDoubleWord();

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace standin {
+namespace eq::standin {
 
 /// A name in a template: a text, a number, or neither.
 struct NameOrNumber {
@@ -52,4 +52,4 @@ DialogTemplate readDialogTemplate(const void* dialog);
 /// Makes a dialog as CreateDialogIndirectParamW does.
 HWND createDialog(HINSTANCE module, const DialogTemplate& read, HWND parent, DLGPROC procedure, LPARAM parameter);
 
-} // namespace standin
+} // namespace eq::standin

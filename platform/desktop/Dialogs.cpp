@@ -10,12 +10,12 @@
 
 namespace {
 
-using standin::DialogState;
-using standin::DialogTemplate;
-using standin::ItemTemplate;
-using standin::LockedWindow;
-using standin::parameterOf;
-using standin::refuse;
+using eq::standin::DialogState;
+using eq::standin::DialogTemplate;
+using eq::standin::ItemTemplate;
+using eq::standin::LockedWindow;
+using eq::standin::parameterOf;
+using eq::standin::refuse;
 
 constexpr int UnitWidth = 6;   // of 4 units across
 constexpr int UnitHeight = 13; // of 8 units down
@@ -51,7 +51,7 @@ HWND createFrame(HINSTANCE module, const DialogTemplate& dialog, HWND parent) {
     constexpr std::uintptr_t dialogAtom = 32770;
     const auto place = dialog.place;
     const LPCWSTR windowClass =
-        dialog.windowClass.isEmpty() ? standin::handleOfNumber<LPCWSTR>(dialogAtom) : dialog.windowClass.get();
+        dialog.windowClass.isEmpty() ? eq::standin::handleOfNumber<LPCWSTR>(dialogAtom) : dialog.windowClass.get();
     return CreateWindowExW(dialog.extendedStyle, windowClass, dialog.caption.c_str(), dialog.style & ~WS_VISIBLE,
                            across(place.x), down(place.y), across(place.width), down(place.height), parent, nullptr,
                            module, nullptr);
@@ -62,7 +62,7 @@ void bind(HWND dialog, DLGPROC procedure, bool hasFont) {
     if (const LockedWindow window(dialog); window) {
         window->dialog.emplace();
         // Fonts are only told apart.
-        if (hasFont) window->dialog->font = standin::handleOfNumber<HFONT>(standin::newHandleNumber());
+        if (hasFont) window->dialog->font = eq::standin::handleOfNumber<HFONT>(eq::standin::newHandleNumber());
     }
     SetWindowLongPtrW(dialog, DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(procedure));
     if (hasFont) SendMessageW(dialog, WM_SETFONT, reinterpret_cast<WPARAM>(fontOf(dialog)), 0);
@@ -72,7 +72,7 @@ bool createControl(HINSTANCE module, HWND dialog, const ItemTemplate& item) {
     const HWND control = CreateWindowExW(
         item.extendedStyle, item.windowClass.get(), item.title.get(), (item.style & ~WS_POPUP) | WS_CHILD,
         across(item.place.x), down(item.place.y), across(item.place.width), down(item.place.height), dialog,
-        standin::handleOfNumber<HMENU>(item.id), module, const_cast<void*>(item.creationData));
+        eq::standin::handleOfNumber<HMENU>(item.id), module, const_cast<void*>(item.creationData));
     if (!control) return false;
     const HFONT font = fontOf(dialog);
     if (font) SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), 0);
@@ -88,21 +88,21 @@ bool createControls(HINSTANCE module, HWND dialog, const DialogTemplate& read) {
 
 HWND createDialog(HINSTANCE module, LPCDLGTEMPLATEW source, HWND parent, DLGPROC procedure, LPARAM parameter) {
     if (!source) return refuse(ERROR_INVALID_PARAMETER);
-    return standin::createDialog(module, standin::readDialogTemplate(source), parent, procedure, parameter);
+    return eq::standin::createDialog(module, eq::standin::readDialogTemplate(source), parent, procedure, parameter);
 }
 
 INT_PTR runDialog(HINSTANCE module, LPCDLGTEMPLATEW source, HWND owner, DLGPROC procedure, LPARAM parameter) {
     if (owner && !IsWindow(owner)) return refuse(ERROR_INVALID_WINDOW_HANDLE);
-    const HWND dialog = createDialog(module, source, standin::topLevelOf(owner), procedure, parameter);
+    const HWND dialog = createDialog(module, source, eq::standin::topLevelOf(owner), procedure, parameter);
     if (!dialog) return -1;
-    while (!isEnded(dialog)) standin::dispatchNextMessage();
+    while (!isEnded(dialog)) eq::standin::dispatchNextMessage();
     const INT_PTR result = withState(dialog, INT_PTR{0}, [](const DialogState& state) { return state.result; });
     if (IsWindow(dialog)) DestroyWindow(dialog);
     return result;
 }
 
 DLGPROC procedureOf(HWND dialog) noexcept {
-    return standin::handleOfNumber<DLGPROC>(static_cast<std::uintptr_t>(GetWindowLongPtrW(dialog, DWLP_DLGPROC)));
+    return eq::standin::handleOfNumber<DLGPROC>(static_cast<std::uintptr_t>(GetWindowLongPtrW(dialog, DWLP_DLGPROC)));
 }
 
 /// The messages whose result the procedure returns itself.
@@ -126,13 +126,13 @@ LRESULT defaultDialogProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM 
 
 } // namespace
 
-bool standin::isDialog(HWND window) {
+bool eq::standin::isDialog(HWND window) {
     const LockedWindow found(window);
     return found && found->dialog;
 }
 
-HWND standin::createDialog(HINSTANCE module, const DialogTemplate& read, HWND parent, DLGPROC procedure,
-                           LPARAM parameter) {
+HWND eq::standin::createDialog(HINSTANCE module, const DialogTemplate& read, HWND parent, DLGPROC procedure,
+                               LPARAM parameter) {
     if (!isSupported(read)) return refuse(ERROR_NOT_SUPPORTED);
     const HWND dialog = createFrame(module, read, parent);
     if (!dialog) return nullptr;

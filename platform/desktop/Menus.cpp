@@ -11,7 +11,7 @@
 
 namespace {
 
-using standin::refuse;
+using eq::standin::refuse;
 
 struct MenuItem {
     UINT id;
@@ -23,8 +23,8 @@ struct Menu {
     std::vector<MenuItem> items;
 };
 
-standin::HandleTable<Menu>& menus() {
-    static standin::HandleTable<Menu> table;
+eq::standin::HandleTable<Menu>& menus() {
+    static eq::standin::HandleTable<Menu> table;
     return table;
 }
 
@@ -54,7 +54,7 @@ struct ReadItem {
     bool isLast;
 };
 
-ReadItem readStandardItem(standin::TemplateCursor& cursor) {
+ReadItem readStandardItem(eq::standin::TemplateCursor& cursor) {
     const UINT option = cursor.takeWord();
     ReadItem read{{None, nullptr, {}}, (option & Popup) != 0, (option & End) != 0};
     if (!read.isPopup) read.item.id = cursor.takeWord();
@@ -62,7 +62,7 @@ ReadItem readStandardItem(standin::TemplateCursor& cursor) {
     return read;
 }
 
-ReadItem readExtendedItem(standin::TemplateCursor& cursor) {
+ReadItem readExtendedItem(eq::standin::TemplateCursor& cursor) {
     cursor.alignToDoubleWord();
     cursor.skip(2 * sizeof(DWORD)); // type and state
     const UINT id = cursor.takeDoubleWord();
@@ -81,7 +81,7 @@ struct Level {
 };
 
 /// Levels lie on a stack of their own, since a template may nest deeper than calls can.
-void readItems(standin::TemplateCursor& cursor, ReadItem (*readItem)(standin::TemplateCursor&),
+void readItems(eq::standin::TemplateCursor& cursor, ReadItem (*readItem)(eq::standin::TemplateCursor&),
                const std::shared_ptr<Menu>& menu) {
     std::vector<Level> open{{menu, true}};
     while (!open.empty()) {
@@ -105,7 +105,7 @@ void readItems(standin::TemplateCursor& cursor, ReadItem (*readItem)(standin::Te
 }
 
 HMENU loadMenu(const void* menuTemplate) {
-    standin::TemplateCursor cursor(menuTemplate);
+    eq::standin::TemplateCursor cursor(menuTemplate);
     const UINT version = cursor.takeWord();
     const std::size_t offset = cursor.takeWord();
     if (version > 1) return refuse(ERROR_INVALID_DATA);
@@ -131,7 +131,7 @@ std::pair<std::shared_ptr<Menu>, const MenuItem*> findItem(HMENU handle, std::si
 
 } // namespace
 
-std::size_t standin::liveMenus() noexcept {
+std::size_t eq::standin::liveMenus() noexcept {
     return menus().size();
 }
 

@@ -12,11 +12,11 @@
 namespace {
 
 std::mutex shownLock;
-standin::ShownMessageBoxes shown;
+eq::standin::ShownMessageBoxes shown;
 
 } // namespace
 
-namespace standin {
+namespace eq::standin {
 
 ShownMessageBoxes shownMessageBoxes() {
     const std::lock_guard guard(shownLock);
@@ -40,10 +40,10 @@ int WINAPI system::MessageBoxExW(HWND /*owner*/, LPCWSTR text, LPCWSTR caption, 
 int WINAPI system::MessageBoxExA(HWND owner, LPCSTR text, LPCSTR caption, UINT type, WORD language) noexcept try {
     const std::wstring wideText = wideFromAnsi(text ? text : "");
     const std::wstring wideCaption = wideFromAnsi(caption ? caption : "");
-    return standin::system::MessageBoxExW(owner, wideText.c_str(), caption ? wideCaption.c_str() : nullptr, type,
-                                          language);
+    return eq::standin::system::MessageBoxExW(owner, wideText.c_str(), caption ? wideCaption.c_str() : nullptr, type,
+                                              language);
 } catch (...) {
     return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
 
-} // namespace standin
+} // namespace eq::standin

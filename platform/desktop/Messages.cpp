@@ -13,8 +13,8 @@
 
 namespace {
 
-using standin::LockedWindow;
-using standin::refuse;
+using eq::standin::LockedWindow;
+using eq::standin::refuse;
 
 struct Posted {
     DWORD thread;
@@ -57,19 +57,19 @@ bool takePosted(MSG& message) {
 }
 
 void post(DWORD thread, const MSG& message) {
-    const std::lock_guard guard(standin::windowLock());
+    const std::lock_guard guard(eq::standin::windowLock());
     queue().messages.push_back({thread, message});
     queue().arrived.notify_all();
 }
 
 } // namespace
 
-void standin::forgetMessages(HWND window) noexcept {
+void eq::standin::forgetMessages(HWND window) noexcept {
     const std::lock_guard guard(windowLock());
     std::erase_if(queue().messages, [window](const Posted& posted) { return posted.message.hwnd == window; });
 }
 
-void standin::dispatchNextMessage() {
+void eq::standin::dispatchNextMessage() {
     MSG message{};
     {
         std::unique_lock guard(windowLock());
@@ -105,7 +105,7 @@ BOOL WINAPI PostMessageW(HWND handle, UINT message, WPARAM wParam, LPARAM lParam
 
 BOOL WINAPI PeekMessageW(LPMSG message, HWND window, UINT first, UINT last, UINT removal) noexcept {
     if (window || first != 0 || last != 0 || removal != PM_REMOVE) return refuse(ERROR_NOT_SUPPORTED);
-    const std::lock_guard guard(standin::windowLock());
+    const std::lock_guard guard(eq::standin::windowLock());
     return takePosted(*message);
 }
 

@@ -7,7 +7,7 @@
 
 // Which page of a sheet is shown, and what its buttons do.
 
-namespace standin {
+namespace eq::standin {
 
 void PropertySheet::take(HPROPSHEETPAGE handle) {
     auto page = findPropertyPage(handle);
@@ -129,4 +129,4 @@ void PropertySheet::releasePages() noexcept {
     }
 }
 
-} // namespace standin
+} // namespace eq::standin

@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-namespace standin {
+namespace eq::standin {
 
 /// A sheet owns its pages, from before its window is made until that is destroyed.
 class PropertySheet {
@@ -80,4 +80,4 @@ private:
     INT_PTR m_result = 0;
 };
 
-} // namespace standin
+} // namespace eq::standin

@@ -13,12 +13,12 @@
 
 namespace {
 
-using standin::PropertyPage;
-using standin::PropSheetPage;
-using standin::refuse;
+using eq::standin::PropertyPage;
+using eq::standin::PropSheetPage;
+using eq::standin::refuse;
 
-standin::HandleTable<PropertyPage>& pages() {
-    static standin::HandleTable<PropertyPage> table;
+eq::standin::HandleTable<PropertyPage>& pages() {
+    static eq::standin::HandleTable<PropertyPage> table;
     return table;
 }
 
@@ -49,7 +49,7 @@ public:
     }
 
     [[nodiscard]] std::wstring title() const override {
-        return has(PSP_USETITLE) ? standin::textUnlessNumber(record().pszTitle) : std::wstring();
+        return has(PSP_USETITLE) ? eq::standin::textUnlessNumber(record().pszTitle) : std::wstring();
     }
 
     UINT tell(UINT event) noexcept override {
@@ -65,10 +65,10 @@ public:
         if (tell(PSPCB_CREATE) == 0) return nullptr;
         const void* const source = dialogTemplate();
         if (!source) return nullptr;
-        auto read = standin::readDialogTemplate(source);
+        auto read = eq::standin::readDialogTemplate(source);
         read.style = pageStyle(read.style);
-        return standin::createDialog(record().hInstance, read, sheet, record().pfnDlgProc,
-                                     standin::parameterOf(&record()));
+        return eq::standin::createDialog(record().hInstance, read, sheet, record().pfnDlgProc,
+                                         eq::standin::parameterOf(&record()));
     }
 
 private:
@@ -77,7 +77,7 @@ private:
     bool has(DWORD flag) const noexcept { return (record().dwFlags & flag) != 0; }
 
     void keepText(const Unit*& text) {
-        if (!standin::isNumber(text)) text = m_texts.emplace_back(text).c_str();
+        if (!eq::standin::isNumber(text)) text = m_texts.emplace_back(text).c_str();
     }
 
     std::vector<std::byte> m_bytes;
@@ -100,7 +100,7 @@ HPROPSHEETPAGE createPage(const PropSheetPage<Unit>* given) noexcept try {
 
 } // namespace
 
-namespace standin {
+namespace eq::standin {
 
 std::shared_ptr<PropertyPage> findPropertyPage(HPROPSHEETPAGE handle) {
     return pages().find(handle);
@@ -121,4 +121,4 @@ BOOL WINAPI system::DestroyPropertySheetPage(HPROPSHEETPAGE handle) noexcept {
     return TRUE;
 }
 
-} // namespace standin
+} // namespace eq::standin

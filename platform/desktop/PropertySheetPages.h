@@ -9,7 +9,7 @@
 #include <memory>
 #include <string>
 
-namespace standin {
+namespace eq::standin {
 
 /// A page: the system's own copy of a record and of its texts. It is the callback's and the dialog's to change.
 class PropertyPage {
@@ -41,4 +41,4 @@ inline std::wstring textUnlessNumber(LPCWSTR text) {
     return isNumber(text) ? std::wstring() : text;
 }
 
-} // namespace standin
+} // namespace eq::standin

@@ -3,7 +3,7 @@
 #include "platform/desktop/MessageBox.h"
 #include "platform/desktop/PropertySheets.h"
 
-namespace standin {
+namespace eq::standin {
 
 namespace {
 
@@ -73,4 +73,4 @@ void PropertySheetTemplate::button(const Button& button, int x) {
     word(0);
 }
 
-} // namespace standin
+} // namespace eq::standin

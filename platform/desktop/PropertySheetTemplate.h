@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace standin {
+namespace eq::standin {
 
 /// A sheet's own template: its frame and its buttons, of which it hides those that its properties leave out. The
 /// sheet's callback may change it before the sheet is made.
@@ -28,4 +28,4 @@ private:
     std::vector<WORD> m_words;
 };
 
-} // namespace standin
+} // namespace eq::standin

@@ -12,10 +12,10 @@
 
 namespace {
 
-using standin::parameterOf;
-using standin::PropertySheet;
-using standin::PropSheetHeader;
-using standin::refuse;
+using eq::standin::parameterOf;
+using eq::standin::PropertySheet;
+using eq::standin::PropSheetHeader;
+using eq::standin::refuse;
 
 constexpr DWORD KnownFlags =
     PSH_PROPSHEETPAGE | PSH_WIZARD | PSH_NOAPPLYNOW | PSH_USECALLBACK | PSH_HASHELP | PSH_MODELESS;
@@ -27,21 +27,21 @@ std::map<HWND, std::shared_ptr<PropertySheet>>& sheets() {
 }
 
 std::shared_ptr<PropertySheet> sheetOf(HWND window) {
-    const std::lock_guard guard(standin::windowLock());
+    const std::lock_guard guard(eq::standin::windowLock());
     const auto found = sheets().find(window);
     return found == sheets().end() ? nullptr : found->second;
 }
 
 std::shared_ptr<PropertySheet> enter(HWND window, LPARAM parameter) {
     auto sheet =
-        *standin::handleOfNumber<const std::shared_ptr<PropertySheet>*>(static_cast<std::uintptr_t>(parameter));
-    const std::lock_guard guard(standin::windowLock());
+        *eq::standin::handleOfNumber<const std::shared_ptr<PropertySheet>*>(static_cast<std::uintptr_t>(parameter));
+    const std::lock_guard guard(eq::standin::windowLock());
     sheets().emplace(window, sheet);
     return sheet;
 }
 
 void forget(HWND window) {
-    const std::lock_guard guard(standin::windowLock());
+    const std::lock_guard guard(eq::standin::windowLock());
     sheets().erase(window);
 }
 
@@ -59,11 +59,11 @@ INT_PTR CALLBACK sheetProcedure(HWND window, UINT message, WPARAM wParam, LPARAM
 }
 
 HPROPSHEETPAGE createPage(LPCPROPSHEETPAGEA record) noexcept {
-    return standin::system::CreatePropertySheetPageA(record);
+    return eq::standin::system::CreatePropertySheetPageA(record);
 }
 
 HPROPSHEETPAGE createPage(LPCPROPSHEETPAGEW record) noexcept {
-    return standin::system::CreatePropertySheetPageW(record);
+    return eq::standin::system::CreatePropertySheetPageW(record);
 }
 
 /// The records lie one behind the other, each as long as it says.
@@ -82,14 +82,14 @@ void takePages(PropertySheet& sheet, const PropSheetHeader<Unit>& header) {
 
 template <typename Unit>
 HWND createSheet(const std::shared_ptr<PropertySheet>& sheet, const PropSheetHeader<Unit>& header, HWND owner) {
-    standin::PropertySheetTemplate source(header.dwFlags);
+    eq::standin::PropertySheetTemplate source(header.dwFlags);
     sheet->tell(nullptr, PSCB_PRECREATE, parameterOf(source.get()));
     return CreateDialogIndirectParamW(header.hInstance, source.get(), owner, &sheetProcedure, parameterOf(&sheet));
 }
 
 template <typename Unit>
 INT_PTR runModal(const std::shared_ptr<PropertySheet>& sheet, const PropSheetHeader<Unit>& header) {
-    const HWND window = createSheet(sheet, header, standin::topLevelOf(header.hwndParent));
+    const HWND window = createSheet(sheet, header, eq::standin::topLevelOf(header.hwndParent));
     const INT_PTR result = window ? sheet->run() : -1;
     if (window && IsWindow(window)) DestroyWindow(window);
     return result;
@@ -113,10 +113,10 @@ INT_PTR openSheet(const PropSheetHeader<Unit>* header) noexcept try {
 
 } // namespace
 
-INT_PTR WINAPI standin::system::PropertySheetA(LPCPROPSHEETHEADERA header) noexcept {
+INT_PTR WINAPI eq::standin::system::PropertySheetA(LPCPROPSHEETHEADERA header) noexcept {
     return openSheet(header);
 }
 
-INT_PTR WINAPI standin::system::PropertySheetW(LPCPROPSHEETHEADERW header) noexcept {
+INT_PTR WINAPI eq::standin::system::PropertySheetW(LPCPROPSHEETHEADERW header) noexcept {
     return openSheet(header);
 }

@@ -24,7 +24,7 @@ struct PSHNOTIFY {
     LPARAM lParam;
 };
 
-namespace standin {
+namespace eq::standin {
 
 /// The records of both kinds of texts.
 template <typename Unit>
@@ -82,16 +82,16 @@ struct PropSheetHeader {
     };
 };
 
-} // namespace standin
+} // namespace eq::standin
 
-using PROPSHEETPAGEA = standin::PropSheetPage<char>;
-using PROPSHEETPAGEW = standin::PropSheetPage<wchar_t>;
+using PROPSHEETPAGEA = eq::standin::PropSheetPage<char>;
+using PROPSHEETPAGEW = eq::standin::PropSheetPage<wchar_t>;
 using LPCPROPSHEETPAGEA = const PROPSHEETPAGEA*;
 using LPCPROPSHEETPAGEW = const PROPSHEETPAGEW*;
 using LPFNPSPCALLBACKW = UINT(CALLBACK*)(HWND, UINT, PROPSHEETPAGEW*);
 
-using PROPSHEETHEADERA = standin::PropSheetHeader<char>;
-using PROPSHEETHEADERW = standin::PropSheetHeader<wchar_t>;
+using PROPSHEETHEADERA = eq::standin::PropSheetHeader<char>;
+using PROPSHEETHEADERW = eq::standin::PropSheetHeader<wchar_t>;
 using LPCPROPSHEETHEADERA = const PROPSHEETHEADERA*;
 using LPCPROPSHEETHEADERW = const PROPSHEETHEADERW*;
 using PFNPROPSHEETCALLBACK = int(CALLBACK*)(HWND, UINT, LPARAM);

@@ -3,7 +3,7 @@
 // The system functions that a library may replace by its own functions of the same names.
 //
 // The plain names are declared here and defined by the library that replaces them. The system functions themselves are
-// in namespace standin::system, and only a look-up by name finds them: GetModuleHandleA and GetProcAddress.
+// in namespace eq::standin::system, and only a look-up by name finds them: GetModuleHandleA and GetProcAddress.
 
 #include "platform/ReplacedFunctions.h"
 #include "platform/desktop/Accelerators.h"
@@ -19,8 +19,8 @@ EQ_REPLACED_FUNCTIONS(EQ_DECLARE, EQ_DECLARE)
 #undef EQ_DECLARE
 }
 
-namespace standin::system {
+namespace eq::standin::system {
 #define EQ_DECLARE(MODULE, RESULT, NAME, PARAMETERS, BYTES) RESULT WINAPI NAME PARAMETERS noexcept;
 EQ_REPLACED_FUNCTIONS(EQ_NO_ROW, EQ_DECLARE)
 #undef EQ_DECLARE
-} // namespace standin::system
+} // namespace eq::standin::system

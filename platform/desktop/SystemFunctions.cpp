@@ -21,7 +21,7 @@ FARPROC erased(Function* function) noexcept {
 
 const std::array systemFunctions = {
 #define EQ_FUNCTION(MODULE, RESULT, NAME, PARAMETERS, BYTES)                                                           \
-    SystemFunction{#MODULE, #NAME, erased(&standin::system::NAME)},
+    SystemFunction{#MODULE, #NAME, erased(&eq::standin::system::NAME)},
     EQ_REPLACED_FUNCTIONS(EQ_NO_ROW, EQ_FUNCTION)
 #undef EQ_FUNCTION
 };
@@ -34,7 +34,7 @@ HMODULE moduleOf(const std::string_view* library) noexcept {
 }
 
 bool isInProcess(std::string_view library) noexcept {
-    return library != "comctl32" || standin::areCommonControlsRegistered();
+    return library != "comctl32" || eq::standin::areCommonControlsRegistered();
 }
 
 HMODULE findLibrary(std::string_view name) noexcept {
@@ -50,11 +50,11 @@ FARPROC findFunction(HMODULE library, std::string_view name) noexcept {
     return found == systemFunctions.end() ? nullptr : found->function;
 }
 
-constexpr standin::SystemLibraries desktopLibraries = {findLibrary, findFunction};
+constexpr eq::standin::SystemLibraries desktopLibraries = {findLibrary, findFunction};
 
 /// Supplies the look-up while the program loads.
 const struct Registration {
-    Registration() noexcept { standin::systemLibraries = &desktopLibraries; }
+    Registration() noexcept { eq::standin::systemLibraries = &desktopLibraries; }
 } registration;
 
 } // namespace

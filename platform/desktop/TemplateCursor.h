@@ -5,7 +5,7 @@
 #include <cstring>
 #include <string>
 
-namespace standin {
+namespace eq::standin {
 
 /// Reads a compiled template. Its size is not known to the functions that take it, so its own structure alone says
 /// where it ends.
@@ -41,4 +41,4 @@ private:
     std::size_t m_offset = 0;
 };
 
-} // namespace standin
+} // namespace eq::standin

@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <string>
 
-namespace standin {
+namespace eq::standin {
 
 struct ShownMessageBoxes {
     int count = 0;
@@ -26,4 +26,4 @@ std::size_t liveMenus() noexcept;
 /// Undoes InitCommonControlsEx.
 void unregisterCommonControls() noexcept;
 
-} // namespace standin
+} // namespace eq::standin

@@ -42,7 +42,7 @@ SHORT highSigned(LPARAM value) noexcept {
 
 } // namespace
 
-LRESULT CALLBACK standin::trackbarProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+LRESULT CALLBACK eq::standin::trackbarProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     Trackbar trackbar(window);
     switch (message) {
     case WM_CREATE:

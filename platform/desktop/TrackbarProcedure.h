@@ -2,7 +2,7 @@
 
 #include "platform/desktop/Window.h"
 
-namespace standin {
+namespace eq::standin {
 
 /// Of the class "msctls_trackbar32". Its windows keep their range and position in bytes of their own.
 LRESULT CALLBACK trackbarProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
@@ -12,4 +12,4 @@ bool areCommonControlsRegistered() noexcept;
 
 inline constexpr int TrackbarExtraBytes = 3 * static_cast<int>(sizeof(LONG_PTR));
 
-} // namespace standin
+} // namespace eq::standin

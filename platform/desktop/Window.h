@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-namespace standin {
+namespace eq::standin {
 
 struct WindowClass {
     std::wstring name;
@@ -90,4 +90,4 @@ inline bool isNumber(const void* nameOrNumber) noexcept {
     return reinterpret_cast<std::uintptr_t>(nameOrNumber) <= 0xFFFF;
 }
 
-} // namespace standin
+} // namespace eq::standin

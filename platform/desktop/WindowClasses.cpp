@@ -9,8 +9,8 @@
 
 namespace {
 
-using standin::refuse;
-using standin::WindowClass;
+using eq::standin::refuse;
+using eq::standin::WindowClass;
 
 constexpr WORD DialogAtom = 32770;
 constexpr WORD FirstAtom = 0xC000;
@@ -57,7 +57,7 @@ bool equalNames(const std::wstring& a, const std::wstring& b) noexcept {
 
 Classes::iterator findClass(LPCWSTR nameOrAtom) {
     Classes& all = classes();
-    if (!standin::isNumber(nameOrAtom)) {
+    if (!eq::standin::isNumber(nameOrAtom)) {
         const std::wstring name = nameOrAtom;
         return std::find_if(all.begin(), all.end(), [&](const auto& known) { return equalNames(known->name, name); });
     }
@@ -69,7 +69,7 @@ bool commonControlsRegistered = false;
 
 } // namespace
 
-namespace standin {
+namespace eq::standin {
 
 std::shared_ptr<const WindowClass> findWindowClass(LPCWSTR nameOrAtom) {
     const std::lock_guard guard(windowLock());
@@ -88,16 +88,16 @@ void unregisterCommonControls() noexcept {
     std::erase_if(classes(), [](const auto& known) { return known->name == TrackbarClass; });
 }
 
-} // namespace standin
+} // namespace eq::standin
 
 BOOL WINAPI InitCommonControlsEx(const INITCOMMONCONTROLSEX* wanted) noexcept try {
     if (wanted->dwSize != sizeof(INITCOMMONCONTROLSEX)) return FALSE;
-    const std::lock_guard guard(standin::windowLock());
+    const std::lock_guard guard(eq::standin::windowLock());
     commonControlsRegistered = true;
-    const bool missing = !standin::findWindowClass(TrackbarClass);
+    const bool missing = !eq::standin::findWindowClass(TrackbarClass);
     if ((wanted->dwICC & ICC_BAR_CLASSES) != 0 && missing)
         classes().push_back(
-            makeClass(TrackbarClass, FirstAtom + 3, &standin::trackbarProcedure, standin::TrackbarExtraBytes));
+            makeClass(TrackbarClass, FirstAtom + 3, &eq::standin::trackbarProcedure, eq::standin::TrackbarExtraBytes));
     return (wanted->dwICC & ~ICC_BAR_CLASSES) == 0 ? TRUE : FALSE;
 } catch (...) {
     return refuse(ERROR_NOT_ENOUGH_MEMORY);

@@ -8,9 +8,9 @@
 
 namespace {
 
-using standin::LockedWindow;
-using standin::refuse;
-using standin::Window;
+using eq::standin::LockedWindow;
+using eq::standin::refuse;
+using eq::standin::Window;
 
 /// A place in the window's own bytes, where a number need not lie on a boundary of its kind, or null.
 std::byte* ownBytesAt(Window& window, int index) noexcept {
@@ -61,7 +61,7 @@ int WINAPI GetWindowTextW(HWND handle, LPWSTR buffer, int size) noexcept {
 }
 
 BOOL WINAPI SetWindowTextA(HWND window, LPCSTR text) noexcept try {
-    return SetWindowTextW(window, text ? standin::wideFromAnsi(text).c_str() : nullptr);
+    return SetWindowTextW(window, text ? eq::standin::wideFromAnsi(text).c_str() : nullptr);
 } catch (...) {
     return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }

@@ -12,13 +12,13 @@
 
 namespace {
 
-using standin::LockedWindow;
-using standin::parameterOf;
-using standin::refuse;
-using standin::Window;
+using eq::standin::LockedWindow;
+using eq::standin::parameterOf;
+using eq::standin::refuse;
+using eq::standin::Window;
 
-standin::HandleTable<Window>& windows() {
-    static standin::HandleTable<Window> table;
+eq::standin::HandleTable<Window>& windows() {
+    static eq::standin::HandleTable<Window> table;
     return table;
 }
 
@@ -27,7 +27,7 @@ bool isChildStyle(DWORD style) noexcept {
 }
 
 std::shared_ptr<Window> makeWindow(const CREATESTRUCTW& record,
-                                   std::shared_ptr<const standin::WindowClass> windowClass) {
+                                   std::shared_ptr<const eq::standin::WindowClass> windowClass) {
     auto made = std::make_shared<Window>();
     Window& window = *made;
     const auto style = static_cast<DWORD>(record.style);
@@ -36,19 +36,19 @@ std::shared_ptr<Window> makeWindow(const CREATESTRUCTW& record,
     window.procedure = windowClass->procedure;
     window.extra.resize(windowClass->extraBytes);
     window.windowClass = std::move(windowClass);
-    (child ? window.parent : window.owner) = child ? record.hwndParent : standin::topLevelOf(record.hwndParent);
+    (child ? window.parent : window.owner) = child ? record.hwndParent : eq::standin::topLevelOf(record.hwndParent);
     window.style = style;
     window.id = (style & WS_CHILD) != 0 ? reinterpret_cast<UINT_PTR>(record.hMenu) : 0;
     window.width = std::max<LONG>(record.cx, 0);
     window.height = std::max<LONG>(record.cy, 0);
     // Controls that show a picture have its number in the text's place.
-    if (!standin::isNumber(record.lpszName)) window.text = record.lpszName;
+    if (!eq::standin::isNumber(record.lpszName)) window.text = record.lpszName;
     return made;
 }
 
 /// Makes it known, below its parent.
 HWND enter(std::shared_ptr<Window> window) {
-    const std::lock_guard guard(standin::windowLock());
+    const std::lock_guard guard(eq::standin::windowLock());
     const HWND parent = window->parent;
     const auto handle = static_cast<HWND>(windows().add(std::move(window)));
     if (const LockedWindow found(parent); found) found->children.push_back(handle);
@@ -78,14 +78,14 @@ void remove(HWND window) {
     if (!IsWindow(window)) return;
     if (const HWND parent = GetParent(window)) unlink(window, parent);
     SendMessageW(window, WM_NCDESTROY, 0, 0);
-    standin::forgetMessages(window);
+    eq::standin::forgetMessages(window);
     windows().remove(window);
 }
 
 HWND createWindow(const CREATESTRUCTW& record) {
     const auto style = static_cast<DWORD>(record.style);
     if (record.hwndParent && !IsWindow(record.hwndParent)) return refuse(ERROR_INVALID_WINDOW_HANDLE);
-    auto windowClass = record.lpszClass ? standin::findWindowClass(record.lpszClass) : nullptr;
+    auto windowClass = record.lpszClass ? eq::standin::findWindowClass(record.lpszClass) : nullptr;
     if (!windowClass) return refuse(ERROR_CLASS_DOES_NOT_EXIST);
     if (isChildStyle(style) && !record.hwndParent) return refuse(ERROR_TLW_WITH_WSCHILD);
 
@@ -101,7 +101,7 @@ BOOL destroyWindow(HWND handle) {
         if (thread != 0) SetLastError(ERROR_ACCESS_DENIED);
         return FALSE;
     }
-    for (const HWND owned : standin::ownedWindows(handle)) DestroyWindow(owned);
+    for (const HWND owned : eq::standin::ownedWindows(handle)) DestroyWindow(owned);
     if (IsWindow(handle)) sendDestroy(handle);
     if (IsWindow(handle)) remove(handle);
     return TRUE;
@@ -109,7 +109,7 @@ BOOL destroyWindow(HWND handle) {
 
 } // namespace
 
-namespace standin {
+namespace eq::standin {
 
 std::recursive_mutex& windowLock() {
     static std::recursive_mutex lock;
@@ -142,7 +142,7 @@ std::size_t liveWindows() noexcept {
     return windows().size();
 }
 
-} // namespace standin
+} // namespace eq::standin
 
 HWND WINAPI CreateWindowExW(DWORD extendedStyle, LPCWSTR className, LPCWSTR text, DWORD style, int x, int y, int width,
                             int height, HWND parent, HMENU menuOrId, HINSTANCE module, LPVOID parameter) noexcept try {

@@ -7,7 +7,7 @@
 #include <mutex>
 #include <string>
 
-namespace standin {
+namespace eq::standin {
 
 namespace {
 
@@ -223,4 +223,4 @@ std::optional<CodePageTable::Encoded> CodePageTable::encode(char16_t unit) const
     return Encoded{{static_cast<char>(code >> 8), static_cast<char>(code & 0xFF)}, 2};
 }
 
-} // namespace standin
+} // namespace eq::standin

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace standin {
+namespace eq::standin {
 
 /// A code page of one or two bytes a character, as tables in both directions.
 ///
@@ -62,4 +62,4 @@ private:
     std::vector<WORD> m_codes;     // by unit: byte, or lead byte * 256 + trail byte; 0 for none
 };
 
-} // namespace standin
+} // namespace eq::standin

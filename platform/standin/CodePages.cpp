@@ -11,7 +11,7 @@
 
 namespace {
 
-using standin::refuse;
+using eq::standin::refuse;
 
 constexpr UINT CP_THREAD_ACP_NUMBER = 3;
 
@@ -69,19 +69,19 @@ int decodeText(std::string_view text, bool strict, Output<wchar_t> output, Decod
 }
 
 int decodeUtf8(std::string_view text, bool strict, Output<wchar_t> output) {
-    return decodeText(text, strict, output, standin::decodeUtf8);
+    return decodeText(text, strict, output, eq::standin::decodeUtf8);
 }
 
-int decodeTable(const standin::CodePageTable& table, std::string_view text, bool strict, Output<wchar_t> output) {
+int decodeTable(const eq::standin::CodePageTable& table, std::string_view text, bool strict, Output<wchar_t> output) {
     return decodeText(text, strict, output, [&table](std::string_view rest) {
         const auto character = table.decode(rest);
-        return standin::DecodedCharacter{{character.unit}, 1, character.size, character.valid};
+        return eq::standin::DecodedCharacter{{character.unit}, 1, character.size, character.valid};
     });
 }
 
 int encodeUtf8(std::wstring_view text, bool strict, Output<char> output) {
     while (!text.empty()) {
-        const auto character = standin::encodeUtf8(text);
+        const auto character = eq::standin::encodeUtf8(text);
         if (strict && !character.valid) return refuse(ERROR_NO_UNICODE_TRANSLATION);
         output.put(character.bytes.data(), character.byteCount);
         text.remove_prefix(static_cast<std::size_t>(character.unitCount));
@@ -90,13 +90,14 @@ int encodeUtf8(std::wstring_view text, bool strict, Output<char> output) {
 }
 
 /// The default character of a conversion: the caller's, or the question mark that all pages have.
-standin::CodePageTable::Encoded defaultCharacterOf(const standin::CodePageTable& table, LPCSTR chosen) noexcept {
+eq::standin::CodePageTable::Encoded defaultCharacterOf(const eq::standin::CodePageTable& table,
+                                                       LPCSTR chosen) noexcept {
     if (!chosen) return {{'?'}, 1};
     if (!table.isLeadByte(static_cast<BYTE>(chosen[0]))) return {{chosen[0]}, 1};
     return {{chosen[0], chosen[1]}, 2};
 }
 
-int encodeTable(const standin::CodePageTable& table, std::wstring_view text, Output<char> output,
+int encodeTable(const eq::standin::CodePageTable& table, std::wstring_view text, Output<char> output,
                 LPCSTR defaultCharacter, LPBOOL usedDefaultCharacter) {
     const auto substitute = defaultCharacterOf(table, defaultCharacter);
     BOOL substituted = FALSE;
@@ -112,13 +113,13 @@ int encodeTable(const standin::CodePageTable& table, std::wstring_view text, Out
 
 } // namespace
 
-namespace standin {
+namespace eq::standin {
 
 void setAnsiCodepage(UINT codePage) noexcept {
     ansiCodepage = codePage;
 }
 
-} // namespace standin
+} // namespace eq::standin
 
 UINT WINAPI GetACP() noexcept {
     return ansiCodepage;
@@ -129,7 +130,7 @@ BOOL WINAPI IsDBCSLeadByte(BYTE byte) noexcept {
 }
 
 BOOL WINAPI IsDBCSLeadByteEx(UINT codePage, BYTE byte) noexcept try {
-    const auto* const table = standin::CodePageTable::find(numberOf(codePage));
+    const auto* const table = eq::standin::CodePageTable::find(numberOf(codePage));
     return table && table->isLeadByte(byte);
 } catch (...) {
     return FALSE;
@@ -139,7 +140,7 @@ int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int text
                                int bufferSize) noexcept try {
     if (!argumentsFit(text, textSize, buffer, bufferSize)) return refuse(ERROR_INVALID_PARAMETER);
     const UINT page = numberOf(codePage);
-    const auto* const table = standin::CodePageTable::find(page);
+    const auto* const table = eq::standin::CodePageTable::find(page);
     if (!table && page != CP_UTF8) return refuse(ERROR_INVALID_PARAMETER);
     const DWORD knownFlags = table ? MB_PRECOMPOSED | MB_ERR_INVALID_CHARS : MB_ERR_INVALID_CHARS;
     if ((flags & ~knownFlags) != 0) return refuse(ERROR_INVALID_FLAGS);
@@ -156,7 +157,7 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int tex
                                LPCSTR defaultCharacter, LPBOOL usedDefaultCharacter) noexcept try {
     if (!argumentsFit(text, textSize, buffer, bufferSize)) return refuse(ERROR_INVALID_PARAMETER);
     const UINT page = numberOf(codePage);
-    const auto* const table = standin::CodePageTable::find(page);
+    const auto* const table = eq::standin::CodePageTable::find(page);
     if (!table && page != CP_UTF8) return refuse(ERROR_INVALID_PARAMETER);
     // UTF-8 has every character, so it takes no default.
     if (!table && (defaultCharacter || usedDefaultCharacter)) return refuse(ERROR_INVALID_PARAMETER);
@@ -170,7 +171,7 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int tex
     return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
 
-std::wstring standin::wideFromAnsi(LPCSTR text) {
+std::wstring eq::standin::wideFromAnsi(LPCSTR text) {
     const int size = MultiByteToWideChar(CP_ACP, 0, text, -1, nullptr, 0);
     std::wstring wide(static_cast<std::size_t>(size), L'\0');
     MultiByteToWideChar(CP_ACP, 0, text, -1, wide.data(), size);

@@ -30,9 +30,9 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int tex
                                LPCSTR defaultCharacter, LPBOOL usedDefaultCharacter) noexcept;
 }
 
-namespace standin {
+namespace eq::standin {
 
 /// Returns a text of the ANSI code page as 16-bit units.
 std::wstring wideFromAnsi(LPCSTR text);
 
-} // namespace standin
+} // namespace eq::standin

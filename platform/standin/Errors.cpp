@@ -9,7 +9,7 @@
 
 namespace {
 
-using standin::refuse;
+using eq::standin::refuse;
 
 thread_local DWORD lastError = NO_ERROR;
 

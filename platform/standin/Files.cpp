@@ -13,7 +13,7 @@
 
 namespace {
 
-using standin::refuse;
+using eq::standin::refuse;
 
 namespace fs = std::filesystem;
 
@@ -23,8 +23,8 @@ struct Search {
     std::size_t next = 0;
 };
 
-standin::HandleTable<Search>& searches() {
-    static standin::HandleTable<Search> table;
+eq::standin::HandleTable<Search>& searches() {
+    static eq::standin::HandleTable<Search> table;
     return table;
 }
 
@@ -40,7 +40,8 @@ std::vector<WIN32_FIND_DATAA> entriesThatEndIn(const fs::path& folder, std::stri
     std::vector<WIN32_FIND_DATAA> entries;
     for (const auto& entry : fs::directory_iterator(folder)) {
         const std::string name = entry.path().filename().string();
-        if (name.size() < MAX_PATH && standin::endsNoCase(name, end)) entries.push_back(describe(entry.path(), name));
+        if (name.size() < MAX_PATH && eq::standin::endsNoCase(name, end))
+            entries.push_back(describe(entry.path(), name));
     }
     std::sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) {
         const int order = strcasecmp(a.cFileName, b.cFileName);

@@ -8,7 +8,7 @@
 #include <mutex>
 #include <utility>
 
-namespace standin {
+namespace eq::standin {
 
 /// A number that no handle has had. Tables share them, so that a handle of one kind is never taken for another.
 inline std::uintptr_t newHandleNumber() noexcept {
@@ -60,4 +60,4 @@ private:
     Map m_objects;
 };
 
-} // namespace standin
+} // namespace eq::standin

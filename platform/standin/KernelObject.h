@@ -3,7 +3,7 @@
 #include "platform/standin/Errors.h"
 #include "platform/standin/HandleTable.h"
 
-namespace standin {
+namespace eq::standin {
 
 /// What CloseHandle closes: a mutex or a serial port.
 class KernelObject {
@@ -25,4 +25,4 @@ std::shared_ptr<Kind> findKernelObject(HANDLE handle) {
     return object;
 }
 
-} // namespace standin
+} // namespace eq::standin

@@ -8,7 +8,7 @@
 
 namespace {
 
-using standin::refuse;
+using eq::standin::refuse;
 
 /// Copies a text with its end, or with a size of 0 tells the size that is needed.
 template <typename Character>
@@ -24,7 +24,7 @@ int giveText(const std::basic_string<Character>& text, Character* buffer, int si
 
 int WINAPI GetLocaleInfoA(LCID locale, LCTYPE type, LPSTR buffer, int size) noexcept try {
     if (type != LOCALE_IDEFAULTANSICODEPAGE) return refuse(ERROR_INVALID_FLAGS);
-    const auto* const language = locale <= 0xFFFF ? standin::findLanguage(static_cast<WORD>(locale)) : nullptr;
+    const auto* const language = locale <= 0xFFFF ? eq::standin::findLanguage(static_cast<WORD>(locale)) : nullptr;
     return language ? giveText(std::to_string(language->ansiCodepage), buffer, size) : refuse(ERROR_INVALID_PARAMETER);
 } catch (...) {
     return refuse(ERROR_NOT_ENOUGH_MEMORY);
@@ -33,7 +33,7 @@ int WINAPI GetLocaleInfoA(LCID locale, LCTYPE type, LPSTR buffer, int size) noex
 int WINAPI GetLocaleInfoW(LCID locale, LCTYPE type, LPWSTR buffer, int size) noexcept try {
     if (type != LOCALE_SDECIMAL) return refuse(ERROR_INVALID_FLAGS);
     if (locale != LOCALE_USER_DEFAULT) return refuse(ERROR_INVALID_PARAMETER);
-    const auto* const language = standin::environmentLanguage("LC_NUMERIC");
+    const auto* const language = eq::standin::environmentLanguage("LC_NUMERIC");
     return giveText(std::wstring(1, language && language->decimalPoint == ',' ? L',' : L'.'), buffer, size);
 } catch (...) {
     return refuse(ERROR_NOT_ENOUGH_MEMORY);

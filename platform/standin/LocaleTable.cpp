@@ -8,7 +8,7 @@ namespace {
 
 // Ordered by primary language. The first row of a primary language, and the first row of a language's name, is the
 // usual one.
-constexpr standin::Language languages[] = {
+constexpr eq::standin::Language languages[] = {
     {"ar_SA", 1256, 0x0401, '.'},
     {"ar_IQ", 1256, 0x0801, '.'},
     {"ar_EG", 1256, 0x0C01, '.'},
@@ -275,7 +275,7 @@ constexpr std::string_view upTo(std::string_view text, std::string_view ends) no
 }
 
 template <typename Predicate>
-const standin::Language* firstRow(Predicate fits) noexcept {
+const eq::standin::Language* firstRow(Predicate fits) noexcept {
     const auto* const found = std::find_if(std::begin(languages), std::end(languages), fits);
     return found == std::end(languages) ? nullptr : found;
 }
@@ -290,7 +290,7 @@ std::string_view environmentLocale(const char* categoryVariable) noexcept {
 
 } // namespace
 
-namespace standin {
+namespace eq::standin {
 
 const Language* findLanguage(WORD id) noexcept {
     const bool primaryAlone = primaryOf(id) == id;
@@ -305,4 +305,4 @@ const Language* environmentLanguage(const char* categoryVariable) noexcept {
     return firstRow([=](const Language& row) { return upTo(row.locale, "_") == language; });
 }
 
-} // namespace standin
+} // namespace eq::standin

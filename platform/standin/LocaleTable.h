@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-namespace standin {
+namespace eq::standin {
 
 struct Language {
     std::string_view locale; // language_COUNTRY, as in the environment, and a modifier where one tells scripts apart
@@ -21,4 +21,4 @@ const Language* findLanguage(WORD id) noexcept;
 /// country of the language; code set and modifier do not count.
 const Language* environmentLanguage(const char* categoryVariable) noexcept;
 
-} // namespace standin
+} // namespace eq::standin

@@ -13,13 +13,13 @@
 
 namespace {
 
-using standin::refuse;
+using eq::standin::refuse;
 
 std::recursive_mutex& lockOf(LPCRITICAL_SECTION section) noexcept {
     return *static_cast<std::recursive_mutex*>(section->lock);
 }
 
-class MutexObject : public standin::KernelObject {
+class MutexObject : public eq::standin::KernelObject {
 public:
     /// Makes the calling thread the owner, once more if it is already.
     DWORD wait(DWORD milliseconds) {
@@ -118,14 +118,14 @@ HeldMutexes& heldMutexes() {
 
 } // namespace
 
-namespace standin {
+namespace eq::standin {
 
 HandleTable<KernelObject>& kernelHandles() {
     static HandleTable<KernelObject> table;
     return table;
 }
 
-} // namespace standin
+} // namespace eq::standin
 
 void WINAPI InitializeCriticalSection(LPCRITICAL_SECTION section) {
     section->lock = new std::recursive_mutex;
@@ -148,20 +148,20 @@ HANDLE WINAPI CreateMutexA(LPSECURITY_ATTRIBUTES /*security*/, BOOL initialOwner
     if (name) return refuse(ERROR_NOT_SUPPORTED);
     const auto mutex = std::make_shared<MutexObject>();
     if (initialOwner) heldMutexes().wait(mutex, 0);
-    return standin::kernelHandles().add(mutex);
+    return eq::standin::kernelHandles().add(mutex);
 } catch (...) {
     return refuse(ERROR_NOT_ENOUGH_MEMORY);
 }
 
 DWORD WINAPI WaitForSingleObject(HANDLE object, DWORD milliseconds) noexcept try {
-    const auto mutex = standin::findKernelObject<MutexObject>(object);
+    const auto mutex = eq::standin::findKernelObject<MutexObject>(object);
     return mutex ? heldMutexes().wait(mutex, milliseconds) : WAIT_FAILED;
 } catch (...) {
     return refuse(ERROR_NOT_ENOUGH_MEMORY, WAIT_FAILED);
 }
 
 BOOL WINAPI ReleaseMutex(HANDLE object) noexcept {
-    const auto mutex = standin::findKernelObject<MutexObject>(object);
+    const auto mutex = eq::standin::findKernelObject<MutexObject>(object);
     if (!mutex) return FALSE;
 
     switch (mutex->release()) {
@@ -177,7 +177,7 @@ BOOL WINAPI ReleaseMutex(HANDLE object) noexcept {
 }
 
 BOOL WINAPI CloseHandle(HANDLE object) noexcept {
-    if (standin::kernelHandles().remove(object)) return TRUE;
+    if (eq::standin::kernelHandles().remove(object)) return TRUE;
     return refuse(ERROR_INVALID_HANDLE);
 }
 

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-namespace standin {
+namespace eq::standin {
 
 /// Makes a compiled resource file that lies in a module's data the resources of that module, while the object lives.
 class ModuleResources {
@@ -17,4 +17,4 @@ public:
     ModuleResources* next;
 };
 
-} // namespace standin
+} // namespace eq::standin

@@ -10,7 +10,7 @@
 
 namespace {
 
-using standin::refuse;
+using eq::standin::refuse;
 
 /// The address where the object that contains `address` is loaded, or null.
 HMODULE moduleOf(const void* address) noexcept {
@@ -20,7 +20,7 @@ HMODULE moduleOf(const void* address) noexcept {
 
 HMODULE programModule() noexcept {
     // The program's own headers lie in the program.
-    return moduleOf(standin::handleOfNumber<const void*>(getauxval(AT_PHDR)));
+    return moduleOf(eq::standin::handleOfNumber<const void*>(getauxval(AT_PHDR)));
 }
 
 /// The full path of a loaded module, as it was loaded; empty for what is no module.
@@ -32,7 +32,7 @@ std::string pathOf(HMODULE module) {
 }
 
 HMODULE findModule(std::string_view name) noexcept {
-    const auto* const libraries = standin::systemLibraries.load();
+    const auto* const libraries = eq::standin::systemLibraries.load();
     const HMODULE module = libraries ? libraries->findLibrary(name) : nullptr;
     if (!module) SetLastError(ERROR_MOD_NOT_FOUND);
     return module;
@@ -48,7 +48,7 @@ DWORD copyCut(std::string_view text, LPSTR buffer, DWORD size) noexcept {
 
 } // namespace
 
-constinit std::atomic<const standin::SystemLibraries*> standin::systemLibraries = nullptr;
+constinit std::atomic<const eq::standin::SystemLibraries*> eq::standin::systemLibraries = nullptr;
 
 HMODULE WINAPI GetModuleHandleA(LPCSTR name) noexcept {
     return name ? findModule(name) : programModule();
@@ -66,7 +66,7 @@ BOOL WINAPI GetModuleHandleExA(DWORD flags, LPCSTR address, HMODULE* module) noe
 }
 
 FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) noexcept {
-    const auto* const libraries = standin::systemLibraries.load();
+    const auto* const libraries = eq::standin::systemLibraries.load();
     const FARPROC function = libraries ? libraries->findFunction(module, name) : nullptr;
     if (!function) SetLastError(ERROR_PROC_NOT_FOUND);
     return function;

@@ -27,7 +27,7 @@ DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR path, DWORD size) noexcept
 BOOL WINAPI DisableThreadLibraryCalls(HMODULE module) noexcept;
 }
 
-namespace standin {
+namespace eq::standin {
 
 /// The look-up of system libraries and their functions by name.
 struct SystemLibraries {
@@ -39,4 +39,4 @@ struct SystemLibraries {
 /// Supplied by platform/desktop. Null in products, where no system library is found by name.
 extern std::atomic<const SystemLibraries*> systemLibraries;
 
-} // namespace standin
+} // namespace eq::standin

@@ -4,7 +4,7 @@
 
 #include "platform/standin/Errors.h"
 
-namespace standin {
+namespace eq::standin {
 
 /// Zero or null, whatever the function returns.
 struct Refusal {
@@ -26,4 +26,4 @@ Result refuse(DWORD code, Result result) noexcept {
     return result;
 }
 
-} // namespace standin
+} // namespace eq::standin

@@ -42,7 +42,7 @@ std::optional<Value> readLanguageOverride() {
 }
 
 std::optional<Value> readSystemLocale() {
-    const auto* const language = standin::environmentLanguage("LC_MESSAGES");
+    const auto* const language = eq::standin::environmentLanguage("LC_MESSAGES");
     std::array<char, 9> digits{};
     std::snprintf(digits.data(), digits.size(), "%08X", unsigned{language ? language->id : WORD{0}});
     // The end of a text is part of its data.
@@ -59,8 +59,8 @@ const auto& allKeys() {
     return keys;
 }
 
-standin::HandleTable<const Key>& openKeys() {
-    static standin::HandleTable<const Key> table;
+eq::standin::HandleTable<const Key>& openKeys() {
+    static eq::standin::HandleTable<const Key> table;
     return table;
 }
 
@@ -81,7 +81,7 @@ std::string narrow(LPCWSTR text) {
 LSTATUS open(HKEY root, std::string_view path, HKEY* opened) {
     if (!isRoot(root)) return openKeys().find(root) ? ERROR_FILE_NOT_FOUND : ERROR_INVALID_HANDLE;
     for (const Key& key : allKeys()) {
-        if (key.root != root || !standin::equalNoCase(key.path, path)) continue;
+        if (key.root != root || !eq::standin::equalNoCase(key.path, path)) continue;
         // The keys live for ever: their pointers own nothing.
         const std::shared_ptr<const Key> reference(std::shared_ptr<void>(), &key);
         *opened = static_cast<HKEY>(openKeys().add(reference));
@@ -91,7 +91,7 @@ LSTATUS open(HKEY root, std::string_view path, HKEY* opened) {
 }
 
 std::optional<Value> readValue(const Key& key, std::string_view name) {
-    return standin::equalNoCase(key.valueName, name) ? key.read() : std::nullopt;
+    return eq::standin::equalNoCase(key.valueName, name) ? key.read() : std::nullopt;
 }
 
 LSTATUS give(const Value& value, LPDWORD type, LPBYTE data, LPDWORD size) noexcept {

@@ -14,9 +14,9 @@
 using REGSAM = DWORD;
 using LSTATUS = LONG;
 
-inline const HKEY HKEY_CURRENT_USER = standin::handleOfNumber<HKEY>(0x80000001);
-inline const HKEY HKEY_LOCAL_MACHINE = standin::handleOfNumber<HKEY>(0x80000002);
-inline const HKEY HKEY_USERS = standin::handleOfNumber<HKEY>(0x80000003);
+inline const HKEY HKEY_CURRENT_USER = eq::standin::handleOfNumber<HKEY>(0x80000001);
+inline const HKEY HKEY_LOCAL_MACHINE = eq::standin::handleOfNumber<HKEY>(0x80000002);
+inline const HKEY HKEY_USERS = eq::standin::handleOfNumber<HKEY>(0x80000003);
 
 inline constexpr DWORD REG_OPENED_EXISTING_KEY = 2;
 inline constexpr DWORD REG_SZ = 1;

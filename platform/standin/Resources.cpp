@@ -17,7 +17,7 @@
 
 namespace {
 
-using standin::refuse;
+using eq::standin::refuse;
 
 // A resource file is a row of entries, each on a multiple of four bytes:
 //
@@ -40,7 +40,7 @@ std::size_t alignedTo4(std::size_t size) noexcept {
 }
 
 std::wstring wide(LPCSTR text) {
-    return standin::wideFromAnsi(text);
+    return eq::standin::wideFromAnsi(text);
 }
 std::wstring wide(LPCWSTR text) {
     return text;
@@ -116,9 +116,9 @@ private:
 };
 
 std::mutex lock;
-standin::ModuleResources* registered = nullptr;
+eq::standin::ModuleResources* registered = nullptr;
 
-HMODULE holderOf(const standin::ModuleResources& resources) noexcept {
+HMODULE holderOf(const eq::standin::ModuleResources& resources) noexcept {
     HMODULE holder = nullptr;
     const DWORD byAddress = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
     GetModuleHandleExA(byAddress, reinterpret_cast<LPCSTR>(resources.begin), &holder);
@@ -137,7 +137,7 @@ void forEachEntry(HMODULE module, const Visit& visit) noexcept {
 }
 
 WORD systemLanguage() noexcept {
-    const auto* const language = standin::environmentLanguage("LC_MESSAGES");
+    const auto* const language = eq::standin::environmentLanguage("LC_MESSAGES");
     return language ? language->id : WORD{0};
 }
 
@@ -172,7 +172,7 @@ HRSRC find(HMODULE module, const Unit* type, const Unit* name, WORD language) no
 
 } // namespace
 
-namespace standin {
+namespace eq::standin {
 
 ModuleResources::ModuleResources(const std::byte* first, const std::byte* last) noexcept
     : begin(first), end(last), next(nullptr) {
@@ -201,7 +201,7 @@ HGLOBAL WINAPI system::LoadResource(HMODULE /*module*/, HRSRC resource) noexcept
     return const_cast<std::byte*>(Entry(resource).data());
 }
 
-} // namespace standin
+} // namespace eq::standin
 
 LPVOID WINAPI LockResource(HGLOBAL resource) noexcept {
     return resource;

@@ -8,10 +8,10 @@ using HRSRC = struct StandinResource*;
 using HGLOBAL = void*;
 
 inline LPSTR MAKEINTRESOURCEA(UINT_PTR id) noexcept {
-    return standin::handleOfNumber<LPSTR>(static_cast<WORD>(id));
+    return eq::standin::handleOfNumber<LPSTR>(static_cast<WORD>(id));
 }
 inline LPWSTR MAKEINTRESOURCEW(UINT_PTR id) noexcept {
-    return standin::handleOfNumber<LPWSTR>(static_cast<WORD>(id));
+    return eq::standin::handleOfNumber<LPWSTR>(static_cast<WORD>(id));
 }
 
 extern "C" {
@@ -22,7 +22,7 @@ LPVOID WINAPI LockResource(HGLOBAL resource) noexcept;
 DWORD WINAPI SizeofResource(HMODULE module, HRSRC resource) noexcept;
 }
 
-namespace standin::system {
+namespace eq::standin::system {
 
 // The system's own functions, which are found by name.
 
@@ -34,4 +34,4 @@ HRSRC WINAPI FindResourceExW(HMODULE module, LPCWSTR type, LPCWSTR name, WORD la
 
 HGLOBAL WINAPI LoadResource(HMODULE module, HRSRC resource) noexcept;
 
-} // namespace standin::system
+} // namespace eq::standin::system

@@ -16,16 +16,16 @@
 
 namespace {
 
-using standin::refuse;
+using eq::standin::refuse;
 
-class SerialPort : public standin::KernelObject {
+class SerialPort : public eq::standin::KernelObject {
 public:
-    explicit SerialPort(platform::FileDescriptor descriptor) noexcept : m_descriptor(std::move(descriptor)) {}
+    explicit SerialPort(eq::FileDescriptor descriptor) noexcept : m_descriptor(std::move(descriptor)) {}
 
     int descriptor() const noexcept { return m_descriptor.get(); }
 
 private:
-    platform::FileDescriptor m_descriptor;
+    eq::FileDescriptor m_descriptor;
 };
 
 class PortPaths {
@@ -90,8 +90,8 @@ DWORD lastSystemCode() noexcept {
 }
 
 /// Opens a device without waiting for a peer, and blocking from then on; empty on failure.
-platform::FileDescriptor openDevice(const std::string& path) noexcept {
-    platform::FileDescriptor descriptor(::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK));
+eq::FileDescriptor openDevice(const std::string& path) noexcept {
+    eq::FileDescriptor descriptor(::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK));
     if (descriptor) ::fcntl(descriptor.get(), F_SETFL, O_RDWR);
     return descriptor;
 }
@@ -131,13 +131,13 @@ bool apply(const DCB& state, termios& settings) noexcept {
 
 } // namespace
 
-namespace standin {
+namespace eq::standin {
 
 void setSerialPortPath(const std::string& port, const std::string& path) {
     portPaths().set(port, path);
 }
 
-} // namespace standin
+} // namespace eq::standin
 
 HANDLE WINAPI CreateFileA(LPCSTR name, DWORD access, DWORD sharing, LPSECURITY_ATTRIBUTES /*security*/, DWORD creation,
                           DWORD attributes, HANDLE model) noexcept try {
@@ -147,18 +147,18 @@ HANDLE WINAPI CreateFileA(LPCSTR name, DWORD access, DWORD sharing, LPSECURITY_A
     const std::string path = portPaths().find(name);
     if (path.empty()) return refuse(ERROR_FILE_NOT_FOUND, INVALID_HANDLE_VALUE);
 
-    platform::FileDescriptor descriptor = openDevice(path);
+    eq::FileDescriptor descriptor = openDevice(path);
     if (!descriptor) return refuse(lastSystemCode(), INVALID_HANDLE_VALUE);
     const auto port = std::make_shared<SerialPort>(std::move(descriptor));
     // From here on nobody else may open it.
     if (::ioctl(port->descriptor(), TIOCEXCL) != 0) return refuse(lastSystemCode(), INVALID_HANDLE_VALUE);
-    return standin::kernelHandles().add(port);
+    return eq::standin::kernelHandles().add(port);
 } catch (...) {
     return refuse(ERROR_NOT_ENOUGH_MEMORY, INVALID_HANDLE_VALUE);
 }
 
 BOOL WINAPI GetCommState(HANDLE port, LPDCB state) noexcept {
-    const auto serial = standin::findKernelObject<SerialPort>(port);
+    const auto serial = eq::standin::findKernelObject<SerialPort>(port);
     if (!serial) return FALSE;
     termios settings{};
     if (tcgetattr(serial->descriptor(), &settings) != 0) return refuse(lastSystemCode());
@@ -167,7 +167,7 @@ BOOL WINAPI GetCommState(HANDLE port, LPDCB state) noexcept {
 }
 
 BOOL WINAPI SetCommState(HANDLE port, LPDCB state) noexcept {
-    const auto serial = standin::findKernelObject<SerialPort>(port);
+    const auto serial = eq::standin::findKernelObject<SerialPort>(port);
     if (!serial) return FALSE;
     termios settings{};
     if (tcgetattr(serial->descriptor(), &settings) != 0) return refuse(lastSystemCode());
@@ -178,7 +178,7 @@ BOOL WINAPI SetCommState(HANDLE port, LPDCB state) noexcept {
 BOOL WINAPI WriteFile(HANDLE port, LPCVOID data, DWORD size, LPDWORD written, LPOVERLAPPED overlapped) noexcept {
     if (overlapped || !written) return refuse(ERROR_INVALID_PARAMETER);
     *written = 0;
-    const auto serial = standin::findKernelObject<SerialPort>(port);
+    const auto serial = eq::standin::findKernelObject<SerialPort>(port);
     if (!serial) return FALSE;
     const char* const bytes = static_cast<const char*>(data);
     while (*written < size) {

@@ -17,6 +17,6 @@ std::string toUtf8(std::wstring_view text) {
 
 } // namespace
 
-void standin::writeToStandardError(std::wstring_view caption, std::wstring_view text) {
+void eq::standin::writeToStandardError(std::wstring_view caption, std::wstring_view text) {
     std::fprintf(stderr, "%s: %s\n", toUtf8(caption).c_str(), toUtf8(text).c_str());
 }

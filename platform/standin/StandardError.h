@@ -2,9 +2,9 @@
 
 #include <string_view>
 
-namespace standin {
+namespace eq::standin {
 
 /// Writes "caption: text" and a line's end to standard error, in UTF-8: the stand-in's message box.
 void writeToStandardError(std::wstring_view caption, std::wstring_view text);
 
-} // namespace standin
+} // namespace eq::standin

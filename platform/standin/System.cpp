@@ -2,7 +2,7 @@
 
 #include "platform/standin/Refuse.h"
 
-using standin::refuse;
+using eq::standin::refuse;
 
 BOOL WINAPI GetVersionExA(LPOSVERSIONINFOA version) noexcept {
     if (version->dwOSVersionInfoSize != sizeof(OSVERSIONINFOA)) return refuse(ERROR_INSUFFICIENT_BUFFER);

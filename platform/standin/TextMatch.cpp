@@ -14,7 +14,7 @@ constexpr bool equalLetters(char a, char b) noexcept {
 
 } // namespace
 
-namespace standin {
+namespace eq::standin {
 
 bool equalNoCase(std::string_view a, std::string_view b) noexcept {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), equalLetters);
@@ -24,4 +24,4 @@ bool endsNoCase(std::string_view text, std::string_view end) noexcept {
     return text.size() >= end.size() && equalNoCase(text.substr(text.size() - end.size()), end);
 }
 
-} // namespace standin
+} // namespace eq::standin

@@ -37,7 +37,7 @@ using LPBOOL = BOOL*;
 using LPBYTE = BYTE*;
 using LPDWORD = DWORD*;
 
-namespace standin {
+namespace eq::standin {
 
 /// A handle that is a number by its nature.
 template <typename Handle>
@@ -45,7 +45,7 @@ Handle handleOfNumber(std::uintptr_t number) noexcept {
     return reinterpret_cast<Handle>(number); // NOLINT(performance-no-int-to-ptr)
 }
 
-} // namespace standin
+} // namespace eq::standin
 
 using HANDLE = void*;
 using HINSTANCE = struct StandinModule*;
@@ -58,7 +58,7 @@ inline constexpr BOOL FALSE = 0;
 inline constexpr BOOL TRUE = 1;
 inline constexpr int MAX_PATH = 260;
 inline constexpr DWORD INFINITE = 0xFFFFFFFF;
-inline const HANDLE INVALID_HANDLE_VALUE = standin::handleOfNumber<HANDLE>(~ULONG_PTR{0});
+inline const HANDLE INVALID_HANDLE_VALUE = eq::standin::handleOfNumber<HANDLE>(~ULONG_PTR{0});
 
 constexpr WORD LOWORD(DWORD_PTR value) noexcept {
     return static_cast<WORD>(value & 0xFFFF);

@@ -26,7 +26,7 @@ Lead classify(std::uint8_t byte) noexcept {
     return {-1, 0, 0};
 }
 
-standin::DecodedCharacter broken(int size) noexcept {
+eq::standin::DecodedCharacter broken(int size) noexcept {
     return {{ReplacementCharacter}, 1, size, false};
 }
 
@@ -43,7 +43,7 @@ constexpr char continuation(std::uint32_t point, int shift) noexcept {
     return static_cast<char>(0x80 | (point >> shift & 0x3F));
 }
 
-standin::EncodedCharacter encodePoint(std::uint32_t point, int unitCount, bool valid) noexcept {
+eq::standin::EncodedCharacter encodePoint(std::uint32_t point, int unitCount, bool valid) noexcept {
     if (point < 0x80) return {{static_cast<char>(point)}, 1, unitCount, valid};
     if (point < 0x800) return {{static_cast<char>(0xC0 | point >> 6), continuation(point, 0)}, 2, unitCount, valid};
     if (point < 0x10000)
@@ -60,7 +60,7 @@ standin::EncodedCharacter encodePoint(std::uint32_t point, int unitCount, bool v
 
 } // namespace
 
-namespace standin {
+namespace eq::standin {
 
 DecodedCharacter decodeUtf8(std::string_view text) noexcept {
     const auto byteAt = [text](int index) { return static_cast<std::uint8_t>(text[static_cast<std::size_t>(index)]); };
@@ -94,4 +94,4 @@ EncodedCharacter encodeUtf8(std::wstring_view text) noexcept {
     return encodePoint(alone ? ReplacementCharacter : first, 1, !alone);
 }
 
-} // namespace standin
+} // namespace eq::standin

@@ -3,7 +3,7 @@
 #include <array>
 #include <string_view>
 
-namespace standin {
+namespace eq::standin {
 
 /// A character read from bytes, as UTF-16.
 struct DecodedCharacter {
@@ -28,4 +28,4 @@ struct EncodedCharacter {
 /// Writes the character at the front of a UTF-16 text that is not empty.
 EncodedCharacter encodeUtf8(std::wstring_view text) noexcept;
 
-} // namespace standin
+} // namespace eq::standin

@@ -4,6 +4,8 @@
 
 #include <atomic>
 
+namespace eq {
+
 class AudioEffect;
 
 /// The base class of an effect's editor. The effect owns its editor; the host reaches it through the effect's
@@ -48,3 +50,5 @@ protected:
     void* systemWindow = nullptr;
     std::atomic<int32> updateFlag = 0;
 };
+
+} // namespace eq

@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <cstring>
 
+namespace eq {
+
 namespace {
 
 constexpr int TextWidth = 8;
@@ -146,3 +148,5 @@ void AudioEffect::long2string(int32 value, char* text) {
     digits[TextWidth] = '\0';
     std::strcpy(text, value >= 100000000 ? " Huge!  " : digits);
 }
+
+} // namespace eq

@@ -3,6 +3,8 @@
 #include "plugin/base/AEffEditor.h"
 #include "plugin/base/AEffect.h"
 
+namespace eq {
+
 /// The base class of every effect. It owns the record that the host holds, answers the commands 0 to 24 with harmless
 /// defaults, and offers the first of the calls to the host.
 ///
@@ -112,3 +114,5 @@ protected:
     int32 blockSize = 1024;
     AEffect cEffect = {};
 };
+
+} // namespace eq

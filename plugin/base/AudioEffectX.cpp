@@ -1,5 +1,7 @@
 #include "plugin/base/AudioEffectX.h"
 
+namespace eq {
+
 namespace {
 
 // Pointers that travel in the argument that is a number otherwise.
@@ -197,3 +199,5 @@ void* AudioEffectX::getDirectory() {
 bool AudioEffectX::updateDisplay() {
     return callHost(audioMasterUpdateDisplay) != 0;
 }
+
+} // namespace eq

@@ -2,6 +2,8 @@
 
 #include "plugin/base/AudioEffect.h"
 
+namespace eq {
+
 /// The base class from which an effect derives. It answers the commands 25 to 58 with harmless defaults, and offers
 /// the rest of the calls to the host; each of these names what the host answers, unless it says otherwise.
 ///
@@ -102,3 +104,5 @@ public:
     virtual bool keysRequired() { return false; }
     virtual int32 getVstVersion() { return 2; }
 };
+
+} // namespace eq

@@ -3,6 +3,8 @@
 #include "plugin/base/AudioEffect.h"
 #include "plugin/base/ExceptionBarrier.h"
 
+namespace eq {
+
 namespace {
 
 AudioEffect* ownerOf(const AEffect* effect) noexcept {
@@ -34,3 +36,5 @@ void setParameterGlue(AEffect* effect, int32 index, float value) noexcept {
 float getParameterGlue(AEffect* effect, int32 index) noexcept {
     return withExceptionBarrier([&] { return ownerOf(effect)->getParameter(index); });
 }
+
+} // namespace eq

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace eq {
+
 /// Returns the result of `action`, or the zero of its type (0, null or nothing) if `action` throws. The host's
 /// interface has no form for an exception, so no exception passes an entry function.
 template <typename Action>
@@ -11,3 +13,5 @@ auto withExceptionBarrier(const Action& action) noexcept -> decltype(action()) {
         return Result();
     }
 }
+
+} // namespace eq

@@ -7,6 +7,8 @@
 #include <charconv>
 #include <cstdint>
 
+namespace eq {
+
 namespace {
 
 bool isTrailByte(const std::string& s, std::size_t index) {
@@ -46,3 +48,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (std::size_t i = 0; i < value.size(); ++i) require((byte_kind(value, i) == 2) == isTrailByte(value, i));
     return 0;
 }
+
+} // namespace eq

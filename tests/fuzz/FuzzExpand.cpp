@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+namespace eq {
+
 namespace {
 
 CLanguageStore madeStore() {
@@ -43,3 +45,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(store.ExpandKeys(text, &changed) == std::string(expected.begin(), expected.end()));
     return 0;
 }
+
+} // namespace eq

@@ -10,6 +10,8 @@
 
 #include <sanitizer/allocator_interface.h>
 
+namespace eq {
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     // Without its language file a program would look at no replacement at all.
     static const bool has_texts = GetLanguageString("T_Short") == "S";
@@ -24,3 +26,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(rewriteWith(EQ_REWRITER, {made, __sanitizer_get_allocated_size(made)}).status != PrepFailed);
     return 0;
 }
+
+} // namespace eq

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <sstream>
 
+namespace eq {
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::istringstream stream(std::string(reinterpret_cast<const char*>(data), size));
     LanguageContexts contexts;
@@ -20,3 +22,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     return 0;
 }
+
+} // namespace eq

@@ -9,6 +9,8 @@
 
 // The decisions of a thread. They follow from its seed alone, and not from what other threads do.
 
+namespace eq {
+
 inline std::mt19937& choices() {
     static thread_local std::mt19937 engine;
     return engine;
@@ -48,3 +50,5 @@ inline float number() {
     constexpr float Odd[] = {0.0f, -0.0f, NAN, INFINITY, -INFINITY, FLT_TRUE_MIN, -FLT_TRUE_MIN, FLT_MAX, -FLT_MAX};
     return oneIn(2) ? oneOf(Odd) : std::bit_cast<float>(static_cast<std::uint32_t>(choices()()));
 }
+
+} // namespace eq

@@ -6,6 +6,8 @@
 #include "platform/desktop/TestHooks.h"
 #endif
 
+namespace eq {
+
 const HostWindows* hostWindows() {
     static constexpr HostWindows windows = {
         .make = []() -> void* {
@@ -31,3 +33,5 @@ const HostWindows* hostWindows() {
     };
     return &windows;
 }
+
+} // namespace eq

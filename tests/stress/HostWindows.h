@@ -2,6 +2,8 @@
 
 #include <cstddef>
 
+namespace eq {
+
 /// A host's windows. On Windows they are part of the program. The stand-in's windows live in the library that it is
 /// part of, so on Linux they come from a further export of a library that is made for this test.
 struct HostWindows {
@@ -12,3 +14,5 @@ struct HostWindows {
     void (*pump)();
 };
 extern "C" const HostWindows* hostWindows();
+
+} // namespace eq

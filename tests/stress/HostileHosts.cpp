@@ -16,6 +16,8 @@
 #include <sstream>
 #include <thread>
 
+namespace eq {
+
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -107,7 +109,10 @@ void playHost(const std::string& library) {
 
 } // namespace
 
+} // namespace eq
+
 int main(int argc, char** argv) { // NOLINT(bugprone-exception-escape): which ends it, and tells why
+    using namespace eq;
     for (int i = 1; i + 1 < argc; i += 2) options[argv[i]] = std::strtoull(argv[i + 1], nullptr, 10);
     if (argc % 2 == 0 || options.size() != 3) {
         std::cerr << "usage: hostile-hosts [--seconds N] [--steps N] [--seed N]\n";

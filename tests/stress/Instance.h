@@ -13,6 +13,8 @@
 #include <map>
 #include <string>
 
+namespace eq {
+
 /// What was done, by kind.
 struct Counts {
     std::atomic<std::uint64_t> blocks, samples, editors, loads, brokenFiles;
@@ -268,3 +270,5 @@ private:
         {effConnectInput, 1},          {effConnectOutput, 1},  {effKeysRequired, 1},
         {effGetVstVersion, 2}};
 };
+
+} // namespace eq

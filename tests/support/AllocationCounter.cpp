@@ -3,26 +3,26 @@
 #include "tests/support/AllocationCounter.h"
 
 void* operator new(std::size_t size) {
-    return allocations::takeOrThrow(size);
+    return eq::allocations::takeOrThrow(size);
 }
 void* operator new[](std::size_t size) {
-    return allocations::takeOrThrow(size);
+    return eq::allocations::takeOrThrow(size);
 }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return allocations::take(size);
+    return eq::allocations::take(size);
 }
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    return allocations::take(size);
+    return eq::allocations::take(size);
 }
 void operator delete(void* block) noexcept {
-    allocations::release(block);
+    eq::allocations::release(block);
 }
 void operator delete[](void* block) noexcept {
-    allocations::release(block);
+    eq::allocations::release(block);
 }
 void operator delete(void* block, std::size_t) noexcept {
-    allocations::release(block);
+    eq::allocations::release(block);
 }
 void operator delete[](void* block, std::size_t) noexcept {
-    allocations::release(block);
+    eq::allocations::release(block);
 }

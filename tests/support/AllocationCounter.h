@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <new>
 
+namespace eq {
+
 namespace allocations {
 
 inline std::atomic<long> live = 0;         // blocks not yet released
@@ -74,3 +76,5 @@ inline void release(void* block) noexcept {
 }
 
 } // namespace allocations
+
+} // namespace eq

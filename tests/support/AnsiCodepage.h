@@ -8,6 +8,8 @@
 #include "platform/desktop/TestHooks.h"
 #endif
 
+namespace eq {
+
 class AnsiCodepage {
 public:
     explicit AnsiCodepage([[maybe_unused]] UINT codepage) {
@@ -33,3 +35,5 @@ private:
     const UINT m_before = GetACP();
     bool m_is_set = false;
 };
+
+} // namespace eq

@@ -15,6 +15,8 @@
 
 #include <sys/wait.h>
 
+namespace eq {
+
 struct Outcome {
     int exitCode; ///< if a signal ended the command, its number and 128, as in a shell
     std::string said;
@@ -53,3 +55,5 @@ protected:
     std::string program;
     const TemporaryFolder folder;
 };
+
+} // namespace eq

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+namespace eq {
+
 /// A control of a template. A class of one unit is the number of a predefined one.
 struct DialogItem {
     std::u16string_view windowClass;
@@ -59,3 +61,5 @@ private:
 
     TemplateBuilder m_template;
 };
+
+} // namespace eq

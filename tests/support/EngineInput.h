@@ -13,6 +13,8 @@
 #include <random>
 #include <vector>
 
+namespace eq {
+
 using Samples = std::vector<float>;
 /// The 13 parameters: normalised, or in engineering units.
 using Values = std::array<float, ParameterCount>;
@@ -52,3 +54,5 @@ inline long firstDifference(const Samples& a, const Samples& b) {
     }
     return -1;
 }
+
+} // namespace eq

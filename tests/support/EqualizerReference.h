@@ -9,6 +9,8 @@
 #include <random>
 #include <utility>
 
+namespace eq {
+
 using Stereo = std::array<Samples, 2>;
 /// The parameters of a new effect.
 inline constexpr Values DefaultParameters = {0.5f, 1.0f, 2.0f / 3.0f, 1.0f / 3.0f, 0.0f,        0.5f,       0.5f,
@@ -59,3 +61,5 @@ private:
 inline bool sameBits(const Stereo& a, const Stereo& b) {
     return firstDifference(a[0], b[0]) == -1 && firstDifference(a[1], b[1]) == -1;
 }
+
+} // namespace eq

@@ -2,6 +2,8 @@
 
 #include <string>
 
+namespace eq {
+
 /// The text of the `Failure` that `action` throws. The line number of its source position, which moves with the code,
 /// stands as N.
 template <typename Failure, typename Action>
@@ -16,3 +18,5 @@ std::string failureOf(const Action& action) {
     }
     return "no failure";
 }
+
+} // namespace eq

@@ -8,6 +8,8 @@
 #include "tests/support/AllocationCounter.h"
 #endif
 
+namespace eq {
+
 /// A measure of what this process has on its heaps, for differences: bytes on Windows, blocks elsewhere. Libraries that
 /// are loaded count too.
 inline long heapInUse() {
@@ -27,3 +29,5 @@ inline long heapInUse() {
     return allocations::live;
 #endif
 }
+
+} // namespace eq

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace eq {
+
 /// An effect as a host holds it, by its record.
 class HostedEffect {
 public:
@@ -36,3 +38,5 @@ public:
 
     AEffect* const record;
 };
+
+} // namespace eq

@@ -16,6 +16,8 @@
 
 #include <string>
 
+namespace eq {
+
 #ifdef _WIN32
 
 /// A value of the registry, put back as it was at the end.
@@ -37,7 +39,7 @@ public:
     void remove() { RegDeleteValueA(m_key.get(), m_name); }
 
 private:
-    platform::RegistryKey m_key;
+    RegistryKey m_key;
     const char* m_name;
     DWORD m_type = REG_NONE; // stays if there was no value
     BYTE m_data[64] = {};
@@ -98,3 +100,5 @@ private:
 };
 
 #endif
+
+} // namespace eq

@@ -10,6 +10,8 @@
 #include <dlfcn.h>
 #endif
 
+namespace eq {
+
 /// A library that is loaded while this object lives. Throws std::runtime_error if it cannot be.
 class LoadedLibrary {
 public:
@@ -41,3 +43,5 @@ private:
 #endif
     const decltype(load("")) handle;
 };
+
+} // namespace eq

@@ -14,6 +14,8 @@
 #include <string>
 #include <utility>
 
+namespace eq {
+
 #ifdef _WIN32
 
 /// Looks at each message box as it is about to be activated, and presses OK. One at a time.
@@ -84,3 +86,5 @@ private:
 };
 
 #endif
+
+} // namespace eq

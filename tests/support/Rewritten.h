@@ -9,6 +9,8 @@
 #include <stdexcept>
 #include <string_view>
 
+namespace eq {
+
 using SizedRewriter = PrepStatus (*)(const void* resource, std::size_t size, void** newResource) noexcept;
 
 /// What a rewriter made of a resource.
@@ -43,3 +45,5 @@ inline bool replaces(SizedRewriter rewriter, const TemplateBuilder& before, cons
         if (rewriteWith(rewriter, resource.substr(0, size)).status != PrepFailed) return false;
     return rewriteWith(rewriter, resource).is(after.get());
 }
+
+} // namespace eq

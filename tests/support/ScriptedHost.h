@@ -4,6 +4,8 @@
 
 #include <vector>
 
+namespace eq {
+
 /// What an effect sent to its host.
 struct HostCall {
     const AEffect* effect;
@@ -35,3 +37,5 @@ private:
     static inline intptr nextAnswer = 0;
     static inline std::vector<HostCall> recorded;
 };
+
+} // namespace eq

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+namespace eq {
+
 /// Writes a compiled template by hand, one field behind the other.
 class TemplateBuilder {
 public:
@@ -38,3 +40,5 @@ public:
 private:
     std::string m_bytes;
 };
+
+} // namespace eq

@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+namespace eq {
+
 class TemporaryFolder {
 public:
     TemporaryFolder() {
@@ -41,3 +43,5 @@ public:
 private:
     std::filesystem::path m_path;
 };
+
+} // namespace eq

@@ -5,6 +5,8 @@
 #include <array>
 #include <string>
 
+namespace eq {
+
 inline std::wstring textOf(HWND window) {
     std::array<wchar_t, 64> text{};
     GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
@@ -26,3 +28,5 @@ inline HWND makeHostWindow() {
     return CreateWindowExW(0, L"STATIC", L"host", WS_POPUP, 0, 0, 600, 500, nullptr, nullptr, GetModuleHandleW(nullptr),
                            nullptr);
 }
+
+} // namespace eq

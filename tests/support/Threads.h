@@ -4,6 +4,8 @@
 #include <thread>
 #include <vector>
 
+namespace eq {
+
 /// Calls `work(i)` for each `i` below `count`, each on a thread of its own, all at the same time.
 template <typename Work>
 void onThreads(int count, const Work& work) {
@@ -18,3 +20,5 @@ void onThreads(int count, const Work& work) {
     }
     for (std::thread& thread : threads) thread.join();
 }
+
+} // namespace eq

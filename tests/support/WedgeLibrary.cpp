@@ -7,6 +7,8 @@
 #include <memory>
 #include <type_traits>
 
+namespace eq {
+
 #ifdef _WIN32
 #define EQ_EXPORT __declspec(dllexport)
 #else
@@ -25,9 +27,11 @@ using MenuOwner = std::unique_ptr<std::remove_pointer_t<HMENU>, MenuDestroyer>;
 /// Whether a resource of each type could be opened in translation. Leaves an accelerator table alive.
 extern "C" EQ_EXPORT bool openOneOfEach() {
     const HMODULE module = ownModule();
-    const platform::Window dialog(CreateDialogParamW(module, MAKEINTRESOURCEW(141), nullptr, ignoreMessage, 0));
+    const Window dialog(CreateDialogParamW(module, MAKEINTRESOURCEW(141), nullptr, ignoreMessage, 0));
     const MenuOwner menu(LoadMenuW(module, MAKEINTRESOURCEW(201)));
     wchar_t text[16];
     return textOf(dialog.get()) == L"S: A longer translation" && menu && LoadStringW(module, 15, text, 16) == 10 &&
            LoadAcceleratorsW(module, MAKEINTRESOURCEW(301)) != nullptr;
 }
+
+} // namespace eq

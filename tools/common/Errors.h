@@ -4,7 +4,7 @@
 #include <string>
 #include <system_error>
 
-namespace tool {
+namespace eq {
 
 /// The command was given wrongly: exit code 2.
 struct UsageError : std::runtime_error {
@@ -21,4 +21,4 @@ struct FileError : std::runtime_error {
     return FileError(what + ": " + std::generic_category().message(errorNumber));
 }
 
-} // namespace tool
+} // namespace eq

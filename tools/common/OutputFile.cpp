@@ -13,7 +13,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace tool {
+namespace eq {
 namespace {
 
 constexpr std::array EndingSignals = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
@@ -108,7 +108,7 @@ void OutputFile::openTemporary() {
     std::string name = (folder / ".unfinished-XXXXXX").string();
     if (name.size() >= temporaryToRemove.size()) throw systemError(m_place.string(), ENAMETOOLONG);
     const SignalsHeld held;
-    m_descriptor = platform::FileDescriptor(mkostemp(name.data(), O_CLOEXEC));
+    m_descriptor = FileDescriptor(mkostemp(name.data(), O_CLOEXEC));
     if (!m_descriptor) throw systemError(m_place.string(), errno);
     m_temporary = name;
     temporaryToRemove[name.copy(temporaryToRemove.data(), temporaryToRemove.size() - 1)] = '\0';
@@ -117,7 +117,7 @@ void OutputFile::openTemporary() {
 /// Pipes cannot go back to write a header, so the contents wait in a file without a name.
 void OutputFile::openSpool() {
     const Stream spool(std::tmpfile());
-    if (spool) m_descriptor = platform::FileDescriptor(fcntl(fileno(spool.get()), F_DUPFD_CLOEXEC, 0));
+    if (spool) m_descriptor = FileDescriptor(fcntl(fileno(spool.get()), F_DUPFD_CLOEXEC, 0));
     if (!m_descriptor) throw systemError("a temporary file", errno);
 }
 
@@ -141,7 +141,7 @@ void OutputFile::commit() {
 }
 
 void OutputFile::copyIntoPlace() {
-    platform::FileDescriptor target(open(m_place.c_str(), O_WRONLY | O_CLOEXEC));
+    FileDescriptor target(open(m_place.c_str(), O_WRONLY | O_CLOEXEC));
     if (!target) throw systemError(m_place.string(), errno);
     std::array<char, 65536> buffer;
     off_t position = 0;
@@ -183,4 +183,4 @@ void removeTemporariesOnSignals() {
     }
 }
 
-} // namespace tool
+} // namespace eq

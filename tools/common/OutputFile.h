@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace tool {
+namespace eq {
 
 /// A file that takes its place only when it is complete. Until `commit` it is a temporary file in the folder of its
 /// place, and it goes away with the object, or with a signal that ends the process.
@@ -41,11 +41,11 @@ private:
 
     std::filesystem::path m_place;
     std::string m_temporary; ///< empty if the contents are to be copied, and after the end
-    platform::FileDescriptor m_descriptor;
+    FileDescriptor m_descriptor;
 };
 
 /// Lets a signal that ends the process remove the temporary files first, and turns writing into a closed pipe or
 /// beyond a size limit into an error. To be called once, at the start.
 void removeTemporariesOnSignals();
 
-} // namespace tool
+} // namespace eq

@@ -8,7 +8,7 @@
 
 #include <CLI/CLI.hpp>
 
-namespace tool {
+namespace eq {
 
 inline constexpr int ExitFailure = 1; ///< bad input, or output that cannot be written
 inline constexpr int ExitUsage = 2;   ///< the command was given wrongly
@@ -35,4 +35,4 @@ int runTool(const char* name, const Command& command) {
     }
 }
 
-} // namespace tool
+} // namespace eq

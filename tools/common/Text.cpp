@@ -8,7 +8,7 @@
 #include <cmath>
 #include <system_error>
 
-namespace tool {
+namespace eq {
 
 std::string_view trimmed(std::string_view text) {
     return trim_chars(text, " \t\r\n");
@@ -76,4 +76,4 @@ std::string shortest(double value) {
     return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr};
 }
 
-} // namespace tool
+} // namespace eq

@@ -5,7 +5,7 @@
 #include <string_view>
 
 /// Numbers and settings in text, the same in every locale.
-namespace tool {
+namespace eq {
 
 /// Returns `text` without the blanks at its ends. Control characters other than tab and line end are no blanks.
 [[nodiscard]] std::string_view trimmed(std::string_view text);
@@ -43,4 +43,4 @@ struct NormalisedSetting {
 /// The shortest text that `parseNumber` reads back as `value`.
 [[nodiscard]] std::string shortest(double value);
 
-} // namespace tool
+} // namespace eq

@@ -6,6 +6,8 @@
 #include <chrono>
 #include <cmath>
 
+namespace eq {
+
 namespace {
 
 constexpr const wchar_t* ClassName = L"EditorHost";
@@ -40,7 +42,7 @@ EditorWindow::EditorWindow(HostedEditor& editor, const Options& options) : m_edi
     AdjustWindowRect(&frame, WS_OVERLAPPEDWINDOW, FALSE);
     m_window = CreateWindowExW(0, ClassName, L"Parametric Equalizer", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT, CW_USEDEFAULT,
                                frame.right - frame.left, frame.bottom - frame.top, nullptr, nullptr, program(), this);
-    if (!m_window) throw tool::FileError("no window can be made: is there a screen?");
+    if (!m_window) throw FileError("no window can be made: is there a screen?");
     editor.open(m_window);
     ShowWindow(m_window, SW_SHOWNORMAL);
     SetTimer(m_window, IdleTimer, IdleMilliseconds, nullptr);
@@ -136,3 +138,5 @@ void EditorWindow::sweep(double now) {
     const double phase = std::fmod(now / SweepSeconds, 1.0);
     m_editor.setParameter(*m_options.sweep, static_cast<float>(1.0 - std::abs(2.0 * phase - 1.0)));
 }
+
+} // namespace eq

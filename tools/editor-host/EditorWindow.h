@@ -7,6 +7,8 @@
 #include <optional>
 #include <string>
 
+namespace eq {
+
 /// A resizable window of the editor's size with the editor in it. Its timer sends the effect its idle calls. While the
 /// window is active, the dialog has the keyboard.
 class EditorWindow {
@@ -17,7 +19,7 @@ public:
         std::optional<double> seconds;         ///< how long the window stays; until it is closed, if not given
     };
 
-    /// Throws tool::FileError when there can be no window.
+    /// Throws FileError when there can be no window.
     EditorWindow(HostedEditor& editor, const Options& options);
     ~EditorWindow();
     EditorWindow(const EditorWindow&) = delete;
@@ -42,3 +44,5 @@ private:
     HWND m_focused = nullptr;     // the dialog's control that had the keyboard when the window was last active
     std::exception_ptr m_failure; // kept, for the system's code cannot be unwound
 };
+
+} // namespace eq

@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <string_view>
 
+namespace eq {
+
 namespace {
 
 constexpr int32 HostVersion = 2400;
@@ -38,7 +40,7 @@ std::string errorText(DWORD code) {
 
 HostedEditor::HostedEditor(const std::string& libraryPath, bool log) : m_library(LoadLibraryA(libraryPath.c_str())) {
     const DWORD error = GetLastError();
-    if (!m_library) throw tool::FileError(libraryPath + ": " + errorText(error));
+    if (!m_library) throw FileError(libraryPath + ": " + errorText(error));
     log_calls = log;
     const auto entry =
         reinterpret_cast<EffectMainProc>(reinterpret_cast<void (*)()>(GetProcAddress(m_library.get(), "main")));
@@ -46,9 +48,9 @@ HostedEditor::HostedEditor(const std::string& libraryPath, bool log) : m_library
     if (m_effect && (m_effect->flags & effFlagsHasEditor) != 0) return;
 
     if (m_effect) dispatch(effClose);
-    throw tool::FileError(libraryPath + (entry == nullptr      ? ": is no effect: it exports no \"main\""
-                                         : m_effect == nullptr ? ": gives no effect"
-                                                               : ": the effect has no editor"));
+    throw FileError(libraryPath + (entry == nullptr      ? ": is no effect: it exports no \"main\""
+                                   : m_effect == nullptr ? ": gives no effect"
+                                                         : ": the effect has no editor"));
 }
 
 HostedEditor::~HostedEditor() {
@@ -91,3 +93,5 @@ std::string HostedEditor::describe(int index) const {
 intptr HostedEditor::dispatch(int32 opcode, void* ptr, int32 index) const {
     return m_effect->dispatcher(m_effect, opcode, index, 0, ptr, 0.0F);
 }
+
+} // namespace eq

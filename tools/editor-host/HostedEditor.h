@@ -6,7 +6,9 @@
 
 #include <string>
 
-/// An effect of the library, and its editor, as a host holds them. Throws tool::FileError when there is none.
+namespace eq {
+
+/// An effect of the library, and its editor, as a host holds them. Throws FileError when there is none.
 ///
 /// The callback that the library gets knows no host of its own, so there is one such object at a time.
 class HostedEditor {
@@ -33,6 +35,8 @@ private:
 
     static bool closeLibrary(HMODULE library) noexcept { return FreeLibrary(library) != FALSE; }
 
-    platform::UniqueHandle<HMODULE, closeLibrary> m_library;
+    UniqueHandle<HMODULE, closeLibrary> m_library;
     AEffect* m_effect = nullptr;
 };
+
+} // namespace eq

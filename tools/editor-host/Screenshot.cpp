@@ -16,23 +16,25 @@ using std::min;
 
 #include <gdiplus.h>
 
+namespace eq {
+
 namespace {
 
 bool closeBitmap(HBITMAP bitmap) noexcept {
     return DeleteObject(bitmap) != FALSE;
 }
-using Bitmap = platform::UniqueHandle<HBITMAP, closeBitmap>;
+using Bitmap = UniqueHandle<HBITMAP, closeBitmap>;
 
 bool closeContext(HDC context) noexcept {
     return DeleteDC(context) != FALSE;
 }
-using MemoryContext = platform::UniqueHandle<HDC, closeContext>;
+using MemoryContext = UniqueHandle<HDC, closeContext>;
 
 /// Returns the present contents of a window's client area.
 Bitmap captured(HWND window) {
     RECT client{};
     GetClientRect(window, &client);
-    const platform::WindowContext from(window);
+    const WindowContext from(window);
     const MemoryContext to(CreateCompatibleDC(from.get()));
     Bitmap bitmap(CreateCompatibleBitmap(from.get(), client.right, client.bottom));
     const HGDIOBJ before = SelectObject(to.get(), bitmap.get());
@@ -84,8 +86,10 @@ void writeScreenshot(HWND window, const std::string& path) {
     const Bitmap picture = captured(window);
     const Imaging imaging;
     CLSID png{};
-    if (!picture || !findPngEncoder(png)) throw tool::FileError(path + ": this system writes no PNG files");
+    if (!picture || !findPngEncoder(png)) throw FileError(path + ": this system writes no PNG files");
     Gdiplus::Bitmap bitmap(picture.get(), nullptr);
     if (bitmap.Save(toWide(path, CP_ACP).text.c_str(), &png, nullptr) != Gdiplus::Ok)
-        throw tool::FileError(path + ": cannot be written");
+        throw FileError(path + ": cannot be written");
 }
+
+} // namespace eq

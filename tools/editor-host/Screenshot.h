@@ -4,5 +4,9 @@
 
 #include <string>
 
-/// Writes what a window's client area shows to a PNG file. Throws tool::FileError.
+namespace eq {
+
+/// Writes what a window's client area shows to a PNG file. Throws FileError.
 void writeScreenshot(HWND window, const std::string& path);
+
+} // namespace eq

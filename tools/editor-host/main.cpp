@@ -11,6 +11,8 @@
 
 #include <CLI/CLI.hpp>
 
+namespace eq {
+
 namespace {
 
 std::string libraryBesideProgram() {
@@ -49,7 +51,7 @@ int run(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : tool::ExitUsage;
+        return app.exit(error) == 0 ? 0 : ExitUsage;
     }
     if (options.screenshot && !options.seconds) options.seconds = 1.0;
 
@@ -57,9 +59,9 @@ int run(int argc, char** argv) {
     HostedEditor editor(library, log);
     const int count = editor.parameterCount();
     if (options.sweep && (*options.sweep < 0 || *options.sweep >= count))
-        throw tool::UsageError("--sweep: there are parameters 0 to " + std::to_string(count - 1));
+        throw UsageError("--sweep: there are parameters 0 to " + std::to_string(count - 1));
     for (const std::string& setting : settings) {
-        const auto [index, p] = tool::parseSetting(setting, count);
+        const auto [index, p] = parseSetting(setting, count);
         editor.setParameter(index, static_cast<float>(p));
     }
     EditorWindow window(editor, options);
@@ -70,6 +72,8 @@ int run(int argc, char** argv) {
 
 } // namespace
 
+} // namespace eq
+
 int main(int argc, char** argv) {
-    return tool::runTool("editor-host", [&] { return run(argc, argv); });
+    return eq::runTool("editor-host", [&] { return eq::run(argc, argv); });
 }

@@ -9,7 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace tool {
+namespace eq {
 namespace {
 
 /// libsndfile has one message for all that the system can say.
@@ -48,4 +48,4 @@ sf_count_t AudioReader::read(float* interleaved, sf_count_t frames) {
     throw FileError(message);
 }
 
-} // namespace tool
+} // namespace eq

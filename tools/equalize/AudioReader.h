@@ -6,7 +6,7 @@
 
 #include <sndfile.h>
 
-namespace tool {
+namespace eq {
 
 struct SoundFileCloser {
     void operator()(SNDFILE* file) const { sf_close(file); }
@@ -36,4 +36,4 @@ private:
     sf_count_t m_framesRead = 0;
 };
 
-} // namespace tool
+} // namespace eq

@@ -11,7 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace tool {
+namespace eq {
 namespace {
 
 void copyStrings(SNDFILE* from, SNDFILE* to) {
@@ -130,4 +130,4 @@ void AudioWriter::finish() {
     m_output.commit();
 }
 
-} // namespace tool
+} // namespace eq

@@ -9,7 +9,7 @@
 
 #include <sndfile.h>
 
-namespace tool {
+namespace eq {
 
 /// An audio file that is written from its beginning to its end, and that takes its place when `finish` has written
 /// the last of it.
@@ -56,4 +56,4 @@ private:
     float m_peak = 0.0F;
 };
 
-} // namespace tool
+} // namespace eq

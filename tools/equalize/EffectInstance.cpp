@@ -3,7 +3,7 @@
 #include <array>
 #include <vector>
 
-namespace tool {
+namespace eq {
 namespace {
 
 void send(AEffect* effect, EffectOpcode opcode, intptr value = 0, float option = 0.0F) {
@@ -57,4 +57,4 @@ std::string EffectInstance::parameterName(int index) const {
     return text.data();
 }
 
-} // namespace tool
+} // namespace eq

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-namespace tool {
+namespace eq {
 
 /// One running instance of the effect, for two channels.
 class EffectInstance {
@@ -37,4 +37,4 @@ private:
     std::unique_ptr<AEffect, Closer> m_effect;
 };
 
-} // namespace tool
+} // namespace eq

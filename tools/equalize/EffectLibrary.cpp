@@ -8,7 +8,7 @@
 
 #include <dlfcn.h>
 
-namespace tool {
+namespace eq {
 namespace {
 
 constexpr int32 HostVersion = 2;
@@ -59,4 +59,4 @@ AEffect* EffectLibrary::makeInstance() const {
     throw FileError(m_file.string() + ": the plug-in is not the equalizer");
 }
 
-} // namespace tool
+} // namespace eq

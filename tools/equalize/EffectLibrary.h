@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <memory>
 
-namespace tool {
+namespace eq {
 
 /// The effect's library, loaded as a host loads it. It must outlive the instances that come from it.
 class EffectLibrary {
@@ -31,4 +31,4 @@ private:
     EffectMainProc m_main;
 };
 
-} // namespace tool
+} // namespace eq

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace tool {
+namespace eq {
 
 //  sound | silence of the delay's length  -->  effect  -->  delay | sound
 //                                                           \ skipped, unless it is kept
@@ -35,4 +35,4 @@ void equalize(AudioReader& reader, MultichannelEffect& effects, AudioWriter& wri
     writer.finish();
 }
 
-} // namespace tool
+} // namespace eq

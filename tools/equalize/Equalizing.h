@@ -5,7 +5,7 @@
 #include "tools/equalize/MultichannelEffect.h"
 #include "tools/equalize/Progress.h"
 
-namespace tool {
+namespace eq {
 
 /// What becomes of the samples of delay that the effect puts in front of the sound.
 enum class Latency {
@@ -18,4 +18,4 @@ enum class Latency {
 void equalize(AudioReader& reader, MultichannelEffect& effects, AudioWriter& writer, Latency latency,
               Progress& progress);
 
-} // namespace tool
+} // namespace eq

@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-namespace tool {
+namespace eq {
 
 FrequencyMap::FrequencyMap(int sampleRate, bool corrected)
     : m_sampleRate(sampleRate), m_corrected(corrected), m_stretch(sampleRate / DesignRate) {}
@@ -23,4 +23,4 @@ std::string FrequencyMap::reachText() const {
            fixed(std::floor(FrequencyRange.highest * m_stretch * 100.0) / 100.0, 2) + " Hz";
 }
 
-} // namespace tool
+} // namespace eq

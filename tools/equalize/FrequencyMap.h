@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace tool {
+namespace eq {
 
 /// The rate for which the effect designs its filters, whatever the rate of the sound.
 inline constexpr double DesignRate = 44100.0;
@@ -32,4 +32,4 @@ private:
     double m_stretch;
 };
 
-} // namespace tool
+} // namespace eq

@@ -1,6 +1,6 @@
 #include "tools/equalize/MultichannelEffect.h"
 
-namespace tool {
+namespace eq {
 
 MultichannelEffect::MultichannelEffect(const EffectLibrary& library, const Settings::Resolved& settings, int channels,
                                        int sampleRate, int blockFrames)
@@ -25,4 +25,4 @@ void MultichannelEffect::process(float* interleaved, int frames) noexcept {
     }
 }
 
-} // namespace tool
+} // namespace eq

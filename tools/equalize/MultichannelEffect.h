@@ -4,7 +4,7 @@
 
 #include <vector>
 
-namespace tool {
+namespace eq {
 
 /// Any number of channels, equalized alike: an instance of the effect for every two of them. The last of an odd
 /// number has an instance for itself, whose second channel is silent.
@@ -32,4 +32,4 @@ private:
     std::vector<float> m_planes; ///< channel after channel, `m_blockFrames` each
 };
 
-} // namespace tool
+} // namespace eq

@@ -7,7 +7,7 @@
 #include <array>
 #include <string_view>
 
-namespace tool {
+namespace eq {
 namespace {
 
 int containerOf(int format) {
@@ -144,4 +144,4 @@ int integerBits(int format) {
     }
 }
 
-} // namespace tool
+} // namespace eq

@@ -5,7 +5,7 @@
 
 #include <sndfile.h>
 
-namespace tool {
+namespace eq {
 
 /// Rate, channels, container and sample format of an output at `place` for sound that comes in as `input`: the
 /// container is that of the extension, and the input's if the extension is none that libsndfile knows; the sample
@@ -19,4 +19,4 @@ namespace tool {
 /// floats, and have no full scale.
 [[nodiscard]] int integerBits(int format);
 
-} // namespace tool
+} // namespace eq

@@ -2,7 +2,7 @@
 
 #include "tools/common/Text.h"
 
-namespace tool {
+namespace eq {
 
 std::string presetNameOf(const Parameter& parameter) {
     const std::string symbol = scaleOf(parameter.kind).symbol;
@@ -19,4 +19,4 @@ std::string rangeText(ParameterKind kind) {
     return *scale.unit == '\0' ? text : text + " " + scale.unit;
 }
 
-} // namespace tool
+} // namespace eq

@@ -5,7 +5,7 @@
 #include <array>
 #include <string>
 
-namespace tool {
+namespace eq {
 
 /// The values that the effect receives, from 0 to 1.
 using NormalisedValues = std::array<float, ParameterCount>;
@@ -19,4 +19,4 @@ using NormalisedValues = std::array<float, ParameterCount>;
 /// Returns a range as text: "-10 to 10 dB".
 [[nodiscard]] std::string rangeText(ParameterKind kind);
 
-} // namespace tool
+} // namespace eq

@@ -6,7 +6,7 @@
 
 #include <unistd.h>
 
-namespace tool {
+namespace eq {
 
 Progress::Progress(std::int64_t total, bool wanted)
     : m_total(std::max<std::int64_t>(total, 1)),
@@ -30,4 +30,4 @@ void Progress::show(std::int64_t done) {
     std::fflush(stderr);
 }
 
-} // namespace tool
+} // namespace eq

@@ -3,7 +3,7 @@
 #include <chrono>
 #include <cstdint>
 
-namespace tool {
+namespace eq {
 
 /// A bar on standard error, if that is a terminal. It is gone when the object goes.
 class Progress {
@@ -24,4 +24,4 @@ private:
     Clock::time_point m_next;
 };
 
-} // namespace tool
+} // namespace eq

@@ -7,7 +7,7 @@
 #include <complex>
 #include <numbers>
 
-namespace tool {
+namespace eq {
 namespace {
 
 // The lowest and narrowest band falls by 160 dB within this many samples.
@@ -43,4 +43,4 @@ double Response::decibelsAt(double frequency) const {
     return 20.0 * std::log10(std::hypot(real, imaginary));
 }
 
-} // namespace tool
+} // namespace eq

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-namespace tool {
+namespace eq {
 
 /// What the effect does to an impulse, as heard at one sampling rate.
 class Response {
@@ -21,4 +21,4 @@ private:
     std::vector<float> m_samples; ///< up to where they no longer count
 };
 
-} // namespace tool
+} // namespace eq

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-namespace tool {
+namespace eq {
 namespace {
 
 // The picture, in units of a CSS pixel.
@@ -249,4 +249,4 @@ std::string drawResponse(const EffectLibrary& library, const NormalisedValues& v
     return svg + "</svg>\n";
 }
 
-} // namespace tool
+} // namespace eq

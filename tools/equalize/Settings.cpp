@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <fstream>
 
-namespace tool {
+namespace eq {
 namespace {
 
 constexpr std::string_view NormalisedPrefix = "parameter";
@@ -164,4 +164,4 @@ std::string Settings::presetText() const {
     return text;
 }
 
-} // namespace tool
+} // namespace eq

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-namespace tool {
+namespace eq {
 
 /// What the user asks of the parameters, gathered from a preset and from the command line; what is said later
 /// replaces what was said before. A parameter of which nothing is said stays as a new instance of the effect has it.
@@ -55,4 +55,4 @@ private:
     std::array<std::optional<Wish>, ParameterCount> m_wishes;
 };
 
-} // namespace tool
+} // namespace eq

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <system_error>
 
-namespace tool {
+namespace eq {
 namespace {
 
 /// The headers in a regular file. Any other file counts as empty.
@@ -98,4 +98,4 @@ std::optional<SoundDataSize> soundDataSizeOf(const std::string& file) {
     }
 }
 
-} // namespace tool
+} // namespace eq

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-namespace tool {
+namespace eq {
 
 /// How many bytes should be in a file, or in its sound, and how many are there.
 struct SoundDataSize {
@@ -16,4 +16,4 @@ struct SoundDataSize {
 /// Nothing for other kinds, for headers that leave the size open, and for what is no regular file.
 [[nodiscard]] std::optional<SoundDataSize> soundDataSizeOf(const std::string& file);
 
-} // namespace tool
+} // namespace eq

@@ -22,9 +22,11 @@
 
 #include <CLI/CLI.hpp>
 
+namespace eq {
+
 namespace {
 
-using namespace tool;
+using namespace eq;
 
 struct Options {
     std::string input;
@@ -219,7 +221,9 @@ int runCommand(int argumentCount, char** arguments) {
 
 } // namespace
 
+} // namespace eq
+
 int main(int argumentCount, char** arguments) {
-    tool::removeTemporariesOnSignals();
-    return tool::runTool("equalize", [&] { return runCommand(argumentCount, arguments); });
+    eq::removeTemporariesOnSignals();
+    return eq::runTool("equalize", [&] { return eq::runCommand(argumentCount, arguments); });
 }

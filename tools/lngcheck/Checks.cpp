@@ -14,6 +14,8 @@
 #include <map>
 #include <utility>
 
+namespace eq {
+
 namespace lngcheck {
 namespace {
 
@@ -229,3 +231,5 @@ void checkAgainstReference(const std::vector<LanguageFile>& files, const Languag
 }
 
 } // namespace lngcheck
+
+} // namespace eq

@@ -5,6 +5,8 @@
 
 #include <vector>
 
+namespace eq {
+
 namespace lngcheck {
 
 /// Looks for what the library would take without a word, although it cannot be meant: keys defined twice or unknown,
@@ -18,3 +20,5 @@ void checkCompleteness(const std::vector<LanguageFile>& files, Findings& finding
 void checkAgainstReference(const std::vector<LanguageFile>& files, const LanguageFile& reference, Findings& findings);
 
 } // namespace lngcheck
+
+} // namespace eq

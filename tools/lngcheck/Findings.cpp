@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <map>
 
+namespace eq {
+
 namespace lngcheck {
 namespace {
 
@@ -46,3 +48,5 @@ void Findings::print() const {
 }
 
 } // namespace lngcheck
+
+} // namespace eq

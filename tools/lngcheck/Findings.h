@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+namespace eq {
+
 namespace lngcheck {
 
 enum class Severity {
@@ -35,3 +37,5 @@ private:
 };
 
 } // namespace lngcheck
+
+} // namespace eq

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <vector>
 
+namespace eq {
+
 namespace lngcheck {
 namespace {
 
@@ -69,3 +71,5 @@ bool isKnownContext(std::string_view context) noexcept {
 }
 
 } // namespace lngcheck
+
+} // namespace eq

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace eq {
+
 /// The texts that the library looks up, and where each of them shows.
 namespace lngcheck {
 
@@ -32,3 +34,5 @@ struct KnownText {
 [[nodiscard]] bool isKnownContext(std::string_view context) noexcept;
 
 } // namespace lngcheck
+
+} // namespace eq

@@ -12,6 +12,8 @@
 #include <fstream>
 #include <sstream>
 
+namespace eq {
+
 namespace lngcheck {
 namespace {
 
@@ -147,3 +149,5 @@ std::string inUtf8(std::wstring_view text) {
 }
 
 } // namespace lngcheck
+
+} // namespace eq

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+namespace eq {
+
 namespace lngcheck {
 
 /// A line that gives a key its text.
@@ -38,3 +40,5 @@ struct LanguageFile {
 [[nodiscard]] std::string inUtf8(std::wstring_view text);
 
 } // namespace lngcheck
+
+} // namespace eq

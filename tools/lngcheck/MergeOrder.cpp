@@ -11,6 +11,8 @@
 #include <set>
 #include <string_view>
 
+namespace eq {
+
 namespace lngcheck {
 namespace {
 
@@ -92,3 +94,5 @@ void explain(const std::string& key, const std::vector<LanguageFile>& files) {
 }
 
 } // namespace lngcheck
+
+} // namespace eq

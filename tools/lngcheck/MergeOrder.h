@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace eq {
+
 namespace lngcheck {
 
 /// One search of the library for files.
@@ -28,3 +30,5 @@ void printSteps(const std::vector<SearchStep>& steps);
 void explain(const std::string& key, const std::vector<LanguageFile>& files);
 
 } // namespace lngcheck
+
+} // namespace eq

@@ -6,6 +6,8 @@
 #include <array>
 #include <cstdio>
 
+namespace eq {
+
 namespace lngcheck {
 namespace {
 
@@ -46,8 +48,7 @@ std::string escaped(const std::string& bytes) {
 std::string inPseudoCodepage(const std::wstring& text, const LanguageFile& reference, int line) {
     std::string bytes = convert_string(text, PseudoCodepage);
     if (convert_wstring(bytes, PseudoCodepage) != text)
-        throw tool::FileError(reference.path + ":" + std::to_string(line) +
-                              ": only Western texts can be pseudo-localised");
+        throw FileError(reference.path + ":" + std::to_string(line) + ": only Western texts can be pseudo-localised");
     return bytes;
 }
 
@@ -76,3 +77,5 @@ std::string pseudoLocalised(const LanguageFile& reference) {
 }
 
 } // namespace lngcheck
+
+} // namespace eq

@@ -4,6 +4,8 @@
 
 #include <string>
 
+namespace eq {
+
 namespace lngcheck {
 
 /// The code page of pseudo-localised files.
@@ -15,3 +17,5 @@ inline constexpr UINT PseudoCodepage = 1252;
 [[nodiscard]] std::string pseudoLocalised(const LanguageFile& reference);
 
 } // namespace lngcheck
+
+} // namespace eq

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+namespace eq {
+
 namespace lngcheck {
 namespace {
 
@@ -77,3 +79,5 @@ int controlWidth(int dialogUnits) noexcept {
 }
 
 } // namespace lngcheck
+
+} // namespace eq

@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+namespace eq {
+
 /// An estimate of how much room a text takes in a dialog, for there is no font to measure with.
 ///
 /// The font is taken to be a plain sans-serif of 8 points at 96 dots an inch, 11 pixels high, with the usual advances
@@ -15,3 +17,5 @@ namespace lngcheck {
 [[nodiscard]] int controlWidth(int dialogUnits) noexcept;
 
 } // namespace lngcheck
+
+} // namespace eq

@@ -21,11 +21,11 @@
 
 #include <CLI/CLI.hpp>
 
+namespace eq {
+
 namespace {
 
 using namespace lngcheck;
-using tool::FileError;
-using tool::UsageError;
 
 struct Options {
     std::vector<std::string> paths;
@@ -156,7 +156,7 @@ void writePseudo(const Options& options, const LanguageFile& reference) {
     if (!CodepageFitsLanguage(PseudoCodepage, ParseLanguageFileName(name, "", "lng")))
         throw UsageError("--pseudo: " + name + " names no language of code page " + std::to_string(PseudoCodepage) +
                          "; take, for instance, Pseudo1033.lng");
-    tool::OutputFile::write(options.pseudo, pseudoLocalised(reference));
+    OutputFile::write(options.pseudo, pseudoLocalised(reference));
 }
 
 void checkUsage(const Options& options) {
@@ -178,7 +178,7 @@ int run(const Options& options) {
 
     const std::size_t faults =
         findings.count(Severity::Fault) + (options.strict ? findings.count(Severity::Warning) : 0);
-    return faults == 0 ? 0 : tool::ExitFailure;
+    return faults == 0 ? 0 : ExitFailure;
 }
 
 int runCommand(int argumentCount, char** arguments) {
@@ -191,13 +191,15 @@ int runCommand(int argumentCount, char** arguments) {
         return app.exit(help);
     }
     const int exitCode = run(options);
-    if (std::fflush(stdout) != 0) throw tool::systemError("standard output", errno);
+    if (std::fflush(stdout) != 0) throw systemError("standard output", errno);
     return exitCode;
 }
 
 } // namespace
 
+} // namespace eq
+
 int main(int argumentCount, char** arguments) {
-    tool::removeTemporariesOnSignals();
-    return tool::runTool("lngcheck", [&] { return runCommand(argumentCount, arguments); });
+    eq::removeTemporariesOnSignals();
+    return eq::runTool("lngcheck", [&] { return eq::runCommand(argumentCount, arguments); });
 }

@@ -11,6 +11,8 @@
 #include <string>
 #include <string_view>
 
+namespace eq {
+
 namespace {
 
 // The fields in question lie at the same places in both forms of a page.
@@ -161,3 +163,5 @@ template LPCSTR loadTitle<NarrowSheets>(HINSTANCE module, LPCSTR title);
 template LPCWSTR loadTitle<WideSheets>(HINSTANCE module, LPCWSTR title);
 template SystemPage createPage<NarrowSheets>(const PROPSHEETPAGEA* page);
 template SystemPage createPage<WideSheets>(const PROPSHEETPAGEW* page);
+
+} // namespace eq

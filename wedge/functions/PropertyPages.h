@@ -6,6 +6,8 @@
 #include "wedge/resources/GuardedMap.h"
 #include "wedge/resources/SystemFunctions.h"
 
+namespace eq {
+
 /// The caller's values of the page fields that the wedge replaces.
 struct PageThunk {
     DLGPROC pfnDlgProc;
@@ -26,7 +28,7 @@ struct PropertyPageState {
 inline bool closePage(HPROPSHEETPAGE page) noexcept {
     return systems::DestroyPropertySheetPage(page) != FALSE;
 }
-using SystemPage = platform::UniqueHandle<HPROPSHEETPAGE, closePage>;
+using SystemPage = UniqueHandle<HPROPSHEETPAGE, closePage>;
 
 /// Creates a page of the system whose dialog is the rewritten template. The caller's record is not written to, and its
 /// procedures see their own values. `Sheets` is one of the forms of PropertySheetForms.h. Throws std::bad_alloc, and
@@ -44,3 +46,5 @@ typename Sheets::Text loadTitle(HINSTANCE module, typename Sheets::Text title);
 
 /// Ignores an address that `loadTitle` did not give.
 void releaseTitle(const void* title) noexcept;
+
+} // namespace eq

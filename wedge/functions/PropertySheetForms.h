@@ -12,6 +12,8 @@
 
 // The two forms, 8-bit and 16-bit, of the property-sheet functions and their records.
 
+namespace eq {
+
 struct NarrowSheets {
     using Page = PROPSHEETPAGEA;
     using Header = PROPSHEETHEADERA;
@@ -59,3 +61,5 @@ template <typename Text>
 bool isStringId(Text text) noexcept {
     return reinterpret_cast<std::uintptr_t>(text) < 0x10000;
 }
+
+} // namespace eq

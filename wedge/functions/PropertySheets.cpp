@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+namespace eq {
+
 SheetRecord::~SheetRecord() {
     for (SheetPage& page : pages) {
         page.owner.reset();
@@ -112,13 +114,13 @@ void adoptWindow(HWND sheet, std::unique_ptr<SheetRecord> opened) noexcept {
 /// The callback of the user of the sheet: of its window, or of the one that is being opened on this thread.
 PFNPROPSHEETCALLBACK userCallbackOf(HWND sheet) {
     if (const SheetRecord* const record = sheet ? recordOf(sheet) : nullptr) return record->userCallback;
-    const platform::CriticalSectionEntry entry(context().lock);
+    const CriticalSectionEntry entry(context().lock);
     return context().opening ? context().opening->userCallback : nullptr;
 }
 
 int CALLBACK SheetCallback(HWND hwnd, UINT msg, LPARAM lParam) {
     if (msg == PSCB_INITIALIZED) {
-        const platform::CriticalSectionEntry entry(context().lock);
+        const CriticalSectionEntry entry(context().lock);
         if (context().opening) adoptWindow(hwnd, std::move(context().opening));
     }
     const PFNPROPSHEETCALLBACK callback = userCallbackOf(hwnd);
@@ -178,7 +180,7 @@ std::unique_ptr<SheetRecord> makeRecord(const typename Sheets::Header& given) {
 
 template <typename Sheets>
 INT_PTR openSheet(const typename Sheets::Header* given) {
-    const platform::CriticalSectionEntry entry(context().lock);
+    const CriticalSectionEntry entry(context().lock);
     if (!given) return Sheets::openSheet(nullptr);
     auto outer = std::exchange(context().opening, makeRecord<Sheets>(*given));
     for (SheetPage& page : context().opening->pages) page.owner.release();
@@ -191,3 +193,5 @@ INT_PTR openSheet(const typename Sheets::Header* given) {
 
 template INT_PTR openSheet<NarrowSheets>(const PROPSHEETHEADERA* header);
 template INT_PTR openSheet<WideSheets>(const PROPSHEETHEADERW* header);
+
+} // namespace eq

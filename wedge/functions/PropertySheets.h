@@ -8,6 +8,8 @@
 #include <memory>
 #include <vector>
 
+namespace eq {
+
 /// A page that was made from the caller's record.
 struct SheetPage {
     ULONG_PTR templateName; ///< the caller's `pszTemplate`
@@ -34,7 +36,7 @@ struct SheetRecord {
 
 /// The sheet that is being opened. A sheet's own code may open another meanwhile, on the same thread.
 struct SheetContext {
-    platform::CriticalSection lock;
+    CriticalSection lock;
     std::unique_ptr<SheetRecord> opening;
 };
 
@@ -46,3 +48,5 @@ struct SheetContext {
 /// store.
 template <typename Sheets>
 INT_PTR openSheet(const typename Sheets::Header* header);
+
+} // namespace eq

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <string>
 
+namespace eq {
+
 namespace {
 
 constexpr std::size_t Unbounded = PTRDIFF_MAX;
@@ -74,3 +76,5 @@ std::unique_ptr<wchar_t[]> LoadResourceStringW(HMODULE module, UINT id) {
     const auto text = readString(lockResource(module, ResourceType::String, MAKEINTRESOURCEW(bundleOf(id))), id);
     return text ? newTerminated(*text) : nullptr;
 }
+
+} // namespace eq

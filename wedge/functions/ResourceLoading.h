@@ -7,6 +7,8 @@
 #include <memory>
 #include <optional>
 
+namespace eq {
+
 /// A resource's bytes, valid until the library unloads.
 struct LockedResource {
     const void* bytes;
@@ -25,3 +27,5 @@ struct LockedResource {
 /// The 8-bit form is in the language's code page, with "?" for what that cannot hold.
 [[nodiscard]] std::unique_ptr<char[]> LoadResourceStringA(HMODULE module, UINT id);
 [[nodiscard]] std::unique_ptr<wchar_t[]> LoadResourceStringW(HMODULE module, UINT id);
+
+} // namespace eq

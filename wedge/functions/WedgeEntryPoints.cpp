@@ -18,6 +18,8 @@
 #include <memory>
 #include <string_view>
 
+namespace eq {
+
 namespace {
 
 /// All rewriting happens here, when a resource is found.
@@ -48,7 +50,7 @@ int loadString(int room, const Load& load) noexcept {
 bool closeTable(HACCEL table) noexcept {
     return systems::DestroyAcceleratorTable(table) != FALSE;
 }
-using AcceleratorTable = platform::UniqueHandle<HACCEL, closeTable>;
+using AcceleratorTable = UniqueHandle<HACCEL, closeTable>;
 
 template <typename Create>
 HACCEL createAccelerators(const std::optional<LockedResource>& resource, const Create& create) {
@@ -199,3 +201,5 @@ INT_PTR WINAPI PropertySheetW(LPCPROPSHEETHEADERW header) {
 }
 
 } // namespace wedge
+
+} // namespace eq

@@ -16,6 +16,8 @@
 //   MessageBox...               show the texts as they are; the buttons are in the language of the store, or in the
 //                               language that the caller names
 
+namespace eq {
+
 #ifdef _WIN32
 #define EQ_PLAIN_SYMBOL(NAME)
 #else
@@ -29,3 +31,5 @@ EQ_REPLACED_FUNCTIONS(EQ_DECLARE, EQ_DECLARE)
 #undef EQ_DECLARE
 
 } // namespace wedge
+
+} // namespace eq

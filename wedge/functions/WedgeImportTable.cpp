@@ -8,7 +8,7 @@ namespace {
 
 /// The slots in order, each with the system's own signature.
 struct ImportTable {
-#define EQ_MEMBER(MODULE, RESULT, NAME, PARAMETERS, BYTES) decltype(&::NAME) NAME = &wedge::NAME;
+#define EQ_MEMBER(MODULE, RESULT, NAME, PARAMETERS, BYTES) decltype(&::NAME) NAME = &eq::wedge::NAME;
     EQ_REPLACED_FUNCTIONS(EQ_MEMBER, EQ_MEMBER)
 #undef EQ_MEMBER
 };

@@ -3,6 +3,8 @@
 #include "wedge/CLanguageStore.h"
 #include "wedge/functions/WedgeEntryPoints.h"
 
+namespace eq {
+
 WedgeState::WedgeState() noexcept {
     CLanguageStore::ShowMessagesWith(
         [](const wchar_t* text, const wchar_t* caption) { wedge::MessageBoxW(nullptr, text, caption, MB_ICONERROR); });
@@ -20,3 +22,5 @@ namespace {
 [[maybe_unused]] const WedgeState& built_at_load = wedgeState();
 
 } // namespace
+
+} // namespace eq

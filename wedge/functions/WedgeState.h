@@ -6,6 +6,8 @@
 #include "wedge/resources/CountedBlock.h"
 #include "wedge/resources/ResourceCache.h"
 
+namespace eq {
+
 /// All process-wide state of the wedge. The object is built while the library loads and destroyed while it unloads. A
 /// member may refer to the members before it.
 struct WedgeState {
@@ -22,3 +24,5 @@ struct WedgeState {
 
 /// Returns the one state of the process.
 [[nodiscard]] WedgeState& wedgeState() noexcept;
+
+} // namespace eq

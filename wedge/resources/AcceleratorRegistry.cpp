@@ -4,17 +4,21 @@
 
 #include <algorithm>
 
+namespace eq {
+
 AcceleratorRegistry::~AcceleratorRegistry() {
     for (const HACCEL table : m_tables) systems::DestroyAcceleratorTable(table);
 }
 
 void AcceleratorRegistry::Add(HACCEL table) {
-    const platform::CriticalSectionEntry entry(m_lock);
+    const CriticalSectionEntry entry(m_lock);
     m_tables.push_back(table);
 }
 
 void AcceleratorRegistry::Remove(HACCEL table) noexcept {
-    const platform::CriticalSectionEntry entry(m_lock);
+    const CriticalSectionEntry entry(m_lock);
     const auto found = std::find(m_tables.begin(), m_tables.end(), table);
     if (found != m_tables.end()) m_tables.erase(found);
 }
+
+} // namespace eq

@@ -5,6 +5,8 @@
 
 #include <vector>
 
+namespace eq {
+
 /// The accelerator tables that the wedge has created and no caller has destroyed, in order of creation. The destructor
 /// destroys the tables that are left.
 class AcceleratorRegistry {
@@ -20,5 +22,7 @@ public:
 
 private:
     std::vector<HACCEL> m_tables;
-    platform::CriticalSection m_lock;
+    CriticalSection m_lock;
 };
+
+} // namespace eq

@@ -9,6 +9,8 @@
 #include <memory>
 #include <utility>
 
+namespace eq {
+
 template <typename Pointee>
 class CountedRef;
 template <typename Pointee>
@@ -49,7 +51,7 @@ class CountedIndex {
     friend class CountedRef<Pointee>;
 
     std::map<typename Counted<Pointee>::Pointer, std::unique_ptr<Counted<Pointee>>, std::less<>> owners;
-    platform::CriticalSection lock;
+    CriticalSection lock;
 };
 
 /// Holds one reference to an object on the heap, or none.
@@ -64,7 +66,7 @@ public:
     /// Shares ownership of the object at `address`, or takes ownership if the index has no owner of it. Throws
     /// std::bad_alloc; the caller then still owns the object.
     CountedRef(CountedIndex<Pointee>& index, Pointer address) {
-        const platform::CriticalSectionEntry entry(index.lock);
+        const CriticalSectionEntry entry(index.lock);
         const auto place = index.owners.try_emplace(address).first;
         if (!place->second) {
             try {
@@ -80,7 +82,7 @@ public:
 
     CountedRef(const CountedRef& other) noexcept : m_owner(other.m_owner) {
         if (!m_owner) return;
-        const platform::CriticalSectionEntry entry(m_owner->index.lock);
+        const CriticalSectionEntry entry(m_owner->index.lock);
         addRef();
     }
     CountedRef(CountedRef&& other) noexcept : m_owner(std::exchange(other.m_owner, nullptr)) {}
@@ -92,7 +94,7 @@ public:
 
     ~CountedRef() {
         if (!m_owner) return;
-        const platform::CriticalSectionEntry entry(m_owner->index.lock);
+        const CriticalSectionEntry entry(m_owner->index.lock);
         --m_owner->count;
         m_owner->OnRelease();
     }
@@ -111,3 +113,5 @@ private:
 using CountedBlock = Counted<std::byte[]>;
 using CountedBlockRef = CountedRef<std::byte[]>;
 using CountedBlockIndex = CountedIndex<std::byte[]>;
+
+} // namespace eq

@@ -7,6 +7,8 @@
 #include <memory>
 #include <string_view>
 
+namespace eq {
+
 namespace {
 
 constexpr std::uint16_t Ordinal = 0xFFFF;
@@ -110,3 +112,5 @@ PrepStatus PrepareDialogResource(const void* pDialogResource, std::size_t size, 
 PrepStatus PrepareDialogResource(const void* pDialogResource, void** ppNewResource) noexcept {
     return PrepareDialogResource(pDialogResource, TemplateRange, ppNewResource);
 }
+
+} // namespace eq

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <string>
 
+namespace eq {
+
 /// Reads a compiled dialog template and writes the same dialog with its caption and its items' titles expanded, and
 /// with the system's dialog font in place of "MS Shell Dlg". Nothing else is changed: no class, ordinal, style,
 /// position, size or id.
@@ -41,3 +43,5 @@ void SystemDialogFont(std::wstring& face, std::uint16_t& pointSize);
 PrepStatus PrepareDialogResource(const void* pDialogResource, std::size_t size, void** ppNewResource) noexcept;
 /// The same for a template whose size is not known, which is bounded by TemplateRange.
 PrepStatus PrepareDialogResource(const void* pDialogResource, void** ppNewResource) noexcept;
+
+} // namespace eq

@@ -7,24 +7,26 @@
 #include <optional>
 #include <utility>
 
+namespace eq {
+
 /// An ordered map with a lock of its own, which is held for the one operation alone.
 template <typename Key, typename Value>
 class GuardedMap {
 public:
     void put(Key key, Value value) {
-        const platform::CriticalSectionEntry entry(m_lock);
+        const CriticalSectionEntry entry(m_lock);
         m_values.insert_or_assign(key, std::move(value));
     }
 
     [[nodiscard]] std::optional<Value> find(Key key) const {
-        const platform::CriticalSectionEntry entry(m_lock);
+        const CriticalSectionEntry entry(m_lock);
         const auto found = m_values.find(key);
         return found == m_values.end() ? std::nullopt : std::optional(found->second);
     }
 
     /// Takes an entry out, and gives what it held. What that frees is freed by the caller, outside the lock.
     std::optional<Value> take(Key key) noexcept {
-        const platform::CriticalSectionEntry entry(m_lock);
+        const CriticalSectionEntry entry(m_lock);
         const auto found = m_values.find(key);
         if (found == m_values.end()) return std::nullopt;
         std::optional<Value> value(std::move(found->second));
@@ -34,5 +36,7 @@ public:
 
 private:
     std::map<Key, Value, std::less<>> m_values;
-    mutable platform::CriticalSection m_lock;
+    mutable CriticalSection m_lock;
 };
+
+} // namespace eq

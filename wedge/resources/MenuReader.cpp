@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+namespace eq {
+
 namespace {
 
 constexpr unsigned PopupOption = 0x10; // MF_POPUP
@@ -96,3 +98,5 @@ PrepStatus PrepareMenuResource(const void* pMenuResource, std::size_t size, void
 PrepStatus PrepareMenuResource(const void* pMenuResource, void** ppNewResource) noexcept {
     return PrepareMenuResource(pMenuResource, TemplateRange, ppNewResource);
 }
+
+} // namespace eq

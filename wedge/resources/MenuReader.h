@@ -5,6 +5,8 @@
 
 #include <cstddef>
 
+namespace eq {
+
 /// Reads a compiled menu template and writes the same menu with its items' texts expanded.
 ///
 /// Popups nest to any depth that the bytes allow: the levels that are open are kept in a list, not on the call stack.
@@ -43,3 +45,5 @@ class MenuReaderExtended final : public MenuReader {
 PrepStatus PrepareMenuResource(const void* pMenuResource, std::size_t size, void** ppNewResource) noexcept;
 /// The same for a template whose size is not known, which is bounded by TemplateRange.
 PrepStatus PrepareMenuResource(const void* pMenuResource, void** ppNewResource) noexcept;
+
+} // namespace eq

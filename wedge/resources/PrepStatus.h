@@ -1,5 +1,7 @@
 #pragma once
 
+namespace eq {
+
 /// What a rewriter of a resource returns.
 enum PrepStatus : int {
     PrepFailed = 0,    ///< the resource is not what its type promises, or its texts could not be expanded
@@ -7,3 +9,5 @@ enum PrepStatus : int {
     PrepReplaced = 2,  ///< there is a new block, made with `new std::byte[]`
     PrepUnchanged = 3, ///< nothing needed changing
 };
+
+} // namespace eq

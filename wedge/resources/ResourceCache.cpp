@@ -12,6 +12,8 @@
 #include <exception>
 #include <memory>
 
+namespace eq {
+
 namespace {
 
 using Rewriter = PrepStatus (*)(const void* resource, std::size_t size, void** newResource) noexcept;
@@ -42,7 +44,7 @@ HRSRC ResourceCache::Prepare(HMODULE module, HRSRC hResInfo, std::uintptr_t type
     const Rewriter rewrite = rewriterOf(type);
     if (!rewrite) return hResInfo;
     try {
-        const platform::CriticalSectionEntry entry(m_lock);
+        const CriticalSectionEntry entry(m_lock);
         if (m_entries.contains(hResInfo)) return hResInfo;
 
         // As the system holds it: the wedge's own LoadResource would ask this cache.
@@ -62,7 +64,9 @@ HRSRC ResourceCache::Prepare(HMODULE module, HRSRC hResInfo, std::uintptr_t type
 }
 
 void* ResourceCache::Find(HRSRC hResInfo) noexcept {
-    const platform::CriticalSectionEntry entry(m_lock);
+    const CriticalSectionEntry entry(m_lock);
     const auto found = m_entries.find(hResInfo);
     return found == m_entries.end() ? nullptr : found->second.get();
 }
+
+} // namespace eq

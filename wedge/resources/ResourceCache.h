@@ -8,6 +8,8 @@
 #include <functional>
 #include <map>
 
+namespace eq {
+
 /// The resources that have been examined, each with the block that replaces its bytes, if it needs one. An entry lives
 /// as long as the cache, so that a pointer that LoadResource returned stays valid.
 ///
@@ -27,5 +29,7 @@ public:
 private:
     CountedBlockIndex& m_blocks;
     std::map<HRSRC, CountedBlockRef, std::less<>> m_entries;
-    platform::CriticalSection m_lock;
+    CriticalSection m_lock;
 };
+
+} // namespace eq

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+namespace eq {
+
 /// The resource types that are rewritten, as the numbers that Win32 gives them.
 enum class ResourceType : std::uint16_t {
     Menu = 4,
@@ -26,3 +28,5 @@ struct ACCELTABLEENTRY {
 };
 static_assert(sizeof(ACCELTABLEENTRY) == 8);
 inline constexpr unsigned AccelTableEnd = 0x80;
+
+} // namespace eq

@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+namespace eq {
+
 namespace {
 
 constexpr std::size_t LongestString = 0xFFFF;
@@ -161,3 +163,5 @@ std::unique_ptr<ACCEL[]> ToAccelArray(const void* entries, std::size_t size, std
     if (count != nullptr) *count = static_cast<std::uint32_t>(table.size());
     return array;
 }
+
+} // namespace eq

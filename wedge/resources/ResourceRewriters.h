@@ -11,6 +11,8 @@
 // caller owns it on PrepReplaced. None reads beyond `size` bytes or throws; the forms without a size are bounded by
 // TemplateRange.
 
+namespace eq {
+
 /// A bundle of 16 strings. If one has a key, all come out as they came through the language's code page.
 PrepStatus PrepareStringResource(const void* pResource, std::size_t size, void** ppNewResource) noexcept;
 PrepStatus PrepareStringResource(const void* pResource, void** ppNewResource) noexcept;
@@ -27,3 +29,5 @@ PrepStatus PrepareDialogInitResource(const void* pResource, void** ppNewResource
 /// The table of a resource in the form that creates one, with its length in `*count` unless that is null. Null for null
 /// and for a table that has no end within its size. Every byte of the array is set.
 [[nodiscard]] std::unique_ptr<ACCEL[]> ToAccelArray(const void* entries, std::size_t size, std::uint32_t* count);
+
+} // namespace eq

@@ -8,6 +8,8 @@
 #include <exception>
 #include <string_view>
 
+namespace eq {
+
 /// Runs a rewriter. Whatever fails in it leaves the compiled resource in use, and nobody is told.
 template <typename Rewriter>
 PrepStatus guardedRewrite(const Rewriter& rewriter) noexcept {
@@ -32,3 +34,5 @@ inline PrepStatus finishedTemplate(const TemplateReader& reader, void** ppNewRes
     if (!reader.IsChanged()) return PrepUnchanged;
     return replacedBy(reader.GetOutput(), ppNewResource);
 }
+
+} // namespace eq

@@ -4,6 +4,8 @@
 
 #include <atomic>
 
+namespace eq {
+
 template <typename Signature>
 class SystemFunction;
 
@@ -36,3 +38,5 @@ private:
     const char* m_name;
     mutable std::atomic<Function> m_function{nullptr};
 };
+
+} // namespace eq

@@ -4,6 +4,8 @@
 #include "platform/win32.h"
 #include "wedge/resources/SystemFunction.h"
 
+namespace eq {
+
 /// The system functions that the wedge calls from its own functions of the same names.
 namespace systems {
 
@@ -13,3 +15,5 @@ EQ_REPLACED_FUNCTIONS(EQ_NO_ROW, EQ_SYSTEM_FUNCTION)
 #undef EQ_SYSTEM_FUNCTION
 
 } // namespace systems
+
+} // namespace eq

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+namespace eq {
+
 void TemplateReader::Read(const void* input_address, std::size_t input_size) {
     if (input_address == nullptr) throw prep_exception("NULL == input_address");
     BinaryReader original(input_address, input_size);
@@ -41,3 +43,5 @@ void TemplateReader::align() {
     m_input.align(4);
     m_output.align(4);
 }
+
+} // namespace eq

@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <string_view>
 
+namespace eq {
+
 /// The bytes that a rewriter may read when it is given no size: no template reaches further.
 inline constexpr std::size_t TemplateRange = 0x10000;
 
@@ -57,3 +59,5 @@ private:
 
     bool m_error_detected = true;
 };
+
+} // namespace eq

@@ -2,6 +2,8 @@
 
 #include "support/ContextException.h"
 
+namespace eq {
+
 /// A template that cannot be rewritten. It never leaves the rewriters.
 class prep_exception : public ContextException {
 public:
@@ -11,3 +13,5 @@ public:
     explicit prep_exception(const char* condition) noexcept
         : ContextException(nullptr, condition, "", 0, "prep_exception") {}
 };
+
+} // namespace eq
