@@ -20,9 +20,9 @@ std::string keyOf(int number) {
     return "IDS_Benchmark_" + std::to_string(number);
 }
 
-std::string fileText(int first_key, int keys) {
+std::string fileText(int firstKey, int keys) {
     std::string text = "// A language file for measuring\n\n[Module]\n";
-    for (int key = first_key; key < first_key + keys; ++key) {
+    for (int key = firstKey; key < firstKey + keys; ++key) {
         text += keyOf(key) + " = A text of usual length\\nwith \\x41 in it, number " + std::to_string(key) + "\n";
     }
     return text;
@@ -33,7 +33,7 @@ std::string modulePath(const TemporaryFolder& folder) {
 }
 
 /// All files are English, each with keys of its own: each is read, and once more in every step that takes English.
-void BuildFromEnglishFiles(benchmark::State& state) {
+void buildFromEnglishFiles(benchmark::State& state) {
     const TemporaryFolder folder;
     std::int64_t bytes = 0;
     for (int file = 0; file < state.range(0); ++file) {
@@ -48,10 +48,10 @@ void BuildFromEnglishFiles(benchmark::State& state) {
     }
     state.SetBytesProcessed(bytes * static_cast<std::int64_t>(state.iterations()));
 }
-BENCHMARK(BuildFromEnglishFiles)->Arg(75)->Arg(150)->Arg(300)->Unit(benchmark::kMillisecond);
+BENCHMARK(buildFromEnglishFiles)->Arg(75)->Arg(150)->Arg(300)->Unit(benchmark::kMillisecond);
 
 /// Each file is of another language, as in a shipped folder: only the fitting ones are read.
-void BuildBesideManyLanguages(benchmark::State& state) {
+void buildBesideManyLanguages(benchmark::State& state) {
     const TemporaryFolder folder;
     for (int file = 0; file < 300; ++file) {
         folder.write("Equalizer" + std::to_string(1025 + file) + ".lng", fileText(0, KeysPerFile));
@@ -61,10 +61,10 @@ void BuildBesideManyLanguages(benchmark::State& state) {
         benchmark::DoNotOptimize(store.Find("IDS_Benchmark_0"));
     }
 }
-BENCHMARK(BuildBesideManyLanguages)->Unit(benchmark::kMillisecond);
+BENCHMARK(buildBesideManyLanguages)->Unit(benchmark::kMillisecond);
 
 /// One look-up, with this many keys in the store; on several threads at once, each in an order of its own.
-void LookUp(benchmark::State& state) {
+void lookUp(benchmark::State& state) {
     static const CLanguageStore* store = nullptr;
     const int keys = static_cast<int>(state.range(0));
     if (state.thread_index() == 0) {
@@ -84,17 +84,17 @@ void LookUp(benchmark::State& state) {
     }
     if (state.thread_index() == 0) delete store;
 }
-BENCHMARK(LookUp)->Arg(200)->Arg(2000)->Arg(20000)->Arg(200000)->Arg(600000);
-BENCHMARK(LookUp)->Arg(2000)->ThreadRange(1, 4)->UseRealTime();
+BENCHMARK(lookUp)->Arg(200)->Arg(2000)->Arg(20000)->Arg(200000)->Arg(600000);
+BENCHMARK(lookUp)->Arg(2000)->ThreadRange(1, 4)->UseRealTime();
 
 /// A value full of escapes.
-void DecodeValue(benchmark::State& state) {
+void decodeValue(benchmark::State& state) {
     std::string value;
     while (value.size() < static_cast<std::size_t>(state.range(0))) value += "\\nab\\x41";
     for (auto _ : state) benchmark::DoNotOptimize(decode_value(value));
     state.SetBytesProcessed(static_cast<std::int64_t>(value.size()) * static_cast<std::int64_t>(state.iterations()));
 }
-BENCHMARK(DecodeValue)->Arg(1 << 10)->Arg(1 << 20)->Arg(10 << 20);
+BENCHMARK(decodeValue)->Arg(1 << 10)->Arg(1 << 20)->Arg(10 << 20);
 
 } // namespace
 

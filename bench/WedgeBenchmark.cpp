@@ -32,7 +32,7 @@ TemplateBuilder largeDialog() {
     return dialog;
 }
 
-void RewriteADialog(benchmark::State& state) {
+void rewriteADialog(benchmark::State& state) {
     const TemplateBuilder dialog = largeDialog();
     for (auto _ : state) {
         void* block = nullptr;
@@ -42,7 +42,7 @@ void RewriteADialog(benchmark::State& state) {
     }
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(dialog.get().size()));
 }
-BENCHMARK(RewriteADialog);
+BENCHMARK(rewriteADialog);
 
 HRSRC knownDialog() {
     for (const unsigned id : {141U, 142U, 143U, 110U, 111U})
@@ -51,7 +51,7 @@ HRSRC knownDialog() {
 }
 
 /// What a cached find cannot do without.
-void LookUpInAMapUnderALock(benchmark::State& state) {
+void lookUpInAMapUnderALock(benchmark::State& state) {
     std::map<HRSRC, void*, std::less<>> map;
     char keys[5];
     for (char& key : keys) map[reinterpret_cast<HRSRC>(&key)] = &key;
@@ -61,20 +61,20 @@ void LookUpInAMapUnderALock(benchmark::State& state) {
         benchmark::DoNotOptimize(map.find(reinterpret_cast<HRSRC>(&keys[1])));
     }
 }
-BENCHMARK(LookUpInAMapUnderALock);
+BENCHMARK(lookUpInAMapUnderALock);
 
-void FindWhatIsCached(benchmark::State& state) {
+void findWhatIsCached(benchmark::State& state) {
     const HRSRC dialog = knownDialog();
     const HMODULE module = ownModule();
     for (auto _ : state) benchmark::DoNotOptimize(wedgeState().resourceCache.Prepare(module, dialog, DialogType));
 }
-BENCHMARK(FindWhatIsCached);
+BENCHMARK(findWhatIsCached);
 
-void LoadWhatIsCached(benchmark::State& state) {
+void loadWhatIsCached(benchmark::State& state) {
     const HRSRC dialog = knownDialog();
     for (auto _ : state) benchmark::DoNotOptimize(LoadResource(nullptr, dialog));
 }
-BENCHMARK(LoadWhatIsCached);
+BENCHMARK(loadWhatIsCached);
 
 } // namespace
 

@@ -14,10 +14,10 @@ namespace {
 
 /// Messages whose result is the procedure's own; that of all others is left with the window.
 bool returnsItsResult(UINT message) noexcept {
-    constexpr std::array messages = {WM_INITDIALOG,    WM_COMPAREITEM,    WM_VKEYTOITEM,        WM_CHARTOITEM,
+    constexpr std::array Messages = {WM_INITDIALOG,    WM_COMPAREITEM,    WM_VKEYTOITEM,        WM_CHARTOITEM,
                                      WM_QUERYDRAGICON, WM_CTLCOLORMSGBOX, WM_CTLCOLOREDIT,      WM_CTLCOLORLISTBOX,
                                      WM_CTLCOLORBTN,   WM_CTLCOLORDLG,    WM_CTLCOLORSCROLLBAR, WM_CTLCOLORSTATIC};
-    return std::any_of(messages.begin(), messages.end(),
+    return std::any_of(Messages.begin(), Messages.end(),
                        [message](auto known) { return static_cast<UINT>(known) == message; });
 }
 
@@ -44,20 +44,20 @@ struct DialogOwner::CreationList {
 /// leaves the record to be taken out here.
 class DialogOwner::CreationEntry {
 public:
-    explicit CreationEntry(DialogOwner& owner) : m_record(owner.creationRecord) {
+    explicit CreationEntry(DialogOwner& owner) : record(owner.creationRecord) {
         CreationList& list = creationList();
         const CriticalSectionEntry entry(list.lock);
-        m_record = {&owner, GetCurrentThreadId(), list.head};
-        list.head = &m_record;
+        record = {&owner, GetCurrentThreadId(), list.head};
+        list.head = &record;
     }
     ~CreationEntry() {
-        creationList().unlink([this](const CreationRecord& record) { return &record == &m_record; });
+        creationList().unlink([this](const CreationRecord& other) { return &other == &record; });
     }
     CreationEntry(const CreationEntry&) = delete;
     CreationEntry& operator=(const CreationEntry&) = delete;
 
 private:
-    CreationRecord& m_record;
+    CreationRecord& record;
 };
 
 DialogOwner::CreationList& DialogOwner::creationList() {

@@ -25,7 +25,7 @@ public:
 
 private:
     struct Code;
-    std::unique_ptr<Code> m_code;
+    std::unique_ptr<Code> code;
 };
 
 } // namespace eq

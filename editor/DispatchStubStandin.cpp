@@ -9,11 +9,11 @@ namespace eq {
 namespace {
 
 constexpr const wchar_t* ObjectProperty = L"DialogOwner";
-std::atomic<DispatchStub::Target> target_of_all = nullptr; // the same for every object
+std::atomic<DispatchStub::Target> targetOfAll = nullptr; // the same for every object
 
 INT_PTR CALLBACK callThroughProperty(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     auto* const object = static_cast<DialogOwner*>(GetPropW(window, ObjectProperty));
-    return object ? target_of_all.load()(object, message, wParam, lParam) : 0;
+    return object ? targetOfAll.load()(object, message, wParam, lParam) : 0;
 }
 
 } // namespace
@@ -24,7 +24,7 @@ DispatchStub::DispatchStub() noexcept = default;
 DispatchStub::~DispatchStub() = default;
 
 DLGPROC DispatchStub::procedure(HWND window, DialogOwner* object, Target target) noexcept {
-    target_of_all = target;
+    targetOfAll = target;
     return SetPropW(window, ObjectProperty, object) != 0 ? callThroughProperty : nullptr;
 }
 

@@ -61,8 +61,8 @@ DispatchStub::DispatchStub() noexcept = default;
 DispatchStub::~DispatchStub() = default;
 
 DLGPROC DispatchStub::procedure(HWND /*window*/, DialogOwner* object, Target target) noexcept {
-    if (!m_code) m_code.reset(new (std::nothrow) Code(object, target));
-    return m_code && m_code->isReady ? reinterpret_cast<DLGPROC>(m_code->memory) : nullptr;
+    if (!code) code.reset(new (std::nothrow) Code(object, target));
+    return code && code->isReady ? reinterpret_cast<DLGPROC>(code->memory) : nullptr;
 }
 
 } // namespace eq

@@ -23,16 +23,16 @@ double linearFromDecibels(double decibels) noexcept {
 
 FilterDesign FilterDesign::flat() noexcept {
     // Centres of 100, 200, 400 and 800 Hz with Q 1.4: 2 pi f / 44100, and that over twice the Q, to the last bit.
-    constexpr double centreAngles[BandCount] = {0.014247585730565955, 0.02849517146113191, 0.05699034292226382,
+    constexpr double CentreAngles[BandCount] = {0.014247585730565955, 0.02849517146113191, 0.05699034292226382,
                                                 0.11398068584452764};
-    constexpr double halfBandwidthAngles[BandCount] = {0.005088423475202127, 0.010176846950404253, 0.020353693900808507,
+    constexpr double HalfBandwidthAngles[BandCount] = {0.005088423475202127, 0.010176846950404253, 0.020353693900808507,
                                                        0.040707387801617013};
 
     FilterDesign design{};
     design.outputGain = 1.0;
     for (int i = 0; i < BandCount; ++i) {
-        const double t = std::tan(halfBandwidthAngles[i]);
-        design.centreCoefficient[i] = -std::cos(centreAngles[i]);
+        const double t = std::tan(HalfBandwidthAngles[i]);
+        design.centreCoefficient[i] = -std::cos(CentreAngles[i]);
         design.bandwidthCoefficient[i] = (t - 1.0) / (t + 1.0);
         design.bandGain[i] = 1.0;
     }

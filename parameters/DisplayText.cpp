@@ -67,7 +67,7 @@ void writeDisplay(const Parameter& parameter, float p, char* text) {
         const char* const word = unit.narrow();
         full.append(" ").append(word != nullptr ? word : "");
     }
-    const std::size_t length = full.copy(text, whole_characters(full, DisplayCapacity - 1, CP_ACP));
+    const std::size_t length = full.copy(text, wholeCharacters(full, DisplayCapacity - 1, CP_ACP));
     text[length] = '\0';
 }
 

@@ -14,7 +14,7 @@ struct ReserveRelease {
     ~ReserveRelease() { __gnu_cxx::__freeres(); }
 };
 // Built first, so that it goes last: until then exceptions may need the reserve.
-[[gnu::init_priority(101)]] const ReserveRelease reserve_release;
+[[gnu::init_priority(101)]] const ReserveRelease LastReserve;
 
 } // namespace
 

@@ -111,10 +111,10 @@ void ContextException::build(const char* operation, const char* context, const c
     const bool hasContext = *context != '\0';
     const DecimalText lineText(line);
 
-    constexpr std::size_t endBytes = 4;
+    constexpr std::size_t EndBytes = 4;
     const std::size_t size = 2 * std::strlen(name) + 2 * std::strlen(operation) + 2 * std::strlen(context) +
                              std::strlen(file) + std::strlen(lineText.text()) + lengthOf(ThrownBy) + lengthOf(" [:]") +
-                             (hasContext ? lengthOf(WithContext) : 0) + endBytes;
+                             (hasContext ? lengthOf(WithContext) : 0) + EndBytes;
     char* const place = allocateStorage(size);
     TextWriter writer(place, storageSize());
 

@@ -80,7 +80,7 @@ private:
 };
 
 // Made while the library loads, before there are other threads.
-[[maybe_unused]] const SECURITY_ATTRIBUTES* const attributesMadeAtLoad = SharedSecurityAttributes();
+[[maybe_unused]] const SECURITY_ATTRIBUTES* const AttributesMadeAtLoad = SharedSecurityAttributes();
 
 } // namespace
 

@@ -52,32 +52,32 @@ private:
 
 class Mutex::lock_failure : public std::exception {
 public:
-    explicit lock_failure(const std::string& text) : m_text(std::make_shared<const std::string>(text)) {}
-    [[nodiscard]] const char* what() const noexcept override { return m_text->c_str(); }
+    explicit lock_failure(const std::string& failure) : text(std::make_shared<const std::string>(failure)) {}
+    [[nodiscard]] const char* what() const noexcept override { return text->c_str(); }
 
 private:
-    std::shared_ptr<const std::string> m_text; // copies without throwing
+    std::shared_ptr<const std::string> text; // copies without throwing
 };
 
 class Mutex::unlock_failure : public std::exception {
 public:
-    explicit unlock_failure(const std::string& text) : m_text(std::make_shared<const std::string>(text)) {}
-    [[nodiscard]] const char* what() const noexcept override { return m_text->c_str(); }
+    explicit unlock_failure(const std::string& failure) : text(std::make_shared<const std::string>(failure)) {}
+    [[nodiscard]] const char* what() const noexcept override { return text->c_str(); }
 
 private:
-    std::shared_ptr<const std::string> m_text; // copies without throwing
+    std::shared_ptr<const std::string> text; // copies without throwing
 };
 
 /// Holds a `Mutex` for the length of a scope. A failure to give it back is dropped.
 class MutexEntry {
 public:
-    explicit MutexEntry(Mutex& mutex) : m_mutex(mutex) { m_mutex.Lock(); }
+    explicit MutexEntry(Mutex& held) : mutex(held) { mutex.Lock(); }
     MutexEntry(const MutexEntry&) = delete;
     MutexEntry& operator=(const MutexEntry&) = delete;
     ~MutexEntry();
 
 private:
-    Mutex& m_mutex;
+    Mutex& mutex;
 };
 
 } // namespace eq

@@ -29,7 +29,7 @@ Converted<std::wstring> toWide(std::string_view text, UINT codePage, InvalidByte
 
 Converted<std::string> toNarrow(std::wstring_view text, UINT codePage, int mostBytes, const char* substitute) {
     if (text.empty()) return {};
-    if (is_utf8_codepage(codePage)) substitute = nullptr; // UTF-8 lacks no character, and the system refuses one
+    if (isUtf8Codepage(codePage)) substitute = nullptr; // UTF-8 lacks no character, and the system refuses one
     const auto convert = [&](char* buffer, int room) {
         return WideCharToMultiByte(codePage, 0, text.data(), static_cast<int>(text.size()), buffer, room, substitute,
                                    nullptr);
@@ -37,7 +37,7 @@ Converted<std::string> toNarrow(std::wstring_view text, UINT codePage, int mostB
     return convertedInto<std::string>(mostBytes == AnySize ? convert(nullptr, 0) : mostBytes, convert);
 }
 
-bool is_utf8_codepage(unsigned codePage) noexcept {
+bool isUtf8Codepage(unsigned codePage) noexcept {
     return codePage == CP_UTF8 || (codePage == CP_ACP && GetACP() == CP_UTF8);
 }
 

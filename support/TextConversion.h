@@ -30,6 +30,6 @@ inline constexpr int AnySize = 0;
                                               const char* substitute = nullptr);
 
 /// Whether a code page (0: the system's ANSI code page) is UTF-8.
-[[nodiscard]] bool is_utf8_codepage(unsigned codePage) noexcept;
+[[nodiscard]] bool isUtf8Codepage(unsigned codePage) noexcept;
 
 } // namespace eq

@@ -163,13 +163,13 @@ TEST_F(StoreInstance, GivesDisplayTextsTheKeyOfAMissAndWholeCharactersOfALongUni
 }
 
 TEST_F(StoreInstance, ReportsOnceThatThereAreNoFilesAndCanBeUsedMeanwhile) {
-    std::wstring text_meanwhile = L"(none)";
-    const MessageBoxWatch watch([&] { text_meanwhile = found(CLanguageStore::Instance(), "a"); });
+    std::wstring textMeanwhile = L"(none)";
+    const MessageBoxWatch watch([&] { textMeanwhile = found(CLanguageStore::Instance(), "a"); });
     EXPECT_EQ(GetLanguageId(), 0);
     EXPECT_EQ(ExpandLanguageKeys(std::string("{a}"), nullptr), "{a}");
     EXPECT_EQ(watch.count(), 1);
     EXPECT_EQ(watch.last(), L"Error\nLNG0001:  No language files were found.");
-    EXPECT_EQ(text_meanwhile, L"(none)");
+    EXPECT_EQ(textMeanwhile, L"(none)");
 }
 
 TEST_F(StoreInstance, StartsOverAfterABrokenFileAndIsMadeOnceAndFullForEveryThread) {

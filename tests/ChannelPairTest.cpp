@@ -72,7 +72,7 @@ TEST(ChannelPair, DoesWithAnyKernelWhatTwoPlainEnginesDoOneAfterTheOther) {
             SCOPED_TRACE(testing::Message() << kernel->name << ", " << layout.name << ", stream " << stream);
             std::mt19937 random(stream);
             Stereo pair(*kernel, random() % (64 / alignof(FourBandEqualizer)));
-            Stereo single(plainKernel, 0);
+            Stereo single(PlainKernel, 0);
             for (int call = 0; call < 30; ++call) {
                 pair.memory = anySamples(random, pair.memory.size(), sound);
                 single.memory = pair.memory;

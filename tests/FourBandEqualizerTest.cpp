@@ -131,7 +131,7 @@ TEST(PlainKernel, PeakSectionHasTheWorkedImpulseResponse) {
 }
 
 TEST(KernelChoice, BeginsWithThePlainKernelAndHasNoWideRegistersIn32BitCode) {
-    EXPECT_EQ(availableKernels().front(), &plainKernel);
+    EXPECT_EQ(availableKernels().front(), &PlainKernel);
 #ifdef __SSE2__
     EXPECT_GE(availableKernels().size(), 2U);
 #endif

@@ -23,8 +23,8 @@ protected:
 
 struct Case {
     const char* module;
-    WORD override_language;
-    WORD system_language;
+    WORD overrideLanguage;
+    WORD systemLanguage;
     WORD language;
     std::vector<std::string> files;
     std::size_t read; ///< so many of the files are read, in this order
@@ -64,9 +64,9 @@ TEST_F(LanguageSelection, MergesFilesInTheOrderOfPrecedence) {
             references += "{" + file + "}";
             expected += keys.size() <= row.read ? file : "{" + file + "}";
         }
-        const LanguageSettings changed(0, row.system_language);
+        const LanguageSettings changed(0, row.systemLanguage);
         const MessageBoxWatch watch;
-        const CLanguageStore store(place.path(row.module), row.override_language);
+        const CLanguageStore store(place.path(row.module), row.overrideLanguage);
         EXPECT_EQ(store.language(), row.language);
         EXPECT_EQ(store.ExpandKeys(references, nullptr), expected);
         EXPECT_EQ(watch.count(), row.read == 0 ? 1 : 0);

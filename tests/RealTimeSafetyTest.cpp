@@ -27,7 +27,7 @@ namespace {
 
 /// Whether this thread is inside a call of the effect's processing.
 thread_local bool processing = false;
-std::atomic<int> allocations_seen = 0, locks_seen = 0, system_calls_seen = 0;
+std::atomic<int> allocationsSeen = 0, locksSeen = 0, systemCallsSeen = 0;
 
 void note(std::atomic<int>& seen) {
     if (processing) ++seen;
@@ -35,7 +35,7 @@ void note(std::atomic<int>& seen) {
 
 /// Stands for the system call that the kernel did not make: for the thread's own end it does not matter.
 void onSystemCall(int) {
-    note(system_calls_seen);
+    note(systemCallsSeen);
 }
 
 /// From here on no system call of this thread is made by which it could wait, or take or give back memory.
@@ -64,16 +64,16 @@ void* __libc_malloc(std::size_t size); // NOLINT(bugprone-reserved-identifier): 
 void __libc_free(void* block);         // NOLINT(bugprone-reserved-identifier)
 
 void* malloc(std::size_t size) {
-    note(allocations_seen);
+    note(allocationsSeen);
     return __libc_malloc(size);
 }
 void free(void* block) {
-    if (block) note(allocations_seen);
+    if (block) note(allocationsSeen);
     __libc_free(block);
 }
 int pthread_mutex_lock(pthread_mutex_t* mutex) {
     static const auto real = reinterpret_cast<decltype(&pthread_mutex_lock)>(dlsym(RTLD_NEXT, "pthread_mutex_lock"));
-    note(locks_seen);
+    note(locksSeen);
     return real(mutex);
 }
 }
@@ -103,9 +103,9 @@ TEST(RealTimeSafety, ProcessingNeitherAllocatesNorLocksNorCallsTheKernel) {
     for (int i = 0; !done; ++i) effect->setParameter(effect, i % 13, static_cast<float>(i % 101) / 100.0f);
     audio.join();
     effect->dispatcher(effect, effClose, 0, 0, nullptr, 0.0f);
-    EXPECT_EQ(allocations_seen, 0);
-    EXPECT_EQ(locks_seen, 0);
-    EXPECT_EQ(system_calls_seen, 0);
+    EXPECT_EQ(allocationsSeen, 0);
+    EXPECT_EQ(locksSeen, 0);
+    EXPECT_EQ(systemCallsSeen, 0);
 }
 
 TEST(RealTimeSafety, WouldBeSeenToBeBroken) {
@@ -119,9 +119,9 @@ TEST(RealTimeSafety, WouldBeSeenToBeBroken) {
         processing = false;
     });
     careless.join();
-    EXPECT_GE(allocations_seen.exchange(0), 2);
-    EXPECT_EQ(locks_seen.exchange(0), 1);
-    EXPECT_EQ(system_calls_seen.exchange(0), 1);
+    EXPECT_GE(allocationsSeen.exchange(0), 2);
+    EXPECT_EQ(locksSeen.exchange(0), 1);
+    EXPECT_EQ(systemCallsSeen.exchange(0), 1);
 }
 
 } // namespace

@@ -97,12 +97,12 @@ private:
         if (close == line.npos) fail(": Invalid tag syntax - cannot find '>'.\n", __LINE__);
 
         const std::string tag(line.substr(0, close + 1));
-        const bool needs_value = checkTag(tag);
+        const bool needsValue = checkTag(tag);
         if (const auto assignment = assignmentOf(line)) {
             if (assignment->left != tag) fail(": Unexpected text encountered between tag and '='.", __LINE__);
             m_handler.OnTag(tag, assignment->right);
         } else {
-            if (needs_value) fail(": equal (=) expected for this tag type.\n", __LINE__);
+            if (needsValue) fail(": equal (=) expected for this tag type.\n", __LINE__);
             m_handler.OnTag(tag, std::string());
         }
     }
@@ -197,16 +197,16 @@ std::optional<Escape> hexadecimalEscapeAt(std::string_view s) noexcept {
     return Escape{static_cast<char>(high * 16 + low), 4};
 }
 
-/// Decodes in place the escapes that `escape_at` knows, in one walk. The text only shrinks, so reading stays ahead of
+/// Decodes in place the escapes that `escapeAt` knows, in one walk. The text only shrinks, so reading stays ahead of
 /// writing. The walk is over what is written: a decoded lead byte makes the byte behind it a trail byte.
 template <class EscapeAt>
-void decodeEscapes(std::string& s, EscapeAt escape_at) {
+void decodeEscapes(std::string& s, EscapeAt escapeAt) {
     ByteWalk walk;
     std::size_t written = 0;
     for (std::size_t read = 0; read < s.size();) {
         Escape next{s[read], 1};
         if (next.byte == '\\' && walk.kindOf(next.byte) != 2) {
-            next = escape_at(std::string_view(s).substr(read)).value_or(next);
+            next = escapeAt(std::string_view(s).substr(read)).value_or(next);
         }
         walk.pass(next.byte);
         s[written++] = next.byte;

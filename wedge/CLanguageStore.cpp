@@ -17,10 +17,10 @@ namespace {
 
 constexpr std::string_view SharedContext = "Shared";
 
-constinit std::atomic<CLanguageStore::MessageFunction> show_message = nullptr;
+constinit std::atomic<CLanguageStore::MessageFunction> showMessage = nullptr;
 
 void showNoFilesFound() {
-    if (const auto show = show_message.load()) show(L"LNG0001:  No language files were found.", L"Error");
+    if (const auto show = showMessage.load()) show(L"LNG0001:  No language files were found.", L"Error");
 }
 
 /// The module's file with long names, or nothing if the system does not tell or the path is too long for its buffers.
@@ -29,10 +29,10 @@ std::string longPathOf(HMODULE module) {
     const DWORD size = GetModuleFileNameA(module, path, MAX_PATH);
     if (size == 0 || size >= MAX_PATH) return {};
 
-    char long_path[MAX_PATH] = {};
-    const DWORD long_size = GetLongPathNameA(path, long_path, MAX_PATH);
-    if (long_size == 0 || long_size >= MAX_PATH) return {};
-    return long_path;
+    char longPath[MAX_PATH] = {};
+    const DWORD longSize = GetLongPathNameA(path, longPath, MAX_PATH);
+    if (longSize == 0 || longSize >= MAX_PATH) return {};
+    return longPath;
 }
 
 /// A text that cannot be converted is empty.
@@ -63,7 +63,7 @@ Text expandKeys(const CLanguageStore& store, const Text& text, bool* changed) {
 
     const Text source(text.c_str()); // NOLINT(readability-redundant-string-cstr): up to its first terminator
     Text expanded;
-    bool has_changed = false;
+    bool hasChanged = false;
     std::size_t copied = 0;
     auto open = source.find(Open);
     while (open != Text::npos) {
@@ -75,12 +75,12 @@ Text expandKeys(const CLanguageStore& store, const Text& text, bool* changed) {
             expanded.append(source, copied, open - copied);
             appendTo(expanded, found);
             copied = close + 1;
-            has_changed = true;
+            hasChanged = true;
         }
         open = source.find(Open, close);
     }
     expanded.append(source, copied);
-    if (changed) *changed = has_changed;
+    if (changed) *changed = hasChanged;
     return expanded;
 }
 
@@ -119,22 +119,22 @@ void CLanguageStore::dropInstance() noexcept {
     singleton().store.reset();
 }
 
-CLanguageStore::CLanguageStore(const std::string& module_path, WORD language) {
-    load(module_path, language);
+CLanguageStore::CLanguageStore(const std::string& modulePath, WORD language) {
+    load(modulePath, language);
 }
 
-void CLanguageStore::load(const std::string& module_path, WORD language) {
-    const auto dot = module_path.rfind('.');
-    if (dot == module_path.npos) return;
-    const std::string base = module_path.substr(0, dot);
+void CLanguageStore::load(const std::string& modulePath, WORD language) {
+    const auto dot = modulePath.rfind('.');
+    if (dot == modulePath.npos) return;
+    const std::string base = modulePath.substr(0, dot);
     const auto cut = base.rfind(pathSeparator);
     if (cut == base.npos) return;
 
     m_module = base.substr(cut + 1);
     const std::string folder = base.substr(0, cut);
-    const bool found_first = loadTurn(folder, language);
-    const bool found_second = loadTurn(secondFolder(folder), language);
-    if (!found_first && !found_second) showNoFilesFound();
+    const bool foundFirst = loadTurn(folder, language);
+    const bool foundSecond = loadTurn(secondFolder(folder), language);
+    if (!foundFirst && !foundSecond) showNoFilesFound();
 }
 
 bool CLanguageStore::loadTurn(const std::string& folder, WORD language) {
@@ -150,10 +150,10 @@ bool CLanguageStore::loadTurn(const std::string& folder, WORD language) {
 
 DWORD CLanguageStore::LoadLanguageFiles(const std::string& folder, WORD language) {
     const std::vector<std::string> paths = languageFilesOf(folder, language);
-    const UINT initial_codepage = DefaultCodepage(m_language);
+    const UINT initialCodepage = DefaultCodepage(m_language);
     for (const std::string& path : paths) {
         CLanguageFile file(path.c_str());
-        CLanguageStoreLoader loader(initial_codepage, m_contexts);
+        CLanguageStoreLoader loader(initialCodepage, m_contexts);
         file.ScanFile(loader);
         m_codepage = loader.codepage();
     }
@@ -187,7 +187,7 @@ std::wstring CLanguageStore::ExpandKeys(const std::wstring& text, bool* changed)
 }
 
 void CLanguageStore::ShowMessagesWith(MessageFunction function) noexcept {
-    show_message = function;
+    showMessage = function;
 }
 
 WORD GetLanguageId() {

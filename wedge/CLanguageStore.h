@@ -26,9 +26,9 @@ public:
     /// An empty store: every look-up misses.
     CLanguageStore() = default;
 
-    /// A store of its own for the module at `module_path`, for those who look at other files than the process's.
+    /// A store of its own for the module at `modulePath`, for those who look at other files than the process's.
     /// `language` is the override.
-    CLanguageStore(const std::string& module_path, WORD language);
+    CLanguageStore(const std::string& modulePath, WORD language);
     CLanguageStore(const CLanguageStore&) = delete;
     CLanguageStore& operator=(const CLanguageStore&) = delete;
     virtual ~CLanguageStore() = default;
@@ -55,7 +55,7 @@ private:
     /// Back to the state ahead of the first call. For the thread that fills, or while nobody uses the store.
     static void dropInstance() noexcept;
 
-    void load(const std::string& module_path, WORD language);
+    void load(const std::string& modulePath, WORD language);
     bool loadTurn(const std::string& folder, WORD language);
     DWORD LoadLanguageFiles(const std::string& folder, WORD language);
     const std::wstring* findIn(std::string_view context, std::string_view key) const noexcept;

@@ -68,8 +68,8 @@ WORD ReadLanguageOverride() {
     DWORD size = sizeof value;
     const LSTATUS status =
         RegQueryValueExW(settings.get(), LanguageValue, nullptr, &type, reinterpret_cast<BYTE*>(&value), &size);
-    const bool is_number = status == ERROR_SUCCESS && type == REG_DWORD && size == sizeof value;
-    return is_number ? LOWORD(value) : WORD{0};
+    const bool isNumber = status == ERROR_SUCCESS && type == REG_DWORD && size == sizeof value;
+    return isNumber ? LOWORD(value) : WORD{0};
 }
 
 WORD ReadUiLanguage(uilanguage_context context) {
@@ -83,12 +83,12 @@ WORD ReadUiLanguage(uilanguage_context context) {
 }
 
 bool IsWindowsNt() {
-    static const bool is_nt = [] {
+    static const bool isNt = [] {
         OSVERSIONINFOA version{};
         version.dwOSVersionInfoSize = sizeof version;
         return GetVersionExA(&version) && version.dwPlatformId == VER_PLATFORM_WIN32_NT;
     }();
-    return is_nt;
+    return isNt;
 }
 
 UINT DefaultCodepage(WORD language) {
@@ -114,8 +114,8 @@ int CompareNoCase(const std::string& a, const std::string& b) {
     return asNocase(a).compare(asNocase(b));
 }
 
-std::array<WORD, 4> languageOrder(WORD override_language, WORD system_language) {
-    return {override_language, system_language, PRIMARYLANGID(system_language), EnglishUnitedStates};
+std::array<WORD, 4> languageOrder(WORD overrideLanguage, WORD systemLanguage) {
+    return {overrideLanguage, systemLanguage, PRIMARYLANGID(systemLanguage), EnglishUnitedStates};
 }
 
 std::vector<std::string> languageFilesOf(const std::string& folder, WORD language) {
@@ -128,9 +128,9 @@ std::vector<std::string> languageFilesOf(const std::string& folder, WORD languag
     if (!search) return paths;
     do {
         const std::string name = entry.cFileName;
-        const bool is_folder = (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-        const bool is_too_long = start.size() + 1 + name.size() >= PathCapacity;
-        if (is_folder || is_too_long || ParseLanguageFileName(name, "", "lng") != language) continue;
+        const bool isFolder = (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        const bool isTooLong = start.size() + 1 + name.size() >= PathCapacity;
+        if (isFolder || isTooLong || ParseLanguageFileName(name, "", "lng") != language) continue;
         paths.push_back(start + name);
     } while (FindNextFileA(search.get(), &entry));
     return paths;
@@ -141,8 +141,8 @@ std::string secondFolder(const std::string& folder) {
     if (cut == folder.npos) return folder;
 
     const std::string_view name = std::string_view(folder).substr(cut + 1);
-    const bool is_build_folder = equalNoCase(name.substr(0, 5), "debug") || equalNoCase(name.substr(0, 7), "release");
-    return is_build_folder ? folder.substr(0, cut) : folder;
+    const bool isBuildFolder = equalNoCase(name.substr(0, 5), "debug") || equalNoCase(name.substr(0, 7), "release");
+    return isBuildFolder ? folder.substr(0, cut) : folder;
 }
 
 } // namespace eq

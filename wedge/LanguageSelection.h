@@ -37,7 +37,7 @@ enum uilanguage_context { uilanguage_default = 0, uilanguage_user = 1 };
 [[nodiscard]] int CompareNoCase(const std::string& a, const std::string& b);
 
 /// The languages of one turn, in the order in which they are scanned. Ids may be 0 or repeat.
-[[nodiscard]] std::array<WORD, 4> languageOrder(WORD override_language, WORD system_language);
+[[nodiscard]] std::array<WORD, 4> languageOrder(WORD overrideLanguage, WORD systemLanguage);
 
 /// The full paths of all files of one language in a folder, in the order in which the system lists them.
 [[nodiscard]] std::vector<std::string> languageFilesOf(const std::string& folder, WORD language);

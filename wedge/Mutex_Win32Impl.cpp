@@ -46,14 +46,14 @@ Mutex::~Mutex() {
 }
 
 void Mutex::Lock() {
-    constexpr int longWaits = 9;
+    constexpr int LongWaits = 9;
     const std::uint32_t thread = GetCurrentThreadId();
     if (thread == ownerThread.load(std::memory_order_relaxed)) {
         ++recursionCount;
         return;
     }
     DWORD result = wait(0);
-    for (int i = 0; i < longWaits && result != WAIT_OBJECT_0; ++i) result = wait(INFINITE);
+    for (int i = 0; i < LongWaits && result != WAIT_OBJECT_0; ++i) result = wait(INFINITE);
     if (result != WAIT_OBJECT_0) {
         const DWORD errorCode = GetLastError();
         releaseHolds();
@@ -91,7 +91,7 @@ bool Mutex::releaseHolds() {
 
 MutexEntry::~MutexEntry() {
     try {
-        m_mutex.Unlock();
+        mutex.Unlock();
     } catch (const std::exception&) {
         // The scope may be left by an exception already.
     }

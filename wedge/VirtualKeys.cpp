@@ -40,8 +40,8 @@ constexpr std::array<VirtualKeyName, 102> Names{{
 
 BYTE characterKey(char character) noexcept {
     const char key = asciiUpper(character);
-    const bool is_letter_or_digit = (key >= '0' && key <= '9') || (key >= 'A' && key <= 'Z');
-    return is_letter_or_digit ? static_cast<BYTE>(key) : BYTE{0};
+    const bool isLetterOrDigit = (key >= '0' && key <= '9') || (key >= 'A' && key <= 'Z');
+    return isLetterOrDigit ? static_cast<BYTE>(key) : BYTE{0};
 }
 
 } // namespace

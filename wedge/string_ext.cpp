@@ -32,9 +32,9 @@ std::string convert_string(const std::wstring& text, unsigned codePage) {
     return narrow.c_str(); // NOLINT(readability-redundant-string-cstr): up to its first zero
 }
 
-std::size_t whole_characters(std::string_view text, std::size_t limit, unsigned codePage) noexcept {
+std::size_t wholeCharacters(std::string_view text, std::size_t limit, unsigned codePage) noexcept {
     if (text.size() <= limit) return text.size();
-    if (is_utf8_codepage(codePage)) {
+    if (isUtf8Codepage(codePage)) {
         while (limit > 0 && isUtf8Continuation(text[limit])) --limit;
         return limit;
     }

@@ -27,6 +27,6 @@ public:
 [[nodiscard]] std::string convert_string(const std::wstring& text, unsigned codePage);
 
 /// The most bytes of `text`, up to `limit`, that hold whole characters of the code page.
-[[nodiscard]] std::size_t whole_characters(std::string_view text, std::size_t limit, unsigned codePage) noexcept;
+[[nodiscard]] std::size_t wholeCharacters(std::string_view text, std::size_t limit, unsigned codePage) noexcept;
 
 } // namespace eq

@@ -26,6 +26,6 @@ struct Vector {
 
 } // namespace
 
-const BlockKernel avx2Kernel = WavefrontKernel<Vector>::named("AVX2");
+const BlockKernel Avx2Kernel = WavefrontKernel<Vector>::named("AVX2");
 
 } // namespace eq

@@ -9,13 +9,13 @@ namespace eq {
 
 std::span<const BlockKernel* const> availableKernels() noexcept {
     // A processor with one of these instruction sets has all earlier ones.
-    static constexpr const BlockKernel* kernels[] = {
-        &plainKernel,
+    static constexpr const BlockKernel* Kernels[] = {
+        &PlainKernel,
 #ifdef EQ_SSE2_KERNEL
-        &sse2Kernel,
+        &Sse2Kernel,
 #endif
 #ifdef EQ_AVX2_KERNEL
-        &avx2Kernel,
+        &Avx2Kernel,
 #endif
     };
     static const std::size_t count = [] {
@@ -29,7 +29,7 @@ std::span<const BlockKernel* const> availableKernels() noexcept {
 #endif
         return available;
     }();
-    return std::span(kernels).first(count);
+    return std::span(Kernels).first(count);
 }
 
 } // namespace eq

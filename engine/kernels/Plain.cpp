@@ -77,6 +77,6 @@ void fade(const FilterRun& run, float* output) noexcept {
 
 } // namespace
 
-const BlockKernel plainKernel = {"plain", filter, filterTwo, change, fade<Fade::In>, fade<Fade::Out>};
+const BlockKernel PlainKernel = {"plain", filter, filterTwo, change, fade<Fade::In>, fade<Fade::Out>};
 
 } // namespace eq

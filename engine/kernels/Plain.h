@@ -27,6 +27,6 @@ enum class Fade {
 
 /// Runs the sections over a block one after the other. This kernel needs no extension of the processor, and is the
 /// reference for every other kernel.
-extern const BlockKernel plainKernel;
+extern const BlockKernel PlainKernel;
 
 } // namespace eq

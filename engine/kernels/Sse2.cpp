@@ -28,6 +28,6 @@ struct Vector {
 
 } // namespace
 
-const BlockKernel sse2Kernel = WavefrontKernel<Vector>::named("SSE2");
+const BlockKernel Sse2Kernel = WavefrontKernel<Vector>::named("SSE2");
 
 } // namespace eq

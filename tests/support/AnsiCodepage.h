@@ -16,7 +16,7 @@ public:
 #ifndef _WIN32
         standin::setAnsiCodepage(codepage);
 #endif
-        m_is_set = GetACP() == codepage;
+        m_isSet = GetACP() == codepage;
     }
     ~AnsiCodepage() {
 #ifndef _WIN32
@@ -28,12 +28,12 @@ public:
 
     /// False if the system has another code page and cannot be told.
     explicit operator bool() const {
-        return m_is_set;
+        return m_isSet;
     }
 
 private:
     const UINT m_before = GetACP();
-    bool m_is_set = false;
+    bool m_isSet = false;
 };
 
 } // namespace eq

@@ -47,9 +47,9 @@ private:
 };
 
 struct LanguageSettings {
-    LanguageSettings(DWORD override_language, WORD system_language) {
-        override_value.set(REG_DWORD, &override_language, sizeof override_language);
-        setSystemLanguage(system_language);
+    LanguageSettings(DWORD overrideLanguage, WORD systemLanguage) {
+        overrideValue.set(REG_DWORD, &overrideLanguage, sizeof overrideLanguage);
+        setSystemLanguage(systemLanguage);
     }
 
     void setSystemLanguage(WORD language) {
@@ -58,7 +58,7 @@ struct LanguageSettings {
         system_value.setText(digits);
     }
 
-    RegistryValue override_value{HKEY_LOCAL_MACHINE, "Software\\Tavrin\\TuneBench\\2.0", "Language"};
+    RegistryValue overrideValue{HKEY_LOCAL_MACHINE, "Software\\Tavrin\\TuneBench\\2.0", "Language"};
     RegistryValue system_value{HKEY_USERS, ".Default\\Control Panel\\International", "Locale"};
     RegistryValue user_value{HKEY_CURRENT_USER, "Control Panel\\International", "Locale"};
 };
@@ -85,11 +85,11 @@ private:
 class LanguageSettings {
 public:
     /// Knows the languages that the tests use.
-    LanguageSettings(DWORD override_language, WORD system_language) {
+    LanguageSettings(DWORD overrideLanguage, WORD systemLanguage) {
         const std::map<WORD, const char*> locales = {
             {0, "C"}, {1031, "de_DE.UTF-8"}, {1033, "en_US.UTF-8"}, {1036, "fr_FR.UTF-8"}, {1041, "ja_JP.UTF-8"}};
-        m_override.set(std::to_string(override_language));
-        setSystemLocale(locales.at(system_language));
+        m_override.set(std::to_string(overrideLanguage));
+        setSystemLocale(locales.at(systemLanguage));
     }
 
     void setSystemLocale(const std::string& name) { m_locale.set(name); }

@@ -75,14 +75,14 @@ public:
     MessageBoxWatch(const MessageBoxWatch&) = delete;
     MessageBoxWatch& operator=(const MessageBoxWatch&) = delete;
 
-    [[nodiscard]] int count() const { return standin::shownMessageBoxes().count - m_count_before; }
+    [[nodiscard]] int count() const { return standin::shownMessageBoxes().count - m_countBefore; }
     [[nodiscard]] std::wstring last() const {
         const standin::ShownMessageBoxes boxes = standin::shownMessageBoxes();
         return boxes.lastCaption + L"\n" + boxes.lastText;
     }
 
 private:
-    int m_count_before = standin::shownMessageBoxes().count;
+    int m_countBefore = standin::shownMessageBoxes().count;
 };
 
 #endif

@@ -78,7 +78,7 @@ struct Button {
     int id;
     const char* key;
 };
-constexpr std::array buttons = {
+constexpr std::array Buttons = {
     Button{1, "{MSGBOX_OK}"},
     Button{2, "{MSGBOX_CANCEL}"},
     Button{9, "{MSGBOX_HELP}"},
@@ -90,7 +90,7 @@ constexpr std::array buttons = {
 
 /// A key that the store does not hold empties its button.
 void setButtonTexts(HWND sheet) {
-    for (const Button& button : buttons) {
+    for (const Button& button : Buttons) {
         if (const HWND control = GetDlgItem(sheet, button.id))
             SetWindowTextA(control, GetLanguageString(button.key).c_str());
     }

@@ -96,7 +96,7 @@ HGLOBAL WINAPI LoadResource(HMODULE hModule, HRSRC hResInfo) {
 int WINAPI LoadStringA(HINSTANCE hInstance, UINT uID, LPSTR lpBuffer, int cchBufferMax) {
     return loadString(cchBufferMax, [&](std::size_t room) {
         const auto text = LoadResourceStringA(hInstance, uID);
-        return text ? giveString(text.get(), whole_characters(text.get(), room, GetLanguageCodepage()), lpBuffer) : 0;
+        return text ? giveString(text.get(), wholeCharacters(text.get(), room, GetLanguageCodepage()), lpBuffer) : 0;
     });
 }
 

@@ -19,7 +19,7 @@ WedgeState& wedgeState() noexcept {
 
 namespace {
 
-[[maybe_unused]] const WedgeState& built_at_load = wedgeState();
+[[maybe_unused]] const WedgeState& builtAtLoad = wedgeState();
 
 } // namespace
 

@@ -23,7 +23,7 @@ struct RewriterOfType {
     Rewriter rewrite;
 };
 
-constexpr std::array rewriters = {
+constexpr std::array Rewriters = {
     RewriterOfType{ResourceType::Menu, PrepareMenuResource},
     RewriterOfType{ResourceType::Dialog, PrepareDialogResource},
     RewriterOfType{ResourceType::String, PrepareStringResource},
@@ -32,10 +32,10 @@ constexpr std::array rewriters = {
 };
 
 Rewriter rewriterOf(std::uintptr_t type) noexcept {
-    const auto* const found = std::find_if(rewriters.begin(), rewriters.end(), [type](const RewriterOfType& row) {
+    const auto* const found = std::find_if(Rewriters.begin(), Rewriters.end(), [type](const RewriterOfType& row) {
         return static_cast<std::uintptr_t>(row.type) == type;
     });
-    return found == rewriters.end() ? nullptr : found->rewrite;
+    return found == Rewriters.end() ? nullptr : found->rewrite;
 }
 
 } // namespace
