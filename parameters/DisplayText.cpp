@@ -36,8 +36,8 @@ std::string signedDecimal(double value) {
 
 // Truncates toward zero. Values beyond the parameter's range may be of any size, or no number at all.
 std::string integerPart(double value) {
-    constexpr double most = std::numeric_limits<std::int32_t>::max();
-    return std::to_string(std::isnan(value) ? 0 : static_cast<std::int32_t>(std::min(value, most)));
+    constexpr double Most = std::numeric_limits<std::int32_t>::max();
+    return std::to_string(std::isnan(value) ? 0 : static_cast<std::int32_t>(std::min(value, Most)));
 }
 
 DisplayParts frequencyParts(double hertz) {

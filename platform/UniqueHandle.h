@@ -6,8 +6,8 @@
 
 namespace eq {
 
-/// Owns a handle. `closeHandle` returns false for a failure. `Empty` is the number of the handle that means none.
-template <typename Handle, bool (&closeHandle)(Handle) noexcept, std::intptr_t Empty = 0>
+/// Owns a handle. `Close` returns false for a failure. `Empty` is the number of the handle that means none.
+template <typename Handle, bool (&Close)(Handle) noexcept, std::intptr_t Empty = 0>
 class UniqueHandle {
 public:
     UniqueHandle() noexcept = default;
@@ -26,7 +26,7 @@ public:
     Handle release() noexcept { return std::exchange(m_handle, empty()); }
 
     /// Closes the handle, if there is one. Returns false for a failure, whose error code the system then has.
-    bool reset() noexcept { return !*this || closeHandle(release()); }
+    bool reset() noexcept { return !*this || Close(release()); }
 
     /// Where a system function puts a new handle; what was held is closed first.
     Handle* receive() noexcept {

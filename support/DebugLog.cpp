@@ -90,6 +90,7 @@ void DebugPrint(const char* format, ...) noexcept {
     char text[256] = {};
     std::va_list arguments;
     va_start(arguments, format);
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): va_start is a macro of the compiler that it does not see
     std::vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
     try {

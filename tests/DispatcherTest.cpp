@@ -10,7 +10,7 @@ namespace eq {
 namespace {
 
 char object;
-void* const p = &object;
+void* p = &object;
 
 /// Writes down the last operation that was called, with its arguments; says true or 7 to everything.
 class RecordingEffect : public AudioEffectX {

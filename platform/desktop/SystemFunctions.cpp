@@ -7,7 +7,7 @@
 
 namespace {
 
-struct SystemFunction {
+struct ExportedFunction {
     std::string_view owner; // the system library
     std::string_view name;
     FARPROC function;
@@ -19,9 +19,9 @@ FARPROC erased(Function* function) noexcept {
     return reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(function));
 }
 
-const std::array systemFunctions = {
+const std::array SystemFunctions = {
 #define EQ_FUNCTION(MODULE, RESULT, NAME, PARAMETERS, BYTES)                                                           \
-    SystemFunction{#MODULE, #NAME, erased(&eq::standin::system::NAME)},
+    ExportedFunction{#MODULE, #NAME, erased(&eq::standin::system::NAME)},
     EQ_REPLACED_FUNCTIONS(EQ_NO_ROW, EQ_FUNCTION)
 #undef EQ_FUNCTION
 };
@@ -44,10 +44,10 @@ HMODULE findLibrary(std::string_view name) noexcept {
 
 FARPROC findFunction(HMODULE library, std::string_view name) noexcept {
     if (!library) return nullptr;
-    const auto* const found = std::find_if(systemFunctions.begin(), systemFunctions.end(), [&](const auto& row) {
+    const auto* const found = std::find_if(SystemFunctions.begin(), SystemFunctions.end(), [&](const auto& row) {
         return findLibrary(row.owner) == library && row.name == name;
     });
-    return found == systemFunctions.end() ? nullptr : found->function;
+    return found == SystemFunctions.end() ? nullptr : found->function;
 }
 
 constexpr eq::standin::SystemLibraries desktopLibraries = {findLibrary, findFunction};
@@ -55,6 +55,6 @@ constexpr eq::standin::SystemLibraries desktopLibraries = {findLibrary, findFunc
 /// Supplies the look-up while the program loads.
 const struct Registration {
     Registration() noexcept { eq::standin::systemLibraries = &desktopLibraries; }
-} registration;
+} Registered;
 
 } // namespace

@@ -17,4 +17,4 @@ extern const std::byte standin_resources_begin[];
 extern const std::byte standin_resources_end[];
 }
 
-static const eq::standin::ModuleResources resources(standin_resources_begin, standin_resources_end);
+static const eq::standin::ModuleResources EmbeddedResources(standin_resources_begin, standin_resources_end);

@@ -2,6 +2,7 @@
 
 // Resources of modules. A module's compiled resources (a .res file) lie in its read-only data; see ModuleResources.h.
 
+#include "platform/ReplacedFunctions.h"
 #include "platform/standin/Types.h"
 
 using HRSRC = struct StandinResource*;
@@ -24,14 +25,20 @@ DWORD WINAPI SizeofResource(HMODULE module, HRSRC resource) noexcept;
 
 namespace eq::standin::system {
 
-// The system's own functions, which are found by name.
+// The system's own functions of kernel32, which are found by name.
+//
+// FindResourceExA, ...W: a null module is the program. If no resource has the requested language, the result has its
+// primary language, or is neutral. For the neutral language, it may also have the system's language, or US English. The
+// text "#141" is the number 141. Narrow texts are in the ANSI code page.
 
-/// A null module is the program. If no resource has the requested language, returns one of its primary language, then a
-/// neutral one. For the neutral language, also returns one of the system's language, then one in US English. The text
-/// "#141" is the number 141. Narrow texts are in the ANSI code page.
-HRSRC WINAPI FindResourceExA(HMODULE module, LPCSTR type, LPCSTR name, WORD language) noexcept;
-HRSRC WINAPI FindResourceExW(HMODULE module, LPCWSTR type, LPCWSTR name, WORD language) noexcept;
-
-HGLOBAL WINAPI LoadResource(HMODULE module, HRSRC resource) noexcept;
+#define EQ_IN_kernel32(DECLARATION) DECLARATION;
+#define EQ_IN_user32(DECLARATION)
+#define EQ_IN_comctl32(DECLARATION)
+#define EQ_DECLARE(MODULE, RESULT, NAME, PARAMETERS, BYTES) EQ_IN_##MODULE(RESULT WINAPI NAME PARAMETERS noexcept)
+EQ_REPLACED_FUNCTIONS(EQ_NO_ROW, EQ_DECLARE)
+#undef EQ_DECLARE
+#undef EQ_IN_comctl32
+#undef EQ_IN_user32
+#undef EQ_IN_kernel32
 
 } // namespace eq::standin::system

@@ -16,17 +16,17 @@ namespace eq {
 class LoadedLibrary {
 public:
     explicit LoadedLibrary(const std::string& path)
-        : handle(load(std::filesystem::path(path).make_preferred().string().c_str())) {
-        if (!handle) throw std::runtime_error("cannot load " + path);
+        : m_handle(load(std::filesystem::path(path).make_preferred().string().c_str())) {
+        if (!m_handle) throw std::runtime_error("cannot load " + path);
     }
-    ~LoadedLibrary() { unload(handle); }
+    ~LoadedLibrary() { unload(m_handle); }
     LoadedLibrary(const LoadedLibrary&) = delete;
     LoadedLibrary& operator=(const LoadedLibrary&) = delete;
 
     /// The export of that name, or null.
     template <typename Function>
     [[nodiscard]] Function find(const char* name) const {
-        return reinterpret_cast<Function>(reinterpret_cast<void*>(symbol(handle, name)));
+        return reinterpret_cast<Function>(reinterpret_cast<void*>(symbol(m_handle, name)));
     }
 
 private:
@@ -41,7 +41,7 @@ private:
     static inline const auto unload = dlclose;
     static inline const auto symbol = dlsym;
 #endif
-    const decltype(load("")) handle;
+    const decltype(load("")) m_handle;
 };
 
 } // namespace eq

@@ -23,7 +23,7 @@ class Counted final {
 public:
     using Pointer = typename std::unique_ptr<Pointee>::pointer;
 
-    Counted(CountedIndex<Pointee>& owners, Pointer address) noexcept : index(owners), block(address) {}
+    Counted(CountedIndex<Pointee>& owners, Pointer address) noexcept : m_index(owners), m_block(address) {}
     Counted(const Counted&) = delete;
     Counted& operator=(const Counted&) = delete;
 
@@ -31,15 +31,15 @@ public:
 
     /// Destroys this object and its pointee if no reference is left.
     virtual void OnRelease() noexcept {
-        if (count == 0) index.owners.erase(block.get());
+        if (m_count == 0) m_index.m_owners.erase(m_block.get());
     }
 
 private:
     friend class CountedRef<Pointee>;
 
-    CountedIndex<Pointee>& index;
-    std::uint32_t count = 0;
-    std::unique_ptr<Pointee> block;
+    CountedIndex<Pointee>& m_index;
+    std::uint32_t m_count = 0;
+    std::unique_ptr<Pointee> m_block;
 };
 
 /// The owners of one kind of object by address. It must outlive every reference that was made with it.
@@ -50,8 +50,8 @@ class CountedIndex {
     friend class Counted<Pointee>;
     friend class CountedRef<Pointee>;
 
-    std::map<typename Counted<Pointee>::Pointer, std::unique_ptr<Counted<Pointee>>, std::less<>> owners;
-    CriticalSection lock;
+    std::map<typename Counted<Pointee>::Pointer, std::unique_ptr<Counted<Pointee>>, std::less<>> m_owners;
+    CriticalSection m_lock;
 };
 
 /// Holds one reference to an object on the heap, or none.
@@ -66,13 +66,13 @@ public:
     /// Shares ownership of the object at `address`, or takes ownership if the index has no owner of it. Throws
     /// std::bad_alloc; the caller then still owns the object.
     CountedRef(CountedIndex<Pointee>& index, Pointer address) {
-        const CriticalSectionEntry entry(index.lock);
-        const auto place = index.owners.try_emplace(address).first;
+        const CriticalSectionEntry entry(index.m_lock);
+        const auto place = index.m_owners.try_emplace(address).first;
         if (!place->second) {
             try {
                 place->second = std::make_unique<Owner>(index, address);
             } catch (...) {
-                index.owners.erase(place);
+                index.m_owners.erase(place);
                 throw;
             }
         }
@@ -82,7 +82,7 @@ public:
 
     CountedRef(const CountedRef& other) noexcept : m_owner(other.m_owner) {
         if (!m_owner) return;
-        const CriticalSectionEntry entry(m_owner->index.lock);
+        const CriticalSectionEntry entry(m_owner->m_index.m_lock);
         addRef();
     }
     CountedRef(CountedRef&& other) noexcept : m_owner(std::exchange(other.m_owner, nullptr)) {}
@@ -94,16 +94,16 @@ public:
 
     ~CountedRef() {
         if (!m_owner) return;
-        const CriticalSectionEntry entry(m_owner->index.lock);
-        --m_owner->count;
+        const CriticalSectionEntry entry(m_owner->m_index.m_lock);
+        --m_owner->m_count;
         m_owner->OnRelease();
     }
 
-    [[nodiscard]] Pointer get() const noexcept { return m_owner ? m_owner->block.get() : nullptr; }
+    [[nodiscard]] Pointer get() const noexcept { return m_owner ? m_owner->m_block.get() : nullptr; }
 
 private:
     void addRef() noexcept {
-        ++m_owner->count;
+        ++m_owner->m_count;
         m_owner->OnAddRef();
     }
 
