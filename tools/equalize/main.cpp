@@ -140,7 +140,7 @@ void noteSamples(const Options& options, const AudioReader& reader, const AudioW
     const double excess = 20.0 * std::log10(static_cast<double>(writer.peak()));
     const int format = writer.info().format;
     const std::string what = integerBits(format) != 0 ? "clipped to full scale"
-                             : isLossy(format)        ? "beyond full scale, and a player may clip them"
+                             : isLossy(format)        ? "beyond full scale, and players may clip"
                                                       : "beyond full scale, which the format keeps";
     note(options, samplesWere(writer.samplesBeyondFullScale()) + " " + what + "; the highest is " + fixed(excess, 2) +
                       " dB above it");
