@@ -1,9 +1,14 @@
 #include "tools/equalize/AudioReader.h"
 
 #include "tools/common/Errors.h"
+#include "tools/common/Text.h"
+#include "tools/equalize/Mpg123Source.h"
+#include "tools/equalize/OggLinks.h"
+#include "tools/equalize/OutputFormat.h"
 #include "tools/equalize/SoundDataSize.h"
 
 #include <cerrno>
+#include <cmath>
 #include <optional>
 
 #include <sys/stat.h>
@@ -19,33 +24,87 @@ void requireReadableFile(const std::string& name) {
     if (S_ISDIR(file.st_mode)) throw systemError(name, EISDIR);
 }
 
-/// Nothing if the file is fit to be read from its beginning to its end.
-std::optional<std::string> faultOf(const std::string& name, const SF_INFO& info) {
-    const std::optional<SoundDataSize> size = soundDataSizeOf(name);
-    if (size && size->present < size->promised)
-        return "the file ends early: " + std::to_string(size->present) + " of " + std::to_string(size->promised) +
-               " bytes are there";
-    if (info.frames == SF_COUNT_MAX) return "its length cannot be found: it is cut off, damaged, or no file";
-    return std::nullopt;
+void requireCompleteData(const SoundDataSize& size) {
+    if (size.present < size.promised)
+        throw FileError("the file ends early: " + std::to_string(size.present) + " of " +
+                        std::to_string(size.promised) + " bytes are there");
+}
+
+/// An AIFF file has up to 8 bytes in front of the sound, which count as its data.
+void requireWholeSound(const SoundDataSize& size, const SF_INFO& info) {
+    constexpr std::uint64_t AiffHead = 8;
+    if (!size.isOpen) return;
+    const auto frames = static_cast<std::uint64_t>(info.frames);
+    const auto frameBytes = static_cast<std::uint64_t>(bytesPerSample(info.format) * info.channels);
+    const bool isWhole =
+        frameBytes != 0 ? (frames + 1) * frameBytes + AiffHead > size.present : frames > 0 || size.present == 0;
+    if (!isWhole)
+        throw FileError("its header leaves the length open, and only " + std::to_string(frames) + " frames of " +
+                        std::to_string(size.present) + " bytes could be read");
+}
+
+/// The time of a frame, as minutes and seconds.
+std::string timeOf(sf_count_t frame, int rate) {
+    const double seconds = static_cast<double>(frame) / rate;
+    const auto minutes = static_cast<sf_count_t>(seconds / 60.0);
+    const std::string rest = fixed(seconds - 60.0 * static_cast<double>(minutes), 3);
+    return std::to_string(minutes) + (rest.size() < 6 ? ":0" : ":") + rest;
 }
 
 } // namespace
 
-AudioReader::AudioReader(const std::filesystem::path& file) : m_name(file.string()) {
+AudioReader::AudioReader(const std::filesystem::path& file, NonFinite nonFinite)
+    : m_name(file.string()), m_nonFinite(nonFinite) {
     requireReadableFile(m_name);
-    m_file.reset(sf_open(m_name.c_str(), SFM_READ, &m_info));
-    if (!m_file) throw FileError(m_name + ": not a readable audio file: " + sf_strerror(nullptr));
-    if (const std::optional<std::string> fault = faultOf(m_name, m_info)) throw FileError(m_name + ": " + *fault);
+    try {
+        const SoundDataSize size = soundDataSizeOf(m_name).value_or(SoundDataSize{});
+        m_metadata = std::make_unique<SndfileSource>(m_name, size.corrections);
+        m_info = m_metadata->info();
+        requireCompleteData(size);
+        requireWholeSound(size, m_info);
+        if ((m_info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG) {
+            m_decoder = std::make_unique<Mpg123Source>(m_name, m_info.format);
+            m_info = m_decoder->info();
+        }
+        if ((m_info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_OGG)
+            if (const std::string fault = faultOfOgg(m_name); !fault.empty()) throw FileError(fault);
+    } catch (const FileError& error) {
+        throw FileError(m_name + ": " + error.what());
+    }
+    m_isLengthKnown = m_info.frames != SoundSource::UnknownLength;
+    if (!m_isLengthKnown && (m_info.format & SF_FORMAT_TYPEMASK) != SF_FORMAT_FLAC)
+        throw FileError(m_name + ": its length cannot be found: it is cut off, damaged, or no file");
+    if (!m_isLengthKnown) m_info.frames = 0;
+    m_speakers = speakersOf(handle(), m_info);
 }
 
 sf_count_t AudioReader::read(float* interleaved, sf_count_t frames) {
-    const sf_count_t count = sf_readf_float(m_file.get(), interleaved, frames);
+    SoundSource& source = m_decoder ? *m_decoder : *m_metadata;
+    const sf_count_t count = source.read(interleaved, frames);
+    checkSamples(interleaved, count);
     m_framesRead += count;
-    if (count == frames || m_framesRead == m_info.frames) return count;
-    std::string message = m_name + ": the file ends early: " + std::to_string(m_framesRead) + " of " +
-                          std::to_string(m_info.frames) + " frames could be read";
-    if (sf_error(m_file.get()) != SF_ERR_NO_ERROR) message.append(": ").append(sf_strerror(m_file.get()));
+    const std::string error = count < frames ? source.error() : "";
+    const bool isAtEnd = m_isLengthKnown ? m_framesRead == m_info.frames : error.empty();
+    if (count == frames || isAtEnd) return count;
+    std::string message = m_name + ": the file ends early: " + std::to_string(m_framesRead);
+    if (m_isLengthKnown) message += " of " + std::to_string(m_info.frames);
+    message += " frames could be read";
+    if (!error.empty()) message += ": " + error;
     throw FileError(message);
+}
+
+void AudioReader::checkSamples(float* interleaved, sf_count_t frames) {
+    const sf_count_t samples = frames * m_info.channels;
+    for (sf_count_t i = 0; i < samples; ++i) {
+        if (std::isfinite(interleaved[i])) continue;
+        if (m_nonFinite == NonFinite::Refused)
+            throw FileError(m_name + ": channel " + std::to_string(i % m_info.channels + 1) + " has a sample that is " +
+                            (std::isnan(interleaved[i]) ? "not a number" : "infinite") + " at " +
+                            timeOf(m_framesRead + i / m_info.channels, m_info.samplerate) +
+                            "; --replace-nan puts 0 in its place");
+        interleaved[i] = 0.0F;
+        ++m_replacedSamples;
+    }
 }
 
 } // namespace eq

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "tools/equalize/SndfileSource.h"
+#include "tools/equalize/SoundSource.h"
+#include "tools/equalize/Speakers.h"
+
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -8,32 +12,45 @@
 
 namespace eq {
 
-struct SoundFileCloser {
-    void operator()(SNDFILE* file) const { sf_close(file); }
+/// What happens to samples that are not a number or infinite.
+enum class NonFinite {
+    Refused,
+    Replaced, ///< by 0
 };
-using SoundFile = std::unique_ptr<SNDFILE, SoundFileCloser>;
 
 /// An audio file that is read from its beginning to its end, as interleaved floats.
 class AudioReader {
 public:
-    /// Throws FileError if the file cannot be opened, is no audio file, or is cut off.
-    explicit AudioReader(const std::filesystem::path& file);
+    /// Throws FileError if the file cannot be opened, is no audio file, is cut off, or could not be read to its end.
+    explicit AudioReader(const std::filesystem::path& file, NonFinite nonFinite = NonFinite::Refused);
 
+    /// Returns rate, channels and format of the file. `frames` is 0 if the length is unknown.
     [[nodiscard]] const SF_INFO& info() const { return m_info; }
+    [[nodiscard]] bool isLengthKnown() const { return m_isLengthKnown; }
     [[nodiscard]] const std::string& name() const { return m_name; }
+    [[nodiscard]] const Speakers& speakers() const { return m_speakers; }
 
     /// Reads up to `frames` frames, and fewer only at the end of the sound. Throws FileError if the sound ends before
-    /// it should.
+    /// it should, or has a sample that is refused.
     [[nodiscard]] sf_count_t read(float* interleaved, sf_count_t frames);
 
+    [[nodiscard]] sf_count_t replacedSamples() const { return m_replacedSamples; }
+
     /// For what libsndfile knows of the file beyond its sound.
-    [[nodiscard]] SNDFILE* handle() const { return m_file.get(); }
+    [[nodiscard]] SNDFILE* handle() const { return m_metadata->handle(); }
 
 private:
+    void checkSamples(float* interleaved, sf_count_t frames);
+
     std::string m_name;
+    NonFinite m_nonFinite;
+    std::unique_ptr<SndfileSource> m_metadata;
+    std::unique_ptr<SoundSource> m_decoder; ///< null if the source of the metadata is the decoder, too
     SF_INFO m_info = {};
-    SoundFile m_file;
+    bool m_isLengthKnown = true;
+    Speakers m_speakers;
     sf_count_t m_framesRead = 0;
+    sf_count_t m_replacedSamples = 0;
 };
 
 } // namespace eq

@@ -1,6 +1,7 @@
 #include "tools/equalize/AudioWriter.h"
 
 #include "tools/common/Errors.h"
+#include "tools/equalize/FormatLimits.h"
 #include "tools/equalize/OutputFormat.h"
 
 #include <algorithm>
@@ -25,11 +26,11 @@ void copyRecord(SNDFILE* from, SNDFILE* to, int get, int set) {
     if (sf_command(from, get, &record, sizeof record) == SF_TRUE) sf_command(to, set, &record, sizeof record);
 }
 
-void copySpeakers(SNDFILE* from, SNDFILE* to, int channels) {
-    std::vector<int> speakers(static_cast<std::size_t>(channels));
-    const int size = static_cast<int>(speakers.size() * sizeof(int));
-    if (sf_command(from, SFC_GET_CHANNEL_MAP_INFO, speakers.data(), size) == SF_TRUE)
-        sf_command(to, SFC_SET_CHANNEL_MAP_INFO, speakers.data(), size);
+ChannelOrder channelOrderFor(const std::string& name, const SF_INFO& format, const AudioReader& source) {
+    std::optional<ChannelOrder> order = orderFor(format, source.info(), source.speakers());
+    if (order) return *std::move(order);
+    throw FileError(name + ": " + formatName(format.format) + " has no place for the speakers of the input's " +
+                    std::to_string(format.channels) + " channels; .wav, .caf and .aiff have one");
 }
 
 } // namespace
@@ -65,12 +66,17 @@ SF_VIRTUAL_IO AudioWriter::sinkFunctions() {
     return functions;
 }
 
-AudioWriter::AudioWriter(const std::filesystem::path& place, const SF_INFO& format, const AudioReader& source)
+AudioWriter::AudioWriter(const std::filesystem::path& place, const SF_INFO& format, const AudioReader& source,
+                         std::optional<sf_count_t> frames)
     : m_output(place),
       m_name(place.string()),
       m_info(format),
+      m_order(channelOrderFor(m_name, format, source)),
       m_sink{m_output.descriptor(), 0},
       m_integerBits(integerBits(format.format)) {
+    if (const std::string fault = frames ? faultOfLength(m_info, *frames) : ""; !fault.empty())
+        throw FileError(m_name + ": " + fault);
+    m_info.format = formatWithSpeakers(m_info, m_order.speakers);
     SF_VIRTUAL_IO functions = sinkFunctions();
     m_file.reset(sf_open_virtual(&functions, SFM_WRITE, &m_info, &m_sink));
     if (!m_file) {
@@ -81,7 +87,9 @@ AudioWriter::AudioWriter(const std::filesystem::path& place, const SF_INFO& form
     copyRecord<SF_BROADCAST_INFO>(source.handle(), m_file.get(), SFC_GET_BROADCAST_INFO, SFC_SET_BROADCAST_INFO);
     copyRecord<SF_INSTRUMENT>(source.handle(), m_file.get(), SFC_GET_INSTRUMENT, SFC_SET_INSTRUMENT);
     copyRecord<SF_CUES>(source.handle(), m_file.get(), SFC_GET_CUE, SFC_SET_CUE);
-    copySpeakers(source.handle(), m_file.get(), m_info.channels);
+    if (!m_order.speakers.empty())
+        sf_command(m_file.get(), SFC_SET_CHANNEL_MAP_INFO, m_order.speakers.data(),
+                   static_cast<int>(m_order.speakers.size() * sizeof(int)));
 }
 
 void AudioWriter::fail() const {
@@ -91,12 +99,33 @@ void AudioWriter::fail() const {
 
 void AudioWriter::write(const float* interleaved, sf_count_t frames) {
     const sf_count_t samples = frames * m_info.channels;
+    const float* const ordered = inOrder(interleaved, frames);
+    measure(ordered, samples);
     if (m_integerBits != 0)
-        writeIntegers(interleaved, samples);
-    else if (sf_write_float(m_file.get(), interleaved, samples) != samples)
+        writeIntegers(ordered, samples);
+    else if (sf_write_float(m_file.get(), ordered, samples) != samples)
         fail();
     if (m_sink.error != 0) fail();
     m_framesWritten += frames;
+}
+
+const float* AudioWriter::inOrder(const float* interleaved, sf_count_t frames) {
+    if (m_order.sources.empty()) return interleaved;
+    m_ordered.clear();
+    for (sf_count_t frame = 0; frame < frames; ++frame)
+        for (const int source : m_order.sources) m_ordered.push_back(interleaved[frame * m_info.channels + source]);
+    return m_ordered.data();
+}
+
+void AudioWriter::measure(const float* interleaved, sf_count_t samples) {
+    std::for_each(interleaved, interleaved + samples, [this](float sample) {
+        const float size = std::fabs(sample);
+        if (size <= 1.0F) return;
+        if (!std::isfinite(size))
+            throw FileError(m_name + ": the equalized sound is not finite: the input is too far beyond full scale");
+        ++m_samplesBeyondFullScale;
+        m_peak = std::max(m_peak, size);
+    });
 }
 
 void AudioWriter::writeIntegers(const float* interleaved, sf_count_t samples) {
@@ -105,13 +134,7 @@ void AudioWriter::writeIntegers(const float* interleaved, sf_count_t samples) {
     const double fullScale = std::ldexp(1.0, m_integerBits - 1);
     m_integers.resize(static_cast<std::size_t>(samples));
     std::transform(interleaved, interleaved + samples, m_integers.begin(), [&](float sample) {
-        if (std::isnan(sample)) return 0;
-        const double rounded = std::nearbyint(sample * fullScale);
-        const double limited = std::clamp(rounded, -fullScale, fullScale - 1.0);
-        if (rounded != limited) {
-            ++m_clippedSamples;
-            m_peak = std::max(m_peak, std::fabs(sample));
-        }
+        const double limited = std::clamp(std::nearbyint(sample * fullScale), -fullScale, fullScale - 1.0);
         return static_cast<int>(limited) * (1 << unusedBits);
     });
     if (sf_write_int(m_file.get(), m_integers.data(), samples) != samples) fail();
@@ -120,14 +143,24 @@ void AudioWriter::writeIntegers(const float* interleaved, sf_count_t samples) {
 void AudioWriter::finish() {
     m_file.reset();
     if (m_sink.error != 0) throw systemError(m_name, m_sink.error);
-
-    constexpr sf_count_t LongestWithSmallSizes = std::numeric_limits<std::uint32_t>::max();
-    const int container = m_info.format & SF_FORMAT_TYPEMASK;
-    const bool hasSmallSizes =
-        container == SF_FORMAT_WAV || container == SF_FORMAT_WAVEX || container == SF_FORMAT_AIFF;
-    if (hasSmallSizes && sinkFunctions().get_filelen(&m_sink) > LongestWithSmallSizes)
-        throw FileError(m_name + ": the sound is longer than this kind of file can hold; .rf64, .w64 and .caf can");
+    requireAllFrames();
     m_output.commit();
+}
+
+/// libsndfile writes some files that nobody can read, for example a FLAC file without sound, and reports no error.
+void AudioWriter::requireAllFrames() {
+    SF_VIRTUAL_IO functions = sinkFunctions();
+    for (const std::string& fault :
+         {faultOfLength(m_info, m_framesWritten), faultOfSize(m_info, functions.get_filelen(&m_sink))})
+        if (!fault.empty()) throw FileError(m_name + ": " + fault);
+    functions.seek(0, SEEK_SET, &m_sink);
+    SF_INFO found = {};
+    if ((m_info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_RAW) found = m_info;
+    const SoundFile file(sf_open_virtual(&functions, SFM_READ, &found, &m_sink));
+    if (!file || found.frames < m_framesWritten)
+        throw FileError(
+            m_name + ": " + formatName(m_info.format) + " cannot hold " + std::to_string(m_framesWritten) +
+            " frames: " + (file ? std::to_string(found.frames) + " would be there" : "the file would not be readable"));
 }
 
 } // namespace eq

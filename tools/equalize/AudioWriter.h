@@ -4,6 +4,7 @@
 #include "tools/equalize/AudioReader.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,14 +13,16 @@
 namespace eq {
 
 /// An audio file that is written from its beginning to its end, and that takes its place when `finish` has written
-/// the last of it.
+/// the last of it and has found all frames in it. Its channels are in the order of its format.
 ///
 /// Samples that go into integers are rounded to the nearest and limited to full scale; libsndfile would scale by one
 /// step less than full scale, or cut the fraction off. What goes into floats keeps values beyond full scale.
 class AudioWriter {
 public:
-    /// Takes titles and the like over from `source`. Throws FileError.
-    AudioWriter(const std::filesystem::path& place, const SF_INFO& format, const AudioReader& source);
+    /// Copies titles and the like from `source`. `frames` is the number of frames to come, if known. Throws FileError,
+    /// also if the format cannot hold the frames or the speakers.
+    AudioWriter(const std::filesystem::path& place, const SF_INFO& format, const AudioReader& source,
+                std::optional<sf_count_t> frames);
 
     [[nodiscard]] const SF_INFO& info() const { return m_info; }
 
@@ -28,8 +31,9 @@ public:
     void finish();
 
     [[nodiscard]] sf_count_t framesWritten() const { return m_framesWritten; }
-    /// Samples beyond full scale that had to be limited, and the largest of them.
-    [[nodiscard]] sf_count_t clippedSamples() const { return m_clippedSamples; }
+    /// Returns the number of samples beyond full scale. Integer formats limit them.
+    [[nodiscard]] sf_count_t samplesBeyondFullScale() const { return m_samplesBeyondFullScale; }
+    /// Returns the largest of these samples.
     [[nodiscard]] float peak() const { return m_peak; }
 
 private:
@@ -41,18 +45,23 @@ private:
     };
     static SF_VIRTUAL_IO sinkFunctions();
 
+    [[nodiscard]] const float* inOrder(const float* interleaved, sf_count_t frames);
+    void measure(const float* interleaved, sf_count_t samples);
     void writeIntegers(const float* interleaved, sf_count_t samples);
+    void requireAllFrames();
     [[noreturn]] void fail() const;
 
     OutputFile m_output;
     std::string m_name;
     SF_INFO m_info;
+    ChannelOrder m_order;
     Sink m_sink;
     SoundFile m_file; // closed before the sink ends
     int m_integerBits;
     std::vector<int> m_integers;
+    std::vector<float> m_ordered;
     sf_count_t m_framesWritten = 0;
-    sf_count_t m_clippedSamples = 0;
+    sf_count_t m_samplesBeyondFullScale = 0;
     float m_peak = 0.0F;
 };
 

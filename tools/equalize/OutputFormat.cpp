@@ -144,4 +144,30 @@ int integerBits(int format) {
     }
 }
 
+int bytesPerSample(int format) {
+    switch (sampleFormatOf(format)) {
+    case SF_FORMAT_PCM_S8:
+    case SF_FORMAT_PCM_U8:
+    case SF_FORMAT_ULAW:
+    case SF_FORMAT_ALAW:
+        return 1;
+    case SF_FORMAT_PCM_16:
+        return 2;
+    case SF_FORMAT_PCM_24:
+        return 3;
+    case SF_FORMAT_PCM_32:
+    case SF_FORMAT_FLOAT:
+        return 4;
+    case SF_FORMAT_DOUBLE:
+        return 8;
+    default:
+        return 0;
+    }
+}
+
+bool isLossy(int format) {
+    const int sampleFormat = sampleFormatOf(format);
+    return integerBits(format) == 0 && sampleFormat != SF_FORMAT_FLOAT && sampleFormat != SF_FORMAT_DOUBLE;
+}
+
 } // namespace eq

@@ -19,4 +19,10 @@ namespace eq {
 /// floats, and have no full scale.
 [[nodiscard]] int integerBits(int format);
 
+/// Returns 0 for formats in which a sample has no fixed size.
+[[nodiscard]] int bytesPerSample(int format);
+
+/// Whether a decoder gets an approximation of the samples that were written.
+[[nodiscard]] bool isLossy(int format);
+
 } // namespace eq

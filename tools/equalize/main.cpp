@@ -17,6 +17,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -41,6 +42,7 @@ struct Options {
     int blockFrames = 8192;
     bool keepLatency = false;
     bool noRateCorrection = false;
+    bool replaceNan = false;
     bool list = false;
     bool quiet = false;
 };
@@ -92,6 +94,8 @@ void declare(CLI::App& app, Options& options) {
     app.add_flag("--keep-latency", options.keepLatency, "leave the effect's delay in front of the sound");
     app.add_flag("--no-rate-correction", options.noRateCorrection,
                  "ask the effect for the frequencies as given, whatever the file's sampling rate");
+    app.add_flag("--replace-nan", options.replaceNan,
+                 "put 0 in the place of samples that are not a number or infinite, which are an error otherwise");
     app.add_flag("--list", options.list, "show the parameters, their ranges, and their values with these settings");
     app.add_flag("--quiet", options.quiet, "show errors only");
 }
@@ -124,11 +128,22 @@ void noteRate(const Options& options, const Settings& settings, const FrequencyM
                                                   design + " of what is asked");
 }
 
-void noteClipping(const Options& options, const AudioWriter& writer) {
-    if (writer.clippedSamples() == 0) return;
+/// "1 sample was", "2 samples were"
+std::string samplesWere(sf_count_t count) {
+    return std::to_string(count) + (count == 1 ? " sample was" : " samples were");
+}
+
+void noteSamples(const Options& options, const AudioReader& reader, const AudioWriter& writer) {
+    if (reader.replacedSamples() != 0)
+        note(options, samplesWere(reader.replacedSamples()) + " not a number or infinite, and 0 was put in place");
+    if (writer.samplesBeyondFullScale() == 0) return;
     const double excess = 20.0 * std::log10(static_cast<double>(writer.peak()));
-    note(options, std::to_string(writer.clippedSamples()) + " samples were clipped to full scale; the highest is " +
-                      fixed(excess, 2) + " dB above it");
+    const int format = writer.info().format;
+    const std::string what = integerBits(format) != 0 ? "clipped to full scale"
+                             : isLossy(format)        ? "beyond full scale, and players may clip"
+                                                      : "beyond full scale, which the format keeps";
+    note(options, samplesWere(writer.samplesBeyondFullScale()) + " " + what + "; the highest is " + fixed(excess, 2) +
+                      " dB above it");
 }
 
 void noteSummary(const Options& options, const AudioWriter& writer, double seconds) {
@@ -177,7 +192,7 @@ void runWithoutFiles(const Options& options, const Settings& settings) {
 
 void runOnFiles(const Options& options, const Settings& settings) {
     const auto start = std::chrono::steady_clock::now();
-    AudioReader reader(options.input);
+    AudioReader reader(options.input, options.replaceNan ? NonFinite::Replaced : NonFinite::Refused);
     const FrequencyMap frequencies(reader.info().samplerate, !options.noRateCorrection);
     const Settings::Resolved values = settings.resolve(frequencies);
     noteRate(options, settings, frequencies);
@@ -185,12 +200,14 @@ void runOnFiles(const Options& options, const Settings& settings) {
 
     const EffectLibrary library = libraryFrom(options);
     MultichannelEffect effects(library, values, reader.info().channels, reader.info().samplerate, options.blockFrames);
-    AudioWriter writer(options.output, outputFormatFor(options.output, reader.info()), reader);
+    const sf_count_t extra = options.keepLatency ? effects.delay() : 0;
+    AudioWriter writer(options.output, outputFormatFor(options.output, reader.info()), reader,
+                       reader.isLengthKnown() ? std::optional(reader.info().frames + extra) : std::nullopt);
     {
         Progress progress(reader.info().frames + effects.delay(), !options.quiet);
         equalize(reader, effects, writer, options.keepLatency ? Latency::Kept : Latency::Removed, progress);
     }
-    noteClipping(options, writer);
+    noteSamples(options, reader, writer);
     const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - start;
     noteSummary(options, writer, duration.count());
 }

@@ -1,0 +1,218 @@
+// Files that programs of other authors wrote, read to their end or refused. Those programs also read the results.
+
+#include "tests/support/EqualizeCommand.h"
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <limits>
+#include <numbers>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+namespace eq {
+
+namespace {
+
+constexpr float Infinity = std::numeric_limits<float>::infinity();
+constexpr float NotANumber = std::numeric_limits<float>::quiet_NaN();
+
+class EqualizeReading : public EqualizeCommand {
+protected:
+    /// Runs commands in the folder.
+    void shell(const std::string& commands) const {
+        ASSERT_EQ(std::system(("cd '" + folder.path().string() + "' && " + commands).c_str()), 0) << commands;
+    }
+    /// Returns the samples that ffmpeg finds in a file.
+    [[nodiscard]] std::vector<float> decoded(const std::string& name) const {
+        shell("ffmpeg -v quiet -y -i " + name + " -f f32le decoded.raw || true");
+        const std::string bytes = contents("decoded.raw");
+        std::filesystem::remove(path("decoded.raw"));
+        std::vector<float> samples(bytes.size() / sizeof(float));
+        std::memcpy(samples.data(), bytes.data(), samples.size() * sizeof(float));
+        return samples;
+    }
+    /// Makes a file of silence without the bytes on the disk.
+    void writeSilence(const std::string& name, int format, int channels, std::int64_t frames) const {
+        writeSound(name, {44100, channels, {}, format});
+        std::string bytes = contents(name);
+        const auto size = static_cast<std::uint64_t>(frames * channels * 2);
+        for (const auto& [position, value] :
+             {std::pair{bytes.size() - 8, size + 24}, {std::size_t{16}, size + bytes.size()}})
+            std::memcpy(bytes.data() + position, &value, sizeof value);
+        folder.write(name, bytes);
+        std::filesystem::resize_file(path(name), size + bytes.size());
+    }
+};
+
+TEST_F(EqualizeReading, ReadsAnMp3ToItsEndWithAndWithoutAHeaderFrame) {
+    // Loud sound comes late, so that an estimate from the first frames is wrong.
+    shell(
+        "ffmpeg -v error -f lavfi -i \"aevalsrc='(0.01+0.4*gt(t,2))*sin(900*t*t)|0.3*sin(3000*t)*gt(t,1)':d=4\" s.wav");
+    for (const char* const coder : {"-q:a 4 -write_xing 0", "-abr 1 -b:a 120k -write_xing 0", "-b:a 128k -write_xing 0",
+                                    "-q:a 4", "-b:a 64k -ac 1 -ar 22050"}) {
+        SCOPED_TRACE(coder);
+        shell("ffmpeg -v error -y -i s.wav -map_metadata -1 " + std::string(coder) + " in.mp3");
+        EXPECT_EQ(run("in.mp3 out.wav").exitCode, 0);
+        const std::vector<float> expected = decoded("in.mp3");
+        const std::vector<float> found = decoded("out.wav");
+        ASSERT_EQ(found.size(), expected.size());
+        for (std::size_t i = 0; i < found.size(); ++i) ASSERT_NEAR(found[i], expected[i], 2e-6) << i;
+    }
+    // A tag after the sound, with bytes that look like frames, is no sound.
+    std::string picture;
+    for (int i = 0; i < 729; ++i) picture += "\xFF\xFB\x90\x64";
+    const std::string footer("APETAGEX\xD0\x07\0\0\x84\x0B\0\0\1\0\0\0\0\0\0\0", 24);
+    folder.write("tagged.mp3",
+                 contents("in.mp3") + picture + footer + std::string(8, '\0') + "TAG" + std::string(125, ' '));
+    EXPECT_EQ(run("tagged.mp3 tagged.wav").exitCode, 0);
+    EXPECT_TRUE(decoded("tagged.wav") == decoded("out.wav"));
+    shell("head -c 9000 in.mp3 > cut.mp3");
+    const Outcome outcome = run("cut.mp3 out.wav");
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_NE(outcome.said.find("MPEG frames are there"), std::string::npos) << outcome.said;
+}
+
+TEST_F(EqualizeReading, PutsEachChannelOnItsSpeakerInEveryFormat) {
+    const std::pair<int, const char*> layouts[] = {{3, "3.0"}, {4, "quad"}, {5, "5.0"},
+                                                   {6, "5.1"}, {7, "6.1"},  {8, "7.1"}};
+    for (const auto& [channels, layout] : layouts) {
+        std::string tones;
+        for (int c = 0; c < channels; ++c) tones += "|0.3*sin(2*PI*t*" + std::to_string(20 + 10 * c) + ")";
+        shell("ffmpeg -v error -y -f lavfi -i \"aevalsrc='" + tones.substr(1) + "':s=48000:d=0.5:c=" + layout +
+              "\" -bitexact in.wav && ffmpeg -v error -y -i in.wav -c:a libvorbis -q:a 8 in.ogg");
+        for (const auto& [from, to] : {std::pair("in.wav", "a.ogg"),
+                                       {"in.ogg", "b.wav"},
+                                       {"a.ogg", "c.flac"},
+                                       {"c.flac", "d.opus"},
+                                       {"d.opus", "e.caf"},
+                                       {"e.caf", "f.ogg"},
+                                       {"f.ogg", "g.rf64"}}) {
+            SCOPED_TRACE(std::string(layout) + ": " + from + " -> " + to);
+            EXPECT_EQ(run(std::string(from) + " " + to).exitCode, 0);
+            const std::vector<float> samples = decoded(to);
+            const auto strengthOf = [&](int channel, int tone) {
+                std::complex<double> sum = 0.0;
+                for (std::size_t i = 6000; i < 18000; i += 8)
+                    sum +=
+                        std::polar(1.0, 2.0 * std::numbers::pi * (20 + 10 * tone) * static_cast<double>(i) / 48000.0) *
+                        static_cast<double>(
+                            samples.at(i * static_cast<std::size_t>(channels) + static_cast<std::size_t>(channel)));
+                return std::abs(sum) / 1500.0;
+            };
+            for (int c = 0; c < channels; ++c) EXPECT_NEAR(strengthOf(c, c), 0.15, 0.05) << "channel " << c;
+        }
+    }
+    shell("ffmpeg -v error -y -f lavfi -i aevalsrc='0|0|0:c=2.1:d=1' -bitexact low.wav");
+    expectFailure(1, "low.wav out.ogg", "has no place for the speakers");
+}
+
+TEST_F(EqualizeReading, ReadsToTheEndOfTheFileWhereTheHeaderLeavesTheLengthOpen) {
+    shell("ffmpeg -v error -f lavfi -i 'anoisesrc=d=1:a=0.5:r=44100' -ac 2 -c:a pcm_s16le s.wav");
+    const std::vector<float> expected = decoded("s.wav");
+    const std::string ffmpeg = "ffmpeg -v error -i s.wav -f ";
+    const std::pair<std::string, const char*> writers[] = {
+        {ffmpeg + "wav -", "p.wav"},         {ffmpeg + "wav -rf64 always -", "p.rf64"},
+        {ffmpeg + "aiff -", "p.aiff"},       {ffmpeg + "au -", "p.au"},
+        {ffmpeg + "caf -", "p.caf"},         {ffmpeg + "w64 -", "p.w64"},
+        {ffmpeg + "flac -", "p.flac"},       {"sox s.wav -t wav -", "sox.wav"},
+        {"sox s.wav -t aiff -", "sox.aiff"}, {"cat s.wav | sox -t wav - -t wav -", "sox2.wav"},
+    };
+    for (const auto& [command, name] : writers) {
+        SCOPED_TRACE(command);
+        shell(command + " | cat > " + name);
+        const Outcome outcome = run(std::string(name) + " out.wav");
+        EXPECT_EQ(outcome.exitCode, 0) << outcome.said;
+        EXPECT_TRUE(decoded("out.wav") == expected);
+        std::filesystem::remove(path("out.wav"));
+    }
+    // A size of 0 is one that was never filled in, unless nothing but chunks follows.
+    std::string zero = contents("s.wav");
+    zero.replace(zero.find("data") + 4, 4, 4, '\0');
+    folder.write("zero.wav", zero);
+    EXPECT_EQ(run("zero.wav zero.wav").exitCode, 0);
+    EXPECT_TRUE(decoded("zero.wav") == expected);
+    folder.write("empty.wav", zero.substr(0, zero.find("data") + 8) + std::string("note\4\0\0\0text", 12));
+    EXPECT_NE(run("empty.wav out.wav").said.find(": 0 frames"), std::string::npos);
+    // This program's library appends a second header to what it writes into a pipe.
+    shell("sox s.wav -t caf - | cat > unsure.caf; sox s.wav -t w64 - | cat > unsure.w64");
+    for (const char* const name : {"unsure.caf", "unsure.w64"})
+        expectFailure(1, std::string(name) + " out.wav", "never filled in");
+}
+
+TEST_F(EqualizeReading, RefusesWhatItCannotReadOrWriteWhole) {
+    for (const char* const name : {"out.flac", "out.mp3", "out.sds", "out.wav", "out.aiff", "out.au", "out.voc"})
+        folder.write(name, "old");
+    writeSound("none.wav", {44100, 1, {}, Pcm16});
+    for (const char* const place : {"out.flac", "out.mp3"})
+        expectFailure(1, std::string("none.wav ") + place, "cannot hold 0 frames");
+    EXPECT_EQ(run("--keep-latency none.wav kept.flac").exitCode, 0);
+    EXPECT_EQ(decoded("kept.flac").size(), 2048U);
+
+    shell("ffmpeg -v error -f lavfi -i sine=d=1 a.ogg && ffmpeg -v error -f lavfi -i sine=d=1:r=48000 b.opus && cat "
+          "a.ogg a.ogg > "
+          "chain.ogg && cat b.opus a.ogg > chain.opus && head -c -9 a.ogg > cut.ogg");
+    expectFailure(1, "chain.ogg out.wav",
+                  "divide the file at byte " + std::to_string(std::filesystem::file_size(path("a.ogg"))));
+    expectFailure(1, "chain.opus out.wav", "several Ogg streams");
+    expectFailure(1, "cut.ogg out.wav", "its last Ogg page is cut off");
+
+    // The length is known before the sound is read: these take no time.
+    constexpr int W64 = SF_FORMAT_W64 | SF_FORMAT_PCM_16;
+    constexpr std::int64_t MostForWav = (std::int64_t{1} << 32) / 4;
+    writeSilence("sds.w64", W64, 1, (1 << 21));
+    expectFailure(1, "sds.w64 out.sds", "has 2097152 frames, and this kind of file can hold 2097151");
+    writeSilence("long.w64", W64, 2, MostForWav);
+    for (const char* const place : {"out.wav", "out.aiff", "out.au", "out.voc"}) {
+        const Outcome outcome = run(std::string("long.w64 ") + place, "ulimit -t 2;");
+        EXPECT_EQ(outcome.exitCode, 1) << outcome.said;
+        EXPECT_NE(outcome.said.find("longer than this kind of file can hold"), std::string::npos) << outcome.said;
+        EXPECT_EQ(contents(place), "old");
+    }
+}
+
+TEST_F(EqualizeReading, NamesChannelAndTimeOfASampleThatIsNotFinite) {
+    for (const auto& [bad, what] : {std::pair(NotANumber, "not a number"), {-Infinity, "infinite"}}) {
+        Sound sound = noise(8000, 2, 8000 * 70);
+        sound.samples[8000 * 61 * 2 + 8 * 2 + 1] = bad;
+        writeSound("in.wav", sound);
+        folder.write("out.wav", "old");
+        expectFailure(1, "in.wav out.wav",
+                      std::string("channel 2 has a sample that is ") + what + " at 1:01.001; --replace-nan");
+        const std::string said = equalize("--replace-nan");
+        EXPECT_NE(said.find("1 sample was not a number or infinite, and 0 was put in place"), std::string::npos)
+            << said;
+        sound.samples[8000 * 61 * 2 + 8 * 2 + 1] = 0.0F;
+        EXPECT_TRUE(readSound("out.wav").samples == sound.samples);
+    }
+    writeSound("in.wav", {44100, 1, std::vector<float>(5000, 3e38F)});
+    expectFailure(1, "in.wav out.wav --volume 12", "too far beyond full scale");
+}
+
+TEST_F(EqualizeReading, ReportsSamplesBeyondFullScaleForEveryKindOfFormat) {
+    std::vector<float> samples(4000, 1.0F);
+    writeSound("full.wav", {44100, 1, samples});
+    samples[2000] = -2.0F;
+    writeSound("in.wav", {44100, 1, samples});
+    const std::pair<std::string, const char*> rows[] = {
+        {"out.wav", "1 sample was beyond full scale, which the format keeps; the highest is 6.02 dB above it"},
+        {"out.flac", "1 sample was clipped to full scale; the highest is 6.02 dB above it"},
+        {"out.ogg", "1 sample was beyond full scale, and players may clip; the highest is 6.02 dB above it"},
+        {"out.mp3", "1 sample was beyond full scale, and players may clip; the highest is 6.02 dB above it"},
+    };
+    for (const auto& [place, note] : rows) {
+        const std::string said = run("in.wav " + place).said;
+        EXPECT_NE(said.find(note), std::string::npos) << said;
+        EXPECT_EQ(run("full.wav " + place).said.find("full scale"), std::string::npos) << place;
+    }
+}
+
+} // namespace
+
+} // namespace eq

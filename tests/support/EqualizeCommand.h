@@ -1,0 +1,78 @@
+#pragma once
+
+// Sound files for runs of `equalize`, and its runs.
+
+#include "tests/support/CommandTest.h"
+
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <sndfile.hh>
+
+namespace eq {
+
+inline constexpr int Float = SF_FORMAT_WAV | SF_FORMAT_FLOAT;
+inline constexpr int Pcm16 = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
+
+/// Sound as it is in a file: interleaved samples.
+struct Sound {
+    int rate;
+    int channels;
+    std::vector<float> samples;
+    int format = Float;
+};
+
+inline Sound noise(int rate, int channels, std::size_t frames, int format = Float) {
+    Sound sound{rate, channels, std::vector<float>(frames * static_cast<std::size_t>(channels)), format};
+    std::mt19937 generator(1);
+    std::uniform_real_distribution<float> distribution(-0.9F, 0.9F);
+    for (float& sample : sound.samples) sample = distribution(generator);
+    return sound;
+}
+
+class EqualizeCommand : public CommandTest {
+protected:
+    EqualizeCommand() : CommandTest(EQ_EQUALIZE_PATH) {}
+
+    /// A run from "in.wav" to "out.wav", which succeeds. Gives what it says.
+    std::string equalize(const std::string& options, const std::string& before = "") const {
+        const Outcome outcome = run("in.wav out.wav " + options, before);
+        EXPECT_EQ(outcome.exitCode, 0) << outcome.said;
+        return outcome.said;
+    }
+    [[nodiscard]] std::vector<float> equalized(const std::string& options) const {
+        equalize(options);
+        return readSound("out.wav").samples;
+    }
+    /// A run that tells why it fails, and changes nothing.
+    void expectFailure(int exitCode, const std::string& arguments, const std::string& message,
+                       const std::string& before = "") const {
+        SCOPED_TRACE(arguments);
+        const auto filesBefore = files();
+        const Outcome outcome = run(arguments, before);
+        EXPECT_EQ(outcome.exitCode, exitCode);
+        EXPECT_TRUE(outcome.said.starts_with("equalize: ")) << outcome.said;
+        EXPECT_NE(outcome.said.find(message), std::string::npos) << message << "\n" << outcome.said;
+        EXPECT_TRUE(files() == filesBefore) << "files have changed";
+    }
+
+    void writeSound(const std::string& name, const Sound& sound) const {
+        SndfileHandle file(path(name), SFM_WRITE, sound.format, sound.channels, sound.rate);
+        file.setString(SF_STR_TITLE, "A title");
+        file.write(sound.samples.data(), static_cast<sf_count_t>(sound.samples.size()));
+    }
+    [[nodiscard]] Sound readSound(const std::string& name) const {
+        SndfileHandle file(path(name));
+        if (file.error() != 0) throw std::runtime_error(name + ": " + file.strError());
+        EXPECT_STREQ(file.getString(SF_STR_TITLE), "A title") << name;
+        const sf_count_t size = file.frames() * file.channels();
+        Sound sound{file.samplerate(), file.channels(), std::vector<float>(static_cast<std::size_t>(size)),
+                    file.format()};
+        EXPECT_EQ(file.read(sound.samples.data(), size), size) << name;
+        return sound;
+    }
+};
+
+} // namespace eq

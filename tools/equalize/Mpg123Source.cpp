@@ -1,0 +1,148 @@
+#include "tools/equalize/Mpg123Source.h"
+
+#include "support/BinaryReader.h"
+#include "tools/common/Errors.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace eq {
+namespace {
+
+std::string bytesAt(int descriptor, std::int64_t position, std::size_t count) {
+    std::string bytes(count, '\0');
+    const ssize_t done = position < 0 ? 0 : pread(descriptor, bytes.data(), count, position);
+    bytes.resize(done < 0 ? 0 : static_cast<std::size_t>(done));
+    return bytes;
+}
+
+/// Returns the size of the tag that ends at `length`, or 0.
+std::int64_t sizeOfTagAtEnd(int descriptor, std::int64_t length) {
+    constexpr std::int64_t Id3Size = 128;
+    constexpr std::int64_t ApeFooter = 32;
+    if (bytesAt(descriptor, length - Id3Size, 3) == "TAG") return Id3Size;
+    const std::string footer = bytesAt(descriptor, length - ApeFooter, ApeFooter);
+    if (!footer.starts_with("APETAGEX") || footer.size() != ApeFooter) return 0;
+    BinaryReader fields(footer.data(), footer.size());
+    fields.skip(12); // identifier and version
+    const std::int64_t size = fields.read<std::uint32_t>();
+    fields.skip(4); // number of items
+    constexpr std::uint32_t HasHeader = 1U << 31U;
+    const bool hasHeader = (fields.read<std::uint32_t>() & HasHeader) != 0;
+    return std::min(length, size + (hasHeader ? ApeFooter : 0));
+}
+
+std::int64_t lengthWithoutTags(int descriptor) {
+    struct stat file = {};
+    if (fstat(descriptor, &file) != 0) return 0;
+    std::int64_t length = file.st_size;
+    while (const std::int64_t size = sizeOfTagAtEnd(descriptor, length)) length -= size;
+    return length;
+}
+
+/// Returns the number of MPEG frames that the header frame in front of the first frame of sound promises.
+std::optional<std::int64_t> promisedFrames(int descriptor, std::int64_t firstFrame) {
+    constexpr std::int64_t LongestFrame = 2881;
+    const std::int64_t begin = std::max<std::int64_t>(0, firstFrame - LongestFrame);
+    const std::string bytes = bytesAt(descriptor, begin, static_cast<std::size_t>(firstFrame - begin));
+    for (const std::string_view identifier : {"Xing", "Info"}) {
+        const std::size_t found = bytes.rfind(identifier);
+        if (found == std::string::npos || bytes.size() - found < 12) continue;
+        BinaryReader fields(bytes.data() + found + 4, 8, std::endian::big);
+        constexpr std::uint32_t HasFrames = 1;
+        if ((fields.read<std::uint32_t>() & HasFrames) != 0) return fields.read<std::uint32_t>();
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+Mpg123Source::Mpg123Source(const std::string& name, int format)
+    : m_stream{FileDescriptor(::open(name.c_str(), O_RDONLY | O_CLOEXEC)), 0} {
+    if (!m_stream.descriptor) throw systemError("cannot be opened", errno);
+    m_stream.length = lengthWithoutTags(m_stream.descriptor.get());
+    m_decoder.reset(mpg123_new(nullptr, nullptr));
+    if (!m_decoder) throw FileError("libmpg123 cannot be used");
+    open();
+
+    long rate = 0;
+    int encoding = 0;
+    mpg123_getformat(m_decoder.get(), &rate, &m_info.channels, &encoding);
+    m_info.samplerate = static_cast<int>(rate);
+    m_info.format = format;
+    m_info.seekable = 1;
+    requireAllFrames();
+    m_info.frames = mpg123_length(m_decoder.get());
+}
+
+void Mpg123Source::open() {
+    mpg123_handle* const decoder = m_decoder.get();
+    mpg123_param(decoder, MPG123_REMOVE_FLAGS, MPG123_AUTO_RESAMPLE, 0.0);
+    mpg123_param(decoder, MPG123_ADD_FLAGS, MPG123_FORCE_FLOAT | MPG123_GAPLESS | MPG123_QUIET, 0.0);
+    const auto read = [](void* data, void* bytes, size_t count) -> ssize_t {
+        const auto& stream = *static_cast<Stream*>(data);
+        const std::int64_t left = stream.length - lseek(stream.descriptor.get(), 0, SEEK_CUR);
+        const auto most = static_cast<std::size_t>(std::max<std::int64_t>(0, left));
+        return ::read(stream.descriptor.get(), bytes, std::min(count, most));
+    };
+    const auto seek = [](void* data, off_t offset, int whence) -> off_t {
+        const auto& stream = *static_cast<Stream*>(data);
+        if (whence != SEEK_END) return lseek(stream.descriptor.get(), offset, whence);
+        return lseek(stream.descriptor.get(), stream.length + offset, SEEK_SET);
+    };
+    mpg123_replace_reader_handle(decoder, read, seek, nullptr);
+    long rate = 0;
+    int channels = 0;
+    int encoding = 0;
+    if (mpg123_open_handle(decoder, &m_stream) != MPG123_OK ||
+        mpg123_getformat(decoder, &rate, &channels, &encoding) != MPG123_OK)
+        throw FileError(std::string("not a readable audio file: ") + mpg123_strerror(decoder));
+}
+
+void Mpg123Source::requireAllFrames() {
+    mpg123_handle* const decoder = m_decoder.get();
+    const std::optional<std::int64_t> promised = promisedFrames(m_stream.descriptor.get(), mpg123_framepos(decoder));
+    if (mpg123_scan(decoder) != MPG123_OK)
+        throw FileError(std::string("its length cannot be found: ") + mpg123_strerror(decoder));
+    const std::int64_t present = mpg123_framelength(decoder);
+    if (promised && present < *promised)
+        throw FileError("the file ends early: " + std::to_string(present) + " of " + std::to_string(*promised) +
+                        " MPEG frames are there");
+}
+
+sf_count_t Mpg123Source::read(float* interleaved, sf_count_t frames) {
+    const std::size_t frameBytes = sizeof(float) * static_cast<std::size_t>(m_info.channels);
+    const std::size_t wanted = frameBytes * static_cast<std::size_t>(frames);
+    std::size_t filled = 0;
+    while (filled < wanted) {
+        std::size_t done = 0;
+        const int result = mpg123_read(m_decoder.get(), reinterpret_cast<unsigned char*>(interleaved) + filled,
+                                       wanted - filled, &done);
+        filled += done;
+        if (result == MPG123_DONE) break;
+        if (result == MPG123_NEW_FORMAT) {
+            long rate = 0;
+            int channels = 0;
+            int encoding = 0;
+            mpg123_getformat(m_decoder.get(), &rate, &channels, &encoding);
+            if (rate == m_info.samplerate && channels == m_info.channels) continue;
+            m_error = "the sampling rate or the number of channels changes";
+            break;
+        }
+        if (result != MPG123_OK) {
+            m_error = mpg123_strerror(m_decoder.get());
+            break;
+        }
+    }
+    return static_cast<sf_count_t>(filled / frameBytes);
+}
+
+} // namespace eq

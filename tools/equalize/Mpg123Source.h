@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/FileDescriptor.h"
+#include "tools/equalize/SoundSource.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include <mpg123.h>
+
+namespace eq {
+
+/// An MPEG file (MP3 in most cases) that libmpg123 decodes. libsndfile estimates the length of a file without a header
+/// frame from its first frames, and stops there; this class counts all frames first.
+class Mpg123Source final : public SoundSource {
+public:
+    /// `format` is libsndfile's format of the file. Throws FileError, without the file's name, if the file cannot be
+    /// decoded, or has fewer frames than its header frame promises.
+    Mpg123Source(const std::string& name, int format);
+
+    [[nodiscard]] sf_count_t read(float* interleaved, sf_count_t frames) override;
+    [[nodiscard]] std::string error() const override { return m_error; }
+
+private:
+    struct Deleter {
+        void operator()(mpg123_handle* decoder) const { mpg123_delete(decoder); }
+    };
+    /// The part of the file that the decoder reads: tags after the sound are left out, because libmpg123 searches them
+    /// for further frames.
+    struct Stream {
+        FileDescriptor descriptor;
+        std::int64_t length;
+    };
+
+    void open();
+    void requireAllFrames();
+
+    Stream m_stream;
+    std::unique_ptr<mpg123_handle, Deleter> m_decoder; // deleted before the stream is closed
+    std::string m_error;
+};
+
+} // namespace eq

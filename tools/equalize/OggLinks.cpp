@@ -1,0 +1,51 @@
+#include "tools/equalize/OggLinks.h"
+
+#include "support/BinaryReader.h"
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <numeric>
+#include <system_error>
+
+namespace eq {
+
+// A page: "OggS", version, flags, position of 8 bytes, serial number, sequence number and checksum of 4 bytes each, the
+// number of segments, and a size of one byte for each segment.
+std::string faultOfOgg(const std::string& file) {
+    constexpr unsigned BeginOfStream = 2;
+    constexpr std::size_t FixedHeader = 27;
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(file, ignored)) return "";
+    const std::uint64_t length = std::filesystem::file_size(file);
+    std::ifstream stream(file, std::ios::binary);
+    std::array<char, FixedHeader + 255> bytes = {};
+    bool hasSound = false;
+    for (std::uint64_t position = 0; position < length;) {
+        stream.clear();
+        stream.seekg(static_cast<std::streamoff>(position));
+        stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        BinaryReader page(bytes.data(), static_cast<std::size_t>(stream.gcount()));
+        try {
+            if (page.readBytes(4) != "OggS") return ""; // libsndfile finds the next page, or the sound ends here
+            page.skip(1);
+            const bool beginsStream = (page.read<std::uint8_t>() & BeginOfStream) != 0;
+            if (beginsStream && hasSound)
+                return "several Ogg streams one after the other, of which only the first could be read: divide the "
+                       "file at byte " +
+                       std::to_string(position);
+            hasSound = hasSound || !beginsStream;
+            page.skip(20);
+            const std::size_t segments = page.read<std::uint8_t>();
+            for (std::size_t i = 0; i < segments; ++i) position += page.read<std::uint8_t>();
+            position += FixedHeader + segments;
+        } catch (const EndOfData&) {
+            position = length + 1;
+        }
+        if (position > length) return "the file ends early: its last Ogg page is cut off";
+    }
+    return "";
+}
+
+} // namespace eq
