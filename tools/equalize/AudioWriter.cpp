@@ -4,6 +4,7 @@
 #include "tools/equalize/OutputFormat.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cmath>
 #include <limits>
@@ -14,22 +15,22 @@
 namespace eq {
 namespace {
 
-void copyStrings(SNDFILE* from, SNDFILE* to) {
-    for (int kind = SF_STR_FIRST; kind <= SF_STR_LAST; ++kind)
-        if (const char* const text = sf_get_string(from, kind)) sf_set_string(to, kind, text);
-}
+constexpr std::array PlainSampleFormats = {
+    SF_FORMAT_PCM_S8,  SF_FORMAT_PCM_U8,  SF_FORMAT_PCM_16,  SF_FORMAT_PCM_24, SF_FORMAT_PCM_32,
+    SF_FORMAT_FLOAT,   SF_FORMAT_DOUBLE,  SF_FORMAT_ULAW,    SF_FORMAT_ALAW,   SF_FORMAT_ALAC_16,
+    SF_FORMAT_ALAC_20, SF_FORMAT_ALAC_24, SF_FORMAT_ALAC_32,
+};
+constexpr std::array PlainContainers = {SF_FORMAT_WAV, SF_FORMAT_WAVEX, SF_FORMAT_RF64, SF_FORMAT_W64, SF_FORMAT_AIFF,
+                                        SF_FORMAT_AU,  SF_FORMAT_CAF,   SF_FORMAT_FLAC, SF_FORMAT_OGG, SF_FORMAT_MPEG};
 
-template <typename Record>
-void copyRecord(SNDFILE* from, SNDFILE* to, int get, int set) {
-    Record record = {};
-    if (sf_command(from, get, &record, sizeof record) == SF_TRUE) sf_command(to, set, &record, sizeof record);
-}
-
-void copySpeakers(SNDFILE* from, SNDFILE* to, int channels) {
-    std::vector<int> speakers(static_cast<std::size_t>(channels));
-    const int size = static_cast<int>(speakers.size() * sizeof(int));
-    if (sf_command(from, SFC_GET_CHANNEL_MAP_INFO, speakers.data(), size) == SF_TRUE)
-        sf_command(to, SFC_SET_CHANNEL_MAP_INFO, speakers.data(), size);
+/// Whether a file has the exact number of frames and the exact rate. Other formats fill up a block of frames, or round
+/// the rate.
+bool isExact(int format) {
+    const auto isIn = [](const auto& list, int value) {
+        return std::find(list.begin(), list.end(), value) != list.end();
+    };
+    return isIn(PlainContainers, format & SF_FORMAT_TYPEMASK) &&
+           (isLossy(format) || isIn(PlainSampleFormats, format & SF_FORMAT_SUBMASK));
 }
 
 } // namespace
@@ -65,8 +66,10 @@ SF_VIRTUAL_IO AudioWriter::sinkFunctions() {
     return functions;
 }
 
-AudioWriter::AudioWriter(const std::filesystem::path& place, const SF_INFO& format, const AudioReader& source)
-    : m_output(place),
+AudioWriter::AudioWriter(const std::filesystem::path& place, const SF_INFO& format, const AudioReader& source,
+                         double quality)
+    : m_metadata(source, format.format),
+      m_output(place),
       m_name(place.string()),
       m_info(format),
       m_sink{m_output.descriptor(), 0},
@@ -77,11 +80,16 @@ AudioWriter::AudioWriter(const std::filesystem::path& place, const SF_INFO& form
         if (m_sink.error != 0) fail();
         throw FileError(m_name + ": cannot be written as " + formatName(format.format) + ": " + sf_strerror(nullptr));
     }
-    copyStrings(source.handle(), m_file.get());
-    copyRecord<SF_BROADCAST_INFO>(source.handle(), m_file.get(), SFC_GET_BROADCAST_INFO, SFC_SET_BROADCAST_INFO);
-    copyRecord<SF_INSTRUMENT>(source.handle(), m_file.get(), SFC_GET_INSTRUMENT, SFC_SET_INSTRUMENT);
-    copyRecord<SF_CUES>(source.handle(), m_file.get(), SFC_GET_CUE, SFC_SET_CUE);
-    copySpeakers(source.handle(), m_file.get(), m_info.channels);
+    m_metadata.addToHeader(m_file.get());
+    if (isLossy(format.format)) setQuality(quality);
+}
+
+void AudioWriter::setQuality(double quality) {
+    // LAME's highest constant rate is above its best variable one.
+    int mode = quality < BestQuality ? SF_BITRATE_MODE_VARIABLE : SF_BITRATE_MODE_CONSTANT;
+    sf_command(m_file.get(), SFC_SET_BITRATE_MODE, &mode, sizeof mode);
+    double share = quality / BestQuality;
+    sf_command(m_file.get(), SFC_SET_VBR_ENCODING_QUALITY, &share, sizeof share);
 }
 
 void AudioWriter::fail() const {
@@ -120,6 +128,7 @@ void AudioWriter::writeIntegers(const float* interleaved, sf_count_t samples) {
 void AudioWriter::finish() {
     m_file.reset();
     if (m_sink.error != 0) throw systemError(m_name, m_sink.error);
+    m_metadata.addAfterSound(FileBytes(m_sink.descriptor, m_name));
 
     constexpr sf_count_t LongestWithSmallSizes = std::numeric_limits<std::uint32_t>::max();
     const int container = m_info.format & SF_FORMAT_TYPEMASK;
@@ -127,7 +136,29 @@ void AudioWriter::finish() {
         container == SF_FORMAT_WAV || container == SF_FORMAT_WAVEX || container == SF_FORMAT_AIFF;
     if (hasSmallSizes && sinkFunctions().get_filelen(&m_sink) > LongestWithSmallSizes)
         throw FileError(m_name + ": the sound is longer than this kind of file can hold; .rf64, .w64 and .caf can");
+    verify();
     m_output.commit();
+}
+
+/// Reads the file once more before it replaces another.
+void AudioWriter::verify() {
+    // libsndfile cannot open every kind of file without sound.
+    if (m_framesWritten == 0) return;
+    SF_INFO found = {};
+    if ((m_info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_RAW) found = m_info;
+    SF_VIRTUAL_IO functions = sinkFunctions();
+    lseek(m_sink.descriptor, 0, SEEK_SET);
+    const SoundFile file(sf_open_virtual(&functions, SFM_READ, &found, &m_sink));
+    if (!file) throw FileError(m_name + ": the written file cannot be read back: " + sf_strerror(nullptr));
+    const bool hasFrames = isExact(m_info.format) ? found.frames == m_framesWritten : found.frames >= m_framesWritten;
+    const bool hasRate = !isExact(m_info.format) || found.samplerate == m_info.samplerate;
+    if (hasFrames && hasRate && found.channels == m_info.channels) return;
+    const auto describe = [](sf_count_t frames, const SF_INFO& info) {
+        return std::to_string(frames) + " frames, channels: " + std::to_string(info.channels) + ", " +
+               std::to_string(info.samplerate) + " Hz";
+    };
+    throw FileError(m_name + ": the written file is not what was written: " + describe(found.frames, found) +
+                    " instead of " + describe(m_framesWritten, m_info));
 }
 
 } // namespace eq

@@ -2,6 +2,7 @@
 
 #include "tools/common/OutputFile.h"
 #include "tools/equalize/AudioReader.h"
+#include "tools/equalize/MetadataCopy.h"
 
 #include <filesystem>
 #include <string>
@@ -18,8 +19,12 @@ namespace eq {
 /// step less than full scale, or cut the fraction off. What goes into floats keeps values beyond full scale.
 class AudioWriter {
 public:
-    /// Takes titles and the like over from `source`. Throws FileError.
-    AudioWriter(const std::filesystem::path& place, const SF_INFO& format, const AudioReader& source);
+    static constexpr double BestQuality = 10.0;
+
+    /// Copies tags, pictures and chunks from `source`. A lossy format has a quality from 0 to `BestQuality`. Throws
+    /// FileError.
+    AudioWriter(const std::filesystem::path& place, const SF_INFO& format, const AudioReader& source,
+                double quality = BestQuality);
 
     [[nodiscard]] const SF_INFO& info() const { return m_info; }
 
@@ -31,6 +36,8 @@ public:
     /// Samples beyond full scale that had to be limited, and the largest of them.
     [[nodiscard]] sf_count_t clippedSamples() const { return m_clippedSamples; }
     [[nodiscard]] float peak() const { return m_peak; }
+    /// What the output cannot hold of the source, one sentence each.
+    [[nodiscard]] const std::vector<std::string>& notes() const { return m_metadata.notes(); }
 
 private:
     /// What libsndfile writes into. It keeps the first error of the system, since libsndfile drops those that come
@@ -41,9 +48,12 @@ private:
     };
     static SF_VIRTUAL_IO sinkFunctions();
 
+    void setQuality(double quality);
+    void verify();
     void writeIntegers(const float* interleaved, sf_count_t samples);
     [[noreturn]] void fail() const;
 
+    MetadataCopy m_metadata;
     OutputFile m_output;
     std::string m_name;
     SF_INFO m_info;
