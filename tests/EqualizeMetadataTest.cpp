@@ -260,6 +260,21 @@ TEST_F(EqualizeMetadata, HasTheSampleFormatAndTheQualityThatAreAskedFor) {
     EXPECT_NEAR(std::stod(probe("stream=bit_rate", "o.mp3").substr(9)), 320000.0, 1.0);
 }
 
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+TEST_F(EqualizeMetadata, ReplacesNothingWithAFileThatLacksFrames) {
+    makeSound("in.wav");
+    folder.write("out.wav", "old");
+    for (const char* const place : {"out.wav", "new.flac", "new.aiff"}) {
+        const Outcome outcome = run(std::string("in.wav ") + place, "export LD_PRELOAD='" EQ_LOSING_SNDFILE "';");
+        EXPECT_EQ(outcome.exitCode, 1);
+        EXPECT_NE(outcome.said.find("12000 frames, channels: 1, 48000 Hz instead of 24000"), std::string::npos)
+            << outcome.said;
+    }
+    EXPECT_EQ(contents("out.wav"), "old");
+    EXPECT_EQ(files().size(), 2U);
+}
+#endif
+
 TEST_F(EqualizeMetadata, WritesEqualFilesForEqualSounds) {
     makeSound("in.wav", "-c:a pcm_f32le");
     std::vector<std::string> first;

@@ -57,7 +57,8 @@ shows all names. --volume and --band override the preset, and --set overrides
 both.
 
 OUTPUT takes the format that its extension names, and the sample format of
-INPUT where that exists. Tags, pictures and chunks are copied. It appears when it is complete, and may be INPUT.
+INPUT where that exists. Tags, pictures and chunks are copied.
+It appears when it is complete, and may be INPUT.
 
 Exit codes: 0 done; 1 bad input, or output that cannot be written; 2 bad usage.
 
