@@ -69,7 +69,8 @@ void copyCues(SNDFILE* from, SNDFILE* to) {
 
 /// A chunk LIST holds texts, or the labels of marks, or others.
 bool holdsTexts(const FileBytes& file, const Chunk& chunk) {
-    return chunk.id == "LIST" && file.read(chunk.position, 4) == "INFO";
+    constexpr std::uint64_t Longest = 1U << 24U;
+    return chunk.id == "LIST" && chunk.size <= Longest && file.read(chunk.position, 4) == "INFO";
 }
 
 std::string withoutBlanks(std::string text) {
@@ -101,12 +102,13 @@ void MetadataCopy::readSource(int inputFormat) {
     constexpr std::uint64_t LongestTag = 1U << 28U; // an ID3v2 tag has sizes of 28 bits
     const Chunk* const tag = m_chunks ? m_chunks->tag() : nullptr;
     if (tag != nullptr && tag->size <= LongestTag) m_tags.readId3(m_bytes.read(tag->position, tag->size));
+    if (m_chunks)
+        for (const Chunk& chunk : m_chunks->all())
+            if (holdsTexts(m_bytes, chunk)) m_tags.readInfo(m_bytes.read(chunk.position, chunk.size));
     if (!m_chunks) m_tags.read(m_bytes, inputFormat);
 }
 
 void MetadataCopy::addToHeader(SNDFILE* output) {
-    // The chunk PEAK holds the time of day.
-    sf_command(output, SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
     copySpeakers(m_source, output, m_channels);
     if (m_copiesChunks || SoundTags::knows(m_outputFormat)) return;
     copyTexts(output);
@@ -128,7 +130,7 @@ void MetadataCopy::addAfterSound(const FileBytes& output) {
         ChunkAppender chunks(output);
         if (m_copiesChunks)
             for (const Chunk& chunk : m_chunks->descriptions()) chunks.append(m_bytes, chunk);
-        else if (m_tags.pictures() > 0 || !m_tags.namesBeyondTexts().empty())
+        else if (m_tags.pictures() > 0 || !m_tags.namesBeyondTexts().empty() || !m_tags.framesOfId3Only().empty())
             chunks.append(containerOf(m_outputFormat) == SF_FORMAT_AIFF ? "ID3 " : "id3 ", m_tags.id3());
         chunks.finish();
         return;
@@ -164,8 +166,9 @@ bool MetadataCopy::staysMpeg() const {
 
 void MetadataCopy::noteLostTags() {
     if (staysMpeg()) return;
-    noteLost("ID3v2 frame", "ID3v2 frames", m_tags.untranslated());
-    if (SoundTags::knows(m_outputFormat) || chunkFamilyOf(m_outputFormat)) return;
+    const bool holdsId3 = containerOf(m_outputFormat) == SF_FORMAT_MPEG || chunkFamilyOf(m_outputFormat);
+    if (!holdsId3) noteLost("tag", "tags", m_tags.framesOfId3Only());
+    if (holdsId3 || SoundTags::knows(m_outputFormat)) return;
     noteLost("tag", "tags", m_tags.namesBeyondTexts());
     if (m_tags.pictures() > 0) m_notes.push_back("pictures have no place in " + containerName(m_outputFormat));
 }

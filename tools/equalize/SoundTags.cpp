@@ -1,5 +1,6 @@
 #include "tools/equalize/SoundTags.h"
 
+#include "support/BinaryReader.h"
 #include "tools/common/Errors.h"
 #include "tools/equalize/TagStream.h"
 
@@ -69,12 +70,6 @@ void addApePictures(const TagLib::APE::Tag& tag, std::vector<ByteVector>& pictur
     }
 }
 
-void addId3Pictures(const TagLib::ID3v2::Tag& tag, std::vector<ByteVector>& pictures) {
-    for (const TagLib::ID3v2::Frame* frame : tag.frameList("APIC"))
-        if (const auto* const shown = dynamic_cast<const TagLib::ID3v2::AttachedPictureFrame*>(frame))
-            pictures.push_back(picture(shown->type(), shown->mimeType(), shown->description(), shown->picture()));
-}
-
 void addPictures(const TagLib::List<TagLib::FLAC::Picture*>& list, std::vector<ByteVector>& pictures) {
     for (const TagLib::FLAC::Picture* block : list) pictures.push_back(block->render());
 }
@@ -115,9 +110,25 @@ TagKind kindOf(int format) {
 void SoundTags::add(const TagLib::PropertyMap& properties) {
     for (const auto& [name, values] : properties)
         if (!m_properties.contains(name)) m_properties.insert(name, values);
-    for (const String& element : properties.unsupportedData())
-        if (!element.startsWith("APIC") && !element.upper().startsWith("COVER ART"))
-            m_untranslated.push_back(element.to8Bit(true));
+}
+
+void SoundTags::take(TagLib::ID3v2::Tag& tag) {
+    add(tag.properties());
+    // A copy of TagLib's own list would delete the frames.
+    const std::vector<TagLib::ID3v2::Frame*> frames(tag.frameList().begin(), tag.frameList().end());
+    for (TagLib::ID3v2::Frame* const frame : frames) {
+        if (const auto* const shown = dynamic_cast<const TagLib::ID3v2::AttachedPictureFrame*>(frame)) {
+            m_pictures.push_back(picture(shown->type(), shown->mimeType(), shown->description(), shown->picture()));
+            continue;
+        }
+        // A tag owns its frames.
+        TagLib::ID3v2::Tag single;
+        tag.removeFrame(frame, false);
+        single.addFrame(frame);
+        if (single.properties().unsupportedData().isEmpty()) continue;
+        single.removeFrame(frame, false);
+        m_id3->addFrame(frame);
+    }
 }
 
 void SoundTags::read(const FileBytes& bytes, int format) {
@@ -134,10 +145,7 @@ void SoundTags::read(const FileBytes& bytes, int format) {
     case TagKind::Mpeg: {
         // The richest tag counts, and the others fill its gaps: an ID3v1 tag cuts texts to 30 characters.
         const auto file = open<TagLib::MPEG::File>(stream);
-        if (file->hasID3v2Tag()) {
-            add(file->ID3v2Tag()->properties());
-            addId3Pictures(*file->ID3v2Tag(), m_pictures);
-        }
+        if (file->hasID3v2Tag()) take(*file->ID3v2Tag());
         if (file->hasAPETag()) {
             add(file->APETag()->properties());
             if (m_pictures.empty()) addApePictures(*file->APETag(), m_pictures);
@@ -169,9 +177,25 @@ void SoundTags::read(const FileBytes& bytes, int format) {
 void SoundTags::readId3(const std::string& tag) {
     TagLib::ByteVectorStream stream(ByteVector(tag.data(), static_cast<unsigned int>(tag.size())));
     TagLib::MPEG::File file(&stream, TagLib::ID3v2::FrameFactory::instance(), false);
-    if (!file.hasID3v2Tag()) return;
-    add(file.ID3v2Tag()->properties());
-    addId3Pictures(*file.ID3v2Tag(), m_pictures);
+    if (file.hasID3v2Tag()) take(*file.ID3v2Tag());
+}
+
+void SoundTags::readInfo(const std::string& list) {
+    constexpr std::array Known = {"INAM", "ICOP", "ISFT", "IART", "ICMT", "ICRD", "IPRD", "ITRK", "IGNR"};
+    try {
+        BinaryReader reader(list.data(), list.size());
+        reader.skip(4);
+        while (reader.remaining() > 0) {
+            const std::string id(reader.readBytes(4));
+            std::string text(reader.readBytes(reader.read<std::uint32_t>()));
+            text.resize(std::min(text.find('\0'), text.size()));
+            const bool isKnown = std::find(Known.begin(), Known.end(), id) != Known.end();
+            if (!isKnown && !text.empty() && !m_properties.contains(id)) m_properties.insert(id, textOf(text));
+            reader.align(2);
+        }
+    } catch (const EndOfData&) {
+        // The texts so far are good.
+    }
 }
 
 void SoundTags::addTexts(SNDFILE* file) {
@@ -190,11 +214,17 @@ std::vector<std::string> SoundTags::namesBeyondTexts() const {
     return names;
 }
 
+std::vector<std::string> SoundTags::framesOfId3Only() const {
+    std::vector<std::string> names;
+    for (const TagLib::ID3v2::Frame* frame : m_id3->frameList()) names.emplace_back(frame->frameID().data(), 4);
+    return names;
+}
+
 bool SoundTags::knows(int format) {
     return kindOf(format) != TagKind::None;
 }
 
-void SoundTags::write(const FileBytes& bytes, int format) const {
+void SoundTags::write(const FileBytes& bytes, int format) {
     if (kindOf(format) == TagKind::Mpeg) {
         bytes.replace(0, 0, id3());
         return;
@@ -221,9 +251,9 @@ void SoundTags::write(const FileBytes& bytes, int format) const {
     if (!isWritten) throw FileError(bytes.name() + ": the tags cannot be written into the file");
 }
 
-std::string SoundTags::id3() const {
-    TagLib::ID3v2::Tag tag;
-    tag.setProperties(m_properties);
+std::string SoundTags::id3() {
+    TagLib::ID3v2::Tag& tag = *m_id3;
+    tag.setProperties(m_properties); // keeps the frames that no property names
     for (const ByteVector& bytes : m_pictures) {
         const TagLib::FLAC::Picture block(bytes);
         // The tag deletes the frame.
