@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
@@ -8,9 +9,11 @@
 
 namespace eq {
 
-/// Writes numbers, texts and bytes, one after the other. Numbers are little-endian; a text consists of 16-bit units.
+/// Writes numbers, texts and bytes, one after the other. A text consists of 16-bit units.
 class BinaryWriter {
 public:
+    explicit BinaryWriter(std::endian byteOrder = std::endian::little) noexcept : order(byteOrder) {}
+
     /// The bytes so far. The view is valid until the next call.
     [[nodiscard]] std::string_view written() const noexcept { return bytes; }
     [[nodiscard]] std::size_t offset() const noexcept { return bytes.size(); }
@@ -36,12 +39,15 @@ public:
     /// Replaces the number that was written at `position`.
     template <std::unsigned_integral Number>
     void patch(std::size_t position, Number number) {
-        for (std::size_t i = 0; i < sizeof number; ++i)
-            bytes.at(position + i) = static_cast<char>(number >> (8U * i) & 0xFFU);
+        for (std::size_t i = 0; i < sizeof number; ++i) {
+            const std::size_t byte = order == std::endian::big ? sizeof number - 1 - i : i;
+            bytes.at(position + i) = static_cast<char>(number >> (8U * byte) & 0xFFU);
+        }
     }
 
 private:
     std::string bytes;
+    std::endian order;
 };
 
 } // namespace eq

@@ -5,6 +5,7 @@
 #include "tools/equalize/OutputFormat.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cmath>
 #include <limits>
@@ -15,22 +16,29 @@
 namespace eq {
 namespace {
 
-void copyStrings(SNDFILE* from, SNDFILE* to) {
-    for (int kind = SF_STR_FIRST; kind <= SF_STR_LAST; ++kind)
-        if (const char* const text = sf_get_string(from, kind)) sf_set_string(to, kind, text);
-}
-
-template <typename Record>
-void copyRecord(SNDFILE* from, SNDFILE* to, int get, int set) {
-    Record record = {};
-    if (sf_command(from, get, &record, sizeof record) == SF_TRUE) sf_command(to, set, &record, sizeof record);
-}
+constexpr std::array PlainSampleFormats = {
+    SF_FORMAT_PCM_S8,  SF_FORMAT_PCM_U8,  SF_FORMAT_PCM_16,  SF_FORMAT_PCM_24, SF_FORMAT_PCM_32,
+    SF_FORMAT_FLOAT,   SF_FORMAT_DOUBLE,  SF_FORMAT_ULAW,    SF_FORMAT_ALAW,   SF_FORMAT_ALAC_16,
+    SF_FORMAT_ALAC_20, SF_FORMAT_ALAC_24, SF_FORMAT_ALAC_32,
+};
+constexpr std::array PlainContainers = {SF_FORMAT_WAV, SF_FORMAT_WAVEX, SF_FORMAT_RF64, SF_FORMAT_W64, SF_FORMAT_AIFF,
+                                        SF_FORMAT_AU,  SF_FORMAT_CAF,   SF_FORMAT_FLAC, SF_FORMAT_OGG, SF_FORMAT_MPEG};
 
 ChannelOrder channelOrderFor(const std::string& name, const SF_INFO& format, const AudioReader& source) {
     std::optional<ChannelOrder> order = orderFor(format, source.info(), source.speakers());
     if (order) return *std::move(order);
     throw FileError(name + ": " + formatName(format.format) + " has no place for the speakers of the input's " +
                     std::to_string(format.channels) + " channels; .wav, .caf and .aiff have one");
+}
+
+/// Whether a file has the exact number of frames and the exact rate. Other formats fill up a block of frames, or round
+/// the rate.
+bool isExact(int format) {
+    const auto isIn = [](const auto& list, int value) {
+        return std::find(list.begin(), list.end(), value) != list.end();
+    };
+    return isIn(PlainContainers, format & SF_FORMAT_TYPEMASK) &&
+           (isLossy(format) || isIn(PlainSampleFormats, format & SF_FORMAT_SUBMASK));
 }
 
 } // namespace
@@ -67,8 +75,9 @@ SF_VIRTUAL_IO AudioWriter::sinkFunctions() {
 }
 
 AudioWriter::AudioWriter(const std::filesystem::path& place, const SF_INFO& format, const AudioReader& source,
-                         std::optional<sf_count_t> frames)
-    : m_output(place),
+                         std::optional<sf_count_t> frames, double quality)
+    : m_metadata(source, format.format),
+      m_output(place),
       m_name(place.string()),
       m_info(format),
       m_order(channelOrderFor(m_name, format, source)),
@@ -83,13 +92,19 @@ AudioWriter::AudioWriter(const std::filesystem::path& place, const SF_INFO& form
         if (m_sink.error != 0) fail();
         throw FileError(m_name + ": cannot be written as " + formatName(format.format) + ": " + sf_strerror(nullptr));
     }
-    copyStrings(source.handle(), m_file.get());
-    copyRecord<SF_BROADCAST_INFO>(source.handle(), m_file.get(), SFC_GET_BROADCAST_INFO, SFC_SET_BROADCAST_INFO);
-    copyRecord<SF_INSTRUMENT>(source.handle(), m_file.get(), SFC_GET_INSTRUMENT, SFC_SET_INSTRUMENT);
-    copyRecord<SF_CUES>(source.handle(), m_file.get(), SFC_GET_CUE, SFC_SET_CUE);
+    m_metadata.addToHeader(m_file.get());
     if (!m_order.speakers.empty())
         sf_command(m_file.get(), SFC_SET_CHANNEL_MAP_INFO, m_order.speakers.data(),
                    static_cast<int>(m_order.speakers.size() * sizeof(int)));
+    if (isLossy(format.format)) setQuality(quality);
+}
+
+void AudioWriter::setQuality(double quality) {
+    // LAME's highest constant rate is above its best variable one.
+    int mode = quality < BestQuality ? SF_BITRATE_MODE_VARIABLE : SF_BITRATE_MODE_CONSTANT;
+    sf_command(m_file.get(), SFC_SET_BITRATE_MODE, &mode, sizeof mode);
+    double share = quality / BestQuality;
+    sf_command(m_file.get(), SFC_SET_VBR_ENCODING_QUALITY, &share, sizeof share);
 }
 
 void AudioWriter::fail() const {
@@ -143,12 +158,16 @@ void AudioWriter::writeIntegers(const float* interleaved, sf_count_t samples) {
 void AudioWriter::finish() {
     m_file.reset();
     if (m_sink.error != 0) throw systemError(m_name, m_sink.error);
-    requireAllFrames();
+    // Some formats cannot be read back without sound, nor take tags.
+    if (m_framesWritten == 0) verify();
+    m_metadata.addAfterSound(FileBytes(m_sink.descriptor, m_name));
+    verify();
     m_output.commit();
 }
 
-/// libsndfile writes some files that nobody can read, for example a FLAC file without sound, and reports no error.
-void AudioWriter::requireAllFrames() {
+/// Reads the file once more before it replaces another. libsndfile writes some files that cannot be read, for example a
+/// FLAC file without sound, and reports no error.
+void AudioWriter::verify() {
     SF_VIRTUAL_IO functions = sinkFunctions();
     for (const std::string& fault :
          {faultOfLength(m_info, m_framesWritten), faultOfSize(m_info, functions.get_filelen(&m_sink))})
@@ -157,10 +176,18 @@ void AudioWriter::requireAllFrames() {
     SF_INFO found = {};
     if ((m_info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_RAW) found = m_info;
     const SoundFile file(sf_open_virtual(&functions, SFM_READ, &found, &m_sink));
-    if (!file || found.frames < m_framesWritten)
-        throw FileError(
-            m_name + ": " + formatName(m_info.format) + " cannot hold " + std::to_string(m_framesWritten) +
-            " frames: " + (file ? std::to_string(found.frames) + " would be there" : "the file would not be readable"));
+    if (!file)
+        throw FileError(m_name + ": " + formatName(m_info.format) + " cannot hold " + std::to_string(m_framesWritten) +
+                        " frames: the written file cannot be read back: " + sf_strerror(nullptr));
+    const bool hasFrames = isExact(m_info.format) ? found.frames == m_framesWritten : found.frames >= m_framesWritten;
+    const bool hasRate = !isExact(m_info.format) || found.samplerate == m_info.samplerate;
+    if (hasFrames && hasRate && found.channels == m_info.channels) return;
+    const auto describe = [](sf_count_t frames, const SF_INFO& info) {
+        return std::to_string(frames) + " frames, channels: " + std::to_string(info.channels) + ", " +
+               std::to_string(info.samplerate) + " Hz";
+    };
+    throw FileError(m_name + ": the written file is not what was written: " + describe(found.frames, found) +
+                    " instead of " + describe(m_framesWritten, m_info));
 }
 
 } // namespace eq

@@ -2,6 +2,7 @@
 
 #include "tools/common/OutputFile.h"
 #include "tools/equalize/AudioReader.h"
+#include "tools/equalize/MetadataCopy.h"
 
 #include <filesystem>
 #include <optional>
@@ -19,10 +20,13 @@ namespace eq {
 /// step less than full scale, or cut the fraction off. What goes into floats keeps values beyond full scale.
 class AudioWriter {
 public:
-    /// Copies titles and the like from `source`. `frames` is the number of frames to come, if known. Throws FileError,
-    /// also if the format cannot hold the frames or the speakers.
+    static constexpr double BestQuality = 10.0;
+
+    /// Copies tags, pictures and chunks from `source`. `frames` is the number of frames to come, if known. A lossy
+    /// format has a quality from 0 to `BestQuality`. Throws FileError, also if the format cannot hold the frames or the
+    /// speakers.
     AudioWriter(const std::filesystem::path& place, const SF_INFO& format, const AudioReader& source,
-                std::optional<sf_count_t> frames);
+                std::optional<sf_count_t> frames, double quality = BestQuality);
 
     [[nodiscard]] const SF_INFO& info() const { return m_info; }
 
@@ -35,6 +39,8 @@ public:
     [[nodiscard]] sf_count_t samplesBeyondFullScale() const { return m_samplesBeyondFullScale; }
     /// Returns the largest of these samples.
     [[nodiscard]] float peak() const { return m_peak; }
+    /// What the output cannot hold of the source, one sentence each.
+    [[nodiscard]] const std::vector<std::string>& notes() const { return m_metadata.notes(); }
 
 private:
     /// What libsndfile writes into. It keeps the first error of the system, since libsndfile drops those that come
@@ -47,10 +53,12 @@ private:
 
     [[nodiscard]] const float* inOrder(const float* interleaved, sf_count_t frames);
     void measure(const float* interleaved, sf_count_t samples);
+    void setQuality(double quality);
+    void verify();
     void writeIntegers(const float* interleaved, sf_count_t samples);
-    void requireAllFrames();
     [[noreturn]] void fail() const;
 
+    MetadataCopy m_metadata;
     OutputFile m_output;
     std::string m_name;
     SF_INFO m_info;

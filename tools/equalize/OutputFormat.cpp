@@ -82,9 +82,12 @@ bool canWrite(const SF_INFO& output) {
     return !isMpegElsewhere && sf_format_check(&output) != 0;
 }
 
-} // namespace
+int sampleFormatFrom(SampleBits bits) {
+    constexpr std::array Formats = {SF_FORMAT_PCM_16, SF_FORMAT_PCM_24, SF_FORMAT_PCM_32, SF_FORMAT_FLOAT};
+    return Formats.at(static_cast<std::size_t>(bits));
+}
 
-SF_INFO outputFormatFor(const std::filesystem::path& place, const SF_INFO& input) {
+SF_INFO usualFormatFor(const std::filesystem::path& place, const SF_INFO& input) {
     SF_INFO output = {};
     output.samplerate = input.samplerate;
     output.channels = input.channels;
@@ -108,20 +111,38 @@ SF_INFO outputFormatFor(const std::filesystem::path& place, const SF_INFO& input
                     std::to_string(input.samplerate) + " Hz");
 }
 
+} // namespace
+
+SF_INFO outputFormatFor(const std::filesystem::path& place, const SF_INFO& input, std::optional<SampleBits> bits) {
+    SF_INFO output = usualFormatFor(place, input);
+    if (!bits || isLossy(output.format)) return output;
+    output.format = (output.format & ~SF_FORMAT_SUBMASK) | sampleFormatFrom(*bits);
+    if (canWrite(output)) return output;
+    throw UsageError(place.string() + ": " + containerName(output.format) + " files cannot hold samples of " +
+                     nameFrom(SFC_GET_FORMAT_INFO, sampleFormatOf(output.format)) + "; see --bits");
+}
+
+bool isLossy(int format) {
+    constexpr std::array Lossy = {SF_FORMAT_VORBIS, SF_FORMAT_OPUS, SF_FORMAT_MPEG_LAYER_I, SF_FORMAT_MPEG_LAYER_II,
+                                  SF_FORMAT_MPEG_LAYER_III};
+    return std::find(Lossy.begin(), Lossy.end(), sampleFormatOf(format)) != Lossy.end();
+}
+
+std::string containerName(int format) {
+    const std::string name = nameFrom(SFC_GET_FORMAT_INFO, containerOf(format));
+    return name.substr(0, name.find(" ("));
+}
+
 std::string formatName(int format) {
     return nameFrom(SFC_GET_FORMAT_INFO, containerOf(format)) + ", " +
            nameFrom(SFC_GET_FORMAT_INFO, sampleFormatOf(format));
 }
 
 int integerBits(int format) {
+    if (isLossy(format)) return 0;
     switch (sampleFormatOf(format)) {
     case SF_FORMAT_FLOAT:
     case SF_FORMAT_DOUBLE:
-    case SF_FORMAT_VORBIS:
-    case SF_FORMAT_OPUS:
-    case SF_FORMAT_MPEG_LAYER_I:
-    case SF_FORMAT_MPEG_LAYER_II:
-    case SF_FORMAT_MPEG_LAYER_III:
         return 0;
     case SF_FORMAT_PCM_S8:
     case SF_FORMAT_PCM_U8:
@@ -163,11 +184,6 @@ int bytesPerSample(int format) {
     default:
         return 0;
     }
-}
-
-bool isLossy(int format) {
-    const int sampleFormat = sampleFormatOf(format);
-    return integerBits(format) == 0 && sampleFormat != SF_FORMAT_FLOAT && sampleFormat != SF_FORMAT_DOUBLE;
 }
 
 } // namespace eq

@@ -1,16 +1,30 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include <sndfile.h>
 
 namespace eq {
 
+/// The sample format that a user can ask for.
+enum class SampleBits { Bits16, Bits24, Bits32, Float };
+
 /// Rate, channels, container and sample format of an output at `place` for sound that comes in as `input`: the
 /// container is that of the extension, and the input's if the extension is none that libsndfile knows; the sample
 /// format is the input's, or else the best that the container takes. Throws FileError if it takes none.
-[[nodiscard]] SF_INFO outputFormatFor(const std::filesystem::path& place, const SF_INFO& input);
+///
+/// `bits` replaces the sample format, except in a lossy output, which has none. Throws UsageError if the container
+/// does not take it.
+[[nodiscard]] SF_INFO outputFormatFor(const std::filesystem::path& place, const SF_INFO& input,
+                                      std::optional<SampleBits> bits = std::nullopt);
+
+/// Whether the samples are compressed with loss by Ogg Vorbis, Opus or MPEG.
+[[nodiscard]] bool isLossy(int format);
+
+/// "WAV"
+[[nodiscard]] std::string containerName(int format);
 
 /// "WAV (Microsoft), 32 bit float"
 [[nodiscard]] std::string formatName(int format);
@@ -21,8 +35,5 @@ namespace eq {
 
 /// Returns 0 for formats in which a sample has no fixed size.
 [[nodiscard]] int bytesPerSample(int format);
-
-/// Whether a decoder gets an approximation of the samples that were written.
-[[nodiscard]] bool isLossy(int format);
 
 } // namespace eq

@@ -17,6 +17,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstdio>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -39,6 +40,8 @@ struct Options {
     std::string savePreset;
     std::string plot;
     std::string plugin;
+    std::optional<double> quality;
+    std::string bits;
     int blockFrames = 8192;
     bool keepLatency = false;
     bool noRateCorrection = false;
@@ -55,7 +58,8 @@ shows all names. --volume and --band override the preset, and --set overrides
 both.
 
 OUTPUT takes the format that its extension names, and the sample format of
-INPUT where that exists. It appears when it is complete, and may be INPUT.
+INPUT where that exists. Tags, pictures and chunks are copied.
+It appears when it is complete, and may be INPUT.
 
 Exit codes: 0 done; 1 bad input, or output that cannot be written; 2 bad usage.
 
@@ -91,6 +95,13 @@ void declare(CLI::App& app, Options& options) {
     app.add_option("--block", options.blockFrames, "frames to process at a time, 8192 if not given")
         ->type_name("FRAMES")
         ->check(CLI::Range(1, 1000000));
+    app.add_option("--bits", options.bits, "sample format of OUTPUT: 16, 24, 32 or float")
+        ->type_name("BITS")
+        ->check(CLI::IsMember({"16", "24", "32", "float"}));
+    app.add_option("--quality", options.quality,
+                   "quality of Ogg Vorbis, Opus and MP3, 0 to 10: 10 is the best, and is used if not given")
+        ->type_name("Q")
+        ->check(CLI::Range(0.0, AudioWriter::BestQuality));
     app.add_flag("--keep-latency", options.keepLatency, "leave the effect's delay in front of the sound");
     app.add_flag("--no-rate-correction", options.noRateCorrection,
                  "ask the effect for the frequencies as given, whatever the file's sampling rate");
@@ -144,6 +155,24 @@ void noteSamples(const Options& options, const AudioReader& reader, const AudioW
                                                       : "beyond full scale, which the format keeps";
     note(options, samplesWere(writer.samplesBeyondFullScale()) + " " + what + "; the highest is " + fixed(excess, 2) +
                       " dB above it");
+}
+
+std::optional<SampleBits> bitsFrom(const Options& options) {
+    static const std::map<std::string, SampleBits> Names = {{"16", SampleBits::Bits16},
+                                                            {"24", SampleBits::Bits24},
+                                                            {"32", SampleBits::Bits32},
+                                                            {"float", SampleBits::Float}};
+    if (options.bits.empty()) return std::nullopt;
+    return Names.at(options.bits);
+}
+
+void noteFormat(const Options& options, int input, int output) {
+    if (isLossy(output) && !options.bits.empty())
+        note(options, "note: --bits has no meaning for " + formatName(output));
+    if (!isLossy(output) && options.quality) note(options, "note: --quality has no meaning for " + formatName(output));
+    if (isLossy(input) && isLossy(output))
+        note(options, "note: the input is already compressed with loss (" + formatName(input) +
+                          "), and the output loses more; a FLAC or WAV file loses nothing more");
 }
 
 void noteSummary(const Options& options, const AudioWriter& writer, double seconds) {
@@ -200,13 +229,17 @@ void runOnFiles(const Options& options, const Settings& settings) {
 
     const EffectLibrary library = libraryFrom(options);
     MultichannelEffect effects(library, values, reader.info().channels, reader.info().samplerate, options.blockFrames);
+    const SF_INFO format = outputFormatFor(options.output, reader.info(), bitsFrom(options));
+    noteFormat(options, reader.info().format, format.format);
     const sf_count_t extra = options.keepLatency ? effects.delay() : 0;
-    AudioWriter writer(options.output, outputFormatFor(options.output, reader.info()), reader,
-                       reader.isLengthKnown() ? std::optional(reader.info().frames + extra) : std::nullopt);
+    AudioWriter writer(options.output, format, reader,
+                       reader.isLengthKnown() ? std::optional(reader.info().frames + extra) : std::nullopt,
+                       options.quality.value_or(AudioWriter::BestQuality));
     {
         Progress progress(reader.info().frames + effects.delay(), !options.quiet);
         equalize(reader, effects, writer, options.keepLatency ? Latency::Kept : Latency::Removed, progress);
     }
+    for (const std::string& loss : writer.notes()) note(options, "note: " + loss);
     noteSamples(options, reader, writer);
     const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - start;
     noteSummary(options, writer, duration.count());

@@ -1,0 +1,303 @@
+// Foreign programs make the files and look at them: ffmpeg, ffprobe, flac and metaflac.
+
+#include "support/BinaryReader.h"
+#include "support/BinaryWriter.h"
+#include "tests/support/CommandTest.h"
+
+#include <bit>
+#include <chrono>
+#include <thread>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+namespace eq {
+
+namespace {
+
+using Chunks = std::vector<std::pair<std::string, std::string>>;
+using enum std::endian;
+
+std::string number(std::uint32_t value, std::endian order = little) {
+    BinaryWriter writer(order);
+    writer.write(value);
+    return std::string(writer.written());
+}
+
+std::string oddBytes(std::size_t size) {
+    std::string bytes;
+    for (std::size_t i = 0; i < size; ++i) bytes += static_cast<char>(i * i + i / 256);
+    return bytes;
+}
+
+std::string container(const std::string& outer, const std::string& inner, const Chunks& chunks, std::endian order) {
+    std::string body = inner;
+    for (const auto& [id, contents] : chunks)
+        body += id + number(static_cast<std::uint32_t>(contents.size()), order) + contents +
+                std::string(contents.size() % 2, '\0');
+    return outer + number(static_cast<std::uint32_t>(body.size()), order) + body;
+}
+
+/// The chunks that describe the sound, from a file whose sizes agree with each other.
+Chunks descriptionsIn(const std::string& file, std::endian order = little) {
+    Chunks found;
+    BinaryReader reader(file.data(), file.size(), order);
+    reader.skip(4);
+    std::uint64_t fileSize = reader.read<std::uint32_t>();
+    std::uint64_t soundSize = 0;
+    reader.skip(4);
+    while (reader.remaining() > 0) {
+        const std::string id(reader.readBytes(4));
+        const std::uint32_t size = reader.read<std::uint32_t>();
+        if (id == "ds64") {
+            BinaryReader sizes(reader);
+            fileSize = sizes.read<std::uint64_t>();
+            soundSize = sizes.read<std::uint64_t>();
+        }
+        const std::string contents(reader.readBytes(size == 0xFFFFFFFF ? soundSize : size));
+        reader.align(2);
+        if (std::string("fmt data ds64 fact JUNK COMM SSND ").find(id) == std::string::npos)
+            found.emplace_back(id, contents);
+    }
+    EXPECT_EQ(fileSize, file.size() - 8);
+    return found;
+}
+
+class EqualizeMetadata : public CommandTest {
+protected:
+    EqualizeMetadata() : CommandTest(EQ_EQUALIZE_PATH) {}
+
+    std::string equalize(const std::string& arguments) const {
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.exitCode, 0) << arguments << "\n" << outcome.said;
+        return outcome.said;
+    }
+    /// Runs a foreign program, which succeeds.
+    std::string shell(const std::string& command) const {
+        const Outcome outcome = run("", "{ " + command + "; } < /dev/null; exit;");
+        EXPECT_EQ(outcome.exitCode, 0) << command << "\n" << outcome.said;
+        return outcome.said;
+    }
+    [[nodiscard]] std::string probe(const std::string& entries, const std::string& file) const {
+        return shell("ffprobe -v error -of default=noprint_wrappers=1 -show_entries " + entries + " " + file);
+    }
+    void makeSound(const std::string& name, const std::string& options = "") const {
+        shell("ffmpeg -v error -f lavfi -i anoisesrc=duration=0.5:amplitude=0.5:seed=1 " + options + " " + name);
+    }
+
+    const Chunks wavChunks = {
+        {"JUNK", oddBytes(28)},
+        {"fmt ", std::string("\1\0\1\0\x44\xAC\0\0\x88\x58\1\0\2\0\x10\0", 16)},
+        {"LIST", "INFOINAM" + number(3) + std::string("T\xE9t\0", 4) + "IENG" + number(2) + "En"},
+        {"bext", oddBytes(602 + 60001)},
+        {"inst", oddBytes(7)},
+        {"data", oddBytes(2000)},
+        {"cue ", manyCues()},
+        {"LIST", "adtllabl" + number(7) + number(3) + std::string("hey\0", 4)},
+        {"smpl", number(0) + number(0) + number(22675) + number(60) + std::string(20, '\0')},
+        {"id3 ", std::string("ID3\3\0\0\0\0\0\x0CTIT3\0\0\0\2\0\0\0b", 22)},
+        {"zzzz", oddBytes(70001)},
+        {"zzzz", ""},
+    };
+    static std::string manyCues() {
+        std::string cues = number(150);
+        for (std::uint32_t i = 0; i < 150; ++i)
+            cues += number(i + 1) + number(i) + "data" + number(0) + number(0) + number(i);
+        return cues;
+    }
+};
+
+TEST_F(EqualizeMetadata, CopiesChunksByteForByteBetweenWavAndRf64AndWithinAiff) {
+    folder.write("in.wav", container("RIFF", "WAVE", wavChunks, little));
+    const Chunks expected = descriptionsIn(contents("in.wav"));
+    ASSERT_EQ(expected.size(), 9U);
+    for (const auto& [from, to] :
+         {std::pair("in.wav", "a.wav"), {"a.wav", "b.rf64"}, {"b.rf64", "c.rf64"}, {"c.rf64", "d.wav"}}) {
+        SCOPED_TRACE(to);
+        EXPECT_EQ(equalize(std::string(from) + " --bits 24 " + to).find("note:"), std::string::npos);
+        EXPECT_TRUE(descriptionsIn(contents(to)) == expected);
+        EXPECT_EQ(probe("stream=duration_ts", to), "duration_ts=1000\n");
+    }
+    EXPECT_EQ(shell("ffprobe -v error -show_chapters d.wav | grep -c '^id='"), "150\n");
+
+    const Chunks aiff = {{"COMM", std::string("\0\1\0\0\0\3\0\x10\x40\x0E\xAC\x44\0\0\0\0\0\0", 18)},
+                         {"MARK", std::string("\0\1\0\1\0\0\0\1\3abc", 12)},
+                         {"SSND", std::string(8, '\0') + oddBytes(6)},
+                         {"ANNO", "one"},
+                         {"ANNO", "two and more"},
+                         {"APPL", oddBytes(60001)}};
+    folder.write("in.aiff", container("FORM", "AIFF", aiff, big));
+    EXPECT_EQ(equalize("in.aiff out.aiff").find("note:"), std::string::npos);
+    EXPECT_TRUE(descriptionsIn(contents("out.aiff"), big) == descriptionsIn(contents("in.aiff"), big));
+}
+
+TEST_F(EqualizeMetadata, ReadsOtherProgramsChunksAndNamesThoseThatAreLost) {
+    const std::string whole = container("RIFF", "WAVE", wavChunks, little);
+    folder.write("in.wav", whole);
+    const std::pair<const char*, const char*> rows[] = {
+        {"out.flac", "note: the chunks bext, inst, cue, LIST, smpl, zzzz have no place in FLAC\n"},
+        {"out.caf", "note: the chunks bext, inst, cue, LIST, smpl, zzzz have no place in CAF\n"},
+        {"out.au", "note: titles and the like have no place in AU\n"},
+    };
+    for (const auto& [place, note] : rows) {
+        const std::string said = equalize(std::string("in.wav ") + place);
+        EXPECT_NE(said.find(note), std::string::npos) << said;
+    }
+    EXPECT_EQ(shell("metaflac --no-utf8-convert --export-tags-to=- out.flac | sort"),
+              "IENG=En\nSUBTITLE=b\nTITLE=Tét\n");
+
+    // A size that is odd and not padded, and a chunk that the end of the file cuts off.
+    folder.write("cut.wav", whole + "oddd" + number(1) + "x" + "good" + number(2) + "ab" + "bad " + number(9) + "abc");
+    const std::string said = equalize("cut.wav out.wav");
+    EXPECT_NE(said.find("note: cut.wav: the chunk bad ends after the end of the file"), std::string::npos) << said;
+    const Chunks found = descriptionsIn(contents("out.wav"));
+    ASSERT_EQ(found.size(), 11U);
+    EXPECT_EQ(found[9], std::pair(std::string("oddd"), std::string("x")));
+    EXPECT_EQ(found[10], std::pair(std::string("good"), std::string("ab")));
+}
+
+TEST_F(EqualizeMetadata, KeepsTagsAndPicturesFromFormatToFormat) {
+    makeSound("in.wav", "-ar 48000");
+    folder.write("sheet", "FILE x FLAC\n TRACK 01 AUDIO\n  INDEX 01 0\n");
+    shell("ffmpeg -v error -f lavfi -i mandelbrot=s=301x207 -frames:v 1 -q:v 1 front.jpg;"
+          "ffmpeg -v error -f lavfi -i 'nullsrc=s=320x240,geq=random(1)*255' -frames:v 1 back.png; flac -s in.wav;"
+          "metaflac --no-utf8-convert --set-tag='TITLE=Grün 日本' --set-tag=ARTIST=One --set-tag=ARTIST=Two "
+          "--set-tag=OWN=mine --import-picture-from='4|image/png|b||back.png' --import-cuesheet-from=sheet "
+          "--import-picture-from='3|image/jpeg|a ü||front.jpg' in.flac 2> /dev/null");
+    // All tags, the kinds and descriptions of the pictures, and their bytes.
+    folder.write("list", "metaflac --no-utf8-convert --export-tags-to=- $1 | sort\n"
+                         "metaflac --list --block-type=PICTURE $1 | grep -E '^  (type|MIME|descr)'\n"
+                         "for n in $(metaflac --list --block-type=PICTURE $1 | sed -n 's/^.*block #//p'); do\n"
+                         "metaflac --block-number=$n --export-picture-to=- $1 | md5sum; done\n");
+    const std::string expected = shell("sh list in.flac");
+    ASSERT_NE(expected.find("a ü"), std::string::npos) << expected;
+
+    equalize("in.flac direct.flac");
+    EXPECT_EQ(shell("sh list direct.flac"), expected);
+    EXPECT_EQ(shell("metaflac --export-cuesheet-to=- direct.flac | grep -c INDEX"), "1\n");
+    std::string before = "in.flac";
+    for (const char* const place :
+         {"a.mp3", "b.ogg", "c.opus", "d.wav", "e.mp3", "f.rf64", "g.aiff", "h.opus", "end.flac"}) {
+        SCOPED_TRACE(place);
+        const std::string said = equalize(before + " " + place);
+        EXPECT_EQ(said.find("no place"), std::string::npos) << said;
+        const std::string found = probe("format_tags:stream_tags=title:stream=width", place);
+        for (const char* const part : {"Grün 日本", "width=301\n", "width=320\n"})
+            EXPECT_NE(found.find(part), std::string::npos) << part << "\n" << found;
+        before = place;
+    }
+    EXPECT_EQ(shell("sh list end.flac"), expected);
+    const std::string said = equalize("in.flac out.caf");
+    EXPECT_NE(said.find("note: the tag OWN has no place in CAF"), std::string::npos) << said;
+    EXPECT_NE(said.find("note: pictures have no place in CAF"), std::string::npos) << said;
+
+    // The picture does not fit on the disk, but the sound does.
+    folder.write("out.flac", "old");
+    EXPECT_EQ(run("in.flac out.flac", "ulimit -f 300;").exitCode, 1);
+    EXPECT_EQ(contents("out.flac"), "old");
+}
+
+TEST_F(EqualizeMetadata, CopiesMp3TagsByteForByteAndPrefersTheRichestOne) {
+    makeSound("plain.mp3", "-write_xing 1 -id3v2_version 0");
+    const auto frame = [](const std::string& id, const std::string& text) {
+        return id + number(static_cast<std::uint32_t>(text.size()), big) + std::string(2, '\0') + text;
+    };
+    const std::string frames =
+        frame("TIT2", std::string("\0Rich title", 11)) + frame("PRIV", std::string("me\0\1\2", 5));
+    const std::string id3 =
+        std::string("ID3\3\0\0\0\0\0", 9) + static_cast<char>(frames.size() + 9) + frames + std::string(9, '\0');
+    const std::string items = number(9) + number(0) + std::string("Album\0", 6) + "Ape album" + number(15) + number(2) +
+                              std::string("Cover Art (Front)\0x.png\0\x89PNG12345", 33);
+    const auto ape = [&](std::uint32_t flags) {
+        return "APETAGEX" + number(2000) + number(static_cast<std::uint32_t>(items.size()) + 32) + number(2) +
+               number(flags) + std::string(8, '\0');
+    };
+    std::string id3v1 = "TAGOld title";
+    id3v1.resize(33, ' ');
+    id3v1 += "Old artist";
+    id3v1.resize(127, '\0');
+    id3v1 += '\xFF'; // no genre
+    const std::string tail = ape(0xA0000000) + items + ape(0x80000000) + id3v1;
+    folder.write("in.mp3", id3 + contents("plain.mp3") + tail);
+
+    EXPECT_NE(equalize("in.mp3 out.mp3").find("compressed with loss (MPEG"), std::string::npos);
+    const std::string output = contents("out.mp3");
+    EXPECT_TRUE(output.starts_with(id3 + "\xFF"));
+    EXPECT_TRUE(output.ends_with(tail));
+    // Frames that only ID3v2 knows pass through its other homes.
+    equalize("in.mp3 out.wav");
+    equalize("out.wav out.aiff");
+    equalize("out.aiff back.mp3");
+    EXPECT_NE(contents("back.mp3").find(std::string("PRIV\0\0\0\5\0\0me\0\1\2", 15)), std::string::npos);
+    const std::string said = equalize("in.mp3 out.flac");
+    EXPECT_NE(said.find("note: the tag PRIV has no place in FLAC"), std::string::npos) << said;
+    EXPECT_EQ(shell("metaflac --export-tags-to=- out.flac | sort"),
+              "ALBUM=Ape album\nARTIST=Old artist\nTITLE=Rich title\n");
+    EXPECT_EQ(shell("metaflac --export-picture-to=- out.flac"), "\x89PNG12345");
+}
+
+TEST_F(EqualizeMetadata, HasTheSampleFormatAndTheQualityThatAreAskedFor) {
+    makeSound("in.wav", "-ar 48000 -c:a pcm_f32le");
+    const std::tuple<const char*, const char*, const char*> rows[] = {
+        {"16", "o.wav", "pcm_s16le"},    {"24", "o.aiff", "pcm_s24be"},    {"32", "o.rf64", "pcm_s32le"},
+        {"float", "o.wav", "pcm_f32le"}, {"float", "o.aiff", "pcm_f32be"}, {"16", "o.flac", "flac"},
+    };
+    for (const auto& [bits, place, codec] : rows) {
+        equalize(std::string("in.wav ") + place + " --bits " + bits);
+        EXPECT_EQ(probe("stream=codec_name", place), std::string("codec_name=") + codec + "\n");
+    }
+    EXPECT_EQ(probe("stream=sample_fmt", "o.flac"), "sample_fmt=s16\n");
+    EXPECT_NE(run("in.wav o.flac --bits float").said.find("FLAC files cannot hold samples of 32 bit float"),
+              std::string::npos);
+    EXPECT_EQ(run("in.wav o.flac --bits float").exitCode, 2);
+    EXPECT_NE(equalize("in.wav o.flac --quality 3").find("note: --quality has no meaning"), std::string::npos);
+    EXPECT_NE(equalize("in.wav o.ogg --bits 16").find("note: --bits has no meaning"), std::string::npos);
+
+    for (const char* const place : {"o.mp3", "o.ogg", "o.opus"}) {
+        std::vector<std::size_t> sizes;
+        for (const char* const quality : {"--quality 0", "--quality 5", "", "--quality 10"}) {
+            equalize(std::string("in.wav ") + place + " " + quality);
+            sizes.push_back(contents(place).size());
+        }
+        EXPECT_LT(sizes[0] * 12 / 10, sizes[1]) << place;
+        EXPECT_LT(sizes[1] * 12 / 10, sizes[2]) << place;
+        EXPECT_EQ(sizes[2], sizes[3]) << place;
+    }
+    EXPECT_NEAR(std::stod(probe("stream=bit_rate", "o.mp3").substr(9)), 320000.0, 1.0);
+}
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+TEST_F(EqualizeMetadata, ReplacesNothingWithAFileThatLacksFrames) {
+    makeSound("in.wav");
+    folder.write("out.wav", "old");
+    for (const char* const place : {"out.wav", "new.flac", "new.aiff"}) {
+        const Outcome outcome = run(std::string("in.wav ") + place, "export LD_PRELOAD='" EQ_LOSING_SNDFILE "';");
+        EXPECT_EQ(outcome.exitCode, 1);
+        EXPECT_NE(outcome.said.find("12000 frames, channels: 1, 48000 Hz instead of 24000"), std::string::npos)
+            << outcome.said;
+    }
+    EXPECT_EQ(contents("out.wav"), "old");
+    EXPECT_EQ(files().size(), 2U);
+}
+#endif
+
+TEST_F(EqualizeMetadata, WritesEqualFilesForEqualSounds) {
+    makeSound("in.wav", "-c:a pcm_f32le");
+    std::vector<std::string> first;
+    for (const bool isFirst : {true, false}) {
+        for (const char* const place : {"o.wav", "o.rf64", "o.aiff", "o.caf"}) {
+            equalize(std::string("in.wav ") + place);
+            if (isFirst)
+                first.push_back(contents(place));
+            else
+                EXPECT_TRUE(contents(place) == first[0]) << place;
+            if (!isFirst) first.erase(first.begin());
+        }
+        // Time stamps have whole seconds.
+        if (isFirst) std::this_thread::sleep_for(std::chrono::milliseconds(1001));
+    }
+}
+
+} // namespace
+
+} // namespace eq

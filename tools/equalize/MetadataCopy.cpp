@@ -1,0 +1,184 @@
+#include "tools/equalize/MetadataCopy.h"
+
+#include "tools/common/Errors.h"
+#include "tools/equalize/ChunkAppender.h"
+#include "tools/equalize/NativeTags.h"
+#include "tools/equalize/OutputFormat.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <limits>
+#include <set>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace eq {
+namespace {
+
+int containerOf(int format) {
+    return format & SF_FORMAT_TYPEMASK;
+}
+
+/// Nothing for formats without chunks that can be copied.
+std::optional<ChunkFamily> chunkFamilyOf(int format) {
+    switch (containerOf(format)) {
+    case SF_FORMAT_WAV:
+    case SF_FORMAT_WAVEX:
+        return (format & SF_FORMAT_ENDMASK) == SF_ENDIAN_BIG ? ChunkFamily::Rifx : ChunkFamily::Riff;
+    case SF_FORMAT_RF64:
+        return ChunkFamily::Riff;
+    case SF_FORMAT_AIFF:
+        return ChunkFamily::Aiff;
+    default:
+        return std::nullopt;
+    }
+}
+
+FileDescriptor openRegularFile(const std::string& name) {
+    struct stat file = {};
+    if (stat(name.c_str(), &file) != 0 || !S_ISREG(file.st_mode)) return {};
+    FileDescriptor descriptor(open(name.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!descriptor) throw systemError(name, errno);
+    return descriptor;
+}
+
+template <typename Record>
+void copyRecord(SNDFILE* from, SNDFILE* to, int get, int set) {
+    Record record = {};
+    if (sf_command(from, get, &record, sizeof record) == SF_TRUE) sf_command(to, set, &record, sizeof record);
+}
+
+void copySpeakers(SNDFILE* from, SNDFILE* to, int channels) {
+    std::vector<int> speakers(static_cast<std::size_t>(channels));
+    const int size = static_cast<int>(speakers.size() * sizeof(int));
+    if (sf_command(from, SFC_GET_CHANNEL_MAP_INFO, speakers.data(), size) == SF_TRUE)
+        sf_command(to, SFC_SET_CHANNEL_MAP_INFO, speakers.data(), size);
+}
+
+/// SF_CUES holds the first 100 points only.
+void copyCues(SNDFILE* from, SNDFILE* to) {
+    constexpr std::size_t SizeOfCount = offsetof(SF_CUES, cue_points);
+    std::uint32_t count = 0;
+    if (sf_command(from, SFC_GET_CUE_COUNT, &count, sizeof count) != SF_TRUE) return;
+    std::vector<char> cues(SizeOfCount + std::size_t{count} * sizeof(SF_CUE_POINT));
+    const int size = static_cast<int>(cues.size());
+    if (sf_command(from, SFC_GET_CUE, cues.data(), size) == SF_TRUE) sf_command(to, SFC_SET_CUE, cues.data(), size);
+}
+
+/// A chunk LIST holds texts, or the labels of marks, or others.
+bool holdsTexts(const FileBytes& file, const Chunk& chunk) {
+    constexpr std::uint64_t Longest = 1U << 24U;
+    return chunk.id == "LIST" && chunk.size <= Longest && file.read(chunk.position, 4) == "INFO";
+}
+
+std::string withoutBlanks(std::string text) {
+    while (!text.empty() && text.back() == ' ') text.pop_back();
+    return text;
+}
+
+} // namespace
+
+MetadataCopy::MetadataCopy(const AudioReader& source, int outputFormat)
+    : m_name(source.name()),
+      m_source(source.handle()),
+      m_inputFormat(source.info().format),
+      m_outputFormat(outputFormat),
+      m_channels(source.info().channels),
+      m_descriptor(openRegularFile(m_name)),
+      m_bytes(m_descriptor.get(), m_name) {
+    if (m_descriptor) readSource(m_inputFormat);
+    // libsndfile's texts repeat tags that are already there.
+    if (m_chunks || !m_descriptor || !SoundTags::knows(m_inputFormat)) m_tags.addTexts(m_source);
+    noteLostChunks();
+    if (!m_copiesChunks) noteLostTags();
+}
+
+void MetadataCopy::readSource(int inputFormat) {
+    m_chunks = ContainerChunks::read(m_bytes);
+    m_copiesChunks = m_chunks && m_chunks->family() == chunkFamilyOf(m_outputFormat);
+    if (m_copiesChunks) return;
+    constexpr std::uint64_t LongestTag = 1U << 28U; // an ID3v2 tag has sizes of 28 bits
+    const Chunk* const tag = m_chunks ? m_chunks->tag() : nullptr;
+    if (tag != nullptr && tag->size <= LongestTag) m_tags.readId3(m_bytes.read(tag->position, tag->size));
+    if (m_chunks)
+        for (const Chunk& chunk : m_chunks->all())
+            if (holdsTexts(m_bytes, chunk)) m_tags.readInfo(m_bytes.read(chunk.position, chunk.size));
+    if (!m_chunks) m_tags.read(m_bytes, inputFormat);
+}
+
+void MetadataCopy::addToHeader(SNDFILE* output) {
+    copySpeakers(m_source, output, m_channels);
+    if (m_copiesChunks || SoundTags::knows(m_outputFormat)) return;
+    copyTexts(output);
+    copyRecord<SF_BROADCAST_INFO>(m_source, output, SFC_GET_BROADCAST_INFO, SFC_SET_BROADCAST_INFO);
+    copyRecord<SF_INSTRUMENT>(m_source, output, SFC_GET_INSTRUMENT, SFC_SET_INSTRUMENT);
+    copyCues(m_source, output);
+}
+
+void MetadataCopy::copyTexts(SNDFILE* output) {
+    bool isHeld = true;
+    for (int kind = SF_STR_FIRST; kind <= SF_STR_LAST; ++kind)
+        if (const char* const text = sf_get_string(m_source, kind))
+            isHeld = sf_set_string(output, kind, text) == 0 && isHeld;
+    if (!isHeld) m_notes.push_back("titles and the like have no place in " + containerName(m_outputFormat));
+}
+
+void MetadataCopy::addAfterSound(const FileBytes& output) {
+    if (chunkFamilyOf(m_outputFormat)) {
+        ChunkAppender chunks(output);
+        if (m_copiesChunks)
+            for (const Chunk& chunk : m_chunks->descriptions()) chunks.append(m_bytes, chunk);
+        else if (m_tags.pictures() > 0 || !m_tags.namesBeyondTexts().empty() || !m_tags.framesOfId3Only().empty())
+            chunks.append(containerOf(m_outputFormat) == SF_FORMAT_AIFF ? "ID3 " : "id3 ", m_tags.id3());
+        chunks.finish();
+        return;
+    }
+    if (!SoundTags::knows(m_outputFormat)) return;
+    if (staysMpeg() && m_descriptor && copyMpegTags(m_bytes, output)) return;
+    if (!m_tags.empty()) m_tags.write(output, m_outputFormat);
+    if (m_descriptor) copyFlacBlocks(m_bytes, output);
+}
+
+void MetadataCopy::noteLostChunks() {
+    if (!m_chunks) return;
+    if (m_chunks->cutOff())
+        m_notes.push_back(m_name + ": the chunk " + withoutBlanks(*m_chunks->cutOff()) +
+                          " ends after the end of the file, and is not copied");
+    if (m_copiesChunks) return;
+    // Tags and libsndfile's texts hold these. libsndfile writes marks, loops and `bext` into WAV only.
+    std::set<std::string> held = {"id3 ", "ID3 ", "NAME", "AUTH", "ANNO", "(c) "};
+    if (chunkFamilyOf(m_outputFormat) && containerOf(m_outputFormat) != SF_FORMAT_AIFF)
+        held.insert({"LIST", "bext", "cue ", "inst", "smpl", "INST", "MARK"});
+    std::vector<std::string> lost;
+    for (const Chunk& chunk : m_chunks->descriptions()) {
+        const std::string name = withoutBlanks(chunk.id);
+        if (holdsTexts(m_bytes, chunk) || held.contains(chunk.id)) continue;
+        if (std::find(lost.begin(), lost.end(), name) == lost.end()) lost.push_back(name);
+    }
+    noteLost("chunk", "chunks", lost);
+}
+
+bool MetadataCopy::staysMpeg() const {
+    return containerOf(m_inputFormat) == SF_FORMAT_MPEG && containerOf(m_outputFormat) == SF_FORMAT_MPEG;
+}
+
+void MetadataCopy::noteLostTags() {
+    if (staysMpeg()) return;
+    const bool holdsId3 = containerOf(m_outputFormat) == SF_FORMAT_MPEG || chunkFamilyOf(m_outputFormat);
+    if (!holdsId3) noteLost("tag", "tags", m_tags.framesOfId3Only());
+    if (holdsId3 || SoundTags::knows(m_outputFormat)) return;
+    noteLost("tag", "tags", m_tags.namesBeyondTexts());
+    if (m_tags.pictures() > 0) m_notes.push_back("pictures have no place in " + containerName(m_outputFormat));
+}
+
+void MetadataCopy::noteLost(const char* one, const char* several, const std::vector<std::string>& names) {
+    if (names.empty()) return;
+    const bool isOne = names.size() == 1;
+    std::string note = "the " + std::string(isOne ? one : several);
+    for (const std::string& name : names) note += (&name == names.data() ? " " : ", ") + name;
+    m_notes.push_back(note + (isOne ? " has" : " have") + " no place in " + containerName(m_outputFormat));
+}
+
+} // namespace eq

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "platform/FileDescriptor.h"
+#include "tools/equalize/AudioReader.h"
+#include "tools/equalize/ContainerChunks.h"
+#include "tools/equalize/FileBytes.h"
+#include "tools/equalize/SoundTags.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace eq {
+
+/// Copies all that an audio file holds beyond its sound into the output: tags, pictures and chunks.
+///
+///     WAV, RF64 -> WAV, RF64; AIFF -> AIFF    every chunk, byte for byte
+///     MP3 -> MP3                              every tag, byte for byte
+///     any -> MP3, FLAC, Ogg                   tags and pictures
+///     any -> WAV, RF64, AIFF                  libsndfile's texts (and marks and loops in WAV), tags and pictures as
+///     ID3v2 any -> any other                        libsndfile's texts
+class MetadataCopy {
+public:
+    /// Throws FileError if the source cannot be read.
+    MetadataCopy(const AudioReader& source, int outputFormat);
+
+    /// Sets what libsndfile writes into the header. To be called before the first sample is written.
+    void addToHeader(SNDFILE* output);
+    /// Completes a file that libsndfile has closed. Throws FileError.
+    void addAfterSound(const FileBytes& output);
+
+    /// What the output cannot hold, one sentence each.
+    [[nodiscard]] const std::vector<std::string>& notes() const { return m_notes; }
+
+private:
+    void readSource(int inputFormat);
+    [[nodiscard]] bool staysMpeg() const;
+    void copyTexts(SNDFILE* output);
+    void noteLostChunks();
+    void noteLostTags();
+    void noteLost(const char* one, const char* several, const std::vector<std::string>& names);
+
+    std::string m_name;
+    SNDFILE* m_source;
+    int m_inputFormat;
+    int m_outputFormat;
+    int m_channels;
+    FileDescriptor m_descriptor; ///< empty if the source is no regular file
+    FileBytes m_bytes;
+    std::optional<ContainerChunks> m_chunks;
+    bool m_copiesChunks = false;
+    SoundTags m_tags;
+    std::vector<std::string> m_notes;
+};
+
+} // namespace eq
