@@ -12,7 +12,8 @@ namespace eq {
 /// Writes numbers, texts and bytes, one after the other. A text consists of 16-bit units.
 class BinaryWriter {
 public:
-    explicit BinaryWriter(std::endian byteOrder = std::endian::little) noexcept : order(byteOrder) {}
+    BinaryWriter() noexcept = default;
+    explicit BinaryWriter(std::endian byteOrder) noexcept : order(byteOrder) {}
 
     /// The bytes so far. The view is valid until the next call.
     [[nodiscard]] std::string_view written() const noexcept { return bytes; }
@@ -47,7 +48,7 @@ public:
 
 private:
     std::string bytes;
-    std::endian order;
+    std::endian order = std::endian::little;
 };
 
 } // namespace eq
