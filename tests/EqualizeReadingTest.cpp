@@ -77,6 +77,8 @@ TEST_F(EqualizeReading, ReadsAnMp3ToItsEndWithAndWithoutAHeaderFrame) {
     const Outcome outcome = run("cut.mp3 out.wav");
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_NE(outcome.said.find("MPEG frames are there"), std::string::npos) << outcome.said;
+    const Outcome piped = run("pipe.mp3 out.wav", "mkfifo pipe.mp3; cat in.mp3 > pipe.mp3 &");
+    EXPECT_NE(piped.said.find("save it first"), std::string::npos) << piped.said;
 }
 
 TEST_F(EqualizeReading, PutsEachChannelOnItsSpeakerInEveryFormat) {
@@ -132,6 +134,10 @@ TEST_F(EqualizeReading, ReadsToTheEndOfTheFileWhereTheHeaderLeavesTheLengthOpen)
         EXPECT_TRUE(decoded("out.wav") == expected);
         std::filesystem::remove(path("out.wav"));
     }
+    const Outcome piped = run("/dev/stdin out.wav", ffmpeg + "wav - |");
+    EXPECT_EQ(piped.exitCode, 0) << piped.said;
+    EXPECT_TRUE(decoded("out.wav") == expected);
+    std::filesystem::remove(path("out.wav"));
     // A size of 0 is one that was never filled in, unless nothing but chunks follows.
     std::string zero = contents("s.wav");
     zero.replace(zero.find("data") + 4, 4, 4, '\0');

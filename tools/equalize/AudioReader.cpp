@@ -63,6 +63,8 @@ AudioReader::AudioReader(const std::filesystem::path& file, NonFinite nonFinite)
         requireCompleteData(size);
         requireWholeSound(size, m_info);
         if ((m_info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG) {
+            // All frames are counted first, and a pipe can be read once.
+            if (!std::filesystem::is_regular_file(file)) throw FileError("MP3 in a pipe has no length; save it first");
             m_decoder = std::make_unique<Mpg123Source>(m_name, m_info.format);
             m_info = m_decoder->info();
         }
@@ -74,6 +76,10 @@ AudioReader::AudioReader(const std::filesystem::path& file, NonFinite nonFinite)
     m_isLengthKnown = m_info.frames != SoundSource::UnknownLength;
     if (!m_isLengthKnown && (m_info.format & SF_FORMAT_TYPEMASK) != SF_FORMAT_FLAC)
         throw FileError(m_name + ": its length cannot be found: it is cut off, damaged, or no file");
+    const int frameBytes = bytesPerSample(m_info.format) * m_info.channels;
+    if (!std::filesystem::is_regular_file(file) && frameBytes != 0 &&
+        isPlaceholderLength(static_cast<std::uint64_t>(m_info.frames), static_cast<std::uint64_t>(frameBytes)))
+        m_isLengthKnown = false;
     if (!m_isLengthKnown) m_info.frames = 0;
     m_speakers = speakersOf(handle(), m_info);
 }

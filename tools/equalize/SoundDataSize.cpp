@@ -63,8 +63,9 @@ HeaderCorrection field(std::uint64_t position, std::uint64_t value, std::size_t 
 
 /// Programs that write into a pipe cannot know the size. They leave it out, or write a size close to one of these,
 /// which some of them round down to whole frames.
+constexpr std::array<std::uint64_t, 5> Placeholders = {0x7F000000, 0x7FFFF000, 0x7FFFFFFF, 0x80000000, Most32};
+
 bool isPlaceholder(std::uint64_t size, std::uint64_t frameBytes) {
-    constexpr std::array<std::uint64_t, 5> Placeholders = {0x7F000000, 0x7FFFF000, 0x7FFFFFFF, 0x80000000, Most32};
     return std::any_of(Placeholders.begin(), Placeholders.end(), [&](std::uint64_t placeholder) {
         return size == placeholder || (frameBytes != 0 && size == placeholder / frameBytes * frameBytes);
     });
@@ -223,6 +224,11 @@ std::optional<SoundDataSize> promisedBy(HeaderFile& file) {
 }
 
 } // namespace
+
+bool isPlaceholderLength(std::uint64_t frames, std::uint64_t frameBytes) {
+    return std::any_of(Placeholders.begin(), Placeholders.end(),
+                       [&](std::uint64_t placeholder) { return frames == placeholder / frameBytes; });
+}
 
 std::optional<SoundDataSize> soundDataSizeOf(const std::string& file) {
     try {

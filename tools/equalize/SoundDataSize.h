@@ -28,4 +28,8 @@ struct SoundDataSize {
 /// and for what is no regular file. Throws FileError if the size is damaged and the sound has no certain end.
 [[nodiscard]] std::optional<SoundDataSize> soundDataSizeOf(const std::string& file);
 
+/// Whether a header of `frames` frames leaves the length open: the size in bytes is one that programs write into a
+/// pipe.
+[[nodiscard]] bool isPlaceholderLength(std::uint64_t frames, std::uint64_t frameBytes);
+
 } // namespace eq
