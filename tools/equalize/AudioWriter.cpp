@@ -65,8 +65,9 @@ SF_VIRTUAL_IO AudioWriter::sinkFunctions() {
     return functions;
 }
 
-AudioWriter::AudioWriter(const std::filesystem::path& place, const SF_INFO& format, const AudioReader& source)
-    : m_output(place),
+AudioWriter::AudioWriter(const std::filesystem::path& place, const SF_INFO& format, const AudioReader& source,
+                         Replacing replacing)
+    : m_output(place, replacing),
       m_name(place.string()),
       m_info(format),
       m_sink{m_output.descriptor(), 0},

@@ -19,7 +19,8 @@ namespace eq {
 class AudioWriter {
 public:
     /// Takes titles and the like over from `source`. Throws FileError.
-    AudioWriter(const std::filesystem::path& place, const SF_INFO& format, const AudioReader& source);
+    AudioWriter(const std::filesystem::path& place, const SF_INFO& format, const AudioReader& source,
+                Replacing replacing = Replacing::Allowed);
 
     [[nodiscard]] const SF_INFO& info() const { return m_info; }
 

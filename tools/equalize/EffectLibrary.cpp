@@ -46,12 +46,13 @@ std::filesystem::path EffectLibrary::defaultPlace() {
     for (const char* const place : {".", "../lib/vst", "../../.vst/parametric-equalizer"}) {
         std::filesystem::path file = (folder / place / "Parametric Equalizer.so").lexically_normal();
         if (std::filesystem::exists(file)) return file;
-        tried += "\n  " + file.string();
+        tried += (tried.empty() ? " " : ", ") + file.string();
     }
     throw FileError("the plug-in is missing; --plugin names another place than these:" + tried);
 }
 
 AEffect* EffectLibrary::makeInstance() const {
+    const std::lock_guard lock(m_mainInUse);
     AEffect* const effect = m_main(answerEffect);
     if (effect == nullptr) throw FileError(m_file.string() + ": the plug-in gives no instance");
     if (isTheEqualizer(*effect)) return effect;

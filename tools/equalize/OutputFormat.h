@@ -8,9 +8,13 @@
 namespace eq {
 
 /// Rate, channels, container and sample format of an output at `place` for sound that comes in as `input`: the
-/// container is that of the extension, and the input's if the extension is none that libsndfile knows; the sample
-/// format is the input's, or else the best that the container takes. Throws FileError if it takes none.
+/// container is that of the extension, and the input's without an extension; the sample format is the input's, or else
+/// the best that the container takes. Throws UsageError for an unknown extension, and FileError if the container takes
+/// no sample format.
 [[nodiscard]] SF_INFO outputFormatFor(const std::filesystem::path& place, const SF_INFO& input);
+
+/// True for a file whose extension is one of an audio file.
+[[nodiscard]] bool hasAudioExtension(const std::filesystem::path& file);
 
 /// "WAV (Microsoft), 32 bit float"
 [[nodiscard]] std::string formatName(int format);

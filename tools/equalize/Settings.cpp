@@ -4,6 +4,7 @@
 #include "tools/common/Errors.h"
 #include "tools/common/Text.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 
@@ -106,6 +107,10 @@ std::optional<Settings::Wish> Settings::frequencyWish(int band) const {
     const std::optional<Wish>& gain = at(indexOf(ParameterKind::Gain, band));
     if (!gain || gain->normalised || gain->value == 0.0) return std::nullopt;
     return Wish{Parameters[indexOf(ParameterKind::Frequency, band)].defaultValue, false, gain->origin, true};
+}
+
+bool Settings::isEmpty() const {
+    return std::ranges::none_of(m_wishes, [](const std::optional<Wish>& wish) { return wish.has_value(); });
 }
 
 bool Settings::dependsOnRate() const {

@@ -31,6 +31,9 @@ public:
     /// frequency that cannot be reached.
     [[nodiscard]] Resolved resolve(const FrequencyMap& frequencies) const;
 
+    /// True if nothing was asked of any parameter.
+    [[nodiscard]] bool isEmpty() const;
+
     /// True if `resolve` has to take the rate of the sound into account.
     [[nodiscard]] bool dependsOnRate() const;
 

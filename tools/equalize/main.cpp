@@ -1,23 +1,33 @@
 // The command line of `equalize`: a host without a window, which sends audio files through the effect.
 
+#include "tools/common/CommandLine.h"
 #include "tools/common/OutputFile.h"
+#include "tools/common/Printable.h"
 #include "tools/common/RunTool.h"
 #include "tools/common/Text.h"
 #include "tools/equalize/AudioReader.h"
 #include "tools/equalize/AudioWriter.h"
+#include "tools/equalize/Batch.h"
 #include "tools/equalize/EffectInstance.h"
 #include "tools/equalize/EffectLibrary.h"
 #include "tools/equalize/Equalizing.h"
+#include "tools/equalize/FilePlan.h"
 #include "tools/equalize/OutputFormat.h"
 #include "tools/equalize/Progress.h"
 #include "tools/equalize/ResponsePlot.h"
 #include "tools/equalize/Settings.h"
+#include "tools/equalize/StatusLine.h"
 
+#include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
 #include <string>
+#include <system_error>
+#include <thread>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -29,8 +39,7 @@ namespace {
 using namespace eq;
 
 struct Options {
-    std::string input;
-    std::string output;
+    FileArguments files;
     std::vector<std::string> volumes;
     std::vector<std::string> bands;
     std::vector<std::string> normalised;
@@ -43,30 +52,56 @@ struct Options {
     bool noRateCorrection = false;
     bool list = false;
     bool quiet = false;
+    std::size_t jobs = std::max(std::thread::hardware_concurrency(), 1U);
+    bool skipExisting = false;
+    bool noClobber = false;
+    bool dryRun = false;
+
+    [[nodiscard]] bool hasTaskWithoutFiles() const { return list || !plot.empty() || !savePreset.empty(); }
+    [[nodiscard]] Replacing replacing() const {
+        return noClobber || skipExisting ? Replacing::Refused : Replacing::Allowed;
+    }
 };
 
-constexpr const char* Footer = R"(
-Without INPUT and OUTPUT, --list, --plot and --save-preset work by themselves.
+constexpr const char* Usage = R"(  equalize [OPTIONS] INPUT OUTPUT
+  equalize [OPTIONS] [--output-dir DIR] [--suffix TEXT] [--recursive] INPUT...
+  equalize [OPTIONS] [--list] [--plot FILE] [--save-preset FILE] [INPUT])";
 
-A preset holds lines 'name = value', with comments behind '#'; --save-preset
+constexpr const char* Footer = R"(A preset holds lines 'name = value', with comments after '#'; --save-preset
 shows all names. --volume and --band override the preset, and --set overrides
 both.
 
 OUTPUT takes the format that its extension names, and the sample format of
 INPUT where that exists. It appears when it is complete, and may be INPUT.
 
-Exit codes: 0 done; 1 bad input, or output that cannot be written; 2 bad usage.
+With --output-dir, --suffix or both, every file argument is an INPUT. The
+failure of one file does not affect the others.
+
+Exit codes: 0 all files written; 1 a file could not be read or written; 2 bad
+usage.
 
 Examples:
   equalize --band 1:freq=80,gain=4,q=1.5 --volume -4 song.wav louder-bass.wav
   equalize --preset voice.preset --plot voice.svg talk.flac talk-clear.flac
-  equalize --band 3:freq=3150,gain=-6,q=8 --plot notch.svg --save-preset notch.preset
+  equalize --preset voice.preset --recursive --output-dir clear recordings
+  equalize --band 3:freq=3150,gain=-6,q=8 --save-preset notch.preset
   equalize --list)";
 
 void declare(CLI::App& app, Options& options) {
     app.footer(Footer);
-    app.add_option("INPUT", options.input, "audio file to read: WAV, AIFF, FLAC, Ogg and others");
-    app.add_option("OUTPUT", options.output, "audio file to write");
+    app.add_option("FILE", options.files.files,
+                   "INPUT, an audio file to read: WAV, AIFF, FLAC, Ogg and others; OUTPUT, the file to write");
+    app.add_option("--output-dir", options.files.outputFolder, "write every output into this folder")->type_name("DIR");
+    app.add_option("--suffix", options.files.suffix, "put this text after the output's name, before its extension")
+        ->type_name("TEXT");
+    app.add_flag("--recursive", options.files.isRecursive,
+                 "equalize the audio files in the folders that are named as INPUT; the output has the same folders");
+    app.add_option("--jobs", options.jobs, "files to equalize at a time; the number of processors if not given")
+        ->type_name("N")
+        ->check(CLI::Range(1, 1024).description(""));
+    app.add_flag("--skip-existing", options.skipExisting, "leave out each INPUT whose output exists");
+    app.add_flag("-n,--no-clobber", options.noClobber, "never replace a file: an output that exists is a failure");
+    app.add_flag("--dry-run", options.dryRun, "show which files would be written, and write none");
     app.add_option("--volume", options.volumes, "output volume, " + rangeText(ParameterKind::Volume))
         ->type_name("DB")
         ->allow_extra_args(false);
@@ -88,12 +123,13 @@ void declare(CLI::App& app, Options& options) {
         ->type_name("PATH");
     app.add_option("--block", options.blockFrames, "frames to process at a time, 8192 if not given")
         ->type_name("FRAMES")
-        ->check(CLI::Range(1, 1000000));
+        ->check(CLI::Range(1, 1000000).description(""));
     app.add_flag("--keep-latency", options.keepLatency, "leave the effect's delay in front of the sound");
     app.add_flag("--no-rate-correction", options.noRateCorrection,
                  "ask the effect for the frequencies as given, whatever the file's sampling rate");
     app.add_flag("--list", options.list, "show the parameters, their ranges, and their values with these settings");
     app.add_flag("--quiet", options.quiet, "show errors only");
+    finishCommandLine(app, Usage);
 }
 
 Settings settingsFrom(const Options& options) {
@@ -111,7 +147,7 @@ EffectLibrary libraryFrom(const Options& options) {
 }
 
 void note(const Options& options, const std::string& message) {
-    if (!options.quiet) std::fprintf(stderr, "equalize: %s\n", message.c_str());
+    if (!options.quiet) StatusLine::message(message);
 }
 
 void noteRate(const Options& options, const Settings& settings, const FrequencyMap& frequencies) {
@@ -124,16 +160,16 @@ void noteRate(const Options& options, const Settings& settings, const FrequencyM
                                                   design + " of what is asked");
 }
 
-void noteClipping(const Options& options, const AudioWriter& writer) {
+void noteClipping(const Options& options, const FileJob& job, const AudioWriter& writer) {
     if (writer.clippedSamples() == 0) return;
     const double excess = 20.0 * std::log10(static_cast<double>(writer.peak()));
-    note(options, std::to_string(writer.clippedSamples()) + " samples were clipped to full scale; the highest is " +
-                      fixed(excess, 2) + " dB above it");
+    note(options, job.output + ": " + std::to_string(writer.clippedSamples()) +
+                      " samples were clipped to full scale; the highest is " + fixed(excess, 2) + " dB above it");
 }
 
-void noteSummary(const Options& options, const AudioWriter& writer, double seconds) {
+void noteSummary(const Options& options, const FileJob& job, const AudioWriter& writer, double seconds) {
     const SF_INFO& info = writer.info();
-    note(options, options.input + " -> " + options.output + ": " + std::to_string(writer.framesWritten()) +
+    note(options, job.input + " -> " + job.output + ": " + std::to_string(writer.framesWritten()) +
                       " frames, channels: " + std::to_string(info.channels) + ", " + std::to_string(info.samplerate) +
                       " Hz, " + formatName(info.format) + ", in " + fixed(seconds, 1) + " s");
 }
@@ -157,13 +193,13 @@ void list(const EffectLibrary& library, const Settings::Resolved& settings, cons
 void plot(const Options& options, const EffectLibrary& library, const Settings::Resolved& values,
           const FrequencyMap& frequencies) {
     const NormalisedValues all = EffectInstance(library, values, frequencies.sampleRate()).parameters();
-    OutputFile::write(options.plot, drawResponse(library, all, frequencies));
+    OutputFile::write(options.plot, drawResponse(library, all, frequencies), options.replacing());
 }
 
 /// What can be done with and without a file.
 void serveSettings(const Options& options, const Settings& settings, const Settings::Resolved& values,
                    const FrequencyMap& frequencies) {
-    if (!options.savePreset.empty()) OutputFile::write(options.savePreset, settings.presetText());
+    if (!options.savePreset.empty()) OutputFile::write(options.savePreset, settings.presetText(), options.replacing());
     if (options.plot.empty() && !options.list) return;
     const EffectLibrary library = libraryFrom(options);
     if (options.list) list(library, values, frequencies);
@@ -175,48 +211,160 @@ void runWithoutFiles(const Options& options, const Settings& settings) {
     serveSettings(options, settings, settings.resolve(frequencies), frequencies);
 }
 
-void runOnFiles(const Options& options, const Settings& settings) {
-    const auto start = std::chrono::steady_clock::now();
-    AudioReader reader(options.input);
+/// For the tasks that need only the sampling rate of a file.
+void runOnInputAlone(const Options& options, const Settings& settings) {
+    const AudioReader reader(options.files.files.front());
     const FrequencyMap frequencies(reader.info().samplerate, !options.noRateCorrection);
     const Settings::Resolved values = settings.resolve(frequencies);
     noteRate(options, settings, frequencies);
     serveSettings(options, settings, values, frequencies);
-
-    const EffectLibrary library = libraryFrom(options);
-    MultichannelEffect effects(library, values, reader.info().channels, reader.info().samplerate, options.blockFrames);
-    AudioWriter writer(options.output, outputFormatFor(options.output, reader.info()), reader);
-    {
-        Progress progress(reader.info().frames + effects.delay(), !options.quiet);
-        equalize(reader, effects, writer, options.keepLatency ? Latency::Kept : Latency::Removed, progress);
-    }
-    noteClipping(options, writer);
-    const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - start;
-    noteSummary(options, writer, duration.count());
 }
 
-void run(const Options& options) {
-    const bool hasOtherTask = options.list || !options.plot.empty() || !options.savePreset.empty();
-    if (options.input.empty() && !hasOtherTask) throw UsageError("INPUT and OUTPUT are missing; see --help");
-    if (!options.input.empty() && options.output.empty()) throw UsageError("OUTPUT is missing; see --help");
+bool isExistingFile(const std::string& place) {
+    std::error_code ignored;
+    return std::filesystem::is_regular_file(place, ignored);
+}
+
+void showPlanned(const FileJob& job) {
+    std::printf("%s -> %s%s\n", printable(job.input).c_str(), printable(job.output).c_str(),
+                isExistingFile(job.output) ? ", which is replaced" : "");
+}
+
+/// One or many files, one after the other or in several threads.
+class FileRun {
+public:
+    FileRun(const Options& options, const Settings& settings, const std::vector<FileJob>& jobs)
+        : m_options(options),
+          m_settings(settings),
+          m_isBatch(options.files.areInputs()),
+          m_library(libraryFrom(options)),
+          m_progress(totalWeight(jobs), jobs.size(), !options.quiet && !options.dryRun) {}
+
+    /// Equalizes one file. Any thread may call this. Throws FileError, and UsageError for settings that do not fit the
+    /// file.
+    FileOutcome runOn(const FileJob& job) {
+        const auto start = std::chrono::steady_clock::now();
+        FileProgress progress(m_progress, job.weight);
+        if (!job.fault.empty()) throw FileError(job.fault);
+        if (isExistingFile(job.output)) {
+            if (m_options.skipExisting) return skip(job);
+            if (m_options.noClobber) throw FileError(job.output + ": the file exists, and --no-clobber keeps it");
+        }
+        AudioReader reader(job.input);
+        const FrequencyMap frequencies(reader.info().samplerate, !m_options.noRateCorrection);
+        const Settings::Resolved values = m_settings.resolve(frequencies);
+        if (m_isBatch)
+            m_otherRates += frequencies.isAtDesignRate() ? 0U : 1U;
+        else
+            noteRate(m_options, m_settings, frequencies);
+        const SF_INFO format = outputFormatFor(job.output, reader.info());
+        if (m_options.dryRun) {
+            showPlanned(job);
+            return FileOutcome::Written;
+        }
+        if (!m_isBatch) serveSettings(m_options, m_settings, values, frequencies);
+
+        MultichannelEffect effects(m_library, values, reader.info().channels, reader.info().samplerate,
+                                   m_options.blockFrames);
+        if (m_isBatch) createFolderOf(job.output);
+        AudioWriter writer(job.output, format, reader, m_options.replacing());
+        progress.expect(reader.info().frames + effects.delay());
+        const SoundSink write = [&writer](float* sound, sf_count_t frames) { writer.write(sound, frames); };
+        equalize(reader, effects, write, m_options.keepLatency ? Latency::Kept : Latency::Removed, progress);
+        writer.finish();
+        noteClipping(m_options, job, writer);
+        const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - start;
+        if (!m_isBatch) noteSummary(m_options, job, writer, duration.count());
+        return FileOutcome::Written;
+    }
+
+    /// The number of files whose sampling rate is not the effect's.
+    [[nodiscard]] std::size_t otherRates() const { return m_otherRates; }
+
+private:
+    static std::uint64_t totalWeight(const std::vector<FileJob>& jobs) {
+        std::uint64_t total = 0;
+        for (const FileJob& job : jobs) total += job.weight;
+        return total;
+    }
+
+    FileOutcome skip(const FileJob& job) {
+        if (!m_isBatch) note(m_options, job.output + ": the file exists, and --skip-existing keeps it");
+        return FileOutcome::Skipped;
+    }
+
+    static void createFolderOf(const std::filesystem::path& file) {
+        if (!file.has_parent_path()) return;
+        std::error_code error;
+        std::filesystem::create_directories(file.parent_path(), error);
+        if (error) throw systemError(file.parent_path().string(), error.value());
+    }
+
+    const Options& m_options;
+    const Settings& m_settings;
+    bool m_isBatch;
+    EffectLibrary m_library;
+    Progress m_progress;
+    std::atomic<std::size_t> m_otherRates = 0;
+};
+
+int runBatch(const Options& options, const Settings& settings, const std::vector<FileJob>& jobs) {
+    if (options.list || !options.plot.empty())
+        throw UsageError("--list and --plot are for one file: they depend on its sampling rate");
+    if (jobs.empty()) throw FileError("the folders have no audio files");
+    const auto start = std::chrono::steady_clock::now();
+    Batch batch;
+    std::size_t otherRates = 0;
+    {
+        FileRun files(options, settings, jobs);
+        if (!options.dryRun && !options.savePreset.empty())
+            OutputFile::write(options.savePreset, settings.presetText(), options.replacing());
+        batch.run(jobs, options.dryRun ? 1 : options.jobs, [&files](const FileJob& job) { return files.runOn(job); });
+        otherRates = files.otherRates();
+    }
+    if (otherRates != 0 && settings.dependsOnRate())
+        note(options, std::to_string(otherRates) + " files are not at " + fixed(DesignRate, 0) + " Hz: frequencies " +
+                          (options.noRateCorrection ? "do not land where asked" : "were scaled to land where asked"));
+    const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - start;
+    note(options, "files: " + std::to_string(jobs.size()) + (options.dryRun ? ", would be written: " : ", written: ") +
+                      std::to_string(batch.count(FileOutcome::Written)) +
+                      ", skipped: " + std::to_string(batch.count(FileOutcome::Skipped)) + ", failed: " +
+                      std::to_string(batch.count(FileOutcome::Failed)) + ", in " + fixed(duration.count(), 1) + " s");
+    return batch.count(FileOutcome::Failed) == 0 ? 0 : ExitFailure;
+}
+
+int run(Options& options) {
+    FileArguments& files = options.files;
+    if (files.files.empty() && !options.hasTaskWithoutFiles())
+        throw UsageError("INPUT and OUTPUT are missing; see --help");
     const Settings settings = settingsFrom(options);
-    if (options.input.empty())
-        runWithoutFiles(options, settings);
-    else
-        runOnFiles(options, settings);
+    if (!files.areInputs() && files.files.size() < 2 && options.hasTaskWithoutFiles()) {
+        if (files.files.empty())
+            runWithoutFiles(options, settings);
+        else
+            runOnInputAlone(options, settings);
+        return 0;
+    }
+    files.otherOutputs = {options.plot, options.savePreset};
+    const std::vector<FileJob> jobs = planFiles(files);
+    if (settings.isEmpty()) note(options, "no setting was given, so the effect changes nothing");
+    if (files.areInputs()) return runBatch(options, settings, jobs);
+    FileRun(options, settings, jobs).runOn(jobs.front());
+    return 0;
 }
 
 int runCommand(int argumentCount, char** arguments) {
     Options options;
-    CLI::App app("Equalizes an audio file through the Parametric Equalizer effect.", "equalize");
+    CLI::App app("Equalizes audio files through the Parametric Equalizer effect.", "equalize");
     declare(app, options);
     try {
         app.parse(argumentCount, arguments);
-    } catch (const CLI::CallForHelp& help) {
-        return app.exit(help);
+    } catch (const CLI::Success& helpOrVersion) {
+        return app.exit(helpOrVersion);
     }
-    run(options);
-    return 0;
+    const int exitCode = run(options);
+    if (std::fflush(stdout) != 0) throw systemError("standard output", errno);
+    return exitCode;
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 // The command line of `lngcheck`: looks through language files, for those who write them.
 
+#include "tools/common/CommandLine.h"
 #include "tools/common/OutputFile.h"
+#include "tools/common/Printable.h"
 #include "tools/common/RunTool.h"
 #include "tools/lngcheck/Checks.h"
 #include "tools/lngcheck/Findings.h"
@@ -40,8 +42,7 @@ struct Options {
     [[nodiscard]] bool wantsOrder() const { return overrideLanguage || systemLanguage || !keysToExplain.empty(); }
 };
 
-constexpr const char* Footer = R"(
-Each finding is a line 'file:line: text'. Faults lose a text or the whole file;
+constexpr const char* Footer = R"(Each finding is a line 'file:line: text'. Faults lose a text or the whole file;
 warnings, marked so, are about texts that may not look right.
 
 --override, --system and --explain take one FOLDER, and tell what the library
@@ -74,6 +75,7 @@ void declare(CLI::App& app, Options& options) {
         ->allow_extra_args(false);
     app.add_flag("--strict", options.strict, "let warnings count as faults");
     app.add_flag("--quiet", options.quiet, "write no summary");
+    finishCommandLine(app, "  lngcheck [OPTIONS] PATH...");
 }
 
 bool isFolder(const std::string& path) {
@@ -187,8 +189,8 @@ int runCommand(int argumentCount, char** arguments) {
     declare(app, options);
     try {
         app.parse(argumentCount, arguments);
-    } catch (const CLI::CallForHelp& help) {
-        return app.exit(help);
+    } catch (const CLI::Success& helpOrVersion) {
+        return app.exit(helpOrVersion);
     }
     const int exitCode = run(options);
     if (std::fflush(stdout) != 0) throw systemError("standard output", errno);
