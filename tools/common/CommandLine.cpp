@@ -1,7 +1,10 @@
 #include "tools/common/CommandLine.h"
 
+#include "tools/common/Errors.h"
+
 #include <memory>
 #include <sstream>
+#include <string_view>
 #include <utility>
 
 namespace eq {
@@ -42,9 +45,19 @@ std::string refuseEmpty(std::string& value) {
     return value.empty() ? "the value is empty" : "";
 }
 
+/// The parser would take the next argument as the value of "--name=".
+void refuseMissingValues(int argumentCount, char** arguments) {
+    for (int index = 1; index < argumentCount; ++index) {
+        const std::string_view argument = arguments[index];
+        if (argument == "--") return;
+        if (argument.starts_with("--") && argument.find('=') == argument.size() - 1)
+            throw UsageError(std::string(argument) + ": the value is empty");
+    }
+}
+
 } // namespace
 
-void finishCommandLine(CLI::App& app, const std::string& usage) {
+void parseCommandLine(CLI::App& app, const std::string& usage, int argumentCount, char** arguments) {
     app.formatter(std::make_shared<HelpFormatter>(usage));
     app.set_help_flag("-h,--help", "show this help");
     app.set_version_flag("--version", app.get_name() + " " EQ_VERSION, "show the version");
@@ -54,6 +67,8 @@ void finishCommandLine(CLI::App& app, const std::string& usage) {
         option->check(CLI::Validator(refuseEmpty, ""));
         if (option->get_items_expected_max() == 1) option->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     }
+    refuseMissingValues(argumentCount, arguments);
+    app.parse(argumentCount, arguments);
 }
 
 } // namespace eq

@@ -6,9 +6,9 @@
 
 namespace eq {
 
-/// Makes the habits of all tools' command lines equal. To be called after all options are declared: `--version`; help
-/// in 80 columns; an empty value is refused; of two uses of an option with one value, the later one counts.
-/// `usage` has one line for each form of the command.
-void finishCommandLine(CLI::App& app, const std::string& usage);
+/// Parses the arguments, with the same habits for all tools: `--version`; help in 80 columns; an empty value is
+/// refused; of two uses of an option with one value, the later one counts. To be called after all options are declared.
+/// `usage` has one line for each form of the command. Throws UsageError and the parser's exceptions.
+void parseCommandLine(CLI::App& app, const std::string& usage, int argumentCount, char** arguments);
 
 } // namespace eq

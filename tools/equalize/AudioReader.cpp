@@ -2,6 +2,7 @@
 
 #include "tools/common/Errors.h"
 #include "tools/equalize/SoundDataSize.h"
+#include "tools/equalize/SoundFileError.h"
 
 #include <cerrno>
 #include <optional>
@@ -33,8 +34,11 @@ std::optional<std::string> faultOf(const std::string& name, const SF_INFO& info)
 
 AudioReader::AudioReader(const std::filesystem::path& file) : m_name(file.string()) {
     requireReadableFile(m_name);
-    m_file.reset(sf_open(m_name.c_str(), SFM_READ, &m_info));
-    if (!m_file) throw FileError(m_name + ": not a readable audio file: " + sf_strerror(nullptr));
+    {
+        const auto lock = lockSoundFileOpening();
+        m_file.reset(sf_open(m_name.c_str(), SFM_READ, &m_info));
+        if (!m_file) throw FileError(m_name + ": not a readable audio file: " + soundFileError(nullptr));
+    }
     if (const std::optional<std::string> fault = faultOf(m_name, m_info)) throw FileError(m_name + ": " + *fault);
 }
 
@@ -44,7 +48,7 @@ sf_count_t AudioReader::read(float* interleaved, sf_count_t frames) {
     if (count == frames || m_framesRead == m_info.frames) return count;
     std::string message = m_name + ": the file ends early: " + std::to_string(m_framesRead) + " of " +
                           std::to_string(m_info.frames) + " frames could be read";
-    if (sf_error(m_file.get()) != SF_ERR_NO_ERROR) message.append(": ").append(sf_strerror(m_file.get()));
+    if (sf_error(m_file.get()) != SF_ERR_NO_ERROR) message.append(": ").append(soundFileError(m_file.get()));
     throw FileError(message);
 }
 

@@ -2,6 +2,7 @@
 
 #include "tools/common/Errors.h"
 #include "tools/equalize/OutputFormat.h"
+#include "tools/equalize/SoundFileError.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -73,11 +74,14 @@ AudioWriter::AudioWriter(const std::filesystem::path& place, const SF_INFO& form
       m_sink{m_output.descriptor(), 0},
       m_integerBits(integerBits(format.format)) {
     SF_VIRTUAL_IO functions = sinkFunctions();
+    auto lock = lockSoundFileOpening();
     m_file.reset(sf_open_virtual(&functions, SFM_WRITE, &m_info, &m_sink));
     if (!m_file) {
         if (m_sink.error != 0) fail();
-        throw FileError(m_name + ": cannot be written as " + formatName(format.format) + ": " + sf_strerror(nullptr));
+        throw FileError(m_name + ": cannot be written as " + formatName(format.format) + ": " +
+                        soundFileError(nullptr));
     }
+    lock.unlock();
     copyStrings(source.handle(), m_file.get());
     copyRecord<SF_BROADCAST_INFO>(source.handle(), m_file.get(), SFC_GET_BROADCAST_INFO, SFC_SET_BROADCAST_INFO);
     copyRecord<SF_INSTRUMENT>(source.handle(), m_file.get(), SFC_GET_INSTRUMENT, SFC_SET_INSTRUMENT);
@@ -87,7 +91,7 @@ AudioWriter::AudioWriter(const std::filesystem::path& place, const SF_INFO& form
 
 void AudioWriter::fail() const {
     if (m_sink.error != 0) throw systemError(m_name, m_sink.error);
-    throw FileError(m_name + ": cannot be written: " + sf_strerror(m_file.get()));
+    throw FileError(m_name + ": cannot be written: " + soundFileError(m_file.get()));
 }
 
 void AudioWriter::write(const float* interleaved, sf_count_t frames) {

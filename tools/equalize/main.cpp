@@ -13,6 +13,7 @@
 #include "tools/equalize/Equalizing.h"
 #include "tools/equalize/FilePlan.h"
 #include "tools/equalize/OutputFormat.h"
+#include "tools/equalize/ParameterList.h"
 #include "tools/equalize/Progress.h"
 #include "tools/equalize/ResponsePlot.h"
 #include "tools/equalize/Settings.h"
@@ -51,6 +52,7 @@ struct Options {
     bool keepLatency = false;
     bool noRateCorrection = false;
     bool list = false;
+    bool json = false;
     bool quiet = false;
     std::size_t jobs = std::max(std::thread::hardware_concurrency(), 1U);
     bool skipExisting = false;
@@ -128,8 +130,8 @@ void declare(CLI::App& app, Options& options) {
     app.add_flag("--no-rate-correction", options.noRateCorrection,
                  "ask the effect for the frequencies as given, whatever the file's sampling rate");
     app.add_flag("--list", options.list, "show the parameters, their ranges, and their values with these settings");
+    app.add_flag("--json", options.json, "with --list: as JSON");
     app.add_flag("--quiet", options.quiet, "show errors only");
-    finishCommandLine(app, Usage);
 }
 
 Settings settingsFrom(const Options& options) {
@@ -151,7 +153,11 @@ void note(const Options& options, const std::string& message) {
 }
 
 void noteRate(const Options& options, const Settings& settings, const FrequencyMap& frequencies) {
-    if (frequencies.isAtDesignRate() || !settings.dependsOnRate()) return;
+    if (frequencies.isAtDesignRate()) return;
+    if (const std::string landings = settings.uncorrectedText(frequencies); !landings.empty())
+        note(options, std::to_string(frequencies.sampleRate()) +
+                          " Hz file: values of --set are not corrected for the rate: " + landings);
+    if (!settings.dependsOnRate()) return;
     const std::string rate = std::to_string(frequencies.sampleRate());
     const std::string design = fixed(DesignRate, 0);
     note(options, frequencies.isCorrected() ? rate + " Hz file: frequencies are scaled by " + design + "/" + rate +
@@ -174,19 +180,10 @@ void noteSummary(const Options& options, const FileJob& job, const AudioWriter& 
                       " Hz, " + formatName(info.format) + ", in " + fixed(seconds, 1) + " s");
 }
 
-void list(const EffectLibrary& library, const Settings::Resolved& settings, const FrequencyMap& frequencies) {
-    const EffectInstance effect(library, settings, frequencies.sampleRate());
-    const NormalisedValues values = effect.parameters();
-    std::printf("%5s  %-10s  %-12s  %-14s  %8s  %s\n", "index", "preset", "effect", "range", "P", "value");
-    for (int index = 0; index < ParameterCount; ++index) {
-        const Parameter& parameter = Parameters[index];
-        const float p = values[static_cast<std::size_t>(index)];
-        const double value = shownValueOf(parameter.kind, p);
-        std::printf("%5d  %-10s  %-12s  %-14s  %8.6f  %.2f %s\n", index, presetNameOf(parameter).c_str(),
-                    effect.parameterName(index).c_str(), rangeText(parameter.kind).c_str(), static_cast<double>(p),
-                    parameter.kind == ParameterKind::Frequency ? frequencies.landing(value) : value,
-                    scaleOf(parameter.kind).unit);
-    }
+void list(const Options& options, const EffectLibrary& library, const Settings::Resolved& settings,
+          const FrequencyMap& frequencies) {
+    const auto text = options.json ? parameterJson : parameterTable;
+    std::fputs(text(library, settings, frequencies).c_str(), stdout);
     if (std::fflush(stdout) != 0) throw systemError("standard output", errno);
 }
 
@@ -202,7 +199,7 @@ void serveSettings(const Options& options, const Settings& settings, const Setti
     if (!options.savePreset.empty()) OutputFile::write(options.savePreset, settings.presetText(), options.replacing());
     if (options.plot.empty() && !options.list) return;
     const EffectLibrary library = libraryFrom(options);
-    if (options.list) list(library, values, frequencies);
+    if (options.list) list(options, library, values, frequencies);
     if (!options.plot.empty()) plot(options, library, values, frequencies);
 }
 
@@ -337,6 +334,7 @@ int run(Options& options) {
     FileArguments& files = options.files;
     if (files.files.empty() && !options.hasTaskWithoutFiles())
         throw UsageError("INPUT and OUTPUT are missing; see --help");
+    if (options.json && !options.list) throw UsageError("--json needs --list");
     const Settings settings = settingsFrom(options);
     if (!files.areInputs() && files.files.size() < 2 && options.hasTaskWithoutFiles()) {
         if (files.files.empty())
@@ -358,7 +356,7 @@ int runCommand(int argumentCount, char** arguments) {
     CLI::App app("Equalizes audio files through the Parametric Equalizer effect.", "equalize");
     declare(app, options);
     try {
-        app.parse(argumentCount, arguments);
+        parseCommandLine(app, Usage, argumentCount, arguments);
     } catch (const CLI::Success& helpOrVersion) {
         return app.exit(helpOrVersion);
     }

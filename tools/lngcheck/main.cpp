@@ -75,7 +75,6 @@ void declare(CLI::App& app, Options& options) {
         ->allow_extra_args(false);
     app.add_flag("--strict", options.strict, "let warnings count as faults");
     app.add_flag("--quiet", options.quiet, "write no summary");
-    finishCommandLine(app, "  lngcheck [OPTIONS] PATH...");
 }
 
 bool isFolder(const std::string& path) {
@@ -147,7 +146,7 @@ void showOrder(const Options& options) {
     }
     const auto broken = std::ranges::find_if(files, &LanguageFile::isBroken);
     if (broken != files.end()) {
-        std::printf("%s stops the library, which reads no file then\n", broken->path.c_str());
+        std::printf("%s stops the library, which reads no file then\n", printable(broken->path).c_str());
         return;
     }
     for (const std::string& key : options.keysToExplain) explain(key, files);
@@ -188,7 +187,7 @@ int runCommand(int argumentCount, char** arguments) {
     CLI::App app("Checks language files of the Parametric Equalizer.", "lngcheck");
     declare(app, options);
     try {
-        app.parse(argumentCount, arguments);
+        parseCommandLine(app, "  lngcheck [OPTIONS] PATH...", argumentCount, arguments);
     } catch (const CLI::Success& helpOrVersion) {
         return app.exit(helpOrVersion);
     }
