@@ -111,11 +111,11 @@ void AudioWriter::writeIntegers(const float* interleaved, sf_count_t samples) {
     m_integers.resize(static_cast<std::size_t>(samples));
     std::transform(interleaved, interleaved + samples, m_integers.begin(), [&](float sample) {
         if (std::isnan(sample)) return 0;
-        const double rounded = std::nearbyint(sample * fullScale);
+        const double rounded = std::nearbyint(sample * fullScale + (m_dither ? m_dither->next() : 0.0));
         const double limited = std::clamp(rounded, -fullScale, fullScale - 1.0);
         if (rounded != limited) {
             ++m_clippedSamples;
-            m_peak = std::max(m_peak, std::fabs(sample));
+            m_peak = std::max(m_peak, static_cast<float>(std::fabs(rounded) / fullScale));
         }
         return static_cast<int>(limited) * (1 << unusedBits);
     });

@@ -2,8 +2,10 @@
 
 #include "tools/common/OutputFile.h"
 #include "tools/equalize/AudioReader.h"
+#include "tools/equalize/Dither.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,6 +25,9 @@ public:
                 Replacing replacing = Replacing::Allowed);
 
     [[nodiscard]] const SF_INFO& info() const { return m_info; }
+
+    /// Adds noise to what is rounded to integers.
+    void useDither() { m_dither.emplace(); }
 
     /// Throws FileError if not all could be written.
     void write(const float* interleaved, sf_count_t frames);
@@ -52,6 +57,7 @@ private:
     SoundFile m_file; // closed before the sink ends
     int m_integerBits;
     std::vector<int> m_integers;
+    std::optional<Dither> m_dither;
     sf_count_t m_framesWritten = 0;
     sf_count_t m_clippedSamples = 0;
     float m_peak = 0.0F;

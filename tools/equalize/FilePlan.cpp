@@ -21,12 +21,6 @@ fs::path identityOf(const fs::path& file) {
     return error ? absolute.lexically_normal() : identity;
 }
 
-bool isDevice(const fs::path& file) {
-    std::error_code ignored;
-    const fs::file_status status = fs::status(file, ignored);
-    return fs::exists(status) && !fs::is_regular_file(status);
-}
-
 class Planner {
 public:
     explicit Planner(const FileArguments& arguments)
@@ -125,6 +119,12 @@ private:
 };
 
 } // namespace
+
+bool isDevice(const fs::path& file) {
+    std::error_code ignored;
+    const fs::file_status status = fs::status(file, ignored);
+    return fs::exists(status) && !fs::is_regular_file(status);
+}
 
 std::vector<FileJob> planFiles(const FileArguments& arguments) {
     const std::vector<std::string>& files = arguments.files;

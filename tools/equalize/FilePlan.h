@@ -27,6 +27,9 @@ struct FileArguments {
     [[nodiscard]] bool areInputs() const { return !outputFolder.empty() || !suffix.empty() || isRecursive; }
 };
 
+/// True for what exists and is no regular file, such as a pipe.
+[[nodiscard]] bool isDevice(const std::filesystem::path& file);
+
 /// Returns all files to read and write. Throws UsageError if a file would be written twice, or an output is an input.
 /// Only in the form INPUT OUTPUT may the output be its own input.
 [[nodiscard]] std::vector<FileJob> planFiles(const FileArguments& arguments);

@@ -1,5 +1,6 @@
 #include "tools/equalize/LanguageFaults.h"
 
+#include "support/AsciiText.h"
 #include "tools/common/Text.h"
 #include "tools/lngcheck/LanguageFile.h"
 
@@ -20,8 +21,8 @@ std::string languageFaultText(const std::filesystem::path& folder) {
         lngcheck::Findings findings;
         if (!lngcheck::readLanguageFile(path.string(), findings).isBroken) continue;
         const lngcheck::Finding fault = findings.firstFault();
-        return "a language file is broken: " + fault.file + ":" + std::to_string(fault.line) + ": " + fault.text +
-               command;
+        return "a language file is broken: " + fault.file + ":" + std::to_string(fault.line) + ": " +
+               std::string(trim_chars(fault.text, ". ")) + command;
     }
     return "a language file may be broken" + command;
 }

@@ -14,6 +14,7 @@
 #include "tools/equalize/FilePlan.h"
 #include "tools/equalize/OutputFormat.h"
 #include "tools/equalize/ParameterList.h"
+#include "tools/equalize/PeakGain.h"
 #include "tools/equalize/Progress.h"
 #include "tools/equalize/ResponsePlot.h"
 #include "tools/equalize/Settings.h"
@@ -47,6 +48,9 @@ struct Options {
     std::string preset;
     std::string savePreset;
     std::string plot;
+    std::string normalize;
+    bool headroom = false;
+    bool dither = false;
     std::string plugin;
     int blockFrames = 8192;
     bool keepLatency = false;
@@ -121,6 +125,14 @@ void declare(CLI::App& app, Options& options) {
     app.add_option("--preset", options.preset, "file with settings")->type_name("FILE");
     app.add_option("--save-preset", options.savePreset, "write the settings into a file")->type_name("FILE");
     app.add_option("--plot", options.plot, "draw the response into an SVG file")->type_name("FILE");
+    app.add_option("--normalize", options.normalize,
+                   "apply a gain after the effect, so that the highest sample has this level, -100 to 0 dB below full "
+                   "scale; reads INPUT twice")
+        ->type_name("DB");
+    app.add_flag("--headroom", options.headroom,
+                 "lower the sound after the effect by as much as it would clip; reads INPUT twice");
+    app.add_flag("--dither", options.dither,
+                 "add noise of one step before rounding to integers; the same noise in each run");
     app.add_option("--plugin", options.plugin, "the effect's library, if not the one that came with this program")
         ->type_name("PATH");
     app.add_option("--block", options.blockFrames, "frames to process at a time, 8192 if not given")
@@ -141,6 +153,13 @@ Settings settingsFrom(const Options& options) {
     for (const std::string& band : options.bands) settings.setBand(band);
     for (const std::string& value : options.normalised) settings.setNormalised(value);
     return settings;
+}
+
+PeakGain peakGainFrom(const Options& options) {
+    PeakGain gain;
+    if (!options.normalize.empty()) gain.setLevel(options.normalize);
+    if (options.headroom) gain.setHeadroom();
+    return gain;
 }
 
 EffectLibrary libraryFrom(const Options& options) {
@@ -230,9 +249,11 @@ void showPlanned(const FileJob& job) {
 /// One or many files, one after the other or in several threads.
 class FileRun {
 public:
-    FileRun(const Options& options, const Settings& settings, const std::vector<FileJob>& jobs)
+    FileRun(const Options& options, const Settings& settings, const PeakGain& peakGain,
+            const std::vector<FileJob>& jobs)
         : m_options(options),
           m_settings(settings),
+          m_peakGain(peakGain),
           m_isBatch(options.files.areInputs()),
           m_library(libraryFrom(options)),
           m_progress(totalWeight(jobs), jobs.size(), !options.quiet && !options.dryRun) {}
@@ -243,6 +264,8 @@ public:
         const auto start = std::chrono::steady_clock::now();
         FileProgress progress(m_progress, job.weight);
         if (!job.fault.empty()) throw FileError(job.fault);
+        if (m_peakGain.isWanted() && isDevice(job.input))
+            throw FileError(job.input + ": --normalize and --headroom read the input twice, so it must be a file");
         if (isExistingFile(job.output)) {
             if (m_options.skipExisting) return skip(job);
             if (m_options.noClobber) throw FileError(job.output + ": the file exists, and --no-clobber keeps it");
@@ -261,12 +284,20 @@ public:
         }
         if (!m_isBatch) serveSettings(m_options, m_settings, values, frequencies);
 
+        const int passes = m_peakGain.isWanted() ? 2 : 1;
+        const double gain = m_peakGain.isWanted() ? gainOf(job, values, format.format, progress) : 1.0;
         MultichannelEffect effects(m_library, values, reader.info().channels, reader.info().samplerate,
                                    m_options.blockFrames);
         if (m_isBatch) createFolderOf(job.output);
         AudioWriter writer(job.output, format, reader, m_options.replacing());
-        progress.expect(reader.info().frames + effects.delay());
-        const SoundSink write = [&writer](float* sound, sf_count_t frames) { writer.write(sound, frames); };
+        if (m_options.dither) useDither(writer);
+        progress.expect((reader.info().frames + effects.delay()) * passes);
+        const SoundSink write = [&](float* sound, sf_count_t frames) {
+            const sf_count_t samples = frames * effects.channels();
+            if (gain != 1.0)
+                std::transform(sound, sound + samples, sound, [gain](float x) { return static_cast<float>(x * gain); });
+            writer.write(sound, frames);
+        };
         equalize(reader, effects, write, m_options.keepLatency ? Latency::Kept : Latency::Removed, progress);
         writer.finish();
         noteClipping(m_options, job, writer);
@@ -285,6 +316,33 @@ private:
         return total;
     }
 
+    /// The first of two passes: finds the peak after the effect.
+    double gainOf(const FileJob& job, const Settings::Resolved& values, int format, FileProgress& progress) {
+        AudioReader reader(job.input);
+        MultichannelEffect effects(m_library, values, reader.info().channels, reader.info().samplerate,
+                                   m_options.blockFrames);
+        progress.expect((reader.info().frames + effects.delay()) * 2);
+        float peak = 0.0F;
+        const SoundSink measure = [&](const float* sound, sf_count_t frames) {
+            PeakGain::addToPeak(peak, sound, frames * effects.channels());
+        };
+        equalize(reader, effects, measure, Latency::Removed, progress);
+        const double gain = m_peakGain.gainFor(peak, format, m_options.dither);
+        if (m_isBatch) return gain;
+        const auto decibels = [](double factor) { return fixed(20.0 * std::log10(factor), 2); };
+        note(m_options, peak == 0.0F ? job.input + ": the sound is silent, so no gain is applied"
+                                     : "the peak after the effect is " + decibels(static_cast<double>(peak)) +
+                                           " dBFS; gain applied: " + decibels(gain) + " dB");
+        return gain;
+    }
+
+    void useDither(AudioWriter& writer) const {
+        const int format = writer.info().format;
+        if (integerBits(format) == 0 && !m_isBatch)
+            note(m_options, "--dither has no effect on " + formatName(format) + ", which has no integers");
+        writer.useDither();
+    }
+
     FileOutcome skip(const FileJob& job) {
         if (!m_isBatch) note(m_options, job.output + ": the file exists, and --skip-existing keeps it");
         return FileOutcome::Skipped;
@@ -299,13 +357,15 @@ private:
 
     const Options& m_options;
     const Settings& m_settings;
+    const PeakGain& m_peakGain;
     bool m_isBatch;
     EffectLibrary m_library;
     Progress m_progress;
     std::atomic<std::size_t> m_otherRates = 0;
 };
 
-int runBatch(const Options& options, const Settings& settings, const std::vector<FileJob>& jobs) {
+int runBatch(const Options& options, const Settings& settings, const PeakGain& peakGain,
+             const std::vector<FileJob>& jobs) {
     if (options.list || !options.plot.empty())
         throw UsageError("--list and --plot are for one file: they depend on its sampling rate");
     if (jobs.empty()) throw FileError("the folders have no audio files");
@@ -313,7 +373,7 @@ int runBatch(const Options& options, const Settings& settings, const std::vector
     Batch batch;
     std::size_t otherRates = 0;
     {
-        FileRun files(options, settings, jobs);
+        FileRun files(options, settings, peakGain, jobs);
         if (!options.dryRun && !options.savePreset.empty())
             OutputFile::write(options.savePreset, settings.presetText(), options.replacing());
         batch.run(jobs, options.dryRun ? 1 : options.jobs, [&files](const FileJob& job) { return files.runOn(job); });
@@ -335,7 +395,10 @@ int run(Options& options) {
     if (files.files.empty() && !options.hasTaskWithoutFiles())
         throw UsageError("INPUT and OUTPUT are missing; see --help");
     if (options.json && !options.list) throw UsageError("--json needs --list");
+    if (options.headroom && !options.normalize.empty())
+        throw UsageError("--normalize and --headroom exclude each other");
     const Settings settings = settingsFrom(options);
+    const PeakGain peakGain = peakGainFrom(options);
     if (!files.areInputs() && files.files.size() < 2 && options.hasTaskWithoutFiles()) {
         if (files.files.empty())
             runWithoutFiles(options, settings);
@@ -345,9 +408,10 @@ int run(Options& options) {
     }
     files.otherOutputs = {options.plot, options.savePreset};
     const std::vector<FileJob> jobs = planFiles(files);
-    if (settings.isEmpty()) note(options, "no setting was given, so the effect changes nothing");
-    if (files.areInputs()) return runBatch(options, settings, jobs);
-    FileRun(options, settings, jobs).runOn(jobs.front());
+    if (settings.isEmpty() && !peakGain.isWanted())
+        note(options, "no setting was given, so the effect changes nothing");
+    if (files.areInputs()) return runBatch(options, settings, peakGain, jobs);
+    FileRun(options, settings, peakGain, jobs).runOn(jobs.front());
     return 0;
 }
 
