@@ -78,6 +78,7 @@ TEST_F(EqualizeBatch, WritesNothingThatItMustNotReplaceOrOnlyPlans) {
         {"-n a.wav a-x.wav", 1, "a-x.wav: the file exists"},
         {"-n a.wav link.wav", 1, "link.wav: the file exists"},
         {"--recursive --suffix -x .", 0, "./a.wav -> ./a-x.wav, which is replaced\n./b/a.wav -> ./b/a-x.wav\n"},
+        {"--save-preset p", 2, "--dry-run needs INPUT and OUTPUT"},
         {"--output-dir out .", 2, "--recursive equalizes the files in it"},
         {"--output-dir out a.wav --band 1:freq=30k", 1, "a.wav: band 1: 30000 Hz is out of reach"},
     };

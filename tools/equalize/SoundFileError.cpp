@@ -1,5 +1,7 @@
 #include "tools/equalize/SoundFileError.h"
 
+#include "support/AsciiText.h"
+
 #include <string_view>
 
 namespace eq {
@@ -15,8 +17,6 @@ std::string soundFileError(SNDFILE* file) {
         return "no reason is known";
     case SF_ERR_UNRECOGNISED_FORMAT:
         return "the contents are of no known kind of audio file, whatever the name says";
-    case SF_ERR_SYSTEM:
-        return "the system refuses it";
     case SF_ERR_MALFORMED_FILE:
         return "the file is damaged: its header contradicts itself";
     case SF_ERR_UNSUPPORTED_ENCODING:
@@ -26,10 +26,11 @@ std::string soundFileError(SNDFILE* file) {
     }
     // Other errors have numbers that are not published, and sentences such as "Error : ... ."
     std::string_view text = sf_strerror(file);
+    constexpr std::string_view System = "System error : ";
+    if (text.starts_with(System)) return std::string(trim_chars(text.substr(System.size()), ". "));
     for (const std::string_view opening : {"Error : ", "Error: ", "Internal error : "})
         if (text.starts_with(opening)) text.remove_prefix(opening.size());
-    while (text.ends_with('.') || text.ends_with(' ') || text.ends_with('\n')) text.remove_suffix(1);
-    return "libsndfile reports: " + std::string(text);
+    return "libsndfile reports: " + std::string(trim_chars(text, ". \n"));
 }
 
 } // namespace eq

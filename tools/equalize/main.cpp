@@ -256,7 +256,10 @@ public:
           m_peakGain(peakGain),
           m_isBatch(options.files.areInputs()),
           m_library(libraryFrom(options)),
-          m_progress(totalWeight(jobs), jobs.size(), !options.quiet && !options.dryRun) {}
+          m_progress(totalWeight(jobs), jobs.size(), !options.quiet && !options.dryRun) {
+        // A library that makes no instance is one failure, not one per file.
+        const EffectInstance probe(m_library, {}, static_cast<int>(DesignRate));
+    }
 
     /// Equalizes one file. Any thread may call this. Throws FileError, and UsageError for settings that do not fit the
     /// file.
@@ -399,6 +402,8 @@ int run(Options& options) {
         throw UsageError("--normalize and --headroom exclude each other");
     const Settings settings = settingsFrom(options);
     const PeakGain peakGain = peakGainFrom(options);
+    if (options.dryRun && !files.areInputs() && files.files.size() < 2)
+        throw UsageError("--dry-run needs INPUT and OUTPUT; see --help");
     if (!files.areInputs() && files.files.size() < 2 && options.hasTaskWithoutFiles()) {
         if (files.files.empty())
             runWithoutFiles(options, settings);
