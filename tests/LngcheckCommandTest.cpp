@@ -38,11 +38,12 @@ TEST_F(LngcheckCommand, TellsFaultsAndWarningsWithFileAndLine) {
         {"<CODEPAGE 932>", ""},
         {"<CODEPAGE 1252>", "Specified codepage does not appear to match language of file.\n"},
         {"<FOO>", "Invalid tag '<FOO>':Tag type 'FOO' is unknown.\n"},
+        {"<F\x1B[2J\x9B>", "Invalid tag '<F\\x1B[2J\\x9B>'"},
         {"nonsense", "equal"},
         {"IDD_Options_B1 = \x83", "the value is no text of code page 932"},
         {"IDD_Options_B2 = \x83\x5C", "warning: a backslash"},
         {"IDD_Options_B3 =", "the text is empty"},
-        {"idd_options_b3 = B", "idd_options_b3 is defined in line 10"},
+        {"idd_options_b3 = B", "idd_options_b3 is defined in line 11"},
         {"IDD_Options_B4 = A\\nB", "warning: the text holds a control"},
         {"IDD_Options_Gain = 1&234567890l", "warning: '1&234567890l' takes about 61 pixels, and its place has 60\n"},
         {"IDS_DB = 123456789012345678901", "warning: '+12.0 1"},
@@ -63,7 +64,7 @@ TEST_F(LngcheckCommand, TellsFaultsAndWarningsWithFileAndLine) {
         if (*finding != '\0') findings.push_back("A1041.lng:" + std::to_string(number) + ": " + finding);
         ++number;
     }
-    findings.emplace_back("files: 1, faults: 27, warnings: 8\n");
+    findings.emplace_back("files: 1, faults: 28, warnings: 8\n");
     folder.write("A1041.lng", contents);
     expectRun("A1041.lng", 1, findings);
 }
@@ -146,6 +147,8 @@ TEST_F(LngcheckCommand, WritesAPseudoLocalisedFileThatIsReadable) {
 }
 
 TEST_F(LngcheckCommand, RefusesBadUsage) {
+    expectRun("--version", 0, {"lngcheck 2."});
+    expectRun("--reference= .", 2, {"the value is empty"});
     folder.write("A1033.lng", clean);
     for (const char* const arguments :
          {"", "--unknown A1033.lng", "--override 1031 A1033.lng", "--explain IDS_DB A1033.lng .", "--override 65536 .",

@@ -2,52 +2,64 @@
 
 #include "tools/common/Errors.h"
 
+#include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 #include <fcntl.h>
+#include <sched.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace eq {
 namespace {
 
-constexpr std::array EndingSignals = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+/// The head of the list of all temporary files. Only the holder of `listInUse` may read or change the list.
+OutputFile* firstTemporary = nullptr;
+std::atomic_flag listInUse;
 
-/// The name that the signal handler removes. One temporary file exists at a time.
-std::array<char, 4096> temporaryToRemove;
+void takeList() {
+    while (listInUse.test_and_set(std::memory_order_acquire)) sched_yield();
+}
 
-/// While it lives, no ending signal is delivered: name and file change together.
-class SignalsHeld {
+/// Gives its owner the list of temporary files. No signal is delivered to the owner's thread, and a handler in another
+/// thread waits for the owner: a file and its entry in the list change together.
+class TemporaryListLock {
 public:
-    SignalsHeld() {
-        sigset_t held;
-        sigemptyset(&held);
-        for (const int signal : EndingSignals) sigaddset(&held, signal);
-        sigprocmask(SIG_BLOCK, &held, &m_before);
+    TemporaryListLock() {
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_BLOCK, &all, &m_before);
+        takeList();
     }
-    ~SignalsHeld() { sigprocmask(SIG_SETMASK, &m_before, nullptr); }
-    SignalsHeld(const SignalsHeld&) = delete;
-    SignalsHeld& operator=(const SignalsHeld&) = delete;
+    ~TemporaryListLock() {
+        listInUse.clear(std::memory_order_release);
+        pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
+    }
+    TemporaryListLock(const TemporaryListLock&) = delete;
+    TemporaryListLock& operator=(const TemporaryListLock&) = delete;
 
 private:
     sigset_t m_before;
 };
 
+/// The rights that new files do not get. Read before any thread exists, because reading changes it for a moment.
+const mode_t creationMask = [] {
+    const mode_t mask = umask(0);
+    umask(mask);
+    return mask;
+}();
+
 struct StreamCloser {
     void operator()(std::FILE* stream) const { std::fclose(stream); }
 };
 using Stream = std::unique_ptr<std::FILE, StreamCloser>;
-
-// The handler is installed for one delivery, so the second one ends the process.
-void removeAndEnd(int signal) {
-    if (temporaryToRemove[0] != '\0') unlink(temporaryToRemove.data());
-    std::raise(signal);
-}
 
 void writeAll(int descriptor, std::string_view contents, const std::string& name) {
     while (!contents.empty()) {
@@ -70,6 +82,13 @@ std::filesystem::path behindLinks(std::filesystem::path place) {
     return place;
 }
 
+/// Renames without replacing. Some file systems have no such renaming, and others have no second names.
+bool renameToNewName(const char* from, const char* to) {
+    if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) return true;
+    if (errno != EINVAL && errno != ENOSYS) return false;
+    return link(from, to) == 0 && unlink(from) == 0;
+}
+
 /// What a new file would get, or what the file has that is replaced.
 mode_t permissionsFor(const std::string& place, int descriptor) {
     struct stat replaced = {};
@@ -78,14 +97,13 @@ mode_t permissionsFor(const std::string& place, int descriptor) {
         if (fchown(descriptor, replaced.st_uid, replaced.st_gid) != 0) return replaced.st_mode & 0777;
         return replaced.st_mode & 07777;
     }
-    const mode_t mask = umask(0);
-    umask(mask);
-    return 0666 & ~mask;
+    return 0666 & ~creationMask;
 }
 
 } // namespace
 
-OutputFile::OutputFile(const std::filesystem::path& place) : m_place(place) {
+OutputFile::OutputFile(const std::filesystem::path& place, Replacing replacing)
+    : m_place(place), m_replacing(replacing) {
     struct stat existing = {};
     const bool exists = stat(place.c_str(), &existing) == 0;
     if (exists && S_ISDIR(existing.st_mode)) throw systemError(place.string(), EISDIR);
@@ -93,6 +111,7 @@ OutputFile::OutputFile(const std::filesystem::path& place) : m_place(place) {
         openSpool();
         return;
     }
+    if (exists && replacing == Replacing::Refused) throw systemError(place.string(), EEXIST);
     m_place = behindLinks(place);
     // A file that may not be written is not replaced either, though its folder would allow it.
     if (exists && access(m_place.c_str(), W_OK) != 0) throw systemError(place.string(), errno);
@@ -106,12 +125,11 @@ OutputFile::~OutputFile() {
 void OutputFile::openTemporary() {
     const std::filesystem::path folder = m_place.has_parent_path() ? m_place.parent_path() : ".";
     std::string name = (folder / ".unfinished-XXXXXX").string();
-    if (name.size() >= temporaryToRemove.size()) throw systemError(m_place.string(), ENAMETOOLONG);
-    const SignalsHeld held;
+    const TemporaryListLock lock;
     m_descriptor = FileDescriptor(mkostemp(name.data(), O_CLOEXEC));
     if (!m_descriptor) throw systemError(m_place.string(), errno);
-    m_temporary = name;
-    temporaryToRemove[name.copy(temporaryToRemove.data(), temporaryToRemove.size() - 1)] = '\0';
+    m_temporary.swap(name);
+    m_next = std::exchange(firstTemporary, this);
 }
 
 /// Pipes cannot go back to write a header, so the contents wait in a file without a name.
@@ -134,10 +152,11 @@ void OutputFile::commit() {
     if (fchmod(descriptor, permissionsFor(m_place.string(), descriptor)) != 0 || fsync(descriptor) != 0 ||
         !m_descriptor.reset())
         throw systemError(m_place.string(), errno);
-    const SignalsHeld held;
-    if (std::rename(m_temporary.c_str(), m_place.c_str()) != 0) throw systemError(m_place.string(), errno);
-    temporaryToRemove[0] = '\0';
-    m_temporary.clear();
+    const TemporaryListLock lock;
+    const bool isInPlace = m_replacing == Replacing::Refused ? renameToNewName(m_temporary.c_str(), m_place.c_str())
+                                                             : std::rename(m_temporary.c_str(), m_place.c_str()) == 0;
+    if (!isInPlace) throw systemError(m_place.string(), errno);
+    leaveList();
 }
 
 void OutputFile::copyIntoPlace() {
@@ -157,14 +176,30 @@ void OutputFile::copyIntoPlace() {
 
 void OutputFile::removeTemporary() {
     if (m_temporary.empty()) return;
-    const SignalsHeld held;
+    const TemporaryListLock lock;
     unlink(m_temporary.c_str());
-    temporaryToRemove[0] = '\0';
+    leaveList();
+}
+
+void OutputFile::leaveList() {
+    OutputFile** link = &firstTemporary;
+    while (*link != this) link = &(*link)->m_next;
+    *link = m_next;
     m_temporary.clear();
 }
 
-void OutputFile::write(const std::filesystem::path& place, std::string_view contents) {
-    OutputFile file(place);
+// Calls only functions that a signal handler may call. The list stays in use, so that no other thread makes a file
+// before the process ends, and a second signal does not end it earlier.
+void OutputFile::removeAllAndEnd(int signal) {
+    takeList();
+    for (const OutputFile* file = firstTemporary; file != nullptr; file = file->m_next)
+        unlink(file->m_temporary.c_str());
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+}
+
+void OutputFile::write(const std::filesystem::path& place, std::string_view contents, Replacing replacing) {
+    OutputFile file(place, replacing);
     file.write(contents);
     file.commit();
 }
@@ -173,13 +208,15 @@ void removeTemporariesOnSignals() {
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
     struct sigaction action = {};
-    action.sa_handler = removeAndEnd;
-    action.sa_flags = static_cast<int>(SA_RESETHAND);
-    for (const int signal : EndingSignals) {
+    action.sa_handler = OutputFile::removeAllAndEnd;
+    sigfillset(&action.sa_mask);
+    constexpr std::array Harmless = {SIGCHLD, SIGCONT, SIGTSTP, SIGTTIN, SIGTTOU, SIGURG, SIGWINCH};
+    for (int signal = 1; signal <= SIGRTMAX; ++signal) {
+        if (std::ranges::find(Harmless, signal) != Harmless.end()) continue;
         struct sigaction before = {};
-        sigaction(signal, nullptr, &before);
-        // A process started to outlive its terminal goes on.
-        if (before.sa_handler != SIG_IGN) sigaction(signal, &action, nullptr);
+        // A process started to outlive its terminal goes on, and what watches for crashes keeps its handlers.
+        if (sigaction(signal, nullptr, &before) == 0 && before.sa_handler == SIG_DFL)
+            sigaction(signal, &action, nullptr);
     }
 }
 

@@ -8,15 +8,20 @@
 
 namespace eq {
 
+enum class Replacing {
+    Allowed,
+    Refused, ///< also of a file that appears while the new one is written
+};
+
 /// A file that takes its place only when it is complete. Until `commit` it is a temporary file in the folder of its
-/// place, and it goes away with the object, or with a signal that ends the process.
+/// place, and it goes away with the object, or with a signal that ends the process. Threads may have several.
 ///
 /// A symbolic link stays, and what it points to is replaced. In the place of something that is no file, such as a
 /// pipe or a device, nothing is replaced: the complete contents are copied into it.
 class OutputFile {
 public:
     /// Throws FileError.
-    explicit OutputFile(const std::filesystem::path& place);
+    explicit OutputFile(const std::filesystem::path& place, Replacing replacing = Replacing::Allowed);
     ~OutputFile();
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
@@ -31,21 +36,28 @@ public:
     void commit();
 
     /// Writes a whole text file.
-    static void write(const std::filesystem::path& place, std::string_view contents);
+    static void write(const std::filesystem::path& place, std::string_view contents,
+                      Replacing replacing = Replacing::Allowed);
+
+    /// The handler of signals that end the process.
+    static void removeAllAndEnd(int signal);
 
 private:
     void openTemporary();
     void openSpool();
     void copyIntoPlace();
     void removeTemporary();
+    void leaveList();
 
     std::filesystem::path m_place;
     std::string m_temporary; ///< empty if the contents are to be copied, and after the end
     FileDescriptor m_descriptor;
+    OutputFile* m_next = nullptr; ///< in the list of the files with a temporary name
+    Replacing m_replacing;
 };
 
-/// Lets a signal that ends the process remove the temporary files first, and turns writing into a closed pipe or
-/// beyond a size limit into an error. To be called once, at the start.
+/// Lets every signal that ends the process and can be caught remove the temporary files first, and turns writing into a
+/// closed pipe or beyond a size limit into an error. To be called once, at the start.
 void removeTemporariesOnSignals();
 
 } // namespace eq

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tools/common/Errors.h"
+#include "tools/common/Printable.h"
 
 #include <cstdio>
 #include <exception>
@@ -19,7 +20,7 @@ template <typename Command>
 int runTool(const char* name, const Command& command) {
     const auto fail = [name](const char* message, int exitCode) {
         std::fflush(stdout);
-        std::fprintf(stderr, "%s: %s\n", name, message);
+        std::fprintf(stderr, "%s: %s\n", name, printable(message).c_str());
         return exitCode;
     };
     try {

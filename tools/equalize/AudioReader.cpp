@@ -6,6 +6,7 @@
 #include "tools/equalize/OggLinks.h"
 #include "tools/equalize/OutputFormat.h"
 #include "tools/equalize/SoundDataSize.h"
+#include "tools/equalize/SoundFileError.h"
 
 #include <cerrno>
 #include <cmath>

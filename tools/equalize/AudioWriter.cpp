@@ -3,6 +3,7 @@
 #include "tools/common/Errors.h"
 #include "tools/equalize/FormatLimits.h"
 #include "tools/equalize/OutputFormat.h"
+#include "tools/equalize/SoundFileError.h"
 
 #include <algorithm>
 #include <array>
@@ -75,28 +76,32 @@ SF_VIRTUAL_IO AudioWriter::sinkFunctions() {
 }
 
 AudioWriter::AudioWriter(const std::filesystem::path& place, const SF_INFO& format, const AudioReader& source,
-                         std::optional<sf_count_t> frames, double quality)
+                         const Options& options)
     : m_metadata(source, format.format),
-      m_output(place),
+      m_output(place, options.replacing),
       m_name(place.string()),
       m_info(format),
       m_order(channelOrderFor(m_name, format, source)),
       m_sink{m_output.descriptor(), 0},
       m_integerBits(integerBits(format.format)) {
-    if (const std::string fault = frames ? faultOfLength(m_info, *frames) : ""; !fault.empty())
+    if (const std::string fault = options.frames ? faultOfLength(m_info, *options.frames) : ""; !fault.empty())
         throw FileError(m_name + ": " + fault);
     m_info.format = formatWithSpeakers(m_info, m_order.speakers);
     SF_VIRTUAL_IO functions = sinkFunctions();
+    auto lock = lockSoundFileOpening();
     m_file.reset(sf_open_virtual(&functions, SFM_WRITE, &m_info, &m_sink));
     if (!m_file) {
         if (m_sink.error != 0) fail();
-        throw FileError(m_name + ": cannot be written as " + formatName(format.format) + ": " + sf_strerror(nullptr));
+        throw FileError(m_name + ": cannot be written as " + formatName(format.format) + ": " +
+                        soundFileError(nullptr));
     }
+    lock.unlock();
     m_metadata.addToHeader(m_file.get());
     if (!m_order.speakers.empty())
         sf_command(m_file.get(), SFC_SET_CHANNEL_MAP_INFO, m_order.speakers.data(),
                    static_cast<int>(m_order.speakers.size() * sizeof(int)));
-    if (isLossy(format.format)) setQuality(quality);
+    if (isLossy(format.format)) setQuality(options.quality);
+    if (options.dither) m_dither.emplace();
 }
 
 void AudioWriter::setQuality(double quality) {
@@ -109,7 +114,7 @@ void AudioWriter::setQuality(double quality) {
 
 void AudioWriter::fail() const {
     if (m_sink.error != 0) throw systemError(m_name, m_sink.error);
-    throw FileError(m_name + ": cannot be written: " + sf_strerror(m_file.get()));
+    throw FileError(m_name + ": cannot be written: " + soundFileError(m_file.get()));
 }
 
 void AudioWriter::write(const float* interleaved, sf_count_t frames) {
@@ -149,7 +154,8 @@ void AudioWriter::writeIntegers(const float* interleaved, sf_count_t samples) {
     const double fullScale = std::ldexp(1.0, m_integerBits - 1);
     m_integers.resize(static_cast<std::size_t>(samples));
     std::transform(interleaved, interleaved + samples, m_integers.begin(), [&](float sample) {
-        const double limited = std::clamp(std::nearbyint(sample * fullScale), -fullScale, fullScale - 1.0);
+        const double rounded = std::nearbyint(sample * fullScale + (m_dither ? m_dither->next() : 0.0));
+        const double limited = std::clamp(rounded, -fullScale, fullScale - 1.0);
         return static_cast<int>(limited) * (1 << unusedBits);
     });
     if (sf_write_int(m_file.get(), m_integers.data(), samples) != samples) fail();
@@ -175,10 +181,11 @@ void AudioWriter::verify() {
     functions.seek(0, SEEK_SET, &m_sink);
     SF_INFO found = {};
     if ((m_info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_RAW) found = m_info;
+    const auto lock = lockSoundFileOpening();
     const SoundFile file(sf_open_virtual(&functions, SFM_READ, &found, &m_sink));
     if (!file)
         throw FileError(m_name + ": " + formatName(m_info.format) + " cannot hold " + std::to_string(m_framesWritten) +
-                        " frames: the written file cannot be read back: " + sf_strerror(nullptr));
+                        " frames: the written file cannot be read back: " + soundFileError(nullptr));
     const bool hasFrames = isExact(m_info.format) ? found.frames == m_framesWritten : found.frames >= m_framesWritten;
     const bool hasRate = !isExact(m_info.format) || found.samplerate == m_info.samplerate;
     if (hasFrames && hasRate && found.channels == m_info.channels) return;

@@ -2,6 +2,7 @@
 
 #include "tools/common/OutputFile.h"
 #include "tools/equalize/AudioReader.h"
+#include "tools/equalize/Dither.h"
 #include "tools/equalize/MetadataCopy.h"
 
 #include <filesystem>
@@ -22,11 +23,17 @@ class AudioWriter {
 public:
     static constexpr double BestQuality = 10.0;
 
-    /// Copies tags, pictures and chunks from `source`. `frames` is the number of frames to come, if known. A lossy
-    /// format has a quality from 0 to `BestQuality`. Throws FileError, also if the format cannot hold the frames or the
-    /// speakers.
+    struct Options {
+        std::optional<sf_count_t> frames = std::nullopt; ///< the number of frames to come, if known
+        double quality = BestQuality;                    ///< of a lossy format, from 0
+        bool dither = false;                             ///< noise before the rounding to integers
+        Replacing replacing = Replacing::Allowed;
+    };
+
+    /// Copies tags, pictures and chunks from `source`. Throws FileError, also if the format cannot hold the frames or
+    /// the speakers.
     AudioWriter(const std::filesystem::path& place, const SF_INFO& format, const AudioReader& source,
-                std::optional<sf_count_t> frames, double quality = BestQuality);
+                const Options& options);
 
     [[nodiscard]] const SF_INFO& info() const { return m_info; }
 
@@ -68,6 +75,7 @@ private:
     int m_integerBits;
     std::vector<int> m_integers;
     std::vector<float> m_ordered;
+    std::optional<Dither> m_dither;
     sf_count_t m_framesWritten = 0;
     sf_count_t m_samplesBeyondFullScale = 0;
     float m_peak = 0.0F;

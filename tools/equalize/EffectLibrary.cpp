@@ -1,6 +1,7 @@
 #include "tools/equalize/EffectLibrary.h"
 
 #include "tools/common/Errors.h"
+#include "tools/equalize/LanguageFaults.h"
 #include "tools/equalize/ParameterText.h"
 
 #include <cstring>
@@ -46,14 +47,17 @@ std::filesystem::path EffectLibrary::defaultPlace() {
     for (const char* const place : {".", "../lib/vst", "../../.vst/parametric-equalizer"}) {
         std::filesystem::path file = (folder / place / "Parametric Equalizer.so").lexically_normal();
         if (std::filesystem::exists(file)) return file;
-        tried += "\n  " + file.string();
+        tried += (tried.empty() ? " " : ", ") + file.string();
     }
     throw FileError("the plug-in is missing; --plugin names another place than these:" + tried);
 }
 
 AEffect* EffectLibrary::makeInstance() const {
+    const std::lock_guard lock(m_mainInUse);
     AEffect* const effect = m_main(answerEffect);
-    if (effect == nullptr) throw FileError(m_file.string() + ": the plug-in gives no instance");
+    if (effect == nullptr)
+        throw FileError(m_file.string() + ": the plug-in gives no instance; " +
+                        languageFaultText(m_file.parent_path()));
     if (isTheEqualizer(*effect)) return effect;
     if (effect->magic == EffectMagic) effect->dispatcher(effect, effClose, 0, 0, nullptr, 0.0F);
     throw FileError(m_file.string() + ": the plug-in is not the equalizer");

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <mutex>
 
 namespace eq {
 
@@ -17,8 +18,11 @@ public:
     /// it is in neither.
     [[nodiscard]] static std::filesystem::path defaultPlace();
 
-    /// A new instance, to be ended with `effClose`. Throws FileError if the library gives none, or one of another
-    /// effect.
+    EffectLibrary(const EffectLibrary&) = delete;
+    EffectLibrary& operator=(const EffectLibrary&) = delete;
+
+    /// Any thread may call this. Returns a new instance, to be ended with `effClose`. Throws FileError if the library
+    /// gives none, or one of another effect.
     [[nodiscard]] AEffect* makeInstance() const;
 
 private:
@@ -29,6 +33,7 @@ private:
     std::filesystem::path m_file;
     std::unique_ptr<void, Unloader> m_library;
     EffectMainProc m_main;
+    mutable std::mutex m_mainInUse; ///< hosts make instances in one thread
 };
 
 } // namespace eq

@@ -7,13 +7,12 @@ namespace eq {
 
 //  sound | silence of the delay's length  -->  effect  -->  delay | sound
 //                                                           \ skipped, unless it is kept
-void equalize(AudioReader& reader, MultichannelEffect& effects, AudioWriter& writer, Latency latency,
-              Progress& progress) {
+void equalize(AudioReader& reader, MultichannelEffect& effects, const SoundSink& sink, Latency latency,
+              FileProgress& progress) {
     const int channels = effects.channels();
     std::vector<float> block(static_cast<std::size_t>(effects.blockFrames()) * static_cast<std::size_t>(channels));
     int silenceLeft = effects.delay();
     int toSkip = latency == Latency::Removed ? effects.delay() : 0;
-    sf_count_t done = 0;
 
     while (true) {
         int frames = static_cast<int>(reader.read(block.data(), effects.blockFrames()));
@@ -28,11 +27,9 @@ void equalize(AudioReader& reader, MultichannelEffect& effects, AudioWriter& wri
         effects.process(block.data(), frames);
         const int skipped = std::min(toSkip, frames);
         toSkip -= skipped;
-        writer.write(block.data() + static_cast<std::ptrdiff_t>(skipped) * channels, frames - skipped);
-        done += frames;
-        progress.show(done);
+        sink(block.data() + static_cast<std::ptrdiff_t>(skipped) * channels, frames - skipped);
+        progress.add(frames);
     }
-    writer.finish();
 }
 
 } // namespace eq

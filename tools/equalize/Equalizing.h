@@ -1,9 +1,10 @@
 #pragma once
 
 #include "tools/equalize/AudioReader.h"
-#include "tools/equalize/AudioWriter.h"
 #include "tools/equalize/MultichannelEffect.h"
 #include "tools/equalize/Progress.h"
+
+#include <functional>
 
 namespace eq {
 
@@ -13,9 +14,12 @@ enum class Latency {
     Kept,    ///< they stay, and the output is longer by them, so that nothing is lost
 };
 
-/// Sends all sound of `reader` through the effect into `writer`, a block at a time, and finishes the output. Throws
-/// FileError.
-void equalize(AudioReader& reader, MultichannelEffect& effects, AudioWriter& writer, Latency latency,
-              Progress& progress);
+/// Receives interleaved sound, which it may change, and its number of frames.
+using SoundSink = std::function<void(float*, sf_count_t)>;
+
+/// Sends all sound of `reader` through the effect into `sink`, a block at a time. Throws FileError, and what the sink
+/// throws.
+void equalize(AudioReader& reader, MultichannelEffect& effects, const SoundSink& sink, Latency latency,
+              FileProgress& progress);
 
 } // namespace eq

@@ -18,7 +18,11 @@ bool FrequencyMap::reaches(double wanted) const {
 }
 
 std::string FrequencyMap::reachText() const {
-    if (!m_corrected || isAtDesignRate()) return rangeText(ParameterKind::Frequency);
+    return m_corrected ? landingText() : rangeText(ParameterKind::Frequency);
+}
+
+std::string FrequencyMap::landingText() const {
+    if (isAtDesignRate()) return rangeText(ParameterKind::Frequency);
     return fixed(std::ceil(FrequencyRange.lowest * m_stretch * 100.0) / 100.0, 2) + " to " +
            fixed(std::floor(FrequencyRange.highest * m_stretch * 100.0) / 100.0, 2) + " Hz";
 }

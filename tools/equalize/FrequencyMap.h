@@ -22,6 +22,9 @@ public:
     /// "21.77 to 21768.70 Hz", with ends that are inside.
     [[nodiscard]] std::string reachText() const;
 
+    /// The range of `landing`: as `reachText` is, but also without the correction.
+    [[nodiscard]] std::string landingText() const;
+
     [[nodiscard]] int sampleRate() const { return m_sampleRate; }
     [[nodiscard]] bool isCorrected() const { return m_corrected; }
     [[nodiscard]] bool isAtDesignRate() const { return m_stretch == 1.0; }

@@ -2,6 +2,7 @@
 
 #include "support/AsciiText.h"
 #include "tools/common/Errors.h"
+#include "tools/common/Text.h"
 
 #include <algorithm>
 #include <array>
@@ -91,7 +92,11 @@ SF_INFO usualFormatFor(const std::filesystem::path& place, const SF_INFO& input)
     SF_INFO output = {};
     output.samplerate = input.samplerate;
     output.channels = input.channels;
-    const int wanted = formatOfExtension(extensionOf(place), input.format);
+    const std::string extension = extensionOf(place);
+    const int wanted = formatOfExtension(extension, input.format);
+    if (wanted == 0 && !extension.empty())
+        throw UsageError(place.string() + ": no kind of audio file has the extension " + eq::quoted("." + extension) +
+                         "; wav, aiff, flac, ogg, opus, mp3 and caf are some that can be written");
     // The same container keeps the byte order, too.
     output.format = input.format;
     if (sampleFormatOf(wanted) != 0)
@@ -131,6 +136,10 @@ bool isLossy(int format) {
 std::string containerName(int format) {
     const std::string name = nameFrom(SFC_GET_FORMAT_INFO, containerOf(format));
     return name.substr(0, name.find(" ("));
+}
+
+bool hasAudioExtension(const std::filesystem::path& file) {
+    return formatOfExtension(extensionOf(file), 0) != 0;
 }
 
 std::string formatName(int format) {

@@ -12,8 +12,9 @@ namespace eq {
 enum class SampleBits { Bits16, Bits24, Bits32, Float };
 
 /// Rate, channels, container and sample format of an output at `place` for sound that comes in as `input`: the
-/// container is that of the extension, and the input's if the extension is none that libsndfile knows; the sample
-/// format is the input's, or else the best that the container takes. Throws FileError if it takes none.
+/// container is that of the extension, and the input's without an extension; the sample format is the input's, or else
+/// the best that the container takes. Throws UsageError for an unknown extension, and FileError if the container takes
+/// no sample format.
 ///
 /// `bits` replaces the sample format, except in a lossy output, which has none. Throws UsageError if the container
 /// does not take it.
@@ -25,6 +26,9 @@ enum class SampleBits { Bits16, Bits24, Bits32, Float };
 
 /// "WAV"
 [[nodiscard]] std::string containerName(int format);
+
+/// True for a file whose extension is one of an audio file.
+[[nodiscard]] bool hasAudioExtension(const std::filesystem::path& file);
 
 /// "WAV (Microsoft), 32 bit float"
 [[nodiscard]] std::string formatName(int format);

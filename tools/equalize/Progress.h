@@ -1,27 +1,53 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
+#include <mutex>
 
 namespace eq {
 
-/// A bar on standard error, if that is a terminal. It is gone when the object goes.
+/// One bar for all files, on standard error, if that is a terminal. The bar is removed with the object.
 class Progress {
 public:
-    /// `total` is the amount at which the bar is full.
-    Progress(std::int64_t total, bool wanted);
+    /// `total` is the sum of the weights of all files.
+    Progress(std::uint64_t total, std::size_t files, bool wanted);
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    void show(std::int64_t done);
-
 private:
+    friend class FileProgress;
     using Clock = std::chrono::steady_clock;
 
-    std::int64_t m_total;
+    void add(double weight, bool fileIsDone);
+
+    double m_total;
+    std::size_t m_files;
     bool m_isShown;
+    std::mutex m_mutex; ///< guards what follows
+    double m_done = 0.0;
+    std::size_t m_filesDone = 0;
     Clock::time_point m_next;
+};
+
+/// The part of one file in the progress of all. The file counts as done when the object is removed.
+class FileProgress {
+public:
+    FileProgress(Progress& progress, std::uint64_t weight);
+    ~FileProgress();
+    FileProgress(const FileProgress&) = delete;
+    FileProgress& operator=(const FileProgress&) = delete;
+
+    /// Sets the number of frames that the file's work comprises.
+    void expect(std::int64_t frames);
+    void add(std::int64_t frames);
+
+private:
+    Progress& m_progress;
+    double m_weight;
+    double m_weightPerFrame = 0.0;
+    double m_shown = 0.0;
 };
 
 } // namespace eq

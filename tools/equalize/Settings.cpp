@@ -3,7 +3,9 @@
 #include "support/AsciiText.h"
 #include "tools/common/Errors.h"
 #include "tools/common/Text.h"
+#include "tools/equalize/UnitText.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 
@@ -14,7 +16,7 @@ constexpr std::string_view NormalisedPrefix = "parameter";
 
 /// A value in the parameter's unit. Frequencies are only known to be in reach when the rate is.
 double parseValue(ParameterKind kind, std::string_view what, std::string_view text) {
-    const std::optional<double> value = parseNumber(trimmed(text));
+    const std::optional<double> value = parseWithUnit(kind, text);
     constexpr ValueRange AnyFrequency = {0.01, 1e6};
     const auto [lowest, highest] = kind == ParameterKind::Frequency ? AnyFrequency : scaleOf(kind).range;
     if (!value || *value < lowest || *value > highest)
@@ -40,8 +42,12 @@ void Settings::readPreset(const std::filesystem::path& file) {
     std::ifstream stream(file);
     if (!stream) throw systemError(file.string(), errno);
     std::string line;
-    for (int number = 1; std::getline(stream, line); ++number)
+    for (int number = 1; std::getline(stream, line); ++number) {
+        // Some editors begin every file with this mark.
+        constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+        if (number == 1 && line.starts_with(ByteOrderMark)) line.erase(0, ByteOrderMark.size());
         readPresetLine(line, file.string() + ":" + std::to_string(number) + ": ");
+    }
     if (stream.bad() || !stream.eof()) throw FileError(file.string() + ": cannot be read to its end");
 }
 
@@ -108,12 +114,29 @@ std::optional<Settings::Wish> Settings::frequencyWish(int band) const {
     return Wish{Parameters[indexOf(ParameterKind::Frequency, band)].defaultValue, false, gain->origin, true};
 }
 
+bool Settings::isEmpty() const {
+    return std::ranges::none_of(m_wishes, [](const std::optional<Wish>& wish) { return wish.has_value(); });
+}
+
 bool Settings::dependsOnRate() const {
     for (int band = 1; band <= BandCount; ++band) {
         const std::optional<Wish> wish = frequencyWish(band);
         if (wish && !wish->normalised) return true;
     }
     return false;
+}
+
+std::string Settings::uncorrectedText(const FrequencyMap& frequencies) const {
+    std::string text;
+    for (int band = 1; band <= BandCount; ++band) {
+        const int index = indexOf(ParameterKind::Frequency, band);
+        const std::optional<Wish>& wish = at(index);
+        if (!wish || !wish->normalised) continue;
+        const double nominal = shownValueOf(ParameterKind::Frequency, static_cast<float>(wish->value));
+        text += (text.empty() ? "" : ", ") + presetNameOf(Parameters[index]) + " at " +
+                fixed(frequencies.landing(nominal), 2) + " Hz";
+    }
+    return text;
 }
 
 void Settings::requireReach(int band, const Wish& frequency, const FrequencyMap& frequencies) {

@@ -31,8 +31,15 @@ public:
     /// frequency that cannot be reached.
     [[nodiscard]] Resolved resolve(const FrequencyMap& frequencies) const;
 
+    /// True if nothing was asked of any parameter.
+    [[nodiscard]] bool isEmpty() const;
+
     /// True if `resolve` has to take the rate of the sound into account.
     [[nodiscard]] bool dependsOnRate() const;
+
+    /// Returns where the frequencies are heard that were given as normalised values, which are not corrected for the
+    /// rate: "band2.freq at 688.43 Hz". Empty without such frequencies.
+    [[nodiscard]] std::string uncorrectedText(const FrequencyMap& frequencies) const;
 
     /// The text of a preset that brings back just these settings and shows all names.
     [[nodiscard]] std::string presetText() const;

@@ -1,10 +1,12 @@
 #include "tools/equalize/SndfileSource.h"
 
 #include "tools/common/Errors.h"
+#include "tools/equalize/SoundFileError.h"
 
 namespace eq {
 
 SndfileSource::SndfileSource(const std::string& name, std::vector<HeaderCorrection> corrections) {
+    const auto lock = lockSoundFileOpening();
     if (corrections.empty()) {
         m_file.reset(sf_open(name.c_str(), SFM_READ, &m_info));
     } else {
@@ -12,7 +14,7 @@ SndfileSource::SndfileSource(const std::string& name, std::vector<HeaderCorrecti
         SF_VIRTUAL_IO functions = PatchedFile::functions();
         m_file.reset(sf_open_virtual(&functions, SFM_READ, &m_info, m_patched.get()));
     }
-    if (!m_file) throw FileError(std::string("not a readable audio file: ") + sf_strerror(nullptr));
+    if (!m_file) throw FileError(std::string("not a readable audio file: ") + soundFileError(nullptr));
 }
 
 sf_count_t SndfileSource::read(float* interleaved, sf_count_t frames) {
@@ -20,7 +22,7 @@ sf_count_t SndfileSource::read(float* interleaved, sf_count_t frames) {
 }
 
 std::string SndfileSource::error() const {
-    return sf_error(m_file.get()) != SF_ERR_NO_ERROR ? sf_strerror(m_file.get()) : "";
+    return sf_error(m_file.get()) != SF_ERR_NO_ERROR ? soundFileError(m_file.get()) : "";
 }
 
 } // namespace eq

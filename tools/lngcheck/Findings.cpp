@@ -1,5 +1,7 @@
 #include "tools/lngcheck/Findings.h"
 
+#include "tools/common/Printable.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <map>
@@ -22,14 +24,18 @@ const char* introductionOf(Severity severity) {
 
 void printFinding(const Finding& finding) {
     const std::string line = finding.line == 0 ? "" : std::to_string(finding.line) + ":";
-    std::printf("%s:%s %s%s\n", finding.file.c_str(), line.c_str(), introductionOf(finding.severity),
-                finding.text.c_str());
+    const std::string text = finding.file + ":" + line + " " + introductionOf(finding.severity) + finding.text;
+    std::printf("%s\n", printable(text).c_str());
 }
 
 } // namespace
 
 void Findings::add(const std::string& file, int line, Severity severity, const std::string& text) {
     m_findings.push_back({file, line, severity, text});
+}
+
+const Finding& Findings::firstFault() const {
+    return *std::ranges::find(m_findings, Severity::Fault, &Finding::severity);
 }
 
 std::size_t Findings::count(Severity severity) const {

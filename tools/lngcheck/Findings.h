@@ -26,6 +26,9 @@ class Findings {
 public:
     void add(const std::string& file, int line, Severity severity, const std::string& text);
 
+    /// Returns the first fault. There must be one.
+    [[nodiscard]] const Finding& firstFault() const;
+
     [[nodiscard]] std::size_t count(Severity severity) const;
 
     /// Writes all to standard output, file by file in the order of their first finding, and each in the order of its

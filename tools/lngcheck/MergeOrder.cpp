@@ -1,5 +1,7 @@
 #include "tools/lngcheck/MergeOrder.h"
 
+#include "tools/common/Printable.h"
+
 #include "support/AsciiText.h"
 #include "tools/lngcheck/KnownTexts.h"
 #include "wedge/CLanguageFile.h"
@@ -50,8 +52,8 @@ void addPlaces(std::vector<Place>& places, const std::vector<LanguageFile>& file
 
 void printPlace(const char* introduction, const Place& place) {
     const std::wstring& text = place.definition->text.value_or(L"?");
-    std::printf("  %s %s:%d [%s] '%s'\n", introduction, place.file->path.c_str(), place.definition->line,
-                place.definition->context.c_str(), inUtf8(text).c_str());
+    std::printf("  %s %s:%d [%s] '%s'\n", introduction, printable(place.file->path).c_str(), place.definition->line,
+                printable(place.definition->context).c_str(), printable(inUtf8(text)).c_str());
 }
 
 } // namespace
@@ -76,10 +78,11 @@ std::vector<SearchStep> searchSteps(const std::string& folder, WORD overrideLang
 void printSteps(const std::vector<SearchStep>& steps) {
     std::string folder;
     for (const SearchStep& step : steps) {
-        if (step.folder != folder) std::printf("order of reading in %s:\n", step.folder.c_str());
+        if (step.folder != folder) std::printf("order of reading in %s:\n", printable(step.folder).c_str());
         folder = step.folder;
         std::printf("  %s, %s: %s\n", step.reason.c_str(),
-                    step.language == 0 ? "none" : std::to_string(step.language).c_str(), namesOf(step).c_str());
+                    step.language == 0 ? "none" : std::to_string(step.language).c_str(),
+                    printable(namesOf(step)).c_str());
     }
 }
 
@@ -88,7 +91,7 @@ void explain(const std::string& key, const std::vector<LanguageFile>& files) {
     addPlaces(places, files, withoutBraces(key), ModuleContext);
     addPlaces(places, files, withoutBraces(key), SharedContext);
 
-    std::printf("%s:\n", withoutBraces(key).c_str());
+    std::printf("%s:\n", printable(withoutBraces(key)).c_str());
     if (places.empty()) std::printf("  in no file that is read\n");
     for (std::size_t i = 0; i < places.size(); ++i) printPlace(i == 0 ? "taken from" : "ignored:  ", places[i]);
 }

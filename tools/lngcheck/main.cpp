@@ -1,6 +1,8 @@
 // The command line of `lngcheck`: looks through language files, for those who write them.
 
+#include "tools/common/CommandLine.h"
 #include "tools/common/OutputFile.h"
+#include "tools/common/Printable.h"
 #include "tools/common/RunTool.h"
 #include "tools/lngcheck/Checks.h"
 #include "tools/lngcheck/Findings.h"
@@ -40,8 +42,7 @@ struct Options {
     [[nodiscard]] bool wantsOrder() const { return overrideLanguage || systemLanguage || !keysToExplain.empty(); }
 };
 
-constexpr const char* Footer = R"(
-Each finding is a line 'file:line: text'. Faults lose a text or the whole file;
+constexpr const char* Footer = R"(Each finding is a line 'file:line: text'. Faults lose a text or the whole file;
 warnings, marked so, are about texts that may not look right.
 
 --override, --system and --explain take one FOLDER, and tell what the library
@@ -145,7 +146,7 @@ void showOrder(const Options& options) {
     }
     const auto broken = std::ranges::find_if(files, &LanguageFile::isBroken);
     if (broken != files.end()) {
-        std::printf("%s stops the library, which reads no file then\n", broken->path.c_str());
+        std::printf("%s stops the library, which reads no file then\n", printable(broken->path).c_str());
         return;
     }
     for (const std::string& key : options.keysToExplain) explain(key, files);
@@ -186,9 +187,9 @@ int runCommand(int argumentCount, char** arguments) {
     CLI::App app("Checks language files of the Parametric Equalizer.", "lngcheck");
     declare(app, options);
     try {
-        app.parse(argumentCount, arguments);
-    } catch (const CLI::CallForHelp& help) {
-        return app.exit(help);
+        parseCommandLine(app, "  lngcheck [OPTIONS] PATH...", argumentCount, arguments);
+    } catch (const CLI::Success& helpOrVersion) {
+        return app.exit(helpOrVersion);
     }
     const int exitCode = run(options);
     if (std::fflush(stdout) != 0) throw systemError("standard output", errno);

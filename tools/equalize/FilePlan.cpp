@@ -1,0 +1,152 @@
+#include "tools/equalize/FilePlan.h"
+
+#include "tools/common/Errors.h"
+#include "tools/common/Text.h"
+#include "tools/equalize/OutputFormat.h"
+
+#include <algorithm>
+#include <map>
+#include <system_error>
+
+namespace eq {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Equal for two names of one file, which need not exist.
+fs::path identityOf(const fs::path& file) {
+    std::error_code error;
+    const fs::path absolute = fs::absolute(file, error);
+    fs::path identity = fs::weakly_canonical(absolute, error);
+    return error ? absolute.lexically_normal() : identity;
+}
+
+class Planner {
+public:
+    explicit Planner(const FileArguments& arguments)
+        : m_arguments(arguments), m_outputFolder(identityOf(arguments.outputFolder)) {}
+
+    std::vector<FileJob> jobs() {
+        for (const std::string& file : m_arguments.files) addNamed(file);
+        return std::move(m_jobs);
+    }
+
+private:
+    void addNamed(const fs::path& file) {
+        std::error_code ignored;
+        if (!fs::is_directory(file, ignored))
+            add(file, file.filename());
+        else if (m_arguments.isRecursive)
+            addFolder(file, file);
+        else
+            throw UsageError(file.string() + " is a folder; --recursive equalizes the files in it");
+    }
+
+    /// Adds the audio files in the order of their names. Links to folders are not followed.
+    void addFolder(const fs::path& folder, const fs::path& root) {
+        std::error_code error;
+        std::vector<fs::directory_entry> entries;
+        for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
+            entries.push_back(*entry);
+        if (error) {
+            m_jobs.push_back({folder.string(), "", folder.string() + ": " + error.message()});
+            return;
+        }
+        std::ranges::sort(entries);
+        for (const fs::directory_entry& entry : entries) {
+            const fs::path& path = entry.path();
+            if (entry.is_directory(error) && !entry.is_symlink(error)) {
+                if (!isOutputFolder(path)) addFolder(path, root);
+            } else if (!entry.is_directory(error) && hasAudioExtension(path) && !isEarlierOutput(path)) {
+                add(path, path.lexically_relative(root));
+            }
+        }
+    }
+
+    /// `place` is the path below the output folder.
+    void add(const fs::path& input, const fs::path& place) {
+        fs::path output = m_arguments.outputFolder.empty() ? input : m_arguments.outputFolder / place;
+        output.replace_filename(output.stem().string() + m_arguments.suffix + output.extension().string());
+        std::error_code error;
+        const std::uint64_t size = fs::file_size(input, error);
+        m_jobs.push_back({input.string(), output.string(), "", error ? 1 : std::max<std::uint64_t>(size, 1)});
+    }
+
+    bool isOutputFolder(const fs::path& folder) const {
+        return !m_arguments.outputFolder.empty() && identityOf(folder) == m_outputFolder;
+    }
+
+    /// Without an output folder a second run finds the files that the first one wrote.
+    bool isEarlierOutput(const fs::path& file) const {
+        return m_arguments.outputFolder.empty() && file.stem().string().ends_with(m_arguments.suffix);
+    }
+
+    const FileArguments& m_arguments;
+    fs::path m_outputFolder;
+    std::vector<FileJob> m_jobs;
+};
+
+/// Finds files that the run would lose.
+class Conflicts {
+public:
+    explicit Conflicts(const std::vector<FileJob>& jobs) {
+        for (const FileJob& job : jobs) m_readers.emplace(identityOf(job.input), &job);
+    }
+
+    void addOutput(const FileJob& job, bool mayReplaceItsInput) {
+        if (job.output.empty() || isDevice(job.output)) return;
+        const fs::path identity = identityOf(job.output);
+        const auto reader = m_readers.find(identity);
+        const bool isItsInput = identity == identityOf(job.input);
+        if (isItsInput && !mayReplaceItsInput)
+            throw UsageError(job.input + " would be replaced; --suffix TEXT or another --output-dir keeps it");
+        if (reader != m_readers.end() && !isItsInput)
+            throw UsageError(job.output + ", the output of " + job.input + ", is an input, too");
+        const auto [writer, isNew] = m_writers.emplace(identity, job.input);
+        if (!isNew) throw UsageError(writer->second + " and " + job.input + " have the same output: " + job.output);
+    }
+
+    void addOtherOutput(const std::string& file) {
+        if (file.empty() || isDevice(file)) return;
+        const fs::path identity = identityOf(file);
+        if (m_readers.contains(identity) || !m_writers.emplace(identity, file).second)
+            throw UsageError(file + " is used twice");
+    }
+
+private:
+    std::map<fs::path, const FileJob*> m_readers;
+    std::map<fs::path, std::string> m_writers; ///< and what each file is written for
+};
+
+} // namespace
+
+bool isDevice(const fs::path& file) {
+    std::error_code ignored;
+    const fs::file_status status = fs::status(file, ignored);
+    return fs::exists(status) && !fs::is_regular_file(status);
+}
+
+std::vector<FileJob> planFiles(const FileArguments& arguments) {
+    const std::vector<std::string>& files = arguments.files;
+    if (arguments.suffix.find('/') != std::string::npos)
+        throw UsageError("--suffix " + arguments.suffix + ": it must not contain '/'");
+    std::vector<FileJob> jobs;
+    if (arguments.areInputs()) {
+        if (arguments.outputFolder.empty() && arguments.suffix.empty())
+            throw UsageError("--recursive needs --output-dir or --suffix");
+        if (files.empty()) throw UsageError("INPUT is missing; see --help");
+        jobs = Planner(arguments).jobs();
+    } else {
+        if (files.size() > 2)
+            throw UsageError(eq::quoted(files[2]) +
+                             " is one file too many: several inputs need --output-dir or --suffix; see --help");
+        if (files.size() < 2) throw UsageError("OUTPUT is missing; see --help");
+        jobs.push_back({files[0], files[1]});
+    }
+    Conflicts conflicts(jobs);
+    for (const FileJob& job : jobs) conflicts.addOutput(job, !arguments.areInputs());
+    for (const std::string& file : arguments.otherOutputs) conflicts.addOtherOutput(file);
+    return jobs;
+}
+
+} // namespace eq

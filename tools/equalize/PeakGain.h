@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include <sndfile.h>
+
+namespace eq {
+
+/// The gain after the effect that brings the highest sample of a file to a level.
+class PeakGain {
+public:
+    /// "-1", "-1 dB", from -100 to 0. Throws UsageError.
+    void setLevel(std::string_view decibels);
+    /// Only lowers sound that would clip.
+    void setHeadroom() { m_isHeadroom = true; }
+
+    /// True if a gain is wanted, for which the file must be read twice.
+    [[nodiscard]] bool isWanted() const { return m_level || m_isHeadroom; }
+
+    /// Takes a part of the sound into account for its peak. NaNs have no level.
+    static void addToPeak(float& peak, const float* samples, sf_count_t count);
+
+    /// Returns the factor for a file with this peak; 1 for silence. No sample clips in `format`, with or without the
+    /// noise of the dither.
+    [[nodiscard]] double gainFor(float peak, int format, bool isDithered) const;
+
+private:
+    std::optional<double> m_level;
+    bool m_isHeadroom = false;
+};
+
+} // namespace eq

@@ -1,0 +1,36 @@
+#include "tools/equalize/SoundFileError.h"
+
+#include "support/AsciiText.h"
+
+#include <string_view>
+
+namespace eq {
+
+std::unique_lock<std::mutex> lockSoundFileOpening() {
+    static std::mutex opening;
+    return std::unique_lock(opening);
+}
+
+std::string soundFileError(SNDFILE* file) {
+    switch (sf_error(file)) {
+    case SF_ERR_NO_ERROR:
+        return "no reason is known";
+    case SF_ERR_UNRECOGNISED_FORMAT:
+        return "the contents are of no known kind of audio file, whatever the name says";
+    case SF_ERR_MALFORMED_FILE:
+        return "the file is damaged: its header contradicts itself";
+    case SF_ERR_UNSUPPORTED_ENCODING:
+        return "the kind of file is known, but not the way in which its samples are coded";
+    default:
+        break;
+    }
+    // Other errors have numbers that are not published, and sentences such as "Error : ... ."
+    std::string_view text = sf_strerror(file);
+    constexpr std::string_view System = "System error : ";
+    if (text.starts_with(System)) return std::string(trim_chars(text.substr(System.size()), ". "));
+    for (const std::string_view opening : {"Error : ", "Error: ", "Internal error : "})
+        if (text.starts_with(opening)) text.remove_prefix(opening.size());
+    return "libsndfile reports: " + std::string(trim_chars(text, ". \n"));
+}
+
+} // namespace eq
