@@ -146,6 +146,8 @@ TEST_F(EqualizeMetadata, ReadsOtherProgramsChunksAndNamesThoseThatAreLost) {
     EXPECT_EQ(shell("metaflac --no-utf8-convert --export-tags-to=- out.flac | sort"),
               "IENG=En\nSUBTITLE=b\nTITLE=Tét\n");
 
+    EXPECT_NE(run("/dev/stdin out.wav", "cat in.wav |").said.find("note: /dev/stdin is a pipe"), std::string::npos);
+
     // A size that is odd and not padded, and a chunk that the end of the file cuts off.
     folder.write("cut.wav", whole + "oddd" + number(1) + "x" + "good" + number(2) + "ab" + "bad " + number(9) + "abc");
     const std::string said = equalize("cut.wav out.wav");

@@ -88,7 +88,10 @@ MetadataCopy::MetadataCopy(const AudioReader& source, int outputFormat)
       m_channels(source.info().channels),
       m_descriptor(openRegularFile(m_name)),
       m_bytes(m_descriptor.get(), m_name) {
-    if (m_descriptor) readSource(m_inputFormat);
+    if (m_descriptor)
+        readSource(m_inputFormat);
+    else
+        m_notes.push_back(m_name + " is a pipe or a device: only its titles and the like are copied");
     // libsndfile's texts repeat tags that are already there.
     if (m_chunks || !m_descriptor || !SoundTags::knows(m_inputFormat)) m_tags.addTexts(m_source);
     noteLostChunks();
