@@ -82,7 +82,7 @@ AudioReader::AudioReader(const std::filesystem::path& file, NonFinite nonFinite)
         isPlaceholderLength(static_cast<std::uint64_t>(m_info.frames), static_cast<std::uint64_t>(frameBytes)))
         m_isLengthKnown = false;
     if (!m_isLengthKnown) m_info.frames = 0;
-    m_speakers = speakersOf(handle(), m_info);
+    m_speakers = speakersOf(m_name, handle(), m_info);
 }
 
 sf_count_t AudioReader::read(float* interleaved, sf_count_t frames) {

@@ -2,8 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <filesystem>
+#include <fstream>
 #include <iterator>
 #include <numeric>
+#include <string_view>
+#include <system_error>
 
 namespace eq {
 namespace {
@@ -76,6 +81,25 @@ Speakers fixedLayout(const SF_INFO& info) {
     return {};
 }
 
+/// Programs name other speakers than the fixed ones in a comment of a FLAC file, as the mask of extensible WAV.
+Speakers speakersInComment(const std::string& name, int channels) {
+    constexpr std::size_t Searched = 65536;
+    constexpr std::string_view Key = "WAVEFORMATEXTENSIBLE_CHANNEL_MASK=0x";
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(name, ignored)) return {};
+    std::string begin(Searched, '\0');
+    std::ifstream(name, std::ios::binary).read(begin.data(), Searched);
+    const std::size_t found = begin.find(Key);
+    if (found == std::string::npos) return {};
+    unsigned mask = 0;
+    const char* const digits = begin.data() + found + Key.size();
+    std::from_chars(digits, begin.data() + begin.size(), mask, 16);
+    Speakers speakers;
+    for (std::size_t bit = 0; bit < WavOrder.size(); ++bit)
+        if ((mask >> bit & 1U) != 0) speakers.push_back(WavOrder[bit]);
+    return static_cast<int>(speakers.size()) == channels ? speakers : Speakers{};
+}
+
 /// libsndfile has two names for each of the three speakers in front.
 int oneName(int speaker) {
     switch (speaker) {
@@ -113,8 +137,10 @@ ChannelOrder inWavOrder(const Speakers& speakers) {
 
 } // namespace
 
-Speakers speakersOf(SNDFILE* file, const SF_INFO& info) {
+Speakers speakersOf(const std::string& name, SNDFILE* file, const SF_INFO& info) {
     if (info.channels < FewestChannels) return {};
+    if (containerOf(info) == SF_FORMAT_FLAC)
+        if (Speakers named = speakersInComment(name, info.channels); !named.empty()) return named;
     if (Speakers fixed = fixedLayout(info); !fixed.empty()) return fixed;
     Speakers speakers(static_cast<std::size_t>(info.channels));
     const int size = static_cast<int>(speakers.size() * sizeof(int));
