@@ -134,6 +134,7 @@ TEST_F(EqualizeHabits, ShowsItsProgressInTwentyColumnsWithoutEscapeSequences) {
         run("-qec \"stty cols 20; '" EQ_EQUALIZE_PATH "' --output-dir o ?.wav\" /dev/null < /dev/null").said;
     EXPECT_EQ(shown.find('\x1B'), std::string::npos) << shown;
     ASSERT_NE(shown.find("\r["), std::string::npos) << shown;
+    EXPECT_NE(shown.find("/9"), std::string::npos) << shown;
     std::istringstream lines(shown);
     for (std::string line; std::getline(lines, line, '\r');)
         EXPECT_TRUE(line.size() < 20 || line.starts_with("equalize: ")) << line;
@@ -148,13 +149,16 @@ TEST_F(EqualizeHabits, BringsThePeakToALevelAndClipsNothing) {
         return sound;
     };
     SndfileHandle(path("in.wav"), SFM_WRITE, SF_FORMAT_WAV | SF_FORMAT_FLOAT, 1, 44100)
-        .write(std::vector<float>{-1.6F, 0.4F, 0.0F}.data(), 3);
-    EXPECT_EQ(levels("--headroom"), (std::vector<float>{-1.0F, 0.25F, 0.0F}));
+        .write(std::vector<float>{1.6F, -0.4F, 0.0F}.data(), 3);
+    EXPECT_EQ(levels("--headroom"), (std::vector<float>{1.0F, -0.25F, 0.0F}));
     EXPECT_EQ(levels("--headroom --volume -12"), levels("--volume -12"));
-    EXPECT_FLOAT_EQ(levels("--normalize -20 --normalize -6.0206dB --volume 5")[0], -0.5F);
+    EXPECT_FLOAT_EQ(levels("--normalize -20 --normalize -6.0206dB --volume 5")[0], 0.5F);
     // 24 bits: the highest sample that does not clip, with and without noise.
-    EXPECT_EQ(levels("--normalize 0", "out.flac")[0], -1.0F + 0x1p-23F);
+    EXPECT_EQ(levels("--normalize 0", "out.flac")[0], 1.0F - 0x1p-23F);
     expectRun("in.wav out.flac --normalize 0 --dither", 0, "gain applied: -4.08 dB\nequalize: in.wav ->");
+    SndfileHandle(path("in.wav"), SFM_WRITE, SF_FORMAT_WAV | SF_FORMAT_FLOAT, 1, 44100)
+        .write(std::vector<float>{-1.0F, 0.5F, 0.0F}.data(), 3);
+    EXPECT_EQ(levels("--headroom", "out.flac"), (std::vector<float>{-1.0F, 0.5F, 0.0F}));
     expectRun("in.wav out.flac --normalize 1", 2, "-100 to 0 dB");
     expectRun("/dev/stdin out.wav --normalize 0 < /dev/null", 1, "read the input twice");
 }

@@ -7,21 +7,21 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <string>
 
 namespace eq {
-namespace {
 
-/// Returns the highest sample that `format` holds, less the highest noise of the dither, which is one step.
-double ceilingOf(int format, bool isDithered) {
-    const int bits = integerBits(format);
-    if (bits == 0) return 1.0;
-    // Floats below 1 are 24 bits long.
-    constexpr int FloatBits = 24;
-    return 1.0 - (isDithered ? 2.0 : 1.0) * std::ldexp(1.0, 1 - std::min(bits, FloatBits));
+void SamplePeaks::add(const float* samples, sf_count_t count) {
+    for (sf_count_t index = 0; index < count; ++index) {
+        if (samples[index] > highest) highest = samples[index];
+        if (samples[index] < lowest) lowest = samples[index];
+    }
 }
 
-} // namespace
+double SamplePeaks::level() const {
+    return static_cast<double>(std::max(highest, -lowest));
+}
 
 void PeakGain::setLevel(std::string_view decibels) {
     constexpr double Lowest = -100.0;
@@ -30,20 +30,27 @@ void PeakGain::setLevel(std::string_view decibels) {
         throw UsageError("--normalize: " + quoted(trimmed(decibels)) + " is not a number from -100 to 0 dB");
 }
 
-void PeakGain::addToPeak(float& peak, const float* samples, sf_count_t count) {
-    for (sf_count_t index = 0; index < count; ++index) {
-        const float level = std::fabs(samples[index]);
-        if (level > peak) peak = level;
-    }
-}
+double PeakGain::gainFor(const SamplePeaks& peaks, int format, bool isDithered) const {
+    if (std::isinf(peaks.level())) throw FileError("the sound has infinite samples, which no gain brings to a level");
+    if (peaks.level() == 0.0) return 1.0;
 
-double PeakGain::gainFor(float peak, int format, bool isDithered) const {
-    if (std::isinf(peak)) throw FileError("the sound has infinite samples, which no gain brings to a level");
-    const double ceiling = ceilingOf(format, isDithered);
-    const auto highest = static_cast<double>(peak);
-    if (highest == 0.0 || (!m_level && highest <= ceiling)) return 1.0;
-    const double wanted = m_level ? std::min(std::pow(10.0, *m_level / 20.0), ceiling) : ceiling;
-    return wanted / highest;
+    // Integers reach from -1 to one step below 1, and floats below 1 are 24 bits long. The noise is one step at most.
+    constexpr int FloatBits = 24;
+    const int bits = integerBits(format);
+    const double step = bits == 0 ? 0.0 : std::ldexp(1.0, 1 - std::min(bits, FloatBits));
+    const double noise = isDithered ? step : 0.0;
+    const double highLimit = 1.0 - step - noise;
+    const double lowLimit = 1.0 - noise;
+    const auto high = static_cast<double>(peaks.highest);
+    const auto low = -static_cast<double>(peaks.lowest);
+    constexpr double Any = std::numeric_limits<double>::infinity();
+    const double fitting = std::min(high > 0.0 ? highLimit / high : Any, low > 0.0 ? lowLimit / low : Any);
+    if (m_level) return std::min(std::pow(10.0, *m_level / 20.0) / peaks.level(), fitting);
+
+    // Rounding to the nearest integer brings what is less than half a step too high down to the limit.
+    const double rounded = isDithered ? 0.0 : step / 2.0;
+    const bool clips = high >= highLimit + rounded || low > lowLimit + rounded;
+    return clips ? std::min(fitting, 1.0) : 1.0;
 }
 
 } // namespace eq

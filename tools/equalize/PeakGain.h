@@ -7,6 +7,15 @@
 
 namespace eq {
 
+/// The highest and the lowest sample of a sound. NaNs have no level.
+struct SamplePeaks {
+    float highest = 0.0F;
+    float lowest = 0.0F;
+
+    void add(const float* samples, sf_count_t count);
+    [[nodiscard]] double level() const;
+};
+
 /// The gain after the effect that brings the highest sample of a file to a level.
 class PeakGain {
 public:
@@ -18,12 +27,9 @@ public:
     /// True if a gain is wanted, for which the file must be read twice.
     [[nodiscard]] bool isWanted() const { return m_level || m_isHeadroom; }
 
-    /// Takes a part of the sound into account for its peak. NaNs have no level.
-    static void addToPeak(float& peak, const float* samples, sf_count_t count);
-
-    /// Returns the factor for a file with this peak; 1 for silence. No sample clips in `format`, with or without the
-    /// noise of the dither.
-    [[nodiscard]] double gainFor(float peak, int format, bool isDithered) const;
+    /// Returns the factor for a sound with these peaks; 1 for silence. No sample clips in `format`, with or without the
+    /// noise of the dither. Throws FileError for infinite samples.
+    [[nodiscard]] double gainFor(const SamplePeaks& peaks, int format, bool isDithered) const;
 
 private:
     std::optional<double> m_level;

@@ -379,17 +379,17 @@ private:
         MultichannelEffect effects(m_library, values, reader.info().channels, reader.info().samplerate,
                                    m_options.blockFrames);
         progress.expect((reader.info().frames + effects.delay()) * 2);
-        float peak = 0.0F;
+        SamplePeaks peaks;
         const SoundSink measure = [&](const float* sound, sf_count_t frames) {
-            PeakGain::addToPeak(peak, sound, frames * effects.channels());
+            peaks.add(sound, frames * effects.channels());
         };
         equalize(reader, effects, measure, Latency::Removed, progress);
-        const double gain = m_peakGain.gainFor(peak, format, m_options.dither);
+        const double gain = m_peakGain.gainFor(peaks, format, m_options.dither);
         if (m_isBatch) return gain;
         const auto decibels = [](double factor) { return fixed(20.0 * std::log10(factor), 2); };
-        note(m_options, peak == 0.0F ? job.input + ": the sound is silent, so no gain is applied"
-                                     : "the peak after the effect is " + decibels(static_cast<double>(peak)) +
-                                           " dBFS; gain applied: " + decibels(gain) + " dB");
+        note(m_options, peaks.level() == 0.0 ? job.input + ": the sound is silent, so no gain is applied"
+                                             : "the peak after the effect is " + decibels(peaks.level()) +
+                                                   " dBFS; gain applied: " + decibels(gain) + " dB");
         return gain;
     }
 
@@ -433,6 +433,9 @@ int runBatch(const Options& options, const Settings& settings, const PeakGain& p
         batch.run(jobs, options.dryRun ? 1 : options.jobs, [&files](const FileJob& job) { return files.runOn(job); });
         otherRates = files.otherRates();
     }
+    const FrequencyMap design(static_cast<int>(DesignRate), false);
+    if (otherRates != 0 && !settings.uncorrectedText(design).empty())
+        note(options, "values of --set are not corrected for the rate of " + std::to_string(otherRates) + " files");
     if (otherRates != 0 && settings.dependsOnRate())
         note(options, std::to_string(otherRates) + " files are not at " + fixed(DesignRate, 0) + " Hz: frequencies " +
                           (options.noRateCorrection ? "do not land where asked" : "were scaled to land where asked"));
