@@ -1,8 +1,8 @@
 #pragma once
 
-#include "tools/equalize/AudioReader.h"
 #include "tools/equalize/MultichannelEffect.h"
 #include "tools/equalize/Progress.h"
+#include "tools/equalize/sound/AudioReader.h"
 
 #include <functional>
 

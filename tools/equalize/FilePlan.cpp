@@ -2,7 +2,7 @@
 
 #include "tools/common/Errors.h"
 #include "tools/common/Text.h"
-#include "tools/equalize/OutputFormat.h"
+#include "tools/equalize/sound/OutputFormat.h"
 
 #include <algorithm>
 #include <map>

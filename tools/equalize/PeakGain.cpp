@@ -2,8 +2,8 @@
 
 #include "tools/common/Errors.h"
 #include "tools/common/Text.h"
-#include "tools/equalize/OutputFormat.h"
 #include "tools/equalize/UnitText.h"
+#include "tools/equalize/sound/OutputFormat.h"
 
 #include <algorithm>
 #include <cmath>

@@ -5,20 +5,20 @@
 #include "tools/common/Printable.h"
 #include "tools/common/RunTool.h"
 #include "tools/common/Text.h"
-#include "tools/equalize/AudioReader.h"
-#include "tools/equalize/AudioWriter.h"
 #include "tools/equalize/Batch.h"
 #include "tools/equalize/EffectInstance.h"
 #include "tools/equalize/EffectLibrary.h"
 #include "tools/equalize/Equalizing.h"
 #include "tools/equalize/FilePlan.h"
-#include "tools/equalize/OutputFormat.h"
 #include "tools/equalize/ParameterList.h"
 #include "tools/equalize/PeakGain.h"
 #include "tools/equalize/Progress.h"
 #include "tools/equalize/ResponsePlot.h"
 #include "tools/equalize/Settings.h"
 #include "tools/equalize/StatusLine.h"
+#include "tools/equalize/sound/AudioReader.h"
+#include "tools/equalize/sound/AudioWriter.h"
+#include "tools/equalize/sound/OutputFormat.h"
 
 #include <algorithm>
 #include <atomic>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/equalize/FileBytes.h"
+#include "tools/equalize/sound/FileBytes.h"
 
 namespace eq {
 

@@ -1,4 +1,4 @@
-#include "tools/equalize/PatchedFile.h"
+#include "tools/equalize/sound/PatchedFile.h"
 
 #include "tools/common/Errors.h"
 

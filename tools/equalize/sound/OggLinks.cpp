@@ -1,4 +1,4 @@
-#include "tools/equalize/OggLinks.h"
+#include "tools/equalize/sound/OggLinks.h"
 
 #include "support/BinaryReader.h"
 

@@ -1,8 +1,8 @@
-#include "tools/equalize/SoundTags.h"
+#include "tools/equalize/sound/SoundTags.h"
 
 #include "support/BinaryReader.h"
 #include "tools/common/Errors.h"
-#include "tools/equalize/TagStream.h"
+#include "tools/equalize/sound/TagStream.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "tools/equalize/Speakers.h"
+#include "tools/equalize/sound/Speakers.h"
 
 #include <algorithm>
 #include <array>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "tools/common/OutputFile.h"
-#include "tools/equalize/AudioReader.h"
-#include "tools/equalize/Dither.h"
-#include "tools/equalize/MetadataCopy.h"
+#include "tools/equalize/sound/AudioReader.h"
+#include "tools/equalize/sound/Dither.h"
+#include "tools/equalize/sound/MetadataCopy.h"
 
 #include <filesystem>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "tools/equalize/SoundFileError.h"
+#include "tools/equalize/sound/SoundFileError.h"
 
 #include "support/AsciiText.h"
 

@@ -1,9 +1,9 @@
-#include "tools/equalize/AudioWriter.h"
+#include "tools/equalize/sound/AudioWriter.h"
 
 #include "tools/common/Errors.h"
-#include "tools/equalize/FormatLimits.h"
-#include "tools/equalize/OutputFormat.h"
-#include "tools/equalize/SoundFileError.h"
+#include "tools/equalize/sound/FormatLimits.h"
+#include "tools/equalize/sound/OutputFormat.h"
+#include "tools/equalize/sound/SoundFileError.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "tools/equalize/Mpg123Source.h"
+#include "tools/equalize/sound/Mpg123Source.h"
 
 #include "support/BinaryReader.h"
 #include "tools/common/Errors.h"

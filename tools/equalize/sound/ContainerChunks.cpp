@@ -1,4 +1,4 @@
-#include "tools/equalize/ContainerChunks.h"
+#include "tools/equalize/sound/ContainerChunks.h"
 
 #include "support/BinaryReader.h"
 

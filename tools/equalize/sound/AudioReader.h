@@ -1,8 +1,8 @@
 #pragma once
 
-#include "tools/equalize/SndfileSource.h"
-#include "tools/equalize/SoundSource.h"
-#include "tools/equalize/Speakers.h"
+#include "tools/equalize/sound/SndfileSource.h"
+#include "tools/equalize/sound/SoundSource.h"
+#include "tools/equalize/sound/Speakers.h"
 
 #include <filesystem>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "tools/equalize/OutputFormat.h"
+#include "tools/equalize/sound/OutputFormat.h"
 
 #include "support/AsciiText.h"
 #include "tools/common/Errors.h"

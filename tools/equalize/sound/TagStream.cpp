@@ -1,4 +1,4 @@
-#include "tools/equalize/TagStream.h"
+#include "tools/equalize/sound/TagStream.h"
 
 #include <string>
 

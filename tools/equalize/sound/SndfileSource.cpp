@@ -1,7 +1,7 @@
-#include "tools/equalize/SndfileSource.h"
+#include "tools/equalize/sound/SndfileSource.h"
 
 #include "tools/common/Errors.h"
-#include "tools/equalize/SoundFileError.h"
+#include "tools/equalize/sound/SoundFileError.h"
 
 namespace eq {
 

@@ -1,12 +1,12 @@
-#include "tools/equalize/AudioReader.h"
+#include "tools/equalize/sound/AudioReader.h"
 
 #include "tools/common/Errors.h"
 #include "tools/common/Text.h"
-#include "tools/equalize/Mpg123Source.h"
-#include "tools/equalize/OggLinks.h"
-#include "tools/equalize/OutputFormat.h"
-#include "tools/equalize/SoundDataSize.h"
-#include "tools/equalize/SoundFileError.h"
+#include "tools/equalize/sound/Mpg123Source.h"
+#include "tools/equalize/sound/OggLinks.h"
+#include "tools/equalize/sound/OutputFormat.h"
+#include "tools/equalize/sound/SoundDataSize.h"
+#include "tools/equalize/sound/SoundFileError.h"
 
 #include <cerrno>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "tools/equalize/ChunkAppender.h"
+#include "tools/equalize/sound/ChunkAppender.h"
 
 #include "support/BinaryWriter.h"
 #include "tools/common/Errors.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/FileDescriptor.h"
-#include "tools/equalize/SoundSource.h"
+#include "tools/equalize/sound/SoundSource.h"
 
 #include <cstdint>
 #include <memory>

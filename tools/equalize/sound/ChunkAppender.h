@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tools/equalize/ContainerChunks.h"
-#include "tools/equalize/FileBytes.h"
+#include "tools/equalize/sound/ContainerChunks.h"
+#include "tools/equalize/sound/FileBytes.h"
 
 #include <cstdint>
 #include <string_view>

@@ -1,6 +1,6 @@
-#include "tools/equalize/FormatLimits.h"
+#include "tools/equalize/sound/FormatLimits.h"
 
-#include "tools/equalize/OutputFormat.h"
+#include "tools/equalize/sound/OutputFormat.h"
 
 #include <algorithm>
 #include <array>

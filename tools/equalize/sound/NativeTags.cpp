@@ -1,4 +1,4 @@
-#include "tools/equalize/NativeTags.h"
+#include "tools/equalize/sound/NativeTags.h"
 
 #include "support/BinaryReader.h"
 

@@ -1,9 +1,9 @@
-#include "tools/equalize/MetadataCopy.h"
+#include "tools/equalize/sound/MetadataCopy.h"
 
 #include "tools/common/Errors.h"
-#include "tools/equalize/ChunkAppender.h"
-#include "tools/equalize/NativeTags.h"
-#include "tools/equalize/OutputFormat.h"
+#include "tools/equalize/sound/ChunkAppender.h"
+#include "tools/equalize/sound/NativeTags.h"
+#include "tools/equalize/sound/OutputFormat.h"
 
 #include <algorithm>
 #include <cerrno>

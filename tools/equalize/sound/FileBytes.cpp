@@ -1,4 +1,4 @@
-#include "tools/equalize/FileBytes.h"
+#include "tools/equalize/sound/FileBytes.h"
 
 #include "tools/common/Errors.h"
 

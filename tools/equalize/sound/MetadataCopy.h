@@ -1,10 +1,10 @@
 #pragma once
 
 #include "platform/FileDescriptor.h"
-#include "tools/equalize/AudioReader.h"
-#include "tools/equalize/ContainerChunks.h"
-#include "tools/equalize/FileBytes.h"
-#include "tools/equalize/SoundTags.h"
+#include "tools/equalize/sound/AudioReader.h"
+#include "tools/equalize/sound/ContainerChunks.h"
+#include "tools/equalize/sound/FileBytes.h"
+#include "tools/equalize/sound/SoundTags.h"
 
 #include <optional>
 #include <string>

@@ -1,4 +1,4 @@
-#include "tools/equalize/SoundDataSize.h"
+#include "tools/equalize/sound/SoundDataSize.h"
 
 #include "support/BinaryReader.h"
 #include "tools/common/Errors.h"

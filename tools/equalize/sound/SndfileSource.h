@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tools/equalize/PatchedFile.h"
-#include "tools/equalize/SoundSource.h"
+#include "tools/equalize/sound/PatchedFile.h"
+#include "tools/equalize/sound/SoundSource.h"
 
 #include <memory>
 #include <string>

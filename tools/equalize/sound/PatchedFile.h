@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/FileDescriptor.h"
-#include "tools/equalize/SoundDataSize.h"
+#include "tools/equalize/sound/SoundDataSize.h"
 
 #include <string>
 #include <vector>
