@@ -27,7 +27,9 @@ endif()
 
 # The environment of every test. AddressSanitizer guesses the bounds of a module's thread-local data from the 16 bytes
 # before them. Where those bytes belong to its own heap, the guess is an invalid address, and the leak check crashes.
-set(EQ_TEST_ENVIRONMENT "ASAN_OPTIONS=intercept_tls_get_addr=0")
+# A leak of a foreign library has a line in foreign-leaks.txt.
+set(EQ_TEST_ENVIRONMENT "ASAN_OPTIONS=intercept_tls_get_addr=0"
+  "LSAN_OPTIONS=suppressions='${PROJECT_SOURCE_DIR}/tests/foreign-leaks.txt':print_suppressions=0")
 
 if(EQ_BUILD_FUZZERS)
   # Lets the fuzzer see the path of an input through all layers.
