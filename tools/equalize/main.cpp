@@ -2,36 +2,23 @@
 
 #include "tools/common/CommandLine.h"
 #include "tools/common/OutputFile.h"
-#include "tools/common/Printable.h"
 #include "tools/common/RunTool.h"
 #include "tools/common/Text.h"
 #include "tools/equalize/Batch.h"
-#include "tools/equalize/EffectInstance.h"
-#include "tools/equalize/EffectLibrary.h"
-#include "tools/equalize/Equalizing.h"
 #include "tools/equalize/FilePlan.h"
-#include "tools/equalize/ParameterList.h"
+#include "tools/equalize/FileRun.h"
+#include "tools/equalize/Notes.h"
+#include "tools/equalize/Options.h"
 #include "tools/equalize/PeakGain.h"
-#include "tools/equalize/Progress.h"
-#include "tools/equalize/ResponsePlot.h"
 #include "tools/equalize/Settings.h"
-#include "tools/equalize/StatusLine.h"
+#include "tools/equalize/SettingsOutput.h"
 #include "tools/equalize/sound/AudioReader.h"
 #include "tools/equalize/sound/AudioWriter.h"
-#include "tools/equalize/sound/OutputFormat.h"
 
-#include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <chrono>
-#include <cmath>
 #include <cstdio>
-#include <filesystem>
-#include <map>
-#include <optional>
 #include <string>
-#include <system_error>
-#include <thread>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -39,40 +26,6 @@
 namespace eq {
 
 namespace {
-
-using namespace eq;
-
-struct Options {
-    FileArguments files;
-    std::vector<std::string> volumes;
-    std::vector<std::string> bands;
-    std::vector<std::string> normalised;
-    std::string preset;
-    std::string savePreset;
-    std::string plot;
-    std::string normalize;
-    bool headroom = false;
-    bool dither = false;
-    std::string plugin;
-    std::optional<double> quality;
-    std::string bits;
-    int blockFrames = 8192;
-    bool keepLatency = false;
-    bool noRateCorrection = false;
-    bool replaceNan = false;
-    bool list = false;
-    bool json = false;
-    bool quiet = false;
-    std::size_t jobs = std::max(std::thread::hardware_concurrency(), 1U);
-    bool skipExisting = false;
-    bool noClobber = false;
-    bool dryRun = false;
-
-    [[nodiscard]] bool hasTaskWithoutFiles() const { return list || !plot.empty() || !savePreset.empty(); }
-    [[nodiscard]] Replacing replacing() const {
-        return noClobber || skipExisting ? Replacing::Refused : Replacing::Allowed;
-    }
-};
 
 constexpr const char* Usage = R"(  equalize [OPTIONS] INPUT OUTPUT
   equalize [OPTIONS] [--output-dir DIR] [--suffix TEXT] [--recursive] INPUT...
@@ -177,99 +130,6 @@ PeakGain peakGainFrom(const Options& options) {
     return gain;
 }
 
-EffectLibrary libraryFrom(const Options& options) {
-    if (options.plugin.empty()) return EffectLibrary(EffectLibrary::defaultPlace());
-    return EffectLibrary(options.plugin);
-}
-
-void note(const Options& options, const std::string& message) {
-    if (!options.quiet) StatusLine::message(message);
-}
-
-void noteRate(const Options& options, const Settings& settings, const FrequencyMap& frequencies) {
-    if (frequencies.isAtDesignRate()) return;
-    if (const std::string landings = settings.uncorrectedText(frequencies); !landings.empty())
-        note(options, std::to_string(frequencies.sampleRate()) +
-                          " Hz file: values of --set are not corrected for the rate: " + landings);
-    if (!settings.dependsOnRate()) return;
-    const std::string rate = std::to_string(frequencies.sampleRate());
-    const std::string design = fixed(DesignRate, 0);
-    note(options, frequencies.isCorrected() ? rate + " Hz file: frequencies are scaled by " + design + "/" + rate +
-                                                  " on their way to the effect, so that they land where asked"
-                                            : rate + " Hz file, not corrected: frequencies land at " + rate + "/" +
-                                                  design + " of what is asked");
-}
-
-/// "1 sample was", "2 samples were"
-std::string samplesWere(sf_count_t count) {
-    return std::to_string(count) + (count == 1 ? " sample was" : " samples were");
-}
-
-void noteSamples(const Options& options, const FileJob& job, const AudioReader& reader, const AudioWriter& writer) {
-    if (reader.replacedSamples() != 0)
-        note(options, job.input + ": " + samplesWere(reader.replacedSamples()) +
-                          " not a number or infinite, and 0 was put in place");
-    if (writer.samplesBeyondFullScale() == 0) return;
-    const double excess = 20.0 * std::log10(static_cast<double>(writer.peak()));
-    const int format = writer.info().format;
-    const std::string what = integerBits(format) != 0 ? "clipped to full scale"
-                             : isLossy(format)        ? "beyond full scale, and players may clip"
-                                                      : "beyond full scale, which the format keeps";
-    note(options, job.output + ": " + samplesWere(writer.samplesBeyondFullScale()) + " " + what + "; the highest is " +
-                      fixed(excess, 2) + " dB above it");
-}
-
-std::optional<SampleBits> bitsFrom(const Options& options) {
-    static const std::map<std::string, SampleBits> Names = {{"16", SampleBits::Bits16},
-                                                            {"24", SampleBits::Bits24},
-                                                            {"32", SampleBits::Bits32},
-                                                            {"float", SampleBits::Float}};
-    if (options.bits.empty()) return std::nullopt;
-    return Names.at(options.bits);
-}
-
-void noteFormat(const Options& options, const FileJob& job, int input, int output) {
-    if (isLossy(output) && !options.bits.empty())
-        note(options, job.output + ": --bits has no meaning for " + formatName(output));
-    if (!isLossy(output) && options.quality)
-        note(options, job.output + ": --quality has no meaning for " + formatName(output));
-    if (integerBits(output) == 0 && options.dither)
-        note(options, job.output + ": --dither has no effect on " + formatName(output) + ", which has no integers");
-    if (isLossy(input) && isLossy(output))
-        note(options, job.input + ": the input is already compressed with loss (" + formatName(input) +
-                          "), and the output loses more; a FLAC or WAV file loses nothing more");
-}
-
-void noteSummary(const Options& options, const FileJob& job, const AudioWriter& writer, double seconds) {
-    const SF_INFO& info = writer.info();
-    note(options, job.input + " -> " + job.output + ": " + std::to_string(writer.framesWritten()) +
-                      " frames, channels: " + std::to_string(info.channels) + ", " + std::to_string(info.samplerate) +
-                      " Hz, " + formatName(info.format) + ", in " + fixed(seconds, 1) + " s");
-}
-
-void list(const Options& options, const EffectLibrary& library, const Settings::Resolved& settings,
-          const FrequencyMap& frequencies) {
-    const auto text = options.json ? parameterJson : parameterTable;
-    std::fputs(text(library, settings, frequencies).c_str(), stdout);
-    if (std::fflush(stdout) != 0) throw systemError("standard output", errno);
-}
-
-void plot(const Options& options, const EffectLibrary& library, const Settings::Resolved& values,
-          const FrequencyMap& frequencies) {
-    const NormalisedValues all = EffectInstance(library, values, frequencies.sampleRate()).parameters();
-    OutputFile::write(options.plot, drawResponse(library, all, frequencies), options.replacing());
-}
-
-/// What can be done with and without a file.
-void serveSettings(const Options& options, const Settings& settings, const Settings::Resolved& values,
-                   const FrequencyMap& frequencies) {
-    if (!options.savePreset.empty()) OutputFile::write(options.savePreset, settings.presetText(), options.replacing());
-    if (options.plot.empty() && !options.list) return;
-    const EffectLibrary library = libraryFrom(options);
-    if (options.list) list(options, library, values, frequencies);
-    if (!options.plot.empty()) plot(options, library, values, frequencies);
-}
-
 void runWithoutFiles(const Options& options, const Settings& settings) {
     const FrequencyMap frequencies(static_cast<int>(DesignRate), !options.noRateCorrection);
     serveSettings(options, settings, settings.resolve(frequencies), frequencies);
@@ -283,140 +143,6 @@ void runOnInputAlone(const Options& options, const Settings& settings) {
     noteRate(options, settings, frequencies);
     serveSettings(options, settings, values, frequencies);
 }
-
-bool isExistingFile(const std::string& place) {
-    std::error_code ignored;
-    return std::filesystem::is_regular_file(place, ignored);
-}
-
-void showPlanned(const FileJob& job) {
-    std::printf("%s -> %s%s\n", printable(job.input).c_str(), printable(job.output).c_str(),
-                isExistingFile(job.output) ? ", which is replaced" : "");
-}
-
-/// One or many files, one after the other or in several threads.
-class FileRun {
-public:
-    FileRun(const Options& options, const Settings& settings, const PeakGain& peakGain,
-            const std::vector<FileJob>& jobs)
-        : m_options(options),
-          m_settings(settings),
-          m_peakGain(peakGain),
-          m_isBatch(options.files.areInputs()),
-          m_library(libraryFrom(options)),
-          m_progress(totalWeight(jobs), jobs.size(), !options.quiet && !options.dryRun) {
-        // A library that makes no instance is one failure, not one per file.
-        const EffectInstance probe(m_library, {}, static_cast<int>(DesignRate));
-    }
-
-    /// Equalizes one file. Any thread may call this. Throws FileError, and UsageError for settings that do not fit the
-    /// file.
-    FileOutcome runOn(const FileJob& job) {
-        const auto start = std::chrono::steady_clock::now();
-        FileProgress progress(m_progress, job.weight);
-        if (!job.fault.empty()) throw FileError(job.fault);
-        if (m_peakGain.isWanted() && isDevice(job.input))
-            throw FileError(job.input + ": --normalize and --headroom read the input twice, so it must be a file");
-        if (isExistingFile(job.output)) {
-            if (m_options.skipExisting) return skip(job);
-            if (m_options.noClobber) throw FileError(job.output + ": the file exists, and --no-clobber keeps it");
-        }
-        AudioReader reader(job.input, nonFinite());
-        const FrequencyMap frequencies(reader.info().samplerate, !m_options.noRateCorrection);
-        const Settings::Resolved values = m_settings.resolve(frequencies);
-        if (m_isBatch)
-            m_otherRates += frequencies.isAtDesignRate() ? 0U : 1U;
-        else
-            noteRate(m_options, m_settings, frequencies);
-        const SF_INFO format = outputFormatFor(job.output, reader.info(), bitsFrom(m_options));
-        if (m_options.dryRun) {
-            showPlanned(job);
-            return FileOutcome::Written;
-        }
-        if (!m_isBatch) serveSettings(m_options, m_settings, values, frequencies);
-
-        const int passes = m_peakGain.isWanted() ? 2 : 1;
-        const double gain = m_peakGain.isWanted() ? gainOf(job, values, format.format, progress) : 1.0;
-        MultichannelEffect effects(m_library, values, reader.info().channels, reader.info().samplerate,
-                                   m_options.blockFrames);
-        if (m_isBatch) createFolderOf(job.output);
-        noteFormat(m_options, job, reader.info().format, format.format);
-        AudioWriter::Options writing{.quality = m_options.quality.value_or(AudioWriter::BestQuality),
-                                     .dither = m_options.dither,
-                                     .replacing = m_options.replacing()};
-        if (reader.isLengthKnown())
-            writing.frames = reader.info().frames + (m_options.keepLatency ? effects.delay() : 0);
-        AudioWriter writer(job.output, format, reader, writing);
-        progress.expect((reader.info().frames + effects.delay()) * passes);
-        const SoundSink write = [&](float* sound, sf_count_t frames) {
-            const sf_count_t samples = frames * effects.channels();
-            if (gain != 1.0)
-                std::transform(sound, sound + samples, sound, [gain](float x) { return static_cast<float>(x * gain); });
-            writer.write(sound, frames);
-        };
-        equalize(reader, effects, write, m_options.keepLatency ? Latency::Kept : Latency::Removed, progress);
-        writer.finish();
-        for (const std::string& loss : writer.notes()) note(m_options, job.output + ": " + loss);
-        noteSamples(m_options, job, reader, writer);
-        const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - start;
-        if (!m_isBatch) noteSummary(m_options, job, writer, duration.count());
-        return FileOutcome::Written;
-    }
-
-    /// The number of files whose sampling rate is not the effect's.
-    [[nodiscard]] std::size_t otherRates() const { return m_otherRates; }
-
-private:
-    static std::uint64_t totalWeight(const std::vector<FileJob>& jobs) {
-        std::uint64_t total = 0;
-        for (const FileJob& job : jobs) total += job.weight;
-        return total;
-    }
-
-    /// The first of two passes: finds the peak after the effect.
-    double gainOf(const FileJob& job, const Settings::Resolved& values, int format, FileProgress& progress) {
-        AudioReader reader(job.input, nonFinite());
-        MultichannelEffect effects(m_library, values, reader.info().channels, reader.info().samplerate,
-                                   m_options.blockFrames);
-        progress.expect((reader.info().frames + effects.delay()) * 2);
-        SamplePeaks peaks;
-        const SoundSink measure = [&](const float* sound, sf_count_t frames) {
-            peaks.add(sound, frames * effects.channels());
-        };
-        equalize(reader, effects, measure, Latency::Removed, progress);
-        const double gain = m_peakGain.gainFor(peaks, format, m_options.dither);
-        if (m_isBatch) return gain;
-        const auto decibels = [](double factor) { return fixed(20.0 * std::log10(factor), 2); };
-        note(m_options, peaks.level() == 0.0 ? job.input + ": the sound is silent, so no gain is applied"
-                                             : "the peak after the effect is " + decibels(peaks.level()) +
-                                                   " dBFS; gain applied: " + decibels(gain) + " dB");
-        return gain;
-    }
-
-    [[nodiscard]] NonFinite nonFinite() const {
-        return m_options.replaceNan ? NonFinite::Replaced : NonFinite::Refused;
-    }
-
-    FileOutcome skip(const FileJob& job) {
-        if (!m_isBatch) note(m_options, job.output + ": the file exists, and --skip-existing keeps it");
-        return FileOutcome::Skipped;
-    }
-
-    static void createFolderOf(const std::filesystem::path& file) {
-        if (!file.has_parent_path()) return;
-        std::error_code error;
-        std::filesystem::create_directories(file.parent_path(), error);
-        if (error) throw systemError(file.parent_path().string(), error.value());
-    }
-
-    const Options& m_options;
-    const Settings& m_settings;
-    const PeakGain& m_peakGain;
-    bool m_isBatch;
-    EffectLibrary m_library;
-    Progress m_progress;
-    std::atomic<std::size_t> m_otherRates = 0;
-};
 
 int runBatch(const Options& options, const Settings& settings, const PeakGain& peakGain,
              const std::vector<FileJob>& jobs) {

@@ -1,0 +1,73 @@
+#include "tools/equalize/Notes.h"
+
+#include "tools/common/Printable.h"
+#include "tools/common/Text.h"
+#include "tools/equalize/StatusLine.h"
+#include "tools/equalize/sound/OutputFormat.h"
+
+#include <cmath>
+#include <cstdio>
+
+namespace eq {
+
+namespace {
+
+/// "1 sample was", "2 samples were"
+std::string samplesWere(sf_count_t count) {
+    return std::to_string(count) + (count == 1 ? " sample was" : " samples were");
+}
+
+} // namespace
+
+void note(const Options& options, const std::string& message) {
+    if (!options.quiet) StatusLine::message(message);
+}
+
+void noteRate(const Options& options, const Settings& settings, const FrequencyMap& frequencies) {
+    if (frequencies.isAtDesignRate()) return;
+    if (const std::string landings = settings.uncorrectedText(frequencies); !landings.empty())
+        note(options, std::to_string(frequencies.sampleRate()) +
+                          " Hz file: values of --set are not corrected for the rate: " + landings);
+    if (!settings.dependsOnRate()) return;
+    const std::string rate = std::to_string(frequencies.sampleRate());
+    const std::string design = fixed(DesignRate, 0);
+    note(options, frequencies.isCorrected() ? rate + " Hz file: frequencies are scaled by " + design + "/" + rate +
+                                                  " on their way to the effect, so that they land where asked"
+                                            : rate + " Hz file, not corrected: frequencies land at " + rate + "/" +
+                                                  design + " of what is asked");
+}
+
+void noteFormat(const Options& options, const FileJob& job, int input, int output) {
+    if (isLossy(output) && !options.bits.empty())
+        note(options, job.output + ": --bits has no meaning for " + formatName(output));
+    if (!isLossy(output) && options.quality)
+        note(options, job.output + ": --quality has no meaning for " + formatName(output));
+    if (integerBits(output) == 0 && options.dither)
+        note(options, job.output + ": --dither has no effect on " + formatName(output) + ", which has no integers");
+    if (isLossy(input) && isLossy(output))
+        note(options, job.input + ": the input is already compressed with loss (" + formatName(input) +
+                          "), and the output loses more; a FLAC or WAV file loses nothing more");
+}
+
+void noteSamples(const Options& options, const FileJob& job, const AudioReader& reader, const AudioWriter& writer) {
+    if (reader.replacedSamples() != 0)
+        note(options, job.input + ": " + samplesWere(reader.replacedSamples()) +
+                          " not a number or infinite, and 0 was put in place");
+    if (writer.samplesBeyondFullScale() == 0) return;
+    const double excess = 20.0 * std::log10(static_cast<double>(writer.peak()));
+    const int format = writer.info().format;
+    const std::string what = integerBits(format) != 0 ? "clipped to full scale"
+                             : isLossy(format)        ? "beyond full scale, and players may clip"
+                                                      : "beyond full scale, which the format keeps";
+    note(options, job.output + ": " + samplesWere(writer.samplesBeyondFullScale()) + " " + what + "; the highest is " +
+                      fixed(excess, 2) + " dB above it");
+}
+
+void noteSummary(const Options& options, const FileJob& job, const AudioWriter& writer, double seconds) {
+    const SF_INFO& info = writer.info();
+    note(options, job.input + " -> " + job.output + ": " + std::to_string(writer.framesWritten()) +
+                      " frames, channels: " + std::to_string(info.channels) + ", " + std::to_string(info.samplerate) +
+                      " Hz, " + formatName(info.format) + ", in " + fixed(seconds, 1) + " s");
+}
+
+} // namespace eq

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "tools/equalize/FilePlan.h"
+#include "tools/equalize/FrequencyMap.h"
+#include "tools/equalize/Options.h"
+#include "tools/equalize/Settings.h"
+#include "tools/equalize/sound/AudioReader.h"
+#include "tools/equalize/sound/AudioWriter.h"
+
+#include <string>
+
+namespace eq {
+
+/// Writes a line to standard error, unless --quiet is given.
+void note(const Options& options, const std::string& message);
+
+/// Notes how the sampling rate of a file changes its frequencies.
+void noteRate(const Options& options, const Settings& settings, const FrequencyMap& frequencies);
+
+/// Notes options without effect on the output's format, and a second lossy compression. Formats are libsndfile's.
+void noteFormat(const Options& options, const FileJob& job, int input, int output);
+
+/// Notes samples that were replaced, and samples beyond full scale.
+void noteSamples(const Options& options, const FileJob& job, const AudioReader& reader, const AudioWriter& writer);
+
+/// Notes a finished file.
+void noteSummary(const Options& options, const FileJob& job, const AudioWriter& writer, double seconds);
+
+} // namespace eq

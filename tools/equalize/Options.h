@@ -1,0 +1,48 @@
+#pragma once
+
+#include "tools/common/OutputFile.h"
+#include "tools/equalize/FilePlan.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace eq {
+
+/// The command line of `equalize`.
+struct Options {
+    FileArguments files;
+    std::vector<std::string> volumes;
+    std::vector<std::string> bands;
+    std::vector<std::string> normalised;
+    std::string preset;
+    std::string savePreset;
+    std::string plot;
+    std::string normalize;
+    bool headroom = false;
+    bool dither = false;
+    std::string plugin;
+    std::optional<double> quality;
+    std::string bits;
+    int blockFrames = 8192;
+    bool keepLatency = false;
+    bool noRateCorrection = false;
+    bool replaceNan = false;
+    bool list = false;
+    bool json = false;
+    bool quiet = false;
+    std::size_t jobs = std::max(std::thread::hardware_concurrency(), 1U);
+    bool skipExisting = false;
+    bool noClobber = false;
+    bool dryRun = false;
+
+    [[nodiscard]] bool hasTaskWithoutFiles() const { return list || !plot.empty() || !savePreset.empty(); }
+    [[nodiscard]] Replacing replacing() const {
+        return noClobber || skipExisting ? Replacing::Refused : Replacing::Allowed;
+    }
+};
+
+} // namespace eq

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "tools/equalize/EffectLibrary.h"
+#include "tools/equalize/FrequencyMap.h"
+#include "tools/equalize/Options.h"
+#include "tools/equalize/Settings.h"
+
+namespace eq {
+
+/// Loads the effect's library. Throws FileError.
+[[nodiscard]] EffectLibrary libraryFrom(const Options& options);
+
+/// Serves --list, --plot and --save-preset. Throws FileError.
+void serveSettings(const Options& options, const Settings& settings, const Settings::Resolved& values,
+                   const FrequencyMap& frequencies);
+
+} // namespace eq
