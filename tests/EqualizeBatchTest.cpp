@@ -86,6 +86,9 @@ TEST_F(EqualizeBatch, WritesNothingThatItMustNotReplaceOrOnlyPlans) {
         expectRun(std::string("--dry-run ") + arguments, exitCode, message);
         EXPECT_EQ(tree(), before) << arguments;
     }
+    std::filesystem::create_directory(path("links"));
+    std::filesystem::create_symlink("a-x.wav", path("links/a.wav"));
+    expectRun("--output-dir links a.wav a-x.wav", 2, "a.wav and a-x.wav have the same output: links/a-x.wav");
     expectRun("-n a.wav a-x.wav", 1, "a-x.wav: the file exists");
     EXPECT_FLOAT_EQ(lastSample("a-x.wav"), 0.2F);
 }

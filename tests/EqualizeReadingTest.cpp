@@ -73,6 +73,15 @@ TEST_F(EqualizeReading, ReadsAnMp3ToItsEndWithAndWithoutAHeaderFrame) {
                  contents("in.mp3") + picture + footer + std::string(8, '\0') + "TAG" + std::string(125, ' '));
     EXPECT_EQ(run("tagged.mp3 tagged.wav").exitCode, 0);
     EXPECT_TRUE(decoded("tagged.wav") == decoded("out.wav"));
+    // The word "Info" of a title near the first frame announces no number of frames.
+    shell("ffmpeg -v error -y -i s.wav -b:a 128k -write_xing 0 -metadata title='Info about it' title.mp3");
+    EXPECT_EQ(run("title.mp3 out.wav").exitCode, 0);
+    // The sound goes on after a damaged stretch.
+    std::string damaged = contents("title.mp3");
+    damaged.replace(20000, 6000, 6000, '\0');
+    folder.write("hole.mp3", damaged);
+    EXPECT_EQ(run("hole.mp3 hole.wav").exitCode, 0);
+    EXPECT_GE(decoded("hole.wav").size() + decoded("out.wav").size() / 8, decoded("out.wav").size());
     shell("head -c 9000 in.mp3 > cut.mp3");
     const Outcome outcome = run("cut.mp3 out.wav");
     EXPECT_EQ(outcome.exitCode, 1);
@@ -168,6 +177,12 @@ TEST_F(EqualizeReading, RefusesWhatItCannotReadOrWriteWhole) {
                   "divide the file at byte " + std::to_string(std::filesystem::file_size(path("a.ogg"))));
     expectFailure(1, "chain.opus out.wav", "several Ogg streams");
     expectFailure(1, "cut.ogg out.wav", "its last Ogg page is cut off");
+
+    // A chunk that is longer than any file ends the search for the sound.
+    const std::string hugeChunk = "junk" + std::string(12, '\0') + std::string(8, '\xFF') + std::string(100, '\0');
+    folder.write("huge.w64", "riff" + std::string(12, '\0') + "\xC8" + std::string(7, '\0') + "wave" +
+                                 std::string(12, '\0') + hugeChunk);
+    EXPECT_EQ(run("huge.w64 out.wav", "ulimit -t 5;").exitCode, 1);
 
     // The length is known before the sound is read: these take no time.
     constexpr int W64 = SF_FORMAT_W64 | SF_FORMAT_PCM_16;

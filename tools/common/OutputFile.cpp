@@ -70,18 +70,6 @@ void writeAll(int descriptor, std::string_view contents, const std::string& name
     }
 }
 
-/// The place behind all symbolic links, which need not exist.
-std::filesystem::path behindLinks(std::filesystem::path place) {
-    constexpr int MostLinks = 40;
-    std::error_code ignored;
-    for (int link = 0; link < MostLinks && std::filesystem::is_symlink(place, ignored); ++link) {
-        const std::filesystem::path target = std::filesystem::read_symlink(place, ignored);
-        // An absolute target replaces the folder.
-        place = place.parent_path() / target;
-    }
-    return place;
-}
-
 /// Renames without replacing. Some file systems have no such renaming, and others have no second names.
 bool renameToNewName(const char* from, const char* to) {
     if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) return true;
@@ -202,6 +190,25 @@ void OutputFile::write(const std::filesystem::path& place, std::string_view cont
     OutputFile file(place, replacing);
     file.write(contents);
     file.commit();
+}
+
+std::filesystem::path behindLinks(std::filesystem::path place) {
+    constexpr int MostLinks = 40;
+    std::error_code ignored;
+    for (int link = 0; link < MostLinks && std::filesystem::is_symlink(place, ignored); ++link) {
+        const std::filesystem::path target = std::filesystem::read_symlink(place, ignored);
+        // An absolute target replaces the folder.
+        place = place.parent_path() / target;
+    }
+    return place;
+}
+
+void holdStandardStreams() {
+    for (int number = STDIN_FILENO; number <= STDERR_FILENO; ++number) {
+        if (fcntl(number, F_GETFD) != -1) continue;
+        // The lowest free number is this one.
+        static_cast<void>(open("/dev/null", number == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+    }
 }
 
 void removeTemporariesOnSignals() {

@@ -56,6 +56,13 @@ private:
     Replacing m_replacing;
 };
 
+/// Returns the file that a chain of symbolic links names. The file need not exist.
+[[nodiscard]] std::filesystem::path behindLinks(std::filesystem::path place);
+
+/// Opens each closed standard stream, so that no file takes its number and receives messages. Reading from and writing
+/// to such a stream fails. To be called once, at the start.
+void holdStandardStreams();
+
 /// Lets every signal that ends the process and can be caught remove the temporary files first, and turns writing into a
 /// closed pipe or beyond a size limit into an error. To be called once, at the start.
 void removeTemporariesOnSignals();

@@ -1,6 +1,7 @@
 #include "tools/equalize/FilePlan.h"
 
 #include "tools/common/Errors.h"
+#include "tools/common/OutputFile.h"
 #include "tools/common/Text.h"
 #include "tools/equalize/sound/OutputFormat.h"
 
@@ -17,7 +18,7 @@ namespace fs = std::filesystem;
 fs::path identityOf(const fs::path& file) {
     std::error_code error;
     const fs::path absolute = fs::absolute(file, error);
-    fs::path identity = fs::weakly_canonical(absolute, error);
+    fs::path identity = fs::weakly_canonical(behindLinks(absolute), error);
     return error ? absolute.lexically_normal() : identity;
 }
 
@@ -76,9 +77,13 @@ private:
         return !m_arguments.outputFolder.empty() && identityOf(folder) == m_outputFolder;
     }
 
-    /// Without an output folder a second run finds the files that the first one wrote.
+    /// Without an output folder a second run finds the files that the first one wrote beside their inputs.
     bool isEarlierOutput(const fs::path& file) const {
-        return m_arguments.outputFolder.empty() && file.stem().string().ends_with(m_arguments.suffix);
+        std::string stem = file.stem().string();
+        if (!m_arguments.outputFolder.empty() || !stem.ends_with(m_arguments.suffix)) return false;
+        stem.resize(stem.size() - m_arguments.suffix.size());
+        std::error_code ignored;
+        return fs::exists(file.parent_path() / (stem + file.extension().string()), ignored);
     }
 
     const FileArguments& m_arguments;

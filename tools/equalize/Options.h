@@ -40,6 +40,9 @@ struct Options {
     bool dryRun = false;
 
     [[nodiscard]] bool hasTaskWithoutFiles() const { return list || !plot.empty() || !savePreset.empty(); }
+    /// For the files of --plot and --save-preset.
+    [[nodiscard]] Replacing replacingOthers() const { return noClobber ? Replacing::Refused : Replacing::Allowed; }
+    /// For the outputs.
     [[nodiscard]] Replacing replacing() const {
         return noClobber || skipExisting ? Replacing::Refused : Replacing::Allowed;
     }

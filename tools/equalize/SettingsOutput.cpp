@@ -23,7 +23,7 @@ void list(const Options& options, const EffectLibrary& library, const Settings::
 void plot(const Options& options, const EffectLibrary& library, const Settings::Resolved& values,
           const FrequencyMap& frequencies) {
     const NormalisedValues all = EffectInstance(library, values, frequencies.sampleRate()).parameters();
-    OutputFile::write(options.plot, drawResponse(library, all, frequencies), options.replacing());
+    OutputFile::write(options.plot, drawResponse(library, all, frequencies), options.replacingOthers());
 }
 
 } // namespace
@@ -35,7 +35,8 @@ EffectLibrary libraryFrom(const Options& options) {
 
 void serveSettings(const Options& options, const Settings& settings, const Settings::Resolved& values,
                    const FrequencyMap& frequencies) {
-    if (!options.savePreset.empty()) OutputFile::write(options.savePreset, settings.presetText(), options.replacing());
+    if (!options.savePreset.empty())
+        OutputFile::write(options.savePreset, settings.presetText(), options.replacingOthers());
     if (options.plot.empty() && !options.list) return;
     const EffectLibrary library = libraryFrom(options);
     if (options.list) list(options, library, values, frequencies);

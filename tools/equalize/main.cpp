@@ -155,7 +155,7 @@ int runBatch(const Options& options, const Settings& settings, const PeakGain& p
     {
         FileRun files(options, settings, peakGain, jobs);
         if (!options.dryRun && !options.savePreset.empty())
-            OutputFile::write(options.savePreset, settings.presetText(), options.replacing());
+            OutputFile::write(options.savePreset, settings.presetText(), options.replacingOthers());
         batch.run(jobs, options.dryRun ? 1 : options.jobs, [&files](const FileJob& job) { return files.runOn(job); });
         otherRates = files.otherRates();
     }
@@ -219,6 +219,7 @@ int runCommand(int argumentCount, char** arguments) {
 } // namespace eq
 
 int main(int argumentCount, char** arguments) {
+    eq::holdStandardStreams();
     eq::removeTemporariesOnSignals();
     return eq::runTool("equalize", [&] { return eq::runCommand(argumentCount, arguments); });
 }

@@ -201,6 +201,7 @@ int runCommand(int argumentCount, char** arguments) {
 } // namespace eq
 
 int main(int argumentCount, char** arguments) {
+    eq::holdStandardStreams();
     eq::removeTemporariesOnSignals();
     return eq::runTool("lngcheck", [&] { return eq::runCommand(argumentCount, arguments); });
 }

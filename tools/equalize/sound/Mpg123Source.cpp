@@ -48,6 +48,16 @@ std::int64_t lengthWithoutTags(int descriptor) {
     return length;
 }
 
+/// Returns whether `place` is behind the frame header and the side information of a layer III frame.
+bool isInHeaderFrame(std::string_view bytes, std::size_t place) {
+    constexpr std::array<std::size_t, 3> Offsets = {4 + 9, 4 + 17, 4 + 32};
+    return std::ranges::any_of(Offsets, [&](std::size_t offset) {
+        if (place < offset) return false;
+        const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(bytes[place - offset + i]); };
+        return byte(0) == 0xFF && (byte(1) & 0xE6U) == 0xE2;
+    });
+}
+
 /// Returns the number of MPEG frames that the header frame in front of the first frame of sound promises.
 std::optional<std::int64_t> promisedFrames(int descriptor, std::int64_t firstFrame) {
     constexpr std::int64_t LongestFrame = 2881;
@@ -55,7 +65,7 @@ std::optional<std::int64_t> promisedFrames(int descriptor, std::int64_t firstFra
     const std::string bytes = bytesAt(descriptor, begin, static_cast<std::size_t>(firstFrame - begin));
     for (const std::string_view identifier : {"Xing", "Info"}) {
         const std::size_t found = bytes.rfind(identifier);
-        if (found == std::string::npos || bytes.size() - found < 12) continue;
+        if (found == std::string::npos || bytes.size() - found < 12 || !isInHeaderFrame(bytes, found)) continue;
         BinaryReader fields(bytes.data() + found + 4, 8, std::endian::big);
         constexpr std::uint32_t HasFrames = 1;
         if ((fields.read<std::uint32_t>() & HasFrames) != 0) return fields.read<std::uint32_t>();
@@ -86,6 +96,8 @@ Mpg123Source::Mpg123Source(const std::string& name, int format)
 void Mpg123Source::open() {
     mpg123_handle* const decoder = m_decoder.get();
     mpg123_param(decoder, MPG123_REMOVE_FLAGS, MPG123_AUTO_RESAMPLE, 0.0);
+    // The sound goes on after a damaged or foreign stretch of any length.
+    mpg123_param(decoder, MPG123_RESYNC_LIMIT, -1, 0.0);
     mpg123_param(decoder, MPG123_ADD_FLAGS, MPG123_FORCE_FLOAT | MPG123_GAPLESS | MPG123_QUIET, 0.0);
     const auto read = [](void* data, void* bytes, size_t count) -> ssize_t {
         const auto& stream = *static_cast<Stream*>(data);

@@ -24,11 +24,12 @@ struct Extension {
 };
 
 /// Those that libsndfile's own list names otherwise, or not at all.
-constexpr std::array<Extension, 8> Extensions = {{
+constexpr std::array<Extension, 9> Extensions = {{
     {"wave", SF_FORMAT_WAV},
     {"aif", SF_FORMAT_AIFF},
     {"aifc", SF_FORMAT_AIFF},
     {"snd", SF_FORMAT_AU},
+    {"sph", SF_FORMAT_NIST},
     {"ogg", SF_FORMAT_OGG},
     {"oga", SF_FORMAT_OGG},
     {"opus", SF_FORMAT_OGG | SF_FORMAT_OPUS},
@@ -58,7 +59,8 @@ int formatOfExtension(std::string_view extension, int inputFormat) {
     if (row != Extensions.end()) return row->format;
     int format = 0;
     const auto match = [&](const SF_FORMAT_INFO& container) {
-        if (!equalNoCase(container.extension, extension)) return;
+        // libsndfile has no extension of its own for NIST files.
+        if (!equalNoCase(container.extension, extension) || container.format == SF_FORMAT_NIST) return;
         if (format == 0 || container.format == containerOf(inputFormat)) format = container.format;
     };
     forEachContainer(match);

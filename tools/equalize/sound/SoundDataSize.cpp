@@ -179,6 +179,7 @@ SoundDataSize sizeInLongChunks(HeaderFile& file) {
                            field(position + SizePosition, rest + ChunkHeader, 8, std::endian::little)});
         if (isSound && size <= ChunkHeader && promised < file.length() && rest != 0) throw FileError(NeverFilledIn);
         if (isSound || size < ChunkHeader) return closedAt(file, 0, promised);
+        if (size > file.after(position)) throw EndOfData();
         position += (size + 7) / 8 * 8;
     }
 }
