@@ -33,8 +33,10 @@ std::string oddBytes(std::size_t size) {
 std::string container(const std::string& outer, const std::string& inner, const Chunks& chunks, std::endian order) {
     std::string body = inner;
     for (const auto& [id, contents] : chunks)
-        body += id + number(static_cast<std::uint32_t>(contents.size()), order) + contents +
-                std::string(contents.size() % 2, '\0');
+        body.append(id)
+            .append(number(static_cast<std::uint32_t>(contents.size()), order))
+            .append(contents)
+            .append(contents.size() % 2, '\0');
     return outer + number(static_cast<std::uint32_t>(body.size()), order) + body;
 }
 

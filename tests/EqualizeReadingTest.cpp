@@ -91,7 +91,8 @@ TEST_F(EqualizeReading, ReadsAnMp3ToItsEndWithAndWithoutAHeaderFrame) {
 TEST_F(EqualizeReading, PutsEachChannelOnItsSpeakerInEveryFormat) {
     const std::pair<int, const char*> layouts[] = {{3, "3.0"}, {4, "quad"}, {5, "5.0"},
                                                    {6, "5.1"}, {7, "6.1"},  {8, "7.1"}};
-    for (const auto& [channels, layout] : layouts) {
+    for (const auto& [channelCount, layout] : layouts) {
+        const int channels = channelCount; // a lambda cannot refer to a structured binding
         std::string tones;
         for (int c = 0; c < channels; ++c) tones += "|0.3*sin(2*PI*t*" + std::to_string(20 + 10 * c) + ")";
         shell("ffmpeg -v error -y -f lavfi -i \"aevalsrc='" + tones.substr(1) + "':s=48000:d=0.5:c=" + layout +

@@ -19,27 +19,27 @@ public:
         : m_handle(load(std::filesystem::path(path).make_preferred().string().c_str())) {
         if (!m_handle) throw std::runtime_error("cannot load " + path);
     }
-    ~LoadedLibrary() { unload(m_handle); }
+    ~LoadedLibrary() { Unload(m_handle); }
     LoadedLibrary(const LoadedLibrary&) = delete;
     LoadedLibrary& operator=(const LoadedLibrary&) = delete;
 
     /// The export of that name, or null.
     template <typename Function>
     [[nodiscard]] Function find(const char* name) const {
-        return reinterpret_cast<Function>(reinterpret_cast<void*>(symbol(m_handle, name)));
+        return reinterpret_cast<Function>(reinterpret_cast<void*>(Symbol(m_handle, name)));
     }
 
 private:
 #ifdef _WIN32
     static inline const auto load = LoadLibraryA;
-    static inline const auto unload = FreeLibrary;
-    static inline const auto symbol = GetProcAddress;
+    static inline const auto Unload = FreeLibrary;
+    static inline const auto Symbol = GetProcAddress;
 #else
     static void* load(const char* path) {
         return dlopen(path, RTLD_NOW | RTLD_LOCAL);
     }
-    static inline const auto unload = dlclose;
-    static inline const auto symbol = dlsym;
+    static inline const auto Unload = dlclose;
+    static inline const auto Symbol = dlsym;
 #endif
     const decltype(load("")) m_handle;
 };
