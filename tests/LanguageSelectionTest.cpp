@@ -111,9 +111,9 @@ TEST_F(LanguageSelection, ReadsTheOverrideAndTheSystemsLanguage) {
         EXPECT_EQ(ReadUiLanguage(uilanguage_default), language);
     }
 #ifdef _WIN32
-    settings.override_value.setText("4"); // of a number's size in wide characters
+    settings.overrideValue.setText("4"); // of a number's size in wide characters
     EXPECT_EQ(ReadLanguageOverride(), 0) << "not a number by its type";
-    settings.override_value.remove();
+    settings.overrideValue.remove();
     EXPECT_EQ(ReadLanguageOverride(), 0);
     settings.user_value.setText("00000407");
     EXPECT_EQ(ReadUiLanguage(uilanguage_user), 1031);
