@@ -64,30 +64,30 @@ TEST(ParameterHandover, TakesArraysAfterItsNumbersHaveWrappedAround) {
 }
 
 TEST(ParameterHandover, NeverGivesHalfAnArrayNorAnOlderOneOfTheSameWriter) {
-    constexpr int writerCount = 4;
-    constexpr int writes = 20000;
+    constexpr int WriterCount = 4;
+    constexpr int Writes = 20000;
     ParameterHandover handover;
-    std::atomic<int> running{writerCount};
+    std::atomic<int> running{WriterCount};
     bool lastRound = false;
     const auto write = [&](int writer) {
-        for (int i = 0; i < writes; ++i) put(handover, static_cast<float>(writer * writes + i));
+        for (int i = 0; i < Writes; ++i) put(handover, static_cast<float>(writer * Writes + i));
         --running;
     };
     const auto read = [&] {
-        int newest[writerCount] = {-1, -1, -1, -1};
+        int newest[WriterCount] = {-1, -1, -1, -1};
         float values[ParameterCount] = {};
         for (bool ended = false; !ended;) {
             ended = running == 0;
             while (handover.take(values)) {
                 ASSERT_TRUE(std::all_of(values, values + ParameterCount, [&](float v) { return v == values[0]; }));
                 const int number = static_cast<int>(values[0]);
-                ASSERT_GT(number % writes, newest[number / writes]);
-                newest[number / writes] = number % writes;
-                lastRound = number % writes == writes - 1;
+                ASSERT_GT(number % Writes, newest[number / Writes]);
+                newest[number / Writes] = number % Writes;
+                lastRound = number % Writes == Writes - 1;
             }
         }
     };
-    onThreads(writerCount + 1, [&](int i) { i < writerCount ? write(i) : read(); });
+    onThreads(WriterCount + 1, [&](int i) { i < WriterCount ? write(i) : read(); });
     EXPECT_TRUE(lastRound) << "the array that came last is the last of its writer";
 }
 
