@@ -50,7 +50,7 @@ private:
 };
 
 /// The rights that new files do not get. Read before any thread exists, because reading changes it for a moment.
-const mode_t creationMask = [] {
+const mode_t CreationMask = [] {
     const mode_t mask = umask(0);
     umask(mask);
     return mask;
@@ -85,7 +85,7 @@ mode_t permissionsFor(const std::string& place, int descriptor) {
         if (fchown(descriptor, replaced.st_uid, replaced.st_gid) != 0) return replaced.st_mode & 0777;
         return replaced.st_mode & 07777;
     }
-    return 0666 & ~creationMask;
+    return 0666 & ~CreationMask;
 }
 
 } // namespace
@@ -190,7 +190,7 @@ void OutputFile::write(const std::filesystem::path& place, std::string_view cont
     OutputFile file(place, replacing);
     file.write(contents);
     file.commit();
-}
+} // NOLINT(clang-analyzer-core.StackAddressEscape): the destructor takes the file off the list
 
 std::filesystem::path behindLinks(std::filesystem::path place) {
     constexpr int MostLinks = 40;

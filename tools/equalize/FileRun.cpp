@@ -27,12 +27,12 @@ namespace eq {
 namespace {
 
 std::optional<SampleBits> bitsFrom(const Options& options) {
-    static const std::map<std::string, SampleBits> Names = {{"16", SampleBits::Bits16},
+    static const std::map<std::string, SampleBits> names = {{"16", SampleBits::Bits16},
                                                             {"24", SampleBits::Bits24},
                                                             {"32", SampleBits::Bits32},
                                                             {"float", SampleBits::Float}};
     if (options.bits.empty()) return std::nullopt;
-    return Names.at(options.bits);
+    return names.at(options.bits);
 }
 
 bool isExistingFile(const std::string& place) {

@@ -44,6 +44,7 @@ double PeakGain::gainFor(const SamplePeaks& peaks, int format, bool isDithered) 
     const auto high = static_cast<double>(peaks.highest);
     const auto low = -static_cast<double>(peaks.lowest);
     constexpr double Any = std::numeric_limits<double>::infinity();
+    // NOLINTNEXTLINE(bugprone-narrowing-conversions): the check takes infinity for a conversion
     const double fitting = std::min(high > 0.0 ? highLimit / high : Any, low > 0.0 ? lowLimit / low : Any);
     if (m_level) return std::min(std::pow(10.0, *m_level / 20.0) / peaks.level(), fitting);
 

@@ -36,7 +36,8 @@ void requireWholeSound(const SoundDataSize& size, const SF_INFO& info) {
     constexpr std::uint64_t AiffHead = 8;
     if (!size.isOpen) return;
     const auto frames = static_cast<std::uint64_t>(info.frames);
-    const auto frameBytes = static_cast<std::uint64_t>(bytesPerSample(info.format) * info.channels);
+    const auto frameBytes =
+        static_cast<std::uint64_t>(bytesPerSample(info.format)) * static_cast<std::uint64_t>(info.channels);
     const bool isWhole =
         frameBytes != 0 ? (frames + 1) * frameBytes + AiffHead > size.present : frames > 0 || size.present == 0;
     if (!isWhole)
