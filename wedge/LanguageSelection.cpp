@@ -27,7 +27,7 @@ RegistryKey openSettings() noexcept {
 }
 
 /// Open from the library's load to its end.
-const RegistryKey settings = openSettings();
+const RegistryKey Settings = openSettings();
 
 /// A registry value that tells a language, as text.
 struct LocaleValue {
@@ -61,13 +61,13 @@ WORD registeredLanguage(uilanguage_context context) {
 WORD g_language_override = ReadLanguageOverride();
 
 WORD ReadLanguageOverride() {
-    if (!settings) return 0;
+    if (!Settings) return 0;
 
     DWORD type = 0;
     DWORD value = 0;
     DWORD size = sizeof value;
     const LSTATUS status =
-        RegQueryValueExW(settings.get(), LanguageValue, nullptr, &type, reinterpret_cast<BYTE*>(&value), &size);
+        RegQueryValueExW(Settings.get(), LanguageValue, nullptr, &type, reinterpret_cast<BYTE*>(&value), &size);
     const bool isNumber = status == ERROR_SUCCESS && type == REG_DWORD && size == sizeof value;
     return isNumber ? LOWORD(value) : WORD{0};
 }

@@ -107,7 +107,7 @@ PageThunk* installThunk(AnyPage& page) {
 template <typename Sheets>
 void useRewrittenTemplate(typename Sheets::Page& page) {
     if ((page.dwFlags & PSP_DLGINDIRECT) != 0) return;
-    const void* const dialog = Sheets::loadLockedResource(page.hInstance, ResourceType::Dialog, page.pszTemplate);
+    const void* const dialog = Sheets::LoadLockedResource(page.hInstance, ResourceType::Dialog, page.pszTemplate);
     if (!dialog) return; // the system looks for it itself, and says what is to be said
     page.dwFlags |= PSP_DLGINDIRECT;
     page.pResource = static_cast<LPCDLGTEMPLATE>(dialog);
@@ -118,7 +118,7 @@ void useRewrittenTemplate(typename Sheets::Page& page) {
 template <typename Sheets>
 typename Sheets::Text loadTitle(HINSTANCE module, typename Sheets::Text title) {
     if (!isStringId(title)) return title;
-    const auto text = Sheets::loadString(module, static_cast<UINT>(reinterpret_cast<std::uintptr_t>(title)));
+    const auto text = Sheets::LoadText(module, static_cast<UINT>(reinterpret_cast<std::uintptr_t>(title)));
     if (!text) return title;
     const std::basic_string_view view(text.get());
     const std::size_t size = (view.size() + 1) * sizeof text[0];
@@ -135,7 +135,7 @@ void releaseTitle(const void* title) noexcept {
 
 template <typename Sheets>
 SystemPage createPage(const typename Sheets::Page* given) {
-    if (!given) return SystemPage(Sheets::createPage(nullptr));
+    if (!given) return SystemPage(Sheets::CreatePage(nullptr));
     SizedCopy copy(*given);
     auto& page = *copy;
     CountedBlockRef record = shared(copy.release());
@@ -143,7 +143,7 @@ SystemPage createPage(const typename Sheets::Page* given) {
     useRewrittenTemplate<Sheets>(page);
     if ((page.dwFlags & PSP_USETITLE) != 0) page.pszTitle = loadTitle<Sheets>(page.hInstance, page.pszTitle);
     PageThunk* const thunk = installThunk(page);
-    SystemPage created(Sheets::createPage(&page));
+    SystemPage created(Sheets::CreatePage(&page));
     if (created) {
         state().PageRecords.put(created.get(), std::move(record));
     } else {

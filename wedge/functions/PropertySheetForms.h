@@ -18,22 +18,22 @@ struct NarrowSheets {
     using Page = PROPSHEETPAGEA;
     using Header = PROPSHEETHEADERA;
     using Text = LPCSTR;
-    static constexpr bool isWide = false;
-    static constexpr auto& loadLockedResource = LoadLockedResourceA;
-    static constexpr auto& loadString = LoadResourceStringA;
-    static constexpr auto& createPage = systems::CreatePropertySheetPageA;
-    static constexpr auto& openSheet = systems::PropertySheetA;
+    static constexpr bool IsWide = false;
+    static constexpr auto& LoadLockedResource = LoadLockedResourceA;
+    static constexpr auto& LoadText = LoadResourceStringA;
+    static constexpr auto& CreatePage = systems::CreatePropertySheetPageA;
+    static constexpr auto& OpenSheet = systems::PropertySheetA;
 };
 
 struct WideSheets {
     using Page = PROPSHEETPAGEW;
     using Header = PROPSHEETHEADERW;
     using Text = LPCWSTR;
-    static constexpr bool isWide = true;
-    static constexpr auto& loadLockedResource = LoadLockedResourceW;
-    static constexpr auto& loadString = LoadResourceStringW;
-    static constexpr auto& createPage = systems::CreatePropertySheetPageW;
-    static constexpr auto& openSheet = systems::PropertySheetW;
+    static constexpr bool IsWide = true;
+    static constexpr auto& LoadLockedResource = LoadLockedResourceW;
+    static constexpr auto& LoadText = LoadResourceStringW;
+    static constexpr auto& CreatePage = systems::CreatePropertySheetPageW;
+    static constexpr auto& OpenSheet = systems::PropertySheetW;
 };
 
 /// A copy of a record that states its size in its first field, `dwSize`. The fields that a shorter record lacks are

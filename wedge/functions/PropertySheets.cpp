@@ -160,7 +160,7 @@ void nameStartPageByIndex(const SheetRecord& record, Header& header) noexcept {
 template <typename Sheets>
 std::unique_ptr<SheetRecord> makeRecord(const typename Sheets::Header& given) {
     auto record = std::make_unique<SheetRecord>();
-    record->isWide = Sheets::isWide;
+    record->isWide = Sheets::IsWide;
     SizedCopy copy(given);
     auto& header = *copy;
     record->headerCopy = copy.release();
@@ -181,11 +181,11 @@ std::unique_ptr<SheetRecord> makeRecord(const typename Sheets::Header& given) {
 template <typename Sheets>
 INT_PTR openSheet(const typename Sheets::Header* given) {
     const CriticalSectionEntry entry(context().lock);
-    if (!given) return Sheets::openSheet(nullptr);
+    if (!given) return Sheets::OpenSheet(nullptr);
     auto outer = std::exchange(context().opening, makeRecord<Sheets>(*given));
     for (SheetPage& page : context().opening->pages) page.owner.release();
     const auto* const header = reinterpret_cast<const typename Sheets::Header*>(context().opening->headerCopy.get());
-    const INT_PTR result = Sheets::openSheet(header);
+    const INT_PTR result = Sheets::OpenSheet(header);
     // A sheet that the system refused ahead of its window is still there, and ends here.
     context().opening = std::move(outer);
     return result;
