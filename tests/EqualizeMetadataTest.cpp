@@ -228,6 +228,11 @@ TEST_F(EqualizeMetadata, CopiesMp3TagsByteForByteAndPrefersTheRichestOne) {
     const std::string output = contents("out.mp3");
     EXPECT_TRUE(output.starts_with(id3 + "\xFF"));
     EXPECT_TRUE(output.ends_with(tail));
+    const std::string otherTail = id3v1 + ape(0xA0000000) + items + ape(0x80000000) +
+                                  "LYRICSBEGININD00003110LYR00005hello000035LYRICS200" + id3v1;
+    folder.write("other.mp3", contents("plain.mp3") + otherTail);
+    equalize("other.mp3 other-out.mp3");
+    EXPECT_TRUE(contents("other-out.mp3").ends_with(otherTail));
     // Frames that only ID3v2 knows pass through its other homes.
     equalize("in.mp3 out.wav");
     equalize("out.wav out.aiff");

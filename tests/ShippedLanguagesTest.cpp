@@ -31,7 +31,7 @@ const std::vector<WORD> Sources[] = {
 
 struct Region {
     const char* locale;
-    WORD system; ///< the system's language id: that of the region if it has one, else the usual id of the language
+    WORD system; ///< the language id of the region, or the usual id of the language
     WORD file;   ///< the id of the file that is read first
 };
 

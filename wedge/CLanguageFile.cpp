@@ -197,8 +197,8 @@ std::optional<Escape> hexadecimalEscapeAt(std::string_view s) noexcept {
     return Escape{static_cast<char>(high * 16 + low), 4};
 }
 
-/// Decodes in place the escapes that `escapeAt` knows, in one walk. The text only shrinks, so reading stays ahead of
-/// writing. The walk is over what is written: a decoded lead byte makes the byte behind it a trail byte.
+/// Decodes in place the escapes that `escapeAt` knows. The text only shrinks, so no byte is overwritten before it is
+/// read. Lead bytes count after decoding: a decoded lead byte makes the next byte a trail byte.
 template <class EscapeAt>
 void decodeEscapes(std::string& s, EscapeAt escapeAt) {
     ByteWalk walk;

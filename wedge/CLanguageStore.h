@@ -26,7 +26,7 @@ public:
     /// An empty store: every look-up misses.
     CLanguageStore() = default;
 
-    /// A store of its own for the module at `modulePath`, for those who look at other files than the process's.
+    /// Makes a separate store from the language files of the module at `modulePath`.
     /// `language` is the override.
     CLanguageStore(const std::string& modulePath, WORD language);
     CLanguageStore(const CLanguageStore&) = delete;

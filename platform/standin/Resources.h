@@ -27,9 +27,9 @@ namespace eq::standin::system {
 
 // The system's own functions of kernel32, which are found by name.
 //
-// FindResourceExA, ...W: a null module is the program. If no resource has the requested language, the result has its
-// primary language, or is neutral. For the neutral language, it may also have the system's language, or US English. The
-// text "#141" is the number 141. Narrow texts are in the ANSI code page.
+// FindResourceExA, ...W search the languages in this order: the requested one, its primary language, neutral. A request
+// for neutral goes on with the system's language, then US English. A null module is the program. The text "#141" is the
+// number 141. Narrow texts are in the ANSI code page.
 
 #define EQ_IN_kernel32(DECLARATION) DECLARATION;
 #define EQ_IN_user32(DECLARATION)

@@ -46,7 +46,7 @@ protected:
         equalize(options);
         return readSound("out.wav").samples;
     }
-    /// A run that tells why it fails, and changes nothing.
+    /// Expects that a run fails with this message and changes no file.
     void expectFailure(int exitCode, const std::string& arguments, const std::string& message,
                        const std::string& before = "") const {
         SCOPED_TRACE(arguments);

@@ -22,7 +22,7 @@ public:
     EffectLibrary& operator=(const EffectLibrary&) = delete;
 
     /// Any thread may call this. Returns a new instance, to be ended with `effClose`. Throws FileError if the library
-    /// gives none, or one of another effect.
+    /// makes no instance, or an instance of another effect.
     [[nodiscard]] AEffect* makeInstance() const;
 
 private:

@@ -2,6 +2,8 @@
 
 #include "support/BinaryReader.h"
 #include "tools/common/Errors.h"
+#include "tools/equalize/sound/FileBytes.h"
+#include "tools/equalize/sound/TrailingTags.h"
 
 #include <algorithm>
 #include <array>
@@ -11,44 +13,16 @@
 #include <vector>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace eq {
 namespace {
 
-std::string bytesAt(int descriptor, std::int64_t position, std::size_t count) {
-    std::string bytes(count, '\0');
-    const ssize_t done = position < 0 ? 0 : pread(descriptor, bytes.data(), count, position);
-    bytes.resize(done < 0 ? 0 : static_cast<std::size_t>(done));
-    return bytes;
+FileBytes bytesOf(const FileDescriptor& descriptor) {
+    return {descriptor.get(), "the file"};
 }
 
-/// Returns the size of the tag that ends at `length`, or 0.
-std::int64_t sizeOfTagAtEnd(int descriptor, std::int64_t length) {
-    constexpr std::int64_t Id3Size = 128;
-    constexpr std::int64_t ApeFooter = 32;
-    if (bytesAt(descriptor, length - Id3Size, 3) == "TAG") return Id3Size;
-    const std::string footer = bytesAt(descriptor, length - ApeFooter, ApeFooter);
-    if (!footer.starts_with("APETAGEX") || footer.size() != ApeFooter) return 0;
-    BinaryReader fields(footer.data(), footer.size());
-    fields.skip(12); // identifier and version
-    const std::int64_t size = fields.read<std::uint32_t>();
-    fields.skip(4); // number of items
-    constexpr std::uint32_t HasHeader = 1U << 31U;
-    const bool hasHeader = (fields.read<std::uint32_t>() & HasHeader) != 0;
-    return std::min(length, size + (hasHeader ? ApeFooter : 0));
-}
-
-std::int64_t lengthWithoutTags(int descriptor) {
-    struct stat file = {};
-    if (fstat(descriptor, &file) != 0) return 0;
-    std::int64_t length = file.st_size;
-    while (const std::int64_t size = sizeOfTagAtEnd(descriptor, length)) length -= size;
-    return length;
-}
-
-/// Returns whether `place` is behind the frame header and the side information of a layer III frame.
+/// Returns whether a frame header and the side information of a layer III frame come directly before `place`.
 bool isInHeaderFrame(std::string_view bytes, std::size_t place) {
     constexpr std::array<std::size_t, 3> Offsets = {4 + 9, 4 + 17, 4 + 32};
     return std::ranges::any_of(Offsets, [&](std::size_t offset) {
@@ -59,10 +33,11 @@ bool isInHeaderFrame(std::string_view bytes, std::size_t place) {
 }
 
 /// Returns the number of MPEG frames that the header frame in front of the first frame of sound promises.
-std::optional<std::int64_t> promisedFrames(int descriptor, std::int64_t firstFrame) {
+std::optional<std::int64_t> promisedFrames(const FileBytes& file, std::int64_t firstFrame) {
     constexpr std::int64_t LongestFrame = 2881;
     const std::int64_t begin = std::max<std::int64_t>(0, firstFrame - LongestFrame);
-    const std::string bytes = bytesAt(descriptor, begin, static_cast<std::size_t>(firstFrame - begin));
+    const std::string bytes =
+        file.read(static_cast<std::uint64_t>(begin), static_cast<std::size_t>(firstFrame - begin));
     for (const std::string_view identifier : {"Xing", "Info"}) {
         const std::size_t found = bytes.rfind(identifier);
         if (found == std::string::npos || bytes.size() - found < 12 || !isInHeaderFrame(bytes, found)) continue;
@@ -78,7 +53,8 @@ std::optional<std::int64_t> promisedFrames(int descriptor, std::int64_t firstFra
 Mpg123Source::Mpg123Source(const std::string& name, int format)
     : m_stream{FileDescriptor(::open(name.c_str(), O_RDONLY | O_CLOEXEC)), 0} {
     if (!m_stream.descriptor) throw systemError("cannot be opened", errno);
-    m_stream.length = lengthWithoutTags(m_stream.descriptor.get());
+    const FileBytes bytes = bytesOf(m_stream.descriptor);
+    m_stream.length = static_cast<std::int64_t>(bytes.length() - trailingTagSize(bytes));
     m_decoder.reset(mpg123_new(nullptr, nullptr));
     if (!m_decoder) throw FileError("libmpg123 cannot be used");
     open();
@@ -121,7 +97,7 @@ void Mpg123Source::open() {
 
 void Mpg123Source::requireAllFrames() {
     mpg123_handle* const decoder = m_decoder.get();
-    const std::optional<std::int64_t> promised = promisedFrames(m_stream.descriptor.get(), mpg123_framepos(decoder));
+    const std::optional<std::int64_t> promised = promisedFrames(bytesOf(m_stream.descriptor), mpg123_framepos(decoder));
     if (mpg123_scan(decoder) != MPG123_OK)
         throw FileError(std::string("its length cannot be found: ") + mpg123_strerror(decoder));
     const std::int64_t present = mpg123_framelength(decoder);

@@ -1,6 +1,7 @@
 #include "tools/equalize/sound/NativeTags.h"
 
 #include "support/BinaryReader.h"
+#include "tools/equalize/sound/TrailingTags.h"
 
 #include <cstdint>
 #include <string>
@@ -27,25 +28,6 @@ std::uint64_t id3Size(const FileBytes& file) {
     std::uint64_t all = 0;
     while (const std::uint64_t size = id3SizeAt(file, all)) all += size;
     return all <= file.length() ? all : 0;
-}
-
-/// Returns the size of the tags at the end: an APE tag, an ID3v1 tag, or both in this order.
-std::uint64_t trailingTagSize(const FileBytes& file) {
-    constexpr std::uint64_t Id3v1Size = 128;
-    constexpr std::uint64_t ApeFooterSize = 32;
-    const std::uint64_t length = file.length();
-    std::uint64_t size = 0;
-    if (length >= Id3v1Size && file.read(length - Id3v1Size, 3) == "TAG") size = Id3v1Size;
-    if (length < size + ApeFooterSize) return size;
-    const std::string bytes = file.read(length - size - ApeFooterSize, ApeFooterSize);
-    if (!bytes.starts_with("APETAGEX")) return size;
-    BinaryReader footer(bytes.data(), bytes.size());
-    footer.skip(12);
-    std::uint64_t apeSize = footer.read<std::uint32_t>();
-    footer.skip(4);
-    constexpr std::uint32_t HasHeader = 0x80000000;
-    if ((footer.read<std::uint32_t>() & HasHeader) != 0) apeSize += ApeFooterSize;
-    return size + apeSize <= length ? size + apeSize : size;
 }
 
 } // namespace

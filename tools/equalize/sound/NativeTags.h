@@ -4,8 +4,8 @@
 
 namespace eq {
 
-/// Copies the ID3v2 tags, the APE tag and the ID3v1 tag of an MP3 file, byte for byte, into one that has none. Returns
-/// false if there are none.
+/// Copies the tags at the beginning and at the end of an MP3 file, byte for byte, into one that has none. Returns false
+/// if there are none.
 bool copyMpegTags(const FileBytes& source, const FileBytes& target);
 
 /// Copies the cue sheet and the blocks of applications of a FLAC file, byte for byte, into one that has none.
