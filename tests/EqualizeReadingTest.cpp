@@ -51,6 +51,24 @@ protected:
     }
 };
 
+TEST_F(EqualizeReading, GivesTheSameResultWithOneThreadAndWithThree) {
+    shell("ffmpeg -v error -f lavfi -i anoisesrc=d=20:a=0.5:seed=3 -ac 2 -ar 44100 in.flac");
+    shell("head -c 900000 in.flac > cut.flac; ln -s /dev/full full.flac");
+    for (const auto& [files, exitCode] :
+         {std::pair{"in.flac out.flac", 0}, {"cut.flac out.flac", 1}, {"in.flac full.flac", 1}}) {
+        SCOPED_TRACE(files);
+        const std::string arguments = std::string(files) + " --quiet --volume 3";
+        const Outcome three = run(arguments + " --jobs 3");
+        const auto after = this->files();
+        const Outcome one = run(arguments + " --jobs 1");
+        EXPECT_EQ(three.exitCode, exitCode);
+        EXPECT_EQ(one.exitCode, exitCode);
+        EXPECT_EQ(three.said, one.said);
+        EXPECT_TRUE(after == this->files());
+    }
+    EXPECT_EQ(decoded("out.flac").size(), 20U * 44100 * 2);
+}
+
 TEST_F(EqualizeReading, ReadsAnMp3ToItsEndWithAndWithoutAHeaderFrame) {
     // Loud sound comes late, so that an estimate from the first frames is wrong.
     shell(

@@ -114,7 +114,8 @@ FileOutcome FileRun::runOn(const FileJob& job) {
             std::transform(sound, sound + samples, sound, [gain](float x) { return static_cast<float>(x * gain); });
         writer.write(sound, frames);
     };
-    equalize(reader, effects, write, m_options.keepLatency ? Latency::Kept : Latency::Removed, progress);
+    equalize(reader, effects, write, m_options.keepLatency ? Latency::Kept : Latency::Removed,
+             threadsFor(reader.info().format, format.format), progress);
     writer.finish();
     for (const std::string& loss : writer.notes()) note(m_options, job.output + ": " + loss);
     noteSamples(m_options, job, reader, writer);
@@ -133,7 +134,7 @@ double FileRun::gainOf(const FileJob& job, const Settings::Resolved& values, int
     const SoundSink measure = [&](const float* sound, sf_count_t frames) {
         peaks.add(sound, frames * effects.channels());
     };
-    equalize(reader, effects, measure, Latency::Removed, progress);
+    equalize(reader, effects, measure, Latency::Removed, threadsFor(reader.info().format, format), progress);
     const double gain = m_peakGain.gainFor(peaks, format, m_options.dither);
     if (m_isBatch) return gain;
     const auto decibels = [](double factor) { return fixed(20.0 * std::log10(factor), 2); };
@@ -141,6 +142,12 @@ double FileRun::gainOf(const FileJob& job, const Settings::Resolved& values, int
                                          : "the peak after the effect is " + decibels(peaks.level()) +
                                                " dBFS; gain applied: " + decibels(gain) + " dB");
     return gain;
+}
+
+/// In a batch, files run side by side instead.
+Threads FileRun::threadsFor(int input, int output) const {
+    const bool isWorthIt = isCompressed(input) || isCompressed(output);
+    return isWorthIt && !m_isBatch && m_options.jobs > 1 ? Threads::Three : Threads::One;
 }
 
 NonFinite FileRun::nonFinite() const {

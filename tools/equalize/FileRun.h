@@ -2,6 +2,7 @@
 
 #include "tools/equalize/Batch.h"
 #include "tools/equalize/EffectLibrary.h"
+#include "tools/equalize/Equalizing.h"
 #include "tools/equalize/FilePlan.h"
 #include "tools/equalize/Options.h"
 #include "tools/equalize/PeakGain.h"
@@ -33,6 +34,7 @@ private:
     double gainOf(const FileJob& job, const Settings::Resolved& values, int format, FileProgress& progress);
     FileOutcome skip(const FileJob& job) const;
     [[nodiscard]] NonFinite nonFinite() const;
+    [[nodiscard]] Threads threadsFor(int input, int output) const;
 
     const Options& m_options;
     const Settings& m_settings;

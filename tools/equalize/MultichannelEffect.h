@@ -10,18 +10,18 @@ namespace eq {
 /// number has an instance for itself, whose second channel is silent.
 class MultichannelEffect {
 public:
-    /// `blockFrames` is the most that `process` may be given at a time.
+    /// `blockFrames` is the most that the effect is given at a time.
     MultichannelEffect(const EffectLibrary& library, const Settings::Resolved& settings, int channels, int sampleRate,
                        int blockFrames);
 
     [[nodiscard]] int channels() const { return m_channels; }
-    [[nodiscard]] int blockFrames() const { return m_blockFrames; }
     [[nodiscard]] int delay() const { return m_effects.front().delay(); }
 
     /// Equalizes in place.
     void process(float* interleaved, int frames) noexcept;
 
 private:
+    void processBlock(float* interleaved, int frames) noexcept;
     [[nodiscard]] float* channel(int index) {
         return m_planes.data() + static_cast<std::ptrdiff_t>(index) * m_blockFrames;
     }

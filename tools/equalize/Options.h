@@ -27,7 +27,7 @@ struct Options {
     std::string plugin;
     std::optional<double> quality;
     std::string bits;
-    int blockFrames = 8192;
+    int blockFrames = 2048;
     bool keepLatency = false;
     bool noRateCorrection = false;
     bool replaceNan = false;

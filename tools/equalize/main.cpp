@@ -94,7 +94,7 @@ void declare(CLI::App& app, Options& options) {
                  "add noise of one step before rounding to integers; the same noise in each run");
     app.add_option("--plugin", options.plugin, "the effect's library, if not the one that came with this program")
         ->type_name("PATH");
-    app.add_option("--block", options.blockFrames, "frames to process at a time, 8192 if not given")
+    app.add_option("--block", options.blockFrames, "frames to process at a time, 2048 if not given")
         ->type_name("FRAMES")
         ->check(CLI::Range(1, 1000000).description(""));
     app.add_option("--bits", options.bits, "sample format of OUTPUT: 16, 24, 32 or float")

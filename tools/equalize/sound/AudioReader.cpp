@@ -5,6 +5,7 @@
 #include "tools/equalize/sound/Mpg123Source.h"
 #include "tools/equalize/sound/OggLinks.h"
 #include "tools/equalize/sound/OutputFormat.h"
+#include "tools/equalize/sound/SampleMagnitudes.h"
 #include "tools/equalize/sound/SoundDataSize.h"
 #include "tools/equalize/sound/SoundFileError.h"
 
@@ -103,6 +104,7 @@ sf_count_t AudioReader::read(float* interleaved, sf_count_t frames) {
 
 void AudioReader::checkSamples(float* interleaved, sf_count_t frames) {
     const sf_count_t samples = frames * m_info.channels;
+    if (std::isfinite(magnitudesOf(interleaved, static_cast<std::size_t>(samples)).largest)) return;
     for (sf_count_t i = 0; i < samples; ++i) {
         if (std::isfinite(interleaved[i])) continue;
         if (m_nonFinite == NonFinite::Refused)

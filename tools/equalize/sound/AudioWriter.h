@@ -44,7 +44,7 @@ public:
     [[nodiscard]] sf_count_t framesWritten() const { return m_framesWritten; }
     /// Returns the number of samples beyond full scale. Integer formats limit them.
     [[nodiscard]] sf_count_t samplesBeyondFullScale() const { return m_samplesBeyondFullScale; }
-    /// Returns the largest of these samples.
+    /// Returns the largest magnitude of all samples.
     [[nodiscard]] float peak() const { return m_peak; }
     /// What the output cannot hold of the source, one sentence each.
     [[nodiscard]] const std::vector<std::string>& notes() const { return m_metadata.notes(); }

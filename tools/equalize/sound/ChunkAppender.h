@@ -17,8 +17,8 @@ public:
     void append(const FileBytes& source, const Chunk& chunk);
     void append(std::string_view id, std::string_view contents);
 
-    /// Writes the size of the file into its header, and removes the time from a chunk PEAK, so that equal sounds
-    /// become equal files. The size of a file that is too long for its kind is wrong.
+    /// Writes the size of the file into its header, and removes the time from a chunk PEAK, which an RF64
+    /// file has, so that equal sounds become equal files. The size of a file that is too long for its kind is wrong.
     void finish();
 
 private:

@@ -135,6 +135,12 @@ bool isLossy(int format) {
     return std::find(Lossy.begin(), Lossy.end(), sampleFormatOf(format)) != Lossy.end();
 }
 
+bool isCompressed(int format) {
+    constexpr std::array Lossless = {SF_FORMAT_ALAC_16, SF_FORMAT_ALAC_20, SF_FORMAT_ALAC_24, SF_FORMAT_ALAC_32};
+    return isLossy(format) || containerOf(format) == SF_FORMAT_FLAC ||
+           std::find(Lossless.begin(), Lossless.end(), sampleFormatOf(format)) != Lossless.end();
+}
+
 std::string containerName(int format) {
     const std::string name = nameFrom(SFC_GET_FORMAT_INFO, containerOf(format));
     return name.substr(0, name.find(" ("));

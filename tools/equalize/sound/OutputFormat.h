@@ -23,6 +23,8 @@ enum class SampleBits { Bits16, Bits24, Bits32, Float };
 
 /// Whether the samples are compressed with loss by Ogg Vorbis, Opus or MPEG.
 [[nodiscard]] bool isLossy(int format);
+/// True for formats that take longer to decode and encode than to equalize.
+[[nodiscard]] bool isCompressed(int format);
 
 /// "WAV"
 [[nodiscard]] std::string containerName(int format);
