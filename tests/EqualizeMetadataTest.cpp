@@ -158,6 +158,12 @@ TEST_F(EqualizeMetadata, ReadsOtherProgramsChunksAndNamesThoseThatAreLost) {
     ASSERT_EQ(found.size(), 11U);
     EXPECT_EQ(found[9], std::pair(std::string("oddd"), std::string("x")));
     EXPECT_EQ(found[10], std::pair(std::string("good"), std::string("ab")));
+
+    // Chunks after a chunk data of 0 bytes are no sound.
+    const Chunks empty = {wavChunks[1], {"data", ""}, {"zzzz", "after"}};
+    folder.write("empty.wav", container("RIFF", "WAVE", empty, little));
+    equalize("empty.wav out.wav");
+    EXPECT_TRUE(descriptionsIn(contents("out.wav")) == descriptionsIn(contents("empty.wav")));
 }
 
 TEST_F(EqualizeMetadata, KeepsTagsAndPicturesFromFormatToFormat) {
@@ -191,8 +197,10 @@ TEST_F(EqualizeMetadata, KeepsTagsAndPicturesFromFormatToFormat) {
         before = place;
     }
     EXPECT_EQ(shell("sh list end.flac"), expected);
+    shell("metaflac --set-tag=REPLAYGAIN_TRACK_GAIN=-3 in.flac");
     const std::string said = equalize("in.flac out.caf");
-    EXPECT_NE(said.find("the tag OWN has no place in CAF"), std::string::npos) << said;
+    EXPECT_NE(said.find("ReplayGain state the loudness of the sound before"), std::string::npos) << said;
+    EXPECT_NE(said.find("the tags OWN, REPLAYGAIN_TRACK_GAIN have no place in CAF"), std::string::npos) << said;
     EXPECT_NE(said.find("pictures have no place in CAF"), std::string::npos) << said;
 
     // The picture does not fit on the disk, but the sound does.

@@ -159,6 +159,8 @@ TEST_F(EqualizeReading, ReadsToTheEndOfTheFileWhereTheHeaderLeavesTheLengthOpen)
         shell(command + " | cat > " + name);
         const Outcome outcome = run(std::string(name) + " out.wav");
         EXPECT_EQ(outcome.exitCode, 0) << outcome.said;
+        const bool isNoted = outcome.said.find("header leaves the length open") != std::string::npos;
+        EXPECT_EQ(isNoted, !std::string(name).ends_with("flac"));
         EXPECT_TRUE(decoded("out.wav") == expected);
         std::filesystem::remove(path("out.wav"));
     }

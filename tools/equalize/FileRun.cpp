@@ -101,7 +101,7 @@ FileOutcome FileRun::runOn(const FileJob& job) {
     MultichannelEffect effects(m_library, values, reader.info().channels, reader.info().samplerate,
                                m_options.blockFrames);
     if (m_isBatch) createFolderOf(job.output);
-    noteFormat(m_options, job, reader.info().format, format.format);
+    noteFormat(m_options, job, reader, format.format);
     AudioWriter::Options writing{.quality = m_options.quality.value_or(AudioWriter::BestQuality),
                                  .dither = m_options.dither,
                                  .replacing = m_options.replacing()};

@@ -37,13 +37,16 @@ void noteRate(const Options& options, const Settings& settings, const FrequencyM
                                                   design + " of what is asked");
 }
 
-void noteFormat(const Options& options, const FileJob& job, int input, int output) {
+void noteFormat(const Options& options, const FileJob& job, const AudioReader& reader, int output) {
+    const int input = reader.info().format;
     if (isLossy(output) && !options.bits.empty())
         note(options, job.output + ": --bits has no meaning for " + formatName(output));
     if (!isLossy(output) && options.quality)
         note(options, job.output + ": --quality has no meaning for " + formatName(output));
     if (integerBits(output) == 0 && options.dither)
         note(options, job.output + ": --dither has no effect on " + formatName(output) + ", which has no integers");
+    if (reader.isLengthOpen())
+        note(options, job.input + ": its header leaves the length open, so the sound is read to the end of the file");
     if (isLossy(input) && isLossy(output))
         note(options, job.input + ": the input is already compressed with loss (" + formatName(input) +
                           "), and the output loses more; a FLAC or WAV file loses nothing more");

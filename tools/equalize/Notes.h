@@ -17,8 +17,9 @@ void note(const Options& options, const std::string& message);
 /// Notes how the sampling rate of a file changes its frequencies.
 void noteRate(const Options& options, const Settings& settings, const FrequencyMap& frequencies);
 
-/// Notes options without effect on the output's format, and a second lossy compression. Formats are libsndfile's.
-void noteFormat(const Options& options, const FileJob& job, int input, int output);
+/// Notes options without effect on the output's format, an open length, and a second lossy compression. `output` is
+/// libsndfile's format.
+void noteFormat(const Options& options, const FileJob& job, const AudioReader& reader, int output);
 
 /// Notes samples that were replaced, and samples beyond full scale.
 void noteSamples(const Options& options, const FileJob& job, const AudioReader& reader, const AudioWriter& writer);

@@ -63,6 +63,7 @@ AudioReader::AudioReader(const std::filesystem::path& file, NonFinite nonFinite)
         const SoundDataSize size = soundDataSizeOf(m_name).value_or(SoundDataSize{});
         m_metadata = std::make_unique<SndfileSource>(m_name, size.corrections);
         m_info = m_metadata->info();
+        m_isLengthOpen = size.isOpen;
         requireCompleteData(size);
         requireWholeSound(size, m_info);
         if ((m_info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG) {

@@ -27,6 +27,8 @@ public:
     /// Returns rate, channels and format of the file. `frames` is 0 if the length is unknown.
     [[nodiscard]] const SF_INFO& info() const { return m_info; }
     [[nodiscard]] bool isLengthKnown() const { return m_isLengthKnown; }
+    /// True if the header leaves the length of the sound open, which then ends with the file.
+    [[nodiscard]] bool isLengthOpen() const { return m_isLengthOpen; }
     [[nodiscard]] const std::string& name() const { return m_name; }
     [[nodiscard]] const Speakers& speakers() const { return m_speakers; }
 
@@ -48,6 +50,7 @@ private:
     std::unique_ptr<SoundSource> m_decoder; ///< null if the source of the metadata is the decoder, too
     SF_INFO m_info = {};
     bool m_isLengthKnown = true;
+    bool m_isLengthOpen = false;
     Speakers m_speakers;
     sf_count_t m_framesRead = 0;
     sf_count_t m_replacedSamples = 0;

@@ -9,7 +9,7 @@ namespace eq {
 namespace {
 
 ContainerChunks chunksOf(const FileBytes& file) {
-    if (std::optional<ContainerChunks> chunks = ContainerChunks::read(file)) return *std::move(chunks);
+    if (std::optional<ContainerChunks> chunks = ContainerChunks::read(file, false)) return *std::move(chunks);
     throw FileError(file.name() + ": the written file is damaged: its header cannot be read");
 }
 

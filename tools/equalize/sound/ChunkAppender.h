@@ -14,6 +14,7 @@ public:
     /// Throws FileError if the file is of another kind.
     explicit ChunkAppender(const FileBytes& file);
 
+    /// The size of `chunk` has at most 32 bits.
     void append(const FileBytes& source, const Chunk& chunk);
     void append(std::string_view id, std::string_view contents);
 

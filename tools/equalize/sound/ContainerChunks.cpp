@@ -57,19 +57,20 @@ std::uint64_t afterChunk(const FileBytes& file, const Chunk& chunk) {
 
 } // namespace
 
-std::optional<ContainerChunks> ContainerChunks::read(const FileBytes& file) {
+std::optional<ContainerChunks> ContainerChunks::read(const FileBytes& file, bool isSoundOpen) {
     const std::string header = file.read(0, OuterHeaderSize);
     if (header.size() < OuterHeaderSize) return std::nullopt;
     const std::string_view outer = std::string_view(header).substr(0, 4);
     const std::string_view inner = std::string_view(header).substr(8);
-    if (outer == "RIFF" && inner == "WAVE") return ContainerChunks(file, ChunkFamily::Riff, false);
-    if (outer == "RF64" && inner == "WAVE") return ContainerChunks(file, ChunkFamily::Riff, true);
-    if (outer == "RIFX" && inner == "WAVE") return ContainerChunks(file, ChunkFamily::Rifx, false);
-    if (outer == "FORM" && (inner == "AIFF" || inner == "AIFC")) return ContainerChunks(file, ChunkFamily::Aiff, false);
+    if (outer == "RIFF" && inner == "WAVE") return ContainerChunks(file, ChunkFamily::Riff, false, isSoundOpen);
+    if (outer == "RF64" && inner == "WAVE") return ContainerChunks(file, ChunkFamily::Riff, true, isSoundOpen);
+    if (outer == "RIFX" && inner == "WAVE") return ContainerChunks(file, ChunkFamily::Rifx, false, isSoundOpen);
+    if (outer == "FORM" && (inner == "AIFF" || inner == "AIFC"))
+        return ContainerChunks(file, ChunkFamily::Aiff, false, isSoundOpen);
     return std::nullopt;
 }
 
-ContainerChunks::ContainerChunks(const FileBytes& file, ChunkFamily family, bool hasLongSizes)
+ContainerChunks::ContainerChunks(const FileBytes& file, ChunkFamily family, bool hasLongSizes, bool isSoundOpen)
     : m_family(family), m_hasLongSizes(hasLongSizes) {
     const std::uint64_t length = file.length();
     std::map<std::string, std::uint64_t> longSizes;
@@ -81,9 +82,7 @@ ContainerChunks::ContainerChunks(const FileBytes& file, ChunkFamily family, bool
         if (chunk.size == SizeIsElsewhere && longSizes.contains(chunk.id)) chunk.size = longSizes[chunk.id];
 
         const std::uint64_t present = length - chunk.position;
-        // A program that writes into a pipe leaves the size of the sound open.
-        const bool isOpen = holdsSound(chunk.id) && chunk.size == 0;
-        if (chunk.size > present || isOpen) {
+        if (chunk.size > present || (isSoundOpen && holdsSound(chunk.id))) {
             if (holdsSound(chunk.id))
                 m_chunks.push_back({chunk.id, chunk.position, present});
             else

@@ -29,8 +29,9 @@ struct Chunk {
 ///     RIFF size WAVE | identifier size contents [pad] | identifier size contents [pad] | ...
 class ContainerChunks {
 public:
-    /// Returns nothing for other kinds of files.
-    [[nodiscard]] static std::optional<ContainerChunks> read(const FileBytes& file);
+    /// Returns nothing for other kinds of files. If `isSoundOpen`, the sound reaches to the end of the file, whatever
+    /// the size of its chunk says.
+    [[nodiscard]] static std::optional<ContainerChunks> read(const FileBytes& file, bool isSoundOpen);
 
     [[nodiscard]] ChunkFamily family() const { return m_family; }
     [[nodiscard]] const std::vector<Chunk>& all() const { return m_chunks; }
@@ -43,7 +44,7 @@ public:
 
 private:
     friend class ChunkAppender;
-    ContainerChunks(const FileBytes& file, ChunkFamily family, bool hasLongSizes);
+    ContainerChunks(const FileBytes& file, ChunkFamily family, bool hasLongSizes, bool isSoundOpen);
 
     [[nodiscard]] std::endian byteOrder() const {
         return m_family == ChunkFamily::Riff ? std::endian::little : std::endian::big;

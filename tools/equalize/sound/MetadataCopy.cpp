@@ -1,7 +1,6 @@
 #include "tools/equalize/sound/MetadataCopy.h"
 
 #include "tools/common/Errors.h"
-#include "tools/equalize/sound/ChunkAppender.h"
 #include "tools/equalize/sound/NativeTags.h"
 #include "tools/equalize/sound/OutputFormat.h"
 
@@ -89,7 +88,7 @@ MetadataCopy::MetadataCopy(const AudioReader& source, int outputFormat)
       m_descriptor(openRegularFile(m_name)),
       m_bytes(m_descriptor.get(), m_name) {
     if (m_descriptor)
-        readSource(m_inputFormat);
+        readSource(source.isLengthOpen());
     else
         m_notes.push_back(m_name + " is a pipe or a device: only its titles and the like are copied");
     // libsndfile's texts repeat tags that are already there.
@@ -98,8 +97,8 @@ MetadataCopy::MetadataCopy(const AudioReader& source, int outputFormat)
     if (!m_copiesChunks) noteLostTags();
 }
 
-void MetadataCopy::readSource(int inputFormat) {
-    m_chunks = ContainerChunks::read(m_bytes);
+void MetadataCopy::readSource(bool isSoundOpen) {
+    m_chunks = ContainerChunks::read(m_bytes, isSoundOpen);
     m_copiesChunks = m_chunks && m_chunks->family() == chunkFamilyOf(m_outputFormat);
     if (m_copiesChunks) return;
     constexpr std::uint64_t LongestTag = 1U << 28U; // an ID3v2 tag has sizes of 28 bits
@@ -108,7 +107,7 @@ void MetadataCopy::readSource(int inputFormat) {
     if (m_chunks)
         for (const Chunk& chunk : m_chunks->all())
             if (holdsTexts(m_bytes, chunk)) m_tags.readInfo(m_bytes.read(chunk.position, chunk.size));
-    if (!m_chunks) m_tags.read(m_bytes, inputFormat);
+    if (!m_chunks) m_tags.read(m_bytes, m_inputFormat);
 }
 
 void MetadataCopy::addToHeader(SNDFILE* output) {
@@ -132,7 +131,7 @@ void MetadataCopy::addAfterSound(const FileBytes& output) {
     if (chunkFamilyOf(m_outputFormat)) {
         ChunkAppender chunks(output);
         if (m_copiesChunks)
-            for (const Chunk& chunk : m_chunks->descriptions()) chunks.append(m_bytes, chunk);
+            for (const Chunk& chunk : m_chunks->descriptions()) copyChunk(chunk, chunks);
         else if (m_tags.pictures() > 0 || !m_tags.namesBeyondTexts().empty() || !m_tags.framesOfId3Only().empty())
             chunks.append(containerOf(m_outputFormat) == SF_FORMAT_AIFF ? "ID3 " : "id3 ", m_tags.id3());
         chunks.finish();
@@ -142,6 +141,13 @@ void MetadataCopy::addAfterSound(const FileBytes& output) {
     if (staysMpeg() && m_descriptor && copyMpegTags(m_bytes, output)) return;
     if (!m_tags.empty()) m_tags.write(output, m_outputFormat);
     if (m_descriptor) copyFlacBlocks(m_bytes, output);
+}
+
+void MetadataCopy::copyChunk(const Chunk& chunk, ChunkAppender& output) {
+    if (chunk.size <= std::numeric_limits<std::uint32_t>::max())
+        output.append(m_bytes, chunk);
+    else
+        m_notes.push_back("the chunk " + withoutBlanks(chunk.id) + " has more than 4 GiB, and is not copied");
 }
 
 void MetadataCopy::noteLostChunks() {
@@ -168,6 +174,8 @@ bool MetadataCopy::staysMpeg() const {
 }
 
 void MetadataCopy::noteLostTags() {
+    if (m_tags.statesLoudness())
+        m_notes.emplace_back("the tags of ReplayGain state the loudness of the sound before the effect");
     if (staysMpeg()) return;
     const bool holdsId3 = containerOf(m_outputFormat) == SF_FORMAT_MPEG || chunkFamilyOf(m_outputFormat);
     if (!holdsId3) noteLost("tag", "tags", m_tags.framesOfId3Only());

@@ -2,6 +2,7 @@
 
 #include "platform/FileDescriptor.h"
 #include "tools/equalize/sound/AudioReader.h"
+#include "tools/equalize/sound/ChunkAppender.h"
 #include "tools/equalize/sound/ContainerChunks.h"
 #include "tools/equalize/sound/FileBytes.h"
 #include "tools/equalize/sound/SoundTags.h"
@@ -33,9 +34,10 @@ public:
     [[nodiscard]] const std::vector<std::string>& notes() const { return m_notes; }
 
 private:
-    void readSource(int inputFormat);
+    void readSource(bool isSoundOpen);
     [[nodiscard]] bool staysMpeg() const;
     void copyTexts(SNDFILE* output);
+    void copyChunk(const Chunk& chunk, ChunkAppender& output);
     void noteLostChunks();
     void noteLostTags();
     void noteLost(const char* one, const char* several, const std::vector<std::string>& names);

@@ -214,6 +214,12 @@ std::vector<std::string> SoundTags::namesBeyondTexts() const {
     return names;
 }
 
+bool SoundTags::statesLoudness() const {
+    return std::any_of(m_properties.begin(), m_properties.end(), [](const auto& property) {
+        return property.first.startsWith("REPLAYGAIN_") || property.first.startsWith("R128_");
+    });
+}
+
 std::vector<std::string> SoundTags::framesOfId3Only() const {
     std::vector<std::string> names;
     for (const TagLib::ID3v2::Frame* frame : m_id3->frameList()) names.emplace_back(frame->frameID().data(), 4);

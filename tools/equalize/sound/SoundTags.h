@@ -28,6 +28,8 @@ public:
     [[nodiscard]] std::size_t pictures() const { return m_pictures.size(); }
     /// Returns the names of all tags that `addTexts` does not know.
     [[nodiscard]] std::vector<std::string> namesBeyondTexts() const;
+    /// Returns true if a tag states the loudness of the sound, for players that bring all sound to one level.
+    [[nodiscard]] bool statesLoudness() const;
     /// Returns the identifiers of the frames that only ID3v2 knows.
     [[nodiscard]] std::vector<std::string> framesOfId3Only() const;
 
