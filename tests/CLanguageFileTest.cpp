@@ -13,7 +13,7 @@ namespace eq {
 
 namespace {
 
-/// Writes the events down, one a line.
+/// Records the events, one per line.
 class Recorder : public CLanguageFileHandler {
 public:
     void OnTag(const std::string& tag, const std::string& value) override { log += "tag|" + tag + "|" + value + "\n"; }
@@ -107,7 +107,7 @@ TEST_F(LanguageFile, ReadsALineOfTenMegabytesAndItsEscapesInOneGo) {
     EXPECT_EQ(file.FileLanguage(), 2) << "the digits ahead of the last dot";
     file.ScanFile(recorder);
     recorder.log.clear();
-    file.ScanFile(recorder); // can be scanned again
+    file.ScanFile(recorder); // a file can be scanned repeatedly
     EXPECT_TRUE(recorder.log == "key|" + escapes + "\nnext|line\nfile end\n");
     EXPECT_TRUE(decode_value(escapes) == decoded);
 }
@@ -122,9 +122,9 @@ TEST(LanguageFileText, DecodesEscapes) {
 TEST(LanguageFileText, SparesBackslashesInsideDoubleByteCharacters) {
     const AnsiCodepage japanese(932);
     if (!japanese) GTEST_SKIP() << "the system has another ANSI code page";
-    // 0x83 0x5C is one character, whose second byte looks like a backslash.
+    // 0x83 0x5C is one character, whose second byte has the code of a backslash.
     EXPECT_EQ(decode_value("\x83\\n\x83\x83\\n\x83\\x41"), "\x83\\n\x83\x83\n\x83\\x41");
-    // A decoded first byte takes the next backslash along; \n has been decoded before.
+    // After a decoded lead byte, the next backslash is a trail byte. \n is decoded before \x83.
     EXPECT_EQ(decode_value("\\x83\\x41\\x83\\x5C\\x41\\x83\\n"), "\x83\\x41\x83\\x5CA\x83\n");
     std::string kinds;
     for (std::size_t i = 0; i < 6; ++i) kinds += std::to_string(byte_kind("a\x83\x5C\x5C\x83", i));

@@ -27,10 +27,10 @@ struct CLanguageStoreTestAccess {
 
 namespace {
 
-/// No override, and no language of the system's: English files and those without a language are read.
+/// Sets no override and no system language, so that only English files and files without a language id are read.
 class LanguageStore : public ::testing::Test {
 protected:
-    /// The store of a module "Module", beside which one language file lies.
+    /// Returns the store of a module "Module", whose only language file contains `text`.
     CLanguageStore storeOf(const std::string& text) const {
         folder.write("A1033.lng", text);
         return CLanguageStore(folder.path("Module.dll"), 0);
@@ -40,7 +40,7 @@ protected:
     TemporaryFolder folder;
 };
 
-/// The process's store, for a module "Sample Module" in a folder of its own.
+/// Sets the module of the process's store to "Sample Module", which is in its own folder.
 class StoreInstance : public LanguageStore {
 protected:
     StoreInstance() {
@@ -87,7 +87,7 @@ TEST_F(LanguageStore, ReadsAndDecodesTheTextsOfItsContexts) {
          "[Shared]\nb = late\nc = shared too\n",
          {{"a", L"module"}, {"b", L"shared"}, {"c", L"shared too"}, {"d", L"(none)"}}},
         {"[Shared]\na = first\nA = second\n[Other]\n[Shared]\na = third\n", {{"a", L"first"}}},
-        // Ahead of any context, a code page counts alone.
+        // Before the first context, only a code page tag has an effect.
         {"<CODEPAGE 437>\na = lost\n<ACCEL A> = <ACCEL B>\n[Module]\nb = \\x81\n<CODEPAGE 1252>\nc = \xE4\\xFC\n",
          {{"a", L"(none)"}, {"ACCEL_0x41", L"(none)"}, {"b", L"\u00FC"}, {"c", L"\u00E4\u00FC"}}},
         {"[Module]\na = \\x20x\\ny\\t\nb = x\\x00y\nc =\n", {{"a", L" x\ny\t"}, {"b", L"x"}, {"c", L""}}},
@@ -110,7 +110,7 @@ TEST_F(LanguageStore, ExpandsReferences) {
         {"{A{B}", "nested"},
         {"{C}{B}", "{C}b"},
         {"{EMPTY}", "{EMPTY}"},
-        {"{}{B}", "{}{B}"}, // the key is "}{B", since a key has a character at least
+        {"{}{B}", "{}{B}"}, // a key has at least one character, so the key is "}{B"
         {"{B} {A", "b {A"},
         {std::string("{B}\0{B}", 7), "b"},
     };
@@ -153,7 +153,7 @@ TEST_F(StoreInstance, GivesDisplayTextsTheKeyOfAMissAndWholeCharactersOfALongUni
     char text[DisplayCapacity];
     writeDisplay(Parameters[5], 0.325F, text);
     EXPECT_STREQ(text, "+3.5 IDS_DB");
-    // "957 " and as many whole characters as 23 bytes hold.
+    // The display is "957 " and as many whole characters as fit in 23 bytes.
     for (const auto& [codepage, count] : {std::pair{1252U, 23U}, {65001U, 11U}}) {
         const AnsiCodepage ansi(codepage);
         if (!ansi) continue;

@@ -9,7 +9,7 @@
 #include <cwctype>
 #include <utility>
 
-// The keys and their texts are those of the language file beside the test program.
+// The keys and their texts are in UnitTests1033.lng.
 
 namespace eq {
 
@@ -17,7 +17,7 @@ namespace {
 
 using Text = std::u16string_view;
 
-/// A dialog with texts and creation data of every alignment, and keys where none is expanded.
+/// Returns a dialog with texts and creation data of every alignment, and with keys in fields that are not translated.
 TemplateBuilder dialog(bool extended, Text caption, Text first, Text last) {
     const std::vector<DialogItem> items = {
         {u"\x82", 1, 0, first, "sixsix"},

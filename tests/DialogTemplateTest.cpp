@@ -8,8 +8,8 @@
 
 namespace eq {
 
-// The fingerprint is of a template that was once put together by hand from the dialog's layout, not of what the
-// resource compilers make of the sources. It tells that something has moved, not what.
+// The fingerprint was computed from a template that was written by hand from the dialog's layout, not from the output
+// of a resource compiler. A different fingerprint shows that the dialog has changed, but not what has changed.
 TEST(DialogTemplate, StandsInTheLibraryAsItIsLaidOut) {
     constexpr std::size_t Size = 3138;
     std::ifstream file(EQ_DIALOG_HOLDER, std::ios::binary);

@@ -27,19 +27,19 @@ struct Case {
     WORD systemLanguage;
     WORD language;
     std::vector<std::string> files;
-    std::size_t read; ///< so many of the files are read, in this order
+    std::size_t read; ///< the number of files that are read, from the first one on
 };
 
 const Case Cases[] = {
-    // The override, the system's language, its primary language, English. The override's primary language does not
-    // count, and files without a language count where one of the two is not set.
+    // The order is: override, system's language, its primary language, English. The primary language of the override
+    // does not count. Files without a language id are read if the override or the system's language is not set.
     {"Module.dll", 1031, 1036, 1031, {"A1031.lng", "A1036.lng", "A12.lng", "A1033.lng", "A7.lng", "x0.lng"}, 4},
     {"Module.dll", 0, 1033, 1033, {"Shared.lng", "A1033.lng"}, 2},
     {"Module.dll", 1031, 0, 1031, {"A1031.lng", "x0.lng", "A1033.lng"}, 3},
     {"Module.dll", 0, 1031, 7, {"A7.lng"}, 1},
-    // A build folder's parent is looked at in the second turn, and the parent's parent is not.
+    // The parent of a build folder is searched after the folder; the parent's parent is not searched.
     {"Debug/Release/Module.dll", 0, 1031, 1031, {"Debug/A1031.lng", "A1031.lng"}, 1},
-    // The first turn's English goes ahead of the second turn's override.
+    // English in the first folder precedes the override's language in the second folder.
     {"Plugin/DebugU/Module.dll", 1031, 1036, 1033, {"Plugin/DebugU/A1033.lng", "Plugin/A1031.lng"}, 2},
     {"Plugin/releaseMinSize/Module.dll", 0, 1031, 1033, {"Plugin/A1033.lng"}, 1},
     {"Plugin/MyRelease/Module.dll", 0, 1031, 0, {"Plugin/A1033.lng"}, 0},
@@ -52,7 +52,7 @@ TEST_F(LanguageSelection, MergesFilesInTheOrderOfPrecedence) {
         SCOPED_TRACE(testing::Message() << "case " << &row - Cases);
         const TemporaryFolder place;
         place.write(row.module, "");
-        // Each file defines a key of its own and those of all files ahead of it.
+        // Each file defines its own key and the keys of all files before it.
         std::vector<std::string> keys;
         std::string references;
         std::string expected;
@@ -111,7 +111,7 @@ TEST_F(LanguageSelection, ReadsTheOverrideAndTheSystemsLanguage) {
         EXPECT_EQ(ReadUiLanguage(uilanguage_default), language);
     }
 #ifdef _WIN32
-    settings.overrideValue.setText("4"); // of a number's size in wide characters
+    settings.overrideValue.setText("4"); // the system stores this text in four bytes, the size of a number
     EXPECT_EQ(ReadLanguageOverride(), 0) << "not a number by its type";
     settings.overrideValue.remove();
     EXPECT_EQ(ReadLanguageOverride(), 0);

@@ -12,7 +12,7 @@ namespace eq {
 
 namespace {
 
-/// The key's name or the code page that a tag stands for, or why it is none.
+/// Returns the key name of an accelerator tag, the number of a code page tag, or the reason why the tag is refused.
 std::string meaningOf(const std::string& tag) {
     std::string error = "no reason";
     const LanguageTagPtr record = ParseLanguageTag(tag, error);
@@ -26,13 +26,13 @@ std::string meaningOf(const std::string& tag) {
 
 TEST(LanguageTag, IsReadOrRefusedWithTheReason) {
     const std::pair<const char*, const char*> cases[] = {
-        // Accelerators, in any case and order.
+        // Accelerators: the case and the order of the words do not matter.
         {"<accelerator\tvirtkey \t control shift vk_f5>", "ACCEL_VIRTKEY_CONTROL_SHIFT_0x74"},
         {"<ACCEL VK_F5 SHIFT ALT CONTROL>", "ACCEL_CONTROL_ALT_SHIFT_0x74"},
         {"< ACCEL z >", "ACCEL_0x5A"},
         {"<ACCEL>", "ACCEL_0x00"},
         {"<ACCELERATOR VK_F1 SHIFT SHIFT VK_F2>", "ACCEL_SHIFT_0x71"},
-        // Code pages, by the number at the start.
+        // Code pages: only the number at the start of the second word counts.
         {"<codepage 932x extra words>", "932"},
         {"<CODEPAGE -5>", "-5"},
         {"<CODEPAGE 99999999999999999999>", "2147483647"},
@@ -54,7 +54,7 @@ TEST(LanguageTag, IsReadOrRefusedWithTheReason) {
     EXPECT_EQ(AcceleratorKeyName(other), "ACCEL_ALT_0xAB") << "known flags, and the low half of the key";
 }
 
-// The fingerprints are of lists made from the system's own header and from the published table, not from the sources.
+// The fingerprints were computed from the system's own header and from the published table, not from the sources.
 
 TEST(VirtualKeys, HaveTheSystemsCodes) {
     std::string list;

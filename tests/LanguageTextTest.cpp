@@ -15,7 +15,7 @@ TEST(LanguageText, GivesBothFormsOfWhatItWasGiven) {
     const wchar_t* const wide = text.wide();
     EXPECT_STREQ(wide, L"a narrow text");
     EXPECT_EQ(text.wide(), wide);
-    text.assign(text.wide()); // its own text, in either width
+    text.assign(text.wide()); // the object receives its own text, in both widths
     text.assign(text.narrow());
     EXPECT_STREQ(text.wide(), L"a narrow text");
     text.assign(static_cast<const wchar_t*>(nullptr));
@@ -26,7 +26,7 @@ TEST(LanguageText, GivesBothFormsOfWhatItWasGiven) {
 TEST(LanguageText, ConvertsInTheAnsiCodePage) {
     const std::tuple<UINT, const char*, const wchar_t*, const char*> rows[] = {
         {1252, "\x80", L"\u20AC", "\x80"},
-        // Too long for the room, which has two bytes for a unit.
+        // The narrow text would need more than two bytes per unit, so it is empty.
         {65001, "\xE3\x81\x82\xE3\x81\x84", L"\u3042\u3044", ""},
         {65001, "", L"", ""},
     };

@@ -6,7 +6,7 @@
 
 #include <utility>
 
-// The keys and their texts are those of the language file beside the test program.
+// The keys and their texts are in UnitTests1033.lng.
 
 namespace eq {
 
@@ -14,7 +14,8 @@ namespace {
 
 using Text = std::u16string_view;
 
-/// Behind a gap, a popup that is the last of its level and holds one, a separator, and items of every alignment.
+/// Returns a menu with a gap before the first item, a separator, items of every alignment, and a last popup that
+/// contains another popup.
 TemplateBuilder standardMenu(Text popup, Text item, Text last) {
     TemplateBuilder menu;
     menu.words({0, 6, 1, 2, 3});

@@ -11,10 +11,10 @@ namespace eq {
 
 namespace {
 
-/// A lock whose system mutex a test can see and break.
+/// A lock whose system mutex a test can probe and break.
 class ProbedMutex : public Mutex {
 public:
-    /// Whether another thread could take the system's mutex now.
+    /// Returns whether another thread can take the system's mutex now.
     [[nodiscard]] bool isFree() const {
         bool taken = false;
         onThreads(1, [&](int) {

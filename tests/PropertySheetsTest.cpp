@@ -19,7 +19,7 @@
 #include <utility>
 #include <vector>
 
-// The pages are those of Wedge.rc, the texts those of the language file beside the test program.
+// The pages are in Wedge.rc, their texts in UnitTests1033.lng.
 
 namespace eq {
 
@@ -27,21 +27,21 @@ namespace {
 
 constexpr LPARAM CallersValue = 0x1234;
 
-// Wine's sheet looks for PSM_PAGETOINDEX's handle in wParam, and reads the null handle of a page that was refused.
+// Wine's sheet reads the handle of PSM_PAGETOINDEX from wParam, and uses the null handle of a page that was refused.
 #ifdef _WIN32
 constexpr bool SystemIsExact = false;
 #else
 constexpr bool SystemIsExact = true;
 #endif
 
-thread_local std::wstring okText; // as the last sheet was initialized
-thread_local std::wstring title;  // of the last page that was created
-thread_local LPARAM ownData = 0;  // of the caller's, after the record of the last page that got one
+thread_local std::wstring okText; // the text of the OK button when the last sheet was initialized
+thread_local std::wstring title;  // the title of the last page that was created
+thread_local LPARAM ownData = 0;  // the caller's data after the record of the last page with such data
 thread_local LONG_PTR answerToTurn = 0;
-thread_local std::function<void()> aheadOfTheWindow; // what the next sheet's callback does, once
+thread_local std::function<void()> aheadOfTheWindow; // runs once, before the next sheet has its window
 thread_local bool closesAtOnce = false;
 
-/// A page with data of the caller's own after the record.
+/// A page's record, followed by the caller's own data.
 struct LongPage {
     PROPSHEETPAGEW record;
     LPARAM own;
@@ -67,7 +67,7 @@ UINT CALLBACK pageCallback(HWND, UINT message, PROPSHEETPAGEW* page) {
 
 int CALLBACK sheetCallback(HWND sheet, UINT message, LPARAM lParam) {
     if (message == PSCB_PRECREATE) {
-        // A real window system takes its time to show a window, and nobody looks.
+        // The sheet stays hidden: a real window system needs time to show a window.
         auto* const fields = reinterpret_cast<DWORD*>(lParam);
         const bool isExtended = HIWORD(fields[0]) == 0xFFFF;
         fields[isExtended ? 3 : 0] &= ~DWORD{WS_VISIBLE};
@@ -78,7 +78,7 @@ int CALLBACK sheetCallback(HWND sheet, UINT message, LPARAM lParam) {
     return 0;
 }
 
-/// Three pages and a header for them, as a caller gives them, and the modeless window that it may open.
+/// A caller's header and three page records, and the modeless window that `open` creates from them.
 struct Sheet {
     explicit Sheet(DWORD flags = 0) {
         readyCommonControls();
@@ -116,7 +116,7 @@ struct Sheet {
     Window window;
 };
 
-/// The bytes of records, of each as many as its size states, and none after them.
+/// Returns a block of exactly the given records, one after the other. Each record has as many bytes as its size states.
 template <typename... Records>
 std::unique_ptr<std::byte[]> exactBytes(const Records&... records) {
     auto bytes = std::make_unique<std::byte[]>((records.dwSize + ...));
@@ -146,7 +146,7 @@ TEST(WedgeSheets, AnswerTheMessagesThatWorkByResourceId) {
     sheet.header.pStartPage = MAKEINTRESOURCEW(152);
     sheet.open();
     EXPECT_EQ(sheet.label(), L"SS");
-    // The low 16 bits of an id count.
+    // Only the low 16 bits of an id count.
     EXPECT_TRUE(!SystemIsExact || sheet.send(PSM_IDTOINDEX, 0, 0x10000 + 153) == 2);
     EXPECT_EQ(sheet.send(PSM_IDTOINDEX, 0, 999), 0);
     EXPECT_EQ(sheet.send(PSM_INDEXTOID, 2), 153);
@@ -156,7 +156,7 @@ TEST(WedgeSheets, AnswerTheMessagesThatWorkByResourceId) {
 }
 
 TEST(WedgeSheets, TakeNoTextForTheIdOfAStartPage) {
-    // Somewhere in this memory is an address that ends as the id does.
+    // This memory contains an address whose low 16 bits equal the id of a page.
     std::vector<char> memory(0x20000);
     const auto behindStart = (std::uintptr_t{152} - reinterpret_cast<std::uintptr_t>(memory.data())) & 0xFFFF;
     Sheet sheet(PSH_USEPSTARTPAGE);
@@ -201,7 +201,7 @@ TEST(WedgeSheets, TakePagesAsHandlesAndTemplatesInMemoryAsTheyAre) {
 }
 
 TEST(WedgeSheets, OfTheNarrowFormAreTranslatedTooAndNotReadPastTheirSize) {
-    // The oldest forms.
+    // The records have the sizes of their oldest forms.
     PROPSHEETPAGEA page{};
     page.dwSize = offsetof(PROPSHEETPAGEA, pcRefParent) + sizeof(UINT*);
     page.hInstance = ownModule();
@@ -247,15 +247,15 @@ TEST(WedgeSheets, LeaveOnlyTheirThunksBehind) {
             Sheet sheet;
             sheet.open(); // two of its pages are never shown
             EXPECT_NE(DestroyPropertySheetPage(CreatePropertySheetPageW(&sheet.pages[0])), 0);
-            sheet.pages[0].dwSize = offsetof(PROPSHEETPAGEW, pcRefParent); // less than the oldest form
+            sheet.pages[0].dwSize = offsetof(PROPSHEETPAGEW, pcRefParent); // shorter than the oldest form
             EXPECT_EQ(CreatePropertySheetPageW(&sheet.pages[0]), nullptr);
             sheet.pages[0].dwSize = sizeof sheet.pages[0];
             sheet.header.hwndParent = reinterpret_cast<HWND>(std::uintptr_t{0xBAD});
             EXPECT_LE(PropertySheetW(&sheet.header), 0) << "it has no window";
         }
     };
-    // On Windows bytes, and Wine keeps the pages of a sheet that it refuses; elsewhere blocks: the thunk, its owner,
-    // and their places in two maps.
+    // `heapInUse` counts bytes on Windows, where Wine also keeps the pages of a sheet that it refuses. Elsewhere it
+    // counts blocks: the thunk, its owner, and their nodes in two maps.
     constexpr long LeftByAPage = SystemIsExact ? 4 : 40 * sizeof(void*);
     openAndRefuse(3);
     const long before = heapInUse();
@@ -282,7 +282,7 @@ TEST(WedgeSheets, RunUntilTheyAreClosedIfTheyAreModal) {
 TEST(WedgeSheets, MayBeOpenOnTwoThreads) {
     std::atomic<int> opened = 0;
     onThreads(2, [&opened](int) {
-        // A real window system takes its time for many.
+        // A real window system needs too much time for many turns.
         for (int turn = 0; turn < (SystemIsExact ? 100 : 1); ++turn) {
             Sheet sheet;
             sheet.open();

@@ -8,7 +8,7 @@
 
 #include <vector>
 
-// The keys and their texts are those of the language file beside the test program.
+// The keys and their texts are in UnitTests1033.lng.
 
 namespace eq {
 
@@ -34,7 +34,7 @@ TemplateBuilder comboTexts(const std::string& first, const std::string& second) 
 
 const std::string end(1, '\0');
 
-// Flags, key and command of each entry, and a word to fill it.
+// Each entry has flags, a key, a command and a word of padding.
 const TemplateBuilder table =
     TemplateBuilder().words({0x09, 0x74, 10, 0, 0x10, 'X', 11, 0, 0x01, 0x78, 12, 0, 0x8B, 0x74, 13, 0});
 
@@ -53,7 +53,8 @@ TEST(PrepareAcceleratorResource, TakesTheKeyOfATranslationAndKeepsCommandAndMark
     const TemplateBuilder translated =
         TemplateBuilder().words({0x11, 0x75, 10, 0, 0x08, 'Y', 11, 0, 0x01, 0x78, 12, 0, 0x93, 0x75, 13, 0});
     EXPECT_TRUE(replaces(PrepareAcceleratorResource, table, translated));
-    // No translation, one that is no tag, and one that is a tag of another kind.
+    // The first entry has no translation, the translation of the second is not a tag, and that of the third is a code
+    // page tag.
     const TemplateBuilder untranslated = TemplateBuilder().words({1, 0x41, 1, 0, 1, 0x78, 2, 0, 0x81, 0x79, 3, 0});
     EXPECT_EQ(statusOf(PrepareAcceleratorResource, untranslated), PrepUnchanged);
 }
@@ -72,7 +73,7 @@ TEST(ToAccelArray, StopsAtTheEndMarkAndDropsIt) {
 
 TEST(PrepareDialogInitResource, ExpandsTheTextsOfComboBoxesAlone) {
     EXPECT_EQ(statusOf(PrepareDialogInitResource, comboTexts("plain" + end, "{T_Empty}" + end)), PrepUnchanged);
-    // The bytes after the terminator are dropped, a missing terminator is added, and the length is the new text's.
+    // Bytes after the terminator are dropped, a missing terminator is added, and the length is that of the new text.
     EXPECT_TRUE(replaces(PrepareDialogInitResource, comboTexts("{T_Long}" + end + "x", "a {T_Two}"),
                          comboTexts("A longer translation" + end, "a SS" + end)));
 }

@@ -40,7 +40,7 @@ TEST(StringExt, TellsWhichCallFailed) {
     EXPECT_EQ(failureOf<convert_wstring_failed>([] { return convert_wstring("x", NoSuchCodePage); }),
               "convert_wstring_failed thrown by convert_wstring [wedge/string_ext:N] with context\n" +
                   CallFailureText("MultiByteToWideChar()", InvalidParameter));
-    // Nine bytes, where there is room for eight.
+    // The result needs nine bytes, and the limit is eight.
     EXPECT_EQ(failureOf<convert_string_failed>([] { return convert_string(L"\u3042\u3044\u3046", Utf8); }),
               "convert_string_failed thrown by convert_string [wedge/string_ext:N] with context\n" +
                   CallFailureText("WideCharToMultiByte()", InsufficientBuffer));

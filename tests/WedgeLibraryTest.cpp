@@ -8,9 +8,9 @@ namespace eq {
 
 namespace {
 
-/// What a hundred loads of the library leave behind, with or without work in it.
+/// Returns the growth of the heap by a hundred loads of the library. With `work`, each load also opens resources.
 long leftByAHundredLoads(bool work) {
-    constexpr int WarmUp = 5; // what the system keeps from first uses is there behind it
+    constexpr int WarmUp = 5; // in these loads the system makes the allocations that it keeps
     long before = 0;
     for (int turn = 0; turn < WarmUp + 100; ++turn) {
         if (turn == WarmUp) before = heapInUse();
@@ -26,9 +26,9 @@ long leftByAHundredLoads(bool work) {
 TEST(WedgeLibrary, LeavesNothingBehindWhenItIsUnloadedAHundredTimes) {
     const long idle = leftByAHundredLoads(false);
 #ifdef _WIN32
-    // The compiler's own thread library keeps some 800 bytes a load in 32-bit code, and twice that in 64-bit code.
+    // The compiler's thread library keeps about 800 bytes per load in 32-bit code, and twice that in 64-bit code.
     constexpr long MostIdle = 100L * 256 * sizeof(void*);
-    constexpr long Most = 5000; // less than a block a load; the system's own heap may grow by a page meanwhile
+    constexpr long Most = 5000; // less than one block per load; the system's own heap may grow by a page
 #else
     constexpr long MostIdle = 100;
     constexpr long Most = 100;

@@ -21,7 +21,7 @@
 #include <tuple>
 #include <utility>
 
-// The resources are those of Wedge.rc, the texts those of the language file beside the test program.
+// The resources are in Wedge.rc, their texts in UnitTests1033.lng.
 
 namespace eq {
 
@@ -49,7 +49,7 @@ std::wstring menuText(HMENU menu, UINT position) {
     return text.data();
 }
 
-/// Ends a dialog box at its start, with one more than its parameter if it has the right caption.
+/// Ends a dialog box at its start. The box's result is its parameter, plus 1 if the caption is right.
 INT_PTR CALLBACK endAtOnce(HWND dialog, UINT message, WPARAM, LPARAM parameter) {
     if (message == WM_INITDIALOG) EndDialog(dialog, parameter + (textOf(dialog) == L"named S" ? 1 : 0));
     return 0;
@@ -63,7 +63,7 @@ TEST(CountedRef, SharesOneOwnerForAnAddressAndEndsItWithTheLast) {
     {
         auto* const block = new std::byte[8];
         CountedBlockRef first(index, block);
-        CountedBlockRef second(index, block); // a second owner would release twice
+        CountedBlockRef second(index, block); // a second owner would free the block twice
         CountedBlockRef copy = first;
         copy = *&copy;
         second = CountedBlockRef();
@@ -94,7 +94,7 @@ TEST(GuardedMap, MayBeUsedByManyThreads) {
 
 TEST(ResourceCache, RewritesOnceHoweverOftenAndByHoweverManyAResourceIsFound) {
     const auto find = [](unsigned id) { static_cast<void>(findDialog(id)); };
-    find(143); // the store is built
+    find(143); // fills the store
     EXPECT_EQ(wedgeState().resourceCache.Find(findDialog(143)), nullptr) << "it needs no substitute";
     const std::size_t once = allocations::askedBy([&] { find(110); });
     EXPECT_GT(once, 0U);
@@ -164,7 +164,7 @@ TEST(Wedge, LoadsTranslatedStringsCutToTheBuffer) {
         {15, 64, L"last of SS"},
         {32, 64, L"first of a bundle without keys"},
         {33, 64, L""},
-        // What the store's code page lacks is lost with the first key of a bundle.
+        // If a bundle contains a key, its strings lose the characters that the store's code page lacks.
         {31, 64, L"na\u00EFve \u201ES\u201C ?"},
         {17, 7, L"no key"},
         {17, 6, L"no ke"},
@@ -213,7 +213,7 @@ TEST(AcceleratorRegistry, DestroysWhatIsLeft) {
         onThreads(4, [&](int) {
             for (int turn = 0; turn < 1000; ++turn) registry.Add(removed), registry.Remove(removed);
         });
-        registry.Remove(removed); // which is not there any more
+        registry.Remove(removed); // the handle is no longer in the registry
     }
     EXPECT_EQ(DestroyAcceleratorTable(left), 0);
     EXPECT_NE(DestroyAcceleratorTable(removed), 0);
@@ -224,7 +224,7 @@ TEST(Wedge, RewritesDialogInitialisationData) {
 }
 
 #ifndef _WIN32
-// Windows does not tell what a box was asked for.
+// On Windows a test cannot read the language of a message box.
 TEST(Wedge, ShowsMessageBoxesInTheStoresLanguageOrTheCallers) {
     testing::internal::CaptureStderr();
     const auto languageOf = [](int /*answer*/) { return standin::shownMessageBoxes().lastLanguage; };

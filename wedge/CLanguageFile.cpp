@@ -41,7 +41,7 @@ WORD languageOfPath(std::string_view path) noexcept {
     return languageOfDigits(path.substr(first, dot - first));
 }
 
-/// The two sides of a line's first '=', trimmed.
+/// The trimmed texts before and after the first '=' of a line.
 struct Assignment {
     std::string left;
     std::string right;
@@ -53,7 +53,7 @@ std::optional<Assignment> assignmentOf(std::string_view line) {
     return Assignment{std::string(trim(line.substr(0, equal))), std::string(trim(line.substr(equal + 1)))};
 }
 
-/// One pass over a stream: classifies its lines, checks them and tells the handler.
+/// Reads a stream once: classifies and checks each line, then passes it to the handler.
 class Scan {
 public:
     Scan(const std::string& filename, CLanguageFileHandler& handler) : m_filename(filename), m_handler(handler) {}
@@ -107,7 +107,8 @@ private:
         }
     }
 
-    /// Refuses a tag that is none or does not fit the file, and tells whether it needs a value.
+    /// Returns whether a tag needs a value. Throws syntax_error if the tag is invalid or does not fit the language of
+    /// the file.
     bool checkTag(const std::string& tag) const {
         std::string reason;
         const LanguageTagPtr record = ParseLanguageTag(tag, reason);
@@ -145,13 +146,13 @@ private:
     bool m_in_context = false;
 };
 
-/// Follows the bytes of a text from its start, and knows what the next one is.
+/// Reads the bytes of a text from its start and classifies the next byte.
 class ByteWalk {
 public:
-    /// The kind of `c` as the next byte, as byte_kind has it.
+    /// Returns the kind of `c` if it is the next byte. `byte_kind` defines the numbers.
     [[nodiscard]] int kindOf(char c) const noexcept {
         if (m_trail_follows) return 2;
-        // No code page has a lead byte among the ASCII ones.
+        // No code page has a lead byte in the ASCII range.
         const auto value = static_cast<BYTE>(c);
         return value >= 0x80 && IsDBCSLeadByte(value) ? 1 : 0;
     }
@@ -162,7 +163,7 @@ private:
     bool m_trail_follows = false;
 };
 
-/// What an escape stands for, and how many bytes it takes.
+/// The byte that an escape represents, and the length of the escape in bytes.
 struct Escape {
     char byte;
     std::size_t length;
@@ -197,8 +198,8 @@ std::optional<Escape> hexadecimalEscapeAt(std::string_view s) noexcept {
     return Escape{static_cast<char>(high * 16 + low), 4};
 }
 
-/// Decodes in place the escapes that `escapeAt` knows. The text only shrinks, so no byte is overwritten before it is
-/// read. Lead bytes count after decoding: a decoded lead byte makes the next byte a trail byte.
+/// Decodes in place the escapes that `escapeAt` recognizes. The text only becomes shorter, so each byte is read before
+/// it is overwritten. A decoded byte can be a lead byte; the next byte is then a trail byte.
 template <class EscapeAt>
 void decodeEscapes(std::string& s, EscapeAt escapeAt) {
     ByteWalk walk;
@@ -226,7 +227,7 @@ CLanguageFile::CLanguageFile(const char* filename) : m_filename(filename), m_str
         m_stream.get();
         m_unicode = m_stream.peek() == SecondMark;
     }
-    // Some systems open folders like files, and fail at the first read.
+    // Some systems open a folder like a file, but fail at the first read.
     if (m_stream.bad()) raiseOpenFailed(m_filename, __LINE__);
 }
 
@@ -255,8 +256,8 @@ WORD languageOfDigits(std::string_view digits) noexcept {
 }
 
 std::string decode_value(std::string s) {
-    // Hexadecimal escapes come last, in a walk of their own, because the bytes that they yield change what is a trail
-    // byte behind them.
+    // Hexadecimal escapes are decoded last, in a separate pass: a byte that they produce can make the next byte a trail
+    // byte.
     decodeEscapes(s, controlEscapeAt);
     decodeEscapes(s, hexadecimalEscapeAt);
     return s;

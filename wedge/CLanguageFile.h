@@ -12,30 +12,31 @@
 
 namespace eq {
 
-/// Receives what a scan reads, in the order of the file. Tag texts and keys arrive trimmed, values trimmed and still
-/// escaped.
+/// Receives the content of a language file in the file's order. Tags, keys and values are trimmed. The escapes of
+/// values are not yet decoded.
 class CLanguageFileHandler {
 public:
     virtual ~CLanguageFileHandler() = default;
 
-    /// A tag line that passed all checks; `value` is empty when the line has no '='.
+    /// Receives a tag that passed all checks, with its angle brackets. `value` is empty if the line has no '='.
     virtual void OnTag(const std::string& tag, const std::string& value) = 0;
     virtual void OnContext(const std::string& name) = 0;
     virtual void OnString(const std::string& key, const std::string& value) = 0;
-    /// Before the next context and at the end of the file, when a context is open.
+    /// Receives the end of a context, before the next context or at the end of the file.
     virtual void OnContextEnd() = 0;
     virtual void OnFileEnd() = 0;
 };
 
-/// A language file: translated strings and accelerators of one language for one or more modules. A scan keeps nothing
-/// of what it reads and needs no more memory than a few times the longest line. For one thread at a time.
+/// A language file contains translated strings and accelerators of one language for one or more modules. A scan stores
+/// no text and needs at most a few times the memory of the longest line. Only one thread at a time may use an object.
 class CLanguageFile {
 public:
     class base_exception : public ContextException {
     public:
         using ContextException::ContextException;
     };
-    /// The file cannot be opened, or a read fails before its end: half a file never passes for a whole one.
+    /// The file cannot be opened, or a read fails before the end of the file. A file that was read in part never counts
+    /// as complete.
     class open_failed : public base_exception {
     public:
         using base_exception::base_exception;
@@ -55,11 +56,13 @@ public:
     CLanguageFile& operator=(const CLanguageFile&) = delete;
     virtual ~CLanguageFile() = default;
 
-    /// Scans from the first byte to the end, as often as called. Throws no_unicode_file_support ahead of any event,
-    /// syntax_error at the first faulty line, open_failed when a read fails, and what the handler throws.
+    /// Reads the whole file and passes its content to `handler`. May be called repeatedly. Throws
+    /// no_unicode_file_support before it calls `handler`, syntax_error at the first faulty line, open_failed if a read
+    /// fails, and the exceptions of `handler`.
     void ScanFile(CLanguageFileHandler& handler);
 
-    /// The language id that the file's own name declares: the digits in front of the last '.', or 0.
+    /// Returns the language id in the file's name: the digits directly before the last '.'. Returns 0 if there are
+    /// none.
     [[nodiscard]] WORD FileLanguage() const;
 
 private:
@@ -68,19 +71,19 @@ private:
     bool m_unicode = false;
 };
 
-/// What ScanFile does behind its check for a wide file, on any stream. `filename` stands in the messages and declares
-/// the language.
+/// Scans a stream like `ScanFile`, but without its check for a UTF-16 file. Error messages contain `filename`, whose
+/// digits are the language id of the file.
 void scanLanguageStream(std::istream& stream, const std::string& filename, CLanguageFileHandler& handler);
 
-/// The number that decimal digits stand for, cut to 16 bits, however many there are.
+/// Returns the low 16 bits of a decimal number with any number of digits; 0 for no digits.
 [[nodiscard]] WORD languageOfDigits(std::string_view digits) noexcept;
 
-/// The value with its escapes \n, \r, \t and \xHH decoded, in time proportional to its length. A backslash that is the
-/// second byte of a double-byte character of the system's ANSI code page starts no escape.
+/// Returns the value with its escapes \n, \r, \t and \xHH decoded. A backslash that is the second byte of a double-byte
+/// character in the system's ANSI code page starts no escape. The time is proportional to the length.
 [[nodiscard]] std::string decode_value(std::string s);
 
-/// What the byte at `index` is in the system's ANSI code page: 2 the second byte of a double-byte character, 1 the
-/// first, 0 any other. Walks from the start of `s`.
+/// Returns the kind of the byte at `index` in the system's ANSI code page: 1 for the first byte of a double-byte
+/// character, 2 for the second byte, 0 for any other byte. Reads `s` from its start.
 [[nodiscard]] int byte_kind(std::string_view s, std::size_t index) noexcept;
 
 } // namespace eq

@@ -23,7 +23,8 @@ void showNoFilesFound() {
     if (const auto show = showMessage.load()) show(L"LNG0001:  No language files were found.", L"Error");
 }
 
-/// The module's file with long names, or nothing if the system does not tell or the path is too long for its buffers.
+/// Returns the path of the module with long names. Returns an empty text if a system function fails or the path is too
+/// long for a buffer of MAX_PATH bytes.
 std::string longPathOf(HMODULE module) {
     char path[MAX_PATH] = {};
     const DWORD size = GetModuleFileNameA(module, path, MAX_PATH);
@@ -35,12 +36,12 @@ std::string longPathOf(HMODULE module) {
     return longPath;
 }
 
-/// A text that cannot be converted is empty.
+/// Returns an empty text if the conversion fails.
 std::string toAnsi(const wchar_t* text) {
     return toNarrow(text, CP_ACP).text;
 }
 
-// What the two widths of expandKeys differ in.
+// The operations of `expandKeys` that differ between 8-bit and 16-bit texts.
 const std::string& keyFrom(const std::string& key) {
     return key;
 }
@@ -54,20 +55,20 @@ void appendTo(std::wstring& out, const wchar_t* text) {
     out += text;
 }
 
-/// Replaces the references of `text`, which is read once from left to right; what has been put in is not read again.
+/// Replaces the {KEY} references of `text` in one pass from left to right. Inserted texts are not searched again.
 template <class Text>
 Text expandKeys(const CLanguageStore& store, const Text& text, bool* changed) {
     using Character = typename Text::value_type;
     constexpr auto Open = static_cast<Character>('{');
     constexpr auto Close = static_cast<Character>('}');
 
-    const Text source(text.c_str()); // NOLINT(readability-redundant-string-cstr): up to its first terminator
+    const Text source(text.c_str()); // NOLINT(readability-redundant-string-cstr): ends at the first zero
     Text expanded;
     bool hasChanged = false;
     std::size_t copied = 0;
     auto open = source.find(Open);
     while (open != Text::npos) {
-        const auto close = source.find(Close, open + 2); // {} is no key
+        const auto close = source.find(Close, open + 2); // a key has at least one character
         if (close == Text::npos) break;
 
         const wchar_t* found = store.Find(keyFrom(source.substr(open + 1, close - open - 1)).c_str());
@@ -86,11 +87,11 @@ Text expandKeys(const CLanguageStore& store, const Text& text, bool* changed) {
 
 } // namespace
 
-/// The place of the process's store. Destroyed with the process, or when the library unloads.
+/// The storage of the process's store. The storage is destroyed when the process ends or the library is unloaded.
 struct CLanguageStore::Singleton {
     CriticalSection lock;
-    /// Under the lock. Holds a store from the start of its filling on, for calls that the filling itself makes. Once it
-    /// is full it never changes again.
+    /// Guarded by `lock`. The store exists while it is being filled, because the function that shows the store's
+    /// message calls `Instance` again. After the fill the store never changes.
     std::optional<CLanguageStore> store;
 };
 
@@ -139,7 +140,8 @@ void CLanguageStore::load(const std::string& modulePath, WORD language) {
 
 bool CLanguageStore::loadTurn(const std::string& folder, WORD language) {
     bool found = false;
-    // An id that is 0 or repeats is not left out: the code page of the store depends on the last file that is read.
+    // The files of an id that is 0 or repeated are read too, because the last file that is read determines the store's
+    // code page.
     for (const WORD id : languageOrder(language, ReadUiLanguage(uilanguage_default))) {
         if (LoadLanguageFiles(folder, id) == 0) continue;
         found = true;

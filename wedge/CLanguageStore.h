@@ -8,42 +8,45 @@
 
 namespace eq {
 
-/// All translated text of the process, by context and key. Filled by its constructor and never changed after it, so
-/// that any number of threads may look up without a lock.
+/// Holds translated texts by context and key. A store is filled once and never changes afterwards, so any number of
+/// threads may look up texts without a lock.
 class CLanguageStore {
 public:
-    /// The process's store. The first call fills it from the language files beside `module` (null: the library's own)
-    /// and throws what a broken file throws; the next call then starts over. A later call's `module` is ignored.
+    /// Returns the store of the process. The first call fills the store from the language files beside `module` (null:
+    /// the library's own module). Later calls ignore `module`. Throws the exceptions of `CLanguageFile` and
+    /// `CLanguageStoreLoader` if a file is broken; the next call then starts over.
     static CLanguageStore& Instance(HMODULE module = nullptr);
 
     /// Shows an error to the user.
     using MessageFunction = void (*)(const wchar_t* text, const wchar_t* caption);
 
-    /// Sets the function that shows the store's one message: that there are no language files. The wedge sets it while
-    /// the library loads, the Linux library before the store is built. Without it there is no message.
+    /// Sets the function that shows the only message of the store: that no language files were found. Without a
+    /// function, no message is shown. The wedge sets the function while the library loads. The Linux library sets it
+    /// before the store is filled.
     static void ShowMessagesWith(MessageFunction function) noexcept;
 
-    /// An empty store: every look-up misses.
+    /// Creates an empty store, in which every look-up fails.
     CLanguageStore() = default;
 
-    /// Makes a separate store from the language files of the module at `modulePath`.
-    /// `language` is the override.
+    /// Creates a store apart from `Instance`, from the language files of the module at `modulePath`. `language` is the
+    /// override; 0 for none. Throws like `Instance`.
     CLanguageStore(const std::string& modulePath, WORD language);
     CLanguageStore(const CLanguageStore&) = delete;
     CLanguageStore& operator=(const CLanguageStore&) = delete;
     virtual ~CLanguageStore() = default;
 
-    /// The text of a key, with or without its braces, from the module's context or else from "Shared"; null on a miss.
-    /// The pointer is valid for the life of the store. Allocates nothing.
+    /// Returns the text of a key from the module's context, or else from the context "Shared"; null if both lack the
+    /// key. The braces around the key are optional. The pointer is valid for the life of the store. Allocates nothing.
     [[nodiscard]] const wchar_t* Find(const char* key) const noexcept;
 
-    /// `text` with each {KEY} replaced whose text is not empty. `changed`, unless null, tells whether there was one.
+    /// Returns `text` with each {KEY} replaced by the key's text. A {KEY} whose text is missing or empty stays.
+    /// `changed` receives whether a {KEY} was replaced; it may be null.
     [[nodiscard]] std::string ExpandKeys(const std::string& text, bool* changed) const;
     [[nodiscard]] std::wstring ExpandKeys(const std::wstring& text, bool* changed) const;
 
-    /// The first language for which a file was found; 0 if none was.
+    /// Returns the id of the first language for which a file was found; 0 if there is none.
     [[nodiscard]] WORD language() const noexcept { return m_language; }
-    /// The code page with which the last file ended; 0 for the system's ANSI code page.
+    /// Returns the code page that applied at the end of the last file; 0 for the system's ANSI code page.
     [[nodiscard]] UINT codepage() const noexcept { return m_codepage; }
 
 private:
@@ -52,7 +55,8 @@ private:
 
     static Singleton& singleton();
     static void fillInstance(Singleton& the, HMODULE module);
-    /// Back to the state ahead of the first call. For the thread that fills, or while nobody uses the store.
+    /// Destroys the store of the process; the next `Instance` fills a new one. May be called only by the thread that
+    /// fills the store, or while no thread uses the store.
     static void dropInstance() noexcept;
 
     void load(const std::string& modulePath, WORD language);
@@ -66,11 +70,12 @@ private:
     std::string m_module;
 };
 
-// The process's store in the forms in which the library uses it. Each may be the call that fills the store.
+// The following functions use `CLanguageStore::Instance()`. Each may be the call that fills the store, and then throws
+// like `Instance`.
 
 WORD GetLanguageId();
 [[nodiscard]] UINT GetLanguageCodepage();
-/// The text of `key` in the store's code page; empty on a miss. Throws convert_string_failed.
+/// Returns the text of `key` in the store's code page; empty if the store lacks the key. Throws convert_string_failed.
 [[nodiscard]] std::string GetLanguageString(const std::string& key);
 [[nodiscard]] std::string ExpandLanguageKeys(const std::string& text, bool* changed);
 [[nodiscard]] std::wstring ExpandLanguageKeys(const std::wstring& text, bool* changed);

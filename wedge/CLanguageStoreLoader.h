@@ -9,26 +9,28 @@
 
 namespace eq {
 
-/// From key to text. A node keeps its place for life, so a pointer to its text stays valid.
+/// Maps a key to its text. A map never moves its nodes, so a pointer to a text stays valid.
 using LanguageTable = std::map<nocase_string, std::wstring, std::less<>>;
-/// From context name to the context's table.
+/// Maps the name of a context to its table.
 using LanguageContexts = std::map<nocase_string, LanguageTable, std::less<>>;
 
-/// Fills the store's tables from the scan of one file. Only ever adds: the first definition of a key stands.
+/// Adds the texts of one file to the store's tables while the file is scanned. The first definition of a key counts:
+/// the loader never replaces a text.
 class CLanguageStoreLoader : public CLanguageFileHandler {
 public:
-    /// `codepage` is that of the values up to the first code page tag. `contexts` stays with the caller.
+    /// `codepage` applies to the values before the first code page tag. The caller owns `contexts`, which must outlive
+    /// the loader.
     CLanguageStoreLoader(UINT codepage, LanguageContexts& contexts) noexcept
         : m_codepage(codepage), m_contexts(&contexts) {}
 
     void OnTag(const std::string& tag, const std::string& value) override;
     void OnContext(const std::string& name) override;
-    /// Throws convert_wstring_failed for a value that is no text of its code page.
+    /// Throws convert_wstring_failed if the value cannot be converted from its code page.
     void OnString(const std::string& key, const std::string& value) override;
     void OnContextEnd() override;
     void OnFileEnd() override {}
 
-    /// The code page in which values are read now.
+    /// Returns the code page of the values that follow.
     [[nodiscard]] UINT codepage() const noexcept { return m_codepage; }
 
 private:

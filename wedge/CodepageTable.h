@@ -1,6 +1,7 @@
 #pragma once
 
-// The table behind wedge/Codepages.h, for the compiler: the build checks the ids of the shipped language files with it.
+// The table of wedge/Codepages.h as constants. The build uses the table at compile time to check the ids of the shipped
+// language files.
 
 #include "wedge/Codepages.h"
 
@@ -12,7 +13,7 @@ namespace eq {
 
 namespace codepage_table {
 
-/// Code pages that serve the same languages. Unused places hold 0.
+/// A group of code pages for the same languages. Unused elements are 0.
 struct CodepageGroup {
     std::array<std::uint16_t, 6> codepages;
     std::array<std::uint16_t, 40> languages;

@@ -12,14 +12,14 @@ struct CodepagePair {
     std::uint16_t codepage;
     std::uint16_t language;
 
-    // NOLINTNEXTLINE(modernize-use-nullptr): there is none
+    // NOLINTNEXTLINE(modernize-use-nullptr): the operator contains no null pointer
     friend constexpr auto operator<=>(const CodepagePair&, const CodepagePair&) = default;
 };
 
-/// Which code pages may be declared for a file of which language, sorted by code page, then by language.
+/// Returns the permitted pairs of a file's code page and its language, sorted by code page, then by language.
 [[nodiscard]] std::span<const CodepagePair> codepagePairs() noexcept;
 
-/// Whether the table pairs exactly this code page with this language.
+/// Returns whether the table contains exactly this pair.
 [[nodiscard]] bool CodepageFitsLanguage(long codepage, WORD language) noexcept;
 
 } // namespace eq

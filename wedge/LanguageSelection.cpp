@@ -17,7 +17,7 @@ constexpr wchar_t SettingsPath[] = L"Software\\Tavrin\\TuneBench\\2.0";
 constexpr wchar_t LanguageValue[] = L"Language";
 constexpr WORD EnglishUnitedStates = 1033;
 constexpr std::string_view Digits = "0123456789";
-/// The system's functions of this age take no longer paths.
+/// The 8-bit file functions of the system accept no longer paths.
 constexpr std::size_t PathCapacity = MAX_PATH;
 
 RegistryKey openSettings() noexcept {
@@ -26,10 +26,10 @@ RegistryKey openSettings() noexcept {
     return key;
 }
 
-/// Open from the library's load to its end.
+/// Open while the library is loaded.
 const RegistryKey Settings = openSettings();
 
-/// A registry value that tells a language, as text.
+/// A registry value that contains a language id as text.
 struct LocaleValue {
     const char* key;
     const char* name;
@@ -40,7 +40,7 @@ LocaleValue localeValue() {
     return {"Control Panel\\desktop\\ResourceLocale", ""};
 }
 
-/// The language that the registry gives for a context, or 0.
+/// Returns the language id in the registry for a context, or 0.
 WORD registeredLanguage(uilanguage_context context) {
     const LocaleValue value = localeValue();
     const HKEY root = context == uilanguage_user ? HKEY_CURRENT_USER : HKEY_USERS;
@@ -49,7 +49,7 @@ WORD registeredLanguage(uilanguage_context context) {
     if (RegOpenKeyExA(root, path.c_str(), 0, KEY_READ, key.receive()) != ERROR_SUCCESS) return 0;
 
     constexpr DWORD Capacity = 32;
-    char digits[Capacity + 1] = {}; // the registry does not promise the text's end
+    char digits[Capacity + 1] = {}; // the registry does not guarantee a terminator
     DWORD size = Capacity;
     BYTE* const data = reinterpret_cast<BYTE*>(digits);
     if (RegQueryValueExA(key.get(), value.name, nullptr, nullptr, data, &size) != ERROR_SUCCESS) return 0;

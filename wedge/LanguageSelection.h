@@ -6,44 +6,45 @@
 #include <string>
 #include <vector>
 
-// Which language files fill the store, and in what order.
+// Selects the language files that fill the store, and their order.
 
 namespace eq {
 
-/// The language that the settings ask for, whatever the system's; 0 for none. Read once, while the library loads.
+/// The language id in the settings, which takes precedence over the system's language; 0 for none. Read once, while the
+/// library loads.
 extern WORD g_language_override;
 
-/// Reads the settings value anew.
+/// Returns the language id that is in the settings now; 0 for none.
 [[nodiscard]] WORD ReadLanguageOverride();
 
-/// Whose language is asked for.
+/// The profile whose language is read.
 enum uilanguage_context { uilanguage_default = 0, uilanguage_user = 1 };
 
-/// The system's language: that of the default profile, or the user's with a fall-back to the default profile's. 0 if
-/// the system does not tell.
+/// Returns the system's language. `uilanguage_default` reads the default profile; `uilanguage_user` reads the user's
+/// profile, and the default profile if the user's has no language. Returns 0 if the system has no language or fails.
 [[nodiscard]] WORD ReadUiLanguage(uilanguage_context context);
 
 [[nodiscard]] bool IsWindowsNt();
 
-/// The ANSI code page of a language; 0 for the language 0 or when the system does not know.
+/// Returns the ANSI code page of a language; 0 for the language 0 and for a language that the system does not know.
 [[nodiscard]] UINT DefaultCodepage(WORD language);
 
-/// The language id in a file's name: its first run of digits, with `prefix` right in front, and one byte and
-/// `extension` behind it. 0 for a name of another form.
+/// Returns the language id in a file's name: the first run of digits, directly after `prefix` and followed by one byte
+/// and `extension`. Returns 0 for any other name. ASCII case does not matter.
 [[nodiscard]] WORD ParseLanguageFileName(const std::string& name, const std::string& prefix,
                                          const std::string& extension);
 
-/// 0 if the texts are equal but for the case of ASCII letters.
+/// Compares two texts without regard to ASCII case. Returns 0 if they are equal.
 [[nodiscard]] int CompareNoCase(const std::string& a, const std::string& b);
 
-/// The languages of one turn, in the order in which they are scanned. Ids may be 0 or repeat.
+/// Returns the languages whose files are read from one folder, in the order of reading. Ids may be 0 or repeat.
 [[nodiscard]] std::array<WORD, 4> languageOrder(WORD overrideLanguage, WORD systemLanguage);
 
-/// The full paths of all files of one language in a folder, in the order in which the system lists them.
+/// Returns the full paths of all files of one language in a folder, in the order in which the system lists the files.
 [[nodiscard]] std::vector<std::string> languageFilesOf(const std::string& folder, WORD language);
 
-/// The folder of the second turn: the parent of a folder whose name begins with "debug" or "release", else the folder
-/// itself.
+/// Returns the folder that is searched after `folder`: the parent if the name of `folder` begins with "debug" or
+/// "release" in any case, else `folder` again.
 [[nodiscard]] std::string secondFolder(const std::string& folder);
 
 } // namespace eq

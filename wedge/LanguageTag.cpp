@@ -28,7 +28,7 @@ constexpr std::array<ModifierWord, 4> Modifiers{{
 
 using Words = std::vector<std::string>;
 
-/// Puts one word of an accelerator into its definition; false if the word is unknown.
+/// Adds one word of an accelerator to its definition. Returns false if the word is unknown.
 bool applyAcceleratorWord(const std::string& word, AcceleratorDefinition& definition) {
     const auto modifier = std::ranges::find(Modifiers, word, &ModifierWord::word);
     if (modifier != Modifiers.end()) {
@@ -52,7 +52,7 @@ LanguageTagPtr parseAccelerator(const Words& words, std::string& error) {
     return LanguageTagPtr(new AcceleratorDefinition(definition));
 }
 
-/// The number at the start of `word`, kept within 32 bits; 0 if there is none.
+/// Returns the number at the start of `word`, clamped to the range of 32 bits; 0 if there is none.
 std::int32_t leadingNumber(const std::string& word) {
     using Limits = std::numeric_limits<std::int32_t>;
     const long number = std::strtol(word.c_str(), nullptr, 10);

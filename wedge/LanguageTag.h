@@ -6,20 +6,21 @@
 #include <memory>
 #include <string>
 
-// The small language between '<' and '>' in a language file: accelerator definitions and code page definitions.
+// The tags between '<' and '>' in a language file: definitions of accelerators and of code pages.
 
 namespace eq {
 
 enum class LanguageTagType : std::int32_t { Accelerator = 1, Codepage = 2 };
 
-/// The common head of the records. They have no virtual operations; `type` tells which record it is.
+/// The base of the tag records. `type` identifies the type of the record, because the records have no virtual
+/// functions.
 struct LanguageTag {
     LanguageTagType type;
-    /// A '=' and a value must follow the tag on its line.
+    /// Whether '=' and a value must follow the tag on its line.
     bool needs_value;
 };
 
-/// A key with its modifiers: the head, and then the fields of the system's ACCEL record.
+/// A key with its modifiers. The fields after the base are those of the system's ACCEL record.
 struct AcceleratorDefinition : LanguageTag {
     BYTE fVirt;
     WORD key;
@@ -30,22 +31,23 @@ struct CodepageDefinition : LanguageTag {
     std::int32_t codepage;
 };
 
-/// Deletes a record as the type that it is.
+/// Deletes a record as an object of its own type.
 struct LanguageTagDeleter {
     void operator()(LanguageTag* tag) const noexcept;
 };
 
 using LanguageTagPtr = std::unique_ptr<LanguageTag, LanguageTagDeleter>;
 
-/// The record of a tag, with its angle brackets, or null. A refusal with a reason puts that into `error`; any other
-/// leaves `error` as it is. Case does not matter in a tag.
+/// Returns the record of a tag, or null if the tag is invalid. `tag` includes its angle brackets. `error` receives the
+/// reason, except for a tag without both brackets or without a word: `error` then stays unchanged. ASCII case does not
+/// matter.
 [[nodiscard]] LanguageTagPtr ParseLanguageTag(const std::string& tag, std::string& error);
 
-/// The record as what it is, or null if it is something else.
+/// Each returns the record as its own type, or null if the record has another type.
 [[nodiscard]] const AcceleratorDefinition* asAccelerator(const LanguageTag& tag) noexcept;
 [[nodiscard]] const CodepageDefinition* asCodepage(const LanguageTag& tag) noexcept;
 
-/// The key under which the store keeps the replacement of an accelerator, such as "ACCEL_VIRTKEY_CONTROL_0x74".
+/// Returns the key under which the store has the replacement of an accelerator, such as "ACCEL_VIRTKEY_CONTROL_0x74".
 [[nodiscard]] std::string AcceleratorKeyName(const AcceleratorDefinition& definition);
 
 } // namespace eq

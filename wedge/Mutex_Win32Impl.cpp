@@ -39,7 +39,7 @@ Mutex::~Mutex() {
     try {
         Unlock();
     } catch (const std::exception&) {
-        // Nothing is left to be done about a mutex that goes away.
+        // The destructor can do nothing about a failed unlock.
     }
     CloseHandle(handle);
     handle = nullptr;
@@ -75,14 +75,15 @@ void Mutex::Unlock() {
 
 DWORD Mutex::wait(DWORD milliseconds) {
     const DWORD result = WaitForSingleObject(handle, milliseconds);
-    if (result == WAIT_ABANDONED) holds = 0; // what the dead holder counted has gone with it
+    if (result == WAIT_ABANDONED) holds = 0; // the count belonged to the thread that has ended
     if (result == WAIT_OBJECT_0 || result == WAIT_ABANDONED) ++holds;
     return result;
 }
 
 bool Mutex::releaseHolds() {
     bool released = true;
-    // The count is cleared while the mutex is still held: after the last release it is the next holder's.
+    // Clear the count while this thread still holds the mutex: after the last release, the count belongs to the next
+    // holder.
     for (std::uint32_t left = std::exchange(holds, 0U); left != 0; --left) {
         released = ReleaseMutex(handle) != FALSE && released;
     }
@@ -93,7 +94,7 @@ MutexEntry::~MutexEntry() {
     try {
         mutex.Unlock();
     } catch (const std::exception&) {
-        // The scope may be left by an exception already.
+        // An exception may already be leaving the scope.
     }
 }
 

@@ -8,8 +8,8 @@
 
 namespace eq {
 
-/// Compares characters without regard to ASCII case. Bytes of 0x80 and above stand for themselves and, as signed
-/// values, come before all others.
+/// Compares characters without regard to ASCII case. Bytes of 0x80 and above equal only themselves. As signed values,
+/// these bytes come before all others.
 struct nocase_char_traits : std::char_traits<char> {
     static constexpr bool eq(char a, char b) noexcept { return asciiUpper(a) == asciiUpper(b); }
 
@@ -33,7 +33,7 @@ struct nocase_char_traits : std::char_traits<char> {
     }
 };
 
-/// The keys of the language tables: "IDS_DB" and "ids_db" are one key.
+/// The key type of the language tables: "IDS_DB" and "ids_db" are the same key.
 using nocase_string = std::basic_string<char, nocase_char_traits>;
 using nocase_string_view = std::basic_string_view<char, nocase_char_traits>;
 

@@ -4,11 +4,12 @@
 
 namespace eq {
 
-/// The library's own module: the one that holds its resources, and whose folder holds the language files. Unless set,
-/// it is the module that this function lies in.
+/// Returns the library's own module. The module contains the library's resources, and its folder contains the language
+/// files. Without a call of `setOwnModule`, this is the module that contains the code of this function.
 [[nodiscard]] HINSTANCE ownModule() noexcept;
 
-/// States the module, as the library's load function is told it.
+/// Sets the library's own module; null removes the setting. The library's load function passes the module that it
+/// receives.
 void setOwnModule(HINSTANCE module) noexcept;
 
 } // namespace eq

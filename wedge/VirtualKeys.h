@@ -8,8 +8,8 @@
 
 namespace eq {
 
-/// The code of a key word in upper case: a letter or digit stands for its own character code, a name such as "VK_F5"
-/// for the virtual-key code. 0 for any other word.
+/// Returns the code of a key word: the upper-case character code for a letter or digit, the virtual-key code for an
+/// upper-case name such as "VK_F5", 0 for any other word.
 [[nodiscard]] BYTE LookupVirtualKey(const std::string& word);
 
 struct VirtualKeyName {
@@ -17,7 +17,7 @@ struct VirtualKeyName {
     BYTE code;
 };
 
-/// All names, for those who list them. Letters and digits are not among them.
+/// Returns all key names. Letters and digits are not in the list.
 [[nodiscard]] std::span<const VirtualKeyName> virtualKeyNames() noexcept;
 
 } // namespace eq

@@ -20,7 +20,7 @@ std::wstring convert_wstring(const std::string& text, unsigned codePage) {
         throw convert_wstring_failed("convert_wstring", "MultiByteToWideChar()", error, File, __LINE__,
                                      "convert_wstring_failed");
     }
-    return wide.c_str(); // NOLINT(readability-redundant-string-cstr): up to its first zero
+    return wide.c_str(); // NOLINT(readability-redundant-string-cstr): ends at the first zero
 }
 
 std::string convert_string(const std::wstring& text, unsigned codePage) {
@@ -29,7 +29,7 @@ std::string convert_string(const std::wstring& text, unsigned codePage) {
         throw convert_string_failed("convert_string", "WideCharToMultiByte()", error, File, __LINE__,
                                     "convert_string_failed");
     }
-    return narrow.c_str(); // NOLINT(readability-redundant-string-cstr): up to its first zero
+    return narrow.c_str(); // NOLINT(readability-redundant-string-cstr): ends at the first zero
 }
 
 std::size_t wholeCharacters(std::string_view text, std::size_t limit, unsigned codePage) noexcept {

@@ -18,15 +18,16 @@ public:
     using ContextException::ContextException;
 };
 
-/// Converts a text of `codePage` (0: the system's ANSI code page) to 16-bit units. A zero inside the text ends the
-/// result. Throws `convert_wstring_failed`; an empty text never fails.
+/// Returns a text of `codePage` (0: the system's ANSI code page) in 16-bit units. The result ends before the first
+/// zero. Throws `convert_wstring_failed`, but never for an empty text.
 [[nodiscard]] std::wstring convert_wstring(const std::string& text, unsigned codePage);
 
-/// Converts back. Throws `convert_string_failed`, also when the result needs more than two bytes for each unit and two
-/// more; an empty text never fails.
+/// Returns a text of 16-bit units in `codePage`. The result ends before the first zero. Throws `convert_string_failed`,
+/// also if n units need more than 2n + 2 bytes, but never for an empty text.
 [[nodiscard]] std::string convert_string(const std::wstring& text, unsigned codePage);
 
-/// The most bytes of `text`, up to `limit`, that hold whole characters of the code page.
+/// Returns the length in bytes of the longest start of `text` that has at most `limit` bytes and only whole characters
+/// of the code page.
 [[nodiscard]] std::size_t wholeCharacters(std::string_view text, std::size_t limit, unsigned codePage) noexcept;
 
 } // namespace eq

@@ -1,4 +1,4 @@
-// The global operators, replaced for the whole program.
+// Replaces the global operators `new` and `delete` for the whole program.
 
 #include "tests/support/AllocationCounter.h"
 

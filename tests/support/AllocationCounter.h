@@ -1,7 +1,7 @@
 #pragma once
 
-// Counts what the program allocates by new, and makes it fail on demand, in programs that AllocationCounter.cpp is
-// part of.
+// Counts the allocations of the program by `new`, and makes them fail on demand. The program must contain
+// AllocationCounter.cpp.
 
 #include <atomic>
 #include <climits>
@@ -13,12 +13,12 @@ namespace eq {
 
 namespace allocations {
 
-inline std::atomic<long> live = 0;         // blocks not yet released
-inline std::atomic<std::size_t> asked = 0; // bytes that were asked for, in all
-inline std::atomic<long> leftToGrant = -1; // how many more succeed; all, if negative
-inline std::atomic<long> leftToRefuse = 0; // how many fail after them
+inline std::atomic<long> live = 0;         // blocks that are not yet released
+inline std::atomic<std::size_t> asked = 0; // total number of requested bytes
+inline std::atomic<long> leftToGrant = -1; // how many further allocations succeed; all if negative
+inline std::atomic<long> leftToRefuse = 0; // how many allocations fail after these
 
-/// The bytes that `work` asks for.
+/// Returns the number of bytes that `work` requests.
 template <typename Work>
 std::size_t askedBy(const Work& work) {
     const std::size_t before = asked;
@@ -26,7 +26,7 @@ std::size_t askedBy(const Work& work) {
     return asked - before;
 }
 
-/// Lets `granted` allocations succeed and then refuses the next ones, until the end of its own life.
+/// Lets `granted` allocations succeed, then makes the next `refused` allocations fail, until this object is destroyed.
 class Shortage {
 public:
     explicit Shortage(long granted, long refused = LONG_MAX) {
@@ -38,8 +38,8 @@ public:
     Shortage& operator=(const Shortage&) = delete;
 };
 
-/// Does something again and again, each time with another one of its allocations refused, until it needs no more.
-/// What it throws for want of memory is dropped.
+/// Repeats `work` and makes one allocation fail in each run: the first one in the first run, the second one in the
+/// second run, and so on, until a run has no such allocation. Catches std::bad_alloc.
 template <typename Work>
 void refuseEachOf(const Work& work) {
     bool wasRefused = true;

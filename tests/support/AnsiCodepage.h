@@ -1,6 +1,6 @@
 #pragma once
 
-// Lets the system's ANSI code page be another one for the length of a test, where the system can be told so.
+// Changes the system's ANSI code page for the length of a test, if the system permits it.
 
 #include "platform/win32.h"
 
@@ -26,7 +26,7 @@ public:
     AnsiCodepage(const AnsiCodepage&) = delete;
     AnsiCodepage& operator=(const AnsiCodepage&) = delete;
 
-    /// False if the system has another code page and cannot be told.
+    /// Returns false if the system has another ANSI code page and does not permit a change.
     explicit operator bool() const {
         return m_isSet;
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-// Runs a command as a user does, in a folder of its own with blanks in its name.
+// Runs a command as a user does, in its own folder whose name contains blanks.
 
 #include "tests/support/TemporaryFolder.h"
 
@@ -18,7 +18,7 @@
 namespace eq {
 
 struct Outcome {
-    int exitCode; ///< if a signal ended the command, its number and 128, as in a shell
+    int exitCode; ///< 128 plus the number of the signal if a signal ended the command, as in a shell
     std::string said;
 };
 
@@ -31,7 +31,7 @@ protected:
         std::ifstream stream(path(name), std::ios::binary);
         return {std::istreambuf_iterator<char>(stream), {}};
     }
-    /// What is in the folder, and in its files: what a run leaves behind.
+    /// Returns the names in the folder with the contents of the files, so that a test can see the effect of a run.
     [[nodiscard]] std::map<std::string, std::string> files() const {
         std::map<std::string, std::string> found;
         for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
@@ -41,7 +41,8 @@ protected:
         return found;
     }
 
-    /// Runs the command with the arguments as the shell takes them, and behind what the shell does before.
+    /// Runs the command in a shell. `arguments` is shell text after the command, `before` is shell text directly before
+    /// it.
     [[nodiscard]] Outcome run(const std::string& arguments, const std::string& before = "") const {
         const std::string line =
             "exec 2>&1; cd '" + folder.path().string() + "'; " + before + " exec '" + program + "' " + arguments;

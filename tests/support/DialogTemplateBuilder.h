@@ -9,7 +9,7 @@
 
 namespace eq {
 
-/// A control of a template. A class of one unit is the number of a predefined one.
+/// A control of a template. A window class of one unit is the number of a predefined class.
 struct DialogItem {
     std::u16string_view windowClass;
     unsigned id;
@@ -18,7 +18,7 @@ struct DialogItem {
     std::string_view creationData = "secret";
 };
 
-/// A dialog of 100 by 50 units, with the font if its style names one.
+/// Builds a dialog of 100 by 50 units. The dialog has a font if its style includes one.
 class DialogTemplateBuilder {
 public:
     DialogTemplateBuilder(bool extended, DWORD style, const std::vector<DialogItem>& items,
@@ -51,7 +51,7 @@ public:
     }
 
 private:
-    /// With the extended style and, in the extended form, a help number, both of them 0.
+    /// Adds the style and an extended style of 0. The extended form begins with a help number of 0.
     void addStyle(bool extended, DWORD style) {
         m_template.align();
         if (extended) m_template.words({0, 0, 0, 0});

@@ -1,6 +1,6 @@
 #pragma once
 
-// Sound and settings for engines, and what tells sounds apart.
+// Samples and settings for engines, and a comparison of samples.
 
 #include "engine/FourBandEqualizer.h"
 
@@ -30,7 +30,8 @@ inline Samples noise(std::mt19937& random, std::size_t count, float level = 1) {
     return samples;
 }
 
-/// Engineering units, a little beyond the limits on both sides. A tenth of the values is a NaN, or a band at 0 dB.
+/// Returns random parameters in engineering units, some of them slightly outside their limits. About a tenth of the
+/// values is NaN, and a tenth of the gains is 0 dB.
 inline Values randomValues(std::mt19937& random) {
     const auto pick = [&](float low, float high) {
         return random() % 10 == 0 ? NaN : std::uniform_real_distribution<float>(low, high)(random);
@@ -45,7 +46,8 @@ inline Values randomValues(std::mt19937& random) {
     return values;
 }
 
-/// The first sample that differs in a bit, or -1. The sign and payload of a NaN are nobody's business.
+/// Returns the index of the first sample whose bits differ, or -1. Two NaNs count as equal, whatever their sign and
+/// payload.
 inline long firstDifference(const Samples& a, const Samples& b) {
     if (a.size() != b.size()) return 0;
     for (std::size_t i = 0; i < a.size(); ++i) {

@@ -1,6 +1,6 @@
 #pragma once
 
-// Sound files for runs of `equalize`, and its runs.
+// Runs `equalize`, and writes and reads its sound files.
 
 #include "tests/support/CommandTest.h"
 
@@ -16,7 +16,7 @@ namespace eq {
 inline constexpr int Float = SF_FORMAT_WAV | SF_FORMAT_FLOAT;
 inline constexpr int Pcm16 = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
 
-/// Sound as it is in a file: interleaved samples.
+/// The sound of a file, as interleaved samples.
 struct Sound {
     int rate;
     int channels;
@@ -36,7 +36,7 @@ class EqualizeCommand : public CommandTest {
 protected:
     EqualizeCommand() : CommandTest(EQ_EQUALIZE_PATH) {}
 
-    /// A run from "in.wav" to "out.wav", which succeeds. Gives what it says.
+    /// Runs `equalize` from "in.wav" to "out.wav" and expects success. Returns what the command prints.
     std::string equalize(const std::string& options, const std::string& before = "") const {
         const Outcome outcome = run("in.wav out.wav " + options, before);
         EXPECT_EQ(outcome.exitCode, 0) << outcome.said;
@@ -46,7 +46,7 @@ protected:
         equalize(options);
         return readSound("out.wav").samples;
     }
-    /// Expects that a run fails with this message and changes no file.
+    /// Expects that a run fails with this exit code and this message, and changes no file.
     void expectFailure(int exitCode, const std::string& arguments, const std::string& message,
                        const std::string& before = "") const {
         SCOPED_TRACE(arguments);

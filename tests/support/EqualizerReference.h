@@ -1,6 +1,6 @@
 #pragma once
 
-// What the effect has to do to its audio, told by engines that are driven directly.
+// The audio that the effect must return, computed by engines that the tests call directly.
 
 #include "tests/support/EngineInput.h"
 
@@ -12,14 +12,14 @@
 namespace eq {
 
 using Stereo = std::array<Samples, 2>;
-/// The parameters of a new effect.
+/// The normalised parameters of a new effect.
 inline constexpr Values DefaultParameters = {0.5f, 1.0f, 2.0f / 3.0f, 1.0f / 3.0f, 0.0f,        0.5f,       0.5f,
                                              0.5f, 0.5f, 5.0f / 9.0f, 5.0f / 9.0f, 5.0f / 9.0f, 5.0f / 9.0f};
 
-/// Every band audible, and the volume off its middle.
+/// Normalised parameters with which every band is audible and the volume is not 0 dB.
 inline constexpr Values Audible = {0.25f, 0.7f, 0.5f, 0.3f, 0.1f, 0.0f, 1.0f, 0.2f, 0.9f, 0.5f, 0.1f, 0.9f, 0.4f};
 
-/// Normalised parameters in engineering units.
+/// Converts normalised parameters to engineering units.
 inline Values engineValues(const Values& p) {
     Values values;
     for (std::size_t i = 0; i < p.size(); ++i) {
@@ -39,7 +39,7 @@ inline Stereo noise(std::size_t frames, unsigned seed = 1) {
     return {std::move(first), noise(random, frames)};
 }
 
-/// An engine for each channel, set alike.
+/// Two engines, one per channel, with the same parameters.
 class ReferencePair {
 public:
     explicit ReferencePair(const Values& engineeringValues) { set(engineeringValues); }

@@ -4,8 +4,8 @@
 
 namespace eq {
 
-/// The text of the `Failure` that `action` throws. The line number of its source position, which moves with the code,
-/// stands as N.
+/// Returns the text of the `Failure` that `action` throws. The text has N in place of the line number, because the
+/// number changes with the code.
 template <typename Failure, typename Action>
 std::string failureOf(const Action& action) {
     try {

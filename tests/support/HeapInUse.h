@@ -10,8 +10,8 @@
 
 namespace eq {
 
-/// A measure of what this process has on its heaps, for differences: bytes on Windows, blocks elsewhere. Libraries that
-/// are loaded count too.
+/// Returns the heap memory that this process uses: in bytes on Windows, in blocks elsewhere. Only the difference of two
+/// results has a meaning. Loaded libraries count too.
 inline long heapInUse() {
 #ifdef _WIN32
     std::array<HANDLE, 64> heaps{};
@@ -25,7 +25,7 @@ inline long heapInUse() {
     }
     return bytes;
 #else
-    // A library's allocations come to the program's operators.
+    // A loaded library allocates through the program's `new` and `delete`.
     return allocations::live;
 #endif
 }

@@ -8,10 +8,10 @@
 
 namespace eq {
 
-/// An effect as a host holds it, by its record.
+/// Uses an effect through its record, as a host does. The destructor closes the effect.
 class HostedEffect {
 public:
-    /// One that the library's `main` has made. Throws std::logic_error if that made none.
+    /// `made` is the result of the library's `main`. Throws std::logic_error if `made` is null.
     explicit HostedEffect(AEffect* made) : record(made) {
         if (!made) throw std::logic_error("main has made no effect");
     }
@@ -29,7 +29,7 @@ public:
         for (int32 i = 0; i < 13; ++i) values[static_cast<std::size_t>(i)] = get(i);
         return values;
     }
-    /// The text of a parameter, or else 64 times '#'.
+    /// Returns the text of a parameter, or 64 times '#' if the effect writes no text.
     [[nodiscard]] std::string display(int32 index) const {
         std::string text(64, '#');
         dispatch(effGetParamDisplay, text.data(), index);

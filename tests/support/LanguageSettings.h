@@ -1,6 +1,6 @@
 #pragma once
 
-// Sets, for the length of a test, what the system says of languages: the settings value and the system's language.
+// Sets two languages for the length of a test: the override in the settings, and the system's language.
 
 #include "platform/win32.h"
 
@@ -20,7 +20,7 @@ namespace eq {
 
 #ifdef _WIN32
 
-/// A value of the registry, put back as it was at the end.
+/// A registry value. The destructor restores the former value.
 class RegistryValue {
 public:
     RegistryValue(HKEY root, const char* path, const char* name) : m_name(name) {
@@ -41,7 +41,7 @@ public:
 private:
     RegistryKey m_key;
     const char* m_name;
-    DWORD m_type = REG_NONE; // stays if there was no value
+    DWORD m_type = REG_NONE; // unchanged if there was no value
     BYTE m_data[64] = {};
     DWORD m_size = sizeof m_data;
 };
@@ -65,7 +65,7 @@ struct LanguageSettings {
 
 #else
 
-/// A variable of the environment, put back as it was at the end.
+/// An environment variable. The destructor restores the former value.
 class EnvironmentVariable {
 public:
     explicit EnvironmentVariable(const char* name) : m_name(name) {
@@ -84,7 +84,7 @@ private:
 
 class LanguageSettings {
 public:
-    /// Knows the languages that the tests use.
+    /// Throws std::out_of_range for a system language that is not in the table.
     LanguageSettings(DWORD overrideLanguage, WORD systemLanguage) {
         const std::map<WORD, const char*> locales = {
             {0, "C"}, {1031, "de_DE.UTF-8"}, {1033, "en_US.UTF-8"}, {1036, "fr_FR.UTF-8"}, {1041, "ja_JP.UTF-8"}};

@@ -12,7 +12,7 @@
 
 namespace eq {
 
-/// A library that is loaded while this object lives. Throws std::runtime_error if it cannot be.
+/// Keeps a library loaded for the life of the object. Throws std::runtime_error if the library cannot be loaded.
 class LoadedLibrary {
 public:
     explicit LoadedLibrary(const std::string& path)
@@ -23,7 +23,7 @@ public:
     LoadedLibrary(const LoadedLibrary&) = delete;
     LoadedLibrary& operator=(const LoadedLibrary&) = delete;
 
-    /// The export of that name, or null.
+    /// Returns the export with this name, or null.
     template <typename Function>
     [[nodiscard]] Function find(const char* name) const {
         return reinterpret_cast<Function>(reinterpret_cast<void*>(Symbol(m_handle, name)));

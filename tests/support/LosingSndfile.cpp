@@ -1,4 +1,4 @@
-// Loaded before libsndfile: it loses the second half of each block of samples, and reports success.
+// This library is loaded before libsndfile. It drops the second half of each block of samples and reports success.
 
 #include <dlfcn.h>
 #include <sndfile.h>

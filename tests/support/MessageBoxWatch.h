@@ -1,6 +1,6 @@
 #pragma once
 
-// Sees and answers the message boxes that the test's own thread shows.
+// Records and answers the message boxes that the test's own thread shows.
 
 #include "tests/support/TestWindows.h"
 
@@ -18,10 +18,11 @@ namespace eq {
 
 #ifdef _WIN32
 
-/// Looks at each message box as it is about to be activated, and presses OK. One at a time.
+/// Records each message box when the system activates it, and presses OK. Only one watch may exist at a time.
 class MessageBoxWatch {
 public:
-    /// `while_open` runs on the thread that shows the box, while the box is open, where a box is more than a text.
+    /// `while_open` runs while the box is open, on the thread that shows the box. On Linux, where a box is a text on
+    /// standard error, `while_open` does not run.
     explicit MessageBoxWatch(std::function<void()> while_open = {}) : m_while_open(std::move(while_open)) {
         current = this;
         m_hook = SetWindowsHookExW(WH_CBT, &onEvent, nullptr, GetCurrentThreadId());
@@ -34,7 +35,7 @@ public:
     MessageBoxWatch& operator=(const MessageBoxWatch&) = delete;
 
     [[nodiscard]] int count() const { return m_count; }
-    /// The last box's caption, and its text on a line of its own.
+    /// Returns the caption and the text of the last box, each on its own line.
     [[nodiscard]] std::wstring last() const { return m_last; }
 
 private:
@@ -67,7 +68,7 @@ private:
 
 #else
 
-/// A box is written to standard error, which is kept quiet.
+/// Captures the message boxes, which the stand-in writes to standard error. Nothing is shown.
 class MessageBoxWatch {
 public:
     explicit MessageBoxWatch(const std::function<void()>& = {}) { testing::internal::CaptureStderr(); }

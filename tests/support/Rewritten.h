@@ -13,18 +13,20 @@ namespace eq {
 
 using SizedRewriter = PrepStatus (*)(const void* resource, std::size_t size, void** newResource) noexcept;
 
-/// What a rewriter made of a resource.
+/// The result of a rewriter.
 struct Rewritten {
     PrepStatus status;
     std::unique_ptr<std::byte[]> block;
 
-    /// Whether it made these bytes. The block's size is not told; a block that is too short shows under a sanitizer.
+    /// Returns whether the new block begins with the expected bytes. A rewriter does not report the size of its block;
+    /// a sanitizer detects a block that is too short.
     [[nodiscard]] bool is(std::string_view expected) const {
         return block && std::equal(expected.begin(), expected.end(), reinterpret_cast<const char*>(block.get()));
     }
 };
 
-/// Runs a rewriter over a copy whose end is the end of its memory, where a sanitizer sees any read beyond.
+/// Runs a rewriter on a copy in a block of exactly the resource's size, so that a sanitizer detects any read beyond the
+/// end.
 inline Rewritten rewriteWith(SizedRewriter rewriter, std::string_view resource) {
     const std::unique_ptr<char[]> copy(new char[resource.size()]);
     resource.copy(copy.get(), resource.size());
@@ -38,7 +40,7 @@ inline PrepStatus statusOf(SizedRewriter rewriter, const TemplateBuilder& resour
     return rewriteWith(rewriter, resource.get()).status;
 }
 
-/// Whether a rewriter makes `after` of `before`, and nothing of any `before` that ends too soon.
+/// Returns whether a rewriter turns `before` into `after`, and refuses `before` if bytes at its end are missing.
 inline bool replaces(SizedRewriter rewriter, const TemplateBuilder& before, const TemplateBuilder& after) {
     const std::string_view resource = before.get();
     for (std::size_t size = 0; size < resource.size(); ++size)

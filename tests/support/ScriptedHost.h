@@ -6,7 +6,7 @@
 
 namespace eq {
 
-/// What an effect sent to its host.
+/// A call that an effect made to its host.
 struct HostCall {
     const AEffect* effect;
     int32 opcode;
@@ -17,8 +17,8 @@ struct HostCall {
     bool operator==(const HostCall&) const = default;
 };
 
-/// A host that writes down what it is asked and gives one answer to everything. The callback has no context of its
-/// own, so there is one such host at a time.
+/// A host that records each call and always returns the same answer. Only one such host may exist at a time, because
+/// the callback receives no context.
 class ScriptedHost {
 public:
     explicit ScriptedHost(intptr answer) {

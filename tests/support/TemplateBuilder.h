@@ -7,7 +7,7 @@
 
 namespace eq {
 
-/// Writes a compiled template by hand, one field behind the other.
+/// Builds a compiled template field by field.
 class TemplateBuilder {
 public:
     TemplateBuilder& word(unsigned value) {
@@ -24,7 +24,7 @@ public:
         for (const char16_t unit : value) word(unit);
         return *this;
     }
-    /// With its terminator.
+    /// Adds a text and its terminator.
     TemplateBuilder& text(std::u16string_view value) { return units(value).word(0); }
     TemplateBuilder& bytes(std::string_view value) {
         m_bytes += value;

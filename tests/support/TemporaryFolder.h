@@ -1,6 +1,6 @@
 #pragma once
 
-// A folder of its own for a test, with blanks in its name, gone with everything in it at the end.
+// A new folder for a test, with blanks in its name. The destructor removes the folder and its content.
 
 #include <filesystem>
 #include <fstream>
@@ -28,10 +28,12 @@ public:
 
     [[nodiscard]] const std::filesystem::path& path() const { return m_path; }
 
-    /// The path of something inside, in the system's own form; `name` may lead through folders, with '/'.
+    /// Returns the path of a file in the folder, with the system's separators. `name` may contain folders, separated by
+    /// '/'.
     [[nodiscard]] std::string path(const std::string& name) const { return (m_path / name).make_preferred().string(); }
 
-    /// Writes a file with exactly these bytes, and the folders that lead to it. Gives its path.
+    /// Writes a file with exactly these bytes, and creates the folders in `name`. Returns the path of the file. Throws
+    /// std::runtime_error if the file cannot be written.
     std::string write(const std::string& name, std::string_view bytes) const {
         const std::filesystem::path file = m_path / name;
         std::filesystem::create_directories(file.parent_path());

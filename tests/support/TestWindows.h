@@ -13,7 +13,7 @@ inline std::wstring textOf(HWND window) {
     return text.data();
 }
 
-/// A dialog procedure that handles nothing.
+/// A dialog procedure that handles no message.
 inline INT_PTR CALLBACK ignoreMessage(HWND, UINT, WPARAM, LPARAM) {
     return 0;
 }
@@ -23,7 +23,7 @@ inline void readyCommonControls() {
     InitCommonControlsEx(&controls);
 }
 
-/// A host's window, hidden.
+/// Creates a hidden window in the role of a host's window.
 inline HWND makeHostWindow() {
     return CreateWindowExW(0, L"STATIC", L"host", WS_POPUP, 0, 0, 600, 500, nullptr, nullptr, GetModuleHandleW(nullptr),
                            nullptr);

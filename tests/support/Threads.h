@@ -6,7 +6,8 @@
 
 namespace eq {
 
-/// Calls `work(i)` for each `i` below `count`, each on a thread of its own, all at the same time.
+/// Calls `work(i)` for each `i` from 0 to `count` - 1, each on its own thread. The calls start together. Returns when
+/// all calls have returned.
 template <typename Work>
 void onThreads(int count, const Work& work) {
     std::atomic<int> missing = count;

@@ -1,4 +1,4 @@
-// A library with resources and the wedge, as a host would load and unload it.
+// A library with resources and the wedge. Tests load and unload the library as a host does.
 
 #include "platform/SystemHandles.h"
 #include "tests/support/TestWindows.h"
@@ -24,7 +24,7 @@ using MenuOwner = std::unique_ptr<std::remove_pointer_t<HMENU>, MenuDestroyer>;
 
 } // namespace
 
-/// Whether a resource of each type could be opened in translation. Leaves an accelerator table alive.
+/// Returns whether a resource of each type can be opened with its translation. Leaves an accelerator table alive.
 extern "C" EQ_EXPORT bool openOneOfEach() {
     const HMODULE module = ownModule();
     const Window dialog(CreateDialogParamW(module, MAKEINTRESOURCEW(141), nullptr, ignoreMessage, 0));

@@ -15,7 +15,7 @@ namespace eq {
 
 namespace {
 
-// The fields in question lie at the same places in both forms of a page.
+// The fields that this file uses have the same offsets in PROPSHEETPAGEA and PROPSHEETPAGEW.
 using Page = PROPSHEETPAGEW;
 
 PropertyPageState& state() noexcept {
@@ -28,14 +28,14 @@ void giveToCaller(Page& page, const PageThunk& thunk) noexcept {
     page.pfnCallback = thunk.pfnCallback;
 }
 
-/// The page's thunk, or null if the page is as the caller gave it.
+/// Returns the thunk of a page, or null if the page has the caller's own values.
 PageThunk* thunkOf(const Page& page) {
     auto* const address = reinterpret_cast<PageThunk*>(page.lParam);
     return state().PageThunks.find(address) ? address : nullptr;
 }
 
-/// A wizard's page may answer with the resource id of the one to go to. The system knows no ids of pages in memory, so
-/// it is told to stay, and the sheet is asked for the page by another message.
+/// Goes to the page that a wizard page names by its resource id. The system knows no ids of in-memory pages. Therefore
+/// the answer becomes -1, which keeps the sheet on its page, and a posted message selects the named page.
 void goToPageOfId(HWND page) noexcept {
     const LONG_PTR answer = GetWindowLongPtrW(page, DWLP_MSGRESULT);
     if (answer <= 0) return;
@@ -47,7 +47,7 @@ void enterProcedure(HWND page, DLGPROC procedure) noexcept {
     try {
         state().PageProcs.put(page, procedure);
     } catch (const std::bad_alloc&) {
-        // The system's code cannot be unwound: the page goes without a procedure.
+        // An exception must not pass through the system's code. Without memory, the page has no procedure.
     }
 }
 
@@ -81,14 +81,15 @@ UINT CALLBACK PageCallback(HWND hwnd, UINT msg, Page* page) {
     return result;
 }
 
-/// Ties a counted block to an address; if there is no memory for that the block is freed.
+/// Returns a counted reference that owns the block. Throws std::bad_alloc; the block is then freed.
 CountedBlockRef shared(std::unique_ptr<std::byte[]> block) {
     CountedBlockRef ref(wedgeState().blocks, block.get());
     static_cast<void>(block.release());
     return ref;
 }
 
-/// A new thunk for what the page's fields hold, which then hold the wedge's own.
+/// Moves the caller's values of the page's fields into a new thunk, and sets these fields to the wedge's values.
+/// Returns the thunk, which `PageThunks` owns.
 template <typename AnyPage>
 PageThunk* installThunk(AnyPage& page) {
     auto thunk = std::make_unique<PageThunk>(
@@ -108,7 +109,7 @@ template <typename Sheets>
 void useRewrittenTemplate(typename Sheets::Page& page) {
     if ((page.dwFlags & PSP_DLGINDIRECT) != 0) return;
     const void* const dialog = Sheets::LoadLockedResource(page.hInstance, ResourceType::Dialog, page.pszTemplate);
-    if (!dialog) return; // the system looks for it itself, and says what is to be said
+    if (!dialog) return; // the system then searches for the template and reports the failure
     page.dwFlags |= PSP_DLGINDIRECT;
     page.pResource = static_cast<LPCDLGTEMPLATE>(dialog);
 }
@@ -154,7 +155,7 @@ SystemPage createPage(const typename Sheets::Page* given) {
 }
 
 void ReleasePageRecord(HPROPSHEETPAGE page) noexcept {
-    // The title is freed behind the lock of the records.
+    // The title is freed after `take` has released the lock of the records.
     if (const auto record = state().PageRecords.take(page))
         releaseTitle(reinterpret_cast<const Page*>(record->get())->pszTitle);
 }

@@ -16,13 +16,13 @@ struct PageThunk {
 };
 using CountedThunkRef = CountedRef<PageThunk>;
 
-/// The pages of the process.
+/// The wedge's data about the pages of the process.
 struct PropertyPageState {
-    GuardedMap<HPROPSHEETPAGE, CountedBlockRef> PageRecords; ///< the wedge's copies
-    GuardedMap<const void*, CountedBlockRef> PageTitles;     ///< strings that were loaded for an id
-    /// A page may be called back after its sheet is gone, so its thunk stays until the library is unloaded.
+    GuardedMap<HPROPSHEETPAGE, CountedBlockRef> PageRecords; ///< the wedge's copies of the callers' records
+    GuardedMap<const void*, CountedBlockRef> PageTitles;     ///< titles and captions that were loaded for a string id
+    /// The system may call a page's callback after the sheet has ended, so a thunk stays until the library is unloaded.
     GuardedMap<PageThunk*, CountedThunkRef> PageThunks;
-    GuardedMap<HWND, DLGPROC> PageProcs; ///< the callers' procedures of the pages that are shown
+    GuardedMap<HWND, DLGPROC> PageProcs; ///< the callers' procedures of the pages that have a window
 };
 
 inline bool closePage(HPROPSHEETPAGE page) noexcept {
@@ -30,21 +30,21 @@ inline bool closePage(HPROPSHEETPAGE page) noexcept {
 }
 using SystemPage = UniqueHandle<HPROPSHEETPAGE, closePage>;
 
-/// Creates a page of the system whose dialog is the rewritten template. The caller's record is not written to, and its
-/// procedures see their own values. `Sheets` is one of the forms of PropertySheetForms.h. Throws std::bad_alloc, and
-/// the exceptions of the language store.
+/// Creates a system page whose dialog is the rewritten template. The caller's record stays unchanged, and the caller's
+/// functions receive the caller's own values. `Sheets` is one of the forms of PropertySheetForms.h. Returns an empty
+/// owner if the system creates no page. Throws std::bad_alloc and the exceptions of the language store.
 template <typename Sheets>
 SystemPage createPage(const typename Sheets::Page* page);
 
-/// Frees what `createPage` keeps for a page. A page that it did not make is ignored.
+/// Frees the record and the title that `createPage` keeps for a page. Ignores a page that `createPage` did not create.
 void ReleasePageRecord(HPROPSHEETPAGE page) noexcept;
 
-/// A title or caption in place of its string id, loaded from the module's strings and kept until `releaseTitle`. A
-/// text, and an id that no string has, come back as they are.
+/// Returns the string for a title or caption that is a string id of `module`. The string stays valid until
+/// `releaseTitle`. Returns `title` itself if it is a text or if no string has the id.
 template <typename Sheets>
 typename Sheets::Text loadTitle(HINSTANCE module, typename Sheets::Text title);
 
-/// Ignores an address that `loadTitle` did not give.
+/// Frees a string that `loadTitle` loaded. Ignores any other address.
 void releaseTitle(const void* title) noexcept;
 
 } // namespace eq

@@ -56,7 +56,7 @@ private:
     std::unique_ptr<std::byte[]> m_bytes;
 };
 
-/// Whether a text is the number of a string in place of one.
+/// Returns whether `text` is a string id in place of a pointer to a text.
 template <typename Text>
 bool isStringId(Text text) noexcept {
     return reinterpret_cast<std::uintptr_t>(text) < 0x10000;

@@ -88,7 +88,7 @@ constexpr std::array Buttons = {
     Button{0x3025, "{PRSHT_WIZFINISH}"},
 };
 
-/// A key that the store does not hold empties its button.
+/// Sets the texts of the sheet's buttons. A button becomes empty if the store lacks its key.
 void setButtonTexts(HWND sheet) {
     for (const Button& button : Buttons) {
         if (const HWND control = GetDlgItem(sheet, button.id))
@@ -96,7 +96,7 @@ void setButtonTexts(HWND sheet) {
     }
 }
 
-/// From here on the record belongs to the sheet's window.
+/// Passes ownership of the record to the sheet's window, and replaces the window's procedure and button texts.
 void adoptWindow(HWND sheet, std::unique_ptr<SheetRecord> opened) noexcept {
     SheetRecord* const record = opened.release();
     SetWindowLongPtrW(sheet, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(record));
@@ -107,11 +107,12 @@ void adoptWindow(HWND sheet, std::unique_ptr<SheetRecord> opened) noexcept {
     try {
         setButtonTexts(sheet);
     } catch (const std::exception&) {
-        // The system's code cannot be unwound. Buttons that are left have the system's texts.
+        // An exception must not pass through the system's code. The remaining buttons keep the system's texts.
     }
 }
 
-/// The callback of the user of the sheet: of its window, or of the one that is being opened on this thread.
+/// Returns the user's callback of the sheet with this window. For a window without a record, returns the callback of
+/// the sheet that this thread is opening, or null.
 PFNPROPSHEETCALLBACK userCallbackOf(HWND sheet) {
     if (const SheetRecord* const record = sheet ? recordOf(sheet) : nullptr) return record->userCallback;
     const CriticalSectionEntry entry(context().lock);
@@ -127,7 +128,8 @@ int CALLBACK SheetCallback(HWND hwnd, UINT msg, LPARAM lParam) {
     return callback ? callback(hwnd, msg, lParam) : 0;
 }
 
-/// Makes pages of the caller's records, which are walked by their own sizes, and lets the header name the pages.
+/// Creates a page from each of the caller's records, and replaces the records in the header by the handles of the
+/// pages. The `dwSize` of a record is the distance to the next record.
 template <typename Sheets>
 void createPages(SheetRecord& record, typename Sheets::Header& header) {
     if ((header.dwFlags & PSH_PROPSHEETPAGE) == 0) return;
@@ -147,7 +149,7 @@ void createPages(SheetRecord& record, typename Sheets::Header& header) {
     header.phpage = record.handles.data();
 }
 
-/// A start page that is named by its id must be given by its place, since the pages have no ids any more.
+/// Replaces the resource id of the start page by the page's index, because in-memory pages have no ids.
 template <typename Header>
 void nameStartPageByIndex(const SheetRecord& record, Header& header) noexcept {
     if (!record.hasOwnPages || (header.dwFlags & PSH_USEPSTARTPAGE) == 0 || !isStringId(header.pStartPage)) return;
@@ -186,7 +188,8 @@ INT_PTR openSheet(const typename Sheets::Header* given) {
     for (SheetPage& page : context().opening->pages) page.owner.release();
     const auto* const header = reinterpret_cast<const typename Sheets::Header*>(context().opening->headerCopy.get());
     const INT_PTR result = Sheets::OpenSheet(header);
-    // A sheet that the system refused ahead of its window is still there, and ends here.
+    // If the system refused the sheet before the sheet had a window, `opening` still owns the record. This assignment
+    // destroys the record.
     context().opening = std::move(outer);
     return result;
 }

@@ -10,14 +10,14 @@
 
 namespace eq {
 
-/// A page that was made from the caller's record.
+/// A page that was created from the caller's record.
 struct SheetPage {
     ULONG_PTR templateName; ///< the caller's `pszTemplate`
     HPROPSHEETPAGE handle;
-    SystemPage owner; ///< empty once the system was asked to open the sheet, because the system then owns the page
+    SystemPage owner; ///< empty after the call that opens the sheet, because the system then owns the page
 };
 
-/// What belongs to one sheet, from the call that opens it until its window ends.
+/// The data of one sheet, from the call that opens the sheet until its window is destroyed.
 struct SheetRecord {
     SheetRecord() = default;
     SheetRecord(const SheetRecord&) = delete;
@@ -27,22 +27,23 @@ struct SheetRecord {
     std::unique_ptr<std::byte[]> headerCopy; ///< the header that the system receives
     bool isWide = false;
     PFNPROPSHEETCALLBACK userCallback = nullptr;
-    bool hasOwnPages = false;     ///< the caller gave records, not handles
-    std::vector<SheetPage> pages; ///< in their order
+    bool hasOwnPages = false;     ///< the caller passed records, not handles
+    std::vector<SheetPage> pages; ///< in the order of the caller's records
     std::vector<HPROPSHEETPAGE> handles;
-    const void* caption = nullptr;  ///< a string of the wedge's own, if the caller gave an id
+    const void* caption = nullptr;  ///< the loaded string, if the caller passed a string id
     WNDPROC previousProc = nullptr; ///< the window's procedure before SheetWindowProc
 };
 
-/// The sheet that is being opened. A sheet's own code may open another meanwhile, on the same thread.
+/// The sheet that is being opened. Its callbacks may open another sheet on the same thread.
 struct SheetContext {
     CriticalSection lock;
     std::unique_ptr<SheetRecord> opening;
 };
 
-/// Opens a sheet of the system with rewritten pages, a translated caption and translated buttons. The caller's records
-/// are not written to. The sheet answers the messages that work by resource ids, which the system's sheet no longer
-/// knows. One sheet is being opened at a time: a modal sheet blocks other calls until it is closed.
+/// Opens a system sheet with rewritten pages, a translated caption and translated buttons. The caller's records stay
+/// unchanged. The wedge answers the messages that name a page by its resource id, because the system knows no ids of
+/// in-memory pages. Only one thread opens a sheet at a time: a modal sheet blocks the calls of other threads until it
+/// is closed.
 ///
 /// `Sheets` is one of the forms of PropertySheetForms.h. Throws std::bad_alloc and the exceptions of the language
 /// store.

@@ -18,7 +18,8 @@ std::optional<LockedResource> lockFound(HMODULE module, HRSRC hResInfo) {
     if (!hResInfo) return std::nullopt;
     const void* const bytes = LockResource(LoadResource(module, hResInfo));
     if (!bytes) return std::nullopt;
-    // The cache's own blocks are complete; SizeofResource tells the size of what they stand in for.
+    // A block of the cache is complete and needs no bound. SizeofResource returns the size of the compiled resource,
+    // not of the block.
     const bool isOurs = bytes == wedgeState().resourceCache.Find(hResInfo);
     return LockedResource{bytes, isOurs ? Unbounded : SizeofResource(module, hResInfo)};
 }
@@ -27,7 +28,7 @@ std::uint16_t bundleOf(UINT id) noexcept {
     return static_cast<std::uint16_t>((id >> 4U) + 1);
 }
 
-/// The string of `id` in its bundle, or nothing if the bundle ends before it.
+/// Returns the string of `id` from its bundle, or nothing if the bundle ends before the string.
 std::optional<std::wstring> readString(const std::optional<LockedResource>& bundle, UINT id) {
     if (!bundle) return std::nullopt;
     try {

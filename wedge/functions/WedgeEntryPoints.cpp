@@ -22,13 +22,13 @@ namespace eq {
 
 namespace {
 
-/// All rewriting happens here, when a resource is found.
+/// Rewrites a resource that was found, and returns its handle. The wedge rewrites a resource only here.
 template <typename Text>
 HRSRC prepared(HMODULE module, HRSRC found, Text type) noexcept {
     return found ? wedgeState().resourceCache.Prepare(module, found, reinterpret_cast<std::uintptr_t>(type)) : nullptr;
 }
 
-/// Copies `length` characters, for which there is room with an end behind them.
+/// Copies `length` characters and adds a terminator. The buffer must have room for both. Returns `length`.
 template <typename Character>
 int giveString(const Character* text, std::size_t length, Character* buffer) noexcept {
     std::copy_n(text, length, buffer);
@@ -36,7 +36,8 @@ int giveString(const Character* text, std::size_t length, Character* buffer) noe
     return static_cast<int>(length);
 }
 
-/// Runs `load` unless there is no room for a string's end; what fails in it counts as no string.
+/// Returns the result of `load`, whose argument is the room without the terminator. Returns 0 if the buffer has no room
+/// for a terminator or if `load` throws.
 template <typename Load>
 int loadString(int room, const Load& load) noexcept {
     if (room <= 0) return 0;
@@ -169,7 +170,7 @@ int WINAPI MessageBoxW(HWND hWnd, LPCWSTR lpText, LPCWSTR lpCaption, UINT uType)
 }
 
 int WINAPI MessageBoxExA(HWND hWnd, LPCSTR lpText, LPCSTR lpCaption, UINT uType, WORD wLanguageId) {
-    GetLanguageId(); // the store exists from the first box on
+    GetLanguageId(); // the first box fills the store
     return systems::MessageBoxExA(hWnd, lpText, lpCaption, uType, wLanguageId);
 }
 

@@ -4,16 +4,17 @@
 #include "platform/win32.h"
 
 // The wedge: system functions that this library replaces by its own functions of the same names and signatures. Each
-// function finds its resource in the caller's module, lets the language layer rewrite it, and passes the result to the
-// system. Failure shows as it does in Win32; no last error is set.
+// function finds its resource in the caller's module, lets the language layer rewrite the resource, and passes the
+// result to the system. A function reports failure by the same result as in Win32, but sets no last error.
 //
-// Code that names `wedge::` calls these functions directly. Calls of the plain names come here too: on Windows through
-// the import slots of WedgeImportTable.cpp, on Linux because these functions have the plain names as their symbols.
+// Code that names `wedge::` calls these functions directly. Calls of the plain names reach the same functions: on
+// Windows through the import slots of WedgeImportTable.cpp, on Linux because the functions have the plain names as
+// their symbols.
 //
-//   LoadStringA, LoadStringW    always terminate the text inside the buffer; a size of 0 or less writes nothing and
-//                               returns 0
-//   DialogBoxParamA, ...W       return -1 when there is no such template
-//   MessageBox...               show the texts as they are; the buttons are in the language of the store, or in the
+//   LoadStringA, LoadStringW    always terminate the text inside the buffer; with a size of 0 or less, write nothing
+//                               and return 0
+//   DialogBoxParamA, ...W       return -1 if there is no such template
+//   MessageBox...               show the texts unchanged; the buttons are in the language of the store, or in the
 //                               language that the caller names
 
 namespace eq {

@@ -1,12 +1,12 @@
 #include "wedge/functions/WedgeEntryPoints.h"
 
-// On Windows a call of an imported function goes through a pointer whose symbol is "__imp_" and the function's
-// decorated name. This file defines those symbols itself, as the slots of one table, so the linker never takes the
-// imports, and all code of this library that uses the names comes to the wedge. No other module's calls do.
+// On Windows a call of an imported function goes through a pointer. The symbol of the pointer is "__imp_" and the
+// function's decorated name. This file defines these symbols as the slots of one table, so the linker creates no
+// imports, and all calls of the names in this library reach the wedge. Calls in other modules are not affected.
 
 namespace {
 
-/// The slots in order, each with the system's own signature.
+/// The slots in the order of EQ_REPLACED_FUNCTIONS, each with the signature of the system function.
 struct ImportTable {
 #define EQ_MEMBER(MODULE, RESULT, NAME, PARAMETERS, BYTES) decltype(&::NAME) NAME = &eq::wedge::NAME;
     EQ_REPLACED_FUNCTIONS(EQ_MEMBER, EQ_MEMBER)
@@ -18,11 +18,11 @@ static_assert(sizeof(ImportTable) == 25 * sizeof(void*));
 
 extern "C" {
 extern const ImportTable WedgeImportTable;
-// Filled by the linker: other objects' constructors may call through it.
+// The linker fills the table, because constructors in other object files may call through it.
 constinit const ImportTable WedgeImportTable;
 }
 
-// A symbol for each slot. 32-bit names carry the size of the arguments in bytes.
+// Defines a symbol for each slot. A 32-bit name includes the size of the arguments in bytes.
 #ifdef _WIN64
 #define EQ_SLOT(MODULE, RESULT, NAME, PARAMETERS, BYTES)                                                               \
     ".globl __imp_" #NAME "\n"                                                                                         \

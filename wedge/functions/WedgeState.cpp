@@ -10,8 +10,8 @@ WedgeState::WedgeState() noexcept {
         [](const wchar_t* text, const wchar_t* caption) { wedge::MessageBoxW(nullptr, text, caption, MB_ICONERROR); });
 }
 
-// Built by its first use, which may come from the constructor of another file's object, or else while the library
-// loads.
+// The state is built at its first use. The constructor of a global object in another file may be the first use; if not,
+// `builtAtLoad` is.
 WedgeState& wedgeState() noexcept {
     static WedgeState state;
     return state;

@@ -17,7 +17,7 @@ public:
     ~AcceleratorRegistry();
 
     void Add(HACCEL table);
-    /// Takes the first equal handle out. One that is not there is ignored.
+    /// Removes the first equal handle. Ignores a handle that is not in the registry.
     void Remove(HACCEL table) noexcept;
 
 private:

@@ -42,9 +42,9 @@ private:
     std::unique_ptr<Pointee> m_block;
 };
 
-/// The owners of one kind of object by address. It must outlive every reference that was made with it.
+/// The owners of all objects of one type, by address. The index must outlive every reference that was made with it.
 ///
-/// The index's lock guards the counts too. It is the innermost of all locks.
+/// The index's lock also guards the counts. A thread that holds this lock takes no other lock.
 template <typename Pointee>
 class CountedIndex {
     friend class Counted<Pointee>;

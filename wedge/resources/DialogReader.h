@@ -9,39 +9,38 @@
 
 namespace eq {
 
-/// Reads a compiled dialog template and writes the same dialog with its caption and its items' titles expanded, and
-/// with the system's dialog font in place of "MS Shell Dlg". Nothing else is changed: no class, ordinal, style,
-/// position, size or id.
+/// Rewrites a compiled dialog template: expands the keys in the caption and in the items' titles, and replaces the font
+/// "MS Shell Dlg" by the system's dialog font. Classes, ordinals, styles, positions, sizes and ids stay the same.
 class DialogReader : public TemplateReader {
 protected:
-    /// Menu, window class and caption, in this order.
+    /// Reads and writes the menu, the window class and the caption, in this order.
     void readNames();
-    /// Point size, `headerSize` further bytes, and face name.
+    /// Reads and writes the point size, `headerSize` further bytes and the face name.
     void readFont(std::size_t headerSize);
-    /// `fixedSize` bytes, then window class, title and creation data.
+    /// Reads and writes `count` items. Each item has `fixedSize` bytes, then its window class, title and creation data.
     void readItems(unsigned count, std::size_t fixedSize);
 
 private:
     void ReadStringOrOrdinal(bool translate);
 };
 
-/// DLGTEMPLATE
+/// Rewrites the templates that begin with a DLGTEMPLATE.
 class DialogReaderStandard final : public DialogReader {
     void readTemplate() override;
 };
 
-/// DLGTEMPLATEEX
+/// Rewrites the templates that begin with a DLGTEMPLATEEX.
 class DialogReaderExtended final : public DialogReader {
     void readTemplate() override;
 };
 
-/// The platform's dialog font. Leaves both as they are if the platform has none.
+/// Sets `face` and `pointSize` to the platform's dialog font. Leaves both unchanged if the platform has none.
 void SystemDialogFont(std::wstring& face, std::uint16_t& pointSize);
 
-/// Makes a new template if the one given has keys to expand or names the font to replace. The caller owns the block at
-/// `*ppNewResource` on PrepReplaced. Throws nothing.
+/// Sets `*ppNewResource` to a new template and returns PrepReplaced if the template has keys to expand or names the
+/// font to replace. The caller then owns the new block. Reads at most `size` bytes.
 PrepStatus PrepareDialogResource(const void* pDialogResource, std::size_t size, void** ppNewResource) noexcept;
-/// The same for a template whose size is not known, which is bounded by TemplateRange.
+/// The same for a template of unknown size: reads at most TemplateRange bytes.
 PrepStatus PrepareDialogResource(const void* pDialogResource, void** ppNewResource) noexcept;
 
 } // namespace eq

@@ -9,7 +9,7 @@
 
 namespace eq {
 
-/// An ordered map with a lock of its own, which is held for the one operation alone.
+/// An ordered map with its own lock. Each operation holds the lock only until it returns.
 template <typename Key, typename Value>
 class GuardedMap {
 public:
@@ -24,7 +24,8 @@ public:
         return found == m_values.end() ? std::nullopt : std::optional(found->second);
     }
 
-    /// Takes an entry out, and gives what it held. What that frees is freed by the caller, outside the lock.
+    /// Removes an entry and returns its value, or nothing if the key is absent. The caller destroys the value, outside
+    /// the lock.
     std::optional<Value> take(Key key) noexcept {
         const CriticalSectionEntry entry(m_lock);
         const auto found = m_values.find(key);

@@ -35,7 +35,7 @@ void MenuReader::readTemplate() {
     checkRange();
 }
 
-// A gap of odd size is refused: items begin on whole words.
+// Items begin at even offsets, so a gap of odd size is refused.
 void MenuReader::copyHeader(std::size_t leastGap) {
     copyBytes(2); // version
     const auto gap = copy<std::uint16_t>();
@@ -44,7 +44,7 @@ void MenuReader::copyHeader(std::size_t leastGap) {
 }
 
 void MenuReader::ReadItems() {
-    // For each level that is open: whether the popup that holds it is the last item of its own level.
+    // One element per open level: whether the popup that contains the level is the last item of its own level.
     std::vector<bool> openPopups;
     for (;;) {
         checkRange();

@@ -7,18 +7,20 @@
 
 namespace eq {
 
-/// Reads a compiled menu template and writes the same menu with its items' texts expanded.
+/// Rewrites a compiled menu template: expands the keys in the items' texts.
 ///
-/// Popups nest to any depth that the bytes allow: the levels that are open are kept in a list, not on the call stack.
+/// Popups may nest to any depth that fits in the template, because the open levels are in a list and not on the call
+/// stack.
 class MenuReader : public TemplateReader {
 protected:
     /// The place of an item in the tree of popups.
     struct ItemPlace {
         bool isPopup;
-        bool isLast; ///< of its level
+        bool isLast; ///< the last item of its level
     };
 
-    /// Copies the version, the gap's size, and the gap before the first item.
+    /// Copies the version, the gap's size, and the gap before the first item. Fails if the gap has fewer than
+    /// `leastGap` bytes.
     void copyHeader(std::size_t leastGap);
 
 private:
@@ -28,22 +30,22 @@ private:
     virtual ItemPlace readItem() = 0;
 };
 
-/// MENUITEMTEMPLATEHEADER and MENUITEMTEMPLATE
+/// Rewrites the templates that consist of a MENUITEMTEMPLATEHEADER and MENUITEMTEMPLATE records.
 class MenuReaderStandard final : public MenuReader {
     void ReadHeader() override { copyHeader(0); }
     ItemPlace readItem() override;
 };
 
-/// MENUEX_TEMPLATE_HEADER and MENUEX_TEMPLATE_ITEM
+/// Rewrites the templates that consist of a MENUEX_TEMPLATE_HEADER and MENUEX_TEMPLATE_ITEM records.
 class MenuReaderExtended final : public MenuReader {
-    void ReadHeader() override { copyHeader(4); } // dwHelpId
+    void ReadHeader() override { copyHeader(4); } // the gap contains dwHelpId
     ItemPlace readItem() override;
 };
 
-/// Makes a new template if the one given has keys to expand. The caller owns the block at `*ppNewResource` on
-/// PrepReplaced. Throws nothing.
+/// Sets `*ppNewResource` to a new template and returns PrepReplaced if the template has keys to expand. The caller then
+/// owns the new block. Reads at most `size` bytes.
 PrepStatus PrepareMenuResource(const void* pMenuResource, std::size_t size, void** ppNewResource) noexcept;
-/// The same for a template whose size is not known, which is bounded by TemplateRange.
+/// The same for a template of unknown size: reads at most TemplateRange bytes.
 PrepStatus PrepareMenuResource(const void* pMenuResource, void** ppNewResource) noexcept;
 
 } // namespace eq

@@ -2,12 +2,12 @@
 
 namespace eq {
 
-/// What a rewriter of a resource returns.
+/// The result of a rewriter.
 enum PrepStatus : int {
-    PrepFailed = 0,    ///< the resource is not what its type promises, or its texts could not be expanded
-    PrepNoInput = 1,   ///< there were no bytes
-    PrepReplaced = 2,  ///< there is a new block, made with `new std::byte[]`
-    PrepUnchanged = 3, ///< nothing needed changing
+    PrepFailed = 0,    ///< the resource is not in the format of its type, or its texts could not be expanded
+    PrepNoInput = 1,   ///< the resource is a null pointer
+    PrepReplaced = 2,  ///< the rewriter made a new block with `new std::byte[]`
+    PrepUnchanged = 3, ///< the resource needs no change
 };
 
 } // namespace eq

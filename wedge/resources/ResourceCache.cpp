@@ -47,7 +47,7 @@ HRSRC ResourceCache::Prepare(HMODULE module, HRSRC hResInfo, std::uintptr_t type
         const CriticalSectionEntry entry(m_lock);
         if (m_entries.contains(hResInfo)) return hResInfo;
 
-        // As the system holds it: the wedge's own LoadResource would ask this cache.
+        // The compiled bytes come from the system's LoadResource: the wedge's own LoadResource would ask this cache.
         const void* const bytes = LockResource(systems::LoadResource(module, hResInfo));
         void* newResource = nullptr;
         const PrepStatus status = rewrite(bytes, SizeofResource(module, hResInfo), &newResource);
@@ -58,7 +58,7 @@ HRSRC ResourceCache::Prepare(HMODULE module, HRSRC hResInfo, std::uintptr_t type
         static_cast<void>(block.release());
         m_entries.emplace(hResInfo, std::move(ref));
     } catch (const std::exception&) {
-        // No memory for the entry: the resource stays as the system holds it.
+        // Without memory for an entry, the resource stays in its compiled form.
     }
     return hResInfo;
 }

@@ -10,8 +10,8 @@
 
 namespace eq {
 
-/// The resources that have been examined, each with the block that replaces its bytes, if it needs one. An entry lives
-/// as long as the cache, so that a pointer that LoadResource returned stays valid.
+/// The resources that have been examined, each with the block that replaces its bytes, or with no block if none is
+/// needed. An entry lives as long as the cache, so a pointer that LoadResource returned stays valid.
 ///
 /// The cache's lock is taken before the language store's lock.
 class ResourceCache {
@@ -19,11 +19,12 @@ public:
     /// The index owns the blocks and must outlive the cache.
     explicit ResourceCache(CountedBlockIndex& blocks) noexcept : m_blocks(blocks) {}
 
-    /// Examines a resource that has just been found, unless it was examined before, and gives back `hResInfo`. `type`
-    /// is the number of its type. A resource that cannot be rewritten stays as it is, and its next find tries again.
+    /// Examines a resource that has just been found, unless the cache already has it. Returns `hResInfo` in every case.
+    /// `type` is the number of the resource's type. A resource that cannot be rewritten stays in its compiled form, and
+    /// the next call tries again.
     HRSRC Prepare(HMODULE module, HRSRC hResInfo, std::uintptr_t type) noexcept;
 
-    /// The block that stands in for a resource, or null.
+    /// Returns the block that replaces a resource, or null.
     [[nodiscard]] void* Find(HRSRC hResInfo) noexcept;
 
 private:

@@ -6,7 +6,7 @@
 
 namespace eq {
 
-/// The resource types that are rewritten, as the numbers that Win32 gives them.
+/// The resource types that are rewritten, with their numbers in Win32.
 enum class ResourceType : std::uint16_t {
     Menu = 4,
     Dialog = 5,
@@ -15,11 +15,11 @@ enum class ResourceType : std::uint16_t {
     DialogInit = 240,
 };
 
-/// Strings in a bundle, each a 16-bit count and that many 16-bit units. Bundle n holds the ids 16(n - 1) to
-/// 16(n - 1) + 15.
+/// The number of strings in a bundle. Each string is a 16-bit count, followed by that many 16-bit units. Bundle n
+/// contains the ids 16(n - 1) to 16(n - 1) + 15.
 inline constexpr int StringsInBundle = 16;
 
-/// An accelerator as a resource holds it. The last one of a table has AccelTableEnd in its flags.
+/// An entry of an accelerator table in a resource. The last entry has AccelTableEnd in its flags.
 struct ACCELTABLEENTRY {
     std::uint16_t fFlags;
     std::uint16_t wAnsi;

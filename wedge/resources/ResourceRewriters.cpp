@@ -43,7 +43,7 @@ PrepStatus rewriteStrings(BinaryReader input, void** ppNewResource) {
     return replacedBy(output.written(), ppNewResource);
 }
 
-/// All entries through the one with the end mark. Throws if there is none.
+/// Returns the entries up to and including the one with the end mark. Throws EndOfData if no entry has the mark.
 std::vector<ACCELTABLEENTRY> readEntries(BinaryReader input) {
     std::vector<ACCELTABLEENTRY> entries;
     do {
@@ -55,7 +55,8 @@ std::vector<ACCELTABLEENTRY> readEntries(BinaryReader input) {
     return entries;
 }
 
-/// A look-up that fails costs this entry's translation alone.
+/// Returns the translation of an entry. Returns an empty text if the look-up fails, so that the other entries are still
+/// translated.
 std::string translationOf(const ACCELTABLEENTRY& entry) {
     try {
         AcceleratorDefinition definition{};
@@ -150,7 +151,7 @@ std::unique_ptr<ACCEL[]> ToAccelArray(const void* entries, std::size_t size, std
     } catch (const EndOfData&) {
         return nullptr;
     }
-    // Neither value initialization nor the assignment of a whole record sets the unused byte of an ACCEL.
+    // Neither value initialization nor the assignment of a whole record sets the padding byte of an ACCEL.
     auto array = std::make_unique_for_overwrite<ACCEL[]>(table.size());
     std::memset(array.get(), 0, table.size() * sizeof(ACCEL));
     ACCEL* accelerator = array.get();

@@ -10,7 +10,8 @@
 
 namespace eq {
 
-/// Runs a rewriter. Whatever fails in it leaves the compiled resource in use, and nobody is told.
+/// Runs a rewriter and returns its status, or PrepFailed for an exception. The compiled resource then stays in use, and
+/// no message is shown.
 template <typename Rewriter>
 PrepStatus guardedRewrite(const Rewriter& rewriter) noexcept {
     try {
@@ -20,7 +21,7 @@ PrepStatus guardedRewrite(const Rewriter& rewriter) noexcept {
     }
 }
 
-/// Returns a copy of the content as a rewriter's new block.
+/// Sets `*ppNewResource` to a new block with a copy of the content. Returns PrepReplaced.
 inline PrepStatus replacedBy(std::string_view content, void** ppNewResource) {
     auto* const block = new std::byte[content.size()];
     std::memcpy(block, content.data(), content.size());
@@ -28,7 +29,7 @@ inline PrepStatus replacedBy(std::string_view content, void** ppNewResource) {
     return PrepReplaced;
 }
 
-/// The end of a template's rewriting.
+/// Returns the status of a template that was read, and its new block if the template was changed.
 inline PrepStatus finishedTemplate(const TemplateReader& reader, void** ppNewResource) {
     if (reader.IsBad()) return PrepFailed;
     if (!reader.IsChanged()) return PrepUnchanged;

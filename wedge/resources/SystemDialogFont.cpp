@@ -11,7 +11,7 @@ void SystemDialogFont(std::wstring& face, std::uint16_t& pointSize) {
     face = convert_wstring(font.lfFaceName, CP_ACP);
     const WindowContext screen(nullptr);
     const int dotsPerInch = GetDeviceCaps(screen.get(), LOGPIXELSY);
-    // The height is negative where it is that of the characters, without the space above them.
+    // A negative `lfHeight` is the height of the characters without the space above them.
     pointSize = static_cast<std::uint16_t>(-MulDiv(font.lfHeight, PointsPerInch, dotsPerInch));
 }
 

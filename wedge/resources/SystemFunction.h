@@ -9,8 +9,8 @@ namespace eq {
 template <typename Signature>
 class SystemFunction;
 
-/// A function of a system module that the wedge stands in front of, reached by name at its first use. The module must
-/// be in the process already: nothing here loads one. While there is no such module or function a call gives zero.
+/// A system function that the wedge replaces. The function is found by name at its first call. Its module must already
+/// be loaded, because this class loads none. A call returns zero while the module or the function is missing.
 template <typename Result, typename... Arguments>
 class SystemFunction<Result(Arguments...)> {
 public:
@@ -24,7 +24,7 @@ public:
 private:
     using Function = Result(WINAPI*)(Arguments...);
 
-    // Two threads that come here at once find the same.
+    // Two threads may look up the function at the same time: both find the same address.
     Function resolve() const {
         if (const Function known = m_function.load(std::memory_order_relaxed)) return known;
         const HMODULE module = GetModuleHandleA(m_module);

@@ -9,7 +9,8 @@
 
 namespace eq {
 
-/// The bytes that a rewriter may read when it is given no size: no template reaches further.
+/// The range of a template in bytes. No element begins beyond it, and a rewriter that receives no size reads no
+/// further.
 inline constexpr std::size_t TemplateRange = 0x10000;
 
 /// Reads a compiled template and writes the new template, element by element.
@@ -20,16 +21,17 @@ public:
     TemplateReader& operator=(const TemplateReader&) = delete;
     virtual ~TemplateReader() = default;
 
-    /// Reads a whole template. Throws prep_exception, or EndOfData if the template needs more than `input_size` bytes.
+    /// Reads a whole template. Throws prep_exception if the template is invalid, or EndOfData if it needs more than
+    /// `input_size` bytes.
     void Read(const void* input_address, std::size_t input_size);
 
-    /// Whether the output must not be used. Without a change the output must equal the input: this equality proves
-    /// that the template was understood.
+    /// Returns whether the output must not be used. If nothing was changed, the output must equal the input: this
+    /// equality proves that the template was understood.
     [[nodiscard]] virtual bool IsBad() const { return m_error_detected; }
 
-    /// The new template, in whole 16-bit units.
+    /// Returns the new template, whose size is a multiple of two bytes.
     [[nodiscard]] std::string_view GetOutput() const noexcept { return m_output.written(); }
-    /// Whether a text or the font was changed.
+    /// Returns whether a text or the font was changed.
     [[nodiscard]] bool IsChanged() const noexcept { return m_changed; }
 
 protected:
@@ -45,9 +47,9 @@ protected:
         return number;
     }
     void copyBytes(std::size_t count) { m_output.writeBytes(m_input.readBytes(count)); }
-    /// Copies a text and its terminator, with its keys expanded if `translate`.
+    /// Copies a text and its terminator. Expands the keys of the text if `translate` is true.
     void ReadString(bool translate);
-    /// Moves input and output to multiples of four bytes, each by its own length.
+    /// Aligns input and output to multiples of four bytes, each from its own start.
     void align();
 
     BinaryReader m_input{nullptr, 0};

@@ -4,12 +4,12 @@
 
 namespace eq {
 
-/// A template that cannot be rewritten. It never leaves the rewriters.
+/// Thrown for a template that cannot be rewritten. The rewriters catch the exception themselves.
 class prep_exception : public ContextException {
 public:
     using ContextException::ContextException;
 
-    /// Raised for the condition that failed, given as its text.
+    /// `condition` is the text of the check that failed.
     explicit prep_exception(const char* condition) noexcept
         : ContextException(nullptr, condition, "", 0, "prep_exception") {}
 };
