@@ -7,15 +7,15 @@
 
 namespace eq {
 
-/// The dialog of the editor, and what its controls belong to.
+/// The resource id of the editor's dialog.
 inline constexpr unsigned EditorDialogId = 101;
-/// Its size in dialog units.
+/// The size of the dialog in dialog units.
 inline constexpr int EditorDialogWidth = 318;
 inline constexpr int EditorDialogHeight = 247;
 
 inline constexpr std::size_t ControlSlotCount = ParameterCount;
 
-// A slot is a slider and its read-out. The tables are in the order of the slots.
+// A slot is a slider and its read-out. The slot's number is the index into these tables.
 inline constexpr std::array<int, ControlSlotCount> sliderIds = {
     1012,                   // volume
     1014, 1016, 1018, 1023, // frequencies of the bands 1 to 4
@@ -30,7 +30,7 @@ inline constexpr std::array<int, ControlSlotCount> readoutIds = {
 };
 inline constexpr std::array<int, ControlSlotCount> parameterOfSlot = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
 
-// Buttons that a dialog may have.
+// Ids of buttons that a dialog may lack.
 inline constexpr int RestoreConstructionButton = 1004;
 inline constexpr int RestoreOpeningButton = 1005;
 inline constexpr int CloseParentButton = 1006;

@@ -12,7 +12,8 @@ namespace eq {
 
 namespace {
 
-/// Messages whose result is the procedure's own; that of all others is left with the window.
+/// Returns whether the dialog procedure's return value is the result of the message. The result of any other message is
+/// stored in the window.
 bool returnsItsResult(UINT message) noexcept {
     constexpr std::array Messages = {WM_INITDIALOG,    WM_COMPAREITEM,    WM_VKEYTOITEM,        WM_CHARTOITEM,
                                      WM_QUERYDRAGICON, WM_CTLCOLORMSGBOX, WM_CTLCOLOREDIT,      WM_CTLCOLORLISTBOX,
@@ -23,12 +24,12 @@ bool returnsItsResult(UINT message) noexcept {
 
 } // namespace
 
-/// The dialogs that are being created and have had no message yet.
+/// The dialogs that are being created and have not received a message yet.
 struct DialogOwner::CreationList {
     CreationRecord* head = nullptr;
     CriticalSection lock;
 
-    /// Takes out the first record for which `isWanted` holds, and gives it, or null.
+    /// Removes the first record for which `isWanted` is true, and returns it. Returns null if there is none.
     template <typename Condition>
     CreationRecord* unlink(const Condition& isWanted) {
         const CriticalSectionEntry entry(lock);
@@ -40,8 +41,8 @@ struct DialogOwner::CreationList {
     }
 };
 
-/// Keeps an object's record in the list while its dialog is created. A creation that fails ahead of the first message
-/// leaves the record to be taken out here.
+/// Keeps an object's record in the list while its dialog is created. If the creation fails before the dialog's first
+/// message, the destructor removes the record.
 class DialogOwner::CreationEntry {
 public:
     explicit CreationEntry(DialogOwner& owner) : record(owner.creationRecord) {
@@ -68,13 +69,13 @@ DialogOwner::CreationList& DialogOwner::creationList() {
 void DialogOwner::createDialog(unsigned templateId, HWND parent) {
     const CreationEntry entry(*this);
     const HWND made = wedge::CreateDialogParamW(ownModule(), MAKEINTRESOURCEW(templateId), parent, firstDialogCall, 0);
-    if (made && made != dialogWindow) DestroyWindow(made); // it got no procedure
+    if (made && made != dialogWindow) DestroyWindow(made); // there was no memory for its procedure
 }
 
 bool DialogOwner::destroyDialog() noexcept {
     if (!dialogWindow || DestroyWindow(dialogWindow)) return true;
     if (IsWindow(dialogWindow)) return false;
-    // The window no longer exists: a handler that is at work closed it, or its thread ended.
+    // The window no longer exists: a handler that is still running closed it, or its thread ended.
     if (!currentMessage) dialogWindow = nullptr;
     return true;
 }
@@ -96,7 +97,7 @@ INT_PTR CALLBACK DialogOwner::firstDialogCall(HWND window, UINT message, WPARAM 
     const DLGPROC procedure = object->dispatchStub.procedure(window, object, object->dialogProcedure());
     if (!procedure) return 0;
     object->dialogWindow = window;
-    object->stateBits &= ~WindowDestroyed; // of the dialog before this one, if a handler of that one is still at work
+    object->stateBits &= ~WindowDestroyed; // set by the previous dialog if its handler is still running
     SetWindowLongPtrW(window, DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(procedure));
     return procedure(window, message, wParam, lParam);
 }
@@ -122,13 +123,13 @@ bool DialogOwner::handleWithoutException(UINT message, WPARAM wParam, LPARAM lPa
     try {
         return handleDialogMessage(dialogWindow, message, wParam, lParam, result, 0);
     } catch (...) {
-        // The system's code, which called the dialog, cannot be unwound.
+        // The system's code calls this function, and no exception may pass through that code.
         return false;
     }
 }
 
 void DialogOwner::letGoOfDestroyedWindow() {
-    // Not under the feet of a handler that is still at work.
+    // A handler that is still running may use `dialogWindow`.
     if ((stateBits & WindowDestroyed) == 0 || currentMessage) return;
     stateBits &= ~WindowDestroyed;
     finalMessage(std::exchange(dialogWindow, nullptr));

@@ -7,36 +7,38 @@
 
 namespace eq {
 
-/// Ties one dialog window to one object: from the dialog's first message on, each comes to `handleDialogMessage`.
+/// Connects one dialog window to one object. The object's `handleDialogMessage` receives each message of the dialog,
+/// from the first message on.
 ///
-/// A dialog belongs to the thread that creates it. Several threads may create dialogs at once.
+/// A dialog belongs to the thread that creates it. Several threads may create dialogs at the same time.
 class DialogOwner {
 public:
     DialogOwner(const DialogOwner&) = delete;
     DialogOwner& operator=(const DialogOwner&) = delete;
 
-    /// Handles a message and gives its result, or returns false for the dialog's default processing. A `mapId` other
-    /// than 0 asks for messages of another kind, of which there are none. Exceptions count as not handled.
+    /// Returns true and the message's result in `result`, or returns false to request the dialog's default processing.
+    /// `mapId` selects a set of messages; only set 0 has messages. If the function throws, the message counts as not
+    /// handled.
     virtual bool handleDialogMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result,
                                      DWORD mapId) = 0;
-    /// A derived class calls `releaseDialog` in its own destructor, where it can still handle the dialog's last
+    /// A derived class must call `releaseDialog` in its own destructor, while it can still handle the dialog's last
     /// messages.
     virtual ~DialogOwner() = default;
-    /// What the dialog's own procedure leads to.
+    /// Returns the function that the dialog's procedure calls.
     virtual DispatchStub::Target dialogProcedure() noexcept { return dialogCall; }
-    /// Comes after the last message of a dialog, when `dialogWindow` is null again.
+    /// Called after the last message of a dialog. `dialogWindow` is already null.
     virtual void finalMessage(HWND /*window*/) {}
 
 protected:
     DialogOwner() = default;
 
-    /// Creates the dialog from a template of the library. On failure there is no dialog. Throws what the language store
-    /// throws while it is built.
+    /// Creates the dialog from a template in the library's resources. On failure there is no dialog. Throws the
+    /// exceptions of the language store if the store cannot be built.
     void createDialog(unsigned templateId, HWND parent);
-    /// Destroys the dialog, if there is one. Returns false if the system refuses, as it does on another thread than the
-    /// dialog's own: the dialog then stays open and connected to this object.
+    /// Destroys the dialog, if there is one. Returns false if the system refuses, as it does on any thread other than
+    /// the dialog's. The dialog then stays open and connected to this object.
     bool destroyDialog() noexcept;
-    /// Disconnects this object from its dialog, and destroys the dialog if the system permits. For destructors.
+    /// For destructors: destroys the dialog. If the system refuses, only disconnects the dialog from this object.
     void releaseDialog() noexcept;
 
     HWND dialogWindow = nullptr; ///< null while there is no dialog
@@ -66,7 +68,7 @@ private:
 
     CreationRecord creationRecord{};
     DispatchStub dispatchStub;
-    const DialogMessage* currentMessage = nullptr; ///< the one being handled; outer ones are chained
+    const DialogMessage* currentMessage = nullptr; ///< the innermost message in progress; linked to outer ones
     std::uint32_t stateBits = 0;
 };
 

@@ -8,10 +8,11 @@ namespace eq {
 
 class DialogOwner;
 
-/// Gives each dialog a procedure of its own that knows the dialog's object, which a window handle does not tell.
+/// Creates a dialog procedure for one object. The procedure knows its object, which cannot be found from a window
+/// handle.
 class DispatchStub {
 public:
-    /// What the procedure calls, with the object in place of the window.
+    /// The function that the procedure calls. It receives the object in the place of the window.
     using Target = INT_PTR(CALLBACK*)(DialogOwner* object, UINT message, WPARAM wParam, LPARAM lParam);
 
     DispatchStub() noexcept;
@@ -19,8 +20,8 @@ public:
     DispatchStub(const DispatchStub&) = delete;
     DispatchStub& operator=(const DispatchStub&) = delete;
 
-    /// The procedure for a dialog of `object`, made at the first call; null if there is no memory for it. An object has
-    /// one stub, whose procedure lives as long as the stub.
+    /// Returns the procedure for a dialog of `object`, or null if there is no memory for it. The first call creates the
+    /// procedure, which lives as long as the stub. Each object has one stub.
     [[nodiscard]] DLGPROC procedure(HWND window, DialogOwner* object, Target target) noexcept;
 
 private:

@@ -2,14 +2,14 @@
 
 #include <atomic>
 
-// The stand-in's windows carry their object themselves, so no code is made.
+// A window of the stand-in has its object as a property, so this file creates no code.
 
 namespace eq {
 
 namespace {
 
 constexpr const wchar_t* ObjectProperty = L"DialogOwner";
-std::atomic<DispatchStub::Target> targetOfAll = nullptr; // the same for every object
+std::atomic<DispatchStub::Target> targetOfAll = nullptr; // all objects have the same target
 
 INT_PTR CALLBACK callThroughProperty(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     auto* const object = static_cast<DialogOwner*>(GetPropW(window, ObjectProperty));

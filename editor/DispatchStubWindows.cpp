@@ -33,7 +33,7 @@ void writeAddress(std::uint8_t* place, Pointer address) noexcept {
 
 } // namespace
 
-/// A page of memory, first writable, then executable, never both.
+/// The code of a procedure, in a page of memory that is first writable, then executable, and never both.
 struct DispatchStub::Code {
     Code(DialogOwner* object, Target target) noexcept {
         std::array<std::uint8_t, CodeTemplate.size()> code = CodeTemplate;

@@ -17,7 +17,7 @@ namespace {
 constexpr int LastPosition = 100;
 constexpr float PositionStep = 0.01f;
 
-/// Pixels of a dialog unit at 96 dots per inch, in quarters and eighths, for the 8-point dialog font.
+/// Pixels per 4 horizontal and per 8 vertical dialog units, for the 8-point dialog font at 96 dots per inch.
 constexpr int BaseUnitX = 6;
 constexpr int BaseUnitY = 13;
 
@@ -25,8 +25,9 @@ float parameterAt(int pos) noexcept {
     return static_cast<float>(pos) * PositionStep;
 }
 
-/// Truncated, not rounded, so that most positions come back from `parameterAt` as the one below. A host may set any
-/// value; what no position can hold comes to the nearest number that can.
+/// Returns the position of a parameter. The position is truncated, not rounded. Most positions are therefore one lower
+/// after `parameterAt` and `positionAt`. A host may set any value: a position beyond the limits becomes the limit, and
+/// NaN becomes 0.
 int positionAt(float parameter) noexcept {
     constexpr double Limit = 1e9;
     const double position = std::trunc(parameter * 100.0);
@@ -37,7 +38,7 @@ int sliderPosition(HWND slider) noexcept {
     return static_cast<int>(SendMessageW(slider, TBM_GETPOS, 0, 0));
 }
 
-/// Puts the user's decimal separator in place of the first point. The point stays if the system tells of none.
+/// Replaces the first point by the user's decimal separator. The point stays if the system has no separator.
 void localizeSeparator(char* text) noexcept {
     char* const point = std::strchr(text, '.');
     if (!point) return;
@@ -67,7 +68,8 @@ void EqualizerEditor::measure() {
     const Window parent(
         CreateWindowExW(0, L"STATIC", nullptr, 0, 0, 0, 640, 480, nullptr, nullptr, ownModule(), nullptr));
     createDialog(EditorDialogId, parent.get());
-    // The host needs a size also if there can be no dialog now, say because it has not readied the common controls yet.
+    // The host needs a size even if no dialog can be created yet, for example because the host has not registered the
+    // common controls.
     RECT client = {0, 0, MulDiv(EditorDialogWidth, BaseUnitX, 4), MulDiv(EditorDialogHeight, BaseUnitY, 8)};
     if (dialogWindow) GetClientRect(dialogWindow, &client);
     rect.top = static_cast<std::int16_t>(client.top);
@@ -95,10 +97,11 @@ void EqualizerEditor::close() {
 }
 
 void EqualizerEditor::idle() {
-    // A dialog whose thread has ended is gone without a message.
+    // When a thread ends, its dialogs disappear without a message.
     if (updateFlag == 0 || !IsWindow(dialogWindow)) return;
     update();
-    // Behind the update, whose own writes raise the flag: else the editor would chase its own changes.
+    // The update's own writes raise the flag, so the flag is cleared after the update. Otherwise the editor would
+    // follow its own changes without end.
     updateFlag = 0;
 }
 
@@ -154,16 +157,16 @@ void EqualizerEditor::onDestroy() {
 }
 
 void EqualizerEditor::onScroll(unsigned code, HWND slider) {
-    // A drag counts at every step. Keys and clicks count with the end of the movement.
+    // A drag takes effect at every step. Keys and clicks take effect at the end of the movement.
     if (code != TB_THUMBTRACK && code != TB_ENDTRACK) return;
     const auto* const found = std::find(sliders.begin(), sliders.end(), slider);
     if (!slider || found == sliders.end()) return;
     showValue(static_cast<std::size_t>(found - sliders.begin()), sliderPosition(slider), true);
-    updateFlag = 0; // raised by this very change
+    updateFlag = 0; // this change has raised it
 }
 
 void EqualizerEditor::onCommand(HWND control) {
-    // A command of no control, as of a menu or of a key, is none of the buttons, which the dialog need not have.
+    // A command of a menu or a key has no control. It must not match a button that the dialog lacks, which is null.
     if (!control) return;
     if (control == restoreConstructionButton) {
         restore(constructionValues);
@@ -176,11 +179,11 @@ void EqualizerEditor::onCommand(HWND control) {
 
 void EqualizerEditor::refresh(bool force) {
     for (std::size_t slot = 0; slot < ControlSlotCount; ++slot) {
-        // A host that is told of a change may close the dialog.
+        // The host may close the dialog when it is notified of a change.
         if (!sliders[slot]) continue;
         const int pos = positionOf(slot);
         if (!force && sliderPosition(sliders[slot]) == pos) continue;
-        SendMessageW(sliders[slot], TBM_SETPOS, TRUE, pos); // raises no scroll message
+        SendMessageW(sliders[slot], TBM_SETPOS, TRUE, pos); // causes no scroll message
         showValue(slot, pos, !force);
     }
 }

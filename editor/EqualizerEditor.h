@@ -8,28 +8,30 @@
 
 namespace eq {
 
-/// The effect's user interface: a dialog of 13 sliders and 13 read-outs that the host embeds in a window of its own.
+/// The effect's user interface: a dialog with 13 sliders and 13 read-outs. The host embeds the dialog in its own
+/// window.
 ///
-/// A slider's position runs from 0, at the top, to 100, and stands for a parameter of a hundredth of that. The editor
-/// keeps no values of its own: it compares the effect's with the sliders' positions. A slider that the user moves sets
-/// its parameter at once and tells the host; a parameter that somebody else sets reaches its slider at the host's next
-/// idle call.
+/// The positions of a slider run from 0, at the top, to 100. The parameter is a hundredth of the position. The editor
+/// keeps no copy of the current values: it compares the effect's values with the sliders' positions. When the user
+/// moves a slider, the editor immediately sets the parameter and notifies the host. When another caller sets a
+/// parameter, its slider moves at the host's next idle call.
 ///
-/// All but `postUpdate` belongs to the thread of the user interface.
+/// All functions except `postUpdate` belong to the thread of the user interface.
 class EqualizerEditor : public AEffEditor, public DialogOwner {
 public:
-    /// Becomes the editor of `owner`, reads its parameters and measures a dialog. Throws what the language store throws
-    /// for a broken file, and then is nobody's editor.
+    /// Sets itself as the editor of `owner`, reads the parameters, and measures a dialog. Throws the exceptions of the
+    /// language store for a broken file; `owner` then has no editor.
     explicit EqualizerEditor(AudioEffect* owner);
-    /// Destroys the dialog of a host that has not closed the editor.
+    /// Destroys the dialog if the host has not closed the editor.
     ~EqualizerEditor() override;
 
-    /// The size as it was measured, in pixels, valid as long as the editor. Always 1.
+    /// Returns 1, and the address of the measured size in `answer`. The size is in pixels. Its address is valid as long
+    /// as the editor.
     int32 getRect(ERect** answer) override;
-    /// Shows a dialog in the host's window, and destroys an earlier dialog first. If the system refuses that, the
-    /// earlier dialog stays and no new one is created. Returns 1.
+    /// Returns 1. Destroys an earlier dialog, and shows a new one in the host's window. If the system refuses to
+    /// destroy the earlier dialog, that dialog stays, and no new one is created.
     int32 open(void* window) override;
-    /// Destroys the dialog. On a thread other than the dialog's own, the dialog stays open and works.
+    /// Destroys the dialog. On a thread other than the dialog's own, the dialog stays open and continues to work.
     void close() override;
     void idle() override;
     void update() override;
@@ -45,10 +47,10 @@ private:
     void readParameters(Values& values);
     void restore(const Values& values);
 
-    /// Brings sliders and read-outs in line with the effect: all of them, or only those whose position differs, which
-    /// then also sets their parameters to the positions.
+    /// Updates sliders and read-outs from the effect. With `force`, updates all of them. Without, updates only the
+    /// slots whose position differs, and sets their parameters to the new positions.
     void refresh(bool force);
-    /// Sets the slot's parameter to a position, if wanted, and writes its read-out.
+    /// Updates the read-out of a slot. With `send`, first sets the slot's parameter to the position.
     void showValue(std::size_t slot, int pos, bool send);
     [[nodiscard]] int positionOf(std::size_t slot);
 

@@ -4,7 +4,7 @@
 
 namespace eq {
 
-/// A critical section for the life of the object.
+/// Owns a critical section.
 class CriticalSection {
 public:
     CriticalSection() { InitializeCriticalSection(&m_section); }
@@ -18,7 +18,7 @@ private:
     CRITICAL_SECTION m_section;
 };
 
-/// Holds a critical section for the length of a scope.
+/// Enters a critical section, and leaves it at the end of the scope.
 class [[nodiscard]] CriticalSectionEntry {
 public:
     explicit CriticalSectionEntry(CRITICAL_SECTION& section) : m_section(section) { EnterCriticalSection(&m_section); }

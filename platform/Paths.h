@@ -2,7 +2,7 @@
 
 namespace eq {
 
-/// What parts the folders of a path from the file functions.
+/// The separator of folders in the system's paths.
 #ifdef _WIN32
 inline constexpr char pathSeparator = '\\';
 #else

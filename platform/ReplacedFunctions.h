@@ -1,13 +1,13 @@
 #pragma once
 
-// The system functions that the library replaces by its own functions of the same names, in the order of the import
-// table's slots. One list, from which everything that names them is generated: the wedge's declarations and import
-// slots, the pointers to the system functions, and on Linux the declarations and the look-up of the stand-in.
+// The system functions that the library replaces by its own functions of the same names. The rows have the order of the
+// import table's slots. All code that names the functions is generated from this list: the wedge's declarations and
+// import slots, the pointers to the system functions, and on Linux the stand-in's declarations and look-up.
 //
 // A row has the system module, the result, the name, the parameters, and the size of the arguments in bytes in 32-bit
-// code, which is part of a 32-bit symbol's name. SYSTEM marks the functions whose system counterpart the wedge calls.
+// code, which is part of a 32-bit symbol's name. SYSTEM marks the functions whose system versions the wedge calls.
 
-/// Leaves a row out.
+/// Ignores a row of the list.
 #define EQ_NO_ROW(MODULE, RESULT, NAME, PARAMETERS, BYTES)
 
 // clang-format off

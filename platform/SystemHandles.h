@@ -3,7 +3,7 @@
 #include "platform/UniqueHandle.h"
 #include "platform/win32.h"
 
-// The owners of the handles of Win32.
+// Owner types for Win32 handles.
 
 namespace eq {
 
@@ -17,7 +17,7 @@ inline bool closeWindow(HWND window) noexcept {
 }
 using Window = UniqueHandle<HWND, closeWindow>;
 
-inline constexpr std::intptr_t InvalidHandle = -1; // INVALID_HANDLE_VALUE
+inline constexpr std::intptr_t InvalidHandle = -1; // INVALID_HANDLE_VALUE as a number
 
 inline bool closeFile(HANDLE file) noexcept {
     return CloseHandle(file) != FALSE;
@@ -29,7 +29,7 @@ inline bool closeSearch(HANDLE search) noexcept {
 }
 using FileSearch = UniqueHandle<HANDLE, closeSearch, InvalidHandle>;
 
-/// The device context of a window, or of the screen for a null window.
+/// Owns the device context of a window, or of the screen if the window is null.
 class WindowContext {
 public:
     explicit WindowContext(HWND window) noexcept : m_window(window), m_context(GetDC(window)) {}

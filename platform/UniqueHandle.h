@@ -6,7 +6,8 @@
 
 namespace eq {
 
-/// Owns a handle. `Close` returns false for a failure. `Empty` is the number of the handle that means none.
+/// Owns a handle. `Close` closes a handle and returns false on failure. `Empty` is the number of the handle that means
+/// "none".
 template <typename Handle, bool (&Close)(Handle) noexcept, std::intptr_t Empty = 0>
 class UniqueHandle {
 public:
@@ -22,13 +23,13 @@ public:
     explicit operator bool() const noexcept { return m_handle != empty(); }
     Handle get() const noexcept { return m_handle; }
 
-    /// Passes ownership to the caller.
+    /// Returns the handle and passes its ownership to the caller.
     Handle release() noexcept { return std::exchange(m_handle, empty()); }
 
-    /// Closes the handle, if there is one. Returns false for a failure, whose error code the system then has.
+    /// Closes the handle, if there is one. Returns false on failure; the system then has the error code.
     bool reset() noexcept { return !*this || Close(release()); }
 
-    /// Where a system function puts a new handle; what was held is closed first.
+    /// Closes the current handle, and returns the address at which a system function stores a new one.
     Handle* receive() noexcept {
         reset();
         return &m_handle;

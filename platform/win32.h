@@ -1,16 +1,16 @@
 #pragma once
 
-// The one include for Win32. No other file includes the system headers, except the screenshots of editor-host.
+// The only include for Win32. No other file includes the system headers, except the screenshot code of editor-host.
 
 #ifdef _WIN32
 #include <windows.h>
-// The lean set leaves these out: the common controls' messages, COM's memory functions, and property sheets.
+// The lean set of headers (WIN32_LEAN_AND_MEAN) lacks the common controls, COM's allocator and property sheets.
 #include <commctrl.h>
 #include <objbase.h>
 #include <prsht.h>
 #else
-// The stand-in: the part of Win32 that this project calls, with the same names, signatures and error codes. The
-// functions of desktop/ are defined in tests and fuzz targets only.
+// The stand-in: the part of Win32 that this project calls, with the same names, signatures and error codes. Only tests
+// and fuzz targets link the functions of desktop/.
 #include "platform/desktop/Accelerators.h"
 #include "platform/desktop/Dialogs.h"
 #include "platform/desktop/Gdi.h"

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-// Text functions that give the same result in every locale. A returned view is a part of the given text.
+// Text functions that return the same result in every locale. A returned view is a part of the argument's text.
 
 namespace eq {
 

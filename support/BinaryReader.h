@@ -10,7 +10,7 @@
 
 namespace eq {
 
-/// The failure of every read that needs more bytes than are left.
+/// Thrown by a read that needs more bytes than remain.
 class EndOfData : public std::exception {
 public:
     [[nodiscard]] const char* what() const noexcept override { return "the data ends early"; }
@@ -18,7 +18,7 @@ public:
 
 /// Reads numbers, texts and bytes from binary data, one after the other. A read beyond the end throws EndOfData.
 ///
-/// The caller owns the data. A text consists of 16-bit units; each wide character receives one.
+/// The caller owns the data. A text consists of 16-bit units; each wide character holds one.
 class BinaryReader {
 public:
     BinaryReader(const void* data, std::size_t size, std::endian byteOrder = std::endian::little) noexcept
@@ -44,7 +44,7 @@ public:
         return value;
     }
 
-    /// Reads a number and keeps the position.
+    /// Returns the next number and keeps the position.
     template <std::unsigned_integral Number>
     [[nodiscard]] Number peek() const {
         return BinaryReader(*this).read<Number>();

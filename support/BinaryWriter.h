@@ -15,7 +15,7 @@ public:
     BinaryWriter() noexcept = default;
     explicit BinaryWriter(std::endian byteOrder) noexcept : order(byteOrder) {}
 
-    /// The bytes so far. The view is valid until the next call.
+    /// Returns the bytes so far. The view is valid until the next call.
     [[nodiscard]] std::string_view written() const noexcept { return bytes; }
     [[nodiscard]] std::size_t offset() const noexcept { return bytes.size(); }
 

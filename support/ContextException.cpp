@@ -33,12 +33,13 @@ private:
     char digits[16] = {};
 };
 
-/// Writes zero-ended texts one behind the other. What would pass the storage's last byte is cut off.
+/// Writes zero-terminated texts, one after the other. Characters that do not fit into the storage are cut.
 class TextWriter {
 public:
     TextWriter(char* storage, std::size_t size) noexcept : position(storage), last(storage + size - 1) {}
 
-    /// Starts a text behind the end of the one before, or on the last byte if there is nothing behind it.
+    /// Starts an empty text after the previous one, and returns its address. If the storage is full, the text stays
+    /// empty, at the last byte.
     const char* begin() noexcept {
         if (started && position != last) ++position;
         started = true;
@@ -58,7 +59,7 @@ private:
     bool started = false;
 };
 
-/// The one place of the system's messages, and the lock on it.
+/// The shared buffer for the system's messages, and its lock.
 struct SystemMessage {
     Mutex lock;
     char text[1024] = {};
@@ -81,7 +82,7 @@ ContextException::ContextException(const char* operation, const char* systemCall
     try {
         build(operation, CallFailureText(systemCall, errorCode).c_str(), file, line, name);
     } catch (const std::exception&) {
-        // The first failure is the one to be reported, if need be without the system's words for it.
+        // The system's text cannot be added. The failure of the system call is reported without it.
         build(operation, systemCall, file, line, name);
     }
 }
@@ -152,7 +153,7 @@ const char* ContextException::rebased(const char* text, const ContextException& 
 
 std::string CallFailureText(const char* systemCall, unsigned long errorCode) {
     std::string text = std::string("Call to '") + systemCall + "' returned error " + std::to_string(errorCode);
-    // Held until the shared buffer is copied; the lock is re-entrant.
+    // The lock is held until the shared buffer is copied. It is re-entrant, so SystemErrorText can lock it again.
     const MutexEntry entry(systemMessage().lock);
     if (const char* message = SystemErrorText(errorCode, nullptr)) text.append(": ").append(message);
     return text;

@@ -30,7 +30,7 @@ void send(const char* text, int target) {
         serialPort(target).write(text);
         break;
     case DebugToFileStream:
-        DebugFileStream() << text << std::flush; // once it has failed, the stream drops the text itself
+        DebugFileStream() << text << std::flush; // a failed stream drops the text
         break;
     case DebugToCout:
         std::cout << text;
@@ -43,7 +43,7 @@ void send(const char* text, int target) {
     }
 }
 
-/// The record that all callers share, made at the first call.
+/// The security attributes that all callers share. The first call creates them.
 class SharedSecurity {
 public:
     SECURITY_ATTRIBUTES* attributes() {
@@ -79,7 +79,7 @@ private:
     SECURITY_ATTRIBUTES record = {};
 };
 
-// Made while the library loads, before there are other threads.
+// Created while the library is loaded, before other threads exist.
 [[maybe_unused]] const SECURITY_ATTRIBUTES* const AttributesMadeAtLoad = SharedSecurityAttributes();
 
 } // namespace
@@ -90,13 +90,13 @@ void DebugPrint(const char* format, ...) noexcept {
     char text[256] = {};
     std::va_list arguments;
     va_start(arguments, format);
-    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): va_start is a macro of the compiler that it does not see
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): the check does not understand the compiler's va_start
     std::vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
     try {
         send(text, target);
     } catch (...) {
-        // A message that cannot be sent is lost: reporting must not add a failure to the one it tells of.
+        // The message is lost: a log message must not cause a failure.
     }
 }
 
@@ -126,7 +126,7 @@ void SerialDebugPort::write(const char* text) {
 
 void SerialDebugPort::open() {
     File port(CreateFileA(portName, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-    if (port && configure(port.get())) portHandle = port.release(); // open until the process ends
+    if (port && configure(port.get())) portHandle = port.release(); // stays open until the process ends
 }
 
 bool SerialDebugPort::configure(HANDLE port) {

@@ -13,10 +13,10 @@ namespace eq {
 #define EQ_PRINTF_FORMAT printf
 #endif
 
-/// Where `DebugPrint` sends its text; any other value drops it.
+/// The targets of `DebugPrint`. Any other value drops the text.
 enum DebugOutputTarget : int {
     DebugToNothing = 0,
-    DebugToDebugger = 1, // at the start
+    DebugToDebugger = 1, // the initial target
     DebugToCom1 = 2,
     DebugToCom2 = 3,
     DebugToCom3 = 4,
@@ -26,31 +26,31 @@ enum DebugOutputTarget : int {
     DebugToClog = 8
 };
 
-/// Formats as `printf` does, cuts the text after 255 characters and sends it to the selected target. Never throws.
+/// Formats a text as `printf` does, cuts it after 255 characters, and sends it to the selected target. Never throws.
 [[gnu::format(EQ_PRINTF_FORMAT, 1, 2)]] void DebugPrint(const char* format, ...) noexcept;
 
-/// The selected target, for reading and for changing it: a `DebugOutputTarget`.
+/// Returns the address of the selected target, which callers may read and change. Its value is a `DebugOutputTarget`.
 [[nodiscard]] int* DebugOutputTargetRef() noexcept;
 
-/// The stream of `DebugToFileStream`. Who selects that target opens the stream before the first message: a message to
-/// a closed stream leaves the stream failed, and a failed stream takes no messages.
+/// Returns the stream of `DebugToFileStream`. The caller opens the stream before it selects that target: a message to a
+/// closed stream puts the stream into the failed state, and a failed stream drops all messages.
 [[nodiscard]] std::ofstream& DebugFileStream();
 
-/// Security attributes that give everybody all access, the same record at each call; null where the system has no
-/// security.
+/// Returns security attributes that grant all access to all users. Each call returns the same record. Returns null on a
+/// system without security.
 [[nodiscard]] SECURITY_ATTRIBUTES* SharedSecurityAttributes();
 
-/// A serial port at 19200 baud, 8 bits, no parity, one stop bit. It is opened by the first text that finds it there,
-/// and stays open until the process ends.
+/// A serial port at 19200 baud, 8 bits, no parity, one stop bit. The first text that finds the port opens it. The port
+/// stays open until the process ends.
 class SerialDebugPort {
 public:
-    /// The name is kept, not copied.
+    /// Keeps `name` without a copy: the text must outlive the object.
     explicit SerialDebugPort(const char* name) : portName(name) {}
     SerialDebugPort(const SerialDebugPort&) = delete;
     SerialDebugPort& operator=(const SerialDebugPort&) = delete;
     virtual ~SerialDebugPort() = default;
 
-    /// Sends the text, with a carriage return before each line feed. Texts of several threads do not mingle. Without
+    /// Sends a text, with a carriage return before each line feed. The texts of several threads are not mixed. Without
     /// the port the text is dropped.
     void write(const char* text);
 

@@ -12,7 +12,7 @@ namespace eq {
 
 namespace {
 
-// What a wide buffer has beyond the text and its end.
+// The spare characters of a wide buffer, after the text and its terminator.
 constexpr unsigned SpareCharacters = 32;
 
 template <typename Character>

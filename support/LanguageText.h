@@ -4,27 +4,28 @@
 
 namespace eq {
 
-/// A text held in wide form, narrow form or both; the missing form is made when it is asked for, in the system's ANSI
-/// code page whatever the language in force. Not for use by several threads at once.
+/// A text in wide form, narrow form or both. The first request for a missing form creates it. The narrow form is in the
+/// system's ANSI code page, whatever the current language is. Several threads must not use an object at the same time.
 class LanguageText {
 public:
     LanguageText() = default;
     explicit LanguageText(const wchar_t* text);
 
-    /// The translation of a key in the store of `module`, or the key itself if it has none. Defined with the store.
+    /// Holds the translation of a key from the store of `module`, or the key if it has no translation. The definition
+    /// is with the store, in wedge/.
     LanguageText(const char* key, HMODULE module);
 
     LanguageText(const LanguageText&) = delete;
     LanguageText& operator=(const LanguageText&) = delete;
     virtual ~LanguageText();
 
-    /// Takes a copy of the text in place of what the object holds. A null text leaves the object empty.
+    /// Replaces the object's text by a copy of `text`. A null text empties the object.
     void assign(const wchar_t* text);
     void assign(const char* text);
 
-    /// The text in the form asked for, or null if the object is empty. The pointer holds until the next `assign` or
-    /// `release`. What the code page lacks shows as its default character. A narrow text of more than two bytes for a
-    /// unit of the wide one, which UTF-8 may need, comes out empty.
+    /// Returns the text in wide or narrow form, or null if the object is empty. The pointer is valid until the next
+    /// `assign` or `release`. A character that the code page lacks becomes the code page's default character. The
+    /// narrow form is empty if n wide units need more than 2 n + 1 bytes, which is possible in UTF-8.
     [[nodiscard]] const wchar_t* wide();
     [[nodiscard]] const char* narrow();
 
@@ -37,9 +38,9 @@ private:
 
     wchar_t* wideText = nullptr;
     char* narrowText = nullptr;
-    unsigned wideLength = 0;   // 0 also while it is not known
-    unsigned narrowLength = 0; // 0 also while it is not known
-    unsigned wideCapacity = 0; // with room to spare behind the text
+    unsigned wideLength = 0;   // 0 also if it is not known yet
+    unsigned narrowLength = 0; // 0 also if it is not known yet
+    unsigned wideCapacity = 0; // includes the spare characters
     BYTE ownsText = 0;
 };
 

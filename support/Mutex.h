@@ -10,30 +10,31 @@
 
 namespace eq {
 
-/// A re-entrant lock over a mutex of the system. The system's mutex is held once per holder, whatever the depth.
+/// A re-entrant lock that uses a system mutex. Recursive calls do not lock the system mutex again.
 ///
-/// The lock outlives a thread that ends while holding it: the next thread to wait gets it.
+/// If a thread ends while it holds the lock, the next thread that waits receives the lock.
 class Mutex {
 public:
     class lock_failure;
     class unlock_failure;
 
-    /// Ends the process if the system has no mutex to give.
+    /// Aborts the process if the system cannot create a mutex.
     Mutex();
     Mutex(const Mutex&) = delete;
     Mutex& operator=(const Mutex&) = delete;
 
-    /// Gives the lock back once, if this thread holds it. A deeper recursion is not unwound.
+    /// Unlocks once, if the calling thread holds the lock. Deeper recursion stays locked.
     virtual ~Mutex();
 
-    /// Throws `lock_failure` when waiting fails again and again.
+    /// Throws `lock_failure` if waiting fails repeatedly.
     void Lock();
 
-    /// Does nothing on a thread that does not hold the lock. Throws `unlock_failure` if the system refuses.
+    /// Unlocks once. Does nothing on a thread that does not hold the lock. Throws `unlock_failure` if the system
+    /// refuses.
     void Unlock();
 
 protected:
-    // The system's mutex, for those who extend the class.
+    // The system mutex, for derived classes.
     HANDLE handle;
 
 private:
@@ -42,11 +43,12 @@ private:
     DWORD wait(DWORD milliseconds);
     bool releaseHolds();
 
-    // Only the holder writes these. Other threads read the owner, which is never their own id then.
+    // Only the holder writes these two. Another thread may read the owner, but never finds its own id there.
     std::atomic<std::uint32_t> ownerThread{NoThread};
     std::uint32_t recursionCount = 0;
 
-    // How often the holder's waits have taken the system's mutex: a wait that reports a dead holder takes it too.
+    // The number of times that the holder's waits have locked the system mutex. A wait that reports a dead holder locks
+    // it, too.
     std::uint32_t holds = 0;
 };
 
@@ -56,7 +58,7 @@ public:
     [[nodiscard]] const char* what() const noexcept override { return text->c_str(); }
 
 private:
-    std::shared_ptr<const std::string> text; // copies without throwing
+    std::shared_ptr<const std::string> text; // shared, so that copies cannot throw
 };
 
 class Mutex::unlock_failure : public std::exception {
@@ -65,10 +67,10 @@ public:
     [[nodiscard]] const char* what() const noexcept override { return text->c_str(); }
 
 private:
-    std::shared_ptr<const std::string> text; // copies without throwing
+    std::shared_ptr<const std::string> text; // shared, so that copies cannot throw
 };
 
-/// Holds a `Mutex` for the length of a scope. A failure to give it back is dropped.
+/// Locks a `Mutex`, and unlocks it at the end of the scope. A failure to unlock is ignored.
 class MutexEntry {
 public:
     explicit MutexEntry(Mutex& held) : mutex(held) { mutex.Lock(); }

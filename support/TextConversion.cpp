@@ -6,7 +6,8 @@ namespace eq {
 
 namespace {
 
-/// Calls `convert` with a buffer of `size` characters. A conversion that returns 0 has failed.
+/// Returns the text that `convert` writes to a buffer of `size` characters, or the system's error code. `convert`
+/// returns 0 if it fails.
 template <typename Text, typename Convert>
 Converted<Text> convertedInto(int size, Convert convert) {
     Text text(static_cast<std::size_t>(size), typename Text::value_type());
@@ -29,7 +30,7 @@ Converted<std::wstring> toWide(std::string_view text, UINT codePage, InvalidByte
 
 Converted<std::string> toNarrow(std::wstring_view text, UINT codePage, int mostBytes, const char* substitute) {
     if (text.empty()) return {};
-    if (isUtf8Codepage(codePage)) substitute = nullptr; // UTF-8 lacks no character, and the system refuses one
+    if (isUtf8Codepage(codePage)) substitute = nullptr; // the system refuses a substitute for UTF-8
     const auto convert = [&](char* buffer, int room) {
         return WideCharToMultiByte(codePage, 0, text.data(), static_cast<int>(text.size()), buffer, room, substitute,
                                    nullptr);

@@ -87,7 +87,7 @@ TEST(AudioEffect, WritesNumbersInEightCharactersAndEmptiesTheTextsItDoesNotHave)
         EXPECT_EQ(written(text, 0), "");
 }
 
-// What a call to the host gives for the answers 0, 1 and 7, and without a host.
+// The results of a host request if the host returns 0, 1 or 7, and without a host.
 using Results = std::array<intptr, 4>;
 constexpr Results Nothing = {0, 0, 0, 0};
 constexpr Results Answer = {0, 1, 7, 0};
@@ -102,7 +102,7 @@ intptr asNumber(void* pointer) {
     return reinterpret_cast<intptr>(pointer);
 }
 
-/// Calls the member function with these arguments, and gives its result as a number.
+/// Calls the member function with these arguments, and returns its result as a number.
 template <auto Member, auto... Arguments>
 intptr call(PlainEffect& effect) {
     using Result = decltype((effect.*Member)(Arguments...));
@@ -135,7 +135,7 @@ void expectToCallTheHost(const HostRow& row) {
     EXPECT_EQ(row.call(alone), row.results[3]);
 }
 
-/// The same for operations that take no arguments and give results of one kind.
+/// Checks operations without arguments that all have the same results.
 template <auto... Members>
 void expectPlainCalls(const Results& results, std::array<int32, sizeof...(Members)> opcodes) {
     std::size_t i = 0;
@@ -180,7 +180,8 @@ TEST(AudioEffect, CallsTheHostAsThePublishedTableTells) {
     for (const HostRow& row : rows) expectToCallTheHost(row);
 }
 
-// The place of a virtual operation in its class's table, as the compilers of both platforms lay out such a pointer.
+// Returns the index of a virtual operation in its class's virtual table. The compilers of both platforms store this
+// index in a pointer to the operation.
 template <typename Member>
 std::size_t slotOf(Member member) {
     std::uintptr_t word;
@@ -193,7 +194,8 @@ std::vector<std::size_t> slotsOf(Member... members) {
     return {slotOf(members)...};
 }
 
-// A sample, in which an operation shows that came, went or moved far. The destructor comes first and takes two places.
+// A sample of operations, which reveals an operation that was added, removed or moved far. The destructor is first and
+// has two entries.
 TEST(AudioEffect, KeepsTheOrderOfItsVirtualTable) {
     using A = AudioEffect;
     using X = AudioEffectX;

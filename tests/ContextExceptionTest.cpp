@@ -31,7 +31,8 @@ TEST(ContextException, ReportsNameThrowerPositionAndContext) {
 }
 
 TEST(ContextException, UsesTheHeapOnlyBeyond256BytesAndItsCopiesReferToNothingInIt) {
-    // Beside the file, three one-letter texts, a line of one digit and the fixed pieces take 40 bytes.
+    // Without the file name, the texts need 40 bytes: three texts of one letter, a line number of one digit, and the
+    // fixed parts.
     for (const std::size_t size : {256U, 257U}) {
         const std::string file(size - 40, 'f');
         const std::size_t before = allocations::asked;
@@ -50,7 +51,8 @@ TEST(ContextException, CutsItsTextsWhenThereIsNoHeap) {
     const auto make = [&] { return ContextException("f()", context.c_str(), "file", 1, "name"); };
     const ContextException source = make();
     const ContextException cut = withoutHeap(make);
-    // Of 256 bytes, name and thrower with their ends take 9. The report ends on the last byte, where the context lies.
+    // Of the 256 bytes, name and thrower with their terminators take 9. The report ends at the last byte, which is also
+    // the empty context.
     EXPECT_EQ(cut.what(), std::string(source.what()).substr(0, 255 - 9));
     EXPECT_STREQ(cut.context(), "");
     EXPECT_STREQ(withoutHeap([&] { return ContextException(source); }).what(), "");

@@ -74,7 +74,7 @@ TEST(DebugLog, SendsToTheDebugger) {
 TEST(DebugLog, SendsToASerialPortOnceItIsThereAndKeepsTheTextsOfThreadsApart) {
     for (const int number : {1, 2, 3, 4}) {
         SCOPED_TRACE(number);
-        // A pseudo-terminal stands for the port.
+        // A pseudo-terminal acts as the port.
         int receiver = -1;
         int sender = -1;
         ASSERT_EQ(openpty(&receiver, &sender, nullptr, nullptr, nullptr), 0);

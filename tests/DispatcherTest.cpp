@@ -12,7 +12,7 @@ namespace {
 char object;
 void* p = &object;
 
-/// Writes down the last operation that was called, with its arguments; says true or 7 to everything.
+/// Records the last operation that was called, with its arguments. Operations return true or 7.
 class RecordingEffect : public AudioEffectX {
 public:
     RecordingEffect() : AudioEffectX(nullptr, 2, 0) {}
@@ -83,7 +83,7 @@ private:
     }
 };
 
-/// What an effect makes of a command with ptr p and opt 0.5: the call and the answer.
+/// Returns the operation that a command with ptr p and opt 0.5 calls, and the command's result.
 std::string answer(int32 opcode, int32 index, intptr value) {
     RecordingEffect effect;
     const intptr result = effect.dispatcher(opcode, index, value, p, 0.5f);
@@ -99,7 +99,7 @@ std::string answers(int32 first, int32 last) {
 TEST(Dispatcher, CallsOneOperationForEachOpcode) {
     EXPECT_EQ(answers(0, 5), "open=0; close=0; setProgram 1=0; getProgram=7; setProgramName p=0; getProgramName p=0; ");
     EXPECT_EQ(answers(6, 8), "getParameterLabel 3 p=0; getParameterDisplay 3 p=0; getParameterName 3 p=0; ");
-    EXPECT_EQ(answers(9, 12), "getVu=16383; setSampleRate 0.5=0; setBlockSize 1=0; resume=0; "); // half of 32767, cut
+    EXPECT_EQ(answers(9, 12), "getVu=16383; setSampleRate 0.5=0; setBlockSize 1=0; resume=0; "); // 16383.5 is truncated
     EXPECT_EQ(answers(13, 22), "=0; =0; =0; =0; =0; =0; =0; =0; =0; =1316373862; ");
     EXPECT_EQ(answers(23, 27), "getChunk p 1=7; setChunk p 1 1=7; processEvents p=7; canParameterBeAutomated 3=1; "
                                "string2parameter 3 p=1; ");
@@ -112,7 +112,7 @@ TEST(Dispatcher, CallsOneOperationForEachOpcode) {
     EXPECT_EQ(answers(45, 51),
               "getEffectName p=1; =0; =0; =0; getVendorVersion=7; vendorSpecific 3 1 p 0.5=7; canDo p=7; ");
     EXPECT_EQ(answers(52, 56), "=0; =0; getIcon=7; setViewPosition 3 1=1; getParameterProperties 3 p=1; ");
-    EXPECT_EQ(answers(57, 59), "keysRequired=0; =2; =0; "); // the first is inverted
+    EXPECT_EQ(answers(57, 59), "keysRequired=0; =2; =0; "); // keysRequired is inverted
     EXPECT_EQ(answer(-1, 3, 1) + answer(INT32_MIN, 3, 1) + answer(INT32_MAX, 3, 1), "=0=0=0");
 }
 

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <string>
 
-// editor-host as its user meets it: a process of its own, whose window gets the keys that are pressed.
+// Runs editor-host as a user does: in a process of its own, whose window receives key presses.
 
 namespace eq {
 
@@ -52,12 +52,12 @@ protected:
         comesTrue([this] { return (window = find()) != nullptr; });
     }
     ~EditorHost() override {
-        TerminateProcess(process.hProcess, 1); // unless it has ended
+        TerminateProcess(process.hProcess, 1); // if it still runs
         CloseHandle(process.hThread);
         CloseHandle(process.hProcess);
     }
 
-    /// The process's window.
+    /// Returns the process's window, or null.
     [[nodiscard]] HWND find() const {
         for (HWND found = nullptr; (found = FindWindowExW(nullptr, found, L"EditorHost", nullptr)) != nullptr;) {
             DWORD owner = 0;
@@ -89,7 +89,7 @@ TEST_F(EditorHost, GivesTheKeysToTheDialogFromTheStartAndAfterAChangeOfWindows) 
     ASSERT_TRUE(becomesActive(another));
     SetForegroundWindow(window);
     ASSERT_TRUE(becomesActive(window));
-    for (const int key : {VK_RETURN, VK_ESCAPE, VK_DOWN}) press(key); // the first two change nothing
+    for (const int key : {VK_RETURN, VK_ESCAPE, VK_DOWN}) press(key); // Return and Escape change nothing
     EXPECT_TRUE(comesTo(QOfBand2, 57));
     DestroyWindow(another);
 

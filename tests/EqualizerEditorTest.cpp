@@ -26,14 +26,14 @@
 #include <utility>
 #include <vector>
 
-// The editor as a host drives it, by the effect's record: on Windows that of the built library, elsewhere that of an
-// effect in this program, whose windows the stand-in shows to this program alone.
+// Calls the editor through the effect's record, as a host does. On Windows the record is that of the built library.
+// Elsewhere the effect is in this program, because only this program sees the windows of its stand-in.
 
 namespace eq {
 
 namespace {
 
-// By parameter.
+// The index is the number of the parameter.
 constexpr std::array<int, 13> SliderIds = {1012, 1014, 1016, 1018, 1023, 1020, 1022,
                                            1029, 1033, 1044, 1046, 1048, 1050};
 constexpr std::array<int, 13> ReadoutIds = {1013, 1015, 1017, 1019, 1024, 1021, 1025,
@@ -53,11 +53,11 @@ AEffect* makeEffect(audioMasterCallback callback) {
 #endif
 }
 
-/// An effect with what a host asks of its editor.
+/// An effect, with functions that call its editor as a host does.
 struct EditedEffect : HostedEffect {
     explicit EditedEffect(audioMasterCallback host = ScriptedHost::callback) : HostedEffect(makeEffect(host)) {}
 
-    /// The dialog that is opened in `parent`.
+    /// Opens the editor in `parent`, and returns the dialog.
     HWND open(HWND parent) const {
         EXPECT_EQ(dispatch(effEditOpen, parent), 1);
         return GetWindow(parent, GW_CHILD);
@@ -91,12 +91,12 @@ protected:
         for (std::size_t i = 0; i < 13; ++i) all.push_back(position(i));
         return all;
     }
-    /// Moves a slider as the user does, and notifies with the code.
+    /// Moves a slider as a user does, and sends a scroll message with the code.
     void scroll(std::size_t parameter, int pos, unsigned code, UINT message = WM_VSCROLL) const {
         SendMessageW(slider(parameter), TBM_SETPOS, TRUE, pos);
         SendMessageW(dialog, message, MAKEWPARAM(code, pos), reinterpret_cast<LPARAM>(slider(parameter)));
     }
-    /// What the host was told since the last time, as (parameter, value).
+    /// Returns the changes that the host has received since the last call, as (parameter, value).
     std::vector<std::pair<int, float>> automations() {
         std::vector<std::pair<int, float>> found;
         for (; callsSeen < host.calls().size(); ++callsSeen) {
@@ -116,7 +116,7 @@ protected:
 };
 
 TEST_F(Editor, OpensWithTheEffectsValuesInTheSizeThatItReportsAndChangesNothing) {
-    // A raised flag finds nothing to do.
+    // The update flag is set, but the editor has nothing to update.
     effect->set(2, effect->get(2));
     effect->idle();
     EXPECT_EQ(positions(), DefaultPositions);
@@ -148,10 +148,11 @@ TEST_F(Editor, OpensAndWorksWhileTheEffectIsSwitchedOff) {
     std::vector<float> sound(8192, 0.125f);
     float* channels[] = {sound.data(), sound.data() + 4096};
     effect->record->processReplacing(effect->record, channels, channels, 4096);
-    EXPECT_NEAR(sound[4095], 0.125 * 3.98, 0.01); // 12 dB, which have faded in by then
+    EXPECT_NEAR(sound[4095], 0.125 * 3.98, 0.01); // 12 dB, fully faded in
 }
 
-/// A host that closes the editor when it is told of a change, and idles. It may open it again in a window, once.
+/// A host that closes the editor when it is notified of a change, and then calls idle. If `windowToReopenIn` is set,
+/// the host opens the editor in that window once.
 HWND windowToReopenIn = nullptr;
 intptr closingCallback(AEffect* effect, int32 opcode, int32, intptr, void*, float) {
     if (opcode != audioMasterAutomate) return 2400;
@@ -198,7 +199,7 @@ TEST_F(Editor, GivesASizeAndStaysCalmWhereNoDialogCanBeMade) {
     effect->set(Volume, 0.123f);
     effect->idle();
     EXPECT_EQ(effect->get(Volume), 0.123f);
-    EXPECT_EQ(effect->rect()->right, 477); // 318 units of 6 quarters of a pixel
+    EXPECT_EQ(effect->rect()->right, 477); // 318 units of 6/4 pixels
     EXPECT_EQ(effect->rect()->bottom, 401);
     effect->dispatch(effEditClose);
     readyCommonControls();
@@ -233,7 +234,7 @@ TEST_F(Editor, ReadsPositionsBackAsThemselvesOrOneLower) {
     const std::vector<int> exact = {0, 7, 14, 17, 25, 28, 31, 34, 37, 50, 55, 56, 61, 62, 68, 74, 75, 81, 87, 93, 100};
     for (int pos = 0; pos <= 100; ++pos) {
         scroll(Volume, pos, TB_ENDTRACK);
-        // The slider stays where the user left it until somebody raises the flag.
+        // The slider stays where the user left it until another caller raises the flag.
         effect->idle();
         EXPECT_EQ(position(Volume), pos);
         effect->set(Gain1, effect->get(Gain1));
@@ -256,7 +257,7 @@ TEST_F(Editor, PutsAHostsValuesOnTheGridAtTheNextIdle) {
     effect->idle();
     EXPECT_EQ(automations(), Automations{}) << "its own change";
 
-    effect->set(Volume, 0.129f); // its slider is there already
+    effect->set(Volume, 0.129f); // the slider already has this position
     effect->idle();
     EXPECT_EQ(effect->get(Volume), 0.129f);
     EXPECT_EQ(automations(), Automations{});
@@ -270,13 +271,13 @@ TEST_F(Editor, PassesOverAHostsChangeThatWaitsWhenTheUserMovesASlider) {
     EXPECT_EQ(position(Gain1), 50);
     effect->set(Volume, effect->get(Volume));
     effect->idle();
-    EXPECT_EQ(position(Gain1), 89); // 0.9 is a little less than 90 hundredths
+    EXPECT_EQ(position(Gain1), 89); // 0.9 as a float is slightly less than 90 hundredths
 }
 
 TEST_F(Editor, ChangesNothingOnReturnOrEscape) {
     effect->set(Volume, 0.25f);
     dialog = effect->open(window.get());
-    effect->set(Gain1, 0.75f); // now the values differ from those at the construction and at the opening
+    effect->set(Gain1, 0.75f); // the values now differ from those at the construction and at the opening
     const std::vector<float> expected = effect->all();
     for (const WPARAM key : {IDOK, IDCANCEL}) SendMessageW(dialog, WM_COMMAND, key, 0);
     EXPECT_EQ(effect->all(), expected);
@@ -293,10 +294,10 @@ TEST_F(Editor, ServesTheButtonsThatADialogMayHave) {
     };
     const std::vector<float> defaults = effect->all();
     effect->set(Volume, 0.25f);
-    SendMessageW(dialog, WM_INITDIALOG, 0, 0); // as for a template with these buttons, opened now
+    SendMessageW(dialog, WM_INITDIALOG, 0, 0); // as if a dialog with these buttons opened now
     effect->set(Gain1, 0.75f);
 
-    click(1005, 1); // a notification that is no click
+    click(1005, 1); // a notification other than a click
     EXPECT_EQ(effect->get(Gain1), 0.75f);
     click(1005); // back to the values at the opening
     EXPECT_EQ(effect->get(Gain1), 0.5f);
@@ -314,7 +315,7 @@ TEST_F(Editor, ServesTheButtonsThatADialogMayHave) {
     effect->dispatch(effEditClose);
 }
 
-/// Runs the work on a thread that is not the dialog's.
+/// Runs the work on a thread other than the dialog's.
 template <typename Work>
 void elsewhere(const Work& work) {
     std::thread(work).join();
@@ -361,7 +362,7 @@ TEST_F(Editor, IsClosedWhenTheThreadOfItsDialogEnds) {
 
 TEST_F(Editor, MayBeMadeOnSeveralThreadsAtOnce) {
 #ifdef _WIN32
-    constexpr int Turns = 10; // a real window system takes its time
+    constexpr int Turns = 10; // a real window system is slow
 #else
     constexpr int Turns = 100;
 #endif
@@ -381,7 +382,7 @@ TEST_F(Editor, LeavesNothingBehindHoweverOftenItIsOpened) {
         effect->open(window.get());
         effect->dispatch(effEditClose);
     }
-    EXPECT_LT(heapInUse() - before, 100); // one that grows with the openings would be more
+    EXPECT_LT(heapInUse() - before, 100); // a leak at each opening would be larger
     EXPECT_EQ(GetWindow(window.get(), GW_CHILD), nullptr);
 }
 

@@ -30,13 +30,13 @@
 #include <sys/wait.h>
 #endif
 
-// Habits of hosts with which the library has to cope. Each test loads a copy of the library, which no other test uses.
+// Habits of hosts that the library must support. Each test loads its own copy of the library.
 
 namespace eq {
 
 namespace {
 
-/// A loaded copy of the library, in a folder of its own beside this language file.
+/// A loaded copy of the library, in its own folder with this language file.
 struct Copy {
     explicit Copy(const std::string& texts = {}) {
         const std::filesystem::path built = EQ_LIBRARY_PATH;
@@ -62,7 +62,7 @@ void switchOffAndOn(const HostedEffect& effect) {
     for (const intptr state : {0, 1}) EXPECT_EQ(effect.dispatch(effMainsChanged, nullptr, 0, state), 0);
 }
 
-/// Runs `audio` through in one call. The accumulating form adds to silence.
+/// Returns the output for `audio`, processed in one call. The accumulating form adds the output to silence.
 Stereo render(const HostedEffect& effect, Stereo audio, bool accumulates = false) {
     const std::size_t frames = audio[0].size();
     Stereo result = {Samples(frames), Samples(frames)};
@@ -80,7 +80,7 @@ using FloatingPointMode = std::array<unsigned, 2>;
 FloatingPointMode currentMode() {
     std::uint16_t x87 = 0;
     asm volatile("fnstcw %0" : "=m"(x87));
-    return {_mm_getcsr() & ~0x3FU, x87}; // without the exceptions that have occurred
+    return {_mm_getcsr() & ~0x3FU, x87}; // without the flags of past exceptions
 }
 
 void setMode(const FloatingPointMode& mode) {
@@ -89,7 +89,7 @@ void setMode(const FloatingPointMode& mode) {
     asm volatile("fnclex\n\tfldcw %0" : : "m"(x87));
 }
 
-/// Calls `action` in a mode, which it must not change.
+/// Calls `action` in a floating-point mode. The action must not change the mode.
 template <typename Action>
 void in(const FloatingPointMode& mode, const Action& action) {
     const FloatingPointMode before = currentMode();
@@ -128,7 +128,7 @@ TEST(HostHabits, WorksInAnyFloatingPointModeAndKeepsIt) {
             in(mode, [&] { text = effect->display(i); });
             EXPECT_EQ(text, effect->display(i));
         }
-        // A change in the usual mode hands over all values again.
+        // A parameter change in the default mode passes all values to the engine again.
         effect->set(0, Audible[0]);
         EXPECT_TRUE(sameBits(render(*effect, sound), expected));
 
@@ -156,7 +156,7 @@ TEST(HostHabits, ShowsAPointInALocaleWithADecimalComma) {
     const std::string source = EQ_LOCALE_SOURCES_DIR "/";
     const std::string command = "localedef -c -f '" + source + "ascii.charmap' -i '" + source + "decimal-comma' '" +
                                 copy.folder.path("decimal-comma") + "' 2>/dev/null";
-    // With warnings, since the locale lacks most categories. The next assertion sees a failure.
+    // localedef prints warnings, because the locale lacks most categories. The next assertion detects a failure.
     static_cast<void>(std::system(command.c_str()));
     EnvironmentVariable path("LOCPATH");
     path.set(copy.folder.path().string());
@@ -181,7 +181,7 @@ TEST(HostHabits, TwoCopiesOfTheLibraryShareNothing) {
         render(other, noise(3000, 2));
         EXPECT_EQ(effect.all(), before);
 
-        // A host that saves the values of one and restores them in the other.
+        // A host saves the values of one copy and restores them in the other.
         for (int32 i = 0; i < 13; ++i) effect.set(i, other.get(i));
         switchOffAndOn(other);
         const Stereo sound = noise(7000);
@@ -195,7 +195,8 @@ TEST(HostHabits, TwoCopiesOfTheLibraryShareNothing) {
     EXPECT_EQ(effect.display(5), "+10.0 one");
 }
 
-/// Calls `work` on a new thread that has 64 KiB of stack left. Wine makes no smaller stacks than 1 MiB.
+/// Calls `work` on a new thread that has 64 KiB of stack left. Under Wine a new stack has at least 1 MiB, so this
+/// function uses up the rest of the stack first.
 template <typename Work>
 void onSmallStack(const Work& work) {
     std::thread([&work] {
@@ -228,7 +229,8 @@ TEST(HostHabits, RunsEachBlockOnANewThreadWithASmallStack) {
         onSmallStack([&] {
             if (block % 4 == 0) setAll(effect, Audible);
             output = render(effect, input, block % 2 == 0);
-            // Here too, since a new thread's floating-point mode is not always that of the first.
+            // The reference runs on this thread, too, because a new thread may have another floating-point mode than
+            // the first thread.
             if (block % 4 == 0) reference.set(engineValues(Audible));
             expected = reference.render(input);
         });
@@ -255,7 +257,7 @@ TEST(HostHabits, ForgivesCallsInTheWrongOrderAndOnAnotherThread) {
     for (unsigned block = 0; block < 8; ++block) {
         const Stereo input = noise(1500, block);
         EXPECT_TRUE(sameBits(render(*effect, input, block % 2 == 0), reference.render(input)));
-        // Between two blocks, and too late.
+        // Between two blocks, when these commands are too late.
         for (const intptr size : {-1, 0, 100}) command(effSetBlockSize, size);
         command(effSetSampleRate, 0, 96000.0F);
         command(effMainsChanged, 1);

@@ -123,7 +123,7 @@ TEST(Library, OpensNoEditorOnLinux) {
 #endif
 
 #ifdef __i386__
-/// Calls a function of the interface with the stack pointer `skew` bytes below a multiple of 16.
+/// Calls a function of the interface with a stack pointer that is `skew` bytes below a multiple of 16.
 int32 callSkewed(const void* function, std::array<std::uintptr_t, 6> arguments, std::uintptr_t skew) {
     int32 result;
     asm volatile("movl %%esp, %%ebx\n\t"

@@ -18,14 +18,14 @@
 #include <thread>
 #include <vector>
 
-// The library may not allocate, lock or wait while it processes audio. This program stands between the library and the
-// C library's allocator and locks, and between its audio thread and the kernel, and writes down what comes by.
+// The library must not allocate, lock or wait while it processes audio. This program replaces the C library's functions
+// for memory and locks, refuses system calls of the audio thread, and counts all of these calls.
 
 using namespace eq;
 
 namespace {
 
-/// Whether this thread is inside a call of the effect's processing.
+/// Whether this thread is in a call that processes audio.
 thread_local bool processing = false;
 std::atomic<int> allocationsSeen = 0, locksSeen = 0, systemCallsSeen = 0;
 
@@ -33,12 +33,12 @@ void note(std::atomic<int>& seen) {
     if (processing) ++seen;
 }
 
-/// Stands for the system call that the kernel did not make: for the thread's own end it does not matter.
+/// Counts a system call that the kernel refused. At the end of the thread a refusal does no harm.
 void onSystemCall(int) {
     note(systemCallsSeen);
 }
 
-/// From here on no system call of this thread is made by which it could wait, or take or give back memory.
+/// From here on the kernel refuses those system calls of this thread that could wait, or that allocate or free memory.
 void refuseSystemCalls() {
     std::signal(SIGSYS, onSystemCall);
     constexpr unsigned Refused[] = {
@@ -57,10 +57,10 @@ void refuseSystemCalls() {
 
 } // namespace
 
-// The program's own come ahead of the C library's for every library that is loaded.
+// Every loaded library calls these functions of the program instead of the C library's.
 extern "C" {
 
-void* __libc_malloc(std::size_t size); // NOLINT(bugprone-reserved-identifier): the C library's own
+void* __libc_malloc(std::size_t size); // NOLINT(bugprone-reserved-identifier): a name of the C library
 void __libc_free(void* block);         // NOLINT(bugprone-reserved-identifier)
 
 void* malloc(std::size_t size) {

@@ -1,5 +1,5 @@
-// What the system's functions promise, where no other test would show that one does something else. On Windows the
-// system itself is asked: where it and the stand-in answer differently, the stand-in is wrong.
+// Behaviour of system functions that no other test covers. On Windows the tests call the system: if the stand-in's
+// results differ from the system's, the stand-in is wrong.
 
 #include "platform/win32.h"
 
@@ -26,8 +26,8 @@ namespace {
 
 using namespace std::string_literals;
 
-/// Whether a call of the system failed, and for this reason. The code is gone behind it, so that a next call that fails
-/// without a reason shows.
+/// Succeeds if a system call has failed with this error code. Clears the code, so that a later failure without a code
+/// is detected.
 testing::AssertionResult refused(bool hasFailed, DWORD reason) {
     const DWORD code = GetLastError();
     SetLastError(NO_ERROR);
@@ -41,7 +41,7 @@ std::wstring decoded(UINT page, const std::string& bytes, DWORD flags = 0) {
     return {text.data(), static_cast<std::size_t>(count)};
 }
 
-/// UTF-8 takes no default character, and says so.
+/// Returns a text in a code page. Conversions to UTF-8 refuse `usedDefault` and WC_NO_BEST_FIT_CHARS.
 std::string encoded(UINT page, const std::wstring& text, BOOL* usedDefault = nullptr) {
     std::array<char, 16> bytes{};
     const DWORD flags = page == CP_UTF8 ? 0 : WC_NO_BEST_FIT_CHARS;
@@ -82,7 +82,7 @@ TEST(CodePages, EncodeWhatTheyLackOrHaveTwiceAsTheSystemDoes) {
     EXPECT_EQ(encoded(1252, L"\xD83D\xDE00", &defaults), "??");
     EXPECT_NE(defaults, FALSE);
     EXPECT_EQ(encoded(1253, L"\xF8F9"), "\xAA");
-    // Characters that stand twice in the page: the usual place is the first one, or the last.
+    // Characters that occur twice in the page. The usual code is the first one, or the last one.
     EXPECT_EQ(encoded(932, L"\u222A\u7E8A\u2170"), "\x81\xBE\xFA\x5C\xFA\x40");
     EXPECT_EQ(encoded(CP_UTF8, L"\xD83Dx\xDE00"), "\xEF\xBF\xBDx\xEF\xBF\xBD");
 }
@@ -110,7 +110,7 @@ TEST(Resources, AreFoundByTheDigitsOfTheirNumbersAndByNarrowNames) {
     ASSERT_NE(dialog, nullptr);
     EXPECT_EQ(FindResourceW(nullptr, L"#143", L"#5"), dialog);
     EXPECT_EQ(FindResourceA(nullptr, "#143", "#5"), dialog);
-    // 143 in its low 16 bits
+    // 65679 has 143 in its low 16 bits
     EXPECT_TRUE(refused(FindResourceA(nullptr, "#65679", "#5") == nullptr, ERROR_INVALID_PARAMETER));
     const HRSRC named = FindResourceW(nullptr, L"Na\u00CFve", L"#10");
     ASSERT_NE(named, nullptr);
@@ -123,7 +123,8 @@ TEST(Languages, HaveAnAnsiCodepageAmongThoseThatArePublishedForThem) {
     const auto read = [&](LCID language) {
         return GetLocaleInfoA(language, LOCALE_IDEFAULTANSICODEPAGE, digits.data(), 6) == 0 ? "none" : digits.data();
     };
-    // The first was published with other pages than systems have for it, the others are gone from systems.
+    // Systems have other pages for the first language than the published ones. They no longer have the other two
+    // languages.
     const std::set<WORD> exceptions = {0x0438, 0x0812, 0x081A};
     for (const CodepagePair& pair : codepagePairs()) {
         if (exceptions.contains(pair.language)) continue;
@@ -137,7 +138,7 @@ TEST(Languages, HaveAnAnsiCodepageAmongThoseThatArePublishedForThem) {
 
 #ifndef _WIN32
 
-/// The environment without a word of languages.
+/// The environment without any variable for the language.
 class Environment : public testing::Test {
 protected:
     Environment() {

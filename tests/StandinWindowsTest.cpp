@@ -1,5 +1,5 @@
-// What the system promises of windows, dialogs and menus, where no other test would show that it does something else.
-// On Windows the system itself is asked: where it and the stand-in answer differently, the stand-in is wrong.
+// Behaviour of windows, dialogs and menus that no other test covers. On Windows the tests call the system: if the
+// stand-in's results differ from the system's, the stand-in is wrong.
 
 #include "platform/win32.h"
 

@@ -14,7 +14,8 @@ using eq::standin::refuse;
 
 using Table = std::vector<ACCEL>;
 
-// The system outlives a module: what a module destroys at its own unload still goes through here.
+// On Windows the system outlives every module, so a module may destroy its tables while it is unloaded. This priority
+// constructs `tables` before the program's other static objects, and therefore destroys it after them.
 [[gnu::init_priority(101)]] eq::standin::HandleTable<Table> tables;
 
 std::shared_ptr<Table> findTable(HACCEL handle) noexcept {
@@ -28,7 +29,7 @@ void widenCharacter(ACCEL& record) noexcept {
     const char narrow = static_cast<char>(record.key);
     wchar_t wide = 0;
     MultiByteToWideChar(CP_ACP, 0, &narrow, 1, &wide, 1);
-    record.key = static_cast<WORD>(wide); // NOLINT(bugprone-signed-char-misuse): it holds no char
+    record.key = static_cast<WORD>(wide); // NOLINT(bugprone-signed-char-misuse): not a char
 }
 
 HACCEL createTable(const ACCEL* records, int count, bool narrow) {

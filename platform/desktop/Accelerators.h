@@ -1,6 +1,6 @@
 #pragma once
 
-// Accelerator tables, which can be made, read back and destroyed. No key is translated.
+// Accelerator tables. They can be created, copied and destroyed, but key presses are not translated into commands.
 
 #include "platform/desktop/Keys.h"
 
@@ -8,10 +8,10 @@ using HACCEL = struct StandinAcceleratorTable*;
 
 extern "C" {
 
-/// Characters of an A table are of the ANSI code page. A table without records is refused.
+/// Creates a table. The A form reads characters in the ANSI code page. A table without records is refused.
 HACCEL WINAPI CreateAcceleratorTableA(LPACCEL records, int count) noexcept;
 HACCEL WINAPI CreateAcceleratorTableW(LPACCEL records, int count) noexcept;
 
-/// Without a buffer, the number of records.
+/// Returns the number of copied records, or without a buffer the number of records in the table.
 int WINAPI CopyAcceleratorTableW(HACCEL table, LPACCEL buffer, int size) noexcept;
 }

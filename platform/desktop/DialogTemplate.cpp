@@ -14,7 +14,7 @@ using eq::standin::TemplateCursor;
 using eq::standin::UnitRectangle;
 
 constexpr WORD NumberMark = 0xFFFF;
-/// A point size that means the font of message boxes, which no more fields describe.
+/// This point size selects the font of message boxes. No other font fields follow it.
 constexpr WORD MessageFont = 0x7FFF;
 
 SHORT takeSigned(TemplateCursor& cursor) noexcept {
@@ -40,7 +40,7 @@ NameOrNumber takeName(TemplateCursor& cursor) {
     return element;
 }
 
-/// Controls have short numbers for the names of their classes.
+/// Returns the class of a control. Templates abbreviate the names of predefined classes by numbers.
 NameOrNumber takeControlClass(TemplateCursor& cursor) {
     NameOrNumber element = takeName(cursor);
     switch (std::exchange(element.number, WORD{0})) {

@@ -14,11 +14,11 @@ struct NameOrNumber {
     WORD number = 0;
 
     [[nodiscard]] bool isEmpty() const noexcept { return name.empty() && number == 0; }
-    /// As the functions of windows take it; null if it is empty.
+    /// Returns the name in the form that the window functions accept, or null if it is empty.
     [[nodiscard]] LPCWSTR get() const noexcept { return name.empty() ? handleOfNumber<LPCWSTR>(number) : name.c_str(); }
 };
 
-/// In dialog units.
+/// A rectangle in dialog units.
 struct UnitRectangle {
     SHORT x;
     SHORT y;
@@ -46,10 +46,11 @@ struct DialogTemplate {
     std::vector<ItemTemplate> items;
 };
 
-/// Reads a template of the standard or the extended form. Creation data stays where it is.
+/// Returns the content of a template in the standard or the extended form. Items point to their creation data in the
+/// template.
 DialogTemplate readDialogTemplate(const void* dialog);
 
-/// Makes a dialog as CreateDialogIndirectParamW does.
+/// Creates a dialog from a template as CreateDialogIndirectParamW does.
 HWND createDialog(HINSTANCE module, const DialogTemplate& read, HWND parent, DLGPROC procedure, LPARAM parameter);
 
 } // namespace eq::standin

@@ -6,7 +6,7 @@
 #include "platform/standin/HandleTable.h"
 #include "platform/standin/Refuse.h"
 
-// Dialogs from their creation to their end.
+// Creates, runs and ends dialogs.
 
 namespace {
 
@@ -17,8 +17,8 @@ using eq::standin::LockedWindow;
 using eq::standin::parameterOf;
 using eq::standin::refuse;
 
-constexpr int UnitWidth = 6;   // of 4 units across
-constexpr int UnitHeight = 13; // of 8 units down
+constexpr int UnitWidth = 6;   // pixels per 4 horizontal dialog units
+constexpr int UnitHeight = 13; // pixels per 8 vertical dialog units
 
 int across(int units) noexcept {
     return MulDiv(units, UnitWidth, 4);
@@ -28,7 +28,7 @@ int down(int units) noexcept {
     return MulDiv(units, UnitHeight, 8);
 }
 
-/// Runs an action with a dialog's state; gives `otherwise` for what is no dialog.
+/// Returns the result of `action` for a dialog's state, or `otherwise` if the window is not a dialog.
 template <typename Action, typename Result>
 Result withState(HWND dialog, Result otherwise, Action action) noexcept {
     const LockedWindow window(dialog);
@@ -57,11 +57,11 @@ HWND createFrame(HINSTANCE module, const DialogTemplate& dialog, HWND parent) {
                            module, nullptr);
 }
 
-/// Ties the procedure to the dialog, which no message has reached before.
+/// Installs the dialog procedure, which has not received any message before.
 void bind(HWND dialog, DLGPROC procedure, bool hasFont) {
     if (const LockedWindow window(dialog); window) {
         window->dialog.emplace();
-        // Fonts are only told apart.
+        // A font has no content. Its handle only has to differ from other handles.
         if (hasFont) window->dialog->font = eq::standin::handleOfNumber<HFONT>(eq::standin::newHandleNumber());
     }
     SetWindowLongPtrW(dialog, DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(procedure));
@@ -105,7 +105,8 @@ DLGPROC procedureOf(HWND dialog) noexcept {
     return eq::standin::handleOfNumber<DLGPROC>(static_cast<std::uintptr_t>(GetWindowLongPtrW(dialog, DWLP_DLGPROC)));
 }
 
-/// The messages whose result the procedure returns itself.
+/// Returns whether the dialog procedure's return value is the result of the message. For other messages the result is
+/// in DWLP_MSGRESULT.
 bool returnsItsResult(UINT message) noexcept {
     switch (message) {
     case WM_INITDIALOG:
@@ -142,7 +143,7 @@ HWND eq::standin::createDialog(HINSTANCE module, const DialogTemplate& read, HWN
         DestroyWindow(dialog);
         return refuse(code);
     }
-    // There is no focus, and so no control that gets it.
+    // The first argument, 0, is the control that would receive the focus. The stand-in has no focus.
     if (procedure) SendMessageW(dialog, WM_INITDIALOG, 0, parameter);
     if ((read.style & WS_VISIBLE) != 0 && IsWindow(dialog)) ShowWindow(dialog, SW_SHOWNORMAL);
     return IsWindow(dialog) ? dialog : nullptr;
@@ -180,7 +181,7 @@ BOOL WINAPI EndDialog(HWND dialog, INT_PTR result) noexcept {
     });
     if (!known) return FALSE;
     ShowWindow(dialog, SW_HIDE);
-    // Wakes the loop that waits for a message.
+    // This message wakes the loop of a modal dialog.
     return PostMessageW(dialog, 0, 0, 0);
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
-// Dialogs: windows that are built from templates.
+// Dialogs: windows that are created from templates.
 //
-// A dialog's units are 6 by 13 pixels for 4 by 8 units, those of the 8-point dialog font at 96 dots per inch, whatever
-// font a template names.
+// 4 horizontal dialog units are 6 pixels, and 8 vertical ones are 13 pixels. These are the units of the 8-point dialog
+// font at 96 dots per inch. They do not depend on the font that a template names.
 
 #include "platform/desktop/Messages.h"
 
@@ -30,7 +30,7 @@ inline constexpr DWORD DS_SETFONT = 0x0040;
 inline constexpr DWORD DS_CONTROL = 0x0400;
 inline constexpr DWORD DS_CENTER = 0x0800;
 
-// Places in a dialog's own memory.
+// Offsets into a dialog's extra bytes, and the number of these bytes.
 inline constexpr int DWLP_MSGRESULT = 0;
 inline constexpr int DWLP_DLGPROC = sizeof(LRESULT);
 inline constexpr int DWLP_USER = DWLP_DLGPROC + static_cast<int>(sizeof(DLGPROC));
@@ -40,14 +40,16 @@ inline constexpr int IDCANCEL = 2;
 
 extern "C" {
 
-/// Templates are wide, so that the A and W functions are one. A template that names a menu is refused, since there are
-/// no resources here, and one for a window at the middle of the screen, since there is none.
+/// Creates a dialog. Both forms do the same, because texts in templates are always wide. A template that names a menu
+/// is refused, because menu resources are not available here. A template with DS_CENTER is refused, because there is no
+/// screen.
 HWND WINAPI CreateDialogIndirectParamA(HINSTANCE module, LPCDLGTEMPLATEA dialog, HWND parent, DLGPROC procedure,
                                        LPARAM parameter) noexcept;
 HWND WINAPI CreateDialogIndirectParamW(HINSTANCE module, LPCDLGTEMPLATEW dialog, HWND parent, DLGPROC procedure,
                                        LPARAM parameter) noexcept;
 
-/// Runs until EndDialog.
+/// Runs a dialog until EndDialog, and returns the result that EndDialog receives. Returns -1 if the dialog cannot be
+/// created, and 0 if the owner is not a window.
 INT_PTR WINAPI DialogBoxIndirectParamA(HINSTANCE module, LPCDLGTEMPLATEA dialog, HWND owner, DLGPROC procedure,
                                        LPARAM parameter) noexcept;
 INT_PTR WINAPI DialogBoxIndirectParamW(HINSTANCE module, LPCDLGTEMPLATEW dialog, HWND owner, DLGPROC procedure,

@@ -8,7 +8,7 @@ namespace {
 
 constexpr int DotsPerInch = 96;
 
-/// DEFAULT_GUI_FONT
+/// Returns the font of DEFAULT_GUI_FONT.
 LOGFONTA guiFont() noexcept {
     LOGFONTA font{};
     font.lfHeight = -11; // 8 points

@@ -1,6 +1,6 @@
 #pragma once
 
-// The part of the drawing interface that tells of the system's dialog font.
+// The functions that describe the system's dialog font.
 
 #include "platform/standin/Types.h"
 
@@ -31,13 +31,13 @@ static_assert(sizeof(LOGFONTA) == 60);
 
 extern "C" {
 
-/// Null for all but DEFAULT_GUI_FONT, which is Tahoma at 8 points.
+/// Returns the font Tahoma at 8 points for DEFAULT_GUI_FONT, and null for any other index.
 HGDIOBJ WINAPI GetStockObject(int index) noexcept;
 int WINAPI GetObjectA(HGDIOBJ object, int size, void* buffer) noexcept;
-/// Of the whole screen alone.
+/// Returns the device context of the screen for a null window, and null for any other window.
 HDC WINAPI GetDC(HWND window) noexcept;
 int WINAPI ReleaseDC(HWND window, HDC context) noexcept;
-/// 96 for LOGPIXELSY, and 0 for all else.
+/// Returns 96 for LOGPIXELSY, and 0 for any other index.
 int WINAPI GetDeviceCaps(HDC context, int index) noexcept;
 int WINAPI MulDiv(int number, int numerator, int denominator) noexcept;
 }

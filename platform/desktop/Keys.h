@@ -1,6 +1,6 @@
 #pragma once
 
-// Accelerator records, and such virtual-key codes as the project names.
+// Accelerator records, and the virtual-key codes that this project uses.
 
 #include "platform/standin/Types.h"
 

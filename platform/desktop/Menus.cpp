@@ -30,11 +30,10 @@ eq::standin::HandleTable<Menu>& menus() {
 
 constexpr UINT None = ~UINT{0};
 
-// Of an item in a template.
+// Options of an item in a template.
 constexpr UINT Popup = 0x0010;
 constexpr UINT End = 0x0080;
 
-/// A new menu and its handle.
 struct NewMenu {
     std::shared_ptr<Menu> menu = std::make_shared<Menu>();
     HMENU handle = static_cast<HMENU>(menus().add(menu));
@@ -46,8 +45,8 @@ std::shared_ptr<Menu> findMenu(HMENU handle) noexcept {
     return menu;
 }
 
-/// An item as a template holds it: a popup's own items follow, and the level goes on behind them unless this was its
-/// last item.
+/// An item of a template. The items of a popup follow the popup. After them come the remaining items of the popup's own
+/// level, unless the popup is the last of them.
 struct ReadItem {
     MenuItem item;
     bool isPopup;
@@ -70,7 +69,7 @@ ReadItem readExtendedItem(eq::standin::TemplateCursor& cursor) {
     ReadItem read{{id, nullptr, cursor.takeText()}, (info & 0x01) != 0, (info & End) != 0};
     if (read.isPopup) {
         cursor.alignToDoubleWord();
-        cursor.skip(sizeof(DWORD)); // the help id, which nobody can ask for
+        cursor.skip(sizeof(DWORD)); // the help id, which no function returns
     }
     return read;
 }
@@ -80,7 +79,8 @@ struct Level {
     bool isLastOfParent;
 };
 
-/// Levels lie on a stack of their own, since a template may nest deeper than calls can.
+/// Reads the items of all levels. The open levels are on an explicit stack, because templates may nest deeper than the
+/// call stack permits.
 void readItems(eq::standin::TemplateCursor& cursor, ReadItem (*readItem)(eq::standin::TemplateCursor&),
                const std::shared_ptr<Menu>& menu) {
     std::vector<Level> open{{menu, true}};
@@ -96,7 +96,8 @@ void readItems(eq::standin::TemplateCursor& cursor, ReadItem (*readItem)(eq::sta
             continue;
         }
         items.push_back(std::move(read.item));
-        // The last item ends its level, and each level above whose last item is the popup that has ended.
+        // The last item ends its level. If a popup is the last item of the outer level, the end of the popup's level
+        // also ends the outer level.
         for (bool ended = read.isLast; ended && !open.empty();) {
             ended = open.back().isLastOfParent;
             open.pop_back();
@@ -120,7 +121,7 @@ HMENU loadMenu(const void* menuTemplate) {
     return loaded.handle;
 }
 
-/// The item at a place, with the menu that keeps it; the item is null if there is none.
+/// Returns the item at a position, and the menu, which keeps the item alive. The item is null if there is none.
 std::pair<std::shared_ptr<Menu>, const MenuItem*> findItem(HMENU handle, std::size_t position) noexcept {
     auto menu = findMenu(handle);
     if (!menu) return {};

@@ -1,6 +1,6 @@
 #pragma once
 
-// Menus: trees of items that are built from templates and can be asked. Nothing shows them.
+// Menus: trees of items that are built from templates and can be queried. No menu is ever shown.
 
 #include "platform/standin/Types.h"
 
@@ -12,16 +12,17 @@ inline constexpr UINT MF_BYPOSITION = 0x00000400;
 
 extern "C" {
 
-/// Builds a menu of the standard or the extended form. Templates are wide, so that the two functions are one.
+/// Builds a menu from a template in the standard or the extended form. Both functions do the same, because texts in
+/// templates are always wide.
 HMENU WINAPI LoadMenuIndirectA(const MENUTEMPLATEA* menuTemplate) noexcept;
 HMENU WINAPI LoadMenuIndirectW(const MENUTEMPLATEW* menuTemplate) noexcept;
 
-/// Takes the popups below with it.
+/// Destroys a menu and all popups below it.
 BOOL WINAPI DestroyMenu(HMENU menu) noexcept;
 
 HMENU WINAPI GetSubMenu(HMENU menu, int position) noexcept;
-/// UINT(-1) for a popup.
+/// Returns the id of an item, or UINT(-1) for a popup.
 UINT WINAPI GetMenuItemID(HMENU menu, int position) noexcept;
-/// With MF_BYPOSITION alone, into a buffer.
+/// Copies the text of an item to a buffer, and returns its length. Supports MF_BYPOSITION only.
 int WINAPI GetMenuStringW(HMENU menu, UINT position, LPWSTR buffer, int size, UINT flags) noexcept;
 }

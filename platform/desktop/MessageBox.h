@@ -1,6 +1,6 @@
 #pragma once
 
-// Message boxes: written to standard error, and taken as answered with OK.
+// Message boxes. The stand-in writes them to standard error and answers OK.
 
 #include "platform/standin/Types.h"
 

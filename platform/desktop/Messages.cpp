@@ -9,7 +9,7 @@
 #include <condition_variable>
 #include <deque>
 
-// The ways of messages: sent at once, or through the queues.
+// Sends messages directly to window procedures, or posts them to a queue.
 
 namespace {
 
@@ -22,7 +22,7 @@ struct Posted {
 };
 
 struct Queue {
-    std::deque<Posted> messages; // of all threads
+    std::deque<Posted> messages; // the posted messages of all threads
     std::condition_variable_any arrived;
 };
 
@@ -31,7 +31,8 @@ Queue& queue() {
     return posted;
 }
 
-/// The procedure of a window of the calling thread, or null and the reason.
+/// Returns the procedure of a window that belongs to the calling thread. For any other handle returns null and sets the
+/// last error.
 WNDPROC procedureHere(HWND handle) noexcept {
     const LockedWindow window(handle);
     if (!window) return nullptr;
@@ -44,7 +45,8 @@ DWORD ticks() noexcept {
     return static_cast<DWORD>(duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
 }
 
-/// The calling thread's first message. The lock must be held.
+/// Moves the calling thread's first message from the queue to `message`. Returns false if there is none. The caller
+/// holds `windowLock`.
 bool takePosted(MSG& message) {
     auto& messages = queue().messages;
     const auto found =

@@ -1,6 +1,6 @@
 #pragma once
 
-// Messages to windows, and the queues of threads.
+// Messages to windows, and the message queues of threads.
 
 #include "platform/desktop/Windowing.h"
 
@@ -51,16 +51,19 @@ constexpr LPARAM MAKELPARAM(DWORD_PTR low, DWORD_PTR high) noexcept {
 
 extern "C" {
 
-/// To windows of the calling thread; refused for those of others, with ERROR_WINDOW_OF_OTHER_THREAD.
+/// Sends a message to a window of the calling thread. For a window of another thread returns 0 with
+/// ERROR_WINDOW_OF_OTHER_THREAD.
 LRESULT WINAPI SendMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
-/// Windows here know one width of text, so this is the wide form, too.
+/// Calls a window procedure. The stand-in has no W form: all its windows use wide texts, so both forms would do the
+/// same.
 LRESULT WINAPI CallWindowProcA(WNDPROC procedure, HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
-/// Does nothing: texts are set and asked for without messages.
+/// Returns 0 and does nothing, because window texts are set and read without messages.
 LRESULT WINAPI DefWindowProcW(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
 
-/// A null window posts to the calling thread itself.
+/// Posts a message to the thread of a window. A null window means the calling thread.
 BOOL WINAPI PostMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
-/// Takes the thread's next message, of whichever window and kind; nothing else is supported.
+/// Moves the calling thread's next message from its queue to `message`. Supports PM_REMOVE only, and no selection by
+/// window or message.
 BOOL WINAPI PeekMessageW(LPMSG message, HWND window, UINT first, UINT last, UINT removal) noexcept;
 LRESULT WINAPI DispatchMessageW(const MSG* message) noexcept;
 }

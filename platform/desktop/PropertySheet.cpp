@@ -5,7 +5,7 @@
 
 #include <utility>
 
-// Which page of a sheet is shown, and what its buttons do.
+// Selects the page that a sheet shows, and handles the sheet's buttons.
 
 namespace eq::standin {
 
@@ -38,7 +38,8 @@ LRESULT PropertySheet::notify(UINT code) noexcept {
     return SendMessageW(windowOf(m_active), WM_NOTIFY, 0, parameterOf(&notification));
 }
 
-/// Shows the page at `index` in place of the active one, unless it cannot be made.
+/// Shows the page at `index` instead of the active page. Returns false if there is no such page, or if its dialog
+/// cannot be created.
 bool PropertySheet::activate(int index) {
     if (!has(index) || !makeDialog(index)) return false;
     if (const HWND before = windowOf(m_active)) ShowWindow(before, SW_HIDE);
@@ -53,23 +54,23 @@ bool PropertySheet::makeDialog(int index) {
     if (windowOf(index)) return true;
     const Page made = at(index);
     const HWND window = made.page->createDialog(m_window);
-    // Its first messages may have ended the sheet.
+    // The first messages of the page's dialog may have destroyed the sheet, and with it the list of pages.
     if (has(index)) at(index).window = window;
     return windowOf(index) != nullptr;
 }
 
-/// A page goes before an index; one that is not of this sheet does not count.
+/// Shows a page. The handle has priority over the index, unless the page is not of this sheet.
 bool PropertySheet::select(int index, HPROPSHEETPAGE page) {
     const int ofPage = indexOf(page);
     return activate(ofPage >= 0 ? ofPage : index);
 }
 
-/// A wizard's Next and Back. The page may stay.
+/// Handles a wizard's buttons Next and Back. The active page can refuse the change.
 void PropertySheet::turn(UINT code, int direction) {
     if (notify(code) == 0) activate(m_active + direction);
 }
 
-/// A modal sheet's window goes with its loop, and the owner of a modeless one destroys it.
+/// Marks the sheet as closed. Its window stays: the loop of a modal sheet or the owner of a modeless sheet destroys it.
 void PropertySheet::close(INT_PTR result) noexcept {
     m_result = result;
     m_closed = true;

@@ -8,7 +8,7 @@
 
 namespace eq::standin {
 
-/// A sheet owns its pages, from before its window is made until that is destroyed.
+/// A property sheet. It owns its pages from before the creation of its window until the window's destruction.
 class PropertySheet {
 public:
     template <typename Unit>
@@ -22,24 +22,24 @@ public:
     PropertySheet(const PropertySheet&) = delete;
     PropertySheet& operator=(const PropertySheet&) = delete;
     ~PropertySheet() {
-        // Otherwise the window has done so as it went.
+        // A sheet with a window releases the pages when the window is destroyed.
         if (!m_window) releasePages();
     }
 
-    /// Takes a page over. One whose dialog has no template is not shown.
+    /// Takes ownership of a page. A page whose dialog has no template is destroyed instead of shown.
     void take(HPROPSHEETPAGE handle);
     [[nodiscard]] bool isEmpty() const noexcept { return m_pages.empty(); }
 
-    /// Calls the sheet's callback.
+    /// Calls the sheet's callback, if there is one.
     void tell(HWND window, UINT event, LPARAM parameter) const noexcept {
         if (m_callback) m_callback(window, event, parameter);
     }
 
-    /// Shows the start page in a window that has been made.
+    /// Shows the start page in the sheet's new window. If that fails, destroys the window, and the result becomes -1.
     void open(HWND window);
-    /// What the dialog procedure does but for the start.
+    /// Handles a message to the sheet's window, except WM_INITDIALOG. Returns the dialog procedure's result.
     INT_PTR handle(UINT message, WPARAM wParam, LPARAM lParam);
-    /// Runs until the sheet is closed, and gives its result.
+    /// Runs until the sheet is closed, and returns its result.
     INT_PTR run();
 
 private:
@@ -73,7 +73,7 @@ private:
     DWORD m_flags;
     std::wstring m_caption;
     std::vector<Page> m_pages;
-    int m_active; // none at first
+    int m_active; // -1: no page is shown yet
     int m_start;
     PFNPROPSHEETCALLBACK m_callback;
     bool m_closed = false;

@@ -9,7 +9,7 @@
 #include <cstring>
 #include <list>
 
-// The life of pages, from their records to their dialogs.
+// Pages: copies of the caller's records, and the dialogs that are created from them.
 
 namespace {
 
@@ -24,7 +24,8 @@ eq::standin::HandleTable<PropertyPage>& pages() {
 
 constexpr DWORD KnownFlags = PSP_DLGINDIRECT | PSP_USETITLE | PSP_USEREFPARENT | PSP_USECALLBACK;
 
-/// A page is a control of its sheet, whatever its template says, and the sheet shows it.
+/// Returns the style of a page's dialog. The dialog is a control of its sheet, whatever its template says, and the
+/// sheet makes it visible.
 DWORD pageStyle(DWORD style) noexcept {
     constexpr DWORD ofWindowsAlone = WS_CAPTION | WS_SYSMENU | WS_POPUP | WS_DISABLED | WS_VISIBLE;
     return (style & ~ofWindowsAlone) | WS_CHILD | WS_TABSTOP | DS_CONTROL;
@@ -35,7 +36,8 @@ class PageOf final : public PropertyPage {
 public:
     using Record = PropSheetPage<Unit>;
 
-    /// A record may be shorter than today's, or go on with data of the caller's own.
+    /// Copies a record of `dwSize` bytes. The record may be an older, shorter one, or may end with the caller's own
+    /// data.
     explicit PageOf(const Record* given) : m_bytes(std::max<std::size_t>(given->dwSize, sizeof(Record))) {
         std::memcpy(m_bytes.data(), given, given->dwSize);
         const DWORD flags = record().dwFlags;
@@ -91,7 +93,7 @@ HPROPSHEETPAGE createPage(const PropSheetPage<Unit>* given) noexcept try {
     if ((given->dwFlags & ~KnownFlags) != 0) return refuse(ERROR_NOT_SUPPORTED);
     const auto page = std::make_shared<PageOf<Unit>>(given);
     const auto handle = static_cast<HPROPSHEETPAGE>(pages().add(page));
-    // Callbacks from before the newer members do not know the event.
+    // A caller that uses version 1 of the record does not know this event.
     if (given->dwSize > PROPSHEETPAGEA_V1_SIZE) page->tell(PSPCB_ADDREF);
     return handle;
 } catch (...) {

@@ -1,6 +1,6 @@
 #pragma once
 
-// What sheets see of their pages.
+// The interface of pages to their sheets.
 
 #include "platform/desktop/PropertySheets.h"
 #include "platform/desktop/Window.h"
@@ -11,7 +11,7 @@
 
 namespace eq::standin {
 
-/// A page: the system's own copy of a record and of its texts. It is the callback's and the dialog's to change.
+/// A page: the system's copy of a record and of its texts. The page's callback and its dialog may change the copy.
 class PropertyPage {
 public:
     PropertyPage() = default;
@@ -19,21 +19,21 @@ public:
     PropertyPage& operator=(const PropertyPage&) = delete;
     virtual ~PropertyPage() = default;
 
-    /// The template of its dialog, or null.
+    /// Returns the template of the page's dialog, or null.
     [[nodiscard]] virtual const void* dialogTemplate() const noexcept = 0;
-    /// Empty if the page has none of its own.
+    /// Returns the page's own title, or an empty text.
     [[nodiscard]] virtual std::wstring title() const = 0;
-    /// Calls the page's callback. A page without one agrees to everything.
+    /// Returns the result of the page's callback, or 1 (consent) without a callback.
     virtual UINT tell(UINT event) noexcept = 0;
-    /// Tells the callback of the page's end, and lets go of the caller's counter.
+    /// Notifies the callback of the page's end, and decrements the caller's counter.
     virtual void release() noexcept = 0;
-    /// Null if there is no template, or the callback refuses it.
+    /// Returns the page's new dialog, or null if there is no template or the callback refuses.
     virtual HWND createDialog(HWND sheet) = 0;
 };
 
 std::shared_ptr<PropertyPage> findPropertyPage(HPROPSHEETPAGE handle);
 
-/// A text; empty if a number stands in its place.
+/// Returns the text, or an empty text if the pointer is a number.
 inline std::wstring textUnlessNumber(LPCSTR text) {
     return isNumber(text) ? std::wstring() : wideFromAnsi(text);
 }

@@ -7,14 +7,14 @@ namespace eq::standin {
 
 namespace {
 
-// Of buttons, some of which have no names in Win32.
+// Ids of buttons. Win32 has names for only some of them.
 constexpr int IdHelp = 9;
 constexpr int IdApply = 0x3021;
 constexpr int IdBack = 0x3023;
 constexpr int IdNext = 0x3024;
 constexpr int IdFinish = 0x3025;
 
-// In dialog units.
+// Sizes in dialog units.
 constexpr int Width = 276;
 constexpr int Height = 240;
 constexpr int ButtonWidth = 50;

@@ -7,8 +7,8 @@
 
 namespace eq::standin {
 
-/// A sheet's own template: its frame and its buttons, of which it hides those that its properties leave out. The
-/// sheet's callback may change it before the sheet is made.
+/// The dialog template of a property sheet: the frame and the buttons. Buttons that the sheet's flags exclude are
+/// hidden. The sheet's callback may change the template before the sheet is created.
 class PropertySheetTemplate {
 public:
     explicit PropertySheetTemplate(DWORD sheetFlags);

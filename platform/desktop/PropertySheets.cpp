@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-// How sheets are opened.
+// Opens property sheets.
 
 namespace {
 
@@ -20,7 +20,7 @@ using eq::standin::refuse;
 constexpr DWORD KnownFlags =
     PSH_PROPSHEETPAGE | PSH_WIZARD | PSH_NOAPPLYNOW | PSH_USECALLBACK | PSH_HASHELP | PSH_MODELESS;
 
-/// The sheets that have windows.
+/// Returns the sheets that have windows. `windowLock` guards the map.
 std::map<HWND, std::shared_ptr<PropertySheet>>& sheets() {
     static std::map<HWND, std::shared_ptr<PropertySheet>> open;
     return open;
@@ -50,7 +50,7 @@ INT_PTR CALLBACK sheetProcedure(HWND window, UINT message, WPARAM wParam, LPARAM
         enter(window, lParam)->open(window);
         return TRUE;
     }
-    // It lives as long as it handles a message.
+    // This reference keeps the sheet alive while it handles the message.
     const auto sheet = sheetOf(window);
     if (message == WM_NCDESTROY) forget(window);
     return sheet ? sheet->handle(message, wParam, lParam) : FALSE;
@@ -66,7 +66,8 @@ HPROPSHEETPAGE createPage(LPCPROPSHEETPAGEW record) noexcept {
     return eq::standin::system::CreatePropertySheetPageW(record);
 }
 
-/// The records lie one behind the other, each as long as it says.
+/// Passes the pages of a header to a sheet. The header contains handles or records. A record's `dwSize` is the distance
+/// to the next record.
 template <typename Unit>
 void takePages(PropertySheet& sheet, const PropSheetHeader<Unit>& header) {
     if ((header.dwFlags & PSH_PROPSHEETPAGE) == 0) {

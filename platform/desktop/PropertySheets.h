@@ -1,11 +1,12 @@
 #pragma once
 
-// Property sheets: dialogs that hold pages, of which each is a dialog of its own, and buttons for all of them.
+// Property sheets: dialogs that contain pages and common buttons. Each page is a dialog of its own.
 //
-// The functions are the system's own, found by name alone: GetProcAddress of the library "comctl32". A sheet has its
-// buttons, but no tabs, icons and pictures, since nothing is drawn, and one size, whatever its pages need. Pages are
-// not asked whether they may be shown or left, and of the buttons only Back, Next and Cancel can be pressed. Nothing is
-// looked for in a module's resources: templates lie in memory, texts are texts, and pages have no numbers.
+// The functions are the system's. Callers find them by name only: by GetProcAddress in the library "comctl32". A sheet
+// has buttons, but no tabs, icons and pictures, because nothing is drawn. Its size does not depend on its pages. Pages
+// are not asked whether they may be shown or left (PSN_SETACTIVE, PSN_KILLACTIVE). Only the buttons Back, Next and
+// Cancel can be pressed. Sheets use no resources: templates are in memory, texts are not resource ids, and pages have
+// no ids.
 
 #include "platform/desktop/Dialogs.h"
 
@@ -26,7 +27,7 @@ struct PSHNOTIFY {
 
 namespace eq::standin {
 
-/// The records of both kinds of texts.
+/// The records of pages and sheets. `Unit` is char in the A form, and wchar_t in the W form.
 template <typename Unit>
 struct PropSheetPage {
     DWORD dwSize;
@@ -99,12 +100,12 @@ using PFNPROPSHEETCALLBACK = int(CALLBACK*)(HWND, UINT, LPARAM);
 static_assert(sizeof(PROPSHEETPAGEA) == 8 + 11 * sizeof(void*));
 static_assert(sizeof(PROPSHEETHEADERA) == 8 + 11 * sizeof(void*));
 
-// The sizes of records from before the newer members.
+// The sizes of version 1 of the records. Later versions have more members at the end.
 inline constexpr DWORD PROPSHEETPAGEA_V1_SIZE = offsetof(PROPSHEETPAGEA, pcRefParent) + sizeof(UINT*);
 inline constexpr DWORD PROPSHEETHEADERA_V1_SIZE =
     offsetof(PROPSHEETHEADERA, pfnCallback) + sizeof(PFNPROPSHEETCALLBACK);
 
-// Other pages than those with these properties are refused.
+// The supported flags of pages. A page with any other flag is refused.
 inline constexpr DWORD PSP_DLGINDIRECT = 0x00000001;
 inline constexpr DWORD PSP_USETITLE = 0x00000008;
 inline constexpr DWORD PSP_USEREFPARENT = 0x00000040;
@@ -114,7 +115,7 @@ inline constexpr UINT PSPCB_ADDREF = 0;
 inline constexpr UINT PSPCB_RELEASE = 1;
 inline constexpr UINT PSPCB_CREATE = 2;
 
-// Other sheets than those with these properties are refused.
+// Flags of sheets. A sheet with PSH_USEPSTARTPAGE, or with a flag that is not listed here, is refused.
 inline constexpr DWORD PSH_PROPSHEETPAGE = 0x00000008;
 inline constexpr DWORD PSH_WIZARD = 0x00000020;
 inline constexpr DWORD PSH_USEPSTARTPAGE = 0x00000040;

@@ -2,8 +2,8 @@
 
 // The system functions that a library may replace by its own functions of the same names.
 //
-// The plain names are declared here and defined by the library that replaces them. The system functions themselves are
-// in namespace eq::standin::system, and only a look-up by name finds them: GetModuleHandleA and GetProcAddress.
+// This header declares the plain names. The library that replaces the functions defines them. The system versions are
+// in namespace eq::standin::system, where only a look-up by name finds them: GetModuleHandleA and GetProcAddress.
 
 #include "platform/ReplacedFunctions.h"
 #include "platform/desktop/Accelerators.h"

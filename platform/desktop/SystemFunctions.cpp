@@ -26,7 +26,7 @@ const std::array SystemFunctions = {
 #undef EQ_FUNCTION
 };
 
-// The address of a library's entry is its handle, which no module that is really loaded can have.
+// The handle of a system library is the address of its name in this array. No loaded module can have that handle.
 constexpr std::array<std::string_view, 3> libraries = {"kernel32", "user32", "comctl32"};
 
 HMODULE moduleOf(const std::string_view* library) noexcept {
@@ -52,7 +52,7 @@ FARPROC findFunction(HMODULE library, std::string_view name) noexcept {
 
 constexpr eq::standin::SystemLibraries desktopLibraries = {findLibrary, findFunction};
 
-/// Supplies the look-up while the program loads.
+/// Registers the look-up while the program is loaded.
 const struct Registration {
     Registration() noexcept { eq::standin::systemLibraries = &desktopLibraries; }
 } Registered;

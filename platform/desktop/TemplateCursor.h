@@ -7,7 +7,7 @@
 
 namespace eq::standin {
 
-/// Reads a compiled template. Its size is not known to the functions that take it, so its own structure alone says
+/// Reads a compiled template. Win32 functions receive templates without a size, so only the template's structure shows
 /// where it ends.
 class TemplateCursor {
 public:
@@ -17,7 +17,7 @@ public:
     [[nodiscard]] std::uint32_t takeDoubleWord() noexcept { return take<std::uint32_t>(); }
     [[nodiscard]] std::uint16_t peekWord() const noexcept { return TemplateCursor(*this).takeWord(); }
 
-    /// A text, which ends behind its terminator.
+    /// Reads a text and its terminator. Returns the text.
     [[nodiscard]] std::wstring takeText() {
         std::wstring text;
         for (auto unit = takeWord(); unit != 0; unit = takeWord()) text += static_cast<wchar_t>(unit);

@@ -1,6 +1,6 @@
 #pragma once
 
-// Test access to windows and message boxes.
+// The state of windows, menus and message boxes, for tests.
 
 #include "platform/standin/TestHooks.h"
 
@@ -16,10 +16,10 @@ struct ShownMessageBoxes {
     WORD lastLanguage = 0;
 };
 
-/// The message boxes of this process so far.
+/// Returns the number of message boxes in this process so far, and the last one.
 ShownMessageBoxes shownMessageBoxes();
 
-/// Objects that were made and not destroyed, in the whole process.
+/// Returns the number of windows or menus that exist in this process.
 std::size_t liveWindows() noexcept;
 std::size_t liveMenus() noexcept;
 

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// A trackbar's state, which lies in its window's own bytes.
+/// The state of a trackbar, which is stored in the extra bytes of its window.
 class Trackbar {
 public:
     explicit Trackbar(HWND window) noexcept : m_window(window) {}
@@ -20,7 +20,7 @@ public:
     }
 
     void setPosition(LONG_PTR position) noexcept {
-        // A range may be upside down; then its end wins.
+        // If the maximum is less than the minimum, the position is the maximum.
         setField(2, std::min(std::max(position, field(0)), field(1)));
     }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// The trackbar: a range and a position in it. Nobody moves it, so that it tells nobody.
+// The trackbar: a range and a position in the range. No user moves it, so it sends no notifications.
 
 #include "platform/desktop/Messages.h"
 
@@ -20,7 +20,7 @@ inline constexpr WORD TB_ENDTRACK = 8;
 
 extern "C" {
 
-/// Registers the class "msctls_trackbar32" for ICC_BAR_CLASSES; there are no other common controls. From the first call
-/// on the library "comctl32" is in the process.
+/// Registers the class "msctls_trackbar32" for ICC_BAR_CLASSES. Returns FALSE for any other class of controls. After
+/// the first call, the library "comctl32" is in the process.
 BOOL WINAPI InitCommonControlsEx(const INITCOMMONCONTROLSEX* classes) noexcept;
 }

@@ -4,10 +4,10 @@
 
 namespace eq::standin {
 
-/// Of the class "msctls_trackbar32". Its windows keep their range and position in bytes of their own.
+/// The procedure of the class "msctls_trackbar32". A trackbar stores its range and position in its extra bytes.
 LRESULT CALLBACK trackbarProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
 
-/// Whether InitCommonControlsEx has been called.
+/// Returns whether InitCommonControlsEx has been called.
 bool areCommonControlsRegistered() noexcept;
 
 inline constexpr int TrackbarExtraBytes = 3 * static_cast<int>(sizeof(LONG_PTR));

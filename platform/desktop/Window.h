@@ -1,6 +1,6 @@
 #pragma once
 
-// What the sources of the windows share.
+// Types and functions that the sources of this folder share.
 
 #include "platform/desktop/Dialogs.h"
 #include "platform/standin/Errors.h"
@@ -23,10 +23,10 @@ struct WindowClass {
     std::size_t extraBytes;
 };
 
-/// The class of a name or an atom, or null. Names are told apart without regard to case.
+/// Returns the class with a name or an atom, or null. Names are compared without regard to case.
 std::shared_ptr<const WindowClass> findWindowClass(LPCWSTR nameOrAtom);
 
-/// What a window has if it was made as a dialog.
+/// The state that a dialog has in addition to that of a window.
 struct DialogState {
     HFONT font = nullptr;
     INT_PTR result = 0;
@@ -37,7 +37,7 @@ struct Window {
     std::shared_ptr<const WindowClass> windowClass;
     DWORD thread = 0;
     WNDPROC procedure = nullptr;
-    HWND parent = nullptr; // of a child alone
+    HWND parent = nullptr; // of a child window only
     HWND owner = nullptr;
     std::vector<HWND> children; // in the order of their creation
     DWORD style = 0;
@@ -51,10 +51,11 @@ struct Window {
     std::optional<DialogState> dialog;
 };
 
-/// Guards all windows, and the queues. Never held while a procedure is called.
+/// Returns the lock of all windows and message queues. No thread holds it while it calls a window procedure.
 std::recursive_mutex& windowLock();
 
-/// A window that no other thread changes or ends meanwhile; empty, with the last error, for what is no window.
+/// Finds a window and holds `windowLock`, so that no other thread changes or destroys the window. If the handle is not
+/// a window, the object is empty and sets the last error.
 class LockedWindow {
 public:
     explicit LockedWindow(HWND handle);
@@ -68,18 +69,19 @@ private:
     std::shared_ptr<Window> m_window;
 };
 
-/// Every window, of whichever thread.
+/// Returns the windows of all threads that `owner` owns.
 std::vector<HWND> ownedWindows(HWND owner);
 
 bool isDialog(HWND window);
 
-/// The window at the top, which owns what is opened over any window below it.
+/// Returns the top-level window that contains `window`, which may be `window` itself. Only top-level windows own
+/// windows.
 HWND topLevelOf(HWND window);
 
-/// The queued messages of a window that goes.
+/// Removes the queued messages of a window that is being destroyed.
 void forgetMessages(HWND window) noexcept;
 
-/// Waits until something is posted to the calling thread, and hands it to its window.
+/// Waits for a message to the calling thread, and passes it to its window.
 void dispatchNextMessage();
 
 inline LPARAM parameterOf(const void* pointer) noexcept {

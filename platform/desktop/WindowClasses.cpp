@@ -16,7 +16,7 @@ constexpr WORD DialogAtom = 32770;
 constexpr WORD FirstAtom = 0xC000;
 constexpr const wchar_t* TrackbarClass = L"msctls_trackbar32";
 
-// The bytes of its own that each control keeps: its font.
+// The extra bytes of a control contain its font.
 constexpr int ControlFontIndex = 0;
 constexpr int ControlExtraBytes = sizeof(LONG_PTR);
 
@@ -38,7 +38,7 @@ std::shared_ptr<const WindowClass> makeClass(const wchar_t* name, WORD atom, WND
     return std::make_shared<const WindowClass>(WindowClass{name, atom, procedure, extra});
 }
 
-/// With the classes that are always there.
+/// Returns the registered classes. The initial ones always exist.
 Classes& classes() {
     static Classes registered{
         makeClass(L"#32770", DialogAtom, &DefDlgProcW, DLGWINDOWEXTRA),

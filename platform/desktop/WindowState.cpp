@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-// What windows are asked for and told about themselves.
+// Reads and changes the state of windows.
 
 namespace {
 
@@ -12,7 +12,8 @@ using eq::standin::LockedWindow;
 using eq::standin::refuse;
 using eq::standin::Window;
 
-/// A place in the window's own bytes, where a number need not lie on a boundary of its kind, or null.
+/// Returns the address of a number in the window's extra bytes, or null if it is outside them. The address may be
+/// unaligned.
 std::byte* ownBytesAt(Window& window, int index) noexcept {
     const bool inside = static_cast<std::size_t>(index) + sizeof(LONG_PTR) <= window.extra.size();
     return inside ? window.extra.data() + index : nullptr;

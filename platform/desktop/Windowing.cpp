@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-// The life of windows, and their order in it.
+// Creates and destroys windows, and keeps their tree.
 
 namespace {
 
@@ -41,12 +41,12 @@ std::shared_ptr<Window> makeWindow(const CREATESTRUCTW& record,
     window.id = (style & WS_CHILD) != 0 ? reinterpret_cast<UINT_PTR>(record.hMenu) : 0;
     window.width = std::max<LONG>(record.cx, 0);
     window.height = std::max<LONG>(record.cy, 0);
-    // Controls that show a picture have its number in the text's place.
+    // A control that shows a picture has the picture's number in the place of a text.
     if (!eq::standin::isNumber(record.lpszName)) window.text = record.lpszName;
     return made;
 }
 
-/// Makes it known, below its parent.
+/// Registers a window and adds it to the children of its parent. Returns the new handle.
 HWND enter(std::shared_ptr<Window> window) {
     const std::lock_guard guard(eq::standin::windowLock());
     const HWND parent = window->parent;
@@ -72,7 +72,7 @@ void sendDestroy(HWND window) {
     }
 }
 
-/// The end of a window: those below it go first.
+/// Removes a window after all windows below it.
 void remove(HWND window) {
     for (const HWND child : childrenOf(window)) remove(child);
     if (!IsWindow(window)) return;

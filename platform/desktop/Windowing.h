@@ -1,11 +1,11 @@
 #pragma once
 
-// Windows: objects with a class, an id, a text, a style and a size, in a tree.
+// Windows: a tree of objects with a class, an id, a text, a style and a size.
 //
-// Nothing is drawn, and nobody points or types: there is no screen with places on it, no keyboard, no activation and no
-// frame, so the client area is the whole window, and nothing tells a procedure of such things. A window belongs to the
-// thread that made it, and other threads may ask about it and post to it, but not send to it or end it. Procedures get
-// their messages in the wide form, whichever function names them.
+// Nothing is drawn, and there is no user input. Windows have no position, focus, activation or frame: the client area
+// is the whole window, and procedures receive no messages about these. A window belongs to the thread that creates it.
+// Other threads may query the window and post messages to it, but not send messages to it or destroy it. Procedures
+// receive messages in the wide form, whether an A or a W function installs them.
 
 #include "platform/desktop/Menus.h"
 #include "platform/standin/Types.h"
@@ -63,8 +63,8 @@ inline constexpr int SW_SHOW = 5;
 
 extern "C" {
 
-/// Knows the classes "STATIC", "BUTTON", "EDIT", "#32770" and, once InitCommonControlsEx has registered it,
-/// "msctls_trackbar32".
+/// Creates a window. The classes are "STATIC", "BUTTON", "EDIT", "#32770" and, after InitCommonControlsEx has
+/// registered it, "msctls_trackbar32".
 HWND WINAPI CreateWindowExW(DWORD extendedStyle, LPCWSTR className, LPCWSTR text, DWORD style, int x, int y, int width,
                             int height, HWND parent, HMENU menuOrId, HINSTANCE module, LPVOID parameter) noexcept;
 BOOL WINAPI DestroyWindow(HWND window) noexcept;
@@ -72,7 +72,7 @@ BOOL WINAPI ShowWindow(HWND window, int command) noexcept;
 
 BOOL WINAPI IsWindow(HWND window) noexcept;
 HWND WINAPI GetParent(HWND window) noexcept;
-/// The next sibling, the first child, or the owner; top-level windows have no siblings.
+/// Returns the next sibling (GW_HWNDNEXT) or the first child (GW_CHILD), or null. Top-level windows have no siblings.
 HWND WINAPI GetWindow(HWND window, UINT relation) noexcept;
 HWND WINAPI GetDlgItem(HWND window, int id) noexcept;
 int WINAPI GetDlgCtrlID(HWND window) noexcept;
@@ -83,13 +83,14 @@ BOOL WINAPI SetWindowTextW(HWND window, LPCWSTR text) noexcept;
 
 BOOL WINAPI GetClientRect(HWND window, LPRECT rectangle) noexcept;
 
-/// The style alone.
+/// Returns the low 32 bits of the value at a negative index, such as GWL_STYLE. Offsets into the extra bytes are
+/// refused.
 LONG WINAPI GetWindowLongW(HWND window, int index) noexcept;
 LONG_PTR WINAPI GetWindowLongPtrW(HWND window, int index) noexcept;
 LONG_PTR WINAPI SetWindowLongPtrA(HWND window, int index, LONG_PTR value) noexcept;
 LONG_PTR WINAPI SetWindowLongPtrW(HWND window, int index, LONG_PTR value) noexcept;
 
-/// Properties by name; upper and lower case are told apart.
+/// Sets or returns a property of a window. The names of properties are case-sensitive.
 BOOL WINAPI SetPropW(HWND window, LPCWSTR name, HANDLE value) noexcept;
 HANDLE WINAPI GetPropW(HWND window, LPCWSTR name) noexcept;
 }

@@ -25,14 +25,14 @@ constexpr char16_t HolamHaserForVav = 0x05BA;
 struct CodePageTable::Page {
     UINT number;
     const char* iconvName;
-    char16_t firstPrivate = 0;            // of the holes from 0xA0 on, in the order of the bytes; 0: they stay holes
+    char16_t firstPrivate = 0;            // first private-use unit for undefined bytes from 0xA0 on, in order; 0: none
     std::array<ByteRange, 3> leadBytes{}; // unused ranges are {0, 0}
-    char16_t undefined = u'?';            // what stands for bytes that cannot be read
-    BYTE addedByte = 0;                   // a byte that iconv does not know, ...
-    char16_t addedUnit = 0;               // ... and its character
+    char16_t undefined = u'?';            // replaces unreadable bytes
+    BYTE addedByte = 0;                   // a byte that iconv leaves undefined; 0: none
+    char16_t addedUnit = 0;               // the unit of addedByte
 };
 
-/// Converts single characters, each from the page's initial state.
+/// Converts single characters. Each conversion starts in the page's initial state.
 class CodePageTable::Converter {
 public:
     explicit Converter(const char* iconvName)
@@ -46,7 +46,7 @@ public:
 
     bool isOpen() const noexcept { return m_toUnicode != closed() && m_fromUnicode != closed(); }
 
-    /// The one unit of a character, or 0.
+    /// Returns the unit of a character, or 0 if the character does not convert to exactly one unit.
     char16_t toUnit(std::string_view character) {
         const std::string bytes = convert(m_toUnicode, character);
         if (bytes.size() != 2) return 0;
@@ -61,7 +61,7 @@ public:
 private:
     static iconv_t closed() noexcept { return handleOfNumber<iconv_t>(~std::uintptr_t{0}); }
 
-    /// An empty text for what does not convert.
+    /// Returns the converted text, or an empty text if there is no exact conversion.
     static std::string convert(iconv_t descriptor, std::string_view text) {
         std::array<char, 16> buffer;
         char* in = const_cast<char*>(text.data());
@@ -70,7 +70,8 @@ private:
         std::size_t outSize = buffer.size();
         iconv(descriptor, nullptr, nullptr, nullptr, nullptr);
         if (iconv(descriptor, &in, &inSize, &out, &outSize) != 0) return {};
-        // Pages with combining characters hold a letter back until they know that none follows.
+        // In pages with combining characters, iconv keeps a letter until it knows that no combining character follows.
+        // This call writes the letter.
         iconv(descriptor, nullptr, nullptr, &out, &outSize);
         return {buffer.data(), out};
     }
@@ -79,8 +80,8 @@ private:
     iconv_t m_fromUnicode;
 };
 
-// A row's absence is a page that conversions do not know. The C library has no table for 708 to 710, 720, 934, 938,
-// 942, 944, 946, 948 and 1381.
+// Conversions refuse a page that has no row. The C library has no table for 708 to 710, 720, 934, 938, 942, 944, 946,
+// 948 and 1381.
 const CodePageTable::Page* CodePageTable::findPage(UINT number) noexcept {
     static constexpr std::array<ByteRange, 3> japanese = {{{0x81, 0x9F}, {0xE0, 0xFC}}};
     static constexpr std::array<ByteRange, 3> eastAsian = {{{0x81, 0xFE}}};
@@ -198,7 +199,7 @@ void CodePageTable::addInverse(char16_t unit, WORD code, Converter& converter) {
         known = code;
         return;
     }
-    // Some characters stand twice in a page: iconv knows which place is the usual one.
+    // Some characters occur twice in a page. iconv decides which code is the usual one.
     const std::string usual = converter.fromUnit(unit);
     if (usual.size() == 2 && (static_cast<BYTE>(usual[0]) << 8 | static_cast<BYTE>(usual[1])) == code) known = code;
 }
@@ -210,7 +211,7 @@ CodePageTable::Decoded CodePageTable::decode(std::string_view text) const noexce
         const bool defined = unit != 0 || first == 0;
         return {defined ? unit : m_undefined, 1, defined && !m_private[first]};
     }
-    // A zero is never swallowed, so that a text's end stays its end.
+    // A lead byte never consumes a zero, so a text keeps its terminator.
     if (text.size() == 1 || text[1] == '\0') return {m_undefined, 1, false};
     const char16_t unit = m_pairs[static_cast<std::size_t>(first << 8 | static_cast<BYTE>(text[1]))];
     return {unit != 0 ? unit : m_undefined, 2, unit != 0};

@@ -10,26 +10,26 @@
 
 namespace eq::standin {
 
-/// A code page of one or two bytes a character, as tables in both directions.
+/// A code page with one or two bytes per character, as one table per direction.
 ///
-/// The characters come from iconv. What iconv leaves undefined is filled in as Windows does: the lower half is always
-/// ASCII, holes from 0x80 to 0x9F are the control codes of the same number, and holes above stand for private-use
-/// characters, which count as invalid when a conversion is strict. Windows' user-defined characters, its best-fit
-/// characters, and its readings of single Jamo in page 1361 are left out.
+/// The characters come from iconv. Bytes that iconv leaves undefined have the same meaning as on Windows. Bytes below
+/// 0x80 are always ASCII. Undefined bytes from 0x80 to 0x9F are the control codes of the same number. In some pages,
+/// undefined bytes from 0xA0 on are private-use characters, which a strict conversion refuses. Windows' user-defined
+/// characters, its best-fit characters, and its readings of single Jamo in page 1361 are missing.
 class CodePageTable {
 public:
-    /// The table of a page, built on first use and kept, or null for a page that is not known.
+    /// Returns the table of a page, or null for an unknown page. A table is built on its first use and kept.
     static const CodePageTable* find(UINT page);
 
     bool isLeadByte(BYTE byte) const noexcept { return m_leadBytes[byte]; }
 
     struct Decoded {
         char16_t unit;
-        int size;   // bytes taken
-        bool valid; // else the unit stands for what could not be read
+        int size;   // bytes read
+        bool valid; // false: the unit replaces unreadable bytes
     };
 
-    /// Reads the character at the front of a text that is not empty.
+    /// Returns the first character of a text, which must not be empty.
     Decoded decode(std::string_view text) const noexcept;
 
     struct Encoded {
@@ -58,8 +58,8 @@ private:
     std::bitset<256> m_leadBytes;
     std::bitset<256> m_private; // single bytes that a strict conversion refuses
     std::array<char16_t, 256> m_single{};
-    std::vector<char16_t> m_pairs; // by lead byte * 256 + trail byte; 0 for none
-    std::vector<WORD> m_codes;     // by unit: byte, or lead byte * 256 + trail byte; 0 for none
+    std::vector<char16_t> m_pairs; // index: lead byte * 256 + trail byte; 0: none
+    std::vector<WORD> m_codes;     // index: unit; value: byte, or lead byte * 256 + trail byte; 0: none
 };
 
 } // namespace eq::standin

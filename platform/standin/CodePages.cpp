@@ -22,13 +22,13 @@ UINT numberOf(UINT codePage) noexcept {
     return ansi ? ansiCodepage.load() : codePage;
 }
 
-/// The caller's buffer, or with a size of 0 a count of what would go in.
+/// Writes to the caller's buffer, or only counts the units if its size is 0.
 template <typename Unit>
 class Output {
 public:
     Output(Unit* buffer, int size) noexcept : m_buffer(buffer), m_size(size) {}
 
-    /// Takes the units of one character, all or none.
+    /// Writes all units of one character, or none of them if they do not fit.
     template <typename Source>
     void put(const Source* units, int count) noexcept {
         if (m_size == 0) {
@@ -56,7 +56,7 @@ bool argumentsFit(const Text* text, int textSize, const Unit* buffer, int buffer
     return text && textSize != 0 && bufferSize >= 0 && (buffer || bufferSize == 0);
 }
 
-/// Decodes with any decoder: a function that reads the character at the front of a text.
+/// Decodes a text. `decode` returns the first character of a text.
 template <typename Decode>
 int decodeText(std::string_view text, bool strict, Output<wchar_t> output, Decode decode) {
     while (!text.empty()) {
@@ -89,7 +89,7 @@ int encodeUtf8(std::wstring_view text, bool strict, Output<char> output) {
     return output.finish();
 }
 
-/// The default character of a conversion: the caller's, or the question mark that all pages have.
+/// Returns the caller's default character, or the question mark, which every page has.
 eq::standin::CodePageTable::Encoded defaultCharacterOf(const eq::standin::CodePageTable& table,
                                                        LPCSTR chosen) noexcept {
     if (!chosen) return {{'?'}, 1};
@@ -159,7 +159,7 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int tex
     const UINT page = numberOf(codePage);
     const auto* const table = eq::standin::CodePageTable::find(page);
     if (!table && page != CP_UTF8) return refuse(ERROR_INVALID_PARAMETER);
-    // UTF-8 has every character, so it takes no default.
+    // UTF-8 has every character, so a default character is refused.
     if (!table && (defaultCharacter || usedDefaultCharacter)) return refuse(ERROR_INVALID_PARAMETER);
     if ((flags & ~(table ? WC_NO_BEST_FIT_CHARS : WC_ERR_INVALID_CHARS)) != 0) return refuse(ERROR_INVALID_FLAGS);
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// Text for the debugger, which goes to standard error.
+// Debugger output, which the stand-in writes to standard error.
 
 #include "platform/standin/Types.h"
 

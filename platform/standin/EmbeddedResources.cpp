@@ -1,4 +1,4 @@
-// Becomes part of each module that has resources: carries the compiled file EQ_RESOURCE_FILE and tells of it.
+// Compiled into each module that has resources. Embeds the compiled resource file EQ_RESOURCE_FILE and registers it.
 
 #include "platform/standin/ModuleResources.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// Error codes and their texts. The last error belongs to the calling thread.
+// Error codes and their texts. Each thread has its own last error.
 
 #include "platform/standin/Types.h"
 
@@ -56,7 +56,8 @@ extern "C" {
 DWORD WINAPI GetLastError() noexcept;
 void WINAPI SetLastError(DWORD code) noexcept;
 
-/// Gives the system's English text for a code, and takes no other source of texts and no arguments.
+/// Copies the system's English text for an error code to the buffer. Returns the text's length, or 0 on failure.
+/// Refuses other sources of texts, and ignores `arguments`.
 DWORD WINAPI FormatMessageA(DWORD flags, LPCVOID source, DWORD code, DWORD language, LPSTR buffer, DWORD size,
                             void* arguments) noexcept;
 }

@@ -17,7 +17,7 @@ using eq::standin::refuse;
 
 namespace fs = std::filesystem;
 
-/// The entries that fitted when the search began, in the order in which they are given out.
+/// The entries that matched at the start of the search, in the order of the results.
 struct Search {
     std::vector<WIN32_FIND_DATAA> entries;
     std::size_t next = 0;
@@ -50,7 +50,7 @@ std::vector<WIN32_FIND_DATAA> entriesThatEndIn(const fs::path& folder, std::stri
     return entries;
 }
 
-/// The codes that the file functions give for a path that cannot be reached.
+/// Returns the system's error code for a path that cannot be reached.
 DWORD codeOf(const std::error_code& error) noexcept {
     if (error == std::errc::permission_denied) return ERROR_ACCESS_DENIED;
     if (error == std::errc::filename_too_long) return ERROR_FILENAME_EXCED_RANGE;
@@ -63,7 +63,7 @@ HANDLE WINAPI FindFirstFileA(LPCSTR pattern, LPWIN32_FIND_DATAA found) noexcept 
     const fs::path path = pattern;
     const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
     const std::string name = path.filename().string();
-    // All names that end in something, or what is not done here.
+    // Only patterns of '*' and a fixed end are supported.
     if (!name.starts_with('*') || name.find_first_of("*?", 1) != std::string::npos)
         return refuse(ERROR_NOT_SUPPORTED, INVALID_HANDLE_VALUE);
     auto search = std::make_shared<Search>();
@@ -101,7 +101,7 @@ DWORD WINAPI GetLongPathNameA(LPCSTR path, LPSTR buffer, DWORD size) noexcept tr
     const std::string_view text = path;
     const DWORD needed = static_cast<DWORD>(text.size() + 1);
     if (size < needed) return needed;
-    // The two buffers may be one.
+    // `path` and `buffer` may be the same.
     std::char_traits<char>::move(buffer, path, needed);
     return needed - 1;
 } catch (...) {

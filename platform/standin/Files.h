@@ -1,6 +1,6 @@
 #pragma once
 
-// Paths and the enumeration of folders. Paths are written with '/'.
+// Paths and searches in folders. The separator in paths is '/'.
 
 #include "platform/standin/Types.h"
 
@@ -17,12 +17,12 @@ using LPWIN32_FIND_DATAA = WIN32_FIND_DATAA*;
 
 extern "C" {
 
-/// Looks in one folder for the names that fit '*' and an end, in alphabetical order; case does not matter. Refuses
-/// other patterns.
+/// Starts a search in one folder and returns the first entry; entries are in alphabetical order. The only supported
+/// pattern is '*' and a fixed end of the name, which is compared without regard to case.
 HANDLE WINAPI FindFirstFileA(LPCSTR pattern, LPWIN32_FIND_DATAA found) noexcept;
 BOOL WINAPI FindNextFileA(HANDLE search, LPWIN32_FIND_DATAA found) noexcept;
 BOOL WINAPI FindClose(HANDLE search) noexcept;
 
-/// There are no short names here: gives the path of an existing file or folder back.
+/// Copies the path of an existing file or folder unchanged, because short names do not exist here.
 DWORD WINAPI GetLongPathNameA(LPCSTR path, LPSTR buffer, DWORD size) noexcept;
 }

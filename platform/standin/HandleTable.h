@@ -10,14 +10,14 @@
 
 namespace eq::standin {
 
-/// A number that no handle has had. Tables share them, so that a handle of one kind is never taken for another.
+/// Returns a number that no handle has had before. All tables share the numbers, so no handle is valid in two tables.
 inline std::uintptr_t newHandleNumber() noexcept {
     static std::atomic<std::uintptr_t> last = 0;
     return last += 4;
 }
 
-/// Objects behind handles. A handle that was never given out or is closed already finds nothing; an object in use by
-/// another thread outlives its handle.
+/// Maps handles to objects. An unknown or closed handle finds nothing. An object that another thread uses outlives its
+/// handle.
 template <typename Object>
 class HandleTable {
 public:
@@ -35,7 +35,7 @@ public:
     }
 
     bool remove(HANDLE handle) {
-        // The object ends behind the lock: its destructor may take its time.
+        // `removed` is destroyed after the lock is released, because the object's destructor may be slow.
         typename Map::node_type removed;
         const std::lock_guard guard(m_lock);
         removed = m_objects.extract(reinterpret_cast<std::uintptr_t>(handle));

@@ -5,7 +5,7 @@
 
 namespace eq::standin {
 
-/// What CloseHandle closes: a mutex or a serial port.
+/// An object that CloseHandle closes: a mutex or a serial port.
 class KernelObject {
 public:
     KernelObject() = default;
@@ -14,10 +14,10 @@ public:
     virtual ~KernelObject() = default;
 };
 
-/// The handles of this process. The table outlives every static object that has opened one while it was made.
+/// Returns the handles of this process. The table outlives every static object whose constructor opens a handle.
 HandleTable<KernelObject>& kernelHandles();
 
-/// The object behind a handle, or null and ERROR_INVALID_HANDLE if there is none of this kind.
+/// Returns the object of a handle, or null with ERROR_INVALID_HANDLE if the handle has no object of this kind.
 template <typename Kind>
 std::shared_ptr<Kind> findKernelObject(HANDLE handle) {
     auto object = std::dynamic_pointer_cast<Kind>(kernelHandles().find(handle));

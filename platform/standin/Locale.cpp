@@ -10,7 +10,7 @@ namespace {
 
 using eq::standin::refuse;
 
-/// Copies a text with its end, or with a size of 0 tells the size that is needed.
+/// Copies a text and its terminator. Returns the copied size, or with a size of 0 the needed size.
 template <typename Character>
 int giveText(const std::basic_string<Character>& text, Character* buffer, int size) noexcept {
     const int needed = static_cast<int>(text.size() + 1);

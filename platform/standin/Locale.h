@@ -1,6 +1,6 @@
 #pragma once
 
-// What the system knows of languages.
+// The system's data about languages.
 
 #include "platform/standin/Types.h"
 
@@ -17,9 +17,9 @@ constexpr WORD PRIMARYLANGID(WORD language) noexcept {
 
 extern "C" {
 
-/// Answers LOCALE_IDEFAULTANSICODEPAGE, for language ids.
+/// Supports LOCALE_IDEFAULTANSICODEPAGE only. `locale` is a language id.
 int WINAPI GetLocaleInfoA(LCID locale, LCTYPE type, LPSTR buffer, int size) noexcept;
 
-/// Answers LOCALE_SDECIMAL, for LOCALE_USER_DEFAULT: the locale that LC_ALL, LC_NUMERIC or LANG names.
+/// Supports LOCALE_SDECIMAL and LOCALE_USER_DEFAULT only. LC_ALL, LC_NUMERIC or LANG names the user's locale.
 int WINAPI GetLocaleInfoW(LCID locale, LCTYPE type, LPWSTR buffer, int size) noexcept;
 }

@@ -21,7 +21,7 @@ std::recursive_mutex& lockOf(LPCRITICAL_SECTION section) noexcept {
 
 class MutexObject : public eq::standin::KernelObject {
 public:
-    /// Makes the calling thread the owner, once more if it is already.
+    /// Waits until the calling thread owns the mutex. A thread that already owns the mutex increases its depth instead.
     DWORD wait(DWORD milliseconds) {
         std::unique_lock guard(m_guard);
         if (m_owner == GetCurrentThreadId()) {
@@ -44,7 +44,7 @@ public:
         return Release::Free;
     }
 
-    /// The owner's thread has ended: the next owner is told so.
+    /// Frees the mutex after the end of its owner's thread. The next owner receives WAIT_ABANDONED.
     void abandon() noexcept {
         const std::lock_guard guard(m_guard);
         m_abandoned = true;
@@ -74,7 +74,7 @@ private:
     bool m_abandoned = false;
 };
 
-/// The mutexes that a thread holds, abandoned when it ends.
+/// The mutexes that a thread holds. The end of the thread abandons them.
 class HeldMutexes {
 public:
     HeldMutexes() = default;
@@ -101,7 +101,7 @@ private:
     std::vector<std::shared_ptr<MutexObject>> m_mutexes;
 };
 
-// A plain pointer, since locks are still taken behind the end of the thread's objects, by static destructors.
+// This is a plain pointer, because static destructors use locks after the objects of the thread have been destroyed.
 thread_local HeldMutexes* heldMutexesHere = nullptr;
 
 struct AbandonAtThreadEnd {

@@ -1,11 +1,11 @@
 #pragma once
 
-// Critical sections, mutexes, and the handles that own them.
+// Critical sections, and mutexes with their handles.
 
 #include "platform/standin/System.h"
 #include "platform/standin/Types.h"
 
-/// Re-entrant. Must be initialised before its first use and deleted after its last.
+/// A re-entrant lock. The caller initialises it before its first use and deletes it after its last use.
 struct CRITICAL_SECTION {
     void* lock;
 };
@@ -23,7 +23,7 @@ void WINAPI DeleteCriticalSection(LPCRITICAL_SECTION section) noexcept;
 void WINAPI EnterCriticalSection(LPCRITICAL_SECTION section);
 void WINAPI LeaveCriticalSection(LPCRITICAL_SECTION section) noexcept;
 
-/// Unnamed mutexes only: a name is refused, since nothing is shared with other processes.
+/// Creates an unnamed mutex. A name is refused, because processes do not share mutexes here.
 HANDLE WINAPI CreateMutexA(LPSECURITY_ATTRIBUTES security, BOOL initialOwner, LPCSTR name) noexcept;
 BOOL WINAPI ReleaseMutex(HANDLE mutex) noexcept;
 DWORD WINAPI WaitForSingleObject(HANDLE object, DWORD milliseconds) noexcept;

@@ -3,7 +3,7 @@
 #include <cstdlib>
 
 LPVOID WINAPI CoTaskMemAlloc(SIZE_T size) noexcept {
-    // A block of no bytes is a block too.
+    // A block of 0 bytes has an address, too.
     return std::malloc(size == 0 ? 1 : size);
 }
 

@@ -4,7 +4,8 @@
 
 namespace eq::standin {
 
-/// Makes a compiled resource file that lies in a module's data the resources of that module, while the object lives.
+/// Registers a compiled resource file as resources of the module whose data contains the file. The destructor ends the
+/// registration.
 class ModuleResources {
 public:
     ModuleResources(const std::byte* begin, const std::byte* end) noexcept;

@@ -12,18 +12,18 @@ namespace {
 
 using eq::standin::refuse;
 
-/// The address where the object that contains `address` is loaded, or null.
+/// Returns the load address of the module that contains `address`, or null.
 HMODULE moduleOf(const void* address) noexcept {
     Dl_info info{};
     return dladdr(address, &info) != 0 ? static_cast<HMODULE>(info.dli_fbase) : nullptr;
 }
 
 HMODULE programModule() noexcept {
-    // The program's own headers lie in the program.
+    // AT_PHDR is the address of the program's headers, which are inside the program.
     return moduleOf(eq::standin::handleOfNumber<const void*>(getauxval(AT_PHDR)));
 }
 
-/// The full path of a loaded module, as it was loaded; empty for what is no module.
+/// Returns the full path of the file from which a module was loaded, or an empty text if the handle is not a module.
 std::string pathOf(HMODULE module) {
     Dl_info info{};
     if (dladdr(module, &info) == 0 || info.dli_fbase != module) return {};
@@ -38,7 +38,7 @@ HMODULE findModule(std::string_view name) noexcept {
     return module;
 }
 
-/// Copies as much as fits, always with an end. Gives the length, or the buffer's size for a text that is cut.
+/// Copies as much of a text as fits, and a terminator. Returns the text's length, or the buffer's size for a cut text.
 DWORD copyCut(std::string_view text, LPSTR buffer, DWORD size) noexcept {
     const std::size_t fitting = text.copy(buffer, size - 1);
     buffer[fitting] = '\0';
@@ -81,7 +81,7 @@ DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR path, DWORD size) noexcept
 }
 
 BOOL WINAPI DisableThreadLibraryCalls(HMODULE module) noexcept {
-    // Nothing here calls a library at the start and end of a thread.
+    // The stand-in never calls a library at the start or the end of a thread, so there is nothing to disable.
     if (module && moduleOf(module) == module) return TRUE;
     return refuse(ERROR_MOD_NOT_FOUND);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-// Modules. A module is a loaded program or shared object, and its handle is the address where it is loaded.
+// Modules. A module is a loaded program or shared object, and its handle is its load address.
 
 #include "platform/standin/Types.h"
 
@@ -13,14 +13,14 @@ inline constexpr DWORD DLL_PROCESS_ATTACH = 1;
 
 extern "C" {
 
-/// Null names the program itself. By name only the system's own libraries are found.
+/// Returns the program for a null name, or a system library for its name. The W form refuses names.
 HMODULE WINAPI GetModuleHandleA(LPCSTR name) noexcept;
 HMODULE WINAPI GetModuleHandleW(LPCWSTR name) noexcept;
 
-/// Finds the module that contains an address. Other ways of asking are refused.
+/// Finds the module that contains an address. Refuses other kinds of look-ups.
 BOOL WINAPI GetModuleHandleExA(DWORD flags, LPCSTR address, HMODULE* module) noexcept;
 
-/// Finds functions of the system's own libraries.
+/// Returns a function of a system library, or null.
 FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) noexcept;
 
 DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR path, DWORD size) noexcept;
@@ -29,14 +29,14 @@ BOOL WINAPI DisableThreadLibraryCalls(HMODULE module) noexcept;
 
 namespace eq::standin {
 
-/// The look-up of system libraries and their functions by name.
+/// A look-up of system libraries and their functions by name.
 struct SystemLibraries {
-    /// Return null if the process has no such library or function.
+    /// Both return null if the process has no such library or function.
     HMODULE (*findLibrary)(std::string_view name) noexcept;
     FARPROC (*findFunction)(HMODULE library, std::string_view name) noexcept;
 };
 
-/// Supplied by platform/desktop. Null in products, where no system library is found by name.
+/// The current look-up. platform/desktop sets it. It is null in products, where no system library is found by name.
 extern std::atomic<const SystemLibraries*> systemLibraries;
 
 } // namespace eq::standin

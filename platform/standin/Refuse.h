@@ -1,12 +1,12 @@
 #pragma once
 
-// How a function of the system fails: with a code for GetLastError, and a result that tells to look there.
+// The failure of a system function: an error code for GetLastError, and a result that means failure.
 
 #include "platform/standin/Errors.h"
 
 namespace eq::standin {
 
-/// Zero or null, whatever the function returns.
+/// Converts to the zero or null of any result type.
 struct Refusal {
     template <typename Result>
     operator Result() const noexcept {
@@ -19,7 +19,7 @@ inline Refusal refuse(DWORD code) noexcept {
     return {};
 }
 
-/// For a function whose failure is told by another result.
+/// For functions that report failure by another result.
 template <typename Result>
 Result refuse(DWORD code, Result result) noexcept {
     SetLastError(code);

@@ -27,7 +27,7 @@ struct Key {
     std::optional<Value> (*read)();
 };
 
-/// The override of the language. A text that is no decimal number counts as none.
+/// Returns the language that overrides the system's, or nothing. A text that is not a decimal number counts as none.
 std::optional<Value> readLanguageOverride() {
     const char* const text = std::getenv("TUNEBENCH_LANGUAGE");
     if (!text) return std::nullopt;
@@ -45,11 +45,11 @@ std::optional<Value> readSystemLocale() {
     const auto* const language = eq::standin::environmentLanguage("LC_MESSAGES");
     std::array<char, 9> digits{};
     std::snprintf(digits.data(), digits.size(), "%08X", unsigned{language ? language->id : WORD{0}});
-    // The end of a text is part of its data.
+    // The data of a text includes its terminator.
     return Value{REG_SZ, std::string(digits.begin(), digits.end())};
 }
 
-// Local to a function, since static initialisers elsewhere read the registry.
+// The table is local to a function, because static initialisers of other sources read the registry.
 const auto& allKeys() {
     static const std::array keys = {
         Key{HKEY_LOCAL_MACHINE, "Software\\Tavrin\\TuneBench\\2.0", "Language", readLanguageOverride},
@@ -68,7 +68,7 @@ bool isRoot(HKEY key) noexcept {
     return key == HKEY_CURRENT_USER || key == HKEY_LOCAL_MACHINE || key == HKEY_USERS;
 }
 
-/// Names here are ASCII, so that a name with any other character is the name of nothing.
+/// Returns a name in ASCII. Other characters become '?', so that such a name finds nothing.
 std::string narrow(LPCWSTR text) {
     std::string result;
     for (; *text != 0; ++text) {
@@ -82,7 +82,7 @@ LSTATUS open(HKEY root, std::string_view path, HKEY* opened) {
     if (!isRoot(root)) return openKeys().find(root) ? ERROR_FILE_NOT_FOUND : ERROR_INVALID_HANDLE;
     for (const Key& key : allKeys()) {
         if (key.root != root || !eq::standin::equalNoCase(key.path, path)) continue;
-        // The keys live for ever: their pointers own nothing.
+        // The keys are static, so this pointer owns nothing.
         const std::shared_ptr<const Key> reference(std::shared_ptr<void>(), &key);
         *opened = static_cast<HKEY>(openKeys().add(reference));
         return ERROR_SUCCESS;

@@ -1,12 +1,12 @@
 #pragma once
 
-// A small, fixed, read-only registry over the environment:
+// A small, fixed, read-only registry. Environment variables supply its values:
 //
 //   HKEY_LOCAL_MACHINE\Software\Tavrin\TuneBench\2.0           "Language", REG_DWORD: TUNEBENCH_LANGUAGE, in decimal
 //   HKEY_USERS\.Default\Control Panel\International            "Locale", REG_SZ: eight hexadecimal digits of the
 //   HKEY_CURRENT_USER\Control Panel\International              language id that LC_ALL, LC_MESSAGES or LANG names
 //
-// Nothing else exists. Wide queries give numbers only.
+// There are no other values. Wide queries return numbers only.
 
 #include "platform/standin/System.h"
 #include "platform/standin/Types.h"
@@ -26,7 +26,7 @@ inline constexpr REGSAM KEY_ALL_ACCESS = 0xF003F;
 
 extern "C" {
 
-/// Opens a key of the fixed registry; none can be made.
+/// Opens a key. No key can be created.
 LSTATUS WINAPI RegCreateKeyExW(HKEY root, LPCWSTR path, DWORD reserved, LPWSTR keyClass, DWORD options, REGSAM access,
                                LPSECURITY_ATTRIBUTES security, HKEY* key, LPDWORD disposition) noexcept;
 LSTATUS WINAPI RegOpenKeyExA(HKEY root, LPCSTR path, DWORD options, REGSAM access, HKEY* key) noexcept;

@@ -19,14 +19,14 @@ namespace {
 
 using eq::standin::refuse;
 
-// A resource file is a row of entries, each on a multiple of four bytes:
+// A resource file is a sequence of entries, each at a multiple of four bytes:
 //
 //   data size (4) | header size (4) | type | name | padding to 4 | version (4) | flags (2) | language (2) | ... | data
 //
 // Type and name are 0xFFFF and a number, or 16-bit units up to a zero. An HRSRC is the address of its entry.
 
 constexpr unsigned NumberMark = 0xFFFF;
-constexpr std::size_t LanguageOffset = 6; // behind the padding
+constexpr std::size_t LanguageOffset = 6; // after the padding
 
 template <typename Number>
 Number numberAt(const std::byte* place) noexcept {
@@ -46,7 +46,7 @@ std::wstring wide(LPCWSTR text) {
     return text;
 }
 
-/// A caller's type or name: a number, a text, or a text of "#" and the decimal digits of a number.
+/// A type or name in a search: a number, a text, or "#" and the decimal digits of a number.
 class Wanted {
 public:
     template <typename Unit>
@@ -60,7 +60,7 @@ public:
         if (m_text.starts_with(L'#')) m_number = std::wcstoul(m_text.c_str() + 1, nullptr, 10);
     }
 
-    /// False for a number of more than 16 bits.
+    /// Returns false for a number of more than 16 bits.
     bool isValid() const noexcept { return m_number.value_or(0) <= 0xFFFF; }
 
     bool isAt(const std::byte* element) const noexcept {
@@ -70,7 +70,7 @@ public:
     }
 
 private:
-    // Names are compared in capitals, of which ASCII's are known here.
+    // Names are compared in upper case. Only ASCII letters are converted.
     static unsigned capital(unsigned unit) noexcept { return unit >= 'a' && unit <= 'z' ? unit - 'a' + 'A' : unit; }
 
     bool isTextAt(const std::byte* element) const noexcept {
@@ -125,7 +125,7 @@ HMODULE holderOf(const eq::standin::ModuleResources& resources) noexcept {
     return holder;
 }
 
-/// Calls `visit` with each entry of a module, which may hold several files.
+/// Calls `visit` with each entry of a module. A module may have several resource files.
 template <typename Visit>
 void forEachEntry(HMODULE module, const Visit& visit) noexcept {
     const std::lock_guard guard(lock);
@@ -149,7 +149,7 @@ HRSRC find(HMODULE module, const Unit* type, const Unit* name, WORD language) no
     constexpr WORD UsEnglish = 0x0409;
     const bool neutral = PRIMARYLANGID(language) == 0;
     const WORD system = neutral ? systemLanguage() : WORD{0};
-    // From the language wanted most to the one wanted least.
+    // The languages in order of preference.
     const std::array<WORD, 5> languages = {language, PRIMARYLANGID(language), system, PRIMARYLANGID(system),
                                            neutral ? UsEnglish : WORD{0}};
     std::size_t bestRank = languages.size();

@@ -1,6 +1,6 @@
 #pragma once
 
-// Resources of modules. A module's compiled resources (a .res file) lie in its read-only data; see ModuleResources.h.
+// Resources of modules. A module's compiled resources (a .res file) are in its read-only data; see ModuleResources.h.
 
 #include "platform/ReplacedFunctions.h"
 #include "platform/standin/Types.h"
@@ -17,7 +17,7 @@ inline LPWSTR MAKEINTRESOURCEW(UINT_PTR id) noexcept {
 
 extern "C" {
 
-/// Gives back what it is given: the handle of a loaded resource is the address of its bytes.
+/// Returns its argument, because the handle of a loaded resource is the address of its bytes.
 LPVOID WINAPI LockResource(HGLOBAL resource) noexcept;
 
 DWORD WINAPI SizeofResource(HMODULE module, HRSRC resource) noexcept;
@@ -25,11 +25,11 @@ DWORD WINAPI SizeofResource(HMODULE module, HRSRC resource) noexcept;
 
 namespace eq::standin::system {
 
-// The system's own functions of kernel32, which are found by name.
+// The system functions of kernel32, which only a look-up by name finds.
 //
-// FindResourceExA, ...W search the languages in this order: the requested one, its primary language, neutral. A request
-// for neutral goes on with the system's language, then US English. A null module is the program. The text "#141" is the
-// number 141. Narrow texts are in the ANSI code page.
+// FindResourceExA and FindResourceExW search the languages in this order: the requested one, its primary language,
+// neutral. A request for neutral continues with the system's language, its primary language, and US English. A null
+// module is the program. The text "#141" is the number 141. Narrow texts are in the ANSI code page.
 
 #define EQ_IN_kernel32(DECLARATION) DECLARATION;
 #define EQ_IN_user32(DECLARATION)

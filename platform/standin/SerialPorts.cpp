@@ -89,7 +89,7 @@ DWORD lastSystemCode() noexcept {
     }
 }
 
-/// Opens a device without waiting for a peer, and blocking from then on; empty on failure.
+/// Opens a device without waiting for a peer. Later reads and writes block. Returns an empty descriptor on failure.
 eq::FileDescriptor openDevice(const std::string& path) noexcept {
     eq::FileDescriptor descriptor(::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK));
     if (descriptor) ::fcntl(descriptor.get(), F_SETFL, O_RDWR);
@@ -108,7 +108,7 @@ void describe(const termios& settings, DCB& state) noexcept {
     state.StopBits = (settings.c_cflag & CSTOPB) != 0 ? TWOSTOPBITS : ONESTOPBIT;
 }
 
-/// False for a state that the port cannot take.
+/// Copies `state` to `settings`. Returns false for a state that ports do not support.
 bool apply(const DCB& state, termios& settings) noexcept {
     const auto speed =
         std::find_if(speeds.begin(), speeds.end(), [&](const Speed& row) { return row.baudRate == state.BaudRate; });
@@ -118,7 +118,7 @@ bool apply(const DCB& state, termios& settings) noexcept {
                        (state.StopBits == ONESTOPBIT || state.StopBits == TWOSTOPBITS);
     if (!known) return false;
 
-    // Bytes pass as they are, as on every port of Win32.
+    // Ports of Win32 never change bytes.
     cfmakeraw(&settings);
     cfsetspeed(&settings, speed->code);
     settings.c_cflag &= ~tcflag_t{CSIZE | PARENB | PARODD | CSTOPB};
@@ -150,7 +150,7 @@ HANDLE WINAPI CreateFileA(LPCSTR name, DWORD access, DWORD sharing, LPSECURITY_A
     eq::FileDescriptor descriptor = openDevice(path);
     if (!descriptor) return refuse(lastSystemCode(), INVALID_HANDLE_VALUE);
     const auto port = std::make_shared<SerialPort>(std::move(descriptor));
-    // From here on nobody else may open it.
+    // From here on no other caller can open the device.
     if (::ioctl(port->descriptor(), TIOCEXCL) != 0) return refuse(lastSystemCode(), INVALID_HANDLE_VALUE);
     return eq::standin::kernelHandles().add(port);
 } catch (...) {

@@ -1,6 +1,6 @@
 #pragma once
 
-// Serial ports. Only tests give "COM1" to "COM4" a device (TestHooks.h); without one a port is not found.
+// Serial ports. A port without a device is not found. Only tests assign devices to "COM1" to "COM4" (TestHooks.h).
 
 #include "platform/standin/System.h"
 #include "platform/standin/Types.h"
@@ -27,7 +27,7 @@ using LPOVERLAPPED = struct OVERLAPPED*;
 
 extern "C" {
 
-/// Opens a serial port for one owner. Other files are not found.
+/// Opens a serial port for exclusive use. Other files are not found.
 HANDLE WINAPI CreateFileA(LPCSTR name, DWORD access, DWORD sharing, LPSECURITY_ATTRIBUTES security, DWORD creation,
                           DWORD attributes, HANDLE model) noexcept;
 BOOL WINAPI GetCommState(HANDLE port, LPDCB state) noexcept;

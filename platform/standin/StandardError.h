@@ -4,7 +4,7 @@
 
 namespace eq::standin {
 
-/// Writes "caption: text" and a line's end to standard error, in UTF-8: the stand-in's message box.
+/// Writes "caption: text" and a line feed to standard error, in UTF-8. This is the stand-in's message box.
 void writeToStandardError(std::wstring_view caption, std::wstring_view text);
 
 } // namespace eq::standin

@@ -6,7 +6,7 @@ using eq::standin::refuse;
 
 BOOL WINAPI GetVersionExA(LPOSVERSIONINFOA version) noexcept {
     if (version->dwOSVersionInfoSize != sizeof(OSVERSIONINFOA)) return refuse(ERROR_INSUFFICIENT_BUFFER);
-    // The version that the Windows builds are made for.
+    // The Windows version for which the Windows builds are compiled.
     *version = {sizeof(OSVERSIONINFOA), 6, 1, 7601, VER_PLATFORM_WIN32_NT, {}};
     return TRUE;
 }

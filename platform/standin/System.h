@@ -1,6 +1,6 @@
 #pragma once
 
-// The system's version, and security descriptors, which nothing here enforces.
+// The system's version, and security descriptors, which the stand-in does not enforce.
 
 #include "platform/standin/Types.h"
 

@@ -8,10 +8,10 @@
 
 namespace eq::standin {
 
-/// Sets the ANSI code page for the whole process. The page must be one that conversions know.
+/// Sets the ANSI code page for the whole process. Conversions must support the page.
 void setAnsiCodepage(UINT codePage) noexcept;
 
-/// Lets a port, "COM1" to "COM4", stand for a device, such as a pseudo-terminal. No port has a device at the start.
+/// Assigns a device, such as a pseudo-terminal, to a port, "COM1" to "COM4". No port has a device at the start.
 void setSerialPortPath(const std::string& port, const std::string& path);
 
 } // namespace eq::standin

@@ -4,10 +4,10 @@
 
 namespace eq::standin {
 
-/// Equality that takes the ASCII letters of both cases for equal.
+/// Returns whether two texts are equal without regard to ASCII case.
 bool equalNoCase(std::string_view a, std::string_view b) noexcept;
 
-/// Whether a text ends in another by that equality.
+/// Returns whether a text ends in another without regard to ASCII case.
 bool endsNoCase(std::string_view text, std::string_view end) noexcept;
 
 } // namespace eq::standin

@@ -1,11 +1,11 @@
 #pragma once
 
-// Win32's basic types and the constants that belong to no single area.
+// The basic types of Win32, and constants that several areas use.
 
 #include <cstddef>
 #include <cstdint>
 
-// Calling conventions exist on 32-bit Windows only. They stand in declarations, so only macros can take them away.
+// Calling conventions exist on 32-bit Windows only. Only macros can remove them from declarations.
 #define WINAPI
 #define CALLBACK
 
@@ -39,7 +39,6 @@ using LPDWORD = DWORD*;
 
 namespace eq::standin {
 
-/// A handle that is a number by its nature.
 template <typename Handle>
 Handle handleOfNumber(std::uintptr_t number) noexcept {
     return reinterpret_cast<Handle>(number); // NOLINT(performance-no-int-to-ptr)

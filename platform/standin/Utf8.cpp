@@ -6,8 +6,9 @@ namespace {
 
 constexpr char16_t ReplacementCharacter = 0xFFFD;
 
-/// What a lead byte says of its sequence: the number of continuation bytes, and the range of the first of them, which
-/// is narrower where overlong forms, surrogates or numbers above U+10FFFF would begin.
+/// The properties of a sequence that its lead byte determines: the number of continuation bytes, and the range of the
+/// first of them. The range is narrower if a full range would include overlong forms, surrogates or numbers above
+/// U+10FFFF.
 struct Lead {
     int continuations;
     std::uint8_t firstLowest;
@@ -38,7 +39,7 @@ constexpr bool isLowSurrogate(std::uint32_t unit) noexcept {
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-/// One continuation byte, with the six bits of a code point from `shift` on.
+/// Returns the continuation byte with the six bits of a code point from bit `shift` on.
 constexpr char continuation(std::uint32_t point, int shift) noexcept {
     return static_cast<char>(0x80 | (point >> shift & 0x3F));
 }

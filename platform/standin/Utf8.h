@@ -5,27 +5,27 @@
 
 namespace eq::standin {
 
-/// A character read from bytes, as UTF-16.
+/// A decoded character, in UTF-16.
 struct DecodedCharacter {
     std::array<char16_t, 2> units;
     int unitCount;
-    int size;   // bytes taken
-    bool valid; // else the units stand for what could not be read
+    int size;   // bytes read
+    bool valid; // false: the units replace unreadable bytes
 };
 
-/// Reads the character at the front of a text that is not empty. A broken sequence becomes one U+FFFD, up to the byte
-/// that breaks it; a first continuation byte of a wrong range still belongs to it.
+/// Decodes the first character of a text, which must not be empty. A broken sequence becomes one U+FFFD. The sequence
+/// ends before the byte that breaks it, but includes a first continuation byte of a wrong range.
 DecodedCharacter decodeUtf8(std::string_view text) noexcept;
 
-/// A character as UTF-8.
+/// An encoded character, in UTF-8.
 struct EncodedCharacter {
     std::array<char, 4> bytes;
     int byteCount;
-    int unitCount; // UTF-16 units taken
-    bool valid;    // else the bytes stand for a surrogate alone
+    int unitCount; // UTF-16 units read
+    bool valid;    // false: the bytes replace an unpaired surrogate
 };
 
-/// Writes the character at the front of a UTF-16 text that is not empty.
+/// Encodes the first character of a UTF-16 text, which must not be empty.
 EncodedCharacter encodeUtf8(std::wstring_view text) noexcept;
 
 } // namespace eq::standin

@@ -8,8 +8,8 @@ namespace eq {
 
 class AudioEffect;
 
-/// The base class of an effect's editor. The effect owns its editor; the host reaches it through the effect's
-/// dispatcher, on the thread of its user interface. Only `postUpdate` may come from another thread.
+/// The base class of an effect's editor. The effect owns its editor. The host calls the editor through the effect's
+/// dispatcher, on the thread of its user interface. Only `postUpdate` may be called on another thread.
 ///
 /// The virtual operations are a binary interface: their order is fixed.
 class AEffEditor {
@@ -20,13 +20,13 @@ public:
     AEffEditor(const AEffEditor&) = delete;
     AEffEditor& operator=(const AEffEditor&) = delete;
 
-    /// Gives the editor's size, in a record of the editor's own, or null.
+    /// Returns 1 and the address of the editor's size in `rect`, or returns 0 and null. The editor owns the size.
     virtual int32 getRect(ERect** rect) {
         *rect = nullptr;
         return 0;
     }
 
-    /// `window` is the host's parent window.
+    /// Opens the editor in `window`, the host's parent window.
     virtual int32 open(void* window) {
         systemWindow = window;
         return 0;
@@ -34,15 +34,15 @@ public:
 
     virtual void close() {}
 
-    /// Comes at times of the host's choice, while the editor is open.
+    /// Called while the editor is open, at times that the host chooses.
     virtual void idle() {
         if (updateFlag.exchange(0) != 0) update();
     }
 
-    /// Shows the parameters as they are now.
+    /// Shows the current parameters.
     virtual void update() {}
 
-    /// Asks for an `update` at the next `idle`. From any thread.
+    /// Requests an `update` at the next `idle`. Any thread may call this.
     virtual void postUpdate() { updateFlag = 1; }
 
 protected:

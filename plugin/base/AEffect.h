@@ -1,11 +1,11 @@
 #pragma once
 
-// The record and the callback through which a VST 2 host and an effect meet, and the numbers of that interface.
-// This header is all that a host needs; it stands on nothing of ours.
+// The VST 2 interface of a host and an effect: the record, the host callback and the numbers. A host needs no other
+// header, and this header includes no other header of the project.
 //
-// The interface was made for 32-bit processes: 144 bytes. On 64-bit targets the record has 192 bytes: its pointers and
-// its two reserved words widen, and so do `value` and the results of the dispatcher and the host callback. Hosts read
-// the record at fixed offsets, which are asserted below for both widths.
+// The record has 144 bytes in 32-bit processes and 192 bytes in 64-bit processes. In 64-bit processes its pointers and
+// its two reserved words are wider, and so are `value` and the results of the dispatcher and the host callback. Hosts
+// read the record at fixed offsets, which are asserted below for both widths.
 
 #include <cstddef>
 #include <cstdint>
@@ -15,17 +15,17 @@ using intptr = std::intptr_t;
 
 struct AEffect;
 
-/// What the effect calls in the host. `effect` is null in the one call that is made before an effect exists.
+/// The function of the host that an effect calls. `effect` is null in the only call before the effect exists.
 using audioMasterCallback = intptr (*)(AEffect* effect, int32 opcode, int32 index, intptr value, void* ptr, float opt);
 
 using AEffectDispatcherProc = intptr (*)(AEffect* effect, int32 opcode, int32 index, intptr value, void* ptr,
                                          float opt);
-/// One pointer per channel, each to `sampleFrames` floats.
+/// Inputs and outputs have one pointer per channel, each to `sampleFrames` floats.
 using AEffectProcessProc = void (*)(AEffect* effect, float** inputs, float** outputs, int32 sampleFrames);
 using AEffectSetParameterProc = void (*)(AEffect* effect, int32 index, float value);
 using AEffectGetParameterProc = float (*)(AEffect* effect, int32 index);
 
-/// The library's one export, named "main".
+/// The library's only export, named "main". Returns a new effect's record, or null on failure.
 using EffectMainProc = AEffect* (*)(audioMasterCallback audioMaster);
 
 struct AEffect {
@@ -45,20 +45,20 @@ struct AEffect {
     int32 realQualities;
     int32 offQualities;
     float ioRatio;
-    void* object;                        ///< the effect's own
-    void* user;                          ///< free
+    void* object;                        ///< for the effect
+    void* user;                          ///< free for the effect
     int32 uniqueID;                      ///< four characters
-    int32 version;                       ///< the effect's own
+    int32 version;                       ///< the effect's version
     AEffectProcessProc processReplacing; ///< overwrites the outputs
-    char future[60];                     ///< zero
+    char future[60];                     ///< zeros
 };
 
-/// "PtsV" in memory order.
+/// The value of `magic`: "PtsV" in memory order.
 inline constexpr int32 EffectMagic = 0x56737450;
-/// What `effIdentify` answers.
+/// The result of `effIdentify`.
 inline constexpr int32 EffectIdentity = 0x4E764566;
 
-/// Holds a field to its offset in 32-bit and in 64-bit processes.
+/// Asserts the offset of a field in 32-bit and in 64-bit processes.
 #define EQ_ASSERT_OFFSET(field, offset32, offset64)                                                                    \
     static_assert(offsetof(AEffect, field) == (sizeof(void*) == 4 ? (offset32) : (offset64)))
 static_assert(offsetof(AEffect, magic) == 0);
@@ -100,7 +100,7 @@ enum EffectFlags : int32 {
     effFlagsExtHasBuffer = 2048,
 };
 
-/// What the host asks of an effect, as the opcode of AEffect::dispatcher.
+/// The commands of a host to an effect: the opcodes of AEffect::dispatcher.
 enum EffectOpcode : int32 {
     effOpen = 0,
     effClose = 1,
@@ -163,7 +163,7 @@ enum EffectOpcode : int32 {
     effGetVstVersion = 58,
 };
 
-/// What an effect asks of the host, as the opcode of audioMasterCallback.
+/// The requests of an effect to its host: the opcodes of audioMasterCallback.
 enum HostOpcode : int32 {
     audioMasterAutomate = 0,
     audioMasterVersion = 1,

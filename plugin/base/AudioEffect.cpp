@@ -32,7 +32,7 @@ AudioEffect::AudioEffect(audioMasterCallback hostCallback, int32 programCount, i
     cEffect.numOutputs = 2;
     cEffect.ioRatio = 1.0f;
     cEffect.object = this;
-    cEffect.uniqueID = 0x4E6F4566; // of no effect in particular
+    cEffect.uniqueID = 0x4E6F4566; // the id of no particular effect
     cEffect.version = 1;
     cEffect.processReplacing = processReplacingGlue;
 }
@@ -118,7 +118,7 @@ void AudioEffect::float2string(float value, char* text) {
     const bool inRange = magnitude <= (negative ? 9999999.0 : 99999999.0);
     if (!inRange) return;
 
-    char whole[TextWidth]; // filled from its end: the digits in front of the point, and the point
+    char whole[TextWidth]; // the digits before the point, and the point; filled from the end
     char* first = whole + TextWidth;
     *--first = '.';
     double rest = std::floor(magnitude);

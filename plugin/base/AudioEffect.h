@@ -5,12 +5,12 @@
 
 namespace eq {
 
-/// The base class of every effect. It owns the record that the host holds, answers the commands 0 to 24 with harmless
-/// defaults, and offers the first of the calls to the host.
+/// The base class of every effect. It owns the record that the host uses. It answers the commands 0 to 24 with harmless
+/// defaults, and offers the host requests 0 to 4.
 ///
 /// The virtual operations are a binary interface: their order is fixed.
 ///
-/// A null callback stands for a host that answers 0 to everything. Texts go into buffers of the caller.
+/// A null callback means a host that returns 0 for every request. Texts are written to buffers of the caller.
 class AudioEffect {
 public:
     AudioEffect(audioMasterCallback hostCallback, int32 programCount, int32 parameterCount) noexcept;
@@ -20,9 +20,9 @@ public:
     AudioEffect(const AudioEffect&) = delete;
     AudioEffect& operator=(const AudioEffect&) = delete;
 
-    /// The record, which lives as long as the effect.
+    /// Returns the record, which lives as long as the effect.
     AEffect* getAeffect() noexcept { return &cEffect; }
-    /// Takes the editor over, or none for null. An editor set before is not deleted.
+    /// Takes ownership of an editor; null means no editor. The previous editor is not deleted.
     void setEditor(AEffEditor* newEditor) noexcept {
         editor = newEditor;
         setFlag(effFlagsHasEditor, newEditor != nullptr);
@@ -30,12 +30,12 @@ public:
 
     virtual void setParameter(int32 /*index*/, float /*value*/) {}
     virtual float getParameter(int32 /*index*/) { return 0.0f; }
-    /// Sets a parameter and tells the host, as an editor does.
+    /// Sets a parameter and notifies the host. Editors use this.
     virtual void setParameterAutomated(int32 index, float value);
 
-    /// Adds its result to `outputs`.
+    /// Processes audio and adds the result to `outputs`.
     virtual void process(float** inputs, float** outputs, int32 sampleFrames) = 0;
-    /// Overwrites `outputs`.
+    /// Processes audio and overwrites `outputs` with the result.
     virtual void processReplacing(float** /*inputs*/, float** /*outputs*/, int32 /*sampleFrames*/) {}
 
     virtual intptr dispatcher(int32 opCode, int32 index, intptr value, void* ptr, float opt);
@@ -44,7 +44,7 @@ public:
 
     virtual int32 getProgram() { return curProgram; }
     virtual void setProgram(int32 program) { curProgram = program; }
-    /// Nothing is stored, and the caller's text comes back empty.
+    /// Stores nothing, and empties the caller's text.
     virtual void setProgramName(char* name) { *name = '\0'; }
     virtual void getProgramName(char* name) { *name = '\0'; }
 
@@ -75,23 +75,23 @@ public:
     virtual float getSampleRate() { return sampleRate; }
     virtual int32 getBlockSize() { return blockSize; }
 
-    /// At least 1.
+    /// Returns the host's version of the interface, or 1 if the host returns 0.
     virtual int32 getMasterVersion();
     virtual int32 getCurrentUniqueId();
     virtual void masterIdle();
-    /// A host answers 0 for a pin that is connected.
+    /// Returns whether a pin is connected. The host returns 0 for a connected pin.
     virtual bool isInputConnected(int32 input);
     virtual bool isOutputConnected(int32 output);
 
-    // Numbers as texts of 8 characters, for buffers of 9 bytes or more.
+    // These write a number as a text of at most 8 characters, to a buffer of at least 9 bytes.
 
-    /// A linear gain in dB.
+    /// Writes a linear gain in dB.
     virtual void dB2string(float value, char* text);
-    /// A period in samples as its frequency in Hz.
+    /// Writes the frequency in Hz for a period in samples.
     virtual void Hz2string(float samples, char* text);
-    /// A length in samples in milliseconds.
+    /// Writes the duration in milliseconds for a length in samples.
     virtual void ms2string(float samples, char* text);
-    /// As many digits as fit. What lies beyond -9999999 .. 99999999, or is no number, leaves `text` as it was.
+    /// Writes as many digits as fit. Leaves `text` unchanged for NaN and for a value outside -9999999 .. 99999999.
     virtual void float2string(float value, char* text);
     virtual void long2string(int32 value, char* text);
 
@@ -100,7 +100,7 @@ protected:
         cEffect.flags = state ? cEffect.flags | flag : cEffect.flags & ~flag;
     }
 
-    /// Calls the host, if there is one.
+    /// Returns the host's answer to a request, or 0 without a host.
     intptr callHost(HostOpcode opcode, int32 index = 0, intptr value = 0, void* ptr = nullptr, float opt = 0.0f) {
         return audioMaster ? audioMaster(&cEffect, opcode, index, value, ptr, opt) : 0;
     }

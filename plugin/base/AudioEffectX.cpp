@@ -4,12 +4,12 @@ namespace eq {
 
 namespace {
 
-// Pointers that travel in the argument that is a number otherwise.
+// Some requests pass or return a pointer as a number.
 intptr asValue(void* pointer) {
     return reinterpret_cast<intptr>(pointer);
 }
 void* asPointer(intptr value) {
-    return reinterpret_cast<void*>(value); // NOLINT(performance-no-int-to-ptr): the host's own form
+    return reinterpret_cast<void*>(value); // NOLINT(performance-no-int-to-ptr): part of the interface
 }
 
 } // namespace

@@ -4,15 +4,15 @@
 
 namespace eq {
 
-/// The base class from which an effect derives. It answers the commands 25 to 58 with harmless defaults, and offers
-/// the rest of the calls to the host; each of these names what the host answers, unless it says otherwise.
+/// The base class from which an effect derives. It answers the commands 25 to 58 with harmless defaults, and offers the
+/// remaining host requests. Each of these returns the host's answer, unless its comment says otherwise.
 ///
-/// The virtual operations continue those of AudioEffect, and their order is fixed as well.
+/// The virtual operations continue those of AudioEffect, and their order is fixed, too.
 class AudioEffectX : public AudioEffect {
 public:
     using AudioEffect::AudioEffect;
 
-    /// True if the host took the events.
+    /// Returns true if the host accepts the events.
     bool sendVstEventsToHost(void* events);
 
     intptr dispatcher(int32 opCode, int32 index, intptr value, void* ptr, float opt) override;
@@ -34,9 +34,9 @@ public:
     virtual bool ioChanged();
     virtual bool needIdle();
     virtual bool sizeWindow(int32 width, int32 height);
-    /// The rate that the host last told: it is expected to tell it from within this call.
+    /// Returns the sampling rate that the host last set. The host is expected to set it during this call.
     virtual float updateSampleRate();
-    /// The block size that the host last told, in the same way.
+    /// Returns the block size that the host last set. The host is expected to set it during this call.
     virtual int32 updateBlockSize();
     virtual int32 getInputLatency();
     virtual int32 getOutputLatency();
@@ -46,7 +46,7 @@ public:
     virtual void outputConnected(int32 /*index*/, bool /*state*/) {}
     virtual bool getInputProperties(int32 /*index*/, void* /*properties*/) { return false; }
     virtual bool getOutputProperties(int32 /*index*/, void* /*properties*/) { return false; }
-    /// An effect (0) or an instrument (2).
+    /// Returns 0 for an effect, or 2 for an instrument.
     virtual int32 getPlugCategory() { return (cEffect.flags & effFlagsIsSynth) != 0 ? 2 : 0; }
     virtual int32 willProcessReplacing();
     virtual int32 getCurrentProcessLevel();

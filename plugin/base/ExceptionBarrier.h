@@ -3,7 +3,7 @@
 namespace eq {
 
 /// Returns the result of `action`, or the zero of its type (0, null or nothing) if `action` throws. The host's
-/// interface has no form for an exception, so no exception passes an entry function.
+/// interface cannot represent an exception, so no exception may leave an entry function.
 template <typename Action>
 auto withExceptionBarrier(const Action& action) noexcept -> decltype(action()) {
     using Result = decltype(action());

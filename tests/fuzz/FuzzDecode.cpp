@@ -1,4 +1,5 @@
-// decode_value against the escapes' definition: passes that search, replace and look at each hit from the text's start.
+// Compares decode_value with the definition of the escapes: one pass per kind of escape, which searches and replaces. A
+// hit on a trail byte is not an escape; the text before the hit decides this.
 
 #include "platform/desktop/TestHooks.h"
 #include "tests/fuzz/Require.h"
@@ -35,7 +36,7 @@ void replaceHexadecimal(std::string& s) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) return 0;
-    // The first byte chooses the ANSI code page: with double-byte characters or without.
+    // The first byte selects the ANSI code page, with or without double-byte characters.
     standin::setAnsiCodepage(data[0] % 2 == 0 ? 1252 : 932);
     const std::string value(reinterpret_cast<const char*>(data + 1), size - 1);
 

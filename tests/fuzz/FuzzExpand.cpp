@@ -1,4 +1,4 @@
-// ExpandKeys on any text, against the definition: search, replace in place, and go on behind what was put in.
+// Compares ExpandKeys with its definition for any text: search, replace in place, and continue after the replacement.
 
 #include "tests/fuzz/Require.h"
 #include "tests/support/TemporaryFolder.h"
@@ -35,7 +35,7 @@ std::wstring expandedByDefinition(const CLanguageStore& store, std::wstring s) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const CLanguageStore store = madeStore();
 
-    // ASCII, which is the same in both widths.
+    // ASCII characters are the same in both widths.
     std::string text;
     for (std::size_t i = 0; i < size && data[i] % 0x80 != 0; ++i) text += static_cast<char>(data[i] % 0x80);
     const std::wstring wide(text.begin(), text.end());

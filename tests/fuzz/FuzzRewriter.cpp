@@ -1,5 +1,5 @@
-// One of the rewriters on any bytes. What it makes is a good resource, and it makes nothing of bytes in which nothing
-// can be replaced. The texts are those of the language file beside the programs.
+// Calls one of the rewriters with any bytes. A result must be a valid resource. There must be no result if the bytes
+// have nothing to replace. The texts come from the language file in the program's folder.
 
 #include "tests/fuzz/Require.h"
 #include "tests/support/Rewritten.h"
@@ -13,7 +13,7 @@
 namespace eq {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    // Without its language file a program would look at no replacement at all.
+    // Without its language file a program would never replace anything.
     static const bool has_texts = GetLanguageString("T_Short") == "S";
     require(has_texts);
 

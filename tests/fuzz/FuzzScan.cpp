@@ -1,4 +1,4 @@
-// The scanner, and behind it the loader, on any bytes: nothing but the faults that they declare.
+// Passes any bytes to the scanner and the loader, which may throw only the exceptions that they declare.
 
 #include "wedge/CLanguageFile.h"
 #include "wedge/CLanguageStoreLoader.h"
@@ -16,9 +16,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         scanLanguageStream(stream, "Fuzz1041.lng", loader);
     } catch (const CLanguageFile::syntax_error&) {
-        // No language file.
+        // The bytes are not a language file.
     } catch (const convert_wstring_failed&) {
-        // The code page has no such characters.
+        // The code page lacks a character.
     }
     return 0;
 }

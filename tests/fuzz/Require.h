@@ -4,7 +4,7 @@
 
 namespace eq {
 
-/// Aborts, which is a finding.
+/// Aborts if `holds` is false. The fuzzer reports an abort as a finding.
 inline void require(bool holds) {
     if (!holds) std::abort();
 }

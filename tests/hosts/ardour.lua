@@ -1,9 +1,9 @@
--- The effect on a track of an Ardour session.
+-- Puts the effect on a track of an Ardour session, or loads such a session.
 --
---   make FOLDER SOUND RATE CHANNELS FRAMES P...    makes a session that plays the sound file, with the parameters P...
+--   make FOLDER SOUND RATE CHANNELS FRAMES P...    creates a session that plays the sound file with the parameters P...
 --   load FOLDER                                    loads the session
 --
--- Both print how Ardour sees the effect.
+-- Both commands print the properties of the effect that Ardour sees.
 
 local command, folder, sound, rate, channels, frames = table.unpack(arg)
 local session, effect
@@ -35,7 +35,7 @@ local function print_effect()
     end
 end
 
--- Scripts have no function that puts a sound on a track, so this writes it into the saved session.
+-- Writes a sound into the saved session, because scripts have no function that puts a sound on a track.
 local function add_sound()
     local length = string.format("a%d", frames * 282240000 // rate)
     local sources, used = "", ""

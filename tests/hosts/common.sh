@@ -1,4 +1,5 @@
-# Shared by the scripts of this folder. A script first sets `needs` to the files and commands that its host consists of.
+# Shared by the scripts of this folder. Before a script reads this file, it sets `needs` to the files and commands of
+# its host.
 #
 #   SCRIPT --can    prints nothing; succeeds if the host is installed
 set -u
@@ -26,7 +27,7 @@ library="$dist/Parametric Equalizer.so"
 parameters=(Volume 'Frequency(1)' 'Frequency(2)' 'Frequency(3)' 'Frequency(4)' 'Gain(1)' 'Gain(2)' 'Gain(3)' 'Gain(4)'
     'Q(1)' 'Q(2)' 'Q(3)' 'Q(4)')
 
-# Hosts write into their home. The texts are English, whatever the environment says.
+# Hosts write to their home folder. The texts are English, whatever the user's environment selects.
 work=$(mktemp -d --tmpdir "foreign host.XXXXXX") || fail "there is no folder for temporary files"
 trap 'rm -rf -- "$work"' EXIT
 export HOME=$work/home LC_ALL=C

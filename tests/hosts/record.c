@@ -2,9 +2,9 @@
 //
 //   record ZamEQ2|Equalizer PATH
 //
-// Compares the record of the effect in PATH with the published layout. ZamEQ2 is a foreign effect: it proves the
-// layout. For the Equalizer, also compares texts, sound and version. Prints "PATH is as published", or each fault and
-// exits with 1.
+// Compares the record of the effect in PATH with the published layout. ZamEQ2 is a foreign effect, which proves the
+// layout. For the Equalizer, also compares texts, sound and version. Prints "PATH is as published", or prints each
+// fault and exits with 1.
 
 #ifdef _WIN32
 #include <windows.h>
@@ -257,7 +257,7 @@ static void checkGain(EffectMain* entry, int parameter, float value, double deci
     dispatch(effect, effClose, 0, NULL);
 }
 
-// Each channel has one impulse, at another frame. Without a setting the effect is a delay.
+// Each channel has one impulse, at a different frame. At its default settings the effect is a delay.
 static void checkDelay(EffectMain* entry) {
     const int impulse[] = {0, 700}, delay = 2048;
     memset(input, 0, sizeof input);
@@ -288,7 +288,7 @@ static void checkVersion(const char* path) {
     UINT size;
     check(GetFileVersionInfoA(path, 0, sizeof resource, resource), "no version resource", GetLastError());
     if (!VerQueryValueA(resource, "\\", (void**)&fixed, &size)) return check(false, "no fixed version", GetLastError());
-    // 2.0.0.117, 16 bits per number.
+    // Version 2.0.0.117, with 16 bits per number.
     check(fixed->dwFileVersionMS == 0x20000 && fixed->dwFileVersionLS == 117, "version", fixed->dwFileVersionLS);
     check(fixed->dwProductVersionMS == 0x20000 && fixed->dwProductVersionLS == 117, "product",
           fixed->dwProductVersionLS);

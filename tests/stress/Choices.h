@@ -7,7 +7,7 @@
 #include <iterator>
 #include <random>
 
-// The decisions of a thread. They follow from its seed alone, and not from what other threads do.
+// The random decisions of a thread. They depend on the thread's seed only, not on other threads.
 
 namespace eq {
 
@@ -16,7 +16,7 @@ inline std::mt19937& choices() {
     return engine;
 }
 
-/// 0 to `count` - 1.
+/// Returns a number from 0 to `count` - 1.
 inline std::size_t below(std::size_t count) {
     return choices()() % count;
 }
@@ -34,18 +34,18 @@ const auto& oneOf(const Range& range) {
     return std::begin(range)[below(std::size(range))];
 }
 
-/// -1 to 1.
+/// Returns a sample from -1 to 1.
 inline float sample() {
     return static_cast<float>(static_cast<std::int32_t>(choices()())) * 0x1p-31f;
 }
 
-/// Of any size and sign, now and then at the ends of the type.
+/// Returns a number of any size and sign, sometimes at the ends of the type or near 0.
 inline std::int32_t integer() {
     constexpr std::int32_t Ends[] = {INT32_MIN, INT32_MIN + 1, -1, 0, 1, INT32_MAX - 1, INT32_MAX};
     return oneIn(3) ? oneOf(Ends) : static_cast<std::int32_t>(choices()()) >> below(32);
 }
 
-/// Any bits.
+/// Returns a float with any bits, sometimes a special value.
 inline float number() {
     constexpr float Odd[] = {0.0f, -0.0f, NAN, INFINITY, -INFINITY, FLT_TRUE_MIN, -FLT_TRUE_MIN, FLT_MAX, -FLT_MAX};
     return oneIn(2) ? oneOf(Odd) : std::bit_cast<float>(static_cast<std::uint32_t>(choices()()));

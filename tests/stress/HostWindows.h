@@ -4,13 +4,13 @@
 
 namespace eq {
 
-/// A host's windows. On Windows they are part of the program. The stand-in's windows live in the library that it is
-/// part of, so on Linux they come from a further export of a library that is made for this test.
+/// The windows of a host. On Windows this program creates them. On Linux the stand-in is a part of the library, and its
+/// windows exist there only. A library that is built for this test therefore exports these functions.
 struct HostWindows {
-    void* (*make)(); ///< hidden; also readies the common controls
+    void* (*make)(); ///< makes a hidden window, and registers the common controls
     void (*destroy)(void* window);
     int (*children)(void* window);
-    std::size_t (*all)() noexcept = nullptr; ///< on Linux
+    std::size_t (*all)() noexcept = nullptr; ///< the number of windows; null on Windows
     void (*pump)();
 };
 extern "C" const HostWindows* hostWindows();

@@ -1,11 +1,11 @@
-// A bad host: drives the library through its record as hosts are allowed to, but in ways in which few do, from several
-// threads, and looks at everything that the record promises.
+// A bad host. It calls the library through its record in permitted but unusual ways, on several threads, and checks
+// everything that the record promises.
 //
-//   hostile-hosts [--seconds N] [--steps N] [--seed N]    without the first two, until somebody ends it
+//   hostile-hosts [--seconds N] [--steps N] [--seed N]    runs without end if --seconds and --steps are missing
 //
-// Runs in rounds. Each breaks a language file, mends it, loads the library and lets the threads at it. Exits with 1 at
-// the first thing that is wrong, and with 3 if something hangs. A seed gives each thread the same decisions again;
-// --steps counts those of the main thread.
+// Each round breaks a language file, repairs it, loads the library, and calls it on all threads. Exits with 1 after the
+// first fault, and with 3 if a round hangs. A seed repeats the decisions of each thread. --steps counts the steps of
+// the main thread.
 
 #include "tests/stress/Choices.h"
 #include "tests/stress/Instance.h"
@@ -31,7 +31,7 @@ std::map<std::string, std::uint64_t> options = {{"--seconds", Endless}, {"--step
 
 std::atomic<std::uint64_t> rounds = 0;
 
-/// Ends the program when it is in one round for minutes.
+/// Ends the program if no round ends within three minutes.
 [[noreturn]] void watch() {
     for (std::uint64_t seen = 0;; seen = rounds) {
         std::this_thread::sleep_for(std::chrono::minutes(3));
@@ -44,7 +44,7 @@ bool goesOn() {
     return options["--steps"] > 0 && Clock::now() < end;
 }
 
-/// Loads the library beside a broken language file, and goes on when it is mended.
+/// Loads the library next to a broken language file, repairs the file, and uses the library again.
 void breakAndMend(const std::string& library, const TemporaryFolder& folder) {
     std::stringstream whole;
     whole << std::ifstream(EQ_LANGUAGE_FILE, std::ios::binary).rdbuf();
@@ -54,7 +54,7 @@ void breakAndMend(const std::string& library, const TemporaryFolder& folder) {
         texts += "\nno equals sign here\n";
     } else {
         for (std::size_t i = below(8); i > 0; --i) texts[below(texts.size())] = static_cast<char>(integer());
-        // A unit word that goes ahead of the file's own.
+        // A unit word before the file's own: the first definition counts.
         texts.insert(0, "[Parametric Equalizer]\nIDS_DB = " + std::string(below(60), oneIn(2) ? 'x' : '\xE9') + "\n");
     }
     folder.write("Equalizer1033.lng", texts);
@@ -66,8 +66,8 @@ void breakAndMend(const std::string& library, const TemporaryFolder& folder) {
     require(host.tryEffect() || !isSurelyBroken, "main gave no effect when the language file was mended");
 }
 
-/// Lets the threads at the instances: two that process, each half of them, two that set and read parameters, and this
-/// one.
+/// Uses the instances on five threads. Two process audio, each for half of the instances. Two set and read parameters.
+/// This thread sends commands.
 void useAtOnce(const Host& host, const Instances& instances) {
     std::atomic<bool> isOver = false;
     std::vector<std::thread> threads;
@@ -111,7 +111,7 @@ void playHost(const std::string& library) {
 
 } // namespace eq
 
-int main(int argc, char** argv) { // NOLINT(bugprone-exception-escape): which ends it, and tells why
+int main(int argc, char** argv) { // NOLINT(bugprone-exception-escape): ends the program with the reason
     using namespace eq;
     for (int i = 1; i + 1 < argc; i += 2) options[argv[i]] = std::strtoull(argv[i + 1], nullptr, 10);
     if (argc % 2 == 0 || options.size() != 3) {

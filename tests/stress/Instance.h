@@ -15,13 +15,13 @@
 
 namespace eq {
 
-/// What was done, by kind.
+/// The number of actions of each kind.
 struct Counts {
     std::atomic<std::uint64_t> blocks, samples, editors, loads, brokenFiles;
 };
 inline Counts counts{};
 
-/// Tells what was wrong, and ends the program.
+/// Prints the violation and ends the program.
 [[noreturn]] inline void violation(const std::string& what, int status = 1) {
     std::cout << "VIOLATION: " << what << std::endl;
     std::_Exit(status);
@@ -31,7 +31,7 @@ inline void require(bool holds, const char* what) {
     if (!holds) violation(what);
 }
 
-/// Sends a command that has this answer.
+/// Sends a command and checks its result.
 inline void dispatch(AEffect* effect, int32 opcode, intptr answer, int32 index = 0, intptr value = 0,
                      void* ptr = nullptr, float opt = 0.0f) {
     const intptr found = effect->dispatcher(effect, opcode, index, value, ptr, opt);
@@ -42,7 +42,7 @@ inline bool isParameter(int32 index) {
     return index >= 0 && index < ParameterCount;
 }
 
-/// Asks for a text by one of the opcodes, and looks at the buffer. The longest text has 27 characters and an end.
+/// Returns the text for an opcode, and checks its buffer. The longest text has 27 characters and a terminator.
 inline std::string textOf(AEffect* effect, int32 opcode, int32 index) {
     const std::string untouched(64, '#');
     std::string text = untouched;
@@ -53,11 +53,11 @@ inline std::string textOf(AEffect* effect, int32 opcode, int32 index) {
     return text.substr(0, length);
 }
 
-/// What the effects call. It answers anything, and now and then calls back into the effect from within.
+/// The host callback of the effects. It returns unusual values, and sometimes calls the effect again from inside.
 inline intptr hostileCallback(AEffect* effect, int32 opcode, int32 index, intptr value, void* ptr, float opt) {
     require(value == 0 && ptr == nullptr, "a call to the host has arguments that it must not have");
     if (opcode == audioMasterVersion) return INT32_MIN;
-    // An editor's grid goes on beyond the ends of its sliders.
+    // An editor's positions continue beyond the ends of its sliders.
     require(opcode == audioMasterAutomate && effect && isParameter(index) && std::abs(opt) <= 1e7f,
             "an effect tells its host of something else than a change");
     require(!effect->user, "an editor changed a parameter that nobody had touched");
@@ -70,13 +70,14 @@ inline intptr hostileCallback(AEffect* effect, int32 opcode, int32 index, intptr
     return INT32_MAX;
 }
 
-/// The library as a host has it loaded.
+/// A host that has loaded the library.
 struct Host {
     explicit Host(const std::string& path) : library(path) { ++counts.loads; }
 
     [[nodiscard]] AEffect* make() const { return library.find<EffectMainProc>("main")(hostileCallback); }
 
-    /// Makes an effect, sets it to anything, asks for its texts, and ends it. Gives whether there was one.
+    /// Creates an effect, sets its parameters to any values, reads its texts, and closes it. Returns whether an effect
+    /// was created.
     bool tryEffect() const {
         AEffect* const effect = make();
         if (!effect) return false;
@@ -99,19 +100,20 @@ struct Host {
 #endif
 };
 
-/// An effect, and a window for its editor.
+/// An effect with a window for its editor.
 class Instance {
 public:
-    /// A steady one keeps its parameters, and has to sound like a twin on which nothing else is done.
+    /// A steady effect keeps its parameters. Its output must equal the output of a twin, which only processes audio and
+    /// is switched off and on.
     Instance(const Host& owner, bool isSteady) : host(owner), twin(isSteady ? host.make() : nullptr) {
         if (!twin) return;
-        effect->user = this; // by which the callback knows it
+        effect->user = this; // marks a steady effect for the callback
         for (int32 i = 0; i < ParameterCount; ++i) {
             const float value = std::abs(sample());
             for (AEffect* const each : {effect, twin}) each->setParameter(each, i, value);
         }
     }
-    /// Be its editor open or not.
+    /// Closes the effect, whether its editor is open or not.
     ~Instance() {
         dispatch(effect, effClose, 1);
         requireEditors(0);
@@ -121,15 +123,16 @@ public:
     Instance(const Instance&) = delete;
     Instance& operator=(const Instance&) = delete;
 
-    // What a host does at the same time: each of these on one thread, but the last on any number.
+    // A host calls the next three at the same time: the first two on one thread each, the last on any number of
+    // threads.
 
-    /// Runs a block through, separate or in place, replacing or adding, and looks at all that came of it.
+    /// Processes a block and checks all results. The outputs are separate or in place, replaced or added to.
     void processBlock() {
         constexpr float Sizes[] = {1.0f, 1.0f, 0.0f, 1e-38f, FLT_MAX, INFINITY, NAN};
         const float size = Sizes[below(isModerate ? 4 : 7)];
         const int32 lengths[] = {between(0, 64), between(1, 5) * BlockSize + between(-2, 2), between(0, 100000)};
         const auto length = static_cast<std::size_t>(oneOf(lengths));
-        // Two inputs and two outputs at any alignment, with samples around each that nobody may write to.
+        // Two inputs and two outputs at any alignment. Nothing may write to the samples around each of them.
         const std::size_t stride = length + 16 + below(16);
         Samples memory(4 * stride + 16);
         static const Samples sounds = noise(1 << 19)[0];
@@ -160,7 +163,7 @@ public:
         require(sameBits(result, expected), "an effect does not sound like its quiet twin");
     }
 
-    /// What the main thread has to itself: editors and commands.
+    /// Uses editors or sends a command. For the main thread only.
     void command() {
         host.windows.pump();
         const std::size_t action = below(13);
@@ -169,7 +172,7 @@ public:
         if (action < 8) return sendAny();
         if (action == 8) return measure();
         if (action == 9) {
-            host.windows.destroy(window); // from under the editor
+            host.windows.destroy(window); // while the editor may be open in it
             window = host.windows.make();
         }
         dispatch(effect, effEditClose, 0);
@@ -189,9 +192,9 @@ public:
         }
     }
 
-    // What a host does while it calls nothing else.
+    // A host calls the next two while it calls nothing else.
 
-    /// Switches the effect off and on, which must leave nothing of the audio before.
+    /// Switches the effect off and on, which must erase all earlier audio.
     void switchOff() {
         const Stereo silence = {Samples(BlockSize), Samples(BlockSize)};
         for (AEffect* const each : {effect, twin}) {
@@ -203,7 +206,7 @@ public:
         isModerate = oneIn(2);
     }
 
-    /// To sizes that the machine has the memory for, and those that none has.
+    /// Sets block sizes: valid ones, invalid ones, and in 32-bit processes one that exceeds the memory.
     void changeBlockSize() {
         constexpr int32 Sizes[] = {INT32_MIN, -1, 0, 1, 7, 2048, 65536, 1 << 22, sizeof(void*) == 4 ? INT32_MAX : 1};
         dispatch(effect, effSetBlockSize, 0, integer(), oneOf(Sizes));
@@ -217,7 +220,7 @@ private:
         counts.samples += length;
     }
 
-    /// What an effect makes of audio, in few calls or in many.
+    /// Returns the effect's output for `audio`, which is passed in few or in many calls.
     static Stereo render(AEffect* effect, Stereo audio) {
         const std::size_t longest = oneIn(2) ? 70000 : 70;
         for (std::size_t done = 0, count = 0; done < audio[0].size(); done += count) {
@@ -245,8 +248,8 @@ private:
         require(rect && rect->bottom > 100 && rect->right > 100, "an editor has no size");
     }
 
-    /// A command with arguments of any kind; its pointer leads nowhere, and no such command follows it. Those that end
-    /// the effect, have to do with its window or its audio, or fill a buffer are apart.
+    /// Sends a command with any arguments. Its pointer is invalid, and no such command may use it. Commands that close
+    /// the effect, concern its window or its audio, or fill a buffer are excluded.
     void sendAny() {
         const int32 opcode = oneIn(8) ? integer() : between(-2, 70);
         if (opcode == effClose || (opcode >= effSetProgramName && opcode <= effGetParamName) ||
@@ -262,9 +265,10 @@ private:
     AEffect* const effect = host.make();
     AEffect* const twin;
     void* window = host.windows.make();
-    /// Whether only audio of moderate size goes in until the next switching off: then what comes out is finite.
+    /// Whether the effect has received only audio of moderate size since it was switched off. Its output is then
+    /// finite.
     bool isModerate = true;
-    /// To the opcodes that are not answered with 0.
+    /// The results of the opcodes that do not return 0.
     std::map<int32, intptr> answers = {
         {effIdentify, EffectIdentity}, {effCanBeAutomated, 1}, {effGetNumProgramCategories, 1},
         {effConnectInput, 1},          {effConnectOutput, 1},  {effKeysRequired, 1},
