@@ -49,6 +49,10 @@ if(EQ_BUILD_FUZZERS)
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
+# Debug information and asserted conditions name files by their place in the project, so that the place of the project
+# does not show in what is built.
+add_compile_options("-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
+
 if(WIN32)
   # Only system libraries may be imported, so the compiler's own are linked in.
   add_compile_definitions(WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
