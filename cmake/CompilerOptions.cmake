@@ -31,10 +31,27 @@ endif()
 set(EQ_TEST_ENVIRONMENT "ASAN_OPTIONS=intercept_tls_get_addr=0"
   "LSAN_OPTIONS=suppressions='${PROJECT_SOURCE_DIR}/tests/foreign-leaks.txt':print_suppressions=0")
 
+# Checks of the shipped programs at run time: a stack that is overwritten, or that grows past its guard page, copies
+# beyond the end of a buffer, and indices beyond the end of a container end the process. The other builds have sanitizers.
+if(CMAKE_BUILD_TYPE MATCHES "^Rel" AND NOT EQ_SANITIZE)
+  add_compile_options(-fstack-protector-strong)
+  if(WIN32)
+    add_link_options(-fstack-protector-strong)
+  else()
+    add_compile_options(-fstack-clash-protection -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3)
+    add_compile_definitions(_GLIBCXX_ASSERTIONS)
+    add_link_options(LINKER:-z,relro)
+  endif()
+endif()
+
 if(EQ_BUILD_FUZZERS)
   # Lets the fuzzer see the path of an input through all layers.
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
+
+# Debug information and asserted conditions name files by their place in the project, so that the place of the project
+# does not show in what is built.
+add_compile_options("-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
 
 if(WIN32)
   # Only system libraries may be imported, so the compiler's own are linked in.

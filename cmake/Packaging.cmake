@@ -52,6 +52,7 @@ set(CPACK_PACKAGE_CONTACT "the Parametric Equalizer authors <parametric-equalize
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "four-band parametric equalizer for VST 2 hosts and audio files")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
+set(CPACK_PRE_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/packaging/times.cmake")
 
 if(WIN32)
   set(CPACK_GENERATOR ZIP)

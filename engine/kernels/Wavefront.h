@@ -79,7 +79,9 @@ public:
     }
 
     /// Returns Lag samples of the drain from `n` onward. `n` is one of the last InFlight samples of the block.
-    [[nodiscard]] FloatQuad drained(int n) const noexcept { return FloatQuad::load(line + n - (BlockSize - InFlight)); }
+    [[nodiscard]] FloatQuad drained(int n) const noexcept {
+        return FloatQuad::load(line + (n - (BlockSize - InFlight)));
+    }
 
     const FilterRun& run;
     /// The samples between the bands: Lag samples for band 3, then for band 2, then for band 1.
