@@ -57,7 +57,7 @@ if(WIN32)
   set(CPACK_GENERATOR ZIP)
   set(CPACK_PACKAGE_FILE_NAME ${package}-${PROJECT_VERSION}-windows)
   set(CPACK_INCLUDE_TOPLEVEL_DIRECTORY ON)
-  # Both builds go into one package.
+  # One package contains both builds.
   set(CPACK_INSTALL_CMAKE_PROJECTS
     "${PROJECT_SOURCE_DIR}/build/win32" ${PROJECT_NAME} effect /32-bit
     "${PROJECT_SOURCE_DIR}/build/win64" ${PROJECT_NAME} effect /64-bit
