@@ -1,11 +1,11 @@
-// Measures the filter: each kernel on a block, on a pair of blocks, on a change and on a fade, with signal, and in
-// silence after the state has decayed to denormals; and the chain of operations that limits every kernel.
+// Measures the filter. For each kernel, the program measures an ordinary block, a pair of blocks, a parameter change
+// and a fade, all with signal, and a silent block after the state has decayed to denormals. It also measures the chain
+// of operations that limits every kernel.
 //
-//     bench-kernel [TEXT]    only the figures whose names contain TEXT
+//     bench-kernel [TEXT]    measures only the figures whose names contain TEXT
 //
 // Each line of the output is a name, a tab, the least of 100 measurements in nanoseconds, a tab, and a remark. The
-// measurements take turns in random order. This program uses no benchmark library, because none is packaged for
-// Windows.
+// measurements are in random order. This program uses no benchmark library, because Debian has none for Windows.
 
 #include "engine/kernels/KernelChoice.h"
 #include "tests/support/EngineInput.h"
@@ -22,11 +22,11 @@ namespace eq {
 
 namespace {
 
-// Many short measurements: on a busy machine some of them are not interrupted.
+// The measurements are many and short, so that some of them are not interrupted on a busy machine.
 constexpr int Rounds = 100;
 constexpr double LeastDuration = 1e6; // nanoseconds
 
-/// Four active bands, as in use.
+/// Typical settings with four active bands.
 constexpr float Settings[ParameterCount] = {-3, 80, 400, 2500, 9000, 4, -5, 6, -2, 1, 2, 3, 1.5F};
 constexpr float OtherSettings[ParameterCount] = {-6, 100, 700, 3500, 12000, -3, 4, -6, 5, 2, 1, 2, 3};
 
@@ -43,7 +43,7 @@ double nanosecondsOf(const auto& work) {
     return std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// Returns a measurement of the time that `call` needs for each of its `samples`.
+/// Returns a function that measures the time of `call` in nanoseconds per sample. One call processes `samples` samples.
 std::function<double()> perSample(int samples, std::function<void()> call) {
     return [=] {
         for (int calls = 1;; calls *= 2) {
@@ -60,7 +60,7 @@ Samples noiseBlock(unsigned seed) {
     return noise(random, BlockSize, 0.5F);
 }
 
-/// A channel that filters one block repeatedly.
+/// A channel whose kernel filters the same block repeatedly.
 struct Channel {
     explicit Channel(unsigned seed) : input(noiseBlock(seed)) {}
 
@@ -84,7 +84,7 @@ Figure stereoPair(const BlockKernel& kernel) {
             })};
 }
 
-/// Includes the design of the new setting.
+/// The measured time includes the design of the new setting.
 Figure changeBlock(const BlockKernel& kernel) {
     const auto engine = std::make_shared<FourBandEqualizer>(kernel);
     return {"change", perSample(BlockSize, [engine, channel = Channel(1), other = false]() mutable {
@@ -100,7 +100,8 @@ Figure fadeBlock(const BlockKernel& kernel) {
             })};
 }
 
-/// Long after the last sound. Rounding keeps the state of most settings among the denormals.
+/// Measures a silent block long after the last sound. With most settings, rounding keeps the state in the range of the
+/// denormals.
 Figure silence(const BlockKernel& kernel) {
     Channel channel(1);
     kernel.filter(channel.run(), channel.output.data());
@@ -114,13 +115,15 @@ Figure silence(const BlockKernel& kernel) {
             std::to_string(bands) + " of the four bands stayed in denormals"};
 }
 
-/// The five operations for which the next sample of a section waits. The operands outside the chain are constant.
+/// Runs the chain of five operations per sample that each sample of a section waits for. All other operands are
+/// constant. Returns the last state.
 [[gnu::noinline]] double runChain(double s2, double c, double k, double x, double cs1, double s1) {
     for (int n = 0; n < BlockSize; ++n) s2 = s1 + c * ((x + k * s2) - cs1);
     return s2;
 }
 
-/// The least time of a block whose bands run side by side. `size` is the size of the numbers.
+/// Measures the chain, which is the least possible time of a block whose bands run side by side. `size` is the
+/// magnitude of the operands.
 Figure chain(const char* name, double size) {
     return {name, perSample(BlockSize, [size, design = FilterDesign::of(Settings), s2 = 0.3 * size]() mutable {
                 s2 = runChain(s2, design.centreCoefficient[1], design.bandwidthCoefficient[1], 0.2 * size, 0.01 * size,
@@ -128,7 +131,7 @@ Figure chain(const char* name, double size) {
             })};
 }
 
-/// Samples in and out without a filter.
+/// Measures the copies of samples into and out of the blocks, without a filter.
 Figure staging() {
     constexpr int PassMode = 3;
     const auto engine = std::make_shared<FourBandEqualizer>();
@@ -137,7 +140,7 @@ Figure staging() {
             })};
 }
 
-/// Calls of 64 samples. A block completes in one call of 32, and that call does all the work.
+/// The size of a call in samples. One call in 32 completes a block, and this call does all the filter work.
 constexpr int Frames = 64;
 constexpr int CallsPerBlock = BlockSize / Frames;
 
@@ -161,7 +164,7 @@ Figure completingCall() {
             float* const last = block.data() + BlockSize - Frames;
             duration = nanosecondsOf([&] { engine->process(last, last, Frames, FourBandEqualizer::Process); });
         }
-        // The median, since the system may interrupt a call.
+        // Return the median, because the system may interrupt some calls.
         std::ranges::nth_element(durations, durations.begin() + 50);
         return durations[50];
     };

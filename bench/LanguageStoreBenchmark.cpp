@@ -1,4 +1,4 @@
-// How long a host waits for the language files at the first use, and what each look-up costs from then on.
+// Measures how long a host waits for the language files at the first use, and how long each later look-up takes.
 
 #include "tests/support/TemporaryFolder.h"
 #include "wedge/CLanguageStore.h"
@@ -32,13 +32,13 @@ std::string modulePath(const TemporaryFolder& folder) {
     return folder.path("Module.dll");
 }
 
-/// All files are English, each with keys of its own: each is read, and once more in every step that takes English.
+/// Builds the store from English files with different keys. Each file is read again in every step that reads English.
 void buildFromEnglishFiles(benchmark::State& state) {
     const TemporaryFolder folder;
     std::int64_t bytes = 0;
     for (int file = 0; file < state.range(0); ++file) {
         const std::string text = fileText(file * KeysPerFile, KeysPerFile);
-        // What is behind the first digits and "lng" is free.
+        // The store ignores the rest of a file's name after the first digits, one more byte and "lng".
         folder.write("1033_lng " + std::to_string(file) + ".lng", text);
         bytes += static_cast<std::int64_t>(text.size());
     }
@@ -50,7 +50,8 @@ void buildFromEnglishFiles(benchmark::State& state) {
 }
 BENCHMARK(buildFromEnglishFiles)->Arg(75)->Arg(150)->Arg(300)->Unit(benchmark::kMillisecond);
 
-/// Each file is of another language, as in a shipped folder: only the fitting ones are read.
+/// Builds the store in a folder with many languages, like the shipped folder. Only the files of the wanted languages
+/// are read.
 void buildBesideManyLanguages(benchmark::State& state) {
     const TemporaryFolder folder;
     for (int file = 0; file < 300; ++file) {
@@ -63,7 +64,8 @@ void buildBesideManyLanguages(benchmark::State& state) {
 }
 BENCHMARK(buildBesideManyLanguages)->Unit(benchmark::kMillisecond);
 
-/// One look-up, with this many keys in the store; on several threads at once, each in an order of its own.
+/// Measures a look-up. The argument is the number of keys in the store. Several threads look up keys together, each in
+/// a different order.
 void lookUp(benchmark::State& state) {
     static const CLanguageStore* store = nullptr;
     const int keys = static_cast<int>(state.range(0));
@@ -74,7 +76,7 @@ void lookUp(benchmark::State& state) {
     }
     std::vector<std::string> wanted;
     for (int i = 0; i < 1000; ++i) {
-        constexpr std::int64_t Stride = 7919; // a prime, so that neighbours lie far apart
+        constexpr std::int64_t Stride = 7919; // a prime number, so that consecutive keys are far apart in the store
         wanted.push_back(keyOf(static_cast<int>((i + state.thread_index()) * Stride % keys)));
     }
     std::size_t next = 0;
@@ -87,7 +89,7 @@ void lookUp(benchmark::State& state) {
 BENCHMARK(lookUp)->Arg(200)->Arg(2000)->Arg(20000)->Arg(200000)->Arg(600000);
 BENCHMARK(lookUp)->Arg(2000)->ThreadRange(1, 4)->UseRealTime();
 
-/// A value full of escapes.
+/// Decodes a value with many escapes. The argument is the length of the value in bytes.
 void decodeValue(benchmark::State& state) {
     std::string value;
     while (value.size() < static_cast<std::size_t>(state.range(0))) value += "\\nab\\x41";

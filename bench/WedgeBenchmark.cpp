@@ -1,4 +1,4 @@
-// What the wedge costs: the rewriting of a dialog at its first find, and the finds and loads that follow.
+// Measures the cost of the wedge: the rewriting of a dialog when it is first found, and the later finds and loads.
 
 #include "platform/CriticalSection.h"
 #include "tests/support/TemplateBuilder.h"
@@ -20,7 +20,7 @@ namespace {
 constexpr std::uintptr_t DialogType = 5;
 constexpr unsigned Items = 44;
 
-/// As large as the editor's, with a key in every second title.
+/// Returns a dialog with as many controls as the editor's dialog. Every second title is a key.
 TemplateBuilder largeDialog() {
     TemplateBuilder dialog;
     dialog.words({1, 0xFFFF}).doubleWord(0).doubleWord(0).doubleWord(0x40000048).words({Items, 0, 0, 318, 247});
@@ -50,7 +50,7 @@ HRSRC knownDialog() {
     return FindResourceW(ownModule(), MAKEINTRESOURCEW(142), MAKEINTRESOURCEW(DialogType));
 }
 
-/// What a cached find cannot do without.
+/// Measures the least possible cost of a cached find.
 void lookUpInAMapUnderALock(benchmark::State& state) {
     std::map<HRSRC, void*, std::less<>> map;
     char keys[5];

@@ -1,4 +1,4 @@
-# Options of everything in the project, other people's sources (GoogleTest) excepted where they say so.
+# The compiler options of the project. Targets of other projects (GoogleTest) get all options except the warnings.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -8,13 +8,14 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
-# The engine's output is defined to the bit: each operation is rounded by itself, ...
+# The engine's output is defined to the bit. Each operation is rounded separately: a fused multiply-add would round once
+# instead of twice.
 add_compile_options(-ffp-contract=off)
-# ... and coefficients always come from the mathematical library at run time. A compiler that folds a call with
-# constant arguments rounds correctly, which libraries do not.
+# Coefficients always come from the mathematical library at run time. A compiler that evaluates a call with constant
+# arguments rounds the result correctly, and libraries do not always do so.
 add_compile_options(-fno-builtin-pow -fno-builtin-tan -fno-builtin-cos)
 
-# x87 arithmetic would keep excess precision, and 32-bit hosts call with a stack aligned to four bytes only.
+# x87 arithmetic would compute with excess precision. 32-bit hosts align the stack to only four bytes.
 set(EQ_32_BIT_OPTIONS -msse2 -mfpmath=sse -mstackrealign)
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
   add_compile_options(${EQ_32_BIT_OPTIONS})
@@ -25,9 +26,10 @@ if(EQ_SANITIZE)
   add_link_options(-fsanitize=${EQ_SANITIZE})
 endif()
 
-# The environment of every test. AddressSanitizer guesses the bounds of a module's thread-local data from the 16 bytes
-# before them. Where those bytes belong to its own heap, the guess is an invalid address, and the leak check crashes.
-# A leak of a foreign library has a line in foreign-leaks.txt.
+# The environment of every test. AddressSanitizer computes the bounds of a module's thread-local data from the 16 bytes
+# before the data. If these bytes belong to AddressSanitizer's own heap, the result is an invalid address, and the leak
+# check crashes. The first option prevents this computation. Each known leak of a foreign library has a line in
+# foreign-leaks.txt.
 set(EQ_TEST_ENVIRONMENT "ASAN_OPTIONS=intercept_tls_get_addr=0"
   "LSAN_OPTIONS=suppressions='${PROJECT_SOURCE_DIR}/tests/foreign-leaks.txt':print_suppressions=0")
 
@@ -45,7 +47,7 @@ if(CMAKE_BUILD_TYPE MATCHES "^Rel" AND NOT EQ_SANITIZE)
 endif()
 
 if(EQ_BUILD_FUZZERS)
-  # Lets the fuzzer see the path of an input through all layers.
+  # The instrumentation of all layers shows the fuzzer the path of an input.
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
@@ -54,22 +56,23 @@ endif()
 add_compile_options("-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
 
 if(WIN32)
-  # Only system libraries may be imported, so the compiler's own are linked in.
+  # The products may import system libraries only, so the compiler's libraries are linked statically.
   add_compile_definitions(WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
   add_link_options(-static)
 else()
-  # Functions of other libraries are bound when the library is loaded, not at their first call on the audio thread.
+  # The loader binds the functions of other libraries when it loads the library, not at their first call, which may be
+  # on the audio thread.
   add_link_options(LINKER:-z,now)
 endif()
 
-# Warnings for our own targets.
+# The warnings of the project's own targets.
 add_library(eq_warnings INTERFACE)
 target_compile_options(eq_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
 if(EQ_WARNINGS_AS_ERRORS)
   target_compile_options(eq_warnings INTERFACE -Werror)
 endif()
 
-# A layer: a static library of the sources of one folder. Its link dependencies name the layers below it.
+# Adds a layer: a static library of the sources of one folder. The libraries after LINK are the layers below.
 #   eq_add_layer(NAME sources... [LINK libraries...])
 function(eq_add_layer name)
   cmake_parse_arguments(LAYER "" "" "LINK" ${ARGN})

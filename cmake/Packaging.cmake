@@ -1,9 +1,9 @@
-# What `cmake --install` lays down, and the packages that cpack makes of it.
+# The files that `cmake --install` installs, and the packages that cpack builds from them.
 #
-#   Linux    bin/        equalize, which looks for the library in ../lib/vst, and lngcheck
+#   Linux    bin/        equalize, which searches ../lib/vst for the library, and lngcheck
 #            lib/vst/    the library and its language files
 #            share/      man pages, completions, documents
-#            install     in the archive only: a script that installs the rest for one user
+#            install     in the archive only: a script that installs the other files for one user
 #   Windows  ./          the library, its language files, editor-host.exe, documents
 
 set(package parametric-equalizer)
@@ -26,7 +26,7 @@ install(FILES docs/USER_GUIDE.md docs/editor-english.png docs/translating.md
         DESTINATION ${document_dir}/docs COMPONENT documents)
 install(FILES LICENSE DESTINATION ${document_dir} COMPONENT licence)
 
-# Installs a file compressed as Debian wants it, without its date.
+# Installs a file in the compressed form that Debian requires, without a time stamp.
 #   eq_install_gzip(SOURCE RESULT install-arguments...)
 function(eq_install_gzip source result)
   add_custom_command(OUTPUT "${result}" COMMAND gzip -9nc "${source}" > "${result}" DEPENDS "${source}" VERBATIM)
@@ -58,7 +58,7 @@ if(WIN32)
   set(CPACK_GENERATOR ZIP)
   set(CPACK_PACKAGE_FILE_NAME ${package}-${PROJECT_VERSION}-windows)
   set(CPACK_INCLUDE_TOPLEVEL_DIRECTORY ON)
-  # Both builds go into one package.
+  # One package contains both builds.
   set(CPACK_INSTALL_CMAKE_PROJECTS
     "${PROJECT_SOURCE_DIR}/build/win32" ${PROJECT_NAME} effect /32-bit
     "${PROJECT_SOURCE_DIR}/build/win64" ${PROJECT_NAME} effect /64-bit
@@ -74,7 +74,7 @@ else()
 
   install(PROGRAMS packaging/install DESTINATION . COMPONENT archive EXCLUDE_FROM_ALL)
 
-  # Debian has the licence under a name of its own, and a changelog in a form of its own.
+  # In Debian's package, the licence file has another name, and the changelog has another form.
   set(CPACK_PROJECT_CONFIG_FILE "${PROJECT_SOURCE_DIR}/packaging/generator.cmake")
   set(CPACK_POST_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/packaging/without-scripts.cmake")
   string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)

@@ -1,9 +1,9 @@
-# Gives a program or library the resources of a resource script, in the form that FindResource finds.
+# Adds the resources of a resource script to a program or library, in a form that FindResource finds.
 #   eq_add_resources(TARGET SCRIPT)
 if(WIN32)
   enable_language(RC)
   function(eq_add_resources target script)
-    # Apart from the target, because the compiler's options mean nothing to the resource compiler.
+    # A separate target, because the resource compiler does not accept the compiler's options.
     get_filename_component(name "${script}" NAME_WE)
     add_library(${target}-${name} OBJECT "${script}")
     set_target_properties(${target}-${name} PROPERTIES COMPILE_OPTIONS "" COMPILE_DEFINITIONS "")
@@ -20,7 +20,7 @@ else()
       COMMAND "${EQ_WINDRES}" --output-format=res "${script}" "${compiled}"
       DEPENDS "${script}" VERBATIM)
     add_library(${target}-${name} OBJECT "${EQ_EMBEDDED_RESOURCES}" "${compiled}")
-    # The compiler does not tell that the source takes this file in.
+    # The compiler does not report that the source includes this file.
     set_property(SOURCE "${EQ_EMBEDDED_RESOURCES}" APPEND PROPERTY OBJECT_DEPENDS "${compiled}")
     target_include_directories(${target}-${name} PRIVATE "${PROJECT_SOURCE_DIR}")
     target_compile_definitions(${target}-${name} PRIVATE "EQ_RESOURCE_FILE=\"${compiled}\"")

@@ -1,4 +1,4 @@
-# 64-bit Windows, with Debian's mingw-w64 compilers (posix threads variant).
+# The toolchain for 64-bit Windows: Debian's mingw-w64 compilers (posix threads variant).
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(EQ_MINGW x86_64-w64-mingw32)

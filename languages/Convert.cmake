@@ -1,6 +1,7 @@
-# Writes RESULT, a language file, from SOURCE, the same in UTF-8, by the program ICONV. CODEPAGE is the number of the
-# result's code page, or ASCII. With ASCII the <CODEPAGE> tag and all lines with other characters are left out. Line ends
-# become those that every Windows editor shows. A character that the code page lacks is an error, and no file is left then.
+# Converts SOURCE, a language source in UTF-8, to the language file RESULT with the program ICONV. CODEPAGE is the
+# number of the result's code page, or ASCII. For ASCII, the result has no <CODEPAGE> tag and no line with a character
+# that is not ASCII. Each line ends with CR LF, which every Windows editor shows correctly. A character that is not in
+# the code page is an error; then the script leaves no file.
 set(edit "s/\\r*$/\\r/")
 set(charset "CP${CODEPAGE}")
 if(CODEPAGE STREQUAL ASCII)

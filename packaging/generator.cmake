@@ -1,4 +1,4 @@
-# cpack reads this for each kind of package.
+# cpack reads this file once per type of package.
 if(CPACK_GENERATOR STREQUAL DEB)
   list(TRANSFORM CPACK_INSTALL_CMAKE_PROJECTS REPLACE "^licence$" debian)
 elseif(CPACK_GENERATOR STREQUAL TGZ)

@@ -1,5 +1,5 @@
-# cpack takes the effect for a library that programs link to, and adds scripts that run ldconfig to Debian's package.
-# This takes them out again.
+# Removes the scripts that run ldconfig from Debian's package. cpack adds them because it treats the effect as a library
+# that programs link to.
 foreach(package IN LISTS CPACK_PACKAGE_FILES)
   if(package MATCHES "\\.deb$")
     set(tree "${CPACK_TEMPORARY_DIRECTORY}/rebuilt")

@@ -22,7 +22,8 @@ constexpr const char* DecibelKey = "IDS_DB";
 constexpr const char* HertzKey = "IDS_Hz";
 constexpr const char* KilohertzKey = "IDS_kHz";
 
-// As sprintf's "%.1f", which would take its decimal separator from whatever locale the host has set.
+// Returns the value with one decimal, or an empty text for a number of more than 64 characters. `sprintf` with "%.1f"
+// would use the decimal separator of the host's locale.
 std::string oneDecimal(double value) {
     char digits[64];
     const auto [end, error] = std::to_chars(std::begin(digits), std::end(digits), value, std::chars_format::fixed, 1);
@@ -30,11 +31,12 @@ std::string oneDecimal(double value) {
 }
 
 std::string signedDecimal(double value) {
-    const std::string text = oneDecimal(value == 0.0 ? 0.0 : value); // a negative zero has a plus sign, too
+    const std::string text = oneDecimal(value == 0.0 ? 0.0 : value); // a negative zero is shown with a plus sign
     return text.starts_with('-') ? text : "+" + text;
 }
 
-// Truncates toward zero. Values beyond the parameter's range may be of any size, or no number at all.
+// Returns the value truncated toward zero. A value outside the parameter's range may be too large for an integer, or a
+// NaN, which counts as 0.
 std::string integerPart(double value) {
     constexpr double Most = std::numeric_limits<std::int32_t>::max();
     return std::to_string(std::isnan(value) ? 0 : static_cast<std::int32_t>(std::min(value, Most)));

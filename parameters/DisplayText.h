@@ -7,24 +7,28 @@
 
 namespace eq {
 
-/// Bytes of the longest display text and its terminator. Hosts and the editor give buffers of this size.
+/// The size in bytes of the longest display text with its terminator. Hosts and the editor pass buffers of this size.
 inline constexpr std::size_t DisplayCapacity = 28;
 
-/// Frequencies from the first limit on are in kilohertz, and from the second on without a decimal.
+/// Limits in hertz. The display of a frequency is in kilohertz from the first limit on, and has no decimal from the
+/// second limit on.
 inline constexpr float LowestInKilohertz = 1000.0F;
 inline constexpr float LowestInWholeKilohertz = 10000.0F;
 
-/// A display text before its unit word is looked up.
+/// The number of a display text, and the key of its unit word.
 struct DisplayParts {
     std::string number;
-    const char* unitKey; ///< of the language files; null for a value without a unit
+    const char* unitKey; ///< a key of the language files; null for a value without a unit
 };
+/// Returns the parts of a value's display text. `value` is in the unit of the kind.
 [[nodiscard]] DisplayParts displayPartsOf(ParameterKind kind, double value);
 
-/// Writes a parameter's value and its unit word, such as "+3.5 dB", into `text`, which holds DisplayCapacity bytes.
+/// Writes the display text for the normalised value `p`, such as "+3.5 dB", and a terminator into `text`, a buffer of
+/// DisplayCapacity bytes.
 ///
-/// The unit word comes from the language files, in the system's ANSI code page; without a translation its key shows.
-/// A text that is too long is cut at the boundary of a character. The decimal separator is a point in every locale.
+/// The unit word comes from the language files, in the system's ANSI code page. Without a translation, the text
+/// contains the key of the unit word. A text that is too long ends at a character boundary. The decimal separator is a
+/// point in every locale.
 void writeDisplay(const Parameter& parameter, float p, char* text);
 
 } // namespace eq

@@ -8,20 +8,20 @@
 
 namespace eq {
 
-/// What a parameter measures. The kind determines a parameter's range, its unit, its mapping, and the form of its
-/// display.
+/// The quantity that a parameter controls. The kind determines the parameter's range, unit, mapping, and form of the
+/// display text.
 enum class ParameterKind { Volume, Frequency, Gain, Q };
 
 inline constexpr int ParameterKindCount = 4;
 
 /// The properties that the parameters of one kind share.
 struct ParameterScale {
-    const char* symbol; ///< as presets name the parameter
+    const char* symbol; ///< the name of the parameter in presets
     const char* unit;   ///< empty for Q
     ValueRange range;   ///< in the unit
 };
 
-/// In the order of ParameterKind.
+/// One row per kind, in the order of ParameterKind.
 inline constexpr ParameterScale ParameterScales[] = {
     {"volume", "dB", VolumeRange},
     {"freq", "Hz", FrequencyRange},
@@ -34,16 +34,17 @@ constexpr const ParameterScale& scaleOf(ParameterKind kind) noexcept {
     return ParameterScales[static_cast<int>(kind)];
 }
 
-/// One of the 13 parameters. A normalised value p runs from 0 to 1, and 0 is the top of the range.
+/// One of the 13 parameters. A normalised value p is 0 to 1, and 0 is the top of the range.
 struct Parameter {
     const char* name;
     ParameterKind kind;
     int band;            ///< 1 to 4; 0 for the volume
     float defaultP;      ///< the normalised default
-    double defaultValue; ///< the same in the parameter's unit
+    double defaultValue; ///< the default in the parameter's unit
 };
 
-/// In the order of the host's indexes, which is the engine's. The default frequencies are a decade apart.
+/// One row per parameter, in the order of the host's parameter indexes, which is also the order of the engine's values.
+/// The default frequencies are a decade apart.
 inline constexpr Parameter Parameters[] = {
     {"Volume", ParameterKind::Volume, 0, 0.5F, 0.0},
     {"Frequency(1)", ParameterKind::Frequency, 1, 1.0F, 20.0},
@@ -80,8 +81,8 @@ constexpr int indexOf(ParameterKind kind, int band) noexcept {
 }
 
 /// Returns the value in the unit of the kind for a normalised value. The scale is linear, except for frequencies: one
-/// decade per third of the range. The steps of each formula are fixed to the last bit, so the formulas repeat the
-/// ranges.
+/// decade per third of the range. The result of each formula is fixed to the last bit. The formulas therefore contain
+/// the ranges as numbers, instead of computing with `ValueRange`.
 inline double valueOf(ParameterKind kind, double p) {
     switch (kind) {
     case ParameterKind::Volume:

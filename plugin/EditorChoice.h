@@ -4,11 +4,11 @@
 
 namespace eq {
 
-/// Creates the editor of the platform for an effect. Each product links one definition: EditorChoiceDialog.cpp
-/// (Windows) or EditorChoiceNone.cpp (Linux).
+/// Creates the platform's editor for an effect, which owns the editor. Each product links one definition:
+/// EditorChoiceDialog.cpp (Windows) or EditorChoiceNone.cpp (Linux, no editor).
 ///
-/// Builds the language store if it is not yet built. Returns false when there is no memory for the editor. Throws the
-/// language store's exceptions for a broken language file.
+/// Also builds the language store, if no call has built it before. Returns false if there is no memory for the editor.
+/// Throws the exceptions of the language store for a broken language file.
 [[nodiscard]] bool createEditor(AudioEffect& effect);
 
 } // namespace eq

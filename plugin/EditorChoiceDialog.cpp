@@ -7,7 +7,7 @@
 namespace eq {
 
 bool createEditor(AudioEffect& effect) {
-    // The editor binds itself to the effect, which owns it from then on.
+    // The editor registers itself with the effect, which then owns the editor.
     return new (std::nothrow) EqualizerEditor(&effect) != nullptr; // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
 }
 

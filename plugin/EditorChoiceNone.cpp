@@ -5,7 +5,8 @@
 
 namespace eq {
 
-// Without an editor the effect does not set the editor flag, and hosts show their own sliders with the effect's texts.
+// Only builds the language store. Without an editor, the effect does not set the editor flag, and hosts show their own
+// sliders with the effect's texts.
 bool createEditor(AudioEffect& /*effect*/) {
     CLanguageStore::ShowMessagesWith(
         [](const wchar_t* text, const wchar_t* caption) { standin::writeToStandardError(caption, text); });

@@ -1,19 +1,19 @@
-// What happens when Windows loads the library. On Linux there is nothing to do.
+// Initializes the library when Windows loads it. On Linux, loading needs no code.
 
 #include "wedge/OwnModule.h"
 
 namespace __gnu_cxx {
-// Frees what the C++ library keeps for exceptions when memory is short. No header of the compiler declares it.
+// Frees the memory that the C++ library reserves for exceptions when memory is short. No header declares this function.
 void __freeres(); // NOLINT(bugprone-reserved-identifier)
 } // namespace __gnu_cxx
 
 namespace {
 
-/// The C++ library is part of this one, and leaves its reserve behind with each unloading.
+/// Frees the reserve when this library is unloaded. The statically linked C++ library would leak it at each unloading.
 struct ReserveRelease {
     ~ReserveRelease() { __gnu_cxx::__freeres(); }
 };
-// Built first, so that it goes last: until then exceptions may need the reserve.
+// This object is constructed first, so it is destroyed last. Until then, an exception may need the reserve.
 [[gnu::init_priority(101)]] const ReserveRelease LastReserve;
 
 } // namespace

@@ -32,7 +32,7 @@ ParametricEqualizer::ParametricEqualizer(audioMasterCallback hostCallback)
     AudioEffectX::setInitialDelay(engines[0]->latency());
     AudioEffectX::setUniqueID(UniqueId);
 
-    // Reads the language files, so that a broken file fails here and not later, in a host that asks for a text.
+    // `createEditor` also reads the language files. A broken file fails here, and not later when a host reads a text.
     if (!createEditor(*this)) editorCreationFailed = true;
 }
 
@@ -89,7 +89,7 @@ void ParametricEqualizer::suspend() {
 }
 
 void ParametricEqualizer::resizeScratch(int32 frames) noexcept {
-    // Of a size that no address space holds, even a non-throwing allocation throws.
+    // A non-throwing allocation still throws for a size larger than the address space.
     const auto length = static_cast<std::size_t>(frames);
     if (length > PTRDIFF_MAX / sizeof(float)) return;
 
@@ -104,7 +104,8 @@ void ParametricEqualizer::addPiece(float** inputs, float** outputs, int32 start,
     ChannelPointers pieceInputs = {inputs[0] + start, inputs[1] + start};
     ChannelPointers landing = {scratch[0].get(), scratch[1].get()};
     processReplacing(pieceInputs.data(), landing.data(), count);
-    // Frame by frame, which outputs that overlap can tell, and four frames in each pass of the loop.
+    // Add frame by frame: if the outputs overlap, the order of the additions changes the result. A pass of the first
+    // loop adds four frames.
     const auto addFrame = [&](int32 i) {
         for (std::size_t channel = 0; channel < ChannelCount; ++channel)
             outputs[channel][start + i] += landing[channel][i];
@@ -116,7 +117,7 @@ void ParametricEqualizer::addPiece(float** inputs, float** outputs, int32 start,
 }
 
 void ParametricEqualizer::updateEngines() noexcept {
-    // Several threads may run this function together. The numbers show each engine which array is the newest.
+    // Several threads may run this function together. The change numbers identify the newest array for each engine.
     std::array<std::uint32_t, ChannelCount> change;
     std::ranges::transform(engines, change.begin(), [](const auto& engine) { return engine->announceChange(); });
     float values[ParameterCount];

@@ -1,12 +1,14 @@
 #include "plugin/ParametricEqualizer.h"
 #include "plugin/base/ExceptionBarrier.h"
 
-// The library's one export. It is exported as "main", a name that the language gives to no function of this form.
+// The library's only export. The linker exports this function as "main". C++ does not allow a function of this type to
+// have that name.
 extern "C" AEffect* pluginMain(audioMasterCallback audioMaster);
 
 using namespace eq;
 
-/// Makes an effect for a host that knows its own version. Gives null when there is none to be had.
+/// Returns a new effect, which lives until the host sends effClose. Returns null if the host reports version 0, if the
+/// effect or its editor cannot be created, and for a broken language file.
 AEffect* pluginMain(audioMasterCallback audioMaster) {
     return withExceptionBarrier([audioMaster]() -> AEffect* {
         if (audioMaster(nullptr, audioMasterVersion, 0, 0, nullptr, 0.0f) == 0) return nullptr;

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int LongestCall = 6000;
 
-/// Two engines, at one of the alignments that an allocation may have, with the memory that their calls share.
+/// Two engines, and the memory for the samples of both. `place` selects one of the possible alignments of an engine.
 struct Stereo {
     Stereo(const BlockKernel& kernel, unsigned place) {
         for (const int i : {0, 1})
@@ -27,7 +27,7 @@ struct Stereo {
     Samples memory = Samples(4 * LongestCall + 1);
 };
 
-/// Where a call's two inputs and two outputs lie, as offsets into the memory.
+/// The places of a call's two inputs and two outputs, as offsets into the memory.
 struct Layout {
     const char* name;
     int inputs[2];
@@ -38,7 +38,7 @@ constexpr Layout Layouts[] = {
     {"separate", {0, LongestCall}, {2 * LongestCall, 3 * LongestCall}},
     {"in place", {0, LongestCall}, {0, LongestCall}},
     {"one input for both", {0, 0}, {LongestCall, 2 * LongestCall}},
-    // Shifted to the side on which a part of a call would spoil what a later part reads.
+    // In the next two rows, an early part of a call would overwrite samples that a later part reads.
     {"first output over the second input", {0, LongestCall}, {LongestCall - 1, 3 * LongestCall}},
     {"second output over the first input", {0, LongestCall}, {2 * LongestCall, 1}},
     {"crosswise", {0, LongestCall}, {LongestCall, 0}},
@@ -46,8 +46,8 @@ constexpr Layout Layouts[] = {
     {"one array for all", {0, 0}, {0, 0}},
 };
 
-/// Noise: of moderate size, of denormals, loud, or with an odd sample where a vector kernel's front is whole or at its
-/// ends.
+/// The kinds of noise: of moderate level, of denormals, loud, or with one special value. The special value is at a
+/// place where the front of a vector kernel is complete, or where it starts or ends.
 enum Sound : unsigned { Moderate, Denormal, Loud, Odd, SoundCount };
 
 Samples anySamples(std::mt19937& random, std::size_t count, unsigned sound) {
@@ -76,18 +76,18 @@ TEST(ChannelPair, DoesWithAnyKernelWhatTwoPlainEnginesDoOneAfterTheOther) {
             for (int call = 0; call < 30; ++call) {
                 pair.memory = anySamples(random, pair.memory.size(), sound);
                 single.memory = pair.memory;
-                // What an infinity leaves in the states would hide all that follows.
+                // Reset the engines sometimes, because the states after an infinity hide later differences.
                 if (call % 5 == 0)
                     for (FourBandEqualizer* const engine :
                          {pair.engines[0], pair.engines[1], single.engines[0], single.engines[1]})
                         engine->reset();
-                // Changes on either or both channels, now and then.
+                // Sometimes change the parameters of one channel or of both channels.
                 for (const int channel : {0, 1}) {
                     if (random() % 4 != 0) continue;
                     const Values values = randomValues(random);
                     for (Stereo* stereo : {&pair, &single}) stereo->engines[channel]->setParameters(values.data());
                 }
-                // Once in a while the engines fall out of step.
+                // Sometimes shift the block boundaries of the second engine against those of the first.
                 if (call % 20 == 19)
                     for (Stereo* stereo : {&pair, &single})
                         stereo->engines[1]->process(stereo->memory.data(), stereo->memory.data(), 100, 0);

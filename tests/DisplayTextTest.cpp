@@ -10,7 +10,7 @@
 #include <string>
 #include <tuple>
 
-// The unit words come from the language file that lies beside the test program.
+// The unit words come from UnitTests1033.lng.
 
 namespace eq {
 
@@ -26,7 +26,7 @@ std::string display(int32 index, float p) {
 
 TEST(DisplayText, ShowsEachQuantityInItsOwnForm) {
     const std::tuple<int32, float, const char*> rows[] = {
-        // 999.6 Hz: the unit is chosen before the number is rounded
+        // The first frequency is 999.6 Hz: the effect chooses the unit before it rounds the number.
         {1, 0.4337F, "1000 Hz"}, {0, 0.0F, "+12.0 dB"}, {0, 0.5F, "+0.0 dB"},     {8, 1.0F, "-10.0 dB"},
         {7, 0.325F, "+3.5 dB"},  {2, 0.44F, "957 Hz"},  {2, 0.43F, "1.0 kHz"},    {3, 0.11F, "9.4 kHz"},
         {3, 0.10F, "10 kHz"},    {4, 0.0F, "20 kHz"},   {12, 5.0F / 9.0F, "5.0"},

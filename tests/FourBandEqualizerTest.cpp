@@ -17,12 +17,13 @@ namespace eq {
 
 namespace {
 
-/// A second telling of what an engine does, block by block and without delay. Deliberately slow and plain.
+/// A second implementation of an engine, for comparison. It processes block by block and without delay. It is slow and
+/// simple on purpose.
 class Model {
 public:
     void set(const Values& values) { waiting = std::make_unique<Values>(values); }
 
-    /// What becomes of the next 2048 input samples.
+    /// Returns the result for the next 2048 input samples.
     Samples block(const Samples& dry, int mode) {
         if (mode == 0 && waiting) {
             Samples before = filtered(dry, current);
@@ -34,7 +35,7 @@ public:
         if (mode < 0 || mode > 2) return dry;
         absorb();
         const Samples wet = filtered(dry, current);
-        if (mode == 0) return wet; // NOLINT(performance-no-automatic-move): GCC 12 takes a moved one for an error
+        if (mode == 0) return wet; // NOLINT(performance-no-automatic-move): GCC 12 reports an error for a moved value
         return mode == 1 ? blended(dry, wet) : blended(wet, dry);
     }
 
@@ -94,7 +95,7 @@ private:
 
     std::unique_ptr<Values> waiting;
     float gain = 1;
-    // 100, 200, 400 and 800 Hz with Q 1.4.
+    // The bands of a new engine: 100, 200, 400 and 800 Hz, a Q of 1.4, and a gain of 1.
     std::array<Band, 4> bands = {band(0.014247585730565955, 1.4, 1), band(0.02849517146113191, 1.4, 1),
                                  band(0.05699034292226382, 1.4, 1), band(0.11398068584452764, 1.4, 1)};
     std::array<State, 4> current, next;
@@ -141,7 +142,7 @@ TEST(KernelChoice, BeginsWithThePlainKernelAndHasNoWideRegistersIn32BitCode) {
 #endif
 }
 
-// Streams of every kind against the model, to the last bit.
+// Compares the engine's output with the model's output to the last bit.
 TEST(FourBandEqualizer, AgreesWithTheModelForAnySettingsModesAndCallSizes) {
     for (unsigned seed = 0; seed < 24; ++seed) {
         const BlockKernel& kernel = *availableKernels()[seed / 2 % availableKernels().size()];
@@ -153,7 +154,7 @@ TEST(FourBandEqualizer, AgreesWithTheModelForAnySettingsModesAndCallSizes) {
         Samples expected(BlockSize, 0.0F);
         Samples actual;
         for (int block = 0; block < 12; ++block) {
-            // Noise, silence that leaves the state to decay, or samples that no filter likes.
+            // The input is noise, or silence in which the state decays, or noise with a NaN or an infinity.
             Samples dry = block % 5 == 3 ? Samples(BlockSize) : noise(random, BlockSize);
             if (seed >= 18 && block == 6) dry[1500] = seed % 2 == 0 ? NaN : -Infinity;
             const int mode = random() % 3 != 0 ? 0 : static_cast<int>(random() % 5) - 1;

@@ -51,7 +51,7 @@ TEST(ParameterHandover, KeepsTheArrayOfTheLaterChange) {
 }
 
 TEST(ParameterHandover, TakesArraysAfterItsNumbersHaveWrappedAround) {
-    constexpr std::uint32_t Wrap = 1U << 27; // the numbers that a ticket holds
+    constexpr std::uint32_t Wrap = 1U << 27; // the count of different numbers in a ticket
     for (const std::uint32_t before : {1U, Wrap / 2, Wrap - 1, 0xFFFFFFFFU})
         for (const std::uint32_t changes : {1U, Wrap / 2 + 1, Wrap - (1U << 21)}) {
             ParameterHandover handover;

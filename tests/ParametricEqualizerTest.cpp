@@ -54,7 +54,7 @@ TEST(ParametricEqualizer, HandsTheValuesOverAtEverySet) {
     ParametricEqualizer effect(nullptr);
     setAll(effect, Audible);
     ReferencePair reference(engineValues(Audible));
-    // A repeated value counts as a change, and so does one that is stored nowhere: a crossfade tells.
+    // A repeated value and a value for an unknown index count as changes, too: each causes a crossfade.
     for (const int32 index : {3, 13, -1}) {
         effect.setParameter(index, Audible[3]);
         reference.set(engineValues(Audible));
@@ -100,7 +100,7 @@ TEST(ParametricEqualizer, AddsToTheOutputInPiecesWhenMemoryIsShort) {
     ReferencePair reference(engineValues(DefaultParameters));
     effect.setBlockSize(100);
     Stereo input = noise(5050);
-    for (const long granted : {0, 1, 2}) { // none of the two arrays, one of them, both
+    for (const long granted : {0, 1, 2}) { // memory for none of the two arrays, for one, for both
         Stereo expected = reference.render(input);
         Stereo output = noise(5050, 7);
         for (std::size_t c = 0; c < 2; ++c)
@@ -122,7 +122,7 @@ TEST(ParametricEqualizer, SuspendForgetsTheAudioAndKeepsTheParameters) {
         setAll(effect, Audible);
         ReferencePair running(engineValues(Audible));
         for (int i = 0; i < 2; ++i) {
-            effect.resume(); // alone, it forgets nothing
+            effect.resume(); // without `suspend`, it discards no audio
             EXPECT_TRUE(sameBits(render(effect, noise(3000)), running.render(noise(3000))));
         }
         {
@@ -133,7 +133,7 @@ TEST(ParametricEqualizer, SuspendForgetsTheAudioAndKeepsTheParameters) {
     }
 }
 
-// Whichever allocation of the construction fails, the others are given back.
+// If one allocation of the constructor fails, the others are released.
 TEST(ParametricEqualizer, LeavesNoMemoryBehind) {
     const long before = allocations::live;
     bool made = false;
@@ -142,7 +142,7 @@ TEST(ParametricEqualizer, LeavesNoMemoryBehind) {
         try {
             const ParametricEqualizer effect(nullptr);
             made = true;
-            // The effect's own two arrays and two engines are there, and only the editor is not.
+            // The two scratch arrays and the two engines exist. The allocation of the editor has failed.
             EXPECT_EQ(granted, 4);
             EXPECT_TRUE(editorCreationFailed.exchange(false));
         } catch (const std::bad_alloc&) {
@@ -152,7 +152,7 @@ TEST(ParametricEqualizer, LeavesNoMemoryBehind) {
 }
 
 TEST(ParametricEqualizer, LosesNoChangeThatComesInTheMidstOfAnother) {
-    // What another thread would do between the reading of the values and their hand-over.
+    // Sets a parameter after the effect has read all values and before it hands them over, as another thread could.
     struct Interrupted : ParametricEqualizer {
         using ParametricEqualizer::ParametricEqualizer;
         float getParameter(int32 index) override {

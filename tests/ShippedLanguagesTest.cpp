@@ -1,4 +1,4 @@
-// The language files as they are delivered, beside the UTF-8 sources that they are made from.
+// Compares the delivered language files with their UTF-8 sources.
 
 #include "tests/support/LanguageSettings.h"
 #include "wedge/CLanguageFile.h"
@@ -22,7 +22,7 @@ namespace {
 
 constexpr WORD English = 1033;
 
-/// The languages that have a file, a row for each source, whose own id is the first.
+/// The language ids of the delivered files, one row per source. The first id of a row is in the source's name.
 // clang-format off
 const std::vector<WORD> Sources[] = {
     {1031, 2055, 3079, 4103, 5127}, {1032}, {English}, {1034, 2058, 3082, 10}, {1036, 2060, 3084, 4108, 5132},
@@ -31,11 +31,11 @@ const std::vector<WORD> Sources[] = {
 
 struct Region {
     const char* locale;
-    WORD system; ///< the language id of the region, or the usual id of the language
+    WORD system; ///< the language id of the region; the usual id of the language if the region has no id
     WORD file;   ///< the id of the file that is read first
 };
 
-// The locales that Debian ships for the thirteen languages.
+// One row per locale that Debian has for the thirteen languages.
 const Region Regions[] = {{"de_AT", 3079, 3079}, {"de_BE", 1031, 1031},  {"de_CH", 2055, 2055},  {"de_DE", 1031, 1031},
                           {"de_IT", 1031, 1031}, {"de_LI", 5127, 5127},  {"de_LU", 4103, 4103},  {"el_GR", 1032, 1032},
                           {"el_CY", 1032, 1032}, {"en_AG", 1033, 1033},  {"en_AU", 3081, 1033},  {"en_BW", 1033, 1033},
@@ -73,7 +73,7 @@ bool isAscii(const std::string& text) {
     return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-/// The values of a source, in UTF-8, by their keys.
+/// Returns the keys and the values of a source, in UTF-8.
 std::map<std::string, std::string> textsOfSource(WORD id) {
     std::ifstream source(EQ_LANGUAGE_SOURCES_DIR "/Equalizer" + std::to_string(id) + ".txt");
     std::map<std::string, std::string> texts;
@@ -131,7 +131,7 @@ TEST(ShippedLanguages, ServeEveryRegion) {
     for (const auto& [locale, system, file] : Regions) {
         SCOPED_TRACE(locale);
 #ifdef _WIN32
-        // Windows reports one id for all regions without an id of their own, and they get English.
+        // Windows reports the same id for all regions that have no id. The library shows English there.
         std::wstring name(locale, locale + 5);
         name[2] = L'-';
         const LCID own = LocaleNameToLCID(name.c_str(), 0);

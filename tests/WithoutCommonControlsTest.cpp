@@ -4,7 +4,7 @@
 
 #include <vector>
 
-// A program of its own, in which nobody loads the common controls.
+// This test is a separate program, because no code may load the common controls in its process.
 
 namespace eq {
 

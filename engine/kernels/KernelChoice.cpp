@@ -8,7 +8,7 @@
 namespace eq {
 
 std::span<const BlockKernel* const> availableKernels() noexcept {
-    // A processor with one of these instruction sets has all earlier ones.
+    // A processor that has one of these instruction sets also has those of all previous rows.
     static constexpr const BlockKernel* Kernels[] = {
         &PlainKernel,
 #ifdef EQ_SSE2_KERNEL
@@ -24,7 +24,7 @@ std::span<const BlockKernel* const> availableKernels() noexcept {
         if (__builtin_cpu_supports("sse2")) ++available;
 #endif
 #ifdef EQ_AVX2_KERNEL
-        // This call also asks whether the system keeps the wide registers.
+        // This function also checks that the operating system saves the wide registers.
         if (__builtin_cpu_supports("avx2")) ++available;
 #endif
         return available;

@@ -6,8 +6,8 @@
 
 namespace eq {
 
-/// Returns the kernels that this processor and its system can run, from the plain one to the fastest. The first call
-/// asks the processor, so it must not be on the audio thread.
+/// Returns the kernels that this processor and the operating system can run, from the plain kernel to the fastest. The
+/// first call queries the processor, so the audio thread must not make it.
 [[nodiscard]] std::span<const BlockKernel* const> availableKernels() noexcept;
 
 } // namespace eq

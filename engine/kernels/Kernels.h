@@ -4,11 +4,11 @@
 
 namespace eq {
 
-/// Two vectors of two bands.
+/// The kernel for SSE2: the four bands are in two vectors of two doubles.
 extern const BlockKernel Sse2Kernel;
 
-/// One vector of four bands, for 64-bit builds only. In a 32-bit process, one use of the wide registers was seen to
-/// slow all later SSE code of its thread, including the host's code.
+/// The kernel for AVX2: the four bands are in one vector of four doubles. Only 64-bit builds contain this kernel. In a
+/// 32-bit process, a single use of the wide registers slowed all later SSE code of the thread, including the host's.
 extern const BlockKernel Avx2Kernel;
 
 } // namespace eq

@@ -17,7 +17,7 @@ void runPeakSection(float* buffer, int count, double c, double k, double G, doub
         const double x = buffer[n];
         const double a = x + k * s2;
         const double b = a - c * s1;
-        const double e = s2 - k * a; // the allpass of x
+        const double e = s2 - k * a; // the output of the allpass for x
         const double u = x - e;
         buffer[n] = static_cast<float>(u * h + x);
         s2 = s1 + c * b;

@@ -6,10 +6,11 @@
 
 // A kernel for each instruction set whose vectors hold two or four doubles.
 //
-// Within a section each sample waits for the sample before it: k*s2, +x, -c*s1, c*b, +s1 are a chain of five
-// operations. None of them can be omitted or regrouped without another rounding. The plain kernel waits for that chain
-// four times, once per band. But band 1 can start as soon as band 0 has finished its first samples, and so on. So the
-// bands go over the block side by side, one lane of a vector per band, every band Lag samples after the previous one:
+// In a section, each sample waits for the previous sample: k*s2, +x, -c*s1, c*b, +s1 are a chain of five operations.
+// Without one of these operations, or in another order, the result would be rounded differently. The plain kernel waits
+// for this chain four times, once per band. But each band can start as soon as the previous band has finished its first
+// samples. This kernel therefore runs the bands side by side, one band per lane of a vector, each band Lag samples
+// after the previous one:
 //
 //     sample      0   4   8   12  16  20  ...  2032 2036 2040 2044
 //
@@ -18,30 +19,31 @@
 //     band 2      s   1   2   3   .   .   ...  N-1   N    d    d
 //     band 3      1   2   3   .   .   .   ...   N    d    d    d
 //
-// Each mark is Lag samples of a band, and the marks of one number are one round of the loop: a slanting front that
-// sweeps over the block. At either end the front does not fit, and the plain section computes the triangles s
-// (start-up) and d (drain). Between two bands the front always holds Lag samples, each rounded to float as in a block.
+// Each mark is a group of Lag samples of one band. One round of the loop computes the groups with the same number: a
+// slanting front that sweeps over the block. At the two ends of the block the front does not fit, and the plain section
+// computes the triangles s (start-up) and d (drain). Between two bands the front always holds Lag samples, each rounded
+// to float as in a block.
 //
-// A lag of 1 would be enough for correctness. But the path from one band's output to the next band's input (four
-// operations, two conversions and a shuffle) would then be a loop of its own, longer than the chain. A lag of four
-// samples hides that path, and fits the vectors of four floats for input and output.
+// With a lag of 1 the samples would be correct, too. But the path from the input of one band to the input of the next
+// band (six operations, two conversions and a shuffle) would then be a second chain, longer than the first. A lag of
+// four samples hides this path, and matches the vectors of four floats for input and output.
 
 namespace eq {
 
-// Everything is in an unnamed namespace, so that each instruction set has its own copies. The linker could otherwise
-// give the kernel for an old processor a function compiled for a new one. For the same reason this file uses nothing of
-// the standard library.
+// The code of this file is in an unnamed namespace, so that each instruction set has its own copy of every function.
+// Otherwise the linker could use a function that was compiled for a new processor in the kernel for an old one. For the
+// same reason, this file uses nothing from the standard library.
 namespace {
 
 constexpr int BlockSize = BlockKernel::BlockSize;
 constexpr int Lag = 4;
-/// Samples between the bands.
+/// The number of samples between the bands: Lag samples between each band and the next.
 constexpr int InFlight = (BandCount - 1) * Lag;
 
 static_assert(BandCount == 4, "one lane per band");
 static_assert(BlockSize % Lag == 0 && BlockSize > InFlight);
 
-/// Four floats: a sample of each band, or four samples in their order.
+/// Four floats: one sample of each band, or four consecutive samples.
 struct FloatQuad {
     __m128 lanes;
 
@@ -50,30 +52,31 @@ struct FloatQuad {
     static FloatQuad of(float a, float b, float c, float d) noexcept { return {_mm_setr_ps(a, b, c, d)}; }
     void store(float* target) const noexcept { _mm_storeu_ps(target, lanes); }
 
-    /// Returns each lane moved up by one, and in the lowest lane the product of `sample` and the lowest lane of `gain`.
+    /// Returns the lanes moved up by one. The lowest lane of the result is the product of `sample` and the lowest lane
+    /// of `gain`.
     [[nodiscard]] FloatQuad shiftedUp(FloatQuad gain, const float* sample) const noexcept {
         const __m128 rotated = _mm_shuffle_ps(lanes, lanes, _MM_SHUFFLE(2, 1, 0, 3));
         return {_mm_move_ss(rotated, _mm_mul_ss(_mm_load_ss(sample), gain.lanes))};
     }
 
-    /// Returns the highest lane of each of four.
+    /// Returns the highest lane of each quad, in the order of the quads.
     static FloatQuad highest(const FloatQuad (&quads)[4]) noexcept {
         return {_mm_movehl_ps(_mm_unpackhi_ps(quads[2].lanes, quads[3].lanes),
                               _mm_unpackhi_ps(quads[0].lanes, quads[1].lanes))};
     }
 };
 
-/// The start-up and the drain of a run, in which the plain section does the work.
+/// The start-up and the drain of a run, which the plain section computes.
 class Ends {
 public:
-    /// Runs the start-up.
+    /// Computes the start-up.
     explicit Ends(const FilterRun& filterRun) noexcept : run(filterRun) {
         for (int i = 0; i < InFlight; ++i) line[i] = run.input[i];
         applyGain(line, static_cast<float>(run.design.outputGain), InFlight);
         for (int band = 0; band < BandCount - 1; ++band) runBand(line, InFlight - band * Lag, run, band);
     }
 
-    /// Runs the drain.
+    /// Computes the drain.
     void drain() noexcept {
         for (int band = 1; band < BandCount; ++band) runBand(line + InFlight - band * Lag, band * Lag, run, band);
     }
@@ -84,11 +87,11 @@ public:
     }
 
     const FilterRun& run;
-    /// The samples between the bands: Lag samples for band 3, then for band 2, then for band 1.
+    /// The samples between the bands: the next Lag inputs of band 3, then those of band 2, then those of band 1.
     float line[InFlight];
 };
 
-/// The sections of as many bands as a `Vector` has doubles.
+/// The sections of adjacent bands, one band per lane of a `Vector`.
 template <typename Vector>
 class Sections {
 public:
@@ -105,11 +108,11 @@ public:
         storeState(run, firstBand, 1, s2);
     }
 
-    /// Runs each section over one sample. The samples of the bands are different ones.
+    /// Runs each section over one sample, and returns the results. Each band has its own sample.
     [[gnu::always_inline]] Vector step(Vector x) noexcept {
         const Vector a = x + k * s2;
         const Vector b = a - c * s1;
-        const Vector e = s2 - k * a; // the allpass of x
+        const Vector e = s2 - k * a; // the output of the allpass for x
         const Vector u = x - e;
         const Vector y = u * h + x;
         s2 = s1 + c * b;
@@ -134,11 +137,12 @@ private:
     Vector s1, s2;
 };
 
-/// The front: four bands side by side. No code takes its address, so that it can be kept in registers.
+/// The front: four bands side by side. No code takes the address of a front, so the compiler can keep the front in
+/// registers.
 template <typename Vector>
 class Wavefront {
 public:
-    /// Loads the states and the samples that the start-up left.
+    /// Loads the states and the samples that the start-up computed.
     [[gnu::always_inline]] explicit Wavefront(const Ends& ends) noexcept
         : input(ends.run.input), gain(FloatQuad::all(static_cast<float>(ends.run.design.outputGain))) {
         for (int part = 0; part < Parts; ++part) sections[part].load(ends.run, part * Vector::Width);
@@ -146,7 +150,8 @@ public:
             flight[i] = FloatQuad::of(ends.line[2 * Lag + i], ends.line[Lag + i], ends.line[i], 0.0F);
     }
 
-    /// Moves every band on by one sample. Band 0 takes sample `n`, which has number `turn` in its round.
+    /// Runs every band over one sample. Band 0 processes sample `n` of the block, the sample `turn` (0 to Lag - 1) of
+    /// its round.
     [[gnu::always_inline]] void step(int n, int turn) noexcept {
         const FloatQuad samples = flight[turn].shiftedUp(gain, input + n);
         Vector y[Parts];
@@ -160,7 +165,7 @@ public:
         return FloatQuad::highest(flight);
     }
 
-    /// Stores the states, and the samples that the drain completes.
+    /// Stores the states in the run, and the samples between the bands in `ends`, where the drain completes them.
     [[gnu::always_inline]] void store(Ends& ends) const noexcept {
         for (int part = 0; part < Parts; ++part) sections[part].storeStates(ends.run, part * Vector::Width);
         for (int i = 0; i < Lag; ++i) {
@@ -176,10 +181,10 @@ private:
     const float* input;
     FloatQuad gain;
     Sections<Vector> sections[Parts];
-    FloatQuad flight[Lag]; ///< outputs of all bands, on their way to the next band
+    FloatQuad flight[Lag]; ///< the last Lag outputs of each band, which are the next inputs of the following band
 };
 
-/// A crossfade over a block, four samples at a time. All weights are exact.
+/// A crossfade over a block, four samples per call. All weights are exact, so they equal those of the plain kernel.
 template <typename Vector>
 class Crossfade {
 public:
@@ -204,7 +209,7 @@ private:
     Vector weights[Parts];
 };
 
-/// Moves a front over the block. The front is a copy, so that it can be kept in registers.
+/// Moves a front over the block. The caller passes the front by value, so that the compiler can keep it in registers.
 template <typename Vector, typename Put>
 void sweep(Wavefront<Vector> front, Ends& ends, Put& put) noexcept {
     for (int n = 0; n < BlockSize - InFlight; n += Lag) {
@@ -215,7 +220,7 @@ void sweep(Wavefront<Vector> front, Ends& ends, Put& put) noexcept {
     front.store(ends);
 }
 
-/// Filters a block. `put` receives the finished samples in their order, four at a time.
+/// Filters a block. `put` receives the finished samples in their order: the index of the first, and four samples.
 template <typename Vector, typename Put>
 void filter(const FilterRun& run, Put put) noexcept {
     Ends ends(run);
@@ -224,7 +229,7 @@ void filter(const FilterRun& run, Put put) noexcept {
     for (int n = BlockSize - InFlight; n < BlockSize; n += Lag) put(n, ends.drained(n));
 }
 
-/// Filters two blocks. The chains of the two fronts wait side by side.
+/// Filters two blocks together. The chains of the two fronts are independent, so the processor overlaps their waits.
 template <typename Vector, typename Put>
 void filterTwo(const FilterRun& first, const FilterRun& second, Put put) noexcept {
     Ends firstEnds(first);
