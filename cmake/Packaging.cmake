@@ -36,6 +36,7 @@ if(NOT WIN32)
   string(TIMESTAMP release_day "%Y-%m-%d" UTC)
   configure_file(packaging/org.example.parametric_equalizer.metainfo.xml.in
                  org.example.parametric_equalizer.metainfo.xml @ONLY)
+  install(FILES packaging/examples/pipewire-equalizer.conf DESTINATION ${document_dir}/examples COMPONENT documents)
   install(FILES "${CMAKE_BINARY_DIR}/org.example.parametric_equalizer.metainfo.xml" DESTINATION share/metainfo
           COMPONENT documents)
 endif()
