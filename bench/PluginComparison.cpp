@@ -1,11 +1,8 @@
-// Measures the time per stereo frame of this effect and of the fastest open-source equalizers that are LV2 plug-ins,
-// with four active bands. The label of each run shows the measured gains at the four frequencies, which prove that the
-// bands are active. Plug-ins that are not installed are left out.
-
-#include "plugin/base/AEffect.h"
+// Measures the time per stereo frame of this project's LV2 plug-in and of the fastest open-source equalizers that are LV2
+// plug-ins, with four active bands and the same loader. The label of each run shows the measured gains at the four
+// frequencies, which prove that the bands are active. Plug-ins that are not installed are left out.
 
 #include <benchmark/benchmark.h>
-#include <dlfcn.h>
 #include <lilv/lilv.h>
 #include <lv2/atom/atom.h>
 #include <lv2/urid/urid.h>
@@ -38,53 +35,6 @@ struct Stereo {
     std::vector<float> right = std::vector<float>(Frames);
 };
 
-/// An equalizer with four active bands. `run` processes `Frames` frames from `input` to `output`.
-class Equalizer {
-public:
-    Equalizer() = default;
-    Equalizer(const Equalizer&) = delete;
-    Equalizer& operator=(const Equalizer&) = delete;
-    virtual ~Equalizer() = default;
-    virtual void run() = 0;
-
-    Stereo input;
-    Stereo output;
-};
-
-/// The effect of this project, loaded and called as a host does. Exits if the library does not load.
-class Ours : public Equalizer {
-public:
-    explicit Ours(const char* file) {
-        void* const library = dlopen(file, RTLD_NOW | RTLD_LOCAL);
-        if (library == nullptr) {
-            std::fprintf(stderr, "%s\n", dlerror());
-            std::exit(1);
-        }
-        const auto callback = [](AEffect*, int32, int32, intptr, void*, float) -> intptr { return 2; };
-        m_effect = reinterpret_cast<EffectMainProc>(dlsym(library, "main"))(callback);
-        if (m_effect == nullptr) std::exit(1);
-        for (int band = 0; band < Bands; ++band) {
-            const double octaves = std::log(20000 / Frequencies[band]) / std::log(20000.0 / 20);
-            m_effect->setParameter(m_effect, 1 + band, static_cast<float>(octaves));
-            m_effect->setParameter(m_effect, 5 + band, static_cast<float>((10 - Gains[band]) / 20));
-            m_effect->setParameter(m_effect, 9 + band, 1);
-        }
-    }
-
-    Ours(const Ours&) = delete;
-    Ours& operator=(const Ours&) = delete;
-    ~Ours() override { m_effect->dispatcher(m_effect, effClose, 0, 0, nullptr, 0); }
-
-    void run() override {
-        float* inputs[] = {input.left.data(), input.right.data()};
-        float* outputs[] = {output.left.data(), output.right.data()};
-        m_effect->processReplacing(m_effect, inputs, outputs, Frames);
-    }
-
-private:
-    AEffect* m_effect;
-};
-
 /// Returns a number for a URI, the same number in every call. LV2 plug-ins require this function of a host.
 LV2_URID numberOf(LV2_URID_Map_Handle, const char* uri) {
     static std::map<std::string, LV2_URID> numbers;
@@ -96,7 +46,8 @@ struct NodeDeleter {
 };
 using Node = std::unique_ptr<LilvNode, NodeDeleter>;
 
-class Lv2Equalizer : public Equalizer {
+/// A plug-in that equalizes `Frames` frames at a time from one place to the other.
+class Lv2Equalizer {
 public:
     using Settings = std::map<std::string, float>;
 
@@ -145,15 +96,18 @@ public:
     Lv2Equalizer(const Lv2Equalizer&) = delete;
     Lv2Equalizer& operator=(const Lv2Equalizer&) = delete;
 
-    ~Lv2Equalizer() override {
+    ~Lv2Equalizer() {
         lilv_instance_deactivate(m_instance);
         lilv_instance_free(m_instance);
     }
 
-    void run() override {
+    void run() {
         for (const auto& events : m_events) events->clear();
         lilv_instance_run(m_instance, Frames);
     }
+
+    Stereo input;
+    Stereo output;
 
 private:
     /// The buffer of a message port. An input port receives no messages; the messages of an output port are ignored.
@@ -199,6 +153,12 @@ double on(int) {
     return 1;
 }
 
+Lv2Equalizer::Settings ourSettings() {
+    Lv2Equalizer::Settings settings = perBand({}, "freq#", 1, frequency);
+    settings = perBand(settings, "gain#", 1, decibels);
+    return perBand(settings, "q#", 1, on);
+}
+
 Lv2Equalizer::Settings lspSettings() {
     Lv2Equalizer::Settings settings = perBand({}, "ft_#", 0, on);
     settings = perBand(settings, "f_#", 0, frequency);
@@ -219,7 +179,7 @@ Lv2Equalizer::Settings x42Settings() {
 }
 
 /// Returns the gain in decibels for a sine of `hertz`, measured after the equalizer has settled.
-double gainAt(Equalizer& equalizer, double hertz) {
+double gainAt(Lv2Equalizer& equalizer, double hertz) {
     constexpr int Calls = 100;
     double in = 0;
     double out = 0;
@@ -238,8 +198,8 @@ double gainAt(Equalizer& equalizer, double hertz) {
     return 10 * std::log10(out / in);
 }
 
-void measure(benchmark::State& state, const std::function<std::unique_ptr<Equalizer>()>& make) {
-    const std::unique_ptr<Equalizer> equalizer = make();
+void measure(benchmark::State& state, const std::function<std::unique_ptr<Lv2Equalizer>()>& make) {
+    const std::unique_ptr<Lv2Equalizer> equalizer = make();
     std::string label;
     for (const double hertz : Frequencies) {
         char text[32];
@@ -273,16 +233,16 @@ void registerLv2(LilvWorld* world, const char* name, const char* uri, const Lv2E
 
 } // namespace eq
 
-/// Usage: bench-plugins LIBRARY [options of Google Benchmark]
+/// Usage: bench-plugins BUNDLE [options of Google Benchmark]
 int main(int argumentCount, char** arguments) {
     using namespace eq;
     benchmark::Initialize(&argumentCount, arguments);
     if (argumentCount != 2) return 64;
     const std::unique_ptr<LilvWorld, decltype(&lilv_world_free)> world(lilv_world_new(), lilv_world_free);
     lilv_world_load_all(world.get());
-    benchmark::RegisterBenchmark("Parametric Equalizer", [=](benchmark::State& state) {
-        measure(state, [&] { return std::make_unique<Ours>(arguments[1]); });
-    });
+    const Node bundle(lilv_new_file_uri(world.get(), nullptr, (std::string(arguments[1]) + "/").c_str()));
+    lilv_world_load_bundle(world.get(), bundle.get());
+    registerLv2(world.get(), "Parametric Equalizer", "urn:tavrin:parametric-equalizer#stereo", ourSettings());
     registerLv2(world.get(), "lsp para_equalizer_x16", "http://lsp-plug.in/plugins/lv2/para_equalizer_x16_stereo",
                 lspSettings());
     registerLv2(world.get(), "calf Equalizer8Band", "http://calf.sourceforge.net/plugins/Equalizer8Band",

@@ -2,7 +2,8 @@
 #
 #   Linux    bin/        equalize, which searches ../lib/vst for the library, and lngcheck
 #            lib/vst/    the library and its language files
-#            share/      man pages, completions, documents
+#            lib/lv2/    the LV2 bundle
+#            share/      factory presets, man pages, completions, documents, description for software centres
 #            install     in the archive only: a script that installs the other files for one user
 #   Windows  ./          the library, its language files, editor-host.exe, documents
 
@@ -25,6 +26,20 @@ install(FILES packaging/README.md DESTINATION ${document_dir} COMPONENT document
 install(FILES docs/USER_GUIDE.md docs/editor-english.png docs/translating.md
         DESTINATION ${document_dir}/docs COMPONENT documents)
 install(FILES LICENSE DESTINATION ${document_dir} COMPONENT licence)
+
+if(EQ_LV2_BUNDLE)
+  install(TARGETS parametric-equalizer-lv2 DESTINATION lib/lv2/${package}.lv2 COMPONENT effect)
+  install(FILES ${EQ_LV2_TURTLE} DESTINATION lib/lv2/${package}.lv2 COMPONENT effect)
+endif()
+if(NOT WIN32)
+  install(FILES ${EQ_PRESET_FILES} DESTINATION share/${package}/presets COMPONENT effect)
+  string(TIMESTAMP release_day "%Y-%m-%d" UTC)
+  configure_file(packaging/org.example.parametric_equalizer.metainfo.xml.in
+                 org.example.parametric_equalizer.metainfo.xml @ONLY)
+  install(FILES packaging/examples/pipewire-equalizer.conf DESTINATION ${document_dir}/examples COMPONENT documents)
+  install(FILES "${CMAKE_BINARY_DIR}/org.example.parametric_equalizer.metainfo.xml" DESTINATION share/metainfo
+          COMPONENT documents)
+endif()
 
 # Installs a file in the compressed form that Debian requires, without a time stamp.
 #   eq_install_gzip(SOURCE RESULT install-arguments...)
@@ -49,7 +64,7 @@ set(CPACK_PACKAGE_NAME ${package})
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_VENDOR "the Parametric Equalizer authors")
 set(CPACK_PACKAGE_CONTACT "the Parametric Equalizer authors <parametric-equalizer@example.org>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "four-band parametric equalizer for VST 2 hosts and audio files")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "four-band parametric equalizer for LV2 and VST 2 hosts and audio files")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_PRE_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/packaging/times.cmake")
@@ -91,9 +106,10 @@ else()
 "Each channel runs through an output gain and four peak filters, and a change
 of a setting never clicks.
 .
-The package has the effect as a library for VST 2 hosts, in thirteen
-languages; equalize, a command that equalizes audio files through it; and
-lngcheck, which checks the language files of those who translate it.")
+The package has LV2 plug-ins, mono and stereo, right at every sampling rate;
+the effect as a library for VST 2 hosts, designed for 44100 Hz; both in
+thirteen languages; equalize, a command that equalizes audio files; and
+lngcheck, which checks language files for translators.")
 
   get_property(compressed GLOBAL PROPERTY EQ_COMPRESSED)
   add_custom_target(compressed-documents ALL DEPENDS ${compressed})

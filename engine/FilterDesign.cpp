@@ -1,13 +1,21 @@
 #include "engine/FilterDesign.h"
 
+#include <algorithm>
 #include <cmath>
+#include <numbers>
 
 namespace eq {
 
 namespace {
 
-/// 2 pi / 44100. The design rate enters here and nowhere else.
-constexpr double RadiansPerHertz = 0.00014247585730565955;
+/// Returns the angle of one hertz. The rate is used here only.
+constexpr double radiansPerHertz(double rate) noexcept {
+    return 2.0 * std::numbers::pi / rate;
+}
+static_assert(radiansPerHertz(FilterDesign::DefaultRate) == 0.00014247585730565955);
+
+/// Below half the rate, so that every section is stable.
+constexpr double HighestAngle = FrequencyRange.highest * radiansPerHertz(FilterDesign::DefaultRate);
 
 /// A NaN fails both comparisons and becomes the lowest value.
 double limited(double value, ValueRange range) noexcept {
@@ -39,7 +47,8 @@ FilterDesign FilterDesign::flat() noexcept {
     return design;
 }
 
-FilterDesign FilterDesign::of(const float (&values)[ParameterCount]) noexcept {
+FilterDesign FilterDesign::of(const float (&values)[ParameterCount], double rate) noexcept {
+    const double anglePerHertz = radiansPerHertz(rate);
     FilterDesign design{};
     design.outputGain = linearFromDecibels(limited(values[VolumeIndex], VolumeRange));
     for (int i = 0; i < BandCount; ++i) {
@@ -49,7 +58,7 @@ FilterDesign FilterDesign::of(const float (&values)[ParameterCount]) noexcept {
         const double f = limited(values[frequencyIndex(i)], FrequencyRange);
         const double q = limited(values[qIndex(i)], QRange);
         // The angle is not prewarped: f is the centre, and f/q the bandwidth, of the digital response.
-        const double w = f * RadiansPerHertz;
+        const double w = std::min(f * anglePerHertz, HighestAngle);
         const double t = std::tan((w * 0.5) / q);
         design.centreCoefficient[i] = -std::cos(w);
         design.bandwidthCoefficient[i] = (t - H) / (t + H);

@@ -15,17 +15,21 @@ namespace eq {
 ///
 /// Every setting gives c and k strictly between -1 and 1: each section is stable.
 struct FilterDesign {
+    /// The rate of all designs that name no other rate, in Hz.
+    static constexpr double DefaultRate = 44100.0;
+
     double outputGain;                      ///< linear
     double bandwidthCoefficient[BandCount]; ///< k
     double centreCoefficient[BandCount];    ///< c
     double bandGain[BandCount];             ///< G, linear
 
-    /// All gains at 1, which passes every sample unchanged.
+    /// All gains at 1, which passes every sample unchanged. The coefficients are the same at every rate.
     [[nodiscard]] static FilterDesign flat() noexcept;
 
-    /// Returns the design for 13 values in the order and the units of ParameterArray.h, for a rate of 44100 Hz. Values
-    /// outside their ranges are limited; a NaN counts as the lowest value.
-    [[nodiscard]] static FilterDesign of(const float (&values)[ParameterCount]) noexcept;
+    /// Returns the design for 13 values in the order and the units of ParameterArray.h, for sound of a rate above 0 Hz.
+    /// Values outside their ranges are limited; a NaN counts as the lowest value. At low rates a centre is limited to
+    /// the part of the spectrum that 20000 Hz has at the default rate, which is 0.907 of half the rate.
+    [[nodiscard]] static FilterDesign of(const float (&values)[ParameterCount], double rate = DefaultRate) noexcept;
 };
 
 } // namespace eq

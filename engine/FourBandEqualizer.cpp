@@ -6,9 +6,11 @@
 
 namespace eq {
 
-FourBandEqualizer::FourBandEqualizer() noexcept : FourBandEqualizer(*availableKernels().back()) {}
+FourBandEqualizer::FourBandEqualizer(double designRate) noexcept
+    : FourBandEqualizer(*availableKernels().back(), designRate) {}
 
-FourBandEqualizer::FourBandEqualizer(const BlockKernel& blockKernel) noexcept : kernel(&blockKernel) {
+FourBandEqualizer::FourBandEqualizer(const BlockKernel& blockKernel, double designRate) noexcept
+    : kernel(&blockKernel), rate(designRate) {
     reset();
 }
 
@@ -97,7 +99,7 @@ FilterRun FourBandEqualizer::nextRun() noexcept {
 
 // Designs the waiting array. Keeps the design if no array waits.
 void FourBandEqualizer::design() noexcept {
-    if (handover.take(parameters)) coefficients = FilterDesign::of(parameters);
+    if (handover.take(parameters)) coefficients = FilterDesign::of(parameters, rate);
 }
 
 } // namespace eq

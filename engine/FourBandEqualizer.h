@@ -18,7 +18,8 @@ namespace eq {
 /// A parameter change is absorbed at a block boundary: that block is run with the old and with the new design, and
 /// the results are crossfaded over the whole block.
 ///
-/// The design rate is 44100 Hz. At another rate r each frequency is r/44100 times as high as its setting.
+/// The filters are designed for one rate, 44100 Hz if no other is given. In sound of another rate r each frequency is r
+/// divided by the design rate times as high as its setting.
 ///
 /// `process` belongs to one thread at a time; it takes no lock, allocates nothing and never throws. `setParameters`
 /// may be called from any number of threads meanwhile.
@@ -35,10 +36,11 @@ public:
         FadeOut = 2, ///< crossfaded from the filtered to the unfiltered block
     };
 
-    /// A flat engine: until the first `setParameters` it passes its input unchanged, 2048 samples later.
-    FourBandEqualizer() noexcept;
+    /// A flat engine for filters of a design rate above 0 Hz. Until the first `setParameters` it passes its input
+    /// unchanged, 2048 samples later.
+    explicit FourBandEqualizer(double designRate = FilterDesign::DefaultRate) noexcept;
     /// An engine with a given kernel instead of the fastest. All kernels sound alike.
-    explicit FourBandEqualizer(const BlockKernel& kernel) noexcept;
+    explicit FourBandEqualizer(const BlockKernel& kernel, double designRate = FilterDesign::DefaultRate) noexcept;
     virtual ~FourBandEqualizer() = default;
 
     FourBandEqualizer(const FourBandEqualizer&) = delete;
@@ -89,6 +91,7 @@ private:
     FilterDesign coefficients;
     int samplesToFill;
     ParameterHandover handover; // from setParameters to the next design
+    double rate;                // of the design, in Hz
 };
 
 } // namespace eq

@@ -205,6 +205,15 @@ TEST_F(EqualizeCommand, RefusesBadUsageAndTellsWhatWouldBeRight) {
     equalize("--band 1:freq=21.77 --band 2:freq=21768.7");
 }
 
+TEST_F(EqualizeCommand, FindsAFactoryPresetUnlessAFileHasItsName) {
+    writeSound("in.wav", noise(48000, 1, 6000));
+    const auto fromFactory = equalized("--preset hum-60");
+    EXPECT_EQ(fromFactory, equalized("--band 1:freq=60,gain=-10,q=10 --band 2:freq=120,gain=-10,q=10 "
+                                     "--band 3:freq=180,gain=-10,q=10 --band 4:freq=240,gain=-8,q=10"));
+    folder.write("hum-60", "volume = -12\n");
+    EXPECT_NE(equalized("--preset hum-60"), fromFactory) << "a file is not preferred";
+}
+
 TEST_F(EqualizeCommand, ReadsThePresetThatItWritesAndNamesTheLineOfABadOne) {
     writeSound("in.wav", noise(48000, 1, 6000));
     const auto direct = equalized("--volume -1.25 --band 2:freq=440.5,gain=-6.5,q=1.7 --set 5=0.3 --save-preset 'a b'");

@@ -9,7 +9,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <complex>
 #include <memory>
+#include <numbers>
 #include <random>
 #include <string>
 
@@ -122,6 +124,29 @@ TEST(FilterDesign, YieldsTheWorkedValues) {
     }
 }
 
+TEST(FilterDesign, HasItsGainAtItsFrequencyAtEveryRate) {
+    const float values[] = {0, 20, 1000, 5000, 20000, -9, 6, 10, 3, 1, 2, 5, 10};
+    for (const double rate : {8000.0, 22050.0, 44100.0, 48000.0, 96000.0, 192000.0, 768000.0}) {
+        const FilterDesign design = FilterDesign::of(values, rate);
+        for (std::size_t i = 0; i < BandCount; ++i) {
+            SCOPED_TRACE(testing::Message() << rate << " Hz, band " << i + 1);
+            // At low rates a centre is where 20000 Hz is at 44100 Hz.
+            const double centre = std::min<double>(values[1 + i], rate * 20000 / 44100);
+            const auto decibelsAt = [&](double hertz) {
+                const std::complex<double> z = std::polar(1.0, -2 * std::numbers::pi * hertz / rate);
+                const double k = design.bandwidthCoefficient[i];
+                const double inner = design.centreCoefficient[i] * (1 - k);
+                const auto allpass = (-k + inner * z + z * z) / (1.0 + inner * z - k * z * z);
+                return 20 * std::log10(std::abs(1.0 + (design.bandGain[i] - 1) / 2 * (1.0 - allpass)));
+            };
+            EXPECT_NEAR(decibelsAt(centre), values[5 + i], 1e-9);
+            EXPECT_LT(std::abs(decibelsAt(centre * 0.9)), std::abs(values[5 + i]));
+            EXPECT_LT(std::abs(decibelsAt(centre * 1.1)), std::abs(values[5 + i]));
+            EXPECT_LT(std::abs(design.bandwidthCoefficient[i]), 1);
+        }
+    }
+}
+
 TEST(PlainKernel, PeakSectionHasTheWorkedImpulseResponse) {
     float buffer[6] = {1};
     double s1 = 0;
@@ -140,6 +165,23 @@ TEST(KernelChoice, BeginsWithThePlainKernelAndHasNoWideRegistersIn32BitCode) {
     for (const BlockKernel* kernel : availableKernels())
         EXPECT_EQ(std::string(kernel->name).find("AVX"), std::string::npos);
 #endif
+}
+
+TEST(FourBandEqualizer, DesignsForItsRateAlsoAfterAReset) {
+    const Values values = {3, 100, 800, 3000, 9000, 6, -7, 8, -9, 2, 3, 4, 5};
+    Values halved = values;
+    for (std::size_t i = 1; i <= BandCount; ++i) halved[i] /= 2;
+    FourBandEqualizer usual;
+    FourBandEqualizer slow(FilterDesign::DefaultRate / 2);
+    slow.reset();
+    usual.setParameters(values.data());
+    slow.setParameters(halved.data());
+    std::mt19937 random(1);
+    Samples expected = noise(random, std::size_t{4} * BlockSize);
+    Samples actual = expected;
+    usual.process(expected.data(), expected.data(), 4 * BlockSize, 0);
+    slow.process(actual.data(), actual.data(), 4 * BlockSize, 0);
+    EXPECT_EQ(firstDifference(actual, expected), -1);
 }
 
 // Compares the engine's output with the model's output to the last bit.

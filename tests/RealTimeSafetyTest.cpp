@@ -2,6 +2,9 @@
 
 #include "tests/support/LoadedLibrary.h"
 #include "tests/support/ScriptedHost.h"
+#ifdef EQ_LV2_LIBRARY
+#include "tests/support/Lv2Host.h"
+#endif
 
 #include <gtest/gtest.h>
 
@@ -107,6 +110,33 @@ TEST(RealTimeSafety, ProcessingNeitherAllocatesNorLocksNorCallsTheKernel) {
     EXPECT_EQ(locksSeen, 0);
     EXPECT_EQ(systemCallsSeen, 0);
 }
+
+#ifdef EQ_LV2_LIBRARY
+TEST(RealTimeSafety, TheLv2PlugInNeitherAllocatesNorLocksNorCallsTheKernel) {
+    const LoadedLibrary library(EQ_LV2_LIBRARY);
+    for (const std::uint32_t channels : {1U, 2U}) {
+        Lv2Instance instance(library, channels, 48000);
+        std::vector<Samples> sound(channels, Samples(8192, 0.5F));
+        std::mt19937 random(1);
+        std::thread audio([&] {
+            refuseSystemCalls();
+            for (std::size_t i = 0; i < 3000; ++i) {
+                // Also the first call after each activation, which settles.
+                if (i % 100 == 0) instance.activate();
+                instance.values = randomValues(random);
+                instance.enabled = i % 7 < 4 ? 1 : 0;
+                processing = true;
+                instance.run(sound, 0, i * 37 % 8193);
+                processing = false;
+            }
+        });
+        audio.join();
+    }
+    EXPECT_EQ(allocationsSeen, 0);
+    EXPECT_EQ(locksSeen, 0);
+    EXPECT_EQ(systemCallsSeen, 0);
+}
+#endif
 
 TEST(RealTimeSafety, WouldBeSeenToBeBroken) {
     pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;

@@ -73,11 +73,11 @@ bool isAscii(const std::string& text) {
     return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-/// Returns the keys and the values of a source, in UTF-8.
+/// Returns the keys and the values of a source that the library can look up, in UTF-8.
 std::map<std::string, std::string> textsOfSource(WORD id) {
     std::ifstream source(EQ_LANGUAGE_SOURCES_DIR "/Equalizer" + std::to_string(id) + ".txt");
     std::map<std::string, std::string> texts;
-    for (std::string line; std::getline(source, line);) {
+    for (std::string line; std::getline(source, line) && line != "[LV2]";) {
         const std::size_t equals = line.find(" = ");
         if (!line.starts_with("//") && equals != std::string::npos)
             texts[line.substr(0, equals)] = decode_value(line.substr(equals + 3));

@@ -3,21 +3,35 @@
 --   make FOLDER SOUND RATE CHANNELS FRAMES P...    creates a session that plays the sound file with the parameters P...
 --   load FOLDER                                    loads the session
 --
--- Both commands print the properties of the effect that Ardour sees.
+-- Both commands print the properties of the effect that Ardour sees. The environment variable LV2_URI names an LV2 plug-in
+-- instead of the VST 2 effect. If ENABLED_PORT is set, the port of this number is automated: it is 0 from BYPASS_START to
+-- BYPASS_END, in frames.
 
 local command, folder, sound, rate, channels, frames = table.unpack(arg)
 local session, effect
+local uri = os.getenv("LV2_URI")
+
+local function automate_bypass(port)
+    local _, events = ARDOUR.LuaAPI.plugin_automation(effect, 13)
+    events:add(Temporal.timepos_t(0), 1, false, true)
+    events:add(Temporal.timepos_t(tonumber(os.getenv("BYPASS_START"))), 0, false, true)
+    events:add(Temporal.timepos_t(tonumber(os.getenv("BYPASS_END"))), 1, false, true)
+    local parameter = Evoral.Parameter(ARDOUR.AutomationType.PluginAutomation, 0, port)
+    effect:to_automatable():automation_control(parameter, false):set_automation_state(ARDOUR.AutoState.Play)
+end
 
 local function make()
     session = create_session(folder, "session", tonumber(rate))
     local track = session:new_audio_track(channels, 2, nil, 1, "Track", ARDOUR.PresentationInfo.max_order,
                                           ARDOUR.TrackMode.Normal, true):front()
-    effect = ARDOUR.LuaAPI.new_plugin(session, "Parametric Equalizer", ARDOUR.PluginType.LXVST, "")
+    effect = ARDOUR.LuaAPI.new_plugin(session, uri or "Parametric Equalizer",
+                                      uri and ARDOUR.PluginType.LV2 or ARDOUR.PluginType.LXVST, "")
     assert(not effect:isnil(), "Ardour does not find the effect")
     track:add_processor_by_index(effect, 0, nil, true)
     for i = 7, #arg do
         ARDOUR.LuaAPI.set_processor_param(effect, i - 7, tonumber(arg[i]))
     end
+    if os.getenv("ENABLED_PORT") then automate_bypass(tonumber(os.getenv("ENABLED_PORT"))) end
     for i = 0, 1 do
         track:output():audio(i):connect("Master/audio_in " .. i + 1)
     end
@@ -27,11 +41,15 @@ end
 local function print_effect()
     local insert = effect:to_insert()
     local plugin = insert:plugin(0)
-    print(string.format("%s, id 0x%X, latency %d", plugin:name(), plugin:unique_id(), insert:signal_latency()))
+    local id = uri and plugin:get_info().unique_id or string.format("0x%X", plugin:unique_id())
+    print(string.format("%s, id %s, latency %d", plugin:name(), id, insert:signal_latency()))
     print(string.format("%d inputs, %d outputs, %d parameters", insert:input_streams():n_audio(),
                         insert:output_streams():n_audio(), plugin:parameter_count()))
-    for i = 0, plugin:parameter_count() - 1 do
-        print(plugin:parameter_label(i) .. " = " .. ARDOUR.LuaAPI.get_processor_param(effect, i, true))
+    -- The ports of an LV2 plug-in include those for sound, which come first, and for the latency, which is the last.
+    local first = uri and insert:input_streams():n_audio() + insert:output_streams():n_audio() or 0
+    local last = plugin:parameter_count() - (uri and 2 or 1)
+    for i = first, last do
+        print(plugin:parameter_label(i) .. " = " .. ARDOUR.LuaAPI.get_processor_param(effect, i - first, true))
     end
 end
 

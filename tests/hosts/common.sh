@@ -46,3 +46,42 @@ host_says() {
         grep -qxF -- "$line" "$work/said" || { cat "$work/said"; fail "the host does not say: $line"; }
     done
 }
+
+# Writes the head of a sound file of 32-bit big-endian floats.
+#   write_au_head RATE CHANNELS
+write_au_head() {
+    local rate
+    rate=$(printf '\\x%02x\\x%02x\\x%02x' $(($1 >> 16)) $(($1 >> 8 & 255)) $(($1 & 255)))
+    printf ".snd\0\0\0\x18\xff\xff\xff\xff\0\0\0\6\0$rate\0\0\0\x$2"
+}
+
+# Writes `frames` frames of noise between 1/8 and 1/2. Each sample is written REPEATED times.
+#   write_noise FILE RATE CHANNELS REPEATED
+write_noise() {
+    {
+        write_au_head "$2" "$3"
+        printf "$(awk -v samples=$((frames * $3 / $4)) -v repeated="$4" 'BEGIN {
+            srand(1)
+            while (samples--) {
+                sign = rand() < 0.5 ? "3e" : "be"
+                text = sprintf("\\x%s\\x%x\\x%x\\x%x", sign, rand() * 256, rand() * 256, rand() * 256)
+                for (i = 0; i < repeated; i++) printf "%s", text
+            }
+        }')"
+    } >"$1"
+}
+
+# Writes a sample of 1 and then silence, `frames` frames in all.
+#   write_impulse FILE RATE
+write_impulse() {
+    { write_au_head "$2" 1; printf '\x3f\x80\0\0'; head -c $((frames * 4 - 4)) /dev/zero; } >"$1"
+}
+
+# The LV2 bundle in a folder without other bundles, in which hosts look.
+uri=urn:tavrin:parametric-equalizer
+copy_lv2_bundle() {
+    export LV2_PATH=$work/lv2
+    rm -rf "$work/lv2"
+    mkdir "$work/lv2"
+    cp -r "$dist/parametric-equalizer.lv2" "$work/lv2" || fail "the LV2 bundle is not built"
+}

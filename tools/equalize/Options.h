@@ -32,6 +32,7 @@ struct Options {
     bool noRateCorrection = false;
     bool replaceNan = false;
     bool list = false;
+    bool listPresets = false;
     bool json = false;
     bool quiet = false;
     std::size_t jobs = std::max(std::thread::hardware_concurrency(), 1U);

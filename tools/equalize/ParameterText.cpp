@@ -4,11 +4,6 @@
 
 namespace eq {
 
-std::string presetNameOf(const Parameter& parameter) {
-    const std::string symbol = scaleOf(parameter.kind).symbol;
-    return parameter.band == 0 ? symbol : "band" + std::to_string(parameter.band) + "." + symbol;
-}
-
 double shownValueOf(ParameterKind kind, float p) {
     return valueOf(kind, static_cast<double>(p)) + 0.0;
 }

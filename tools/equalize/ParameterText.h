@@ -1,5 +1,6 @@
 #pragma once
 
+#include "parameters/ParameterNames.h"
 #include "parameters/ParameterTable.h"
 
 #include <array>
@@ -9,9 +10,6 @@ namespace eq {
 
 /// The values that the effect receives, from 0 to 1.
 using NormalisedValues = std::array<float, ParameterCount>;
-
-/// Returns a parameter's name in presets: "volume", "band1.freq", "band1.gain", "band1.q" and so on.
-[[nodiscard]] std::string presetNameOf(const Parameter& parameter);
 
 /// Returns the value in its unit, without a negative zero.
 [[nodiscard]] double shownValueOf(ParameterKind kind, float p);

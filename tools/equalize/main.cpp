@@ -5,6 +5,7 @@
 #include "tools/common/RunTool.h"
 #include "tools/common/Text.h"
 #include "tools/equalize/Batch.h"
+#include "tools/equalize/FactoryPresets.h"
 #include "tools/equalize/FilePlan.h"
 #include "tools/equalize/FileRun.h"
 #include "tools/equalize/Notes.h"
@@ -81,7 +82,8 @@ void declare(CLI::App& app, Options& options) {
                    "bottom; repeatable")
         ->type_name("INDEX=P")
         ->allow_extra_args(false);
-    app.add_option("--preset", options.preset, "file with settings")->type_name("FILE");
+    app.add_option("--preset", options.preset, "file with settings, or a factory preset")->type_name("FILE|NAME");
+    app.add_flag("--list-presets", options.listPresets, "show the factory presets");
     app.add_option("--save-preset", options.savePreset, "write the settings into a file")->type_name("FILE");
     app.add_option("--plot", options.plot, "draw the response into an SVG file")->type_name("FILE");
     app.add_option("--normalize", options.normalize,
@@ -116,7 +118,7 @@ void declare(CLI::App& app, Options& options) {
 
 Settings settingsFrom(const Options& options) {
     Settings settings;
-    if (!options.preset.empty()) settings.readPreset(options.preset);
+    if (!options.preset.empty()) settings.readPreset(presetFileOf(options.preset));
     for (const std::string& volume : options.volumes) settings.setVolume(volume);
     for (const std::string& band : options.bands) settings.setBand(band);
     for (const std::string& value : options.normalised) settings.setNormalised(value);
@@ -175,6 +177,10 @@ int runBatch(const Options& options, const Settings& settings, const PeakGain& p
 
 int run(Options& options) {
     FileArguments& files = options.files;
+    if (options.listPresets) {
+        std::fputs(factoryPresetList().c_str(), stdout);
+        return 0;
+    }
     if (files.files.empty() && !options.hasTaskWithoutFiles())
         throw UsageError("INPUT and OUTPUT are missing; see --help");
     if (options.json && !options.list) throw UsageError("--json needs --list");

@@ -1,0 +1,262 @@
+// The LV2 plug-in as a host sees it: the built library, loaded through its export.
+
+#include "tests/support/EqualizerReference.h"
+#include "tests/support/Lv2Host.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <random>
+#include <thread>
+#include <vector>
+
+namespace eq {
+
+namespace {
+
+constexpr std::size_t Block = BlockSize;
+const Values Loud = {6, 60, 700, 3000, 9000, 9, -8, 10, 7, 1, 2, 10, 5};
+const Values Quiet = {-9, 1000, 100, 5000, 300, -10, 4, -6, 10, 3, 8, 1, 6};
+
+const LoadedLibrary& library() {
+    static const LoadedLibrary loaded(EQ_LV2_LIBRARY);
+    return loaded;
+}
+
+/// The values in the engine for values of the ports, which pass through the effect's normalised parameters.
+Values mapped(const Values& ports) {
+    Values p;
+    for (std::size_t i = 0; i < p.size(); ++i) {
+        const double v = ports[i];
+        p[i] = static_cast<float>(i == 0  ? (12 - v) / 24
+                                  : i < 5 ? std::log(20000 / v) / std::log(20000.0 / 20)
+                                  : i < 9 ? (10 - v) / 20
+                                          : (10 - v) / 9);
+    }
+    return engineValues(p);
+}
+
+Samples part(const Samples& samples, std::size_t start, std::size_t end) {
+    return {samples.begin() + static_cast<std::ptrdiff_t>(start), samples.begin() + static_cast<std::ptrdiff_t>(end)};
+}
+
+/// The sound after an engine that had the settings long before the first sample, and gets others in a block. Without
+/// the delay.
+Samples filtered(const Values& ports, double rate, const Samples& dry, std::size_t changeBlock = SIZE_MAX / 2,
+                 const Values& later = {}) {
+    FourBandEqualizer engine(rate);
+    engine.setParameters(mapped(ports).data());
+    Samples stream(2 * Block);
+    stream.insert(stream.end(), dry.begin(), dry.end());
+    stream.resize((stream.size() / Block + 2) * Block);
+    for (std::size_t block = 0; block < stream.size() / Block; ++block) {
+        if (block - 2 == changeBlock) engine.setParameters(mapped(later).data());
+        engine.process(&stream[block * Block], &stream[block * Block], BlockSize, 0);
+    }
+    return part(stream, 3 * Block, 3 * Block + dry.size());
+}
+
+/// A sound after the plug-in's delay, and as long as before.
+Samples delayed(Samples sound) {
+    sound.insert(sound.begin(), Block, 0.0F);
+    sound.resize(sound.size() - Block);
+    return sound;
+}
+
+Samples blended(const Samples& from, const Samples& to) {
+    Samples result(from.size());
+    for (std::size_t i = 0; i < from.size(); ++i) {
+        const double weight = static_cast<double>(2 * i + 1) / 4096;
+        result[i] = static_cast<float>((1 - weight) * from[i] + weight * to[i]);
+    }
+    return result;
+}
+
+} // namespace
+
+TEST(Lv2, WorksAtRatesFrom8000To768000HzOnly) {
+    const auto descriptor = library().find<LV2_Descriptor_Function>("lv2_descriptor");
+    for (std::uint32_t i = 0; i < 2; ++i) {
+        const LV2_Descriptor* const plugin = descriptor(i);
+        for (const double rate : {0.0, -44100.0, 7999.0, 768001.0, std::nan(""), HUGE_VAL})
+            EXPECT_EQ(plugin->instantiate(plugin, rate, "", nullptr), nullptr) << rate;
+        for (const double rate : {8000.0, 768000.0}) {
+            const LV2_Handle instance = plugin->instantiate(plugin, rate, "", nullptr);
+            EXPECT_NE(instance, nullptr) << rate;
+            plugin->cleanup(instance);
+        }
+    }
+    EXPECT_EQ(descriptor(2), nullptr);
+}
+
+TEST(Lv2, HasItsSettingsFromTheFirstSampleInAnyCombinationOfBuffers) {
+    std::mt19937 random(1);
+    constexpr std::size_t Frames = 30000;
+    const Stereo dry = noise(Frames);
+    for (const double rate : {44100.0, 96000.0}) {
+        const Stereo expected = {delayed(filtered(Loud, rate, dry[0])), delayed(filtered(Loud, rate, dry[1]))};
+        for (std::size_t combination = 0; combination < 16; ++combination) {
+            const std::size_t left = combination / 4;
+            const std::size_t right = combination % 4;
+            if (left == right) continue;
+            SCOPED_TRACE(testing::Message() << rate << " Hz, outputs in buffers " << left << " and " << right);
+            Lv2Instance instance(library(), 2, rate);
+            // Some hosts ask for the latency before they set the values.
+            instance.run(0);
+            EXPECT_EQ(instance.latency, 2048);
+            instance.values = Loud;
+            // The inputs are the first two buffers.
+            std::vector<Samples> buffers = {dry[0], dry[1], Samples(Frames), Samples(Frames)};
+            for (std::size_t done = 0; done < Frames;) {
+                const std::size_t count = std::min<std::size_t>(random() % 8193, Frames - done);
+                instance.connect(0, buffers[0].data() + done);
+                instance.connect(1, buffers[1].data() + done);
+                instance.connect(2, buffers[left].data() + done);
+                instance.connect(3, buffers[right].data() + done);
+                instance.run(count);
+                done += count;
+            }
+            EXPECT_EQ(firstDifference(buffers[left], expected[0]), -1);
+            EXPECT_EQ(firstDifference(buffers[right], expected[1]), -1);
+        }
+    }
+}
+
+TEST(Lv2, FadesExactlyTheBlockInWhichEnabledChanges) {
+    constexpr std::size_t Blocks = 14;
+    constexpr std::size_t Frames = Blocks * Block;
+    std::mt19937 random(1);
+    const Samples dry = noise(random, Frames);
+    const Samples wet = filtered(Loud, 48000, dry, 9, Quiet);
+    for (const std::size_t size : {std::size_t{1}, std::size_t{64}, std::size_t{1000}, Block, std::size_t{5000}}) {
+        SCOPED_TRACE(testing::Message() << size << " frames per call");
+        Lv2Instance instance(library(), 1, 48000);
+        std::vector<bool> isOn(Blocks);
+        std::vector<Samples> channel = {dry};
+        for (std::size_t done = 0; done < Frames; done += size) {
+            const std::size_t count = std::min(size, Frames - done);
+            // Bypassed from the start, again in the middle, and for an instant between two block boundaries.
+            const bool isWanted = (done >= 3 * Block - 500 && done < 7 * Block + 10) || done >= 10 * Block;
+            const bool isInstant = done > 8 * Block && done < 8 * Block + 900;
+            instance.enabled = isWanted || isInstant ? 1 : 0;
+            instance.values = done < 9 * Block ? Loud : Quiet;
+            instance.run(channel, done, count);
+            for (std::size_t block = done / Block; block < (done + count) / Block; ++block)
+                isOn[block] = instance.enabled != 0;
+        }
+        Samples expected;
+        for (std::size_t block = 0; block < Blocks; ++block) {
+            const bool wasOn = block > 0 ? isOn[block - 1] : isOn[0];
+            const Samples passed = part(dry, block * Block, (block + 1) * Block);
+            const Samples equalized = part(wet, block * Block, (block + 1) * Block);
+            const Samples result = isOn[block] && wasOn ? equalized
+                                   : isOn[block]        ? blended(passed, equalized)
+                                   : wasOn              ? blended(equalized, passed)
+                                                        : passed;
+            expected.insert(expected.end(), result.begin(), result.end());
+        }
+        EXPECT_EQ(std::ranges::count(isOn, true), size == 5000 ? 5 : 9);
+        EXPECT_EQ(firstDifference(channel[0], delayed(expected)), -1);
+    }
+}
+
+TEST(Lv2, BypassesASteadySineWithoutASteeperStep) {
+    constexpr std::size_t Frames = 100 * Block;
+    const auto steepest = [](const Samples& samples, std::size_t start, std::size_t end) {
+        float most = 0;
+        for (std::size_t i = start + 1; i < end; ++i) most = std::max(most, std::abs(samples[i] - samples[i - 1]));
+        return most;
+    };
+    for (const Values& values : {Loud, Quiet, Values{12, 20, 20, 20, 20, 10, 10, 10, 10, 10, 10, 10, 10}}) {
+        for (const double hertz : {20.0, 63.0, 100.0, 440.0, 1000.0, 3000.0, 5000.0}) {
+            for (const std::size_t toggle : {60 * Block, 60 * Block + 1033}) {
+                SCOPED_TRACE(testing::Message() << hertz << " Hz, from frame " << toggle);
+                Samples sine(Frames);
+                for (std::size_t i = 0; i < Frames; ++i)
+                    sine[i] =
+                        static_cast<float>(std::sin(2 * std::numbers::pi * hertz * static_cast<double>(i) / 44100));
+                Lv2Instance instance(library(), 1, 44100);
+                instance.values = values;
+                std::vector<Samples> channel = {sine};
+                for (std::size_t done = 0; done < Frames; done += 256) {
+                    instance.enabled = done < toggle || done >= toggle + 7 * Block ? 1 : 0;
+                    instance.run(channel, done, std::min<std::size_t>(256, Frames - done));
+                }
+                const float most = std::max(steepest(sine, 0, Frames), steepest(channel[0], 50 * Block, 60 * Block));
+                EXPECT_LE(steepest(channel[0], 60 * Block, Frames), 1.1F * most);
+            }
+        }
+    }
+}
+
+TEST(Lv2, LimitsValuesAndHasDefaultsForUnconnectedPorts) {
+    const auto render = [](const Values& values, const std::vector<std::uint32_t>& unconnected) {
+        Lv2Instance instance(library(), 1, 44100);
+        instance.values = values;
+        for (const std::uint32_t index : unconnected) instance.connect(instance.parameterPort(index), nullptr);
+        std::mt19937 random(1);
+        std::vector<Samples> channel = {noise(random, 4 * Block)};
+        instance.run(channel, 0, 4 * Block);
+        return channel[0];
+    };
+    const Values lowest = {-12, 20, 20, 20, 20, -10, -10, -10, -10, 1, 1, 1, 1};
+    const Values highest = {12, 20000, 20000, 20000, 20000, 10, 10, 10, 10, 10, 10, 10, 10};
+    Values values;
+    for (const float low : {NaN, -Infinity, -1e9F}) {
+        values.fill(low);
+        EXPECT_EQ(firstDifference(render(values, {}), render(lowest, {})), -1) << low;
+    }
+    values.fill(1e9F);
+    EXPECT_EQ(firstDifference(render(values, {}), render(highest, {})), -1);
+    const Values defaults = {0, 20, 200, 2000, 20000, 7, 8, 9, 10, 5, 5, 5, 5};
+    values = {9, 1000, 1000, 1000, 1000, 7, 8, 9, 10, 1, 1, 1, 1};
+    EXPECT_EQ(firstDifference(render(values, {0, 1, 2, 3, 4, 9, 10, 11, 12}), render(defaults, {})), -1);
+    Values flat = defaults;
+    std::fill_n(flat.begin() + 5, 4, 0.0F);
+    EXPECT_EQ(firstDifference(render(defaults, {5, 6, 7, 8, 13}), render(flat, {})), -1);
+}
+
+// Two bad hosts in threads. The sanitizers see what goes wrong; at the end the sound must be right.
+TEST(Lv2, SurvivesBadHosts) {
+    const auto play = [](unsigned seed) {
+        std::mt19937 random(seed);
+        const double rates[] = {8000, 44100, 192000, 768000};
+        for (const double rate : rates) {
+            const std::uint32_t channels = 1 + seed % 2;
+            Lv2Instance instance(library(), channels, rate);
+            std::vector<Samples> buffers(2 * channels, Samples(8192));
+            for (int call = 0; call < 150; ++call) {
+                instance.values = randomValues(random);
+                instance.enabled = std::array{0.0F, 1.0F, -1.0F, NaN}[random() % 4];
+                if (random() % 10 == 0) instance.activate();
+                if (random() % 10 == 0) instance.deactivate();
+                for (std::uint32_t port = 0; port < 2 * channels; ++port)
+                    instance.connect(port, random() % 20 == 0 ? nullptr : buffers[random() % buffers.size()].data());
+                for (Samples& buffer : buffers) buffer[random() % 8192] = random() % 50 == 0 ? Infinity : 1;
+                instance.connect(999, nullptr);
+                instance.run(random() % 8193);
+            }
+            instance.values = Loud;
+            instance.enabled = 1;
+            instance.activate();
+            const Samples dry = noise(random, 5 * Block);
+            std::vector<Samples> sound(channels, dry);
+            Samples expected = filtered(Loud, rate, dry);
+            const Samples faded = blended(part(expected, 2 * Block, 3 * Block), part(dry, 2 * Block, 3 * Block));
+            std::ranges::copy(dry.begin() + 3 * BlockSize, dry.end(), expected.begin() + 3 * BlockSize);
+            std::ranges::copy(faded, expected.begin() + 2 * BlockSize);
+            expected = delayed(expected);
+            instance.run(sound, 0, 2 * Block);
+            instance.enabled = 0;
+            instance.run(sound, 2 * Block, 3 * Block);
+            EXPECT_EQ(firstDifference(sound[0], expected), -1) << rate << " Hz";
+        }
+    };
+    std::thread other([&] { play(1); });
+    play(2);
+    other.join();
+}
+
+} // namespace eq
