@@ -18,10 +18,6 @@ namespace eq {
 
 namespace {
 
-constexpr const char* DecibelKey = "IDS_DB";
-constexpr const char* HertzKey = "IDS_Hz";
-constexpr const char* KilohertzKey = "IDS_kHz";
-
 // As sprintf's "%.1f", which would take its decimal separator from whatever locale the host has set.
 std::string oneDecimal(double value) {
     char digits[64];
