@@ -5,7 +5,7 @@
 namespace eq {
 
 /// Creates the editor of the platform for an effect. Each product links one definition: EditorChoiceDialog.cpp
-/// (Windows) or EditorChoiceNone.cpp (Linux).
+/// (Windows) or EditorChoiceCurve.cpp (Linux).
 ///
 /// Builds the language store if it is not yet built. Returns false when there is no memory for the editor. Throws the
 /// language store's exceptions for a broken language file.

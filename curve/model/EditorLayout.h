@@ -1,17 +1,12 @@
 #pragma once
 
+#include "curve/model/EditorSize.h"
 #include "curve/model/EditorTarget.h"
 #include "parameters/ParameterTable.h"
 
 #include <array>
 
 namespace eq {
-
-/// The size of the editor at a scale factor of 1, and the size from which on the layout fits.
-inline constexpr int DefaultEditorWidth = 900;
-inline constexpr int DefaultEditorHeight = 500;
-inline constexpr int LeastEditorWidth = 480;
-inline constexpr int LeastEditorHeight = 300;
 
 struct Rect {
     int x = 0;

@@ -11,6 +11,8 @@ namespace eq {
 
 /// What the editor shows in addition to the values, and what pointer and keyboard work on.
 struct EditorState {
+    EditorState(EditorModel& editorModel, const EditorTexts& editorTexts) : model(editorModel), texts(editorTexts) {}
+
     EditorModel& model;
     const EditorTexts& texts;
     EditorGeometry geometry;
