@@ -99,7 +99,8 @@ bool CurveWindow::configure(const xcb_configure_notify_event_t& event) {
 }
 
 void CurveWindow::resize(int width, int height) {
-    if (!isOpen() || (width == currentWidth && height == currentHeight)) return;
+    if (!isOpen()) return;
+    // Not compared with the current size: an earlier request may still be on its way.
     const std::array<std::uint32_t, 2> size = {static_cast<std::uint32_t>(std::max(width, 1)),
                                                static_cast<std::uint32_t>(std::max(height, 1))};
     xcb_configure_window(x.get(), window, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, size.data());
