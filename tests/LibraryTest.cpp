@@ -19,10 +19,10 @@ namespace eq {
 
 namespace {
 
-#ifdef _WIN32
+#ifdef EQ_HAS_EDITOR
 constexpr int32 Flags = 0x19;
 #else
-constexpr int32 Flags = 0x18; // no editor
+constexpr int32 Flags = 0x18;
 #endif
 
 EffectMainProc libraryMain() {

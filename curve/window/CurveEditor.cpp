@@ -171,8 +171,8 @@ void CurveEditor::draw() {
     isResized = false;
     for (const Rect& part : painter.paint(state)) exposed.push_back(part);
     for (const Rect& part : exposed) curveWindow.show(painter.pixels(), painter.bytesPerRow(), part);
-    if (!exposed.empty()) xcb_flush(x->get());
     exposed.clear();
+    xcb_flush(x->get()); // also what the events have led to
 }
 
 } // namespace eq

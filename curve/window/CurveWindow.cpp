@@ -37,7 +37,9 @@ CurveWindow::~CurveWindow() {
     if (window != XCB_NONE) xcb_destroy_window(x.get(), window);
     if (graphics != XCB_NONE) xcb_free_gc(x.get(), graphics);
     if (colours != XCB_NONE) xcb_free_colormap(x.get(), colours);
-    xcb_flush(x.get());
+    // Waits until the server has done that: the host may go on with its own window.
+    const XOwned<xcb_get_input_focus_reply_t> done(
+        xcb_get_input_focus_reply(x.get(), xcb_get_input_focus(x.get()), nullptr));
 }
 
 bool CurveWindow::create(double scale) {
