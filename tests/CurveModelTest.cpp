@@ -3,6 +3,7 @@
 #include "curve/model/KeyControl.h"
 #include "curve/model/PointerControl.h"
 #include "curve/model/ResponseCurves.h"
+#include "parameters/DisplayText.h"
 #include "tests/support/EngineInput.h"
 #include "tests/support/FakePort.h"
 
@@ -132,6 +133,19 @@ TEST(EditorTexts, ReadsWhatItShowsAndWhatUsersType) {
                                                  {3, "k", None},
                                                  {5, "3дБдБ", None}}) {
         EXPECT_DOUBLE_EQ(russian.parse(parameter, text).value_or(None), value) << text;
+    }
+}
+
+TEST(EditorTexts, ShowsTheEffectsDisplayTexts) {
+    FakePort port;
+    for (const char* const key : {DecibelKey, HertzKey, KilohertzKey}) port.texts[key] = key;
+    const EditorTexts texts(port, '.');
+    for (int i = 0; i < ParameterCount; ++i) {
+        for (float p = -0.5F; p < 1.5F; p += 0.07F) {
+            char shown[DisplayCapacity];
+            writeDisplay(Parameters[i], p, shown); // without language files, a unit is shown by its key
+            EXPECT_EQ(texts.display(i, p), shown);
+        }
     }
 }
 

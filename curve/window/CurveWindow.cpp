@@ -1,5 +1,7 @@
 #include "curve/window/CurveWindow.h"
 
+#include "curve/window/SigpipeGuard.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -34,6 +36,7 @@ CurveWindow::CurveWindow(XConnection& connection, xcb_window_t host, double scal
 }
 
 CurveWindow::~CurveWindow() {
+    const SigpipeGuard guard;
     if (window != XCB_NONE) xcb_destroy_window(x.get(), window);
     if (graphics != XCB_NONE) xcb_free_gc(x.get(), graphics);
     if (colours != XCB_NONE) xcb_free_colormap(x.get(), colours);

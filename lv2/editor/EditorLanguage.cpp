@@ -22,12 +22,12 @@ std::unique_ptr<CLanguageStore> readLanguage(const std::string& folder) {
 
 } // namespace
 
-EditorLanguage::EditorLanguage(const std::string& bundleFolder) : m_store(readLanguage(bundleFolder)) {}
+EditorLanguage::EditorLanguage(const std::string& bundleFolder) : store(readLanguage(bundleFolder)) {}
 
 EditorLanguage::~EditorLanguage() = default;
 
 std::string EditorLanguage::text(const char* key) const {
-    const wchar_t* const found = m_store->Find(key);
+    const wchar_t* const found = store->Find(key);
     return found ? toNarrow(found, CP_UTF8).text : std::string();
 }
 

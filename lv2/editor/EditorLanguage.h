@@ -19,7 +19,7 @@ public:
     [[nodiscard]] std::string text(const char* key) const;
 
 private:
-    std::unique_ptr<CLanguageStore> m_store;
+    std::unique_ptr<CLanguageStore> store;
 };
 
 } // namespace eq::lv2
