@@ -1,7 +1,7 @@
 # The files that `cmake --install` installs, and the packages that cpack builds from them.
 #
 #   Linux    bin/        equalize, which searches ../lib/vst for the library, and lngcheck
-#            lib/vst/    the library and its language files
+#            lib/vst/    the library, its editor and its language files
 #            lib/lv2/    the LV2 bundle
 #            share/      factory presets, man pages, completions, documents, description for software centres
 #            install     in the archive only: a script that installs the other files for one user
@@ -21,15 +21,22 @@ else()
 endif()
 
 install(TARGETS parametric-equalizer DESTINATION ${effect_dir} COMPONENT effect)
+if(TARGET curve-module)
+  install(TARGETS curve-module DESTINATION ${effect_dir} COMPONENT effect)
+endif()
 install(FILES ${EQ_LANGUAGE_FILES} DESTINATION ${effect_dir} COMPONENT effect)
 install(FILES packaging/README.md DESTINATION ${document_dir} COMPONENT documents)
-install(FILES docs/USER_GUIDE.md docs/editor-english.png docs/translating.md
+install(FILES docs/USER_GUIDE.md docs/curve-english.png docs/editor-english.png docs/translating.md
         DESTINATION ${document_dir}/docs COMPONENT documents)
 install(FILES LICENSE DESTINATION ${document_dir} COMPONENT licence)
 
 if(EQ_LV2_BUNDLE)
   install(TARGETS parametric-equalizer-lv2 DESTINATION lib/lv2/${package}.lv2 COMPONENT effect)
   install(FILES ${EQ_LV2_TURTLE} DESTINATION lib/lv2/${package}.lv2 COMPONENT effect)
+  if(TARGET parametric-equalizer-lv2-editor)
+    install(TARGETS parametric-equalizer-lv2-editor DESTINATION lib/lv2/${package}.lv2 COMPONENT effect)
+    install(FILES ${EQ_LANGUAGE_FILES} DESTINATION lib/lv2/${package}.lv2 COMPONENT effect)
+  endif()
 endif()
 if(NOT WIN32)
   install(FILES ${EQ_PRESET_FILES} DESTINATION share/${package}/presets COMPONENT effect)
@@ -91,7 +98,7 @@ else()
 
   # In Debian's package, the licence file has another name, and the changelog has another form.
   set(CPACK_PROJECT_CONFIG_FILE "${PROJECT_SOURCE_DIR}/packaging/generator.cmake")
-  set(CPACK_POST_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/packaging/without-scripts.cmake")
+  set(CPACK_POST_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/packaging/debian-control.cmake")
   string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
   configure_file(packaging/changelog.in changelog @ONLY)
   eq_install_gzip("${CMAKE_BINARY_DIR}/changelog" "${CMAKE_BINARY_DIR}/changelog.gz"
@@ -100,7 +107,6 @@ else()
 
   set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
   set(CPACK_DEBIAN_PACKAGE_SECTION sound)
-  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
   set(CPACK_DEBIAN_PACKAGE_SUGGESTS bash-completion)
   set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "Each channel runs through an output gain and four peak filters, and a change

@@ -28,6 +28,7 @@ struct PluginVariant {
 
 /// Sessions of users contain these URIs, so they never change.
 inline constexpr const char* BundleUri = "urn:tavrin:parametric-equalizer";
+inline constexpr const char* EditorUri = "urn:tavrin:parametric-equalizer#editor";
 inline constexpr PluginVariant Variants[] = {
     {"urn:tavrin:parametric-equalizer#stereo", 2},
     {"urn:tavrin:parametric-equalizer#mono", 1},

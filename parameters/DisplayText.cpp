@@ -18,10 +18,6 @@ namespace eq {
 
 namespace {
 
-constexpr const char* DecibelKey = "IDS_DB";
-constexpr const char* HertzKey = "IDS_Hz";
-constexpr const char* KilohertzKey = "IDS_kHz";
-
 // Returns the value with one decimal, or an empty text for a number of more than 64 characters. `sprintf` with "%.1f"
 // would use the decimal separator of the host's locale.
 std::string oneDecimal(double value) {

@@ -15,6 +15,11 @@ inline constexpr std::size_t DisplayCapacity = 28;
 inline constexpr float LowestInKilohertz = 1000.0F;
 inline constexpr float LowestInWholeKilohertz = 10000.0F;
 
+/// The language keys of the unit words.
+inline constexpr const char* DecibelKey = "IDS_DB";
+inline constexpr const char* HertzKey = "IDS_Hz";
+inline constexpr const char* KilohertzKey = "IDS_kHz";
+
 /// The number of a display text, and the key of its unit word.
 struct DisplayParts {
     std::string number;

@@ -20,6 +20,7 @@ constexpr const char* Prefixes = R"(@prefix doap:   <http://usefulinc.com/ns/doa
 @prefix pprops: <http://lv2plug.in/ns/ext/port-props#> .
 @prefix pset:   <http://lv2plug.in/ns/ext/presets#> .
 @prefix rdfs:   <http://www.w3.org/2000/01/rdf-schema#> .
+@prefix ui:     <http://lv2plug.in/ns/extensions/ui#> .
 @prefix units:  <http://lv2plug.in/ns/extensions/units#> .
 )";
 
@@ -152,7 +153,17 @@ std::string projectText() {
            "    doap:maintainer [ a foaf:Person ; foaf:name \"the Parametric Equalizer authors\" ] .\n";
 }
 
-std::string variantText(const LanguageSources& languages, const PluginVariant& variant, BundleVersion version) {
+/// The editor needs the host's window. All else is optional.
+std::string editorText() {
+    return "\n<" + std::string(EditorUri) +
+           ">\n    a ui:X11UI ;\n    lv2:requiredFeature ui:parent ;\n"
+           "    lv2:optionalFeature ui:resize, ui:touch, <http://lv2plug.in/ns/ext/options#options>,\n"
+           "        <http://lv2plug.in/ns/ext/urid#map> ;\n"
+           "    lv2:extensionData ui:idleInterface, ui:resize .\n";
+}
+
+std::string variantText(const LanguageSources& languages, const PluginVariant& variant, BundleVersion version,
+                        bool hasEditor) {
     std::string text = "\n<" + std::string(variant.uri) + ">\n    a lv2:Plugin, lv2:ParaEQPlugin ;\n    doap:name " +
                        quoted(variant.channels == 1 ? "Parametric Equalizer Mono" : "Parametric Equalizer") +
                        " ;\n    doap:license <https://spdx.org/licenses/MIT> ;\n    lv2:project <" + BundleUri +
@@ -160,13 +171,14 @@ std::string variantText(const LanguageSources& languages, const PluginVariant& v
                        std::to_string(version.micro) +
                        " ;\n    lv2:optionalFeature lv2:hardRTCapable ;\n    rdfs:comment " + quoted(About) + " ;\n";
     if (variant.channels == 2) text += "    pg:mainInput " + uri("in") + " ;\n    pg:mainOutput " + uri("out") + " ;\n";
+    if (hasEditor) text += "    ui:ui <" + std::string(EditorUri) + "> ;\n";
     addPorts(text, languages, variant);
     return text + " .\n";
 }
 
 } // namespace
 
-std::string manifestText(const std::vector<FactoryPreset>& presets) {
+std::string manifestText(const std::vector<FactoryPreset>& presets, bool hasEditor) {
     std::string text = Prefixes;
     std::string all;
     for (const PluginVariant& variant : Variants) {
@@ -174,13 +186,17 @@ std::string manifestText(const std::vector<FactoryPreset>& presets) {
                 "    rdfs:seeAlso <parametric-equalizer.ttl> .\n";
         all += (all.empty() ? "" : ", ") + uri(nameOf(variant));
     }
+    if (hasEditor)
+        text += "\n<" + std::string(EditorUri) +
+                ">\n    a ui:X11UI ;\n    ui:binary <parametric-equalizer-editor.so> ;\n" +
+                "    rdfs:seeAlso <parametric-equalizer.ttl> .\n";
     for (const FactoryPreset& preset : presets)
         text += "\n" + uri("preset-" + preset.id) + "\n    a pset:Preset ;\n    lv2:appliesTo " + all +
                 " ;\n    rdfs:seeAlso <presets.ttl> .\n";
     return text;
 }
 
-std::string pluginText(const LanguageSources& languages, BundleVersion version) {
+std::string pluginText(const LanguageSources& languages, BundleVersion version, bool hasEditor) {
     std::string text = Prefixes + projectText();
     text += group("in", "pg:InputGroup, pg:StereoGroup", languages.find("LV2_Input"));
     text += group("out", "pg:OutputGroup, pg:StereoGroup", languages.find("LV2_Output"));
@@ -188,8 +204,8 @@ std::string pluginText(const LanguageSources& languages, BundleVersion version) 
         const std::string number = std::to_string(band);
         text += group("band" + number, "pg:InputGroup", languages.find("IDD_Options_B" + number));
     }
-    for (const PluginVariant& variant : Variants) text += variantText(languages, variant, version);
-    return text;
+    for (const PluginVariant& variant : Variants) text += variantText(languages, variant, version, hasEditor);
+    return hasEditor ? text + editorText() : text;
 }
 
 std::string presetText(const std::vector<FactoryPreset>& presets) {

@@ -16,10 +16,10 @@ struct BundleVersion {
 
 // The texts of the files of the bundle. Each throws InputError for a missing text.
 
-/// "manifest.ttl": which plug-ins and presets there are.
-[[nodiscard]] std::string manifestText(const std::vector<FactoryPreset>& presets);
-/// "parametric-equalizer.ttl": the plug-ins and their ports.
-[[nodiscard]] std::string pluginText(const LanguageSources& languages, BundleVersion version);
+/// "manifest.ttl": which plug-ins, presets and editors there are.
+[[nodiscard]] std::string manifestText(const std::vector<FactoryPreset>& presets, bool hasEditor);
+/// "parametric-equalizer.ttl": the plug-ins and their ports, and the editor.
+[[nodiscard]] std::string pluginText(const LanguageSources& languages, BundleVersion version, bool hasEditor);
 /// "presets.ttl": the values of the presets.
 [[nodiscard]] std::string presetText(const std::vector<FactoryPreset>& presets);
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/NumberText.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,9 +14,6 @@ namespace eq {
 
 /// Returns `text` in the quotes of a message.
 [[nodiscard]] std::string quoted(std::string_view text);
-
-/// The number that `text` is as a whole, which may begin with a sign; nothing for infinities and NaNs.
-[[nodiscard]] std::optional<double> parseNumber(std::string_view text);
 
 /// The whole number, without a sign, that `text` is as a whole.
 [[nodiscard]] std::optional<int> parseIndex(std::string_view text);

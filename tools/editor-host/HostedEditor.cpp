@@ -1,11 +1,9 @@
 #include "tools/editor-host/HostedEditor.h"
 
-#include "support/AsciiText.h"
 #include "tools/common/Errors.h"
 
 #include <array>
 #include <cstdio>
-#include <string_view>
 
 namespace eq {
 
@@ -27,23 +25,11 @@ intptr hostCallback(AEffect* /*effect*/, int32 opcode, int32 index, intptr /*val
     return 0;
 }
 
-/// The system's text for an error.
-std::string errorText(DWORD code) {
-    std::array<char, 256> text{};
-    FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code, 0, text.data(),
-                   static_cast<DWORD>(text.size()), nullptr);
-    const std::string_view result = trim_chars(text.data(), "\r\n");
-    return result.empty() ? "error " + std::to_string(code) : std::string(result);
-}
-
 } // namespace
 
-HostedEditor::HostedEditor(const std::string& libraryPath, bool log) : m_library(LoadLibraryA(libraryPath.c_str())) {
-    const DWORD error = GetLastError();
-    if (!m_library) throw FileError(libraryPath + ": " + errorText(error));
+HostedEditor::HostedEditor(const std::string& libraryPath, bool log) : m_library(libraryPath) {
     log_calls = log;
-    const auto entry =
-        reinterpret_cast<EffectMainProc>(reinterpret_cast<void (*)()>(GetProcAddress(m_library.get(), "main")));
+    const EffectMainProc entry = m_library.entry();
     m_effect = entry ? entry(hostCallback) : nullptr;
     if (m_effect && (m_effect->flags & effFlagsHasEditor) != 0) return;
 
@@ -63,8 +49,8 @@ ERect HostedEditor::size() const {
     return rect ? *rect : ERect{0, 0, 400, 400};
 }
 
-void HostedEditor::open(HWND parent) {
-    dispatch(effEditOpen, parent);
+bool HostedEditor::open(void* parent) {
+    return dispatch(effEditOpen, parent) != 0;
 }
 
 void HostedEditor::idle() {

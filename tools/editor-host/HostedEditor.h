@@ -1,8 +1,7 @@
 #pragma once
 
-#include "platform/UniqueHandle.h"
-#include "platform/win32.h"
 #include "plugin/base/AEffect.h"
+#include "tools/editor-host/EffectFile.h"
 
 #include <string>
 
@@ -20,7 +19,8 @@ public:
     HostedEditor& operator=(const HostedEditor&) = delete;
 
     [[nodiscard]] ERect size() const;
-    void open(HWND parent);
+    /// Opens the editor in a window of the platform. Returns the effect's result.
+    bool open(void* parent);
     void idle();
     void close();
 
@@ -33,9 +33,7 @@ public:
 private:
     intptr dispatch(int32 opcode, void* ptr = nullptr, int32 index = 0) const;
 
-    static bool closeLibrary(HMODULE library) noexcept { return FreeLibrary(library) != FALSE; }
-
-    UniqueHandle<HMODULE, closeLibrary> m_library;
+    const EffectFile m_library;
     AEffect* m_effect = nullptr;
 };
 

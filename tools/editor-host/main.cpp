@@ -2,9 +2,10 @@
 
 #include "tools/common/RunTool.h"
 #include "tools/common/Text.h"
-#include "tools/editor-host/EditorWindow.h"
 #include "tools/editor-host/HostedEditor.h"
+#include "tools/editor-host/Platform.h"
 
+#include <cmath>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -15,29 +16,14 @@ namespace eq {
 
 namespace {
 
-std::string libraryBesideProgram() {
-    char path[MAX_PATH] = "";
-    GetModuleFileNameA(nullptr, path, MAX_PATH);
-    const std::string program = path;
-    return program.substr(0, program.rfind('\\') + 1) + "Parametric Equalizer.dll";
-}
-
-void readyCommonControls() {
-    INITCOMMONCONTROLSEX controls{};
-    controls.dwSize = sizeof controls;
-    controls.dwICC = ICC_BAR_CLASSES;
-    InitCommonControlsEx(&controls);
-}
-
 int run(int argc, char** argv) {
     CLI::App app("Shows the editor of an effect in a window, as a host does.", "editor-host");
     std::string library = libraryBesideProgram();
-    bool log = false;
     bool printParameters = false;
     std::vector<std::string> settings;
-    EditorWindow::Options options;
+    WindowOptions options;
     app.add_option("LIBRARY", library, "The effect (default: the one beside this program)");
-    app.add_flag("--log", log, "Print what the effect tells its host");
+    app.add_flag("--log", options.log, "Print the effect's calls of its host");
     app.add_flag("--print", printParameters, "Print the parameters when the window is closed");
     app.add_option("--set", settings,
                    "Set a parameter before the editor is opened: 0 is the top of its range, 1 the bottom; repeatable")
@@ -55,8 +41,7 @@ int run(int argc, char** argv) {
     }
     if (options.screenshot && !options.seconds) options.seconds = 1.0;
 
-    readyCommonControls();
-    HostedEditor editor(library, log);
+    HostedEditor editor(library, options.log);
     const int count = editor.parameterCount();
     if (options.sweep && (*options.sweep < 0 || *options.sweep >= count))
         throw UsageError("--sweep: there are parameters 0 to " + std::to_string(count - 1));
@@ -64,13 +49,18 @@ int run(int argc, char** argv) {
         const auto [index, p] = parseSetting(setting, count);
         editor.setParameter(index, static_cast<float>(p));
     }
-    EditorWindow window(editor, options);
-    window.run();
+    showEditor(editor, options);
     for (int i = 0; printParameters && i < count; ++i) std::printf("%s\n", editor.describe(i).c_str());
     return 0;
 }
 
 } // namespace
+
+float sweepAt(double seconds) noexcept {
+    constexpr double SweepSeconds = 4.0; // from one end to the other and back
+    const double phase = std::fmod(seconds / SweepSeconds, 1.0);
+    return static_cast<float>(1.0 - std::fabs(2.0 * phase - 1.0));
+}
 
 } // namespace eq
 

@@ -1,8 +1,8 @@
 #include "tools/equalize/PeakGain.h"
 
+#include "parameters/UnitText.h"
 #include "tools/common/Errors.h"
 #include "tools/common/Text.h"
-#include "tools/equalize/UnitText.h"
 #include "tools/equalize/sound/OutputFormat.h"
 
 #include <algorithm>

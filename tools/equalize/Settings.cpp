@@ -1,9 +1,9 @@
 #include "tools/equalize/Settings.h"
 
+#include "parameters/UnitText.h"
 #include "support/AsciiText.h"
 #include "tools/common/Errors.h"
 #include "tools/common/Text.h"
-#include "tools/equalize/UnitText.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,4 +1,4 @@
-#include "tools/editor-host/Screenshot.h"
+#include "tools/editor-host/windows/Screenshot.h"
 
 #include "platform/SystemHandles.h"
 #include "support/TextConversion.h"

@@ -1,10 +1,9 @@
-#include "tools/editor-host/EditorWindow.h"
+#include "tools/editor-host/windows/EditorWindow.h"
 
 #include "tools/common/Errors.h"
-#include "tools/editor-host/Screenshot.h"
+#include "tools/editor-host/windows/Screenshot.h"
 
 #include <chrono>
-#include <cmath>
 
 namespace eq {
 
@@ -13,7 +12,6 @@ namespace {
 constexpr const wchar_t* ClassName = L"EditorHost";
 constexpr UINT_PTR IdleTimer = 1;
 constexpr UINT IdleMilliseconds = 30;
-constexpr double SweepSeconds = 4.0; // from one end to the other and back
 
 double secondsSinceStart() {
     using Clock = std::chrono::steady_clock;
@@ -27,7 +25,7 @@ HINSTANCE program() {
 
 } // namespace
 
-EditorWindow::EditorWindow(HostedEditor& editor, const Options& options) : m_editor(editor), m_options(options) {
+EditorWindow::EditorWindow(HostedEditor& editor, const WindowOptions& options) : m_editor(editor), m_options(options) {
     WNDCLASSEXW windowClass{};
     windowClass.cbSize = sizeof windowClass;
     windowClass.lpfnWndProc = windowProcedure;
@@ -116,7 +114,7 @@ void EditorWindow::focusDialog() const {
 
 void EditorWindow::onTimer() {
     const double now = secondsSinceStart();
-    if (m_options.sweep) sweep(now);
+    if (m_options.sweep) m_editor.setParameter(*m_options.sweep, sweepAt(now));
     m_editor.idle();
     if (!m_options.seconds || now < *m_options.seconds) return;
     try {
@@ -134,9 +132,20 @@ void EditorWindow::takeScreenshot() const {
     writeScreenshot(m_window, *m_options.screenshot);
 }
 
-void EditorWindow::sweep(double now) {
-    const double phase = std::fmod(now / SweepSeconds, 1.0);
-    m_editor.setParameter(*m_options.sweep, static_cast<float>(1.0 - std::abs(2.0 * phase - 1.0)));
+void showEditor(HostedEditor& editor, const WindowOptions& options) {
+    INITCOMMONCONTROLSEX controls{};
+    controls.dwSize = sizeof controls;
+    controls.dwICC = ICC_BAR_CLASSES;
+    InitCommonControlsEx(&controls);
+    EditorWindow window(editor, options);
+    window.run();
+}
+
+std::string libraryBesideProgram() {
+    char path[MAX_PATH] = "";
+    GetModuleFileNameA(nullptr, path, MAX_PATH);
+    const std::string program = path;
+    return program.substr(0, program.rfind('\\') + 1) + "Parametric Equalizer.dll";
 }
 
 } // namespace eq

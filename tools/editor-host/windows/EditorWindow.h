@@ -1,11 +1,9 @@
 #pragma once
 
 #include "platform/win32.h"
-#include "tools/editor-host/HostedEditor.h"
+#include "tools/editor-host/Platform.h"
 
 #include <exception>
-#include <optional>
-#include <string>
 
 namespace eq {
 
@@ -13,14 +11,8 @@ namespace eq {
 /// window is active, the dialog has the keyboard.
 class EditorWindow {
 public:
-    struct Options {
-        std::optional<int> sweep;              ///< the parameter that is moved up and down, as by automation
-        std::optional<std::string> screenshot; ///< the file of a picture that is taken at the end
-        std::optional<double> seconds;         ///< how long the window stays; until it is closed, if not given
-    };
-
     /// Throws FileError when there can be no window.
-    EditorWindow(HostedEditor& editor, const Options& options);
+    EditorWindow(HostedEditor& editor, const WindowOptions& options);
     ~EditorWindow();
     EditorWindow(const EditorWindow&) = delete;
     EditorWindow& operator=(const EditorWindow&) = delete;
@@ -36,10 +28,9 @@ private:
     void focusDialog() const;
     void onTimer();
     void takeScreenshot() const;
-    void sweep(double now);
 
     HostedEditor& m_editor;
-    const Options& m_options;
+    const WindowOptions& m_options;
     HWND m_window = nullptr;
     HWND m_focused = nullptr;     // the dialog's control that had the keyboard when the window was last active
     std::exception_ptr m_failure; // kept, for the system's code cannot be unwound

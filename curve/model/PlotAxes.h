@@ -1,0 +1,41 @@
+#pragma once
+
+#include "engine/ParameterArray.h"
+
+#include <cmath>
+
+namespace eq {
+
+/// The horizontal axis: FrequencyRange on a logarithmic scale, from `left` over `width` pixels.
+struct FrequencyAxis {
+    double left = 0.0;
+    double width = 1.0;
+
+    static double octaves() noexcept { return std::log2(FrequencyRange.highest / FrequencyRange.lowest); }
+    [[nodiscard]] double xOf(double hertz) const noexcept {
+        return left + width * std::log2(hertz / FrequencyRange.lowest) / octaves();
+    }
+    [[nodiscard]] double hertzAt(double x) const noexcept {
+        return FrequencyRange.lowest * std::exp2((x - left) / width * octaves());
+    }
+};
+
+/// The vertical axis: from `range` dB at `top` to -`range` dB after `height` pixels.
+struct DecibelAxis {
+    double top = 0.0;
+    double height = 1.0;
+    double range = 12.0;
+
+    [[nodiscard]] double yOf(double decibels) const noexcept { return top + height * (0.5 - decibels / (2.0 * range)); }
+    [[nodiscard]] double decibelsAt(double y) const noexcept { return (0.5 - (y - top) / height) * 2.0 * range; }
+};
+
+/// Returns the range of the axis for a curve whose largest distance from 0 dB is `largest`: 12, or the next multiple of
+/// 6 above it.
+inline double decibelRangeFor(double largest) noexcept {
+    constexpr double Smallest = 12.0;
+    constexpr double Step = 6.0;
+    return largest < Smallest ? Smallest : Step * (std::floor(largest / Step) + 1.0);
+}
+
+} // namespace eq

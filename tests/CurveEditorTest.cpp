@@ -1,0 +1,200 @@
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/XServer.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <fstream>
+#include <map>
+#include <sstream>
+
+// The Linux editor as its user meets it, in a window of editor-host: xdotool moves the pointer and presses keys, and
+// the host prints the values that it receives.
+
+namespace eq {
+
+namespace {
+
+/// A window of the default size has its nodes of the default frequencies here, at 0 dB. 751 pixels are the three
+/// decades of the axis, and 404 pixels are 24 dB.
+constexpr const char* Node2 = "mousemove 302 214 ";
+constexpr double Decades = 751.0;
+constexpr double DecibelsPerPixel = 24.0 / 404.0;
+
+using Values = std::map<int, double>;
+
+/// The normalised values of the parameters' scales.
+double gain(double decibels) {
+    return 0.5 - decibels / 20.0;
+}
+double volume(double decibels) {
+    return 0.5 - decibels / 24.0;
+}
+double quality(double q) {
+    return (10.0 - q) / 9.0;
+}
+double frequency(double hertz) {
+    return std::log10(20000.0 / hertz) / 3.0;
+}
+
+class HostProcess {
+public:
+    explicit HostProcess(const std::string& options, const std::string& before = "")
+        : process("env " + before + " '" EQ_EDITOR_HOST_PATH "' --log " + options + " >'" + log + "' 2>&1") {
+        const bool isShown = comesTrue([this] {
+            const auto windows = x.children(x.root());
+            window = windows.empty() ? 0 : windows.back();
+            return window != 0 && !x.children(window).empty();
+        });
+        EXPECT_TRUE(isShown) << said();
+    }
+
+    /// Runs xdotool for each command. Semicolons separate them.
+    static void act(const std::string& commands) {
+        std::istringstream stream(commands);
+        for (std::string command; std::getline(stream, command, ';');)
+            EXPECT_EQ(std::system(("xdotool " + command).c_str()), 0) << command; // NOLINT(*-command-processor)
+    }
+    [[nodiscard]] std::string said() const {
+        std::ostringstream text;
+        text << std::ifstream(log).rdbuf();
+        return text.str();
+    }
+    /// The last value of each parameter that the host received.
+    [[nodiscard]] Values received() const {
+        Values values;
+        std::istringstream lines(said());
+        for (std::string line; std::getline(lines, line);) {
+            int parameter = 0;
+            double value = 0.0;
+            if (std::sscanf(line.c_str(), "audioMasterAutomate: parameter %d = %lf", &parameter, &value) == 2)
+                values[parameter] = value;
+        }
+        return values;
+    }
+    [[nodiscard]] bool receives(const Values& expected) const {
+        return comesTrue([&] {
+            const Values values = received();
+            return std::ranges::equal(values, expected, [](const auto& a, const auto& b) {
+                return a.first == b.first && std::fabs(a.second - b.second) < 0.0002;
+            });
+        });
+    }
+
+    const TemporaryFolder folder;
+    const std::string log = folder.path("log");
+    ChildProcess process;
+    XClient x;
+    xcb_window_t window = 0;
+};
+
+struct Gesture {
+    const char* name;
+    std::string commands;
+    Values expected;
+    const char* options = "";
+    const char* environment = "";
+};
+
+// Each row starts anew, with the first node in focus.
+const std::string TakeKeyboard = "mousemove 400 60 click 1;";
+const std::string EditFrequency1 = "mousemove 60 473 click 1;";
+const std::string EditGain1 = "mousemove 125 473 click 1;";
+const std::string EditVolume = "mousemove 856 473 click 1;";
+constexpr double Semitone = 0.0083619; // log10(2) / 12 / 3
+
+const Gesture Gestures[] = {
+    {"a node is dragged",
+     std::string(Node2) + "mousedown 1 mousemove 340 170 mousemove 377 113 mouseup 1",
+     {{2, 2.0 / 3.0 - 75 / Decades}, {6, gain(101 * DecibelsPerPixel)}}},
+    {"finely",
+     std::string(Node2) + "keydown shift mousedown 1 mousemove 377 113 mouseup 1 keyup shift",
+     {{2, 2.0 / 3.0 - 15 / Decades}, {6, gain(101 * DecibelsPerPixel / 5)}}},
+    {"with Alt",
+     std::string(Node2) + "keydown alt mousedown 1 mousemove 350 164 mouseup 1 keyup alt",
+     {{10, quality(5 * std::pow(10.0, 50 / (0.75 * 404)))}}},
+    {"the wheel on a node", "mousemove 553 214 click 4", {{11, quality(5.5)}}},
+    {"finely", "mousemove 553 214 keydown shift click 5 keyup shift", {{11, quality(4.9)}}},
+    {"the wheel on a read-out", "mousemove 125 473 click 4", {{5, gain(0.5)}}},
+    {"a double click on a node", "mousemove 302 113 click --repeat 2 --delay 50 1", {{6, 0.5}}, "--set 6=0.2"},
+    {"a double click on the volume", "mousemove 842 120 click --repeat 2 --delay 50 1", {{0, 0.5}}, "--set 0=0.25"},
+    {"the volume is dragged", "mousemove 842 214 mousedown 1 mousemove 842 308 mouseup 1", {{0, 0.75}}},
+    {"arrows", TakeKeyboard + "key Right Up Up Down", {{1, 1 - Semitone}, {5, gain(0.5)}}},
+    {"an arrow at the end of the range", TakeKeyboard + "key Left Tab Left", {{2, 2.0 / 3.0 + Semitone}}},
+    {"fine arrows", TakeKeyboard + "key shift+Down shift+Right", {{1, 1 - Semitone / 5}, {5, gain(-0.1)}}},
+    {"Page Up", TakeKeyboard + "key Prior", {{9, quality(5.5)}}},
+    {"Page Down", TakeKeyboard + "key Next Next", {{9, quality(4)}}},
+    {"Home", TakeKeyboard + "key Home", {{5, 0}}},
+    {"End", TakeKeyboard + "key Home End", {{5, 1}}},
+    {"Delete", TakeKeyboard + "key Delete", {{5, 0.5}}, "--set 5=0.3"},
+    {"Tab",
+     TakeKeyboard + "key Up Tab Up Tab Up Tab Up Tab Up Tab Down Down",
+     {{5, gain(-0.5)}, {6, gain(0.5)}, {7, gain(0.5)}, {8, gain(0.5)}, {0, volume(0.5)}}},
+    {"Tab backwards", TakeKeyboard + "key shift+Tab Up shift+Tab Down", {{0, volume(0.5)}, {8, gain(-0.5)}}},
+    {"undo", std::string(Node2) + "mousedown 1 mousemove 377 113 mouseup 1 key ctrl+z", {{2, 2.0 / 3.0}, {6, 0.5}}},
+    {"1.2k is typed", EditFrequency1 + "type 1.2k;key Return", {{1, frequency(1200)}}},
+    {"1200 is typed", EditFrequency1 + "type 1200;key Return", {{1, frequency(1200)}}},
+    {"the text is edited",
+     EditFrequency1 + "key Home;type 1;key End BackSpace BackSpace Return",
+     {{1, frequency(120)}}},
+    {"a comma is typed", EditGain1 + "type -- -3,5;key Return", {{5, gain(-3.5)}}},
+    {"and a point, in a locale with commas",
+     EditGain1 + "type -- -3.5;key Return",
+     {{5, gain(-3.5)}},
+     "",
+     "LC_ALL=de_DE.UTF-8"},
+    {"a comma in that locale", EditVolume + "type 1,5;key Return", {{0, volume(1.5)}}, "", "LC_ALL=de_DE.UTF-8"},
+    {"more than the range is typed", EditGain1 + "type 99;key Return", {{5, 0}}},
+    {"Escape leaves a read-out", EditGain1 + "type 5;key Escape Up", {{5, gain(0.5)}}},
+    {"what is no number stays",
+     EditGain1 + "type abc;key Return BackSpace;key Home Delete Delete;type 4;key Return",
+     {{5, gain(4)}}},
+    {"Tab in a read-out", EditGain1 + "type 5;key Tab;type 2;key Return", {{5, gain(5)}, {9, quality(2)}}},
+    {"a click elsewhere takes a number", EditGain1 + "type 3;" + TakeKeyboard, {{5, gain(3)}}},
+};
+
+TEST(CurveEditor, SendsTheHostEachGesture) {
+    const XServer server;
+    for (const Gesture& gesture : Gestures) {
+        SCOPED_TRACE(gesture.name);
+        const HostProcess host(gesture.options, gesture.environment);
+        HostProcess::act(gesture.commands);
+        EXPECT_TRUE(host.receives(gesture.expected)) << host.said();
+    }
+}
+
+TEST(CurveEditor, LeavesOtherKeysToTheHost) {
+    const XServer server;
+    const HostProcess host("");
+    HostProcess::act(TakeKeyboard + "key a Tab space ctrl+s Up");
+    EXPECT_TRUE(host.receives({{6, gain(0.5)}}));
+    std::string keys;
+    std::istringstream lines(host.said());
+    for (std::string line; std::getline(lines, line);)
+        if (line.starts_with("key for the host: ")) keys += line.substr(17);
+    EXPECT_EQ(keys, " 38 65 37 39"); // a, space, Control, s
+}
+
+TEST(CurveEditor, FollowsAutomationWithoutTouchingAParameter) {
+    const XServer server;
+    const HostProcess host("--sweep 5 --seconds 2 --screenshot '" + TemporaryFolder().path("no such folder/x") + "'");
+    EXPECT_TRUE(comesTrue([&] { return host.said().find("cannot be written") != std::string::npos; }));
+    EXPECT_EQ(host.received(), Values{});
+}
+
+TEST(CurveEditor, FillsTheHostsWindow) {
+    const XServer server;
+    HostProcess host("");
+    for (const auto& [width, height] : {std::pair{480, 300}, {1, 1}, {1200, 700}, {900, 500}}) {
+        host.x.resize(host.window, static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height));
+        EXPECT_TRUE(
+            comesTrue([&] { return host.x.size(host.x.children(host.window)[0]) == std::pair(width, height); }));
+    }
+    HostProcess::act(std::string(Node2) + "mousedown 1 mousemove 302 113 mouseup 1");
+    EXPECT_TRUE(host.receives({{6, gain(101 * DecibelsPerPixel)}}));
+}
+
+} // namespace
+
+} // namespace eq

@@ -1,0 +1,194 @@
+#include "tests/support/HostedEffect.h"
+#include "tests/support/LoadedLibrary.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/XServer.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+#include <functional>
+
+#include <malloc.h>
+
+// Bad hosts of the Linux editor.
+
+namespace eq {
+
+namespace {
+
+std::function<void()> onAutomate;
+int automations = 0;
+
+intptr hostCallback(AEffect*, int32 opcode, int32, intptr, void*, float) {
+    if (opcode == audioMasterAutomate) {
+        ++automations;
+        if (onAutomate) onAutomate();
+    }
+    return opcode == audioMasterVersion ? 2400 : 0;
+}
+
+AEffect* makeEffect() {
+    static const LoadedLibrary library(EQ_LIBRARY_PATH);
+    return library.find<EffectMainProc>("main")(hostCallback);
+}
+
+intptr openIn(const HostedEffect& effect, xcb_window_t window) {
+    return effect.dispatch(effEditOpen, reinterpret_cast<void*>(std::uintptr_t{window}));
+}
+
+std::size_t openDescriptors() {
+    const std::filesystem::directory_iterator descriptors("/proc/self/fd");
+    return static_cast<std::size_t>(std::distance(begin(descriptors), end(descriptors)));
+}
+
+class CurveHost : public testing::Test {
+protected:
+    ~CurveHost() override { onAutomate = nullptr; }
+
+    /// Sends the editor a button or a movement of the pointer.
+    void point(std::uint8_t type, std::int16_t x, std::int16_t y) const {
+        xcb_button_press_event_t event{};
+        event.response_type = type;
+        event.detail = 1;
+        event.event = client.children(window).at(0);
+        event.event_x = x;
+        event.event_y = y;
+        std::array<char, 32> bytes{};
+        std::memcpy(bytes.data(), &event, sizeof event);
+        xcb_send_event(client.get(), 0, event.event, XCB_EVENT_MASK_NO_EVENT, bytes.data());
+        client.sync();
+    }
+    /// Idles until the editor has received the event.
+    void drag(const HostedEffect& effect) {
+        automations = 0;
+        point(XCB_BUTTON_PRESS, 302, 214);
+        point(XCB_MOTION_NOTIFY, 302, 113);
+        comesTrue([&] {
+            effect.dispatch(effEditIdle);
+            return automations > 0;
+        });
+    }
+
+    XServer server;
+    const XClient client;
+    const xcb_window_t window = client.makeWindow(900, 500);
+};
+
+TEST_F(CurveHost, CallsInAnyOrder) {
+    const HostedEffect effect(makeEffect());
+    ERect* size = nullptr;
+    EXPECT_EQ(effect.dispatch(effEditGetRect, &size), 1);
+    EXPECT_TRUE(size && size->right == 900 && size->bottom == 500);
+    effect.dispatch(effEditIdle);
+    effect.dispatch(effEditClose);
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(openIn(effect, window), 1);
+    effect.dispatch(effEditIdle);
+    EXPECT_EQ(client.children(window).size(), 1U);
+    for (int i = 0; i < 2; ++i) effect.dispatch(effEditClose);
+    effect.dispatch(effEditIdle);
+    EXPECT_TRUE(client.children(window).empty());
+    for (const xcb_window_t none : {0U, 0x7FFFFFU}) EXPECT_EQ(openIn(effect, none), 0);
+    EXPECT_EQ(openIn(effect, client.makeWindow(1, 1)), 1);
+    effect.dispatch(effEditIdle);
+}
+
+TEST_F(CurveHost, DestroysTheWindowOrTheEffectFirst) {
+    const HostedEffect effect(makeEffect());
+    const xcb_window_t other = client.makeWindow(900, 500);
+    {
+        const HostedEffect second(makeEffect());
+        EXPECT_TRUE(openIn(effect, window) == 1 && openIn(second, other) == 1);
+        for (int i = 0; i < 10; ++i) {
+            effect.dispatch(effEditIdle);
+            second.dispatch(effEditIdle);
+        }
+        EXPECT_EQ(client.children(other).size(), 1U);
+    } // effClose, while the editor is open
+    EXPECT_TRUE(client.children(other).empty());
+    client.destroy(window);
+    effect.dispatch(effEditIdle);
+    effect.dispatch(effEditIdle);
+    effect.dispatch(effEditClose);
+    EXPECT_EQ(openIn(effect, other), 1);
+    effect.dispatch(effEditIdle);
+    client.destroy(other); // and never closes the editor
+}
+
+TEST_F(CurveHost, CallsTheEditorFromItsCallback) {
+    const HostedEffect effect(makeEffect());
+    ASSERT_EQ(openIn(effect, window), 1);
+    intptr reopened = -1;
+    onAutomate = [&] {
+        effect.dispatch(effEditIdle);
+        effect.set(3, 0.1F);
+        reopened = openIn(effect, window);
+        effect.dispatch(effEditClose);
+    };
+    drag(effect);
+    EXPECT_EQ(automations, 1);
+    EXPECT_EQ(reopened, 0);
+    EXPECT_NEAR(effect.get(6), 0.2F, 0.001F);
+    EXPECT_TRUE(client.children(window).empty()); // closed when the call of idle ended
+    onAutomate = nullptr;
+    EXPECT_EQ(openIn(effect, window), 1);
+}
+
+TEST_F(CurveHost, LivesOnWithoutADisplay) {
+    const HostedEffect effect(makeEffect());
+    const HostedEffect second(makeEffect());
+    ASSERT_TRUE(openIn(effect, window) == 1 && openIn(second, window) == 1);
+    server.kill();
+    for (int i = 0; i < 3; ++i) {
+        effect.set(5, 0.1F * static_cast<float>(i)); // so that there is something to draw
+        effect.dispatch(effEditIdle);
+    }
+    effect.dispatch(effEditClose);
+    EXPECT_EQ(openIn(effect, window), 0);
+    ERect* size = nullptr;
+    EXPECT_EQ(effect.dispatch(effEditGetRect, &size), 1);
+    EXPECT_TRUE(size && size->right == 900 && size->bottom == 500);
+    second.dispatch(effEditClose); // without an idle call since
+}
+
+TEST_F(CurveHost, OpensAThousandTimesWithoutALeak) {
+    const HostedEffect effect(makeEffect());
+    const auto cycles = [&](int count) {
+        for (int i = 0; i < count; ++i) {
+            ASSERT_EQ(openIn(effect, window), 1);
+            if (i % 100 == 0) drag(effect);
+            effect.dispatch(effEditIdle);
+            effect.dispatch(effEditClose);
+        }
+    };
+    cycles(100); // caches of fonts fill
+    const std::size_t descriptors = openDescriptors();
+    const std::size_t memory = mallinfo2().uordblks;
+    cycles(1000);
+    EXPECT_EQ(openDescriptors(), descriptors);
+    EXPECT_TRUE(client.children(window).empty());
+#ifndef __SANITIZE_ADDRESS__                           // which finds leaks itself
+    EXPECT_LT(mallinfo2().uordblks, memory + 100'000); // 100 bytes per cycle
+#endif
+}
+
+TEST(CurveHostWithoutModule, HasNoEditor) {
+    const TemporaryFolder folder;
+    const std::filesystem::path source = EQ_LIBRARY_PATH;
+    for (const char* const name : {"Parametric Equalizer.so", "Equalizer1033.lng"})
+        std::filesystem::copy(source.parent_path() / name, folder.path());
+    const auto flagsOf = [](const std::string& path) {
+        const LoadedLibrary library(path);
+        const HostedEffect effect(library.find<EffectMainProc>("main")(hostCallback));
+        EXPECT_EQ(effect.dispatch(effEditOpen, reinterpret_cast<void*>(1)), 0);
+        return effect.record->flags & effFlagsHasEditor;
+    };
+    EXPECT_EQ(flagsOf(folder.path("Parametric Equalizer.so")), 0);
+    // A file that is no module: the effect finds that out when the editor is opened.
+    folder.write("Parametric Equalizer.editor", "no module");
+    EXPECT_EQ(flagsOf(folder.path("Parametric Equalizer.so")), effFlagsHasEditor);
+}
+
+} // namespace
+
+} // namespace eq

@@ -1,0 +1,130 @@
+#pragma once
+
+#include "tests/support/LanguageSettings.h"
+
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <xcb/xcb.h>
+
+namespace eq {
+
+/// A process of the test's own, which ends with this object.
+class ChildProcess {
+public:
+    explicit ChildProcess(const std::string& command) : m_id(fork()) {
+        if (m_id != 0) return;
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        execl("/bin/sh", "sh", "-c", ("exec " + command).c_str(), nullptr);
+        _exit(127);
+    }
+    ~ChildProcess() { end(); }
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+
+    /// Returns the state that `waitpid` gives.
+    int end(int signal = SIGTERM) {
+        int status = 0;
+        if (m_id <= 0) return status;
+        kill(m_id, signal);
+        waitpid(m_id, &status, 0);
+        m_id = 0;
+        return status;
+    }
+
+private:
+    pid_t m_id;
+};
+
+/// An X server without a screen, which DISPLAY names while this object lives.
+class XServer {
+public:
+    XServer() {
+        std::array<int, 2> ends{};
+        if (pipe(ends.data()) != 0) throw std::runtime_error("no pipe");
+        m_process = std::make_unique<ChildProcess>("Xvfb -displayfd " + std::to_string(ends[1]) +
+                                                   " -screen 0 1280x1024x24 -noreset -nolisten tcp 2>/dev/null");
+        close(ends[1]);
+        std::string number;
+        for (char c = 0; read(ends[0], &c, 1) == 1 && c != '\n';) number += c;
+        close(ends[0]);
+        if (number.empty()) throw std::runtime_error("Xvfb does not start");
+        m_display.set(":" + number);
+    }
+    void kill() { m_process->end(SIGKILL); }
+
+private:
+    EnvironmentVariable m_display{"DISPLAY"};
+    std::unique_ptr<ChildProcess> m_process;
+};
+
+/// A program that looks at windows.
+class XClient {
+public:
+    XClient() : m_x(xcb_connect(nullptr, nullptr)) {}
+    ~XClient() { xcb_disconnect(m_x); }
+    XClient(const XClient&) = delete;
+    XClient& operator=(const XClient&) = delete;
+
+    [[nodiscard]] xcb_connection_t* get() const { return m_x; }
+    [[nodiscard]] xcb_window_t root() const { return xcb_setup_roots_iterator(xcb_get_setup(m_x)).data->root; }
+
+    [[nodiscard]] xcb_window_t makeWindow(std::uint16_t width, std::uint16_t height) const {
+        const xcb_window_t window = xcb_generate_id(m_x);
+        xcb_create_window(m_x, XCB_COPY_FROM_PARENT, window, root(), 0, 0, width, height, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+        xcb_map_window(m_x, window);
+        sync();
+        return window;
+    }
+    void destroy(xcb_window_t window) const {
+        xcb_destroy_window(m_x, window);
+        sync();
+    }
+    [[nodiscard]] std::vector<xcb_window_t> children(xcb_window_t window) const {
+        std::vector<xcb_window_t> result;
+        auto* const tree = xcb_query_tree_reply(m_x, xcb_query_tree(m_x, window), nullptr);
+        if (tree) result.assign(xcb_query_tree_children(tree), xcb_query_tree_children(tree) + tree->children_len);
+        std::free(tree);
+        return result;
+    }
+    [[nodiscard]] std::pair<int, int> size(xcb_window_t window) const {
+        auto* const geometry = xcb_get_geometry_reply(m_x, xcb_get_geometry(m_x, window), nullptr);
+        const std::pair<int, int> result =
+            geometry ? std::pair<int, int>(geometry->width, geometry->height) : std::pair(0, 0);
+        std::free(geometry);
+        return result;
+    }
+    void resize(xcb_window_t window, std::uint32_t width, std::uint32_t height) const {
+        const std::array<std::uint32_t, 2> values = {width, height};
+        xcb_configure_window(m_x, window, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values.data());
+        sync();
+    }
+    /// Waits until the server has done all that this client asked for.
+    void sync() const { std::free(xcb_get_input_focus_reply(m_x, xcb_get_input_focus(m_x), nullptr)); }
+
+private:
+    xcb_connection_t* m_x;
+};
+
+/// Waits until something is true, for at most ten seconds.
+template <typename Condition>
+bool comesTrue(const Condition& condition) {
+    for (int turn = 0; turn < 1000; ++turn) {
+        if (condition()) return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
+}
+
+} // namespace eq
