@@ -1,13 +1,18 @@
 #include "tools/equalize/FilePlan.h"
 
 #include "tools/common/Errors.h"
+#include "tools/common/NamedDescriptor.h"
 #include "tools/common/OutputFile.h"
+#include "tools/common/OutputStream.h"
 #include "tools/common/Text.h"
 #include "tools/equalize/sound/OutputFormat.h"
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <system_error>
+
+#include <unistd.h>
 
 namespace eq {
 namespace {
@@ -99,7 +104,11 @@ public:
     }
 
     void addOutput(const FileJob& job, bool mayReplaceItsInput) {
-        if (job.output.empty() || isDevice(job.output)) return;
+        if (job.output.empty()) return;
+        if (isStream(job.output)) {
+            addStream(job);
+            return;
+        }
         const fs::path identity = identityOf(job.output);
         const auto reader = m_readers.find(identity);
         const bool isItsInput = identity == identityOf(job.input);
@@ -112,23 +121,39 @@ public:
     }
 
     void addOtherOutput(const std::string& file) {
-        if (file.empty() || isDevice(file)) return;
+        if (file.empty()) return;
+        if (const std::optional<int> number = descriptorNamedBy(file); number && number == m_soundDescriptor)
+            throw UsageError(file + " is used twice: the sound goes there");
+        if (isStream(file)) return;
         const fs::path identity = identityOf(file);
         if (m_readers.contains(identity) || !m_writers.emplace(identity, file).second)
             throw UsageError(file + " is used twice");
     }
 
 private:
+    void addStream(const FileJob& job) {
+        m_soundDescriptor = descriptorNamedBy(job.output);
+        if (m_soundDescriptor && isatty(*m_soundDescriptor) == 1)
+            throw UsageError(job.output + " is a terminal, which shows no sound: name a file, or use '|' or '>'");
+        std::error_code ignored;
+        if (fs::is_regular_file(job.input, ignored) && fs::equivalent(job.input, job.output, ignored))
+            throw UsageError(job.input + " would be written while it is read");
+    }
+
+    std::optional<int> m_soundDescriptor;
     std::map<fs::path, const FileJob*> m_readers;
     std::map<fs::path, std::string> m_writers; ///< and what each file is written for
 };
 
 } // namespace
 
-bool isDevice(const fs::path& file) {
-    std::error_code ignored;
-    const fs::file_status status = fs::status(file, ignored);
-    return fs::exists(status) && !fs::is_regular_file(status);
+void nameStandardStreams(FileArguments& arguments) {
+    for (std::string& file : arguments.files) {
+        if (file != "-") continue;
+        if (arguments.areInputs())
+            throw UsageError("- is standard input, which has no name for an output: use the form INPUT OUTPUT");
+        file = &file == arguments.files.data() ? "/dev/stdin" : "/dev/stdout";
+    }
 }
 
 std::vector<FileJob> planFiles(const FileArguments& arguments) {

@@ -1,8 +1,11 @@
 #include "tools/equalize/Notes.h"
 
+#include "tools/common/OutputStream.h"
 #include "tools/common/Printable.h"
+#include "tools/common/SpoolFile.h"
 #include "tools/common/Text.h"
 #include "tools/equalize/StatusLine.h"
+#include "tools/equalize/pipes/StreamHeader.h"
 #include "tools/equalize/sound/OutputFormat.h"
 
 #include <cmath>
@@ -47,6 +50,22 @@ void noteFormat(const Options& options, const FileJob& job, int input, int outpu
     if (isLossy(input) && isLossy(output))
         note(options, job.input + ": the input is already compressed with loss (" + formatName(input) +
                           "), and the output loses more; a FLAC or WAV file loses nothing more");
+}
+
+void noteSpools(const Options& options, const FileJob& job, const SoundInput& input, int output) {
+    if (input.isSpooled())
+        note(options, job.input + ": the input was copied into a temporary file in " + spoolFolder() +
+                          ", because it cannot be read in order");
+    if (isStream(job.output) && !isWrittenInOrder(output))
+        note(options, job.output + ": the output waits in a temporary file in " + spoolFolder() + ", because " +
+                          formatName(output) + " is not written in order");
+}
+
+void noteChunksLeft(const Options& options, const AudioReader& reader) {
+    std::string names;
+    for (const std::string& chunk : reader.chunksLeftInPipe()) names += (names.empty() ? "" : ", ") + chunk;
+    if (!names.empty())
+        note(options, reader.name() + ": chunks that came after the sound are not copied from a pipe: " + names);
 }
 
 void noteSamples(const Options& options, const FileJob& job, const AudioReader& reader, const AudioWriter& writer) {

@@ -20,6 +20,12 @@ void noteRate(const Options& options, const Settings& settings, const FrequencyM
 /// Notes options without effect on the output's format, and a second lossy compression. Formats are libsndfile's.
 void noteFormat(const Options& options, const FileJob& job, int input, int output);
 
+/// Notes what waits in a temporary file.
+void noteSpools(const Options& options, const FileJob& job, const SoundInput& input, int output);
+
+/// Notes the chunks after a sound that came through a pipe.
+void noteChunksLeft(const Options& options, const AudioReader& reader);
+
 /// Notes samples that were replaced, and samples beyond full scale.
 void noteSamples(const Options& options, const FileJob& job, const AudioReader& reader, const AudioWriter& writer);
 

@@ -1,0 +1,26 @@
+#include "tools/common/NamedDescriptor.h"
+
+#include "tools/common/Text.h"
+
+#include <system_error>
+
+namespace eq {
+
+std::optional<int> descriptorNamedBy(std::filesystem::path place) {
+    constexpr int MostLinks = 40;
+    std::error_code error;
+    const std::filesystem::path own = std::filesystem::canonical("/proc/self/fd", error);
+    if (error) return std::nullopt;
+    for (int link = 0; link < MostLinks; ++link) {
+        const std::filesystem::path folder = place.has_parent_path() ? place.parent_path() : ".";
+        const std::filesystem::path parent = std::filesystem::canonical(folder, error);
+        if (error) return std::nullopt;
+        if (parent == own) return parseIndex(place.filename().string());
+        const std::filesystem::path target = std::filesystem::read_symlink(place, error);
+        if (error) return std::nullopt;
+        place = parent / target; // an absolute target replaces the folder
+    }
+    return std::nullopt;
+}
+
+} // namespace eq
