@@ -100,7 +100,10 @@ private:
 class Conflicts {
 public:
     explicit Conflicts(const std::vector<FileJob>& jobs) {
-        for (const FileJob& job : jobs) m_readers.emplace(identityOf(job.input), &job);
+        for (const FileJob& job : jobs) {
+            requireNoTerminal(job.input, "has no sound: name a file, or use '|' or '<'");
+            m_readers.emplace(identityOf(job.input), &job);
+        }
     }
 
     void addOutput(const FileJob& job, bool mayReplaceItsInput) {
@@ -131,10 +134,14 @@ public:
     }
 
 private:
+    static void requireNoTerminal(const std::string& place, const char* why) {
+        const std::optional<int> number = descriptorNamedBy(place);
+        if (number && isatty(*number) == 1) throw UsageError(place + " is a terminal, which " + why);
+    }
+
     void addStream(const FileJob& job) {
         m_soundDescriptor = descriptorNamedBy(job.output);
-        if (m_soundDescriptor && isatty(*m_soundDescriptor) == 1)
-            throw UsageError(job.output + " is a terminal, which shows no sound: name a file, or use '|' or '>'");
+        requireNoTerminal(job.output, "shows no sound: name a file, or use '|' or '>'");
         std::error_code ignored;
         if (fs::is_regular_file(job.input, ignored) && fs::equivalent(job.input, job.output, ignored))
             throw UsageError(job.input + " would be written while it is read");

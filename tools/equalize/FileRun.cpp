@@ -88,7 +88,7 @@ FileOutcome FileRun::runOn(const FileJob& job) {
         if (m_options.noClobber) throw FileError(job.output + ": the file exists, and --no-clobber keeps it");
     }
     SoundInput input(job.input);
-    if (m_peakGain.isWanted()) input.spool();
+    if (m_peakGain.isWanted()) input.spool("it is read twice");
     AudioReader reader(input, nonFinite());
     const FrequencyMap frequencies(reader.info().samplerate, !m_options.noRateCorrection);
     const Settings::Resolved values = m_settings.resolve(frequencies);

@@ -39,7 +39,7 @@ SoundInput::SoundInput(std::string place) : m_name(std::move(place)), m_path(m_n
     m_layout = layoutOf(*m_pipe);
     if (m_layout.reading == PipeLayout::Reading::InOrder) return;
     requireKnownFormat();
-    spool();
+    spool("its format is not read in order");
 }
 
 /// An endless stream of something else would fill the disk.
@@ -54,8 +54,9 @@ void SoundInput::requireKnownFormat() {
     sf_close(file);
 }
 
-void SoundInput::spool() {
+void SoundInput::spool(const char* reason) {
     if (!m_pipe) return;
+    m_spoolReason = reason;
     m_spool = openSpoolFile();
     m_pipe->copyAll(m_spool.get());
     m_pipe.reset();

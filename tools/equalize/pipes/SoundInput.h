@@ -24,8 +24,9 @@ public:
     [[nodiscard]] const std::string& path() const { return m_path; }
 
     /// Copies the pipe, so that it can be read several times. Nothing to do for a file. Throws FileError.
-    void spool();
-    [[nodiscard]] bool isSpooled() const { return static_cast<bool>(m_spool); }
+    void spool(const char* reason);
+    /// Returns the reason for the copy, or an empty text.
+    [[nodiscard]] const std::string& spoolReason() const { return m_spoolReason; }
 
     /// Opens the bytes that hold all metadata: the file, or a copy of what comes before the sound of a pipe.
     [[nodiscard]] FileDescriptor openMetadata() const;
@@ -38,6 +39,7 @@ private:
     PipeLayout m_layout;
     std::unique_ptr<PipeSource> m_pipe;
     FileDescriptor m_spool;
+    std::string m_spoolReason;
 };
 
 /// Returns a file in memory with these bytes. Throws FileError.

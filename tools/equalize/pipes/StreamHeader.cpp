@@ -100,11 +100,12 @@ MpegFrame frameOf(std::string_view bytes) {
 }
 
 /// Makes the empty frame in front of the sound one that says how many samples the coder has added: "Info", flags,
-/// [number of frames], the coder's name in nine bytes, twelve bytes of others, 12 bits each for both ends.
+/// number of frames or of bytes, the coder's name in nine bytes, twelve bytes of others, 12 bits each for both ends.
 void setMpegLength(std::string& frame, std::optional<sf_count_t> frames) {
     constexpr sf_count_t Delay = 576;
     constexpr sf_count_t LeastPadding = 576;
     constexpr std::uint32_t HasFrames = 1;
+    constexpr std::uint32_t HasBytes = 2;
     constexpr std::size_t FrameHeader = 4;
     // At the lowest rates a frame has no place, and the first one is sound.
     if (frame.size() < FrameHeader || frame.find_first_not_of('\0', FrameHeader) != std::string::npos) return;
@@ -120,7 +121,10 @@ void setMpegLength(std::string& frame, std::optional<sf_count_t> frames) {
         tag.write(HasFrames);
         tag.write(static_cast<std::uint32_t>((*frames + Delay + padding) / frameSamples));
     } else {
-        tag.write(std::uint32_t{0});
+        // Decoders play a frame that states neither frames nor bytes as sound. A stream of one byte is none, so they
+        // do not derive its length from that number.
+        tag.write(HasBytes);
+        tag.write(std::uint32_t{1});
     }
     tag.writeBytes("LAME3.100");
     tag.writeBytes(std::string(12, '\0'));

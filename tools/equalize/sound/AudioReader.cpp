@@ -1,6 +1,7 @@
 #include "tools/equalize/sound/AudioReader.h"
 
 #include "support/BinaryReader.h"
+#include "support/BinaryWriter.h"
 #include "tools/common/Errors.h"
 #include "tools/common/Text.h"
 #include "tools/equalize/sound/Mpg123Source.h"
@@ -35,6 +36,20 @@ void requireWholeSound(const SoundDataSize& size, const SF_INFO& info) {
     if (!isWhole)
         throw FileError("its header leaves the length open, and only " + std::to_string(frames) + " frames of " +
                         std::to_string(size.present) + " bytes could be read");
+}
+
+/// libsndfile reads to the end of an AU file with the largest size, and to the end of a WAV file with the sizes that
+/// programs write first: 8 and 0.
+void leaveSizeOpen(PipeSource& pipe, const PipeLayout& layout) {
+    constexpr std::uint64_t OuterSizePosition = 4;
+    if (layout.hasChunks) {
+        BinaryWriter outerSize(layout.order);
+        outerSize.write(std::uint32_t{8});
+        pipe.correct(OuterSizePosition, outerSize.written());
+        pipe.correct(layout.sizePosition, std::string(4, '\0'));
+    } else {
+        pipe.correct(layout.sizePosition, std::string(4, '\xFF'));
+    }
 }
 
 /// The time of a frame, as minutes and seconds.
@@ -86,8 +101,7 @@ void AudioReader::openPipe(PipeSource& pipe) {
     const bool isSizeOpen =
         hasSize && (layout.soundSize == 0 || isPlaceholderLength(layout.soundSize / layout.frameBytes, layout.frameBytes));
     if (layout.soundBegin != 0) pipe.limitParsing(layout.soundBegin);
-    // libsndfile reads to the end after a size of 0 in WAV, and after the largest one in AU.
-    if (isSizeOpen) pipe.correct(layout.sizePosition, std::string(4, layout.hasChunks ? '\0' : '\xFF'));
+    if (isSizeOpen) leaveSizeOpen(pipe, layout);
     if (pipe.head(4) == "OggS") pipe.watchOgg();
     m_metadata = std::make_unique<SndfileSource>(pipe);
     pipe.requireSuccess();
