@@ -126,7 +126,7 @@ FileOutcome FileRun::runOn(const FileJob& job) {
     equalize(reader, effects, write, m_options.keepLatency ? Latency::Kept : Latency::Removed, progress);
     writer.finish();
     for (const std::string& loss : writer.notes()) note(m_options, job.output + ": " + loss);
-    noteChunksLeft(m_options, reader);
+    noteLeftInPipe(m_options, reader);
     noteSamples(m_options, job, reader, writer);
     const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - start;
     if (!m_isBatch) noteSummary(m_options, job, writer, duration.count());

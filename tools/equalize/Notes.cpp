@@ -61,11 +61,11 @@ void noteSpools(const Options& options, const FileJob& job, const SoundInput& in
                           formatName(output) + " is not written in order");
 }
 
-void noteChunksLeft(const Options& options, const AudioReader& reader) {
+void noteLeftInPipe(const Options& options, const AudioReader& reader) {
     std::string names;
-    for (const std::string& chunk : reader.chunksLeftInPipe()) names += (names.empty() ? "" : ", ") + chunk;
+    for (const std::string& chunk : reader.leftInPipe()) names += (names.empty() ? "" : ", ") + chunk;
     if (!names.empty())
-        note(options, reader.name() + ": chunks that came after the sound are not copied from a pipe: " + names);
+        note(options, reader.name() + ": what comes after the sound is not copied from a pipe: " + names);
 }
 
 void noteSamples(const Options& options, const FileJob& job, const AudioReader& reader, const AudioWriter& writer) {

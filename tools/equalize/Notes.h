@@ -23,8 +23,8 @@ void noteFormat(const Options& options, const FileJob& job, int input, int outpu
 /// Notes what waits in a temporary file.
 void noteSpools(const Options& options, const FileJob& job, const SoundInput& input, int output);
 
-/// Notes the chunks after a sound that came through a pipe.
-void noteChunksLeft(const Options& options, const AudioReader& reader);
+/// Notes chunks and tags after a sound that came through a pipe.
+void noteLeftInPipe(const Options& options, const AudioReader& reader);
 
 /// Notes samples that were replaced, and samples beyond full scale.
 void noteSamples(const Options& options, const FileJob& job, const AudioReader& reader, const AudioWriter& writer);

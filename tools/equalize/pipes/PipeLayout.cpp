@@ -123,6 +123,28 @@ PipeLayout layoutOfOgg(PipeSource& source) {
     return layout;
 }
 
+/// Tags of ID3v2, and frames: 11 bits that are 1, version, layer, protection, bitrate, rate and others.
+PipeLayout layoutOfMpeg(PipeSource& source) {
+    PipeLayout layout;
+    std::uint64_t position = 0;
+    for (;;) {
+        BinaryReader tag = headAt(source, position, 10, std::endian::big);
+        if (tag.readBytes(3) != "ID3") break;
+        tag.skip(2);
+        const bool hasFooter = (tag.read<std::uint8_t>() & 0x10U) != 0;
+        std::uint64_t size = 0;
+        for (int i = 0; i < 4; ++i) size = size << 7U | (tag.read<std::uint8_t>() & 0x7FU);
+        position += size + (hasFooter ? 20 : 10);
+    }
+    const auto frame = headAt(source, position, 4, std::endian::big).read<std::uint32_t>();
+    const bool isFrame = frame >> 21U == 0x7FF && (frame >> 19U & 3U) != 1 && (frame >> 17U & 3U) != 0 &&
+                         (frame >> 12U & 15U) != 15 && (frame >> 10U & 3U) != 3;
+    if (!isFrame) return layout;
+    layout.reading = PipeLayout::Reading::InOrder;
+    layout.isMpeg = true;
+    return layout;
+}
+
 } // namespace
 
 PipeLayout layoutOf(PipeSource& source) {
@@ -133,6 +155,7 @@ PipeLayout layoutOf(PipeSource& source) {
         if (kind == ".snd") return layoutOfAu(source);
         if (kind == "fLaC") return layoutOfFlac(source);
         if (kind == "OggS") return layoutOfOgg(source);
+        if (kind.starts_with("ID3") || kind.starts_with('\xFF')) return layoutOfMpeg(source);
     } catch (const EndOfData&) {
         // The file route finds the reason.
     }

@@ -21,9 +21,10 @@ struct PipeLayout {
     std::uint64_t sizePosition = 0;
     std::endian order = std::endian::little;
     bool hasChunks = false; ///< after the sound, too
+    bool isMpeg = false;    ///< libsndfile must not read it from a pipe: it reads beyond its own buffer
 };
 
-/// Returns the layout of WAV, AU, FLAC, Ogg Vorbis and Opus. All others are spooled.
+/// Returns the layout of WAV, AU, FLAC, Ogg Vorbis, Opus and MPEG. All others are spooled.
 [[nodiscard]] PipeLayout layoutOf(PipeSource& source);
 
 } // namespace eq

@@ -10,6 +10,7 @@
 #include "tools/equalize/sound/SoundDataSize.h"
 #include "tools/equalize/sound/SoundFileError.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <optional>
@@ -102,12 +103,20 @@ void AudioReader::openPipe(PipeSource& pipe) {
         hasSize && (layout.soundSize == 0 || isPlaceholderLength(layout.soundSize / layout.frameBytes, layout.frameBytes));
     if (layout.soundBegin != 0) pipe.limitParsing(layout.soundBegin);
     if (isSizeOpen) leaveSizeOpen(pipe, layout);
-    if (pipe.head(4) == "OggS") pipe.watchOgg();
-    m_metadata = std::make_unique<SndfileSource>(pipe);
+    if (layout.isMpeg) {
+        pipe.endParsing();
+        m_decoder = std::make_unique<Mpg123Source>(pipe);
+        m_info = m_decoder->info();
+    } else {
+        if (pipe.head(4) == "OggS") pipe.watchOgg();
+        m_metadata = std::make_unique<SndfileSource>(pipe);
+        pipe.endParsing();
+        m_info = m_metadata->info();
+    }
     pipe.requireSuccess();
-    pipe.endParsing();
-    m_info = m_metadata->info();
-    m_isLengthKnown = !isSizeOpen && m_info.frames != SoundSource::UnknownLength;
+    m_isLengthKnown = !isSizeOpen && !layout.isMpeg && m_info.frames != SoundSource::UnknownLength;
+    // More frames than a header frame promises may follow.
+    if (layout.isMpeg && m_info.frames != SoundSource::UnknownLength) m_leastFrames = m_info.frames;
 }
 
 /// Reads the rest of the pipe: chunks after a sound of known size, and what no reader of the format reads.
@@ -121,11 +130,13 @@ void AudioReader::endPipe(PipeSource& pipe) {
             pipe.seek(position);
             if (pipe.read(bytes.data(), bytes.size()) < bytes.size()) break;
             BinaryReader header(bytes.data(), bytes.size(), layout.order);
-            m_chunksLeftInPipe.emplace_back(header.readBytes(4));
+            m_leftInPipe.emplace_back(header.readBytes(4));
             const std::uint64_t size = header.read<std::uint32_t>();
             position += bytes.size() + size + size % 2;
         }
     }
+    if (const auto* const mpeg = dynamic_cast<const Mpg123Source*>(m_decoder.get()))
+        if (mpeg->hasTagsLeftInPipe() && m_leftInPipe.empty()) m_leftInPipe.emplace_back("tags of MP3");
     pipe.drain();
     pipe.requireSuccess();
 }
@@ -138,9 +149,10 @@ sf_count_t AudioReader::read(float* interleaved, sf_count_t frames) {
     if (PipeSource* const pipe = m_input.pipe(); pipe != nullptr && count < frames) endPipe(*pipe);
     const std::string error = count < frames ? source.error() : "";
     const bool isAtEnd = m_isLengthKnown ? m_framesRead == m_info.frames : error.empty();
-    if (count == frames || isAtEnd) return count;
+    if (count == frames || (isAtEnd && m_framesRead >= m_leastFrames)) return count;
     std::string message = m_name + ": the file ends early: " + std::to_string(m_framesRead);
-    if (m_isLengthKnown) message += " of " + std::to_string(m_info.frames);
+    if (m_isLengthKnown || m_leastFrames > 0)
+        message += " of " + std::to_string(std::max(m_info.frames, m_leastFrames));
     message += " frames could be read";
     if (!error.empty()) message += ": " + error;
     throw FileError(message);

@@ -39,11 +39,12 @@ public:
     [[nodiscard]] sf_count_t replacedSamples() const { return m_replacedSamples; }
 
     /// For what libsndfile knows of the file beyond its sound.
-    [[nodiscard]] SNDFILE* handle() const { return m_metadata->handle(); }
+    /// Null for MPEG from a pipe: its tags are found in the metadata.
+    [[nodiscard]] SNDFILE* handle() const { return m_metadata ? m_metadata->handle() : nullptr; }
     /// Opens the bytes that hold all metadata.
     [[nodiscard]] FileDescriptor openMetadata() const { return m_input.openMetadata(); }
-    /// Returns the identifiers of the chunks that followed the sound in a pipe, after the sound is read.
-    [[nodiscard]] const std::vector<std::string>& chunksLeftInPipe() const { return m_chunksLeftInPipe; }
+    /// Returns the names of the chunks and tags that followed the sound in a pipe, after the sound is read.
+    [[nodiscard]] const std::vector<std::string>& leftInPipe() const { return m_leftInPipe; }
 
 private:
     void openFile();
@@ -58,10 +59,11 @@ private:
     std::unique_ptr<SoundSource> m_decoder; ///< null if the source of the metadata is the decoder, too
     SF_INFO m_info = {};
     bool m_isLengthKnown = true;
+    sf_count_t m_leastFrames = 0; ///< that must come if the length is unknown
     Speakers m_speakers;
     sf_count_t m_framesRead = 0;
     sf_count_t m_replacedSamples = 0;
-    std::vector<std::string> m_chunksLeftInPipe;
+    std::vector<std::string> m_leftInPipe;
 };
 
 } // namespace eq
