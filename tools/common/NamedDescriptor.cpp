@@ -4,6 +4,9 @@
 
 #include <system_error>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace eq {
 
 std::optional<int> descriptorNamedBy(std::filesystem::path place) {
@@ -21,6 +24,14 @@ std::optional<int> descriptorNamedBy(std::filesystem::path place) {
         place = parent / target; // an absolute target replaces the folder
     }
     return std::nullopt;
+}
+
+bool isStandardOutput(const std::filesystem::path& place) {
+    const std::optional<int> number = descriptorNamedBy(place);
+    struct stat named = {};
+    struct stat output = {};
+    return number && fstat(*number, &named) == 0 && fstat(STDOUT_FILENO, &output) == 0 &&
+           named.st_dev == output.st_dev && named.st_ino == output.st_ino;
 }
 
 } // namespace eq

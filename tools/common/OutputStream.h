@@ -10,7 +10,8 @@ namespace eq {
 /// refers to, a pipe, or a device.
 [[nodiscard]] bool isStream(const std::filesystem::path& place);
 
-/// Opens such a place for writing. The position and the mode of a descriptor stay, such as that of `>>`. Throws FileError.
+/// Opens such a place for writing. The position and the mode of a descriptor stay, such as that of `>>`. Throws
+/// FileError.
 [[nodiscard]] FileDescriptor openStream(const std::filesystem::path& place);
 
 } // namespace eq

@@ -125,7 +125,7 @@ public:
 
     void addOtherOutput(const std::string& file) {
         if (file.empty()) return;
-        if (const std::optional<int> number = descriptorNamedBy(file); number && number == m_soundDescriptor)
+        if (m_isOutputTaken && isStandardOutput(file))
             throw UsageError(file + " is used twice: the sound goes there");
         if (isStream(file)) return;
         const fs::path identity = identityOf(file);
@@ -140,14 +140,14 @@ private:
     }
 
     void addStream(const FileJob& job) {
-        m_soundDescriptor = descriptorNamedBy(job.output);
+        m_isOutputTaken = isStandardOutput(job.output);
         requireNoTerminal(job.output, "shows no sound: name a file, or use '|' or '>'");
         std::error_code ignored;
         if (fs::is_regular_file(job.input, ignored) && fs::equivalent(job.input, job.output, ignored))
             throw UsageError(job.input + " would be written while it is read");
     }
 
-    std::optional<int> m_soundDescriptor;
+    bool m_isOutputTaken = false;
     std::map<fs::path, const FileJob*> m_readers;
     std::map<fs::path, std::string> m_writers; ///< and what each file is written for
 };

@@ -96,8 +96,7 @@ FileOutcome FileRun::runOn(const FileJob& job) {
         m_otherRates += frequencies.isAtDesignRate() ? 0U : 1U;
     else
         noteRate(m_options, m_settings, frequencies);
-    const SF_INFO format =
-        outputFormatFor(job.output, reader.info(), bitsFrom(m_options), formatOf(m_options, job));
+    const SF_INFO format = outputFormatFor(job.output, reader.info(), bitsFrom(m_options), formatOf(m_options, job));
     if (m_options.dryRun) {
         showPlanned(job);
         return FileOutcome::Written;

@@ -54,8 +54,8 @@ void noteFormat(const Options& options, const FileJob& job, int input, int outpu
 
 void noteSpools(const Options& options, const FileJob& job, const SoundInput& input, int output) {
     if (!input.spoolReason().empty())
-        note(options, job.input + ": the input was copied into a temporary file in " + spoolFolder() +
-                          ", because " + input.spoolReason());
+        note(options, job.input + ": the input was copied into a temporary file in " + spoolFolder() + ", because " +
+                          input.spoolReason());
     if (isStream(job.output) && !isWrittenInOrder(output))
         note(options, job.output + ": the output waits in a temporary file in " + spoolFolder() + ", because " +
                           formatName(output) + " is not written in order");

@@ -11,8 +11,6 @@
 #include <thread>
 #include <vector>
 
-#include <unistd.h>
-
 namespace eq {
 
 /// The command line of `equalize`.
@@ -45,7 +43,7 @@ struct Options {
 
     [[nodiscard]] bool hasTaskWithoutFiles() const { return list || !plot.empty() || !savePreset.empty(); }
     [[nodiscard]] bool writesSoundToStandardOutput() const {
-        return !files.areInputs() && files.files.size() == 2 && descriptorNamedBy(files.files[1]) == STDOUT_FILENO;
+        return !files.areInputs() && files.files.size() == 2 && isStandardOutput(files.files[1]);
     }
     /// For the files of --plot and --save-preset.
     [[nodiscard]] Replacing replacingOthers() const { return noClobber ? Replacing::Refused : Replacing::Allowed; }

@@ -13,7 +13,8 @@ constexpr std::size_t FixedHeader = 27;
 constexpr unsigned BeginOfStream = 2;
 
 std::size_t headerSizeOf(const std::string& header) {
-    return header.size() < FixedHeader ? FixedHeader : FixedHeader + static_cast<unsigned char>(header[FixedHeader - 1]);
+    return header.size() < FixedHeader ? FixedHeader
+                                       : FixedHeader + static_cast<unsigned char>(header[FixedHeader - 1]);
 }
 
 } // namespace

@@ -17,7 +17,8 @@ namespace eq {
 /// dropped.
 class PipeSink {
 public:
-    /// Returns the header that is sent in place of libsndfile's. Called once. Exceptions are thrown by `requireSuccess`.
+    /// Returns the header that is sent in place of libsndfile's. Called once. Exceptions are thrown by
+    /// `requireSuccess`.
     using CompleteHeader = std::function<std::string(std::string header)>;
 
     PipeSink(FileDescriptor stream, std::string name, int format, CompleteHeader complete);
@@ -29,8 +30,8 @@ public:
     void beginSound() { m_hasSound = true; }
     /// To be called before libsndfile closes the file: what it would add to a sound without blocks is no sound.
     void endSound();
-    /// Sends a header without sound if there was none, and `trailer`. To be called after libsndfile has closed the file.
-    /// Throws FileError.
+    /// Sends a header without sound if there was none, and `trailer`. To be called after libsndfile has closed the
+    /// file. Throws FileError.
     void finish(std::string_view trailer);
 
     /// Throws FileError if not all could be written.

@@ -85,7 +85,8 @@ struct MpegFrame {
 MpegFrame frameOf(std::string_view bytes) {
     constexpr std::array<unsigned, 15> KilobitsOfVersion1 = {0,   32,  40,  48,  56,  64,  80, 96,
                                                              112, 128, 160, 192, 224, 256, 320};
-    constexpr std::array<unsigned, 15> KilobitsOfVersion2 = {0, 8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160};
+    constexpr std::array<unsigned, 15> KilobitsOfVersion2 = {0,  8,  16, 24,  32,  40,  48, 56,
+                                                             64, 80, 96, 112, 128, 144, 160};
     constexpr std::array<unsigned, 3> Rates = {44100, 48000, 32000};
     const auto header = BinaryReader(bytes.data(), bytes.size(), std::endian::big).peek<std::uint32_t>();
     const unsigned version = header >> 19U & 3U; // 3: version 1, 2: version 2, 0: version 2.5
@@ -138,8 +139,9 @@ void setMpegLength(std::string& frame, std::optional<sf_count_t> frames) {
 } // namespace
 
 bool isPlain(int format) {
-    constexpr std::array Plain = {SF_FORMAT_PCM_S8, SF_FORMAT_PCM_U8, SF_FORMAT_PCM_16, SF_FORMAT_PCM_24, SF_FORMAT_PCM_32,
-                                  SF_FORMAT_FLOAT,  SF_FORMAT_DOUBLE, SF_FORMAT_ULAW,   SF_FORMAT_ALAW};
+    constexpr std::array Plain = {SF_FORMAT_PCM_S8, SF_FORMAT_PCM_U8, SF_FORMAT_PCM_16,
+                                  SF_FORMAT_PCM_24, SF_FORMAT_PCM_32, SF_FORMAT_FLOAT,
+                                  SF_FORMAT_DOUBLE, SF_FORMAT_ULAW,   SF_FORMAT_ALAW};
     const bool isRaw = containerOf(format) == SF_FORMAT_RAW;
     return (isWav(format) || containerOf(format) == SF_FORMAT_AU || isRaw) &&
            std::ranges::find(Plain, format & SF_FORMAT_SUBMASK) != Plain.end();

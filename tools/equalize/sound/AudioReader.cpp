@@ -99,8 +99,8 @@ void AudioReader::openFile() {
 void AudioReader::openPipe(PipeSource& pipe) {
     const PipeLayout& layout = m_input.layout();
     const bool hasSize = layout.frameBytes != 0;
-    const bool isSizeOpen =
-        hasSize && (layout.soundSize == 0 || isPlaceholderLength(layout.soundSize / layout.frameBytes, layout.frameBytes));
+    const bool isSizeOpen = hasSize && (layout.soundSize == 0 ||
+                                        isPlaceholderLength(layout.soundSize / layout.frameBytes, layout.frameBytes));
     if (layout.soundBegin != 0) pipe.limitParsing(layout.soundBegin);
     if (isSizeOpen) leaveSizeOpen(pipe, layout);
     if (layout.isMpeg) {

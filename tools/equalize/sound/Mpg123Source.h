@@ -20,7 +20,8 @@ public:
     /// decoded, or has fewer frames than its header frame promises.
     Mpg123Source(const std::string& name, int format);
 
-    /// Reads from a pipe, which must outlive the source. The length is unknown without a header frame. Throws FileError.
+    /// Reads from a pipe, which must outlive the source. The length is unknown without a header frame. Throws
+    /// FileError.
     explicit Mpg123Source(PipeSource& pipe);
 
     /// Whether tags have followed the sound of a pipe.

@@ -32,8 +32,7 @@ std::string faultOfOgg(const std::string& file) {
             if (page.readBytes(4) != "OggS") return ""; // libsndfile finds the next page, or the sound ends here
             page.skip(1);
             const bool beginsStream = (page.read<std::uint8_t>() & BeginOfStream) != 0;
-            if (beginsStream && hasSound)
-                return OggPageWatch::severalStreams(position);
+            if (beginsStream && hasSound) return OggPageWatch::severalStreams(position);
             hasSound = hasSound || !beginsStream;
             page.skip(20);
             const std::size_t segments = page.read<std::uint8_t>();

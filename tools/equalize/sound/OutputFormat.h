@@ -21,8 +21,7 @@ enum class SampleBits { Bits16, Bits24, Bits32, Float };
 /// `bits` replaces the sample format, except in a lossy output, which has none. Throws UsageError if the container
 /// does not take it.
 [[nodiscard]] SF_INFO outputFormatFor(const std::filesystem::path& place, const SF_INFO& input,
-                                      std::optional<SampleBits> bits = std::nullopt,
-                                      const std::string& format = "");
+                                      std::optional<SampleBits> bits = std::nullopt, const std::string& format = "");
 
 /// Whether a format has this name, which is an extension.
 [[nodiscard]] bool isFormatName(const std::string& name);

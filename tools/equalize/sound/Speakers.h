@@ -13,8 +13,8 @@ namespace eq {
 /// and stereo, which all formats order alike.
 using Speakers = std::vector<int>;
 
-/// Returns the speakers of an open file, whose bytes up to its sound are in `metadata`: those that a comment of a FLAC file names, or those of its format, or else
-/// those that its header names.
+/// Returns the speakers of an open file, whose bytes up to its sound are in `metadata`: those that a comment of a FLAC
+/// file names, or those of its format, or else those that its header names.
 [[nodiscard]] Speakers speakersOf(const FileDescriptor& metadata, SNDFILE* file, const SF_INFO& info);
 
 /// Returns the format in which the speakers can be named: extensible WAV instead of plain WAV.
