@@ -83,8 +83,10 @@ TEST_F(EqualizePipes, ReadsEachFormatAsFromAFile) {
               " > f & $EQ --bits float f pipe.wav 2> said; cat said; rm f");
         EXPECT_EQ(contents("said").find("was copied into a temporary file") != std::string::npos, isSpooled);
         // libmpg123 rounds one in some thousand samples differently after it has gone through a file.
-        if (name == "a.mp3") shell("for k in pipe file; do sox -V1 $k.wav -b 8 $k.raw; done; cmp pipe.raw file.raw");
-        if (name != "a.mp3") EXPECT_TRUE(contents("pipe.wav") == contents("file.wav")) << contents("said");
+        if (name == "a.mp3")
+            shell("for k in pipe file; do sox -D -V1 $k.wav -b 8 $k.raw; done; cmp pipe.raw file.raw");
+        else
+            EXPECT_TRUE(contents("pipe.wav") == contents("file.wav")) << contents("said");
     }
     const std::string expected = heard("s.wav");
     for (const std::string writer :
@@ -113,8 +115,8 @@ TEST_F(EqualizePipes, NeverReplacesStandardOutputAndWritesOnlySoundThere) {
          {"- ", "/dev/stdout ", "/dev/fd/1 ", "/dev/fd/7 7>&1 --format caf ", "link --format aiff "}) {
         SCOPED_TRACE(place);
         const std::string said = shell("printf before > out; ln out second; ln -sf /dev/fd/1 link; mkdir -p tmp; "
-                                       "TMPDIR=tmp $EQ in.wav --list " +
-                                       place + " 2> said >> out; cat said; ls -A tmp");
+                                       "TMPDIR=tmp $EQ in.wav --list 2> said >> out " +
+                                       place + "; cat said; ls -A tmp");
         EXPECT_TRUE(contents("out").starts_with("before")) << said;
         EXPECT_TRUE(contents("out") == contents("second"));
         const bool isSpooled = place.find("--format") != std::string::npos;
@@ -151,8 +153,8 @@ TEST_F(EqualizePipes, FailsWhenNotAllCanBeReadOrWritten) {
     shell("for k in flac ogg opus mp3; do ffmpeg -v error -i in.wav in.$k; done; cat in.ogg in.ogg > chain.ogg");
     expectPiped(1, "head -c 50000 in.wav", "- out.wav", "the file ends early");
     expectPiped(1, "head -c 20000 in.flac", "- out.wav", "the file ends early");
-    expectPiped(1, "head -c 9000 in.ogg", "- out.wav", "its last Ogg page is cut off");
-    expectPiped(1, "head -c 3000 in.opus", "- out.wav", "its last Ogg page is cut off");
+    expectPiped(1, "head -c -99 in.ogg", "- out.wav", "its last Ogg page is cut off");
+    expectPiped(1, "head -c -99 in.opus", "- out.wav", "its last Ogg page is cut off");
     expectPiped(1, "head -c 9000 in.mp3", "- out.wav", "the file ends early");
     expectPiped(1, "cat chain.ogg", "- out.wav",
                 "divide the file at byte " + std::to_string(std::filesystem::file_size(path("in.ogg"))));
@@ -173,11 +175,10 @@ TEST_F(EqualizePipes, CarriesTagsInFrontOfTheSound) {
         shell("$EQ --quiet s.flac file." + format + " && cat s.flac | $EQ --quiet - - --format " + format + " > pipe." +
               format);
         const auto tags = [&](const std::string& name) {
-            return shell(
-                "ffprobe -v error -show_entries stream=codec_name,width:stream_tags:format_tags -of default=nw=1 " +
-                name + "." + format + " | sort");
+            return shell("ffprobe -v error -show_entries stream=codec_name,width:stream_tags:format_tags " + name +
+                         "." + format + " | cut -c 1-80 | grep -v encoder | sort");
         };
-        EXPECT_NE(tags("pipe").find("calm"), std::string::npos);
+        EXPECT_EQ(tags("pipe").find("TAG:MOOD=calm") == std::string::npos, format == "wav"); // ffprobe reads no "id3 "
         EXPECT_EQ(tags("pipe"), tags("file"));
         EXPECT_EQ(heard("pipe." + format), heard("file." + format));
     }
@@ -228,7 +229,7 @@ std::string damaged(std::string bytes, std::mt19937& random) {
 // One process works on all files of a format, and one on all pipes.
 TEST_F(EqualizePipes, TreatsDamagedHeadersInPipesAsInFiles) {
     constexpr int Count = 500;
-    const std::string limits = "ulimit -t 60; ulimit -v 8000000; timeout 100";
+    const std::string limits = "ulimit -t 60; ulimit -v 8000000;";
     std::signal(SIGPIPE, SIG_IGN);
     shell("sox -n -r 44100 -c 2 -b 16 s.wav synth 0.02 sine 440");
     for (const std::string format : {"wav", "rf64", "w64", "aiff", "au", "caf", "flac", "ogg", "mp3"}) {
@@ -242,7 +243,7 @@ TEST_F(EqualizePipes, TreatsDamagedHeadersInPipesAsInFiles) {
             folder.write("in/" + name, sounds[name] = damaged(whole, random));
             ASSERT_EQ(mkfifo(path("fifo/" + name).c_str(), 0600), 0);
         }
-        const Outcome files = run("--jobs 2 --output-dir out in/*", limits);
+        const Outcome files = run("--block 512 --jobs 2 --output-dir out in/*", limits);
         EXPECT_EQ(files.exitCode, 1) << files.said;
         EXPECT_NE(files.said.find("files: 500, written: "), std::string::npos) << files.said;
         EXPECT_EQ(files.said.find("written: 0,"), std::string::npos) << files.said;
@@ -251,14 +252,15 @@ TEST_F(EqualizePipes, TreatsDamagedHeadersInPipesAsInFiles) {
         std::thread feeder([&] {
             for (const auto& [name, bytes] : sounds) std::ofstream(path("fifo/" + name), std::ios::binary) << bytes;
         });
-        const Outcome pipes = run("--jobs 1 --output-dir out2 fifo/*", limits);
+        const Outcome pipes = run("--block 512 --jobs 1 --output-dir out2 fifo/*", limits);
         for (const auto& [name, bytes] : sounds) // releases the feeder if the command has ended early
             static_cast<void>(open(path("fifo/" + name).c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
         feeder.join();
         EXPECT_EQ(pipes.exitCode, 1) << pipes.said;
         EXPECT_NE(pipes.said.find("files: 500, written: "), std::string::npos) << pipes.said;
         // Without a name, MPEG is known by its first bytes only. The serial number of Ogg is random.
-        if (format != "mp3" && format != "ogg") EXPECT_EQ(shell("diff -rq out out2 2>&1 || true"), "");
+        const bool isComparable = format != "mp3" && format != "ogg";
+        EXPECT_EQ(isComparable ? shell("diff -rq out out2 2>&1 || true") : "", "");
     }
 }
 

@@ -39,6 +39,14 @@ void requireWholeSound(const SoundDataSize& size, const SF_INFO& info) {
                         std::to_string(size.present) + " bytes could be read");
 }
 
+bool isOpen(const PipeLayout& layout) {
+    constexpr std::uint64_t OpenAu = 0xFFFFFFFF;
+    if (layout.frameBytes == 0) return false;
+    if (layout.soundSize == 0) return true;
+    return layout.hasChunks ? isPlaceholderLength(layout.soundSize / layout.frameBytes, layout.frameBytes)
+                            : layout.soundSize == OpenAu;
+}
+
 /// libsndfile reads to the end of an AU file with the largest size, and to the end of a WAV file with the sizes that
 /// programs write first: 8 and 0.
 void leaveSizeOpen(PipeSource& pipe, const PipeLayout& layout) {
@@ -66,10 +74,8 @@ std::string timeOf(sf_count_t frame, int rate) {
 AudioReader::AudioReader(SoundInput& input, NonFinite nonFinite)
     : m_input(input), m_name(input.name()), m_nonFinite(nonFinite) {
     try {
-        if (PipeSource* const pipe = m_input.pipe())
-            openPipe(*pipe);
-        else
-            openFile();
+        if (PipeSource* const pipe = m_input.pipe()) openPipe(*pipe);
+        if (!m_input.pipe()) openFile();
     } catch (const FileError& error) {
         const bool namesFile = std::string_view(error.what()).starts_with(m_name + ":");
         throw FileError(namesFile ? error.what() : m_name + ": " + error.what());
@@ -98,9 +104,7 @@ void AudioReader::openFile() {
 
 void AudioReader::openPipe(PipeSource& pipe) {
     const PipeLayout& layout = m_input.layout();
-    const bool hasSize = layout.frameBytes != 0;
-    const bool isSizeOpen = hasSize && (layout.soundSize == 0 ||
-                                        isPlaceholderLength(layout.soundSize / layout.frameBytes, layout.frameBytes));
+    const bool isSizeOpen = isOpen(layout);
     if (layout.soundBegin != 0) pipe.limitParsing(layout.soundBegin);
     if (isSizeOpen) leaveSizeOpen(pipe, layout);
     if (layout.isMpeg) {
@@ -115,6 +119,13 @@ void AudioReader::openPipe(PipeSource& pipe) {
     }
     pipe.requireSuccess();
     m_isLengthKnown = !isSizeOpen && !layout.isMpeg && m_info.frames != SoundSource::UnknownLength;
+    if (m_isLengthKnown && layout.frameBytes != 0 &&
+        static_cast<std::uint64_t>(m_info.frames) != layout.soundSize / layout.frameBytes) {
+        // libsndfile derives another length from the header, and a file shows which is right.
+        m_metadata.reset();
+        m_input.spool("its header contradicts itself");
+        return;
+    }
     // More frames than a header frame promises may follow.
     if (layout.isMpeg && m_info.frames != SoundSource::UnknownLength) m_leastFrames = m_info.frames;
 }
