@@ -178,7 +178,7 @@ TEST_F(EqualizePipes, CarriesTagsInFrontOfTheSound) {
             return shell("ffprobe -v error -show_entries stream=codec_name,width:stream_tags:format_tags " + name +
                          "." + format + " | cut -c 1-80 | grep -v encoder | sort");
         };
-        EXPECT_EQ(tags("pipe").find("TAG:MOOD=calm") == std::string::npos, format == "wav"); // ffprobe reads no "id3 "
+        EXPECT_EQ(tags("pipe").find("=calm\n") == std::string::npos, format == "wav"); // ffprobe reads no "id3 "
         EXPECT_EQ(tags("pipe"), tags("file"));
         EXPECT_EQ(heard("pipe." + format), heard("file." + format));
     }
@@ -247,7 +247,7 @@ TEST_F(EqualizePipes, TreatsDamagedHeadersInPipesAsInFiles) {
         EXPECT_EQ(files.exitCode, 1) << files.said;
         EXPECT_NE(files.said.find("files: 500, written: "), std::string::npos) << files.said;
         EXPECT_EQ(files.said.find("written: 0,"), std::string::npos) << files.said;
-        if (format != "wav" && format != "au" && format != "flac" && format != "ogg" && format != "mp3") continue;
+        if (format != "wav" && format != "au" && format != "flac" && format != "mp3") continue;
 
         std::thread feeder([&] {
             for (const auto& [name, bytes] : sounds) std::ofstream(path("fifo/" + name), std::ios::binary) << bytes;
@@ -258,9 +258,8 @@ TEST_F(EqualizePipes, TreatsDamagedHeadersInPipesAsInFiles) {
         feeder.join();
         EXPECT_EQ(pipes.exitCode, 1) << pipes.said;
         EXPECT_NE(pipes.said.find("files: 500, written: "), std::string::npos) << pipes.said;
-        // Without a name, MPEG is known by its first bytes only. The serial number of Ogg is random.
-        const bool isComparable = format != "mp3" && format != "ogg";
-        EXPECT_EQ(isComparable ? shell("diff -rq out out2 2>&1 || true") : "", "");
+        // Without a name, MPEG is known by its first bytes only.
+        EXPECT_EQ(format != "mp3" ? shell("diff -rq out out2 2>&1 || true") : "", "");
     }
 }
 

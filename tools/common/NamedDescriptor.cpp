@@ -12,6 +12,8 @@ namespace eq {
 std::optional<int> descriptorNamedBy(std::filesystem::path place) {
     constexpr int MostLinks = 40;
     std::error_code error;
+    // Each entry of that folder is a link.
+    if (!std::filesystem::is_symlink(place, error)) return std::nullopt;
     const std::filesystem::path own = std::filesystem::canonical("/proc/self/fd", error);
     if (error) return std::nullopt;
     for (int link = 0; link < MostLinks; ++link) {

@@ -51,6 +51,7 @@ Examples:
   equalize --preset voice.preset --plot voice.svg talk.flac talk-clear.flac
   equalize --preset voice.preset --recursive --output-dir clear recordings
   equalize --band 3:freq=3150,gain=-6,q=8 --save-preset notch.preset
+  sox song.flac -t wav - | equalize --volume -4 - - --format mp3 > song.mp3
   equalize --list)";
 
 void declare(CLI::App& app, Options& options) {
