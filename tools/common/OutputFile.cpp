@@ -1,6 +1,8 @@
 #include "tools/common/OutputFile.h"
 
 #include "tools/common/Errors.h"
+#include "tools/common/OutputStream.h"
+#include "tools/common/SpoolFile.h"
 
 #include <algorithm>
 #include <array>
@@ -9,7 +11,6 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
 #include <utility>
 
 #include <fcntl.h>
@@ -56,11 +57,6 @@ const mode_t CreationMask = [] {
     return mask;
 }();
 
-struct StreamCloser {
-    void operator()(std::FILE* stream) const { std::fclose(stream); }
-};
-using Stream = std::unique_ptr<std::FILE, StreamCloser>;
-
 void writeAll(int descriptor, std::string_view contents, const std::string& name) {
     while (!contents.empty()) {
         const ssize_t written = ::write(descriptor, contents.data(), contents.size());
@@ -95,8 +91,9 @@ OutputFile::OutputFile(const std::filesystem::path& place, Replacing replacing)
     struct stat existing = {};
     const bool exists = stat(place.c_str(), &existing) == 0;
     if (exists && S_ISDIR(existing.st_mode)) throw systemError(place.string(), EISDIR);
-    if (exists && !S_ISREG(existing.st_mode)) {
-        openSpool();
+    if (isStream(place)) {
+        // Streams cannot go back to write a header, so the contents wait in a temporary file.
+        m_descriptor = openSpoolFile();
         return;
     }
     if (exists && replacing == Replacing::Refused) throw systemError(place.string(), EEXIST);
@@ -120,13 +117,6 @@ void OutputFile::openTemporary() {
     m_next = std::exchange(firstTemporary, this);
 }
 
-/// Pipes cannot go back to write a header, so the contents wait in a file without a name.
-void OutputFile::openSpool() {
-    const Stream spool(std::tmpfile());
-    if (spool) m_descriptor = FileDescriptor(fcntl(fileno(spool.get()), F_DUPFD_CLOEXEC, 0));
-    if (!m_descriptor) throw systemError("a temporary file", errno);
-}
-
 void OutputFile::write(std::string_view contents) {
     writeAll(m_descriptor.get(), contents, m_place.string());
 }
@@ -148,8 +138,7 @@ void OutputFile::commit() {
 }
 
 void OutputFile::copyIntoPlace() {
-    FileDescriptor target(open(m_place.c_str(), O_WRONLY | O_CLOEXEC));
-    if (!target) throw systemError(m_place.string(), errno);
+    FileDescriptor target = openStream(m_place);
     std::array<char, 65536> buffer;
     off_t position = 0;
     for (;;) {

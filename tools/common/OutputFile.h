@@ -17,7 +17,7 @@ enum class Replacing {
 /// place, and it goes away with the object, or with a signal that ends the process. Threads may have several.
 ///
 /// A symbolic link stays, and what it points to is replaced. In the place of something that is no file, such as a
-/// pipe or a device, nothing is replaced: the complete contents are copied into it.
+/// pipe, a device or standard output, nothing is replaced: the complete contents are copied into it.
 class OutputFile {
 public:
     /// Throws FileError.
@@ -44,7 +44,6 @@ public:
 
 private:
     void openTemporary();
-    void openSpool();
     void copyIntoPlace();
     void removeTemporary();
     void leaveList();

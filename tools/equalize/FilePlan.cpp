@@ -1,13 +1,18 @@
 #include "tools/equalize/FilePlan.h"
 
 #include "tools/common/Errors.h"
+#include "tools/common/NamedDescriptor.h"
 #include "tools/common/OutputFile.h"
+#include "tools/common/OutputStream.h"
 #include "tools/common/Text.h"
 #include "tools/equalize/sound/OutputFormat.h"
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <system_error>
+
+#include <unistd.h>
 
 namespace eq {
 namespace {
@@ -95,11 +100,18 @@ private:
 class Conflicts {
 public:
     explicit Conflicts(const std::vector<FileJob>& jobs) {
-        for (const FileJob& job : jobs) m_readers.emplace(identityOf(job.input), &job);
+        for (const FileJob& job : jobs) {
+            requireNoTerminal(job.input, "has no sound: name a file, or use '|' or '<'");
+            m_readers.emplace(identityOf(job.input), &job);
+        }
     }
 
     void addOutput(const FileJob& job, bool mayReplaceItsInput) {
-        if (job.output.empty() || isDevice(job.output)) return;
+        if (job.output.empty()) return;
+        if (isStream(job.output)) {
+            addStream(job);
+            return;
+        }
         const fs::path identity = identityOf(job.output);
         const auto reader = m_readers.find(identity);
         const bool isItsInput = identity == identityOf(job.input);
@@ -112,23 +124,43 @@ public:
     }
 
     void addOtherOutput(const std::string& file) {
-        if (file.empty() || isDevice(file)) return;
+        if (file.empty()) return;
+        if (m_isOutputTaken && isStandardOutput(file))
+            throw UsageError(file + " is used twice: the sound goes there");
+        if (isStream(file)) return;
         const fs::path identity = identityOf(file);
         if (m_readers.contains(identity) || !m_writers.emplace(identity, file).second)
             throw UsageError(file + " is used twice");
     }
 
 private:
+    static void requireNoTerminal(const std::string& place, const char* why) {
+        const std::optional<int> number = descriptorNamedBy(place);
+        if (number && isatty(*number) == 1) throw UsageError(place + " is a terminal, which " + why);
+    }
+
+    void addStream(const FileJob& job) {
+        m_isOutputTaken = isStandardOutput(job.output);
+        requireNoTerminal(job.output, "shows no sound: name a file, or use '|' or '>'");
+        std::error_code ignored;
+        if (fs::is_regular_file(job.input, ignored) && fs::equivalent(job.input, job.output, ignored))
+            throw UsageError(job.input + " would be written while it is read");
+    }
+
+    bool m_isOutputTaken = false;
     std::map<fs::path, const FileJob*> m_readers;
     std::map<fs::path, std::string> m_writers; ///< and what each file is written for
 };
 
 } // namespace
 
-bool isDevice(const fs::path& file) {
-    std::error_code ignored;
-    const fs::file_status status = fs::status(file, ignored);
-    return fs::exists(status) && !fs::is_regular_file(status);
+void nameStandardStreams(FileArguments& arguments) {
+    for (std::string& file : arguments.files) {
+        if (file != "-") continue;
+        if (arguments.areInputs())
+            throw UsageError("- is standard input, which has no name for an output: use the form INPUT OUTPUT");
+        file = &file == arguments.files.data() ? "/dev/stdin" : "/dev/stdout";
+    }
 }
 
 std::vector<FileJob> planFiles(const FileArguments& arguments) {

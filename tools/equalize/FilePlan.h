@@ -27,8 +27,8 @@ struct FileArguments {
     [[nodiscard]] bool areInputs() const { return !outputFolder.empty() || !suffix.empty() || isRecursive; }
 };
 
-/// True for what exists and is no regular file, such as a pipe.
-[[nodiscard]] bool isDevice(const std::filesystem::path& file);
+/// Replaces "-" by the path of standard input or standard output. Throws UsageError in the form with several inputs.
+void nameStandardStreams(FileArguments& arguments);
 
 /// Returns all files to read and write. Throws UsageError if a file would be written twice, or an output is an input.
 /// Only in the form INPUT OUTPUT may the output be its own input.

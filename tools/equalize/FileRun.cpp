@@ -1,6 +1,8 @@
 #include "tools/equalize/FileRun.h"
 
 #include "tools/common/Errors.h"
+#include "tools/common/NamedDescriptor.h"
+#include "tools/common/OutputStream.h"
 #include "tools/common/Printable.h"
 #include "tools/common/Text.h"
 #include "tools/equalize/EffectInstance.h"
@@ -37,7 +39,12 @@ std::optional<SampleBits> bitsFrom(const Options& options) {
 
 bool isExistingFile(const std::string& place) {
     std::error_code ignored;
-    return std::filesystem::is_regular_file(place, ignored);
+    return std::filesystem::is_regular_file(place, ignored) && !isStream(place);
+}
+
+/// Standard output has no extension.
+std::string formatOf(const Options& options, const FileJob& job) {
+    return options.format.empty() && descriptorNamedBy(job.output) ? "wav" : options.format;
 }
 
 void showPlanned(const FileJob& job) {
@@ -76,20 +83,20 @@ FileOutcome FileRun::runOn(const FileJob& job) {
     const auto start = std::chrono::steady_clock::now();
     FileProgress progress(m_progress, job.weight);
     if (!job.fault.empty()) throw FileError(job.fault);
-    if (m_peakGain.isWanted() && isDevice(job.input))
-        throw FileError(job.input + ": --normalize and --headroom read the input twice, so it must be a file");
     if (isExistingFile(job.output)) {
         if (m_options.skipExisting) return skip(job);
         if (m_options.noClobber) throw FileError(job.output + ": the file exists, and --no-clobber keeps it");
     }
-    AudioReader reader(job.input, nonFinite());
+    SoundInput input(job.input);
+    if (m_peakGain.isWanted()) input.spool("it is read twice");
+    AudioReader reader(input, nonFinite());
     const FrequencyMap frequencies(reader.info().samplerate, !m_options.noRateCorrection);
     const Settings::Resolved values = m_settings.resolve(frequencies);
     if (m_isBatch)
         m_otherRates += frequencies.isAtDesignRate() ? 0U : 1U;
     else
         noteRate(m_options, m_settings, frequencies);
-    const SF_INFO format = outputFormatFor(job.output, reader.info(), bitsFrom(m_options));
+    const SF_INFO format = outputFormatFor(job.output, reader.info(), bitsFrom(m_options), formatOf(m_options, job));
     if (m_options.dryRun) {
         showPlanned(job);
         return FileOutcome::Written;
@@ -97,10 +104,11 @@ FileOutcome FileRun::runOn(const FileJob& job) {
     if (!m_isBatch) serveSettings(m_options, m_settings, values, frequencies);
 
     const int passes = m_peakGain.isWanted() ? 2 : 1;
-    const double gain = m_peakGain.isWanted() ? gainOf(job, values, format.format, progress) : 1.0;
+    const double gain = m_peakGain.isWanted() ? gainOf(input, values, format.format, progress) : 1.0;
     MultichannelEffect effects(m_library, values, reader.info().channels, reader.info().samplerate,
                                m_options.blockFrames);
     if (m_isBatch) createFolderOf(job.output);
+    noteSpools(m_options, job, input, format.format);
     noteFormat(m_options, job, reader, format.format);
     AudioWriter::Options writing{.quality = m_options.quality.value_or(AudioWriter::BestQuality),
                                  .dither = m_options.dither,
@@ -118,6 +126,7 @@ FileOutcome FileRun::runOn(const FileJob& job) {
              threadsFor(reader.info().format, format.format), progress);
     writer.finish();
     for (const std::string& loss : writer.notes()) note(m_options, job.output + ": " + loss);
+    noteLeftInPipe(m_options, reader);
     noteSamples(m_options, job, reader, writer);
     const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - start;
     if (!m_isBatch) noteSummary(m_options, job, writer, duration.count());
@@ -125,8 +134,8 @@ FileOutcome FileRun::runOn(const FileJob& job) {
 }
 
 /// The first of two passes: finds the peak after the effect.
-double FileRun::gainOf(const FileJob& job, const Settings::Resolved& values, int format, FileProgress& progress) {
-    AudioReader reader(job.input, nonFinite());
+double FileRun::gainOf(SoundInput& input, const Settings::Resolved& values, int format, FileProgress& progress) {
+    AudioReader reader(input, nonFinite());
     MultichannelEffect effects(m_library, values, reader.info().channels, reader.info().samplerate,
                                m_options.blockFrames);
     progress.expect((reader.info().frames + effects.delay()) * 2);
@@ -138,7 +147,7 @@ double FileRun::gainOf(const FileJob& job, const Settings::Resolved& values, int
     const double gain = m_peakGain.gainFor(peaks, format, m_options.dither);
     if (m_isBatch) return gain;
     const auto decibels = [](double factor) { return fixed(20.0 * std::log10(factor), 2); };
-    note(m_options, peaks.level() == 0.0 ? job.input + ": the sound is silent, so no gain is applied"
+    note(m_options, peaks.level() == 0.0 ? input.name() + ": the sound is silent, so no gain is applied"
                                          : "the peak after the effect is " + decibels(peaks.level()) +
                                                " dBFS; gain applied: " + decibels(gain) + " dB");
     return gain;

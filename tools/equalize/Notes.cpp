@@ -1,8 +1,11 @@
 #include "tools/equalize/Notes.h"
 
+#include "tools/common/OutputStream.h"
 #include "tools/common/Printable.h"
+#include "tools/common/SpoolFile.h"
 #include "tools/common/Text.h"
 #include "tools/equalize/StatusLine.h"
+#include "tools/equalize/pipes/StreamHeader.h"
 #include "tools/equalize/sound/OutputFormat.h"
 
 #include <cmath>
@@ -50,6 +53,22 @@ void noteFormat(const Options& options, const FileJob& job, const AudioReader& r
     if (isLossy(input) && isLossy(output))
         note(options, job.input + ": the input is already compressed with loss (" + formatName(input) +
                           "), and the output loses more; a FLAC or WAV file loses nothing more");
+}
+
+void noteSpools(const Options& options, const FileJob& job, const SoundInput& input, int output) {
+    if (!input.spoolReason().empty())
+        note(options, job.input + ": the input was copied into a temporary file in " + spoolFolder() + ", because " +
+                          input.spoolReason());
+    if (isStream(job.output) && !isWrittenInOrder(output))
+        note(options, job.output + ": the output waits in a temporary file in " + spoolFolder() + ", because " +
+                          formatName(output) + " is not written in order");
+}
+
+void noteLeftInPipe(const Options& options, const AudioReader& reader) {
+    std::string names;
+    for (const std::string& chunk : reader.leftInPipe()) names += (names.empty() ? "" : ", ") + chunk;
+    if (!names.empty())
+        note(options, reader.name() + ": what comes after the sound is not copied from a pipe: " + names);
 }
 
 void noteSamples(const Options& options, const FileJob& job, const AudioReader& reader, const AudioWriter& writer) {

@@ -21,6 +21,12 @@ void noteRate(const Options& options, const Settings& settings, const FrequencyM
 /// libsndfile's format.
 void noteFormat(const Options& options, const FileJob& job, const AudioReader& reader, int output);
 
+/// Notes what waits in a temporary file.
+void noteSpools(const Options& options, const FileJob& job, const SoundInput& input, int output);
+
+/// Notes chunks and tags after a sound that came through a pipe.
+void noteLeftInPipe(const Options& options, const AudioReader& reader);
+
 /// Notes samples that were replaced, and samples beyond full scale.
 void noteSamples(const Options& options, const FileJob& job, const AudioReader& reader, const AudioWriter& writer);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/common/NamedDescriptor.h"
 #include "tools/common/OutputFile.h"
 #include "tools/equalize/FilePlan.h"
 
@@ -27,6 +28,7 @@ struct Options {
     std::string plugin;
     std::optional<double> quality;
     std::string bits;
+    std::string format;
     int blockFrames = 2048;
     bool keepLatency = false;
     bool noRateCorrection = false;
@@ -41,6 +43,9 @@ struct Options {
     bool dryRun = false;
 
     [[nodiscard]] bool hasTaskWithoutFiles() const { return list || !plot.empty() || !savePreset.empty(); }
+    [[nodiscard]] bool writesSoundToStandardOutput() const {
+        return !files.areInputs() && files.files.size() == 2 && isStandardOutput(files.files[1]);
+    }
     /// For the files of --plot and --save-preset.
     [[nodiscard]] Replacing replacingOthers() const { return noClobber ? Replacing::Refused : Replacing::Allowed; }
     /// For the outputs.

@@ -16,8 +16,11 @@ namespace {
 void list(const Options& options, const EffectLibrary& library, const Settings::Resolved& settings,
           const FrequencyMap& frequencies) {
     const auto text = options.json ? parameterJson : parameterTable;
-    std::fputs(text(library, settings, frequencies).c_str(), stdout);
-    if (std::fflush(stdout) != 0) throw systemError("standard output", errno);
+    // Nothing but sound goes where the sound goes.
+    const bool isTaken = options.writesSoundToStandardOutput();
+    std::FILE* const stream = isTaken ? stderr : stdout;
+    std::fputs(text(library, settings, frequencies).c_str(), stream);
+    if (std::fflush(stream) != 0) throw systemError(isTaken ? "standard error" : "standard output", errno);
 }
 
 void plot(const Options& options, const EffectLibrary& library, const Settings::Resolved& values,

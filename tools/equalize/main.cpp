@@ -15,6 +15,7 @@
 #include "tools/equalize/SettingsOutput.h"
 #include "tools/equalize/sound/AudioReader.h"
 #include "tools/equalize/sound/AudioWriter.h"
+#include "tools/equalize/sound/OutputFormat.h"
 
 #include <cerrno>
 #include <chrono>
@@ -51,12 +52,14 @@ Examples:
   equalize --preset voice.preset --plot voice.svg talk.flac talk-clear.flac
   equalize --preset voice.preset --recursive --output-dir clear recordings
   equalize --band 3:freq=3150,gain=-6,q=8 --save-preset notch.preset
+  sox song.flac -t wav - | equalize --volume -4 - - --format mp3 > song.mp3
   equalize --list)";
 
 void declare(CLI::App& app, Options& options) {
     app.footer(Footer);
     app.add_option("FILE", options.files.files,
-                   "INPUT, an audio file to read: WAV, AIFF, FLAC, Ogg and others; OUTPUT, the file to write");
+                   "INPUT, an audio file to read: WAV, AIFF, FLAC, Ogg and others; OUTPUT, the file to write; - is "
+                   "standard input or standard output");
     app.add_option("--output-dir", options.files.outputFolder, "write every output into this folder")->type_name("DIR");
     app.add_option("--suffix", options.files.suffix, "put this text after the output's name, before its extension")
         ->type_name("TEXT");
@@ -102,6 +105,9 @@ void declare(CLI::App& app, Options& options) {
     app.add_option("--bits", options.bits, "sample format of OUTPUT: 16, 24, 32 or float")
         ->type_name("BITS")
         ->check(CLI::IsMember({"16", "24", "32", "float"}).description(""));
+    app.add_option("--format", options.format,
+                   "format of OUTPUT, named by its extension, such as flac; wav for standard output if not given")
+        ->type_name("NAME");
     app.add_option("--quality", options.quality,
                    "quality of Ogg Vorbis, Opus and MP3, 0 to 10: 10 is the best, and is used if not given")
         ->type_name("Q")
@@ -139,7 +145,8 @@ void runWithoutFiles(const Options& options, const Settings& settings) {
 
 /// For the tasks that need only the sampling rate of a file.
 void runOnInputAlone(const Options& options, const Settings& settings) {
-    const AudioReader reader(options.files.files.front());
+    SoundInput input(options.files.files.front());
+    const AudioReader reader(input);
     const FrequencyMap frequencies(reader.info().samplerate, !options.noRateCorrection);
     const Settings::Resolved values = settings.resolve(frequencies);
     noteRate(options, settings, frequencies);
@@ -181,11 +188,17 @@ int run(Options& options) {
         std::fputs(factoryPresetList().c_str(), stdout);
         return 0;
     }
+    nameStandardStreams(files);
     if (files.files.empty() && !options.hasTaskWithoutFiles())
         throw UsageError("INPUT and OUTPUT are missing; see --help");
     if (options.json && !options.list) throw UsageError("--json needs --list");
     if (options.headroom && !options.normalize.empty())
         throw UsageError("--normalize and --headroom exclude each other");
+    if (!options.format.empty() && !isFormatName(options.format))
+        throw UsageError("--format: there is no audio format " + eq::quoted(options.format) +
+                         "; wav, au, flac, ogg, opus, mp3, aiff and caf are some");
+    if (!options.format.empty() && files.areInputs())
+        throw UsageError("--format is for one OUTPUT: several outputs have the extensions of their inputs");
     const Settings settings = settingsFrom(options);
     const PeakGain peakGain = peakGainFrom(options);
     if (options.dryRun && !files.areInputs() && files.files.size() < 2)

@@ -1,5 +1,7 @@
 #include "tools/equalize/sound/AudioReader.h"
 
+#include "support/BinaryReader.h"
+#include "support/BinaryWriter.h"
 #include "tools/common/Errors.h"
 #include "tools/common/Text.h"
 #include "tools/equalize/sound/Mpg123Source.h"
@@ -9,22 +11,14 @@
 #include "tools/equalize/sound/SoundDataSize.h"
 #include "tools/equalize/sound/SoundFileError.h"
 
-#include <cerrno>
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <optional>
-
-#include <sys/stat.h>
-#include <unistd.h>
+#include <string_view>
 
 namespace eq {
 namespace {
-
-/// libsndfile has one message for all that the system can say.
-void requireReadableFile(const std::string& name) {
-    struct stat file = {};
-    if (stat(name.c_str(), &file) != 0 || access(name.c_str(), R_OK) != 0) throw systemError(name, errno);
-    if (S_ISDIR(file.st_mode)) throw systemError(name, EISDIR);
-}
 
 void requireCompleteData(const SoundDataSize& size) {
     if (size.present < size.promised)
@@ -46,6 +40,28 @@ void requireWholeSound(const SoundDataSize& size, const SF_INFO& info) {
                         std::to_string(size.present) + " bytes could be read");
 }
 
+bool isOpen(const PipeLayout& layout) {
+    constexpr std::uint64_t OpenAu = 0xFFFFFFFF;
+    if (layout.frameBytes == 0) return false;
+    if (layout.soundSize == 0) return true;
+    return layout.hasChunks ? isPlaceholderLength(layout.soundSize / layout.frameBytes, layout.frameBytes)
+                            : layout.soundSize == OpenAu;
+}
+
+/// libsndfile reads to the end of an AU file with the largest size, and to the end of a WAV file with the sizes that
+/// programs write first: 8 and 0.
+void leaveSizeOpen(PipeSource& pipe, const PipeLayout& layout) {
+    constexpr std::uint64_t OuterSizePosition = 4;
+    if (layout.hasChunks) {
+        BinaryWriter outerSize(layout.order);
+        outerSize.write(std::uint32_t{8});
+        pipe.correct(OuterSizePosition, outerSize.written());
+        pipe.correct(layout.sizePosition, std::string(4, '\0'));
+    } else {
+        pipe.correct(layout.sizePosition, std::string(4, '\xFF'));
+    }
+}
+
 /// The time of a frame, as minutes and seconds.
 std::string timeOf(sf_count_t frame, int rate) {
     const double seconds = static_cast<double>(frame) / rate;
@@ -56,36 +72,86 @@ std::string timeOf(sf_count_t frame, int rate) {
 
 } // namespace
 
-AudioReader::AudioReader(const std::filesystem::path& file, NonFinite nonFinite)
-    : m_name(file.string()), m_nonFinite(nonFinite) {
-    requireReadableFile(m_name);
+AudioReader::AudioReader(SoundInput& input, NonFinite nonFinite)
+    : m_input(input), m_name(input.name()), m_nonFinite(nonFinite) {
     try {
-        const SoundDataSize size = soundDataSizeOf(m_name).value_or(SoundDataSize{});
-        m_metadata = std::make_unique<SndfileSource>(m_name, size.corrections);
-        m_info = m_metadata->info();
-        m_isLengthOpen = size.isOpen;
-        requireCompleteData(size);
-        requireWholeSound(size, m_info);
-        if ((m_info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG) {
-            // All frames are counted first, and a pipe can be read once.
-            if (!std::filesystem::is_regular_file(file)) throw FileError("MP3 in a pipe has no length; save it first");
-            m_decoder = std::make_unique<Mpg123Source>(m_name, m_info.format);
-            m_info = m_decoder->info();
-        }
-        if ((m_info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_OGG)
-            if (const std::string fault = faultOfOgg(m_name); !fault.empty()) throw FileError(fault);
+        if (PipeSource* const pipe = m_input.pipe()) openPipe(*pipe);
+        if (!m_input.pipe()) openFile();
     } catch (const FileError& error) {
-        throw FileError(m_name + ": " + error.what());
+        const bool namesFile = std::string_view(error.what()).starts_with(m_name + ":");
+        throw FileError(namesFile ? error.what() : m_name + ": " + error.what());
     }
+    if (!m_isLengthKnown) m_info.frames = 0;
+    m_speakers = speakersOf(m_input.openMetadata(), handle(), m_info);
+}
+
+void AudioReader::openFile() {
+    const std::string& path = m_input.path();
+    const SoundDataSize size = soundDataSizeOf(path).value_or(SoundDataSize{});
+    m_metadata = std::make_unique<SndfileSource>(path, size.corrections);
+    m_info = m_metadata->info();
+    m_isLengthOpen = size.isOpen;
+    requireCompleteData(size);
+    requireWholeSound(size, m_info);
+    if ((m_info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG) {
+        m_decoder = std::make_unique<Mpg123Source>(path, m_info.format);
+        m_info = m_decoder->info();
+    }
+    if ((m_info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_OGG)
+        if (const std::string fault = faultOfOgg(path); !fault.empty()) throw FileError(fault);
     m_isLengthKnown = m_info.frames != SoundSource::UnknownLength;
     if (!m_isLengthKnown && (m_info.format & SF_FORMAT_TYPEMASK) != SF_FORMAT_FLAC)
-        throw FileError(m_name + ": its length cannot be found: it is cut off, damaged, or no file");
-    const int frameBytes = bytesPerSample(m_info.format) * m_info.channels;
-    if (!std::filesystem::is_regular_file(file) && frameBytes != 0 &&
-        isPlaceholderLength(static_cast<std::uint64_t>(m_info.frames), static_cast<std::uint64_t>(frameBytes)))
-        m_isLengthKnown = false;
-    if (!m_isLengthKnown) m_info.frames = 0;
-    m_speakers = speakersOf(m_name, handle(), m_info);
+        throw FileError("its length cannot be found: it is cut off or damaged");
+}
+
+void AudioReader::openPipe(PipeSource& pipe) {
+    const PipeLayout& layout = m_input.layout();
+    const bool isSizeOpen = isOpen(layout);
+    if (layout.soundBegin != 0) pipe.limitParsing(layout.soundBegin);
+    if (isSizeOpen) leaveSizeOpen(pipe, layout);
+    if (layout.isMpeg) {
+        pipe.endParsing();
+        m_decoder = std::make_unique<Mpg123Source>(pipe);
+        m_info = m_decoder->info();
+    } else {
+        if (pipe.head(4) == "OggS") pipe.watchOgg();
+        m_metadata = std::make_unique<SndfileSource>(pipe);
+        pipe.endParsing();
+        m_info = m_metadata->info();
+    }
+    pipe.requireSuccess();
+    m_isLengthKnown = !isSizeOpen && !layout.isMpeg && m_info.frames != SoundSource::UnknownLength;
+    if (m_isLengthKnown && layout.frameBytes != 0 &&
+        static_cast<std::uint64_t>(m_info.frames) != layout.soundSize / layout.frameBytes) {
+        // libsndfile derives another length from the header, and a file shows which is right.
+        m_metadata.reset();
+        m_input.spool("its header contradicts itself");
+        return;
+    }
+    // More frames than a header frame promises may follow.
+    if (layout.isMpeg && m_info.frames != SoundSource::UnknownLength) m_leastFrames = m_info.frames;
+}
+
+/// Reads the rest of the pipe: chunks after a sound of known size, and what no reader of the format reads.
+void AudioReader::endPipe(PipeSource& pipe) {
+    pipe.requireSuccess();
+    const PipeLayout& layout = m_input.layout();
+    if (layout.hasChunks && m_isLengthKnown && m_framesRead == m_info.frames) {
+        std::uint64_t position = layout.soundBegin + layout.soundSize + layout.soundSize % 2;
+        for (;;) {
+            std::array<char, 8> bytes;
+            pipe.seek(position);
+            if (pipe.read(bytes.data(), bytes.size()) < bytes.size()) break;
+            BinaryReader header(bytes.data(), bytes.size(), layout.order);
+            m_leftInPipe.emplace_back(header.readBytes(4));
+            const std::uint64_t size = header.read<std::uint32_t>();
+            position += bytes.size() + size + size % 2;
+        }
+    }
+    if (const auto* const mpeg = dynamic_cast<const Mpg123Source*>(m_decoder.get()))
+        if (mpeg->hasTagsLeftInPipe() && m_leftInPipe.empty()) m_leftInPipe.emplace_back("tags of MP3");
+    pipe.drain();
+    pipe.requireSuccess();
 }
 
 sf_count_t AudioReader::read(float* interleaved, sf_count_t frames) {
@@ -93,11 +159,13 @@ sf_count_t AudioReader::read(float* interleaved, sf_count_t frames) {
     const sf_count_t count = source.read(interleaved, frames);
     checkSamples(interleaved, count);
     m_framesRead += count;
+    if (PipeSource* const pipe = m_input.pipe(); pipe != nullptr && count < frames) endPipe(*pipe);
     const std::string error = count < frames ? source.error() : "";
     const bool isAtEnd = m_isLengthKnown ? m_framesRead == m_info.frames : error.empty();
-    if (count == frames || isAtEnd) return count;
+    if (count == frames || (isAtEnd && m_framesRead >= m_leastFrames)) return count;
     std::string message = m_name + ": the file ends early: " + std::to_string(m_framesRead);
-    if (m_isLengthKnown) message += " of " + std::to_string(m_info.frames);
+    if (m_isLengthKnown || m_leastFrames > 0)
+        message += " of " + std::to_string(std::max(m_info.frames, m_leastFrames));
     message += " frames could be read";
     if (!error.empty()) message += ": " + error;
     throw FileError(message);

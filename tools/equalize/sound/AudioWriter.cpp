@@ -1,6 +1,8 @@
 #include "tools/equalize/sound/AudioWriter.h"
 
 #include "tools/common/Errors.h"
+#include "tools/common/OutputStream.h"
+#include "tools/equalize/pipes/StreamHeader.h"
 #include "tools/equalize/sound/FormatLimits.h"
 #include "tools/equalize/sound/OutputFormat.h"
 #include "tools/equalize/sound/SampleMagnitudes.h"
@@ -79,18 +81,24 @@ SF_VIRTUAL_IO AudioWriter::sinkFunctions() {
 AudioWriter::AudioWriter(const std::filesystem::path& place, const SF_INFO& format, const AudioReader& source,
                          const Options& options)
     : m_metadata(source, format.format),
-      m_output(place, options.replacing),
       m_name(place.string()),
       m_info(format),
       m_order(channelOrderFor(m_name, format, source)),
-      m_sink{m_output.descriptor(), 0},
+      m_sink{-1, 0},
       m_integerBits(integerBits(format.format)) {
-    if (const std::string fault = options.frames ? faultOfLength(m_info, *options.frames) : ""; !fault.empty())
-        throw FileError(m_name + ": " + fault);
     m_info.format = formatWithSpeakers(m_info, m_order.speakers);
-    SF_VIRTUAL_IO functions = sinkFunctions();
+    if (isStream(place) && isWrittenInOrder(m_info.format)) {
+        openStreamed(place, options.frames);
+    } else {
+        m_output = std::make_unique<OutputFile>(place, options.replacing);
+        m_sink.descriptor = m_output->descriptor();
+        if (const std::string fault = options.frames ? faultOfLength(m_info, *options.frames) : ""; !fault.empty())
+            throw FileError(m_name + ": " + fault);
+    }
+    SF_VIRTUAL_IO functions = m_stream ? PipeSink::functions() : sinkFunctions();
+    void* const sink = m_stream ? static_cast<void*>(m_stream.get()) : &m_sink;
     auto lock = lockSoundFileOpening();
-    m_file.reset(sf_open_virtual(&functions, SFM_WRITE, &m_info, &m_sink));
+    m_file.reset(sf_open_virtual(&functions, SFM_WRITE, &m_info, sink));
     if (!m_file) {
         if (m_sink.error != 0) fail();
         throw FileError(m_name + ": cannot be written as " + formatName(format.format) + ": " +
@@ -107,6 +115,20 @@ AudioWriter::AudioWriter(const std::filesystem::path& place, const SF_INFO& form
     if (options.dither) m_dither.emplace();
 }
 
+void AudioWriter::openStreamed(const std::filesystem::path& place, std::optional<sf_count_t> frames) {
+    const auto complete = [this, frames](const std::string& header) {
+        // The tags of MPEG come in front of the frame with the length, and other lengths are in front of all tags.
+        const bool isMpeg = (m_info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG;
+        const auto withLength = [&](std::string bytes) {
+            return withStreamLength(std::move(bytes), m_info.format, frames);
+        };
+        MetadataCopy::StreamParts parts = m_metadata.addToStream(isMpeg ? withLength(header) : header);
+        m_streamTrailer = std::move(parts.trailer);
+        return isMpeg ? std::move(parts.header) : withLength(std::move(parts.header));
+    };
+    m_stream = std::make_unique<PipeSink>(openStream(place), m_name, m_info.format, complete);
+}
+
 void AudioWriter::setQuality(double quality) {
     // LAME's highest constant rate is above its best variable one.
     int mode = quality < BestQuality ? SF_BITRATE_MODE_VARIABLE : SF_BITRATE_MODE_CONSTANT;
@@ -116,12 +138,14 @@ void AudioWriter::setQuality(double quality) {
 }
 
 void AudioWriter::fail() const {
+    if (m_stream) m_stream->requireSuccess();
     if (m_sink.error != 0) throw systemError(m_name, m_sink.error);
     throw FileError(m_name + ": cannot be written: " + soundFileError(m_file.get()));
 }
 
 void AudioWriter::write(const float* interleaved, sf_count_t frames) {
     const sf_count_t samples = frames * m_info.channels;
+    if (m_stream) m_stream->beginSound();
     const float* const ordered = inOrder(interleaved, frames);
     measure(ordered, samples);
     if (m_integerBits != 0)
@@ -129,6 +153,7 @@ void AudioWriter::write(const float* interleaved, sf_count_t frames) {
     else if (sf_write_float(m_file.get(), ordered, samples) != samples)
         fail();
     if (m_sink.error != 0) fail();
+    if (m_stream) m_stream->requireSuccess();
     m_framesWritten += frames;
 }
 
@@ -162,13 +187,26 @@ void AudioWriter::writeIntegers(const float* interleaved, sf_count_t samples) {
 }
 
 void AudioWriter::finish() {
+    if (m_stream) {
+        finishStream();
+        return;
+    }
     m_file.reset();
     if (m_sink.error != 0) throw systemError(m_name, m_sink.error);
     // Some formats cannot be read back without sound, nor take tags.
     if (m_framesWritten == 0) verify();
     m_metadata.addAfterSound(FileBytes(m_sink.descriptor, m_name));
     verify();
-    m_output.commit();
+    m_output->commit();
+}
+
+void AudioWriter::finishStream() {
+    const int container = m_info.format & SF_FORMAT_TYPEMASK;
+    if (m_framesWritten == 0 && (container == SF_FORMAT_FLAC || container == SF_FORMAT_MPEG))
+        throw FileError(m_name + ": " + formatName(m_info.format) + " cannot hold 0 frames");
+    m_stream->endSound();
+    m_file.reset();
+    m_stream->finish(m_streamTrailer);
 }
 
 /// Reads the file once more before it replaces another. libsndfile writes some files that cannot be read, for example a

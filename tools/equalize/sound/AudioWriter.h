@@ -1,11 +1,13 @@
 #pragma once
 
 #include "tools/common/OutputFile.h"
+#include "tools/equalize/pipes/PipeSink.h"
 #include "tools/equalize/sound/AudioReader.h"
 #include "tools/equalize/sound/Dither.h"
 #include "tools/equalize/sound/MetadataCopy.h"
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,7 +17,8 @@
 namespace eq {
 
 /// An audio file that is written from its beginning to its end, and that takes its place when `finish` has written
-/// the last of it and has found all frames in it. Its channels are in the order of its format.
+/// the last of it and has found all frames in it. Its channels are in the order of its format. Into a stream, such as a
+/// pipe, the sound goes as it comes, if the format permits it.
 ///
 /// Samples that go into integers are rounded to the nearest and limited to full scale; libsndfile would scale by one
 /// step less than full scale, or cut the fraction off. What goes into floats keeps values beyond full scale.
@@ -63,10 +66,14 @@ private:
     void setQuality(double quality);
     void verify();
     void writeIntegers(const float* interleaved, sf_count_t samples);
+    void openStreamed(const std::filesystem::path& place, std::optional<sf_count_t> frames);
+    void finishStream();
     [[noreturn]] void fail() const;
 
     MetadataCopy m_metadata;
-    OutputFile m_output;
+    std::unique_ptr<PipeSink> m_stream;   ///< null for a file
+    std::unique_ptr<OutputFile> m_output; ///< null for a stream
+    std::string m_streamTrailer;
     std::string m_name;
     SF_INFO m_info;
     ChannelOrder m_order;

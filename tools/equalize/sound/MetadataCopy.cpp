@@ -3,15 +3,12 @@
 #include "tools/common/Errors.h"
 #include "tools/equalize/sound/NativeTags.h"
 #include "tools/equalize/sound/OutputFormat.h"
+#include "tools/equalize/sound/TrailingTags.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstddef>
 #include <limits>
 #include <set>
-
-#include <fcntl.h>
-#include <sys/stat.h>
 
 namespace eq {
 namespace {
@@ -33,14 +30,6 @@ std::optional<ChunkFamily> chunkFamilyOf(int format) {
     default:
         return std::nullopt;
     }
-}
-
-FileDescriptor openRegularFile(const std::string& name) {
-    struct stat file = {};
-    if (stat(name.c_str(), &file) != 0 || !S_ISREG(file.st_mode)) return {};
-    FileDescriptor descriptor(open(name.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!descriptor) throw systemError(name, errno);
-    return descriptor;
 }
 
 template <typename Record>
@@ -85,14 +74,11 @@ MetadataCopy::MetadataCopy(const AudioReader& source, int outputFormat)
       m_inputFormat(source.info().format),
       m_outputFormat(outputFormat),
       m_channels(source.info().channels),
-      m_descriptor(openRegularFile(m_name)),
+      m_descriptor(source.openMetadata()),
       m_bytes(m_descriptor.get(), m_name) {
-    if (m_descriptor)
-        readSource(source.isLengthOpen());
-    else
-        m_notes.push_back(m_name + " is a pipe or a device: only its titles and the like are copied");
+    readSource(source.isLengthOpen());
     // libsndfile's texts repeat tags that are already there.
-    if (m_chunks || !m_descriptor || !SoundTags::knows(m_inputFormat)) m_tags.addTexts(m_source);
+    if (m_chunks || !SoundTags::knows(m_inputFormat)) m_tags.addTexts(m_source);
     noteLostChunks();
     if (!m_copiesChunks) noteLostTags();
 }
@@ -138,9 +124,23 @@ void MetadataCopy::addAfterSound(const FileBytes& output) {
         return;
     }
     if (!SoundTags::knows(m_outputFormat)) return;
-    if (staysMpeg() && m_descriptor && copyMpegTags(m_bytes, output)) return;
+    if (staysMpeg() && copyMpegTags(m_bytes, output)) return;
     if (!m_tags.empty()) m_tags.write(output, m_outputFormat);
-    if (m_descriptor) copyFlacBlocks(m_bytes, output);
+    copyFlacBlocks(m_bytes, output);
+}
+
+//  header | sound            the header is completed like a file without sound
+MetadataCopy::StreamParts MetadataCopy::addToStream(const std::string& header) {
+    constexpr std::size_t ChunkHeader = 8;
+    const bool isMpeg = containerOf(m_outputFormat) == SF_FORMAT_MPEG;
+    // Chunks come in front of the header of the sound's chunk, and tags of MPEG in front of all.
+    const std::size_t kept = isMpeg ? 0 : header.size() - (chunkFamilyOf(m_outputFormat) ? ChunkHeader : 0);
+    const FileDescriptor memory = fileInMemory(header.substr(0, kept));
+    const FileBytes bytes(memory.get(), "the header");
+    addAfterSound(bytes);
+    const std::uint64_t trailing = isMpeg ? trailingTagSize(bytes) : 0;
+    const std::uint64_t leading = bytes.length() - trailing;
+    return {bytes.read(0, leading) + header.substr(kept), bytes.read(leading, trailing)};
 }
 
 void MetadataCopy::copyChunk(const Chunk& chunk, ChunkAppender& output) {

@@ -30,6 +30,14 @@ public:
     /// Completes a file that libsndfile has closed. Throws FileError.
     void addAfterSound(const FileBytes& output);
 
+    /// What surrounds the sound of a stream.
+    struct StreamParts {
+        std::string header;
+        std::string trailer;
+    };
+    /// Adds to the header of a stream what `addAfterSound` adds to a file. Throws FileError.
+    [[nodiscard]] StreamParts addToStream(const std::string& header);
+
     /// What the output cannot hold, one sentence each.
     [[nodiscard]] const std::vector<std::string>& notes() const { return m_notes; }
 
@@ -47,7 +55,7 @@ private:
     int m_inputFormat;
     int m_outputFormat;
     int m_channels;
-    FileDescriptor m_descriptor; ///< empty if the source is no regular file
+    FileDescriptor m_descriptor;
     FileBytes m_bytes;
     std::optional<ContainerChunks> m_chunks;
     bool m_copiesChunks = false;

@@ -50,41 +50,66 @@ std::optional<std::int64_t> promisedFrames(const FileBytes& file, std::int64_t f
 
 } // namespace
 
+ssize_t Mpg123Source::Stream::read(char* bytes, std::size_t count) {
+    if (pipe) return static_cast<ssize_t>(pipe->read(bytes, count));
+    const std::int64_t left = length - lseek(descriptor.get(), 0, SEEK_CUR);
+    const auto most = static_cast<std::size_t>(std::max<std::int64_t>(0, left));
+    return ::read(descriptor.get(), bytes, std::min(count, most));
+}
+
+off_t Mpg123Source::Stream::seek(off_t offset, int whence) const {
+    if (pipe) return -1;
+    if (whence != SEEK_END) return lseek(descriptor.get(), offset, whence);
+    return lseek(descriptor.get(), length + offset, SEEK_SET);
+}
+
+Mpg123Source::Mpg123Source(PipeSource& pipe) : m_stream{{}, 0, std::make_unique<MpegPipe>(pipe)} {
+    open();
+    readInfo();
+    constexpr std::array Layers = {SF_FORMAT_MPEG_LAYER_I, SF_FORMAT_MPEG_LAYER_II, SF_FORMAT_MPEG_LAYER_III};
+    mpg123_frameinfo frame = {};
+    if (mpg123_info(m_decoder.get(), &frame) != MPG123_OK || frame.layer < 1 || frame.layer > 3)
+        throw FileError(std::string("not a readable audio file: ") + mpg123_strerror(m_decoder.get()));
+    m_info.format = SF_FORMAT_MPEG | Layers.at(static_cast<std::size_t>(frame.layer) - 1);
+    const off_t length = mpg123_length(m_decoder.get());
+    m_info.frames = length > 0 ? length : UnknownLength;
+}
+
 Mpg123Source::Mpg123Source(const std::string& name, int format)
-    : m_stream{FileDescriptor(::open(name.c_str(), O_RDONLY | O_CLOEXEC)), 0} {
+    : m_stream{FileDescriptor(::open(name.c_str(), O_RDONLY | O_CLOEXEC)), 0, nullptr} {
     if (!m_stream.descriptor) throw systemError("cannot be opened", errno);
     const FileBytes bytes = bytesOf(m_stream.descriptor);
     m_stream.length = static_cast<std::int64_t>(bytes.length() - trailingTagSize(bytes));
-    m_decoder.reset(mpg123_new(nullptr, nullptr));
-    if (!m_decoder) throw FileError("libmpg123 cannot be used");
     open();
-
-    long rate = 0;
-    int encoding = 0;
-    mpg123_getformat(m_decoder.get(), &rate, &m_info.channels, &encoding);
-    m_info.samplerate = static_cast<int>(rate);
+    readInfo();
     m_info.format = format;
-    m_info.seekable = 1;
     requireAllFrames();
     m_info.frames = mpg123_length(m_decoder.get());
 }
 
+void Mpg123Source::readInfo() {
+    long rate = 0;
+    int encoding = 0;
+    mpg123_getformat(m_decoder.get(), &rate, &m_info.channels, &encoding);
+    m_info.samplerate = static_cast<int>(rate);
+    m_info.seekable = 1;
+}
+
 void Mpg123Source::open() {
+    m_decoder.reset(mpg123_new(nullptr, nullptr));
+    if (!m_decoder) throw FileError("libmpg123 cannot be used");
     mpg123_handle* const decoder = m_decoder.get();
     mpg123_param(decoder, MPG123_REMOVE_FLAGS, MPG123_AUTO_RESAMPLE, 0.0);
     // The sound goes on after a damaged or foreign stretch of any length.
     mpg123_param(decoder, MPG123_RESYNC_LIMIT, -1, 0.0);
     mpg123_param(decoder, MPG123_ADD_FLAGS, MPG123_FORCE_FLOAT | MPG123_GAPLESS | MPG123_QUIET, 0.0);
+    // The decoder goes back a few frames when it starts.
+    if (m_stream.pipe) mpg123_param(decoder, MPG123_ADD_FLAGS, MPG123_SEEKBUFFER, 0.0);
     const auto read = [](void* data, void* bytes, size_t count) -> ssize_t {
-        const auto& stream = *static_cast<Stream*>(data);
-        const std::int64_t left = stream.length - lseek(stream.descriptor.get(), 0, SEEK_CUR);
-        const auto most = static_cast<std::size_t>(std::max<std::int64_t>(0, left));
-        return ::read(stream.descriptor.get(), bytes, std::min(count, most));
+        return static_cast<Stream*>(data)->read(static_cast<char*>(bytes), count);
     };
     const auto seek = [](void* data, off_t offset, int whence) -> off_t {
-        const auto& stream = *static_cast<Stream*>(data);
-        if (whence != SEEK_END) return lseek(stream.descriptor.get(), offset, whence);
-        return lseek(stream.descriptor.get(), stream.length + offset, SEEK_SET);
+        return static_cast<Stream*>(data)->seek(offset, whence);
     };
     mpg123_replace_reader_handle(decoder, read, seek, nullptr);
     long rate = 0;
@@ -125,6 +150,8 @@ sf_count_t Mpg123Source::read(float* interleaved, sf_count_t frames) {
             m_error = "the sampling rate or the number of channels changes";
             break;
         }
+        // The last frame is cut off, which is no error in a file, either.
+        if (m_stream.pipe && mpg123_errcode(m_decoder.get()) == MPG123_ERR_READER) break;
         if (result != MPG123_OK) {
             m_error = mpg123_strerror(m_decoder.get());
             break;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FileDescriptor.h"
+#include "tools/equalize/sound/MpegPipe.h"
 #include "tools/equalize/sound/SoundSource.h"
 
 #include <cstdint>
@@ -19,6 +20,13 @@ public:
     /// decoded, or has fewer frames than its header frame promises.
     Mpg123Source(const std::string& name, int format);
 
+    /// Reads from a pipe, which must outlive the source. The length is unknown without a header frame. Throws
+    /// FileError.
+    explicit Mpg123Source(PipeSource& pipe);
+
+    /// Whether tags have followed the sound of a pipe.
+    [[nodiscard]] bool hasTagsLeftInPipe() const { return m_stream.pipe && m_stream.pipe->hasTrailingTags(); }
+
     [[nodiscard]] sf_count_t read(float* interleaved, sf_count_t frames) override;
     [[nodiscard]] std::string error() const override { return m_error; }
 
@@ -31,9 +39,14 @@ private:
     struct Stream {
         FileDescriptor descriptor;
         std::int64_t length;
+        std::unique_ptr<MpegPipe> pipe; ///< in place of the file
+
+        ssize_t read(char* bytes, std::size_t count);
+        off_t seek(off_t offset, int whence) const;
     };
 
     void open();
+    void readInfo();
     void requireAllFrames();
 
     Stream m_stream;

@@ -1,6 +1,7 @@
 #include "tools/equalize/sound/OggLinks.h"
 
 #include "support/BinaryReader.h"
+#include "tools/equalize/pipes/OggPageWatch.h"
 
 #include <array>
 #include <cstdint>
@@ -31,10 +32,7 @@ std::string faultOfOgg(const std::string& file) {
             if (page.readBytes(4) != "OggS") return ""; // libsndfile finds the next page, or the sound ends here
             page.skip(1);
             const bool beginsStream = (page.read<std::uint8_t>() & BeginOfStream) != 0;
-            if (beginsStream && hasSound)
-                return "several Ogg streams one after the other, of which only the first could be read: divide the "
-                       "file at byte " +
-                       std::to_string(position);
+            if (beginsStream && hasSound) return OggPageWatch::severalStreams(position);
             hasSound = hasSound || !beginsStream;
             page.skip(20);
             const std::size_t segments = page.read<std::uint8_t>();
@@ -43,7 +41,7 @@ std::string faultOfOgg(const std::string& file) {
         } catch (const EndOfData&) {
             position = length + 1;
         }
-        if (position > length) return "the file ends early: its last Ogg page is cut off";
+        if (position > length) return OggPageWatch::CutOff;
     }
     return "";
 }

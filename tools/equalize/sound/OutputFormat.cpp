@@ -90,11 +90,10 @@ int sampleFormatFrom(SampleBits bits) {
     return Formats.at(static_cast<std::size_t>(bits));
 }
 
-SF_INFO usualFormatFor(const std::filesystem::path& place, const SF_INFO& input) {
+SF_INFO usualFormatFor(const std::filesystem::path& place, const SF_INFO& input, const std::string& extension) {
     SF_INFO output = {};
     output.samplerate = input.samplerate;
     output.channels = input.channels;
-    const std::string extension = extensionOf(place);
     const int wanted = formatOfExtension(extension, input.format);
     if (wanted == 0 && !extension.empty())
         throw UsageError(place.string() + ": no kind of audio file has the extension " + eq::quoted("." + extension) +
@@ -120,8 +119,9 @@ SF_INFO usualFormatFor(const std::filesystem::path& place, const SF_INFO& input)
 
 } // namespace
 
-SF_INFO outputFormatFor(const std::filesystem::path& place, const SF_INFO& input, std::optional<SampleBits> bits) {
-    SF_INFO output = usualFormatFor(place, input);
+SF_INFO outputFormatFor(const std::filesystem::path& place, const SF_INFO& input, std::optional<SampleBits> bits,
+                        const std::string& format) {
+    SF_INFO output = usualFormatFor(place, input, format.empty() ? extensionOf(place) : format);
     if (!bits || isLossy(output.format)) return output;
     output.format = (output.format & ~SF_FORMAT_SUBMASK) | sampleFormatFrom(*bits);
     if (canWrite(output)) return output;
@@ -147,7 +147,11 @@ std::string containerName(int format) {
 }
 
 bool hasAudioExtension(const std::filesystem::path& file) {
-    return formatOfExtension(extensionOf(file), 0) != 0;
+    return isFormatName(extensionOf(file));
+}
+
+bool isFormatName(const std::string& name) {
+    return formatOfExtension(name, 0) != 0;
 }
 
 std::string formatName(int format) {

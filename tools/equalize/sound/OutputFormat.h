@@ -16,10 +16,15 @@ enum class SampleBits { Bits16, Bits24, Bits32, Float };
 /// the best that the container takes. Throws UsageError for an unknown extension, and FileError if the container takes
 /// no sample format.
 ///
+/// `format`, if it is not empty, replaces the extension.
+///
 /// `bits` replaces the sample format, except in a lossy output, which has none. Throws UsageError if the container
 /// does not take it.
 [[nodiscard]] SF_INFO outputFormatFor(const std::filesystem::path& place, const SF_INFO& input,
-                                      std::optional<SampleBits> bits = std::nullopt);
+                                      std::optional<SampleBits> bits = std::nullopt, const std::string& format = "");
+
+/// Whether a format has this name, which is an extension.
+[[nodiscard]] bool isFormatName(const std::string& name);
 
 /// Whether the samples are compressed with loss by Ogg Vorbis, Opus or MPEG.
 [[nodiscard]] bool isLossy(int format);

@@ -14,6 +14,17 @@ SndfileSource::SndfileSource(const std::string& name, std::vector<HeaderCorrecti
         SF_VIRTUAL_IO functions = PatchedFile::functions();
         m_file.reset(sf_open_virtual(&functions, SFM_READ, &m_info, m_patched.get()));
     }
+    requireOpen();
+}
+
+SndfileSource::SndfileSource(PipeSource& pipe) {
+    const auto lock = lockSoundFileOpening();
+    SF_VIRTUAL_IO functions = PipeSource::functions();
+    m_file.reset(sf_open_virtual(&functions, SFM_READ, &m_info, &pipe));
+    requireOpen();
+}
+
+void SndfileSource::requireOpen() const {
     if (!m_file) throw FileError(std::string("not a readable audio file: ") + soundFileError(nullptr));
 }
 

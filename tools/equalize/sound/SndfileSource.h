@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/equalize/pipes/PipeSource.h"
 #include "tools/equalize/sound/PatchedFile.h"
 #include "tools/equalize/sound/SoundSource.h"
 
@@ -19,6 +20,8 @@ class SndfileSource final : public SoundSource {
 public:
     /// Throws FileError, without the file's name, if libsndfile cannot read the file.
     SndfileSource(const std::string& name, std::vector<HeaderCorrection> corrections);
+    /// `pipe` must outlive the source.
+    explicit SndfileSource(PipeSource& pipe);
 
     [[nodiscard]] sf_count_t read(float* interleaved, sf_count_t frames) override;
     [[nodiscard]] std::string error() const override;
@@ -27,6 +30,8 @@ public:
     [[nodiscard]] SNDFILE* handle() const { return m_file.get(); }
 
 private:
+    void requireOpen() const;
+
     std::unique_ptr<PatchedFile> m_patched;
     SoundFile m_file; // closed before the patched file ends
 };

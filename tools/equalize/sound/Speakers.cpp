@@ -1,14 +1,14 @@
 #include "tools/equalize/sound/Speakers.h"
 
+#include "tools/equalize/sound/FileBytes.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <numeric>
+#include <string>
 #include <string_view>
-#include <system_error>
 
 namespace eq {
 namespace {
@@ -82,13 +82,10 @@ Speakers fixedLayout(const SF_INFO& info) {
 }
 
 /// Programs name other speakers than the fixed ones in a comment of a FLAC file, as the mask of extensible WAV.
-Speakers speakersInComment(const std::string& name, int channels) {
+Speakers speakersInComment(const FileDescriptor& file, int channels) {
     constexpr std::size_t Searched = 65536;
     constexpr std::string_view Key = "WAVEFORMATEXTENSIBLE_CHANNEL_MASK=0x";
-    std::error_code ignored;
-    if (!std::filesystem::is_regular_file(name, ignored)) return {};
-    std::string begin(Searched, '\0');
-    std::ifstream(name, std::ios::binary).read(begin.data(), Searched);
+    const std::string begin = FileBytes(file.get(), "").read(0, Searched);
     const std::size_t found = begin.find(Key);
     if (found == std::string::npos) return {};
     unsigned mask = 0;
@@ -137,10 +134,10 @@ ChannelOrder inWavOrder(const Speakers& speakers) {
 
 } // namespace
 
-Speakers speakersOf(const std::string& name, SNDFILE* file, const SF_INFO& info) {
+Speakers speakersOf(const FileDescriptor& metadata, SNDFILE* file, const SF_INFO& info) {
     if (info.channels < FewestChannels) return {};
     if (containerOf(info) == SF_FORMAT_FLAC)
-        if (Speakers named = speakersInComment(name, info.channels); !named.empty()) return named;
+        if (Speakers named = speakersInComment(metadata, info.channels); !named.empty()) return named;
     if (Speakers fixed = fixedLayout(info); !fixed.empty()) return fixed;
     Speakers speakers(static_cast<std::size_t>(info.channels));
     const int size = static_cast<int>(speakers.size() * sizeof(int));

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "platform/FileDescriptor.h"
+
 #include <optional>
-#include <string>
 #include <vector>
 
 #include <sndfile.h>
@@ -12,9 +13,9 @@ namespace eq {
 /// and stereo, which all formats order alike.
 using Speakers = std::vector<int>;
 
-/// Returns the speakers of an open file: those that a comment of a FLAC file names, or those of its format, or else
-/// those that its header names.
-[[nodiscard]] Speakers speakersOf(const std::string& name, SNDFILE* file, const SF_INFO& info);
+/// Returns the speakers of an open file, whose bytes up to its sound are in `metadata`: those that a comment of a FLAC
+/// file names, or those of its format, or else those that its header names.
+[[nodiscard]] Speakers speakersOf(const FileDescriptor& metadata, SNDFILE* file, const SF_INFO& info);
 
 /// Returns the format in which the speakers can be named: extensible WAV instead of plain WAV.
 [[nodiscard]] int formatWithSpeakers(const SF_INFO& output, const Speakers& speakers);
