@@ -84,7 +84,7 @@ FileOutcome FileRun::runOn(const FileJob& job) {
     }
     AudioReader reader(job.input, nonFinite());
     const FrequencyMap frequencies(reader.info().samplerate, !m_options.noRateCorrection);
-    const Settings::Resolved values = m_settings.resolve(frequencies);
+    const Settings::Series values = m_settings.resolve(frequencies);
     if (m_isBatch)
         m_otherRates += frequencies.isAtDesignRate() ? 0U : 1U;
     else
@@ -124,7 +124,7 @@ FileOutcome FileRun::runOn(const FileJob& job) {
 }
 
 /// The first of two passes: finds the peak after the effect.
-double FileRun::gainOf(const FileJob& job, const Settings::Resolved& values, int format, FileProgress& progress) {
+double FileRun::gainOf(const FileJob& job, const Settings::Series& values, int format, FileProgress& progress) {
     AudioReader reader(job.input, nonFinite());
     MultichannelEffect effects(m_library, values, reader.info().channels, reader.info().samplerate,
                                m_options.blockFrames);

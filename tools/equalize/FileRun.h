@@ -30,7 +30,7 @@ public:
     [[nodiscard]] std::size_t otherRates() const { return m_otherRates; }
 
 private:
-    double gainOf(const FileJob& job, const Settings::Resolved& values, int format, FileProgress& progress);
+    double gainOf(const FileJob& job, const Settings::Series& values, int format, FileProgress& progress);
     FileOutcome skip(const FileJob& job) const;
     [[nodiscard]] NonFinite nonFinite() const;
 

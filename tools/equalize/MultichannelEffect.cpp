@@ -2,7 +2,7 @@
 
 namespace eq {
 
-MultichannelEffect::MultichannelEffect(const EffectLibrary& library, const Settings::Resolved& settings, int channels,
+MultichannelEffect::MultichannelEffect(const EffectLibrary& library, const Settings::Series& settings, int channels,
                                        int sampleRate, int blockFrames)
     : m_channels(channels), m_blockFrames(blockFrames) {
     const int pairs = (channels + 1) / 2;

@@ -21,6 +21,11 @@ struct Options {
     std::string preset;
     std::string savePreset;
     std::string plot;
+    std::string import;
+    std::string exportFile;
+    bool fit = false;
+    std::optional<int> fitBands;
+    bool force = false;
     std::string normalize;
     bool headroom = false;
     bool dither = false;
@@ -39,8 +44,10 @@ struct Options {
     bool noClobber = false;
     bool dryRun = false;
 
-    [[nodiscard]] bool hasTaskWithoutFiles() const { return list || !plot.empty() || !savePreset.empty(); }
-    /// For the files of --plot and --save-preset.
+    [[nodiscard]] bool hasTaskWithoutFiles() const {
+        return list || !plot.empty() || !savePreset.empty() || !exportFile.empty();
+    }
+    /// For the files of --plot, --save-preset and --export.
     [[nodiscard]] Replacing replacingOthers() const { return noClobber ? Replacing::Refused : Replacing::Allowed; }
     /// For the outputs.
     [[nodiscard]] Replacing replacing() const {

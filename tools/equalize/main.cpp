@@ -18,6 +18,8 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,11 +31,12 @@ namespace {
 
 constexpr const char* Usage = R"(  equalize [OPTIONS] INPUT OUTPUT
   equalize [OPTIONS] [--output-dir DIR] [--suffix TEXT] [--recursive] INPUT...
-  equalize [OPTIONS] [--list] [--plot FILE] [--save-preset FILE] [INPUT])";
+  equalize [OPTIONS] [--list] [--plot FILE] [--save-preset FILE] [--export FILE]
+           [INPUT])";
 
 constexpr const char* Footer = R"(A preset holds lines 'name = value', with comments after '#'; --save-preset
 shows all names. --volume and --band override the preset, and --set overrides
-both.
+both. So they do with the values of an imported file.
 
 OUTPUT takes the format that its extension names, and the sample format of
 INPUT where that exists. Tags, pictures and chunks are copied.
@@ -50,6 +53,8 @@ Examples:
   equalize --preset voice.preset --plot voice.svg talk.flac talk-clear.flac
   equalize --preset voice.preset --recursive --output-dir clear recordings
   equalize --band 3:freq=3150,gain=-6,q=8 --save-preset notch.preset
+  equalize --import headphones.txt --fit song.wav for-headphones.wav
+  equalize --preset voice.preset --export voice.conf
   equalize --list)";
 
 void declare(CLI::App& app, Options& options) {
@@ -83,6 +88,17 @@ void declare(CLI::App& app, Options& options) {
         ->allow_extra_args(false);
     app.add_option("--preset", options.preset, "file with settings")->type_name("FILE");
     app.add_option("--save-preset", options.savePreset, "write the settings into a file")->type_name("FILE");
+    app.add_option("--import", options.import,
+                   "file with the filters of Equalizer APO, REW or AutoEq; more than four run through several effects")
+        ->type_name("FILE");
+    app.add_flag("--fit", options.fit, "come near to what --import cannot take as it is, and show the deviation");
+    app.add_option("--bands", options.fitBands, "the most bands that --fit may use, 1 to 32; 8 if not given")
+        ->type_name("N")
+        ->check(CLI::Range(1, 32).description(""));
+    app.add_flag("--force", options.force, "take a fit that deviates by more than 6 dB, too");
+    app.add_option("--export", options.exportFile,
+                   "write the settings as filters of Equalizer APO, or of PipeWire if FILE ends in .conf")
+        ->type_name("FILE");
     app.add_option("--plot", options.plot, "draw the response into an SVG file")->type_name("FILE");
     app.add_option("--normalize", options.normalize,
                    "apply a gain after the effect, so that the highest sample has this level, -100 to 0 dB below full "
@@ -116,6 +132,18 @@ void declare(CLI::App& app, Options& options) {
 
 Settings settingsFrom(const Options& options) {
     Settings settings;
+    if (options.import.empty() && (options.fit || options.fitBands || options.force))
+        throw UsageError("--fit, --bands and --force need --import");
+    if (!options.fit && (options.fitBands || options.force)) throw UsageError("--bands and --force need --fit");
+    if (!options.import.empty() && !options.preset.empty())
+        throw UsageError("--import and --preset exclude each other");
+    if (!options.import.empty()) {
+        constexpr int UsualBands = 8;
+        std::optional<ImportedFile::Fit> fit;
+        if (options.fit) fit = {options.fitBands.value_or(UsualBands), options.force};
+        const auto notice = [&options](const std::string& message) { note(options, message); };
+        settings.setImport(std::make_shared<const ImportedFile>(options.import, fit, notice));
+    }
     if (!options.preset.empty()) settings.readPreset(options.preset);
     for (const std::string& volume : options.volumes) settings.setVolume(volume);
     for (const std::string& band : options.bands) settings.setBand(band);
@@ -139,27 +167,27 @@ void runWithoutFiles(const Options& options, const Settings& settings) {
 void runOnInputAlone(const Options& options, const Settings& settings) {
     const AudioReader reader(options.files.files.front());
     const FrequencyMap frequencies(reader.info().samplerate, !options.noRateCorrection);
-    const Settings::Resolved values = settings.resolve(frequencies);
+    const Settings::Series values = settings.resolve(frequencies);
     noteRate(options, settings, frequencies);
     serveSettings(options, settings, values, frequencies);
 }
 
 int runBatch(const Options& options, const Settings& settings, const PeakGain& peakGain,
              const std::vector<FileJob>& jobs) {
-    if (options.list || !options.plot.empty())
-        throw UsageError("--list and --plot are for one file: they depend on its sampling rate");
+    if (options.list || !options.plot.empty() || !options.exportFile.empty())
+        throw UsageError("--list, --plot and --export are for one file: they depend on its sampling rate");
     if (jobs.empty()) throw FileError("the folders have no audio files");
     const auto start = std::chrono::steady_clock::now();
+    const FrequencyMap design(static_cast<int>(DesignRate), false);
     Batch batch;
     std::size_t otherRates = 0;
     {
         FileRun files(options, settings, peakGain, jobs);
         if (!options.dryRun && !options.savePreset.empty())
-            OutputFile::write(options.savePreset, settings.presetText(), options.replacingOthers());
+            OutputFile::write(options.savePreset, settings.presetText(design), options.replacingOthers());
         batch.run(jobs, options.dryRun ? 1 : options.jobs, [&files](const FileJob& job) { return files.runOn(job); });
         otherRates = files.otherRates();
     }
-    const FrequencyMap design(static_cast<int>(DesignRate), false);
     if (otherRates != 0 && !settings.uncorrectedText(design).empty())
         note(options, "values of --set are not corrected for the rate of " + std::to_string(otherRates) + " files");
     if (otherRates != 0 && settings.dependsOnRate())
@@ -191,7 +219,7 @@ int run(Options& options) {
             runOnInputAlone(options, settings);
         return 0;
     }
-    files.otherOutputs = {options.plot, options.savePreset};
+    files.otherOutputs = {options.plot, options.savePreset, options.exportFile};
     const std::vector<FileJob> jobs = planFiles(files);
     if (settings.isEmpty() && !peakGain.isWanted())
         note(options, "no setting was given, so the effect changes nothing");
