@@ -125,7 +125,7 @@ public:
         BellFit fit;
         for (int bell = 0; bell < bellsIn(variables); ++bell) {
             const double* const own = variables.data() + static_cast<std::size_t>(bell) * PerBell;
-            fit.bells.push_back({std::exp2(own[0]), own[1], std::exp2(own[2])});
+            fit.bells.push_back(rounded({std::exp2(own[0]), own[1], std::exp2(own[2])}));
         }
         std::ranges::sort(fit.bells, {}, &Bell::frequency);
         fit.offset = variables.back();
@@ -146,6 +146,14 @@ private:
     static constexpr int MostEvaluations = 400;
     static constexpr int MostRounds = 30;
     static constexpr int BellRounds = 240; ///< many bells take longer, and leave less to gain
+
+    /// Numbers that a user can read and write. The rest of the digits would not be heard.
+    [[nodiscard]] Bell rounded(const Bell& bell) const {
+        const auto [lowest, highest] = bellFrequencyRange(m_sampleRate);
+        const auto to = [](double value, double step) { return std::round(value / step) * step; };
+        return {std::clamp(to(bell.frequency, 0.01), lowest, highest), to(bell.gain, 0.001),
+                std::clamp(to(bell.q, 0.0001), QRange.lowest, QRange.highest)};
+    }
 
     static int bellsIn(const Variables& variables) { return static_cast<int>(variables.size() / PerBell); }
 

@@ -222,9 +222,9 @@ private:
 
     static void setWidth(Parameters& found, Width kind, double width, std::string_view what) {
         constexpr double Smallest = 0.001;
-        constexpr double Largest = 1000.0;
-        if (width < Smallest || width > Largest)
-            throw FileError(std::string(what) + " is " + (width > Largest ? "too large" : "too small"));
+        const double largest = kind == Width::Octaves ? 20.0 : 1000.0;
+        if (width < Smallest || width > largest)
+            throw FileError(std::string(what) + " is " + (width > largest ? "too large" : "too small"));
         if (found.width) throw FileError("there are two widths: Q, BW and the slope exclude each other");
         found.width = width;
         found.widthKind = kind;

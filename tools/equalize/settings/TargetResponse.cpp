@@ -51,10 +51,12 @@ Biquad sectionOf(const TextFilter& filter, double angle) {
 TargetResponse::TargetResponse(const FilterText& text, int sampleRate) : m_sampleRate(sampleRate), m_curve(text.curve) {
     for (const TextFilter& filter : text.filters) {
         const double middle = middleOf(filter);
-        if (middle * 2.0 >= sampleRate)
+        // The middle of a flat shelf may be far beyond all sound.
+        constexpr double LowestMiddle = 1e-6;
+        if (middle < LowestMiddle || middle * 2.0 >= sampleRate)
             throw FileError(text.origin(filter.line) + filter.type + " at " + shortest(filter.frequency) +
-                            " Hz is not possible at " + std::to_string(sampleRate) +
-                            " Hz, which ends at half of that; remove the line");
+                            " Hz is not possible: its middle is not between 0 and " + shortest(sampleRate / 2.0) +
+                            " Hz, half of the rate; remove the line");
         m_sections.push_back(sectionOf(filter, angleOf(middle, sampleRate)));
     }
 }

@@ -68,8 +68,9 @@ double TextWords::takeFrequency(std::string_view what) {
         frequency *= 1000.0;
     else
         takeIf("Hz");
+    constexpr double Lowest = 0.001;
     constexpr double Highest = 1e6;
-    if (!(frequency > 0.0) || frequency > Highest)
+    if (frequency < Lowest || frequency > Highest)
         throw FileError(std::string(what) + ": " + shortest(frequency) + " Hz is no frequency");
     return frequency;
 }
