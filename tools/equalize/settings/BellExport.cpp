@@ -62,10 +62,15 @@ std::string BellExport::pipewireText() const {
     for (std::size_t i = 0; i < bells.size(); ++i) {
         const PeakText peak = peakText(bells[i], sampleRate);
         const std::string name = "band" + std::to_string(i + 1);
-        nodes += indent + "{ type = builtin name = " + name +
-                 " label = bq_peaking control = { \"Freq\" = " + peak.frequency + " \"Q\" = " + peak.q +
-                 " \"Gain\" = " + peak.gain + " } }\n";
-        links += indent + "{ output = \"" + last + ":Out\" input = \"" + name + ":In\" }\n";
+        nodes.append(indent)
+            .append("{ type = builtin name = " + name + " label = bq_peaking control = { \"Freq\" = ")
+            .append(peak.frequency)
+            .append(" \"Q\" = ")
+            .append(peak.q)
+            .append(" \"Gain\" = ")
+            .append(peak.gain)
+            .append(" } }\n");
+        links.append(indent).append("{ output = \"" + last + ":Out\" input = \"").append(name).append(":In\" }\n");
         last = name;
     }
     return "# Exact at a sampling rate of " + std::to_string(sampleRate) +
