@@ -266,13 +266,11 @@ TEST_F(EqualizeSettings, ReadsTextsAsTheyAreFound) {
         settings("--quiet --import in.txt --export out.txt");
         EXPECT_EQ(contents("out.txt"), "# Exact at a sampling rate of 44100 Hz.\n" + expected) << text;
     }
-    EXPECT_NE(settings("--import in.txt --volume -12 --band 1:gain=2,freq=100 --band 2:gain=1,q=2 --set 0=0.5 --list "
-                       "--export out.txt")
-                  .find("band2.freq"),
-              std::string::npos);
-    EXPECT_TRUE(contents("out.txt").starts_with(
-        "# Exact at a sampling rate of 44100 Hz.\nPreamp: 0 dB\nFilter 1: ON PK Fc 100 Hz Gain 2 dB Q "))
-        << contents("out.txt");
+    // What the command line sets replaces single values, and leaves the frequency of an imported band.
+    settings("--import in.txt --volume -12 --band 1:gain=2 --band 2:gain=1,q=2 --set 0=0.5 --export out.txt");
+    const std::string changed = contents("out.txt");
+    for (const char* const part : {"Preamp: 0 dB\n", "Fc 63.8 Hz Gain 2 dB Q ", "Fc 200 Hz Gain 1 dB Q "})
+        EXPECT_NE(changed.find(part), std::string::npos) << changed;
     // A bandwidth of an octave is a Q of the square root of two, well below the rate.
     folder.write("in.txt", "Filter: ON PK Fc 100 Hz Gain 6 dB BW Oct 1");
     settings("--quiet --import in.txt --export out.txt");
