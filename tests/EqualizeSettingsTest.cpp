@@ -237,6 +237,11 @@ TEST_F(EqualizeSettings, JudgesAFitAndWritesItForAnyHost) {
     settings("--import in.txt --fit --bands 1 --force --list");
     expectFailure(2, "--import in.txt --fit --save-preset b.preset", "a preset has 4 bands");
 
+    // A text with an exact form needs no fit, and has one with fewer bands.
+    folder.write("in.txt", textOf(randomFilters(5, 44100)));
+    EXPECT_EQ(settings("--quiet --import in.txt --fit --list"), settings("--quiet --import in.txt --list"));
+    settings("--import in.txt --fit --bands 4 --force --save-preset b.preset");
+
     // The level of a curve is a part of the volume, and beyond 20 Hz the curve does not count.
     folder.write("in.txt", "GraphicEQ: 10 -84; 20 -9; 200 -9; 1000 -3; 5000 -9; 20000 -9\nPreamp: 1,5 dB");
     expectFailure(1, "--import in.txt --list", "no exact form");

@@ -28,6 +28,17 @@ std::string listOf(const std::vector<int>& lines) {
     return text;
 }
 
+/// Returns nothing for a text that has no exact form, or more bells than may be used.
+std::optional<std::vector<Bell>> exactBellsWithin(const FilterText& text, int sampleRate, int mostBells) {
+    try {
+        std::vector<Bell> bells = exactBells(text, sampleRate);
+        if (bells.size() <= static_cast<std::size_t>(mostBells)) return bells;
+    } catch (const FileError&) {
+        // A fit takes what has no exact form.
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 ImportedFile::ImportedFile(const std::filesystem::path& file, std::optional<Fit> fit, Notice notice)
@@ -53,6 +64,8 @@ const ImportedFile::Bells& ImportedFile::at(int sampleRate) const {
 
 ImportedFile::Bells ImportedFile::convert(int sampleRate) const {
     if (!m_fit) return {exactBells(m_text, sampleRate), m_text.preamp};
+    if (std::optional<std::vector<Bell>> exact = exactBellsWithin(m_text, sampleRate, m_fit->mostBells))
+        return {*std::move(exact), m_text.preamp, 0.0, fitRange(sampleRate).lowest};
     // The level of a curve is free: the volume takes it.
     const ValueRange level = {VolumeRange.lowest - m_text.preamp, VolumeRange.highest - m_text.preamp};
     const ValueRange offsets = m_text.curve.empty() ? ValueRange{0.0, 0.0} : level;
