@@ -16,14 +16,6 @@ namespace eq {
 
 namespace {
 
-double decibelsAt(const Sound& sound, double frequency) {
-    const std::complex<double> step = std::polar(1.0, -2.0 * std::numbers::pi * frequency / sound.rate);
-    std::complex<double> sum = 0.0;
-    for (auto sample = sound.samples.rbegin(); sample != sound.samples.rend(); ++sample)
-        sum = sum * step + static_cast<double>(*sample);
-    return 20.0 * std::log10(std::abs(sum));
-}
-
 TEST_F(EqualizeCommand, GivesBackTheInputAtTheVolumeFromTheFirstSampleOnWhateverTheBlock) {
     for (const auto& [channels, frames, block] : {std::tuple(1, 0U, "8192"), {2, 1U, "1"}, {3, 20000U, "1000"}}) {
         Sound sound = noise(96000, channels, frames);

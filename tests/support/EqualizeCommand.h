@@ -4,6 +4,9 @@
 
 #include "tests/support/CommandTest.h"
 
+#include <cmath>
+#include <complex>
+#include <numbers>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -30,6 +33,15 @@ inline Sound noise(int rate, int channels, std::size_t frames, int format = Floa
     std::uniform_real_distribution<float> distribution(-0.9F, 0.9F);
     for (float& sample : sound.samples) sample = distribution(generator);
     return sound;
+}
+
+/// Returns the response in dB of which a sound is the impulse response.
+inline double decibelsAt(const Sound& sound, double frequency) {
+    const std::complex<double> step = std::polar(1.0, -2.0 * std::numbers::pi * frequency / sound.rate);
+    std::complex<double> sum = 0.0;
+    for (auto sample = sound.samples.rbegin(); sample != sound.samples.rend(); ++sample)
+        sum = sum * step + static_cast<double>(*sample);
+    return 20.0 * std::log10(std::abs(sum));
 }
 
 class EqualizeCommand : public CommandTest {

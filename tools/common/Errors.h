@@ -3,6 +3,8 @@
 #include <stdexcept>
 #include <string>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 namespace eq {
 
@@ -13,7 +15,10 @@ struct UsageError : std::runtime_error {
 
 /// A file, or the plug-in, is not as it must be: exit code 1.
 struct FileError : std::runtime_error {
-    using std::runtime_error::runtime_error;
+    explicit FileError(const std::string& message, std::vector<std::string> messageDetails = {})
+        : std::runtime_error(message), details(std::move(messageDetails)) {}
+
+    std::vector<std::string> details; ///< shown after the message, each on a line
 };
 
 /// A FileError from `errno`, as "what: the system's own text".

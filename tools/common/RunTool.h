@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <exception>
 #include <new>
+#include <string>
 
 #include <CLI/CLI.hpp>
 
@@ -29,6 +30,10 @@ int runTool(const char* name, const Command& command) {
         return fail(error.what(), ExitUsage);
     } catch (const UsageError& error) {
         return fail(error.what(), ExitUsage);
+    } catch (const FileError& error) {
+        const int exitCode = fail(error.what(), ExitFailure);
+        for (const std::string& detail : error.details) fail(detail.c_str(), exitCode);
+        return exitCode;
     } catch (const std::bad_alloc&) {
         return fail("out of memory", ExitFailure);
     } catch (const std::exception& error) {

@@ -1,5 +1,6 @@
 #include "tools/equalize/Batch.h"
 
+#include "tools/common/Errors.h"
 #include "tools/equalize/StatusLine.h"
 
 #include <algorithm>
@@ -25,6 +26,9 @@ FileOutcome outcomeOf(const FileJob& job, const Batch::Work& work) {
         return work(job);
     } catch (const std::bad_alloc&) {
         StatusLine::message(messageFor(job, "out of memory"));
+    } catch (const FileError& error) {
+        StatusLine::message(messageFor(job, error.what()));
+        for (const std::string& detail : error.details) StatusLine::message(detail);
     } catch (const std::exception& error) {
         StatusLine::message(messageFor(job, error.what()));
     }

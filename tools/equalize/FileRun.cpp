@@ -91,7 +91,7 @@ FileOutcome FileRun::runOn(const FileJob& job) {
     if (m_peakGain.isWanted()) input.spool("it is read twice");
     AudioReader reader(input, nonFinite());
     const FrequencyMap frequencies(reader.info().samplerate, !m_options.noRateCorrection);
-    const Settings::Resolved values = m_settings.resolve(frequencies);
+    const Settings::Series values = m_settings.resolve(frequencies);
     if (m_isBatch)
         m_otherRates += frequencies.isAtDesignRate() ? 0U : 1U;
     else
@@ -134,7 +134,7 @@ FileOutcome FileRun::runOn(const FileJob& job) {
 }
 
 /// The first of two passes: finds the peak after the effect.
-double FileRun::gainOf(SoundInput& input, const Settings::Resolved& values, int format, FileProgress& progress) {
+double FileRun::gainOf(SoundInput& input, const Settings::Series& values, int format, FileProgress& progress) {
     AudioReader reader(input, nonFinite());
     MultichannelEffect effects(m_library, values, reader.info().channels, reader.info().samplerate,
                                m_options.blockFrames);

@@ -31,7 +31,7 @@ public:
     [[nodiscard]] std::size_t otherRates() const { return m_otherRates; }
 
 private:
-    double gainOf(SoundInput& input, const Settings::Resolved& values, int format, FileProgress& progress);
+    double gainOf(SoundInput& input, const Settings::Series& values, int format, FileProgress& progress);
     FileOutcome skip(const FileJob& job) const;
     [[nodiscard]] NonFinite nonFinite() const;
     [[nodiscard]] Threads threadsFor(int input, int output) const;

@@ -24,7 +24,7 @@ void join(const float* __restrict left, const float* __restrict right, float* __
 
 } // namespace
 
-MultichannelEffect::MultichannelEffect(const EffectLibrary& library, const Settings::Resolved& settings, int channels,
+MultichannelEffect::MultichannelEffect(const EffectLibrary& library, const Settings::Series& settings, int channels,
                                        int sampleRate, int blockFrames)
     : m_channels(channels), m_blockFrames(blockFrames) {
     const int pairs = (channels + 1) / 2;

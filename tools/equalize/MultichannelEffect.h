@@ -1,17 +1,17 @@
 #pragma once
 
-#include "tools/equalize/EffectInstance.h"
+#include "tools/equalize/EffectSeries.h"
 
 #include <vector>
 
 namespace eq {
 
-/// Any number of channels, equalized alike: an instance of the effect for every two of them. The last of an odd
-/// number has an instance for itself, whose second channel is silent.
+/// Any number of channels, equalized alike: a series of effects for every two of them. The last of an odd
+/// number has a series for itself, whose second channel is silent.
 class MultichannelEffect {
 public:
     /// `blockFrames` is the most that the effect is given at a time.
-    MultichannelEffect(const EffectLibrary& library, const Settings::Resolved& settings, int channels, int sampleRate,
+    MultichannelEffect(const EffectLibrary& library, const Settings::Series& settings, int channels, int sampleRate,
                        int blockFrames);
 
     [[nodiscard]] int channels() const { return m_channels; }
@@ -28,7 +28,7 @@ private:
 
     int m_channels;
     int m_blockFrames;
-    std::vector<EffectInstance> m_effects;
+    std::vector<EffectSeries> m_effects;
     std::vector<float> m_planes; ///< channel after channel, `m_blockFrames` each
 };
 

@@ -22,6 +22,11 @@ struct Options {
     std::string preset;
     std::string savePreset;
     std::string plot;
+    std::string import;
+    std::string exportFile;
+    bool fit = false;
+    std::optional<int> fitBands;
+    bool force = false;
     std::string normalize;
     bool headroom = false;
     bool dither = false;
@@ -42,11 +47,13 @@ struct Options {
     bool noClobber = false;
     bool dryRun = false;
 
-    [[nodiscard]] bool hasTaskWithoutFiles() const { return list || !plot.empty() || !savePreset.empty(); }
+    [[nodiscard]] bool hasTaskWithoutFiles() const {
+        return list || !plot.empty() || !savePreset.empty() || !exportFile.empty();
+    }
     [[nodiscard]] bool writesSoundToStandardOutput() const {
         return !files.areInputs() && files.files.size() == 2 && isStandardOutput(files.files[1]);
     }
-    /// For the files of --plot and --save-preset.
+    /// For the files of --plot, --save-preset and --export.
     [[nodiscard]] Replacing replacingOthers() const { return noClobber ? Replacing::Refused : Replacing::Allowed; }
     /// For the outputs.
     [[nodiscard]] Replacing replacing() const {

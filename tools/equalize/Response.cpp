@@ -1,6 +1,6 @@
 #include "tools/equalize/Response.h"
 
-#include "tools/equalize/EffectInstance.h"
+#include "tools/equalize/EffectSeries.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,11 +16,11 @@ constexpr float Negligible = 1e-10F;
 
 } // namespace
 
-Response::Response(const EffectLibrary& library, const NormalisedValues& values, int sampleRate)
+Response::Response(const EffectLibrary& library, const std::vector<NormalisedValues>& values, int sampleRate)
     : m_sampleRate(sampleRate) {
-    Settings::Resolved settings;
-    std::copy(values.begin(), values.end(), settings.begin());
-    EffectInstance effect(library, settings, sampleRate);
+    Settings::Series settings(values.size());
+    for (std::size_t i = 0; i < values.size(); ++i) std::ranges::copy(values[i], settings[i].begin());
+    EffectSeries effect(library, settings, sampleRate);
     // The delay in front turns phases alone.
     m_samples.resize(static_cast<std::size_t>(effect.delay()) + LongestResponse);
     std::vector<float> other(m_samples.size());

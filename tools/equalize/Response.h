@@ -7,11 +7,11 @@
 
 namespace eq {
 
-/// What the effect does to an impulse, as heard at one sampling rate.
+/// What effects in series do to an impulse, as heard at one sampling rate.
 class Response {
 public:
-    /// Sends an impulse through a fresh instance. Throws FileError.
-    Response(const EffectLibrary& library, const NormalisedValues& values, int sampleRate);
+    /// Sends an impulse through fresh instances. Throws FileError.
+    Response(const EffectLibrary& library, const std::vector<NormalisedValues>& values, int sampleRate);
 
     /// `frequency` in Hz, below half the rate.
     [[nodiscard]] double decibelsAt(double frequency) const;

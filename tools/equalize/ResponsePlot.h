@@ -4,13 +4,19 @@
 #include "tools/equalize/FrequencyMap.h"
 #include "tools/equalize/ParameterText.h"
 
+#include <functional>
 #include <string>
+#include <vector>
 
 namespace eq {
 
-/// An SVG picture of the response from 20 Hz to 20 kHz: each band alone, and all with the volume. Everything is
-/// measured through the effect; the picture is a file of its own, and its lines can be told apart without colours.
-[[nodiscard]] std::string drawResponse(const EffectLibrary& library, const NormalisedValues& values,
-                                       const FrequencyMap& frequencies);
+/// Returns decibels at a frequency in Hz.
+using PlotTarget = std::function<double(double)>;
+
+/// An SVG picture of the response from 20 Hz to 20 kHz: each band alone, and all with the volume; with a target all
+/// bands, the target, and the difference. The response is measured through effects in series with these values; the
+/// picture is a file of its own, and its lines can be told apart without colours.
+[[nodiscard]] std::string drawResponse(const EffectLibrary& library, const std::vector<NormalisedValues>& values,
+                                       const FrequencyMap& frequencies, const PlotTarget& target = {});
 
 } // namespace eq

@@ -3,7 +3,10 @@
 #include "parameters/UnitText.h"
 #include "support/AsciiText.h"
 #include "tools/common/Errors.h"
+#include "tools/common/Printable.h"
 #include "tools/common/Text.h"
+#include "tools/equalize/settings/RoundedText.h"
+#include "tools/equalize/settings/TargetResponse.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -28,6 +31,21 @@ std::optional<ParameterKind> bandParameterKind(std::string_view symbol) {
     for (const auto kind : {ParameterKind::Frequency, ParameterKind::Gain, ParameterKind::Q})
         if (symbol == scaleOf(kind).symbol) return kind;
     return std::nullopt;
+}
+
+/// Without the correction, the bells are for the rate for which the effect designs its filters.
+int rateOfImport(const FrequencyMap& frequencies) {
+    return frequencies.isCorrected() ? frequencies.sampleRate() : static_cast<int>(DesignRate);
+}
+
+/// The value of an imported parameter, with the fewest digits that `resolve` turns into the same normalised value.
+std::string presetNumber(ParameterKind kind, float p, const FrequencyMap& frequencies) {
+    const bool isFrequency = kind == ParameterKind::Frequency;
+    const double nominal = shownValueOf(kind, p);
+    const double value = isFrequency && frequencies.isCorrected() ? frequencies.landing(nominal) : nominal;
+    return roundedText(value, [&](double rounded) {
+        return normalisedOf(kind, isFrequency ? frequencies.toNominal(rounded) : rounded) == p;
+    });
 }
 
 std::optional<int> indexOfName(std::string_view name) {
@@ -115,10 +133,12 @@ std::optional<Settings::Wish> Settings::frequencyWish(int band) const {
 }
 
 bool Settings::isEmpty() const {
-    return std::ranges::none_of(m_wishes, [](const std::optional<Wish>& wish) { return wish.has_value(); });
+    return m_import == nullptr &&
+           std::ranges::none_of(m_wishes, [](const std::optional<Wish>& wish) { return wish.has_value(); });
 }
 
 bool Settings::dependsOnRate() const {
+    if (m_import != nullptr) return true;
     for (int band = 1; band <= BandCount; ++band) {
         const std::optional<Wish> wish = frequencyWish(band);
         if (wish && !wish->normalised) return true;
@@ -149,14 +169,54 @@ void Settings::requireReach(int band, const Wish& frequency, const FrequencyMap&
     throw FileError(message);
 }
 
-Settings::Resolved Settings::resolve(const FrequencyMap& frequencies) const {
-    Resolved resolved;
+const ImportedFile::Bells& Settings::importedAt(const FrequencyMap& frequencies) const {
+    return m_import->at(rateOfImport(frequencies));
+}
+
+Settings::Series Settings::resolveImport(const FrequencyMap& frequencies) const {
+    Series series(1);
+    if (m_import == nullptr) return series;
+    const ImportedFile::Bells& imported = importedAt(frequencies);
+    if (!at(VolumeIndex)) {
+        m_import->requireVolume(imported);
+        series.front()[VolumeIndex] = normalisedOf(ParameterKind::Volume, imported.volume);
+    }
+    for (std::size_t bell = 0; bell < imported.bells.size(); ++bell) {
+        const auto [frequency, gain, q] = imported.bells[bell];
+        const int band = static_cast<int>(bell % BandCount) + 1;
+        if (bell / BandCount == series.size()) series.emplace_back();
+        const auto set = [&](ParameterKind kind, double value) {
+            series.back()[static_cast<std::size_t>(indexOf(kind, band))] = normalisedOf(kind, value);
+        };
+        set(ParameterKind::Frequency, frequencies.toNominal(frequency));
+        set(ParameterKind::Gain, gain);
+        set(ParameterKind::Q, q);
+    }
+    return series;
+}
+
+std::function<double(double)> Settings::fitTarget(const FrequencyMap& frequencies, double volume) const {
+    if (m_import == nullptr || !m_import->isFitted()) return {};
+    // The file's level, and the part of the volume that the command line adds.
+    const double level = m_import->text().preamp + volume - importedAt(frequencies).volume;
+    const int designRate = rateOfImport(frequencies);
+    // Without the correction the target is heard where the bells are.
+    const double stretch = static_cast<double>(frequencies.sampleRate()) / designRate;
+    return [response = TargetResponse(m_import->text(), designRate), level, stretch](double frequency) {
+        return response.decibelsAt(frequency / stretch) + level;
+    };
+}
+
+Settings::Series Settings::resolve(const FrequencyMap& frequencies) const {
+    Series series = resolveImport(frequencies);
+    Resolved& resolved = series.front();
     for (int index = 0; index < ParameterCount; ++index) {
         const Parameter& parameter = Parameters[index];
         const bool isFrequency = parameter.kind == ParameterKind::Frequency;
         const std::optional<Wish> wish = isFrequency ? frequencyWish(parameter.band) : at(index);
         if (!wish) continue;
         std::optional<float>& value = resolved[static_cast<std::size_t>(index)];
+        if (value && wish->isDefault) continue;
         if (wish->normalised) {
             value = static_cast<float>(wish->value);
         } else if (isFrequency) {
@@ -166,18 +226,30 @@ Settings::Resolved Settings::resolve(const FrequencyMap& frequencies) const {
             value = normalisedOf(parameter.kind, wish->value);
         }
     }
-    return resolved;
+    return series;
 }
 
-std::string Settings::presetText() const {
+std::string Settings::presetText(const FrequencyMap& frequencies) const {
+    const Series imported = resolveImport(frequencies);
+    if (imported.size() > 1)
+        throw UsageError("--save-preset: a preset has " + std::to_string(BandCount) +
+                         " bands, and the imported file takes " + std::to_string(importedAt(frequencies).bells.size()) +
+                         "; --fit --bands " + std::to_string(BandCount) + " makes do with " +
+                         std::to_string(BandCount));
     std::string text = "# Settings for equalize. A line with # in front, as any that is missing, leaves the default.\n"
                        "# volume " +
                        rangeText(ParameterKind::Volume) + ", freq " + rangeText(ParameterKind::Frequency) + ", gain " +
                        rangeText(ParameterKind::Gain) + ", q " + rangeText(ParameterKind::Q) + ".\n";
+    if (m_import != nullptr)
+        text += "# From " + printable(m_import->text().name) + ", for a sampling rate of " +
+                std::to_string(frequencies.sampleRate()) + " Hz.\n";
     for (int index = 0; index < ParameterCount; ++index) {
         const Parameter& parameter = Parameters[index];
         const std::optional<Wish>& wish = at(index);
-        if (wish && wish->normalised)
+        const std::optional<float> importedValue = imported.front()[static_cast<std::size_t>(index)];
+        if (!wish && importedValue)
+            text += presetNameOf(parameter) + " = " + presetNumber(parameter.kind, *importedValue, frequencies) + "\n";
+        else if (wish && wish->normalised)
             text += std::string(NormalisedPrefix) + std::to_string(index) + " = " + shortest(wish->value) + "  # " +
                     presetNameOf(parameter) + ", normalised: 0 is the top of its range, 1 the bottom\n";
         else

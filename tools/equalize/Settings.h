@@ -2,12 +2,17 @@
 
 #include "tools/equalize/FrequencyMap.h"
 #include "tools/equalize/ParameterText.h"
+#include "tools/equalize/settings/ImportedFile.h"
 
 #include <array>
 #include <filesystem>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace eq {
 
@@ -25,11 +30,22 @@ public:
     void setBand(std::string_view description);       ///< "N:freq=HZ,gain=DB,q=Q", any of the three
     void setNormalised(std::string_view description); ///< "INDEX=P"
 
-    using Resolved = std::array<std::optional<float>, ParameterCount>;
+    /// Takes the bells of a file for all values that nothing else sets. Bells after the fourth are in further effects.
+    void setImport(std::shared_ptr<const ImportedFile> import) { m_import = std::move(import); }
+    /// Null without an imported file.
+    [[nodiscard]] const ImportedFile* import() const { return m_import.get(); }
 
-    /// The normalised values to give to the effect. Throws UsageError, or FileError when a preset asked for it, for a
-    /// frequency that cannot be reached.
-    [[nodiscard]] Resolved resolve(const FrequencyMap& frequencies) const;
+    using Resolved = std::array<std::optional<float>, ParameterCount>;
+    /// The normalised values for the effects in series: one, or more for an imported file.
+    using Series = std::vector<Resolved>;
+
+    /// The normalised values to give to the effects. Throws UsageError, or FileError when a preset asked for it, for a
+    /// frequency that cannot be reached; FileError for an imported file that has no bells at this rate.
+    [[nodiscard]] Series resolve(const FrequencyMap& frequencies) const;
+
+    /// Returns the response in dB, at a frequency in Hz, that a fit to an imported file aims at with this volume in dB;
+    /// no function without a fit.
+    [[nodiscard]] std::function<double(double)> fitTarget(const FrequencyMap& frequencies, double volume) const;
 
     /// True if nothing was asked of any parameter.
     [[nodiscard]] bool isEmpty() const;
@@ -41,8 +57,9 @@ public:
     /// rate: "band2.freq at 688.43 Hz". Empty without such frequencies.
     [[nodiscard]] std::string uncorrectedText(const FrequencyMap& frequencies) const;
 
-    /// The text of a preset that brings back just these settings and shows all names.
-    [[nodiscard]] std::string presetText() const;
+    /// The text of a preset that brings back just these settings and shows all names. Bells of an imported file are
+    /// those at the rate of `frequencies`. Throws UsageError if there are too many of them.
+    [[nodiscard]] std::string presetText(const FrequencyMap& frequencies) const;
 
 private:
     struct Wish {
@@ -59,7 +76,11 @@ private:
     [[nodiscard]] std::optional<Wish> frequencyWish(int band) const;
     static void requireReach(int band, const Wish& frequency, const FrequencyMap& frequencies);
 
+    [[nodiscard]] const ImportedFile::Bells& importedAt(const FrequencyMap& frequencies) const;
+    [[nodiscard]] Series resolveImport(const FrequencyMap& frequencies) const;
+
     std::array<std::optional<Wish>, ParameterCount> m_wishes;
+    std::shared_ptr<const ImportedFile> m_import;
 };
 
 } // namespace eq

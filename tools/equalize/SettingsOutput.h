@@ -10,8 +10,8 @@ namespace eq {
 /// Loads the effect's library. Throws FileError.
 [[nodiscard]] EffectLibrary libraryFrom(const Options& options);
 
-/// Serves --list, --plot and --save-preset. Throws FileError.
-void serveSettings(const Options& options, const Settings& settings, const Settings::Resolved& values,
+/// Serves --list, --plot, --save-preset and --export. Throws FileError.
+void serveSettings(const Options& options, const Settings& settings, const Settings::Series& values,
                    const FrequencyMap& frequencies);
 
 } // namespace eq

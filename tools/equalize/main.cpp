@@ -20,6 +20,8 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,11 +33,12 @@ namespace {
 
 constexpr const char* Usage = R"(  equalize [OPTIONS] INPUT OUTPUT
   equalize [OPTIONS] [--output-dir DIR] [--suffix TEXT] [--recursive] INPUT...
-  equalize [OPTIONS] [--list] [--plot FILE] [--save-preset FILE] [INPUT])";
+  equalize [OPTIONS] [--list] [--plot FILE] [--save-preset FILE] [--export FILE]
+           [INPUT])";
 
 constexpr const char* Footer = R"(A preset holds lines 'name = value', with comments after '#'; --save-preset
 shows all names. --volume and --band override the preset, and --set overrides
-both.
+both. So they do with the values of an imported file.
 
 OUTPUT takes the format that its extension names, and the sample format of
 INPUT where that exists. Tags, pictures and chunks are copied.
@@ -53,6 +56,8 @@ Examples:
   equalize --preset voice.preset --recursive --output-dir clear recordings
   equalize --band 3:freq=3150,gain=-6,q=8 --save-preset notch.preset
   sox song.flac -t wav - | equalize --volume -4 - - --format mp3 > song.mp3
+  equalize --import headphones.txt --fit song.wav for-headphones.wav
+  equalize --preset voice.preset --export voice.conf
   equalize --list)";
 
 void declare(CLI::App& app, Options& options) {
@@ -88,6 +93,17 @@ void declare(CLI::App& app, Options& options) {
     app.add_option("--preset", options.preset, "file with settings, or a factory preset")->type_name("FILE|NAME");
     app.add_flag("--list-presets", options.listPresets, "show the factory presets");
     app.add_option("--save-preset", options.savePreset, "write the settings into a file")->type_name("FILE");
+    app.add_option("--import", options.import,
+                   "file with the filters of Equalizer APO, REW or AutoEq; more than four run through several effects")
+        ->type_name("FILE");
+    app.add_flag("--fit", options.fit, "come near to what --import cannot take as it is, and show the deviation");
+    app.add_option("--bands", options.fitBands, "the most bands that --fit may use, 1 to 32; 8 if not given")
+        ->type_name("N")
+        ->check(CLI::Range(1, 32).description(""));
+    app.add_flag("--force", options.force, "take a fit that deviates by more than 6 dB, too");
+    app.add_option("--export", options.exportFile,
+                   "write the settings as filters of Equalizer APO, or of PipeWire if FILE ends in .conf")
+        ->type_name("FILE");
     app.add_option("--plot", options.plot, "draw the response into an SVG file")->type_name("FILE");
     app.add_option("--normalize", options.normalize,
                    "apply a gain after the effect, so that the highest sample has this level, -100 to 0 dB below full "
@@ -124,6 +140,18 @@ void declare(CLI::App& app, Options& options) {
 
 Settings settingsFrom(const Options& options) {
     Settings settings;
+    if (options.import.empty() && (options.fit || options.fitBands || options.force))
+        throw UsageError("--fit, --bands and --force need --import");
+    if (!options.fit && (options.fitBands || options.force)) throw UsageError("--bands and --force need --fit");
+    if (!options.import.empty() && !options.preset.empty())
+        throw UsageError("--import and --preset exclude each other");
+    if (!options.import.empty()) {
+        constexpr int UsualBands = 8;
+        std::optional<ImportedFile::Fit> fit;
+        if (options.fit) fit = {options.fitBands.value_or(UsualBands), options.force};
+        const auto notice = [&options](const std::string& message) { note(options, message); };
+        settings.setImport(std::make_shared<const ImportedFile>(options.import, fit, notice));
+    }
     if (!options.preset.empty()) settings.readPreset(presetFileOf(options.preset));
     for (const std::string& volume : options.volumes) settings.setVolume(volume);
     for (const std::string& band : options.bands) settings.setBand(band);
@@ -148,27 +176,27 @@ void runOnInputAlone(const Options& options, const Settings& settings) {
     SoundInput input(options.files.files.front());
     const AudioReader reader(input);
     const FrequencyMap frequencies(reader.info().samplerate, !options.noRateCorrection);
-    const Settings::Resolved values = settings.resolve(frequencies);
+    const Settings::Series values = settings.resolve(frequencies);
     noteRate(options, settings, frequencies);
     serveSettings(options, settings, values, frequencies);
 }
 
 int runBatch(const Options& options, const Settings& settings, const PeakGain& peakGain,
              const std::vector<FileJob>& jobs) {
-    if (options.list || !options.plot.empty())
-        throw UsageError("--list and --plot are for one file: they depend on its sampling rate");
+    if (options.list || !options.plot.empty() || !options.exportFile.empty())
+        throw UsageError("--list, --plot and --export are for one file: they depend on its sampling rate");
     if (jobs.empty()) throw FileError("the folders have no audio files");
     const auto start = std::chrono::steady_clock::now();
+    const FrequencyMap design(static_cast<int>(DesignRate), false);
     Batch batch;
     std::size_t otherRates = 0;
     {
         FileRun files(options, settings, peakGain, jobs);
         if (!options.dryRun && !options.savePreset.empty())
-            OutputFile::write(options.savePreset, settings.presetText(), options.replacingOthers());
+            OutputFile::write(options.savePreset, settings.presetText(design), options.replacingOthers());
         batch.run(jobs, options.dryRun ? 1 : options.jobs, [&files](const FileJob& job) { return files.runOn(job); });
         otherRates = files.otherRates();
     }
-    const FrequencyMap design(static_cast<int>(DesignRate), false);
     if (otherRates != 0 && !settings.uncorrectedText(design).empty())
         note(options, "values of --set are not corrected for the rate of " + std::to_string(otherRates) + " files");
     if (otherRates != 0 && settings.dependsOnRate())
@@ -210,7 +238,7 @@ int run(Options& options) {
             runOnInputAlone(options, settings);
         return 0;
     }
-    files.otherOutputs = {options.plot, options.savePreset};
+    files.otherOutputs = {options.plot, options.savePreset, options.exportFile};
     const std::vector<FileJob> jobs = planFiles(files);
     if (settings.isEmpty() && !peakGain.isWanted())
         note(options, "no setting was given, so the effect changes nothing");

@@ -1,0 +1,407 @@
+// Settings of other equalizers, compared with the filters of SoX and ffmpeg.
+
+#include "tests/support/EqualizeCommand.h"
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <cstdlib>
+#include <numbers>
+#include <random>
+#include <sstream>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+namespace eq {
+
+namespace {
+
+/// A filter as texts and foreign programs name it: PK, LSC or HSC.
+struct Filter {
+    std::string type;
+    double frequency;
+    double gain;
+    double q;
+};
+
+std::string textOf(const std::vector<Filter>& filters, double preamp = 0.0) {
+    std::ostringstream text;
+    text.precision(9);
+    text << "Preamp: " << preamp << " dB\n";
+    for (std::size_t i = 0; i < filters.size(); ++i)
+        text << "Filter " << i + 1 << ": ON " << filters[i].type << " Fc " << filters[i].frequency << " Hz Gain "
+             << filters[i].gain << " dB Q " << filters[i].q << "\n";
+    return text.str();
+}
+
+/// Ten filters each, in the form in which AutoEq writes them: shelves, small Q, and gains beyond 10 dB.
+const std::vector<Filter> Headphones[] = {
+    {{"LSC", 105, 5.5, 0.7},
+     {"PK", 210, -3.1, 0.62},
+     {"PK", 45, 1.4, 1.1},
+     {"PK", 1130, 2.4, 1.33},
+     {"PK", 2580, -4.3, 2.14},
+     {"PK", 3870, 5.2, 2.9},
+     {"PK", 5920, -5.8, 4.7},
+     {"PK", 8100, 3.3, 2.2},
+     {"HSC", 10000, -3.4, 0.7},
+     {"PK", 640, -0.9, 1.8}},
+    {{"LSC", 105, 8.9, 0.7},
+     {"PK", 160, -4, 0.48},
+     {"PK", 3200, 10.9, 1.2},
+     {"PK", 1750, -5.6, 1.9},
+     {"PK", 6100, -11.4, 3.2},
+     {"PK", 9000, 4.2, 3.9},
+     {"PK", 750, 1.9, 1.6},
+     {"PK", 36, -1.2, 1.9},
+     {"HSC", 10000, 2.1, 0.7},
+     {"PK", 12400, -2.6, 2.6}},
+    {{"LSC", 105, -2.4, 0.7},
+     {"PK", 118.6, -3.6, 0.55},
+     {"PK", 1424.3, -2.7, 1.38},
+     {"PK", 4893.2, 7.3, 1.74},
+     {"PK", 2710, -1.9, 3.66},
+     {"PK", 8451.7, -12.1, 5.91},
+     {"PK", 6320.5, 2.2, 5.8},
+     {"PK", 38.9, 2.5, 1.02},
+     {"HSC", 10000, -5.1, 0.7},
+     {"PK", 712.4, 0.8, 2.44}},
+};
+
+double rms(const std::vector<float>& samples) {
+    double sum = 0.0;
+    for (const float sample : samples) sum += static_cast<double>(sample) * static_cast<double>(sample);
+    return std::sqrt(sum / static_cast<double>(samples.size()));
+}
+
+/// Returns the deviation that a fit states.
+double statedDeviation(const std::string& notes) {
+    double deviation = -1.0;
+    const std::size_t place = notes.find("within ");
+    if (place == notes.npos || std::sscanf(notes.c_str() + place, "within %lf dB of the text", &deviation) != 1)
+        ADD_FAILURE() << notes;
+    return deviation;
+}
+
+class EqualizeSettings : public EqualizeCommand {
+protected:
+    void shell(const std::string& commands) const {
+        ASSERT_EQ(std::system(("cd '" + folder.path().string() + "' && " + commands).c_str()), 0) << commands;
+    }
+    [[nodiscard]] std::vector<float> samplesOf(const std::string& name) const {
+        SndfileHandle file(path(name));
+        std::vector<float> samples(static_cast<std::size_t>(file.frames() * file.channels()));
+        EXPECT_EQ(file.read(samples.data(), static_cast<sf_count_t>(samples.size())), samples.size()) << name;
+        return samples;
+    }
+    /// A run without INPUT and OUTPUT, or with INPUT, which succeeds. Returns what the run says.
+    std::string settings(const std::string& options) const {
+        const Outcome outcome = run(options);
+        EXPECT_EQ(outcome.exitCode, 0) << options << "\n" << outcome.said;
+        return outcome.said;
+    }
+    /// Filters at random places in reach of the effect, by the widths of both forms at a rate.
+    std::vector<Filter> randomFilters(int count, int rate) {
+        const auto random = [this](double from, double to) {
+            return std::uniform_real_distribution<double>(from, to)(generator);
+        };
+        std::vector<Filter> filters;
+        for (int i = 0; i < count; ++i) {
+            const double frequency = 20.0 * std::pow(1000.0, random(0.001, 0.999)) * rate / 44100.0;
+            const double gain = random(-10.0, 10.0);
+            const double angle = 2.0 * std::numbers::pi * frequency / rate;
+            const double width = std::tan(angle / 2.0 / std::pow(10.0, random(0.001, 0.999)));
+            filters.push_back(
+                {"PK", frequency, gain, std::sin(angle) / 2.0 / width * std::pow(10.0, -std::fabs(gain) / 40.0)});
+        }
+        return filters;
+    }
+
+    std::mt19937 generator{19};
+};
+
+TEST_F(EqualizeSettings, ImportsPeakFiltersExactlyAsSoxHasThemAtEachRate) {
+    for (const int rate : {44100, 48000}) {
+        double worst = -1000.0;
+        // Floats in between would cost precision in SoX.
+        Sound sound = noise(rate, 1, 20000, SF_FORMAT_WAV | SF_FORMAT_PCM_32);
+        for (float& sample : sound.samples) sample *= 0.02F; // boosts add up, and SoX clips
+        writeSound("in.wav", sound);
+        // Ten filters run through three effects.
+        for (int run = 0; run < 20; ++run) {
+            std::vector<Filter> filters = randomFilters(10, rate);
+            const std::string text = textOf(filters);
+            folder.write("in.txt", text);
+            equalize("--quiet --import in.txt");
+            std::ostringstream effects;
+            effects.precision(9);
+            for (const Filter& filter : filters)
+                effects << " equalizer " << filter.frequency << " " << filter.q << "q " << filter.gain;
+            shell("sox -V1 in.wav sox.wav" + effects.str());
+            const std::vector<float> expected = samplesOf("sox.wav");
+            std::vector<float> residue = samplesOf("out.wav");
+            ASSERT_EQ(residue.size(), expected.size());
+            ASSERT_LT(*std::ranges::max_element(expected), 0.9F) << "SoX clipped";
+            for (std::size_t i = 0; i < residue.size(); ++i) residue[i] -= expected[i];
+            worst = std::max(worst, 20.0 * std::log10(rms(residue) / rms(expected)));
+        }
+        EXPECT_LT(worst, -120.0) << rate << " Hz";
+        RecordProperty("residue at " + std::to_string(rate), std::to_string(worst));
+    }
+    const std::vector<float> aligned = samplesOf("out.wav");
+    std::vector<float> late = equalized("--quiet --import in.txt --keep-latency");
+    ASSERT_EQ(late.size(), aligned.size() + 3 * 2048);
+    EXPECT_TRUE(std::equal(aligned.begin(), aligned.end(), late.begin() + 3 * 2048));
+}
+
+TEST_F(EqualizeSettings, FindsTheSameSettingsInWhatItExports) {
+    writeSound("in.wav", noise(48000, 1, 10));
+    for (const std::string input : {"", " in.wav"}) {
+        for (int round = 0; round < 20; ++round) {
+            std::ostringstream options;
+            options.precision(9);
+            for (int index = 0; index < 13; ++index)
+                options << " --set " << index << "=" << std::uniform_real_distribution<float>(0.0F, 1.0F)(generator);
+            const std::string quiet = "--quiet --list --json" + input;
+            const std::string list = settings(quiet + options.str() + " --export out.txt");
+            EXPECT_EQ(settings(quiet + " --import out.txt"), list) << contents("out.txt");
+        }
+        // The same from a preset that an import wrote, and for more bands than an effect has.
+        folder.write("in.txt", textOf(randomFilters(9, input.empty() ? 44100 : 48000), -7.25));
+        const std::string list = settings("--quiet --list --import in.txt --export out.txt" + input);
+        EXPECT_NE(list.find("effect 3 of 3:"), std::string::npos) << list;
+        EXPECT_EQ(settings("--quiet --list --import out.txt" + input), list);
+        shell("head -n 6 out.txt | tail -n +2 > four.txt");
+        const std::string four = settings("--quiet --list --import four.txt --save-preset a.preset" + input);
+        EXPECT_EQ(settings("--quiet --list --preset a.preset" + input), four) << contents("a.preset");
+    }
+}
+
+TEST_F(EqualizeSettings, FitsWhatHasNoExactFormAndMeasuresTheDeviation) {
+    int good = 0;
+    for (const std::vector<Filter>& filters : Headphones) {
+        const int rate = &filters == &Headphones[1] ? 48000 : 44100;
+        folder.write("in.txt", textOf(filters, -6.5));
+        Sound impulse{rate, 1, std::vector<float>(1 << 16)};
+        impulse.samples[0] = 0.5F;
+        writeSound("in.wav", impulse);
+        // Line 1 is the Preamp.
+        expectFailure(1, "--import in.txt in.wav out.wav", "no exact form here; --fit comes near to the whole file");
+        const std::string said = run("--import in.txt --list").said;
+        for (std::size_t i = 0; i < filters.size(); ++i) {
+            const double leastQ = std::pow(10.0, -std::fabs(filters[i].gain) / 40.0);
+            const bool isExact = filters[i].type == "PK" && std::fabs(filters[i].gain) <= 10.0 && filters[i].q > leastQ;
+            EXPECT_EQ(said.find("line " + std::to_string(i + 2) + ", ") == std::string::npos, isExact) << i << "\n"
+                                                                                                       << said;
+        }
+
+        const std::string notes = equalize("--import in.txt --fit");
+        std::ostringstream chain;
+        chain.precision(9);
+        chain << "volume=-6.5dB:precision=double";
+        for (const auto& [type, frequency, gain, q] : filters)
+            chain << ","
+                  << (type == "PK"    ? "equalizer"
+                      : type == "LSC" ? "lowshelf"
+                                      : "highshelf")
+                  << "=f=" << frequency << ":t=q:w=" << q << ":g=" << gain << ":r=f64";
+        shell("ffmpeg -v error -y -i in.wav -af '" + chain.str() + "' -c:a pcm_f32le target.wav");
+        const Sound target{rate, 1, samplesOf("target.wav")};
+        const Sound fit{rate, 1, samplesOf("out.wav")};
+        double largest = 0.0;
+        for (int i = 0; i <= 600; ++i) {
+            const double frequency = 20.0 * std::pow(1000.0, i / 600.0);
+            largest = std::max(largest, std::fabs(decibelsAt(fit, frequency) - decibelsAt(target, frequency)));
+        }
+        EXPECT_NEAR(largest, statedDeviation(notes), 0.02);
+        good += largest <= 1.5 ? 1 : 0;
+        RecordProperty("deviation " + std::to_string(&filters - Headphones), std::to_string(largest));
+    }
+    EXPECT_GE(good, 2);
+}
+
+TEST_F(EqualizeSettings, JudgesAFitAndWritesItForAnyHost) {
+    folder.write("in.txt", textOf(Headphones[0], -6));
+    const std::string notes = settings("--import in.txt --fit --bands 4 --save-preset a.preset --plot a.svg --list");
+    EXPECT_NE(notes.find("warning: more than 2 dB"), std::string::npos) << notes;
+    EXPECT_EQ(settings("--quiet --list --preset a.preset"), notes.substr(notes.find("index")));
+    for (const char* const name : {"Target", "Fit, volume \u22126.0 dB", "Difference"})
+        EXPECT_NE(contents("a.svg").find(name), std::string::npos) << name;
+    const std::string first = contents("a.preset");
+    settings("--import in.txt --fit --bands 4 --save-preset a.preset");
+    EXPECT_EQ(contents("a.preset"), first);
+    folder.write("in.txt", textOf(Headphones[2], -6));
+    expectFailure(1, "--import in.txt --fit --bands 1 --list", "dB, more than 6 dB; a higher number of --bands");
+    settings("--import in.txt --fit --bands 1 --force --list");
+    expectFailure(2, "--import in.txt --fit --save-preset b.preset", "a preset has 4 bands");
+
+    // A text with an exact form needs no fit, and has one with fewer bands.
+    folder.write("in.txt", textOf(randomFilters(5, 44100)));
+    EXPECT_EQ(settings("--quiet --import in.txt --fit --list"), settings("--quiet --import in.txt --list"));
+    settings("--import in.txt --fit --bands 4 --force --save-preset b.preset");
+
+    // The level of a curve is a part of the volume, and beyond 20 Hz the curve does not count.
+    folder.write("in.txt", "GraphicEQ: 10 -84; 20 -9; 200 -9; 1000 -3; 5000 -9; 20000 -9\nPreamp: 1,5 dB");
+    expectFailure(1, "--import in.txt --list", "no exact form");
+    const std::string curve = settings("--import in.txt --fit --list");
+    double volume = 0.0;
+    std::sscanf(curve.substr(curve.find("dB  ", curve.find("volume"))).c_str(), "dB %*f %lf", &volume);
+    EXPECT_LT(statedDeviation(curve), 0.6) << curve;
+    EXPECT_NEAR(volume, -7.5, 0.6) << curve;
+}
+
+TEST_F(EqualizeSettings, ReadsTextsAsTheyAreFound) {
+    const std::string expected = "Preamp: -3.5 dB\nFilter 1: ON PK Fc 63.8 Hz Gain -8.6 dB Q 5\n";
+    const std::string rewText =
+        "Filter Settings file\n\nRoom EQ V5.20\nDated: Jan 1, 2024 10:00:00 AM\n\nNotes:\n\nEqualiser: "
+        "Generic\nLeft\nFilter  1: ON  None\nFilter  2: OFF PK Fc x\nFilter  3: ON  Modal\tFc\t 63.8 Hz  Gain  "
+        "\u22128.60 dB  Q  5.00  T60 target   300 ms\nFilter  4: ON  PK       Fc   100.0 Hz  Gain   0.00 dB  Q 50.0\n"
+        "Preamp: -3.5 dB";
+    const std::string texts[] = {
+        expected,
+        "\xEF\xBB\xBFPREAMP: -3,5 DB\r\nfilter 1: on pk fc 63,8 hz gain -8,60 db q 5,00\r\n",
+        "# Preamp: -9 dB\n\nPreamp:-2dB # and\nFilter: ON PEQ Fc 63.8Hz Gain -8.6dB Q 5\nPreamp: -1.5",
+        rewText,
+        "Channel: all\nDevice: all\nPreamp: -3.5 dB\nFilter12:ON PK Gain -8.6 dB Q 0.5e1 Fc 0.0638 kHz",
+    };
+    for (const std::string& text : texts) {
+        folder.write("in.txt", text);
+        settings("--quiet --import in.txt --export out.txt");
+        EXPECT_EQ(contents("out.txt"), "# Exact at a sampling rate of 44100 Hz.\n" + expected) << text;
+    }
+    // What the command line sets replaces single values, and leaves the frequency of an imported band.
+    settings("--import in.txt --volume -12 --band 1:gain=2 --band 2:gain=1,q=2 --set 0=0.5 --export out.txt");
+    const std::string changed = contents("out.txt");
+    for (const char* const part : {"Preamp: 0 dB\n", "Fc 63.8 Hz Gain 2 dB Q ", "Fc 200 Hz Gain 1 dB Q "})
+        EXPECT_NE(changed.find(part), std::string::npos) << changed;
+    // A bandwidth of an octave is a Q of the square root of two, well below the rate.
+    folder.write("in.txt", "Filter: ON PK Fc 100 Hz Gain 6 dB BW Oct 1");
+    settings("--quiet --import in.txt --export out.txt");
+    EXPECT_NE(contents("out.txt").find("Q 1.4141"), std::string::npos) << contents("out.txt");
+}
+
+TEST_F(EqualizeSettings, RefusesLinesWithTheirNumberAndTheReason) {
+    const std::tuple<std::string, std::string, std::string> rows[] = {
+        {"Filter 1: PK Fc 100 Hz Gain 1 dB Q 2", "", "in.txt:2: 'PK' is neither ON nor OFF"},
+        {"Filter 1: ON", "", "in.txt:2: the type of the filter is missing"},
+        {"Filter 1: ON PX Fc 100 Hz", "", "in.txt:2: 'PX' is no type of filter"},
+        {"Filter 1: ON LP Fc 100 Hz", "--fit", "in.txt:2: filters of the type 'LP' are not possible"},
+        {"Filter 1: ON PK Fc 1.000,5 Hz Gain 1 dB Q 2", "", "in.txt:2: Fc: '1.000,5' is not a number"},
+        {"Filter 1: ON PK Fc 100 Hz Q 2", "", "in.txt:2: Gain is missing"},
+        {"Filter 1: ON PK Fc 100 Hz Gain 2 dB", "", "in.txt:2: Q is missing"},
+        {"Filter 1: ON PK Fc 100 Hz Gain 2 dB Q", "", "in.txt:2: the number of Q is missing"},
+        {"Filter 1: ON PK Fc 100 Hz Gain 2 dB Q 0", "", "in.txt:2: Q is too small"},
+        {"Filter 1: ON PK Fc 100 Hz Gain 2 dB Q 2 Hz", "", "in.txt:2: 'Hz' is not understood"},
+        {"Filter 1 ON PK Fc 100 Hz Gain 2 dB Q 2", "", "in.txt:2: there is no colon after 'Filter'"},
+        {"Filter 1: ON LS 300 dB Fc 100 Hz Gain 6 dB", "--fit", "in.txt:2: the slope is too steep"},
+        {"Channel: L", "--fit", "in.txt:2: 'Channel' is not possible: all channels and devices are equalized alike"},
+        {"Copy: L=R", "--fit", "in.txt:2: 'Copy' is not possible: it mixes channels"},
+        {"include: other.txt", "--fit", "in.txt:2: 'include' is not possible: it reads another file"},
+        {"GraphicEQ: 100 1; 50 2", "--fit", "in.txt:2: GraphicEQ: 50 Hz does not follow 100 Hz"},
+        {"Preamp: -14.5 dB", "", "in.txt:2: Preamp -14.5 dB is not from -12 to 12 dB; --volume sets another"},
+        {"Nothing", "", "in.txt: there is no filter that is on"},
+        {"Filter: ON PK Fc 100 Hz Gain 10.5 dB Q 2", "", "line 2, PK Fc 100 Hz Gain 10.5 dB Q 2: the gain must be -10"},
+        {"Filter: ON PK Fc 19 Hz Gain 1 dB Q 2", "", "the frequency must be 20.00 to 20000.00 Hz at a rate of 44100"},
+        {"Filter: ON PK Fc 100 Hz Gain 8 dB Q .62", "", "Q must be 0.631 to 6.309 at this frequency and gain"},
+        {"Filter: ON PK Fc 22050 Hz Gain 8 dB Q 1", "--fit", "in.txt:2: PK at 22050 Hz is not possible: its middle"},
+    };
+    for (const auto& [line, options, message] : rows) {
+        folder.write("in.txt", "# A comment\n" + line + "\n");
+        expectFailure(1, "--import in.txt --list " + options, message);
+    }
+    folder.write("in.txt", "Preamp: -14.5 dB\nFilter: ON PK Fc 100 Hz Gain 2 dB Q 2");
+    settings("--import in.txt --volume -12 --list");
+    folder.write("in.txt", "\xFF\xFEP");
+    expectFailure(1, "--import in.txt --list", "UTF-16");
+    expectFailure(1, "--import none.txt --list", "none.txt: No such file");
+    expectFailure(2, "--fit --list", "--fit, --bands and --force need --import");
+    expectFailure(2, "--import in.txt --bands 3 --list", "--bands and --force need --fit");
+    expectFailure(2, "--import in.txt --preset in.txt --list", "--import and --preset exclude each other");
+    expectFailure(2, "--volume 1 --suffix x --export a.txt in.wav", "are for one file");
+}
+
+/// The shelves of all lines, against ffmpeg's at the middle and the width that the line means.
+TEST_F(EqualizeSettings, KnowsTheShelvesOfTheTexts) {
+    Sound impulse{44100, 1, std::vector<float>(1 << 15)};
+    impulse.samples[0] = 1.0F;
+    writeSound("in.wav", impulse);
+    // A slope S of 12 dB per octave and Q 0.7071 are the same. A corner is 10^(|gain| / (80 S)) from the middle.
+    const double octaves = std::pow(10.0, 6.0 / 80.0);
+    const std::pair<const char*, std::string> rows[] = {
+        {"LSC Fc 400 Hz Gain 6 dB Q 0.6", "lowshelf=f=400:t=q:w=0.6:g=6"},
+        {"LS Q Fc 400 Hz Gain 6 dB Q 0.6", "lowshelf=f=400:t=q:w=0.6:g=6"},
+        {"HSC 6 dB Fc 2000 Hz Gain -6 dB", "highshelf=f=2000:t=s:w=0.5:g=-6"},
+        {"HS Fc 2000 Hz Gain -6 dB", "highshelf=f=2000:t=s:w=0.9:g=-6"},
+        {"LS 12dB Fc 400 Hz Gain 6 dB", "lowshelf=f=" + std::to_string(400 * octaves) + ":t=s:w=1:g=6"},
+        {"HS Fc 2000 Hz Gain -6 dB Q 0.70710678", "highshelf=f=" + std::to_string(2000 / octaves) + ":t=s:w=1:g=-6"},
+    };
+    for (const auto& [line, filter] : rows) {
+        folder.write("in.txt", std::string("Filter: ON ") + line);
+        const std::string notes = equalize("--import in.txt --fit --bands 6");
+        shell("ffmpeg -v error -y -i in.wav -af '" + filter + ":r=f64' -c:a pcm_f32le target.wav");
+        const Sound target{44100, 1, samplesOf("target.wav")};
+        const Sound fit{44100, 1, samplesOf("out.wav")};
+        double largest = 0.0;
+        for (int i = 0; i <= 300; ++i) {
+            const double frequency = 20.0 * std::pow(1000.0, i / 300.0);
+            largest = std::max(largest, std::fabs(decibelsAt(fit, frequency) - decibelsAt(target, frequency)));
+        }
+        EXPECT_LT(largest, 0.5) << line;
+        EXPECT_NEAR(largest, statedDeviation(notes), 0.01) << line;
+    }
+}
+
+TEST_F(EqualizeSettings, WritesAFilterChainThatPipewireReads) {
+    folder.write("in.txt", textOf(randomFilters(6, 44100), -6));
+    settings("--quiet --import in.txt --export out.txt");
+    settings("--quiet --import in.txt --export out.CONF");
+    shell("spa-json-dump out.CONF > out.json");
+    std::string chain = contents("out.json");
+    std::erase_if(chain, [](char c) { return c == ' ' || c == '\n'; });
+    EXPECT_NE(chain.find("\"label\":\"mixer\",\"control\":{\"Gain1\":0.501187"), std::string::npos) << chain;
+    EXPECT_NE(chain.find("{\"output\":\"volume:Out\",\"input\":\"band1:In\"}"), std::string::npos) << chain;
+    EXPECT_NE(chain.find("{\"output\":\"band5:Out\",\"input\":\"band6:In\"}],\"inputs\":[\"volume:In1\"],\"outputs\":["
+                         "\"band6:Out\"]"),
+              std::string::npos)
+        << chain;
+    std::istringstream text(contents("out.txt"));
+    std::string line;
+    int filters = 0;
+    for (; std::getline(text, line);) {
+        char frequency[32];
+        char gain[32];
+        char q[32];
+        if (std::sscanf(line.c_str(), "Filter %*d: ON PK Fc %31s Hz Gain %31s dB Q %31s", frequency, gain, q) != 3)
+            continue;
+        const std::string name = "\"name\":\"band" + std::to_string(++filters) + "\",\"label\":\"bq_peaking\"";
+        EXPECT_NE(chain.find(name + ",\"control\":{\"Freq\":" + frequency + ",\"Q\":" + q + ",\"Gain\":" + gain + "}"),
+                  std::string::npos)
+            << line << chain;
+    }
+    EXPECT_EQ(filters, 6);
+}
+
+TEST_F(EqualizeSettings, ConvertsForEachFileOfABatchAtItsRate) {
+    folder.write("in.txt", textOf({{"PK", 9000, 8, 2}}));
+    for (const int rate : {44100, 48000}) {
+        Sound impulse{rate, 1, std::vector<float>(1 << 14)};
+        impulse.samples[0] = 1.0F;
+        writeSound(std::to_string(rate) + ".wav", impulse);
+    }
+    const std::string said = settings("--import in.txt --suffix -out 44100.wav 48000.wav");
+    for (const int rate : {44100, 48000}) {
+        const std::string name = std::to_string(rate);
+        shell("f=" + name +
+              "; ffmpeg -v error -i $f.wav -af equalizer=f=9000:t=q:w=2:g=8:r=f64 -c:a pcm_f32le f$f.wav");
+        const std::vector<float> expected = samplesOf("f" + name + ".wav");
+        std::vector<float> residue = samplesOf(name + "-out.wav");
+        for (std::size_t i = 0; i < residue.size(); ++i) residue[i] -= expected[i];
+        EXPECT_LT(20.0 * std::log10(rms(residue) / rms(expected)), -120.0) << said;
+    }
+}
+
+} // namespace
+
+} // namespace eq
