@@ -125,8 +125,7 @@ public:
 
     void addOtherOutput(const std::string& file) {
         if (file.empty()) return;
-        if (m_isOutputTaken && isStandardOutput(file))
-            throw UsageError(file + " is used twice: the sound goes there");
+        if (m_isOutputTaken && isStandardOutput(file)) throw UsageError(file + " is used twice: the sound goes there");
         if (isStream(file)) return;
         const fs::path identity = identityOf(file);
         if (m_readers.contains(identity) || !m_writers.emplace(identity, file).second)

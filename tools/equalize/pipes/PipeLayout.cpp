@@ -73,7 +73,9 @@ PipeLayout layoutOfAu(PipeSource& source) {
     const auto encoding = header.read<std::uint32_t>();
     header.skip(4);
     layout.frameBytes = (encoding < SampleBytes.size() ? SampleBytes[encoding] : 0) * header.read<std::uint32_t>();
-    if (layout.frameBytes == 0 || layout.soundBegin < 24 || layout.soundBegin >= Kept || isDoubtful(source, layout.soundSize)) return {};
+    if (layout.frameBytes == 0 || layout.soundBegin < 24 || layout.soundBegin >= Kept ||
+        isDoubtful(source, layout.soundSize))
+        return {};
     layout.reading = PipeLayout::Reading::InOrder;
     return layout;
 }

@@ -3,6 +3,7 @@
 #include "tools/common/Errors.h"
 #include "tools/common/NamedDescriptor.h"
 #include "tools/common/SpoolFile.h"
+#include "tools/equalize/pipes/SoundFileOpening.h"
 
 #include <cerrno>
 #include <optional>
@@ -48,6 +49,7 @@ void SoundInput::requireKnownFormat() {
     if (head.size() < PipeSource::KeptBytes || mayBeMpeg(head)) return;
     SF_VIRTUAL_IO functions = PipeSource::functions();
     SF_INFO info = {};
+    const auto lock = lockSoundFileOpening();
     SNDFILE* const file = sf_open_virtual(&functions, SFM_READ, &info, m_pipe.get());
     if (file == nullptr && sf_error(nullptr) == SF_ERR_UNRECOGNISED_FORMAT)
         throw FileError(m_name + ": not a readable audio file: the contents are of no known kind of audio file");

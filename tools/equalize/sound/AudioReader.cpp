@@ -107,7 +107,13 @@ void AudioReader::openFile() {
 void AudioReader::openPipe(PipeSource& pipe) {
     const PipeLayout& layout = m_input.layout();
     const bool isSizeOpen = isOpen(layout);
-    if (layout.soundBegin != 0) pipe.limitParsing(layout.soundBegin);
+    // One thread opens a file at a time, and no other may wait for a pipe meanwhile: the decoders of Ogg and FLAC read
+    // less than this after the header.
+    constexpr std::size_t ReadAhead = 16384;
+    if (layout.soundBegin != 0)
+        pipe.limitParsing(layout.soundBegin);
+    else
+        static_cast<void>(pipe.head(pipe.kept().size() + ReadAhead));
     if (isSizeOpen) leaveSizeOpen(pipe, layout);
     if (layout.isMpeg) {
         pipe.endParsing();

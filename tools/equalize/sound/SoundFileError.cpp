@@ -6,11 +6,6 @@
 
 namespace eq {
 
-std::unique_lock<std::mutex> lockSoundFileOpening() {
-    static std::mutex opening;
-    return std::unique_lock(opening);
-}
-
 std::string soundFileError(SNDFILE* file) {
     switch (sf_error(file)) {
     case SF_ERR_NO_ERROR:
