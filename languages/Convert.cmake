@@ -1,8 +1,9 @@
 # Converts SOURCE, a language source in UTF-8, to the language file RESULT with the program ICONV. CODEPAGE is the
 # number of the result's code page, or ASCII. For ASCII, the result has no <CODEPAGE> tag and no line with a character
-# that is not ASCII. Each line ends with CR LF, which every Windows editor shows correctly. A character that is not in
-# the code page is an error; then the script leaves no file.
-set(edit "s/\\r*$/\\r/")
+# that is not ASCII. Each line ends with CR LF, which every Windows editor shows correctly. The result has no context
+# [LV2], which is the last context of a source, because the library does not read it. A character that is not in the
+# code page is an error; then the script leaves no file.
+set(edit "/^\\[LV2\\]/,\$d; s/\\r*$/\\r/")
 set(charset "CP${CODEPAGE}")
 if(CODEPAGE STREQUAL ASCII)
   string(PREPEND edit "/^<CODEPAGE/d; /[^\\t\\r -~]/d; /\\\\x[89A-Fa-f]/d; ")
