@@ -45,16 +45,20 @@ public:
         const bool isShown = comesTrue([this] {
             const auto windows = x.children(x.root());
             window = windows.empty() ? 0 : windows.back();
-            return window != 0 && !x.children(window).empty();
+            const auto editors = window != 0 ? x.children(window) : windows;
+            return !editors.empty() && x.isShown(editors[0]);
         });
         EXPECT_TRUE(isShown) << said();
     }
 
-    /// Runs xdotool for each command. Semicolons separate them.
-    static void act(const std::string& commands) {
+    /// Runs xdotool for each command. Semicolons separate them. Keys are pressed when the editor has the keyboard.
+    void act(const std::string& commands) const {
         std::istringstream stream(commands);
-        for (std::string command; std::getline(stream, command, ';');)
+        for (std::string command; std::getline(stream, command, ';');) {
+            const bool hasKeys = command.starts_with("key ") || command.starts_with("type ");
+            EXPECT_TRUE(!hasKeys || comesTrue([this] { return x.focus() == x.children(window).at(0); }));
             EXPECT_EQ(std::system(("xdotool " + command).c_str()), 0) << command; // NOLINT(*-command-processor)
+        }
     }
     [[nodiscard]] std::string said() const {
         std::ostringstream text;
@@ -132,7 +136,7 @@ const Gesture Gestures[] = {
      TakeKeyboard + "key Up Tab Up Tab Up Tab Up Tab Up Tab Down Down",
      {{5, gain(-0.5)}, {6, gain(0.5)}, {7, gain(0.5)}, {8, gain(0.5)}, {0, volume(0.5)}}},
     {"Tab backwards", TakeKeyboard + "key shift+Tab Up shift+Tab Down", {{0, volume(0.5)}, {8, gain(-0.5)}}},
-    {"undo", std::string(Node2) + "mousedown 1 mousemove 377 113 mouseup 1 key ctrl+z", {{2, 2.0 / 3.0}, {6, 0.5}}},
+    {"undo", std::string(Node2) + "mousedown 1 mousemove 377 113 mouseup 1;key ctrl+z", {{2, 2.0 / 3.0}, {6, 0.5}}},
     {"1.2k is typed", EditFrequency1 + "type 1.2k;key Return", {{1, frequency(1200)}}},
     {"1200 is typed", EditFrequency1 + "type 1200;key Return", {{1, frequency(1200)}}},
     {"the text is edited",
@@ -159,7 +163,7 @@ TEST(CurveEditor, SendsTheHostEachGesture) {
     for (const Gesture& gesture : Gestures) {
         SCOPED_TRACE(gesture.name);
         const HostProcess host(gesture.options, gesture.environment);
-        HostProcess::act(gesture.commands);
+        host.act(gesture.commands);
         EXPECT_TRUE(host.receives(gesture.expected)) << host.said();
     }
 }
@@ -167,13 +171,16 @@ TEST(CurveEditor, SendsTheHostEachGesture) {
 TEST(CurveEditor, LeavesOtherKeysToTheHost) {
     const XServer server;
     const HostProcess host("");
-    HostProcess::act(TakeKeyboard + "key a Tab space ctrl+s Up");
+    host.act(TakeKeyboard + "key a Tab space ctrl+s Up");
     EXPECT_TRUE(host.receives({{6, gain(0.5)}}));
-    std::string keys;
-    std::istringstream lines(host.said());
-    for (std::string line; std::getline(lines, line);)
-        if (line.starts_with("key for the host: ")) keys += line.substr(17);
-    EXPECT_EQ(keys, " 38 65 37 39"); // a, space, Control, s
+    const auto keys = [&host] {
+        std::string codes;
+        std::istringstream lines(host.said());
+        for (std::string line; std::getline(lines, line);)
+            if (line.starts_with("key for the host: ")) codes += line.substr(17);
+        return codes;
+    };
+    EXPECT_TRUE(comesTrue([&] { return keys() == " 38 65 37 39"; })) << keys(); // a, space, Control, s
 }
 
 TEST(CurveEditor, FollowsAutomationWithoutTouchingAParameter) {
@@ -191,7 +198,7 @@ TEST(CurveEditor, FillsTheHostsWindow) {
         EXPECT_TRUE(
             comesTrue([&] { return host.x.size(host.x.children(host.window)[0]) == std::pair(width, height); }));
     }
-    HostProcess::act(std::string(Node2) + "mousedown 1 mousemove 302 113 mouseup 1");
+    host.act(std::string(Node2) + "mousedown 1 mousemove 302 113 mouseup 1");
     EXPECT_TRUE(host.receives({{6, gain(101 * DecibelsPerPixel)}}));
 }
 

@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <filesystem>
 #include <functional>
 
@@ -46,24 +45,12 @@ class CurveHost : public testing::Test {
 protected:
     ~CurveHost() override { onAutomate = nullptr; }
 
-    /// Sends the editor a button or a movement of the pointer.
-    void point(std::uint8_t type, std::int16_t x, std::int16_t y) const {
-        xcb_button_press_event_t event{};
-        event.response_type = type;
-        event.detail = 1;
-        event.event = client.children(window).at(0);
-        event.event_x = x;
-        event.event_y = y;
-        std::array<char, 32> bytes{};
-        std::memcpy(bytes.data(), &event, sizeof event);
-        xcb_send_event(client.get(), 0, event.event, XCB_EVENT_MASK_NO_EVENT, bytes.data());
-        client.sync();
-    }
     /// Idles until the editor has received the event.
     void drag(const HostedEffect& effect) {
         automations = 0;
-        point(XCB_BUTTON_PRESS, 302, 214);
-        point(XCB_MOTION_NOTIFY, 302, 113);
+        const xcb_window_t editor = client.children(window).at(0);
+        client.point(editor, XCB_BUTTON_PRESS, 302, 214);
+        client.point(editor, XCB_MOTION_NOTIFY, 302, 113);
         comesTrue([&] {
             effect.dispatch(effEditIdle);
             return automations > 0;
@@ -163,7 +150,7 @@ TEST_F(CurveHost, OpensAThousandTimesWithoutALeak) {
     };
     cycles(100); // caches of fonts fill
     const std::size_t descriptors = openDescriptors();
-    const std::size_t memory = mallinfo2().uordblks;
+    [[maybe_unused]] const std::size_t memory = mallinfo2().uordblks;
     cycles(1000);
     EXPECT_EQ(openDescriptors(), descriptors);
     EXPECT_TRUE(client.children(window).empty());

@@ -19,7 +19,9 @@ void PointerControl::press(const PointerInput& input) {
     // A click elsewhere takes a typed value that can be read, and drops one that cannot.
     if (state.entry && target != fieldTarget(state.entry->parameter) && !state.takeEntry()) state.closeEntry();
 
-    const bool isDouble = target == pressedTarget && input.time - pressed.time <= DoubleClickMilliseconds && !hasMoved;
+    const bool hasReset = target.kind == TargetKind::Node || target.kind == TargetKind::Volume;
+    const bool isDouble =
+        hasReset && target == pressedTarget && !hasMoved && input.time - pressed.time <= DoubleClickMilliseconds;
     pressedTarget = isDouble ? EditorTarget{} : target; // a third click begins anew
     pressed = input;
     hasMoved = false;

@@ -139,6 +139,7 @@ void CurveEditor::handleButton(const xcb_button_press_event_t& event, bool isPre
     constexpr xcb_button_t WheelUp = 4;
     constexpr xcb_button_t WheelDown = 5;
     const PointerInput input = pointerInput(event.event_x, event.event_y, event.state, event.time);
+    arrange(); // the window may have been resized since the last picture
     if (event.detail == 1 && !isPress) {
         pointer.move(input);
         pointer.release();
@@ -166,9 +167,13 @@ void CurveEditor::handleMessage(const xcb_client_message_event_t& event) {
     if (message == EmbeddedFocusOut) state.hasKeyboard = false;
 }
 
+bool CurveEditor::arrange() {
+    isResized = isResized && !painter.resize(state, curveWindow.width(), curveWindow.height());
+    return !isResized;
+}
+
 void CurveEditor::draw() {
-    if (isResized && !painter.resize(state, curveWindow.width(), curveWindow.height())) return;
-    isResized = false;
+    if (!arrange()) return;
     for (const Rect& part : painter.paint(state)) exposed.push_back(part);
     for (const Rect& part : exposed) curveWindow.show(painter.pixels(), painter.bytesPerRow(), part);
     exposed.clear();

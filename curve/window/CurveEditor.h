@@ -45,6 +45,8 @@ private:
     void handleButton(const xcb_button_press_event_t& event, bool isPress);
     void handleKey(const xcb_key_press_event_t& event, bool isPress);
     void handleMessage(const xcb_client_message_event_t& event);
+    /// Adopts the size of the window. Returns false without memory for a picture of it.
+    bool arrange();
     void draw();
 
     std::unique_ptr<XConnection> x;

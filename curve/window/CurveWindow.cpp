@@ -28,10 +28,8 @@ CurveWindow::CurveWindow(XConnection& connection, xcb_window_t host, double scal
     const XOwned<xcb_get_geometry_reply_t> geometry(
         xcb_get_geometry_reply(x.get(), xcb_get_geometry(x.get(), hostWindow), nullptr));
     if (!geometry) return;
-    const bool holdsEditor =
-        geometry->width >= scaled(LeastEditorWidth, scale) && geometry->height >= scaled(LeastEditorHeight, scale);
-    currentWidth = holdsEditor ? geometry->width : scaled(DefaultEditorWidth, scale);
-    currentHeight = holdsEditor ? geometry->height : scaled(DefaultEditorHeight, scale);
+    currentWidth = scaled(DefaultEditorWidth, scale);
+    currentHeight = scaled(DefaultEditorHeight, scale);
     if (!create(scale)) window = XCB_NONE;
 }
 
@@ -60,8 +58,6 @@ bool CurveWindow::create(double scale) {
     graphics = xcb_generate_id(x.get());
     xcb_create_gc(x.get(), graphics, window, 0, nullptr);
     setProperties(scale);
-    const std::uint32_t hostEvents = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
-    xcb_change_window_attributes(x.get(), hostWindow, XCB_CW_EVENT_MASK, &hostEvents);
     xcb_map_window(x.get(), window);
     xcb_flush(x.get());
     return true;
@@ -93,10 +89,6 @@ xcb_atom_t CurveWindow::atom(const char* name) {
 }
 
 bool CurveWindow::configure(const xcb_configure_notify_event_t& event) {
-    if (event.window == hostWindow) {
-        resize(event.width, event.height);
-        return false;
-    }
     if (event.window != window || (event.width == currentWidth && event.height == currentHeight)) return false;
     currentWidth = event.width;
     currentHeight = event.height;
@@ -105,7 +97,6 @@ bool CurveWindow::configure(const xcb_configure_notify_event_t& event) {
 
 void CurveWindow::resize(int width, int height) {
     if (!isOpen()) return;
-    // Not compared with the current size: an earlier request may still be on its way.
     const std::array<std::uint32_t, 2> size = {static_cast<std::uint32_t>(std::max(width, 1)),
                                                static_cast<std::uint32_t>(std::max(height, 1))};
     xcb_configure_window(x.get(), window, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, size.data());

@@ -8,11 +8,11 @@
 
 namespace eq {
 
-/// The editor's window, a child of the host's. Its size follows the host's window.
+/// The editor's window, a child of the host's. The host resizes it. It does not follow the size of the host's window by
+/// itself: some hosts fit their window to the editor and some pixels, and both would grow without end.
 class CurveWindow {
 public:
-    /// Creates and shows a window of the size of the host's, or of a default size if that is too small to hold the
-    /// editor. `isOpen` is false if there is no such host's window.
+    /// Creates and shows a window of the default size. `isOpen` is false if there is no such host's window.
     CurveWindow(XConnection& connection, xcb_window_t hostWindow, double scale);
     ~CurveWindow();
     CurveWindow(const CurveWindow&) = delete;

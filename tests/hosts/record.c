@@ -57,12 +57,6 @@ enum {
     effGetVstVersion = 58,
 };
 
-#ifdef _WIN32
-enum { EditorFlag = 1 };
-#else
-enum { EditorFlag = 0 };
-#endif
-
 static const struct {
     const char* name;
     int offset;
@@ -74,7 +68,7 @@ static const struct {
     {"numParams", NumParams, 12, 13},
     {"numInputs", NumInputs, 1, 2},
     {"numOutputs", NumOutputs, 1, 2},
-    {"flags", Flags, 0x11, 0x18 + EditorFlag},
+    {"flags", Flags, 0x11, 0x19},
     {"initialDelay", InitialDelay, 0, 2048},
     {"realQualities", RealQualities, 0, 0},
     {"offQualities", OffQualities, 0, 0},

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -105,13 +106,38 @@ public:
         std::free(geometry);
         return result;
     }
+    [[nodiscard]] bool isShown(xcb_window_t window) const {
+        auto* const reply = xcb_get_window_attributes_reply(m_x, xcb_get_window_attributes(m_x, window), nullptr);
+        const bool result = reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
+        std::free(reply);
+        return result;
+    }
+    [[nodiscard]] xcb_window_t focus() const {
+        auto* const reply = xcb_get_input_focus_reply(m_x, xcb_get_input_focus(m_x), nullptr);
+        const xcb_window_t window = reply ? reply->focus : xcb_window_t{XCB_NONE};
+        std::free(reply);
+        return window;
+    }
     void resize(xcb_window_t window, std::uint32_t width, std::uint32_t height) const {
         const std::array<std::uint32_t, 2> values = {width, height};
         xcb_configure_window(m_x, window, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values.data());
         sync();
     }
+    /// Sends the window an event of the first button or of the pointer.
+    void point(xcb_window_t window, std::uint8_t type, int atX, int atY) const {
+        xcb_button_press_event_t event{};
+        event.response_type = type;
+        event.detail = 1;
+        event.event = window;
+        event.event_x = static_cast<std::int16_t>(atX);
+        event.event_y = static_cast<std::int16_t>(atY);
+        std::array<char, 32> bytes{};
+        std::memcpy(bytes.data(), &event, sizeof event);
+        xcb_send_event(m_x, 0, window, XCB_EVENT_MASK_NO_EVENT, bytes.data());
+        sync();
+    }
     /// Waits until the server has done all that this client asked for.
-    void sync() const { std::free(xcb_get_input_focus_reply(m_x, xcb_get_input_focus(m_x), nullptr)); }
+    void sync() const { static_cast<void>(focus()); }
 
 private:
     xcb_connection_t* m_x;

@@ -103,6 +103,7 @@ private:
             const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
             m_width = configure.width;
             m_height = configure.height;
+            resizeEditor();
             break;
         }
         case XCB_FOCUS_IN:
@@ -127,13 +128,24 @@ private:
         }
     }
 
-    /// Gives the keyboard to the editor, as hosts do while their window is active.
-    void focusEditor() {
+    /// Returns the editor's window, which the effect has made in this one, or none.
+    xcb_window_t child() {
         const std::unique_ptr<xcb_query_tree_reply_t, Free> tree(
             xcb_query_tree_reply(m_x.get(), xcb_query_tree(m_x.get(), m_window), nullptr));
-        if (!tree || xcb_query_tree_children_length(tree.get()) == 0) return;
-        xcb_set_input_focus(m_x.get(), XCB_INPUT_FOCUS_PARENT, xcb_query_tree_children(tree.get())[0],
-                            XCB_CURRENT_TIME);
+        const bool isThere = tree && xcb_query_tree_children_length(tree.get()) > 0;
+        return isThere ? xcb_query_tree_children(tree.get())[0] : xcb_window_t{XCB_NONE};
+    }
+
+    /// Gives the keyboard to the editor, as hosts do while their window is active.
+    void focusEditor() {
+        xcb_set_input_focus(m_x.get(), XCB_INPUT_FOCUS_PARENT, child(), XCB_CURRENT_TIME);
+        xcb_flush(m_x.get());
+    }
+
+    void resizeEditor() {
+        const std::array<std::uint32_t, 2> size = {static_cast<std::uint32_t>(m_width),
+                                                   static_cast<std::uint32_t>(m_height)};
+        xcb_configure_window(m_x.get(), child(), XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, size.data());
         xcb_flush(m_x.get());
     }
 

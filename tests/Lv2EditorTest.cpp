@@ -1,0 +1,119 @@
+#include "tests/support/LoadedLibrary.h"
+#include "tests/support/XServer.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <map>
+
+#include <lv2/ui/ui.h>
+
+// The editor of the LV2 bundle, in a host's window.
+
+namespace eq {
+
+namespace {
+
+// Ports of the stereo plug-in: two inputs, two outputs, the parameters, `enabled`.
+constexpr std::uint32_t Frequency2 = 6;
+constexpr std::uint32_t Gain2 = 10;
+constexpr std::uint32_t Enabled = 17;
+constexpr const char* Stereo = "urn:tavrin:parametric-equalizer#stereo";
+
+const LV2UI_Descriptor* descriptor() {
+    static const LoadedLibrary library(EQ_LV2_BUNDLE "/parametric-equalizer-editor.so");
+    return library.find<const LV2UI_Descriptor* (*)(std::uint32_t)>("lv2ui_descriptor")(0);
+}
+
+class Lv2Editor : public testing::Test {
+protected:
+    ~Lv2Editor() override { cleanup(); }
+
+    static void write(LV2UI_Controller controller, std::uint32_t port, std::uint32_t size, std::uint32_t format,
+                      const void* buffer) {
+        EXPECT_TRUE(size == sizeof(float) && format == 0);
+        std::memcpy(&static_cast<Lv2Editor*>(controller)->written[port], buffer, sizeof(float));
+    }
+    bool open(const char* uri, bool hasParent) {
+        const LV2_Feature parent = {LV2_UI__parent, reinterpret_cast<void*>(std::uintptr_t{window})};
+        const LV2_Feature* const features[] = {hasParent ? &parent : nullptr, nullptr};
+        LV2UI_Widget widget = nullptr;
+        editor = descriptor()->instantiate(descriptor(), uri, EQ_LV2_BUNDLE "/", write, this, &widget, features);
+        return editor != nullptr;
+    }
+    void cleanup() {
+        if (editor) descriptor()->cleanup(std::exchange(editor, nullptr));
+    }
+    template <typename Interface>
+    static const Interface& extension(const char* uri) {
+        return *static_cast<const Interface*>(descriptor()->extension_data(uri));
+    }
+    [[nodiscard]] int idle() const { return extension<LV2UI_Idle_Interface>(LV2_UI__idleInterface).idle(editor); }
+    void port(std::uint32_t index, float value) const {
+        descriptor()->port_event(editor, index, sizeof value, 0, &value);
+    }
+    void drag(int fromX, int fromY, int toX, int toY) const {
+        const xcb_window_t child = client.children(window).at(0);
+        client.point(child, XCB_BUTTON_PRESS, fromX, fromY);
+        client.point(child, XCB_MOTION_NOTIFY, toX, toY);
+        client.point(child, XCB_BUTTON_RELEASE, toX, toY);
+    }
+
+    XServer server;
+    const XClient client;
+    const xcb_window_t window = client.makeWindow(900, 500);
+    LV2UI_Handle editor = nullptr;
+    std::map<std::uint32_t, float> written;
+};
+
+TEST_F(Lv2Editor, OpensForItsPlugInsInAHostsWindowOnly) {
+    EXPECT_FALSE(open(Stereo, false));
+    EXPECT_FALSE(open("urn:another", true));
+    EXPECT_EQ(descriptor()->extension_data("urn:another"), nullptr);
+    for (const char* const uri : {Stereo, "urn:tavrin:parametric-equalizer#mono"}) {
+        EXPECT_TRUE(open(uri, true));
+        cleanup();
+        EXPECT_TRUE(client.children(window).empty());
+    }
+}
+
+TEST_F(Lv2Editor, WritesThePortsThatTheUserMovesAndFollowsTheHosts) {
+    ASSERT_TRUE(open(Stereo, true));
+    port(Frequency2, 1000.0F);
+    port(Gain2, -6.0F);
+    for (const std::uint32_t other : {0U, 3U, 18U, 99U}) port(other, 1.0F); // no controls
+    descriptor()->port_event(editor, Gain2, 2, 0, "");                      // no value
+    descriptor()->port_event(editor, Gain2, 4, 7, "abc");                   // of another protocol
+    EXPECT_EQ(idle(), 0);
+    EXPECT_TRUE(written.empty());
+    // The node of band 2 is now at 1 kHz; 24 dB have 404 pixels, and a decade has 751 / 3.
+    drag(477, 315, 477 + 250, 315 - 101);
+    EXPECT_TRUE(comesTrue([&] { return idle() == 0 && written.size() == 2; }));
+    EXPECT_NEAR(written[Frequency2], 1000.0 * std::pow(10.0, 250.0 * 3.0 / 751.0), 1.0);
+    EXPECT_NEAR(written[Gain2], 0.0, 0.01);
+
+    drag(856, 26, 856, 26); // the bypass
+    EXPECT_TRUE(comesTrue([&] { return idle() == 0 && written.contains(Enabled); }));
+    EXPECT_EQ(written[Enabled], 0.0F);
+    port(Enabled, 1.0F);
+    drag(856, 26, 856, 26);
+    written.clear();
+    EXPECT_TRUE(comesTrue([&] { return idle() == 0 && written.contains(Enabled); }));
+    EXPECT_EQ(written[Enabled], 0.0F);
+}
+
+TEST_F(Lv2Editor, ResizesAndEndsWithTheHostsWindow) {
+    ASSERT_TRUE(open(Stereo, true));
+    extension<LV2UI_Resize>(LV2_UI__resize).ui_resize(editor, 640, 400);
+    EXPECT_TRUE(comesTrue([&] { return client.size(client.children(window).at(0)) == std::pair(640, 400); }));
+    EXPECT_EQ(idle(), 0);
+    client.destroy(window);
+    EXPECT_TRUE(comesTrue([&] { return idle() != 0; }));
+    server.kill();
+    EXPECT_NE(idle(), 0);
+}
+
+} // namespace
+
+} // namespace eq
