@@ -5,14 +5,14 @@
 #            lib/lv2/    the LV2 bundle
 #            share/      factory presets, man pages, completions, documents, description for software centres
 #            install     in the archive only: a script that installs the other files for one user
-#   Windows  ./          the library, its language files, editor-host.exe, documents
+#   Windows  ./          the library, its language files, editor-host.exe, lngcheck.exe, documents
 
 set(package parametric-equalizer)
 if(WIN32)
   set(effect_dir .)
   set(program_dir .)
   set(document_dir .)
-  set(programs editor-host)
+  set(programs editor-host lngcheck)
 else()
   set(effect_dir lib/vst)
   set(program_dir bin)

@@ -1,4 +1,4 @@
-#include "tests/support/CommandTest.h"
+#include "tests/support/LngcheckCommand.h"
 
 #include <tuple>
 #include <utility>
@@ -7,28 +7,6 @@
 namespace eq {
 
 namespace {
-
-class LngcheckCommand : public CommandTest {
-protected:
-    LngcheckCommand() : CommandTest(EQ_LNGCHECK_PATH) {}
-
-    /// Expects the texts in what a run says, in this order.
-    void expectRun(const std::string& arguments, int exitCode, const std::vector<std::string>& texts) const {
-        const Outcome outcome = run(arguments);
-        EXPECT_EQ(outcome.exitCode, exitCode) << arguments << "\n" << outcome.said;
-        expectInOrder(outcome.said, texts);
-    }
-    static void expectInOrder(const std::string& output, const std::vector<std::string>& texts) {
-        std::size_t at = 0;
-        for (const std::string& text : texts) {
-            const std::size_t found = output.find(text, at);
-            ASSERT_NE(found, std::string::npos) << "no '" << text << "' in, or not in this order:\n" << output;
-            at = found + text.size();
-        }
-    }
-
-    const std::string clean = contents(EQ_CLEAN_LANGUAGE_FILE); ///< a file without faults
-};
 
 TEST_F(LngcheckCommand, TellsFaultsAndWarningsWithFileAndLine) {
     const std::pair<const char*, const char*> lines[] = {
@@ -64,20 +42,21 @@ TEST_F(LngcheckCommand, TellsFaultsAndWarningsWithFileAndLine) {
         if (*finding != '\0') findings.push_back("A1041.lng:" + std::to_string(number) + ": " + finding);
         ++number;
     }
-    findings.emplace_back("files: 1, faults: 28, warnings: 8\n");
+    findings.emplace_back("files: 1, faults: 28, warnings: 12\n");
     folder.write("A1041.lng", contents);
     expectRun("A1041.lng", 1, findings);
 }
 
 TEST_F(LngcheckCommand, TellsOfFilesAsAWhole) {
+    const std::string german = shipped("1031");
     const std::tuple<const char*, std::string, int, const char*> rows[] = {
-        {"A1031.lng", clean + "[A]\na = Zur\xFC\n", 0, "faults: 0, warnings: 0\n"},
-        {"A1031.lng", "", 1, "faults: 24, warnings: 0\n"},
-        {"A1031.lng", "\xFF\xFE[", 1, "is in UTF-16, save it in an ANSI code page\nfiles: 1, faults: 1,"},
+        {"A1031.lng", german + "[A]\na = Zur\xFC\n", 0, "faults: 0, warnings: 0\n"},
+        {"A1031.lng", "[Shared]", 1, "faults: 24, warnings: 0\n"},
+        {"A1031.lng", "\xFF\xFE[", 1, "the file is in UTF-16, which the library does not read\n"},
         {"A1031.lng", "<CODEPAGE 1252>\n[A]\na = Zur\xC3\xBC\n", 1, "A1031.lng: warning: the texts look like UTF-8"},
         {"A1025.lng", "<CODEPAGE 709>\n[Other]\na = b\n", 1, "A1025.lng:3: Call to 'MultiByteToWideChar()' returned"},
         {"A10.lng", "[Shared]\nMSGBOX_OK = A\n", 0, "A10.lng: note: these texts show in English: IDS_DB, IDS_Hz,"},
-        {"Shared.lng", "[Shared]\na = b\n", 0, "Shared.lng: warning: the name"},
+        {"Shared.lng", "[Shared]\n", 0, "Shared.lng: warning: the name"},
     };
     for (const auto& [file, contents, exitCode, text] : rows) {
         folder.write(file, contents);
@@ -87,9 +66,10 @@ TEST_F(LngcheckCommand, TellsOfFilesAsAWhole) {
 }
 
 TEST_F(LngcheckCommand, TakesFilesAndFoldersAndCountsAKeyOfAnyFileOfTheLanguage) {
-    const std::size_t split = clean.find("[Shared]");
-    folder.write("set/A1031.lng", clean.substr(0, split));
-    folder.write("set/B1031.LNG", clean.substr(split));
+    const std::string german = shipped("1031");
+    const std::size_t split = german.find("[Shared]");
+    folder.write("set/A1031.lng", german.substr(0, split));
+    folder.write("set/B1031.LNG", "<CODEPAGE 1252>\n" + german.substr(split));
     folder.write("set/C1036.txt", "nonsense\n");
     folder.write("C1036.lng", "nonsense\n");
     expectRun("set", 0, {"files: 2, faults: 0, warnings: 0\n"});
@@ -115,7 +95,7 @@ TEST_F(LngcheckCommand, ShowsTheOrderOfReadingAndWhereAKeyIsTakenFrom) {
     folder.write("Release/A1036.lng", "[Shared]\nIDS_DB = shared\n[Parametric Equalizer]\nIDS_Hz = own\n");
     folder.write("Release/A12.lng", "[Parametric Equalizer]\nids_db = primary\n");
     folder.write("A1036.lng", "[Parametric Equalizer]\nIDS_DB = parent\n");
-    expectRun("--override 1031 --system 1036 --explain '{IDS_DB}' --explain no Release", 1,
+    expectRun("--override 1031 --system 1036 --explain \"{IDS_DB}\" --explain no Release", 1,
               {"order of reading in " + path("Release") + ":\n", "language override, 1031: nothing new\n",
                "system's language, 1036: A1036.lng\n", "its primary language, 12: A12.lng\n",
                "English, 1033: nothing new\n", "order of reading in " + folder.path().string() + ":\n",
@@ -131,16 +111,17 @@ TEST_F(LngcheckCommand, ShowsTheOrderOfReadingAndWhereAKeyIsTakenFrom) {
               {"order of reading in " + path("plain") + ":\n  language override, none: nothing new\n",
                "  system's language, 1033: A1033.lng, B1033.lng\n  its primary language, 9: nothing new\n"
                "  English, 1033: nothing new\n" +
-                   path("plain/B1033.lng") + " stops the library"});
+                   path("plain/B1033.lng") + " stops the library",
+               "does not load at all. Its first fault:\n    line 1: equal"});
 }
 
 TEST_F(LngcheckCommand, WritesAPseudoLocalisedFileThatIsReadable) {
     folder.write("A1033.lng", clean + "[Other]\na = \\x5Cn\\t\xFC\n");
-    expectRun("--reference A1033.lng --pseudo P1031.lng", 0, {});
-    expectInOrder(contents("P1031.lng"),
+    expectRun("--reference A1033.lng --pseudo new/P1031.lng", 0, {});
+    expectInOrder(contents("new/P1031.lng"),
                   {"<CODEPAGE 1252>\n\n[Parametric Equalizer]\n", "IDS_DB = [\xF0\x42~]\n", "\n[Shared]\n",
                    "PRSHT_APPLY_NOW = [&Appl\xFD~~]\n", "\n[Other]\na = [\\x5C\xF1\\x09\xFC~~]\n"});
-    expectRun("P1031.lng", 0, {"faults: 0,"});
+    expectRun("new/P1031.lng", 0, {"faults: 0,"});
     folder.write("A1049.lng", "<CODEPAGE 1251>\n[Other]\na = \xCF\n");
     expectRun("--reference A1049.lng --pseudo Q1031.lng", 1, {});
     EXPECT_FALSE(files().contains("Q1031.lng"));
@@ -151,8 +132,9 @@ TEST_F(LngcheckCommand, RefusesBadUsage) {
     expectRun("--reference= .", 2, {"the value is empty"});
     folder.write("A1033.lng", clean);
     for (const char* const arguments :
-         {"", "--unknown A1033.lng", "--override 1031 A1033.lng", "--explain IDS_DB A1033.lng .", "--override 65536 .",
-          "--pseudo P1033.lng", "--reference A1033.lng --pseudo P1041.lng", "--reference A1033.lng --pseudo P.lng"})
+         {"", "--unknown A1033.lng", "--json --override 0 .", "--init 70000 A70000.lng", "--override 1031 A1033.lng",
+          "--explain IDS_DB A1033.lng .", "--override 65536 .", "--pseudo P1033.lng",
+          "--reference A1033.lng --pseudo P1041.lng", "--reference A1033.lng --pseudo P.lng"})
         EXPECT_EQ(run(arguments).exitCode, 2) << arguments;
 }
 

@@ -13,7 +13,9 @@
 #include <map>
 #include <string>
 
+#ifndef _WIN32
 #include <sys/wait.h>
+#endif
 
 namespace eq {
 
@@ -42,15 +44,28 @@ protected:
     }
 
     /// Runs the command in a shell. `arguments` is shell text after the command, `before` is shell text directly before
-    /// it.
+    /// it. On Windows, `before` must be empty.
     [[nodiscard]] Outcome run(const std::string& arguments, const std::string& before = "") const {
+#ifdef _WIN32
+        const std::string absolute = std::filesystem::absolute(program).make_preferred().string();
+        const std::string line =
+            "cd /d \"" + folder.path().string() + "\" && \"" + absolute + "\" " + arguments + " 2>&1";
+        const std::filesystem::path wideLine = std::u8string(line.begin(), line.end());
+        std::FILE* const output = before.empty() ? _wpopen(wideLine.c_str(), L"r") : nullptr;
+        if (output == nullptr) return {-1, "no shell"};
+#else
         const std::string line =
             "exec 2>&1; cd '" + folder.path().string() + "'; " + before + " exec '" + program + "' " + arguments;
         std::FILE* const output = popen(line.c_str(), "r");
+#endif
         std::string said;
         for (int c = std::fgetc(output); c != EOF; c = std::fgetc(output)) said += static_cast<char>(c);
+#ifdef _WIN32
+        return {_pclose(output), said};
+#else
         const int status = pclose(output);
         return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), said};
+#endif
     }
 
     std::string program;

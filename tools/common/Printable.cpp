@@ -41,4 +41,13 @@ std::string printable(std::string_view text) {
     return result;
 }
 
+std::string jsonString(std::string_view text) {
+    std::string result = "\"";
+    for (const char c : printable(text)) {
+        if (c == '"' || c == '\\') result += '\\';
+        result += c;
+    }
+    return result + "\"";
+}
+
 } // namespace eq

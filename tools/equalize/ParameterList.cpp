@@ -56,15 +56,6 @@ std::string rightAligned(const std::string& text, std::size_t width) {
     return std::string(width - std::min(text.size(), width), ' ') + text;
 }
 
-std::string jsonString(const std::string& text) {
-    std::string result = "\"";
-    for (const char c : text) {
-        if (c == '"' || c == '\\') result += '\\';
-        result += c;
-    }
-    return result + "\"";
-}
-
 } // namespace
 
 std::string parameterTable(const EffectLibrary& library, const Settings::Series& settings,

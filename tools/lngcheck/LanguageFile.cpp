@@ -2,14 +2,15 @@
 
 #include "support/AsciiText.h"
 #include "support/TextConversion.h"
+#include "tools/lngcheck/FileAccess.h"
+#include "tools/lngcheck/Hints.h"
+#include "tools/lngcheck/WholeFile.h"
 #include "wedge/CLanguageFile.h"
 #include "wedge/LanguageSelection.h"
 #include "wedge/LanguageTag.h"
 #include "wedge/string_ext.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <sstream>
 
 namespace eq {
@@ -17,22 +18,38 @@ namespace eq {
 namespace lngcheck {
 namespace {
 
-/// Takes up what one line after the other holds.
+constexpr char EndMark = '\x1A';
+
+/// Keeps the content of one line after the other.
 class Recorder : public CLanguageFileHandler {
 public:
-    Recorder(LanguageFile& file, Findings& findings) : m_file(file), m_findings(findings) {}
+    Recorder(LanguageFile& file, Findings& findings, std::optional<UINT> codepage)
+        : m_file(file), m_findings(findings), m_fixedCodepage(codepage) {}
 
     void setLine(int line) { m_line = line; }
 
-    void OnContext(const std::string& name) override { m_context = std::string(trim(name)); }
+    /// A tag that should name the code page is wrong: without it, nothing can be said of the texts below.
+    void setCodepageUnknown() { m_isCodepageUnknown = true; }
 
-    void OnString(const std::string& key, const std::string& value) override { define(key, value, false); }
+    [[nodiscard]] int acceptedLines() const { return m_acceptedLines; }
+
+    void OnContext(const std::string& name) override {
+        ++m_acceptedLines;
+        m_context = std::string(trim(name));
+        m_file.contexts.push_back({m_line, *m_context});
+    }
+
+    void OnString(const std::string& key, const std::string& value) override {
+        ++m_acceptedLines;
+        define(key, value, false);
+    }
 
     void OnTag(const std::string& tag, const std::string& value) override {
+        ++m_acceptedLines;
         std::string reason;
         const LanguageTagPtr record = ParseLanguageTag(tag, reason);
         if (const CodepageDefinition* codepage = asCodepage(*record))
-            m_codepage = static_cast<UINT>(codepage->codepage);
+            setCodepage(static_cast<UINT>(codepage->codepage));
         else if (const AcceleratorDefinition* accelerator = asAccelerator(*record))
             define(AcceleratorKeyName(*accelerator), value, true);
     }
@@ -42,52 +59,61 @@ public:
     void OnFileEnd() override {}
 
 private:
-    void define(const std::string& key, const std::string& value, bool isAccelerator) {
-        if (!m_context) {
-            fault("stands in front of the first [context], so the library drops this line");
-            return;
-        }
-        m_file.definitions.push_back(
-            {m_line, *m_context, key, isAccelerator, value, m_codepage, converted(decode_value(value))});
+    void setCodepage(UINT codepage) {
+        m_codepage = codepage;
+        m_isCodepageUnknown = false;
     }
 
-    std::optional<std::wstring> converted(const std::string& bytes) {
-        if (m_codepage == 0) return convertedUnnamed(bytes);
+    void define(const std::string& key, const std::string& value, bool isAccelerator) {
+        if (!m_context) {
+            m_file.droppedKeys.push_back(key);
+            fault("stands in front of the first [context], so the library drops this line",
+                  "No [Parametric Equalizer] or [Shared] is above this line, so it is not used.");
+            return;
+        }
+        const UINT codepage = m_fixedCodepage.value_or(m_codepage);
+        m_file.definitions.push_back(
+            {m_line, *m_context, key, isAccelerator, value, codepage, converted(decode_value(value), codepage)});
+    }
+
+    std::optional<std::wstring> converted(const std::string& bytes, UINT codepage) {
+        if (codepage == 0) return convertedUnnamed(bytes);
         try {
-            std::wstring text = convert_wstring(bytes, m_codepage);
-            if (toWide(bytes, m_codepage, InvalidBytes::Refused).error == ERROR_SUCCESS) return text;
-            fault("the value is no text of code page " + std::to_string(m_codepage));
+            std::wstring text = convert_wstring(bytes, codepage);
+            if (toWide(bytes, codepage, InvalidBytes::Refused).error == ERROR_SUCCESS) return text;
+            fault("the value is no text of code page " + std::to_string(codepage),
+                  "These letters do not exist there: the file was saved in another encoding than its <CODEPAGE> tag "
+                  "names.");
         } catch (const convert_wstring_failed& failure) {
             m_file.isBroken = true;
-            fault(failure.context());
+            fault(failure.context(), "Windows cannot read code page " + std::to_string(codepage) + ".");
         }
         return std::nullopt;
     }
 
     std::optional<std::wstring> convertedUnnamed(const std::string& bytes) {
         if (std::ranges::all_of(bytes, isAscii)) return convert_wstring(bytes, CP_UTF8);
-        fault("the value is not ASCII, and no <CODEPAGE> tag stands above it: what it shows depends on the system");
+        if (m_isCodepageUnknown) return std::nullopt;
+        fault("the value is not ASCII, and no <CODEPAGE> tag stands above it: what it shows depends on the system",
+              hintForMissingTag(m_file));
         return std::nullopt;
     }
 
-    void fault(const std::string& text) { m_findings.add(m_file.path, m_line, Severity::Fault, text); }
+    void fault(const std::string& text, const std::string& hint) {
+        m_findings.add(m_file.path, m_line, Severity::Fault, text, hint);
+    }
 
     LanguageFile& m_file;
     Findings& m_findings;
+    std::optional<UINT> m_fixedCodepage;
     std::optional<std::string> m_context;
     UINT m_codepage = 0;
+    bool m_isCodepageUnknown = false;
     int m_line = 0;
+    int m_acceptedLines = 0;
 };
 
-class Ignored : public CLanguageFileHandler {
-    void OnTag(const std::string&, const std::string&) override {}
-    void OnContext(const std::string&) override {}
-    void OnString(const std::string&, const std::string&) override {}
-    void OnContextEnd() override {}
-    void OnFileEnd() override {}
-};
-
-/// What the scanner says of a fault, without the position in front.
+/// Returns the scanner's message without the position in front.
 std::string messageOf(const CLanguageFile::syntax_error& error, const std::string& path) {
     std::string_view text = error.context();
     const std::string position = "In file '" + path + "', line 1: ";
@@ -95,52 +121,120 @@ std::string messageOf(const CLanguageFile::syntax_error& error, const std::strin
     return std::string(trim(text));
 }
 
-/// False if the library cannot open or read the file at all.
-bool canBeRead(const std::string& path, Findings& findings) {
-    try {
-        CLanguageFile file(path.c_str());
-        Ignored ignored;
-        file.ScanFile(ignored);
-    } catch (const CLanguageFile::syntax_error&) {
-        // To be met again, line by line.
-    } catch (const CLanguageFile::no_unicode_file_support&) {
-        findings.add(path, 0, Severity::Fault,
-                     "no_unicode_file_support: the file is in UTF-16, save it in an ANSI code page");
-        return false;
-    } catch (const CLanguageFile::base_exception& error) {
-        findings.add(path, 0, Severity::Fault, std::string(trim(error.context())));
-        return false;
-    }
-    return true;
-}
+/// Reads the lines of a file. The scanner stops at the first faulty line, so it gets one line at a time.
+class LineReader {
+public:
+    LineReader(LanguageFile& file, Findings& findings, std::optional<UINT> codepage)
+        : m_file(file), m_findings(findings), m_recorder(file, findings, codepage) {}
 
-/// The scanner stops at the first faulty line. Given one line at a time, it tells of each.
-void readLines(LanguageFile& file, Findings& findings) {
-    Recorder recorder(file, findings);
-    std::ifstream stream(file.path);
-    std::string line;
-    for (int number = 1; std::getline(stream, line); ++number) {
-        recorder.setLine(number);
-        try {
-            std::istringstream single(line);
-            scanLanguageStream(single, file.path, recorder);
-        } catch (const CLanguageFile::syntax_error& error) {
-            file.isBroken = true;
-            findings.add(file.path, number, Severity::Fault, messageOf(error, file.path));
+    void read(std::string_view contents) {
+        while (!contents.empty()) {
+            const std::size_t end = std::min(contents.find('\n'), contents.size() - 1);
+            readLine(contents.substr(0, end + 1));
+            contents.remove_prefix(end + 1);
+            if (seemsNoLanguageFile()) break;
         }
+        if (m_endMarkLine != 0) reportEndMark();
     }
+
+private:
+    void readLine(std::string_view line) {
+        m_recorder.setLine(++m_line);
+        const int acceptedBefore = m_recorder.acceptedLines();
+        try {
+            std::istringstream single{std::string(line)};
+            scanLanguageStream(single, m_file.path, m_recorder);
+        } catch (const CLanguageFile::syntax_error& error) {
+            m_file.isBroken = true;
+            ++m_refusedLines;
+            if (isCodepageTag(line)) m_recorder.setCodepageUnknown();
+            const std::string message = messageOf(error, m_file.path);
+            m_findings.add(m_file.path, m_line, Severity::Fault, message, hintFor(message, line, m_line, m_file));
+        }
+        if (m_endMarkLine != 0 && m_recorder.acceptedLines() > acceptedBefore) m_isTextBehindEndMark = true;
+        if (m_endMarkLine == 0) findEndMark(line);
+        if (m_line == 1 && line.starts_with(Utf8Mark) && m_recorder.acceptedLines() > acceptedBefore)
+            m_findings.add(m_file.path, m_line, Severity::Warning, "the file begins with a UTF-8 mark",
+                           "It is no text to the library, and spoils this line: save the file as ANSI.");
+        if (trim(line).find('\r') != std::string_view::npos)
+            m_findings.add(m_file.path, m_line, Severity::Fault,
+                           "a line end of old Macs (CR) is in this line, which the library does not see",
+                           "The library takes several lines for one here. Save the file with the line ends of Windows "
+                           "(CR LF).");
+    }
+
+    void findEndMark(std::string_view line) {
+        const std::size_t mark = line.find(EndMark);
+        if (mark == std::string_view::npos) return;
+        m_endMarkLine = m_line;
+        m_isTextBehindEndMark = !trim(line.substr(mark)).empty();
+    }
+
+    void reportEndMark() {
+        m_findings.add(m_file.path, m_endMarkLine, m_isTextBehindEndMark ? Severity::Fault : Severity::Warning,
+                       m_isTextBehindEndMark
+                           ? "a byte 0x1A is here: Windows ends the file there, and reads no text after it"
+                           : "a byte 0x1A is here, at which Windows ends the file",
+                       "Some old programs write this byte (Ctrl+Z) at the end of a file. Delete it.");
+    }
+
+    /// A file of another kind has a fault in nearly every line.
+    bool seemsNoLanguageFile() {
+        constexpr int MostRefusedLines = 10;
+        if (m_refusedLines < MostRefusedLines || m_recorder.acceptedLines() >= m_refusedLines) return false;
+        m_file.isReadable = false;
+        m_findings.add(
+            m_file.path, m_line, Severity::Fault,
+            "this seems to be no language file: " + std::to_string(m_refusedLines) + " of the first " +
+                std::to_string(m_line) + " lines are wrong, and the rest is not read",
+            "A language file holds lines of the form [context], key = text, <CODEPAGE number>, and comments, "
+            "which begin with //.");
+        return true;
+    }
+
+    LanguageFile& m_file;
+    Findings& m_findings;
+    Recorder m_recorder;
+    int m_line = 0;
+    int m_refusedLines = 0;
+    int m_endMarkLine = 0;
+    bool m_isTextBehindEndMark = false;
+};
+
+LanguageFile unread(const std::string& path) {
+    LanguageFile file;
+    file.path = path;
+    file.name = fileName(path);
+    file.language = ParseLanguageFileName(file.name, "", "lng");
+    return file;
 }
 
 } // namespace
 
 LanguageFile readLanguageFile(const std::string& path, Findings& findings) {
-    LanguageFile file;
-    file.path = path;
-    file.name = std::filesystem::path(path).filename().string();
-    file.language = ParseLanguageFileName(file.name, "", "lng");
-    file.isReadable = canBeRead(path, findings);
-    file.isBroken = !file.isReadable;
-    if (file.isReadable) readLines(file, findings);
+    LanguageFile file = unread(path);
+    const Contents contents = readContents(path);
+    if (!contents.failure.empty()) {
+        file.isBroken = true;
+        findings.add(path, 0, Severity::Fault, "Open of file '" + path + "' failed.",
+                     "The reason: " + contents.failure + ".");
+        return file;
+    }
+    if (const auto cause = faultOfWholeFile(contents.bytes)) {
+        file.isBroken = isRefusedByLibrary(contents.bytes, path);
+        findings.add(path, 0, Severity::Fault, cause->text, cause->hint);
+        return file;
+    }
+    file.isReadable = true;
+    LineReader(file, findings, std::nullopt).read(contents.bytes);
+    return file;
+}
+
+LanguageFile readLanguageSource(const std::string& name, std::string_view contents) {
+    Findings none;
+    LanguageFile file = unread(name);
+    file.isReadable = true;
+    LineReader(file, none, CP_UTF8).read(contents);
     return file;
 }
 

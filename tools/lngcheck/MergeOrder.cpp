@@ -3,13 +3,13 @@
 #include "tools/common/Printable.h"
 
 #include "support/AsciiText.h"
+#include "tools/lngcheck/FileAccess.h"
 #include "tools/lngcheck/KnownTexts.h"
 #include "wedge/CLanguageFile.h"
 #include "wedge/LanguageSelection.h"
 
 #include <array>
 #include <cstdio>
-#include <filesystem>
 #include <set>
 #include <string_view>
 
@@ -22,8 +22,7 @@ constexpr std::array Reasons = {"language override", "system's language", "its p
 
 std::string namesOf(const SearchStep& step) {
     std::string names;
-    for (const std::string& path : step.paths)
-        names += (names.empty() ? "" : ", ") + std::filesystem::path(path).filename().string();
+    for (const std::string& path : step.paths) names += (names.empty() ? "" : ", ") + fileName(path);
     return names.empty() ? "nothing new" : names;
 }
 
@@ -66,8 +65,8 @@ std::vector<SearchStep> searchSteps(const std::string& folder, WORD overrideLang
         const auto languages = languageOrder(overrideLanguage, systemLanguage);
         for (std::size_t i = 0; i < languages.size(); ++i) {
             SearchStep step{place, Reasons[i], languages[i], {}};
-            for (const std::string& path : languageFilesOf(place, languages[i])) {
-                if (read.insert(path).second) step.paths.push_back(path);
+            for (const std::string& path : languageFilesOf(toLibraryPath(place), languages[i])) {
+                if (read.insert(path).second) step.paths.push_back(fromLibraryPath(path));
             }
             steps.push_back(std::move(step));
         }

@@ -1,14 +1,19 @@
 // The command line of `lngcheck`: looks through language files, for those who write them.
 
 #include "tools/common/CommandLine.h"
-#include "tools/common/OutputFile.h"
 #include "tools/common/Printable.h"
 #include "tools/common/RunTool.h"
+#include "tools/common/Text.h"
 #include "tools/lngcheck/Checks.h"
+#include "tools/lngcheck/Console.h"
+#include "tools/lngcheck/Convert.h"
+#include "tools/lngcheck/FileAccess.h"
 #include "tools/lngcheck/Findings.h"
 #include "tools/lngcheck/LanguageFile.h"
+#include "tools/lngcheck/LanguageSet.h"
 #include "tools/lngcheck/MergeOrder.h"
 #include "tools/lngcheck/Pseudo.h"
+#include "tools/lngcheck/Stats.h"
 #include "wedge/Codepages.h"
 #include "wedge/LanguageSelection.h"
 
@@ -17,6 +22,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -33,17 +39,22 @@ struct Options {
     std::vector<std::string> paths;
     std::string reference;
     std::string pseudo;
+    std::vector<std::string> init;    ///< the language id and the file
+    std::vector<std::string> convert; ///< the file to read and the one to write
     std::optional<WORD> overrideLanguage;
     std::optional<WORD> systemLanguage;
     std::vector<std::string> keysToExplain;
     bool strict = false;
     bool quiet = false;
+    bool json = false;
+    bool stats = false;
 
     [[nodiscard]] bool wantsOrder() const { return overrideLanguage || systemLanguage || !keysToExplain.empty(); }
 };
 
 constexpr const char* Footer = R"(Each finding is a line 'file:line: text'. Faults lose a text or the whole file;
-warnings, marked so, are about texts that may not look right.
+warnings, marked so, are about texts that may not look right. The indented line
+below a finding tells what to do.
 
 --override, --system and --explain take one FOLDER, and tell what the library
 would read if it were installed there. Without --override or --system the
@@ -54,6 +65,8 @@ Exit codes: 0 no faults; 1 faults, or a file that cannot be read or written;
 
 Examples:
   lngcheck Equalizer1031.lng
+  lngcheck --init 1039 Equalizer1039.lng
+  lngcheck --convert Equalizer1031.txt Equalizer1031.lng
   lngcheck --reference Equalizer1033.lng Equalizer1031.lng
   lngcheck --override 1031 --system 1036 --explain IDS_DB FOLDER
   lngcheck --reference Equalizer1033.lng --pseudo test/Equalizer1033.lng)";
@@ -73,35 +86,60 @@ void declare(CLI::App& app, Options& options) {
     app.add_option("--explain", options.keysToExplain, "show where the text of a key is taken from; repeatable")
         ->type_name("KEY")
         ->allow_extra_args(false);
+    app.add_option("--init", options.init, "write a new language file with all keys, and the English texts as comments")
+        ->type_name("ID FILE")
+        ->expected(2);
+    app.add_option("--convert", options.convert,
+                   "write a language file from a text in UTF-8, or such a text from a language file; the name that "
+                   "ends in .lng is the language file")
+        ->type_name("IN OUT")
+        ->expected(2);
+    app.add_flag("--json", options.json, "write each finding as a JSON object in a line of its own");
+    app.add_flag("--stats", options.stats, "write a table of the languages instead of the findings");
     app.add_flag("--strict", options.strict, "let warnings count as faults");
     app.add_flag("--quiet", options.quiet, "write no summary");
 }
 
 bool isFolder(const std::string& path) {
     std::error_code ignored;
-    return std::filesystem::is_directory(path, ignored);
+    return std::filesystem::is_directory(toPath(path), ignored);
 }
 
 bool isLanguageFile(const std::filesystem::directory_entry& entry) {
-    return !entry.is_directory() && CompareNoCase(entry.path().extension().string(), ".lng") == 0;
+    std::error_code ignored; // a loop of links is a language file that cannot be read
+    return !entry.is_directory(ignored) && CompareNoCase(fromPath(entry.path().extension()), ".lng") == 0;
 }
 
 std::vector<std::string> languageFilesIn(const std::string& folder) {
     std::vector<std::string> paths;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        if (isLanguageFile(entry)) paths.push_back(entry.path().string());
+    std::error_code error;
+    std::filesystem::directory_iterator entry(toPath(folder), error);
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        if (isLanguageFile(*entry)) paths.push_back(fromPath(entry->path()));
     }
+    if (error) throw FileError(folder + ": " + error.message());
     if (paths.empty()) throw FileError(folder + ": no language files here");
     std::ranges::sort(paths);
     return paths;
 }
 
+/// Returns the one name of a file that may be named in several ways.
+std::filesystem::path identityOf(const std::string& path) {
+    std::error_code error;
+    std::filesystem::path name = std::filesystem::canonical(toPath(path), error);
+    return error ? std::filesystem::absolute(toPath(path), error).lexically_normal() : name;
+}
+
+/// Reads each file once.
 std::vector<LanguageFile> readAll(const std::vector<std::string>& arguments, Findings& findings) {
     std::vector<LanguageFile> files;
+    std::set<std::filesystem::path> read;
     for (const std::string& argument : arguments) {
         const std::vector<std::string> paths =
             isFolder(argument) ? languageFilesIn(argument) : std::vector<std::string>{argument};
-        for (const std::string& path : paths) files.push_back(readLanguageFile(path, findings));
+        for (const std::string& path : paths) {
+            if (read.insert(identityOf(path)).second) files.push_back(readLanguageFile(path, findings));
+        }
     }
     return files;
 }
@@ -114,23 +152,43 @@ LanguageFile readReference(const std::string& path) {
     throw FileError(path + ": a reference must be without faults");
 }
 
+void printSummary(const Options& options, std::size_t files, const Findings& findings) {
+    if (options.quiet) return;
+    std::printf(options.json ? "{\"files\": %zu, \"faults\": %zu, \"warnings\": %zu}\n"
+                             : "files: %zu, faults: %zu, warnings: %zu\n",
+                files, findings.count(Severity::Fault), findings.count(Severity::Warning));
+}
+
 void check(const Options& options, const std::optional<LanguageFile>& reference, Findings& findings) {
     const std::vector<LanguageFile> files = readAll(options.paths, findings);
-    for (const LanguageFile& file : files) {
-        if (file.isReadable) checkFile(file, findings);
+    for (const LanguageFile& file : files) checkFile(file, findings);
+    const std::vector<Language> languages = languagesOf(files);
+    for (const Language& language : languages) {
+        checkLanguage(language, findings);
+        if (reference) checkAgainstReference(language, *reference, findings);
     }
-    checkCompleteness(files, findings);
-    if (reference) checkAgainstReference(files, *reference, findings);
 
-    findings.print();
-    if (!options.quiet)
-        std::printf("files: %zu, faults: %zu, warnings: %zu\n", files.size(), findings.count(Severity::Fault),
-                    findings.count(Severity::Warning));
+    if (options.stats)
+        printStats(languages, findings, options.json ? StatsForm::Json : StatsForm::Table);
+    else if (options.json)
+        findings.printJson();
+    else
+        findings.print();
+    printSummary(options, files.size(), findings);
 }
 
 /// As the library's own path is: absolute, without a separator at its end.
 std::string folderOfLibrary(const std::string& folder) {
-    return std::filesystem::canonical(folder).string();
+    return fromPath(std::filesystem::canonical(toPath(folder)));
+}
+
+/// Returns the first fault of a file, with its line.
+std::string firstFaultOf(const LanguageFile& file, const Findings& findings) {
+    const auto isOfFile = [&](const Finding& finding) {
+        return finding.file == file.path && finding.severity == Severity::Fault;
+    };
+    const Finding& fault = *std::ranges::find_if(findings.all(), isOfFile);
+    return (fault.line == 0 ? "" : "line " + std::to_string(fault.line) + ": ") + fault.text;
 }
 
 void showOrder(const Options& options) {
@@ -146,25 +204,41 @@ void showOrder(const Options& options) {
     }
     const auto broken = std::ranges::find_if(files, &LanguageFile::isBroken);
     if (broken != files.end()) {
-        std::printf("%s stops the library, which reads no file then\n", printable(broken->path).c_str());
+        std::printf("%s stops the library, which reads no file then\n"
+                    "    The file is broken: with it the effect does not load at all. Its first fault:\n    %s\n",
+                    printable(broken->path).c_str(), printable(firstFaultOf(*broken, reportedBefore)).c_str());
         return;
     }
     for (const std::string& key : options.keysToExplain) explain(key, files);
 }
 
 void writePseudo(const Options& options, const LanguageFile& reference) {
-    const std::string name = std::filesystem::path(options.pseudo).filename().string();
+    const std::string name = fileName(options.pseudo);
     if (!CodepageFitsLanguage(PseudoCodepage, ParseLanguageFileName(name, "", "lng")))
         throw UsageError("--pseudo: " + name + " names no language of code page " + std::to_string(PseudoCodepage) +
                          "; take, for instance, Pseudo1033.lng");
-    OutputFile::write(options.pseudo, pseudoLocalised(reference));
+    writeContents(options.pseudo, pseudoLocalised(reference), Existing::Replaced);
+}
+
+void writeInit(const std::vector<std::string>& idAndFile) {
+    constexpr int Largest = 0xFFFF;
+    const std::optional<int> id = parseIndex(idAndFile.front());
+    if (!id || *id > Largest) throw UsageError("--init: " + eq::quoted(idAndFile.front()) + " is no language id");
+    writeNewFile(static_cast<WORD>(*id), idAndFile.back());
+}
+
+void convert(const std::vector<std::string>& fromAndTo) {
+    const std::string message = convertFile(fromAndTo.front(), fromAndTo.back());
+    if (!message.empty()) std::printf("%s: %s\n", printable(fromAndTo.back()).c_str(), printable(message).c_str());
 }
 
 void checkUsage(const Options& options) {
-    if (options.paths.empty() && options.pseudo.empty()) throw UsageError("no files are given; see --help");
+    const bool writes = !options.pseudo.empty() || !options.init.empty() || !options.convert.empty();
+    if (options.paths.empty() && !writes) throw UsageError("no files are given; see --help");
     if (!options.pseudo.empty() && options.reference.empty()) throw UsageError("--pseudo needs a --reference");
     if (options.wantsOrder() && (options.paths.size() != 1 || !isFolder(options.paths.front())))
         throw UsageError("--override, --system and --explain take one folder");
+    if (options.wantsOrder() && options.json) throw UsageError("--json shows findings only");
 }
 
 int run(const Options& options) {
@@ -172,6 +246,8 @@ int run(const Options& options) {
     std::optional<LanguageFile> reference;
     if (!options.reference.empty()) reference = readReference(options.reference);
 
+    if (!options.init.empty()) writeInit(options.init);
+    if (!options.convert.empty()) convert(options.convert);
     Findings findings;
     if (!options.paths.empty()) check(options, reference, findings);
     if (options.wantsOrder()) showOrder(options);
@@ -200,8 +276,25 @@ int runCommand(int argumentCount, char** arguments) {
 
 } // namespace eq
 
-int main(int argumentCount, char** arguments) {
-    eq::holdStandardStreams();
-    eq::removeTemporariesOnSignals();
-    return eq::runTool("lngcheck", [&] { return eq::runCommand(argumentCount, arguments); });
+template <typename Character>
+int runMain(int argumentCount, Character** argumentTexts) {
+    const eq::lngcheck::Console console;
+    return eq::runTool("lngcheck", [&] {
+        eq::lngcheck::Arguments arguments(argumentCount, argumentTexts);
+        return eq::runCommand(arguments.count(), arguments.pointers());
+    });
 }
+
+#ifdef _WIN32
+/// Lets the runtime replace "*.lng" by the names of the files, which the shell does elsewhere.
+extern "C" int _dowildcard; // NOLINT(bugprone-reserved-identifier,readability-identifier-naming)
+int _dowildcard = -1;       // NOLINT(bugprone-reserved-identifier,readability-identifier-naming)
+
+int wmain(int argumentCount, wchar_t** arguments) {
+    return runMain(argumentCount, arguments);
+}
+#else
+int main(int argumentCount, char** arguments) {
+    return runMain(argumentCount, arguments);
+}
+#endif

@@ -1,0 +1,441 @@
+// Faults of translators, planted in shipped files, and files that no translator would write.
+
+#include "tests/support/LngcheckCommand.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdint>
+#include <cstdlib>
+#include <random>
+#include <set>
+#include <sstream>
+
+namespace eq {
+
+namespace {
+
+using LngcheckFaults = LngcheckCommand;
+
+struct Planted {
+    const char* id;   ///< of the shipped file
+    std::string from; ///< the bytes that are replaced; their place is the line of the fault
+    std::string to;
+    const char* severity; ///< empty for a fault
+    const char* text;
+    const char* hint = "";
+};
+
+const Planted PlantedFaults[] = {
+    {"1031", "&Weiter", "Weiter", "warning: ", "the mnemonic is lost", "English is '&Next >'"},
+    {"1031", "&Weiter", "Zu&weiter&", "warning: ", "a '&' before a blank or at the end does not show"},
+    {"1031", "&Weiter", "&Zeiter",
+     "warning: ", "the mnemonic 'z' of PRSHT_WIZNEXT is also that of PRSHT_WIZBACK in line 43"},
+    {"1031", "&Weiter", "We&\xEDter",
+     "warning: ", "the mnemonic '\xC3\xAD' is no letter on a keyboard of the language 1031 (German)"},
+    {"1049", "= &\xC4", "= \xC4&,", "warning: ", "the mnemonic ',' is no letter"},
+    {"1031", "&Weiter", "&&Weiter", "warning: ", "'&&' shows as a '&'", "Write a single &."},
+    {"1031", "Gesamt", "M&S", "warning: ", "the '&' does not show", "Write &&"},
+    {"1031", "&Weiter", "&We&iter", "warning: ", "two letters have a '&'"},
+    {"1031", "+10 dB", "+12 dB", "warning: ", "the text has +12, and English has +10"},
+    {"1031", "-10 dB", "10 dB", "warning: ", "the text has 10, and English has -10"},
+    {"1041", "20 kHz", "2 kHz", "warning: ", "the text has 2, and English has 20"},
+    {"1031", "20 kHz", "20 khz",
+     "warning: ", "the label has the unit 'khz', and the read-outs have 'kHz' (IDS_kHz in line 10)"},
+    {"1049", "\xE4\xC1\r",
+     "\xE4"
+     "B\r",
+     "warning: ", "the letter 'B' is Latin, in a word of Cyrillic letters"},
+    {"1032", "\xC6\xFE\xED\xE7 3", "Z\xFE\xED\xE7 3", "warning: ", "is Greek, in a word of Latin letters"},
+    {"1031", "Verst\xE4rkung", "Frequenz",
+     "warning: ", "IDD_Options_Gain has the same text as IDD_Options_Freq in line 17"},
+    {"1031", "Hilfe", "Abbrechen", "warning: ", "MSGBOX_HELP has the same text as MSGBOX_CANCEL in line 40"},
+    {"1031", "Band 3", "Band 2", "warning: ", "IDD_Options_B3 has the same text as IDD_Options_B2 in line 27"},
+    {"1031", "Frequenz", "Frequency", "warning: ", "the text 'Frequency' is English"},
+    {"1031", "Band 2", "Band  2", "warning: ", "has two blanks together"},
+    {"1031", "= Gesamt", "= \\x20Gesamt", "warning: ", "begins with a blank"},
+    {"1031", "= Gesamt", "= Gesamt\xA0", "warning: ", "ends with a blank"},
+    {"1031", "&Weiter >", "&Weiter", "warning: ", "lacks the '>' at its end"},
+    {"1031", "< &Zur", "&Zur", "warning: ", "lacks the '<' at its start"},
+    {"1031", "Gesamt", "\x84Gesamt", "warning: ", "a quotation mark has no partner"},
+    {"1031", "Gesamt", "{Gesamt", "warning: ", "'{' and '}' are no pair"},
+    {"1041", "(&A)", "&A)", "warning: ", "'(' and ')' are no pair"},
+    {"1031", "= Gesamt",
+     "= Ges\x1A"
+     "amt",
+     "", "a byte 0x1A is here: Windows ends the file there"},
+    {"1031", "stellen", "stellen\x1A", "warning: ", "a byte 0x1A is here, at which Windows ends the file"},
+    {"10", "// Units", "<CODEPAGE 1252>\r\n//", "", "Specified codepage does not appear",
+     "must have no <CODEPAGE> tag"},
+    {"1031", "[Parametric Equalizer]", "[Parametric Equaliser]", "", "the library does not read [Parametric Equaliser]",
+     "Write [Parametric Equalizer]"},
+    {"1031", "[Shared]", "[Shared] // buttons", "", "the library does not read [Shared] // buttons]", "Write [Shared]"},
+    {"1031", "[Parametric Equalizer]", "[German]", "", "the library does not read [German]"},
+    {"1031", "MSGBOX_CANCEL", "MSGBOX_CANCL", "warning: ", "the library does not look up the key",
+     "Is MSGBOX_CANCEL meant?"},
+    {"1031", "1252>", "932>", "", "Specified codepage", "1031 (German), is the language. Code page 932"},
+    {"1031", "1252>", "x>", "", "Invalid tag '<CODEPAGE x>'", "Write <CODEPAGE 1252>: one number"},
+    {"1031", "1252>", "1252> a =", "", "Unexpected text", "Write <CODEPAGE 1252>: one number"},
+    {"1031", "IDS_DB =", "IDS_DB", "", "equal (=) expected.", "This line needs key = text. Comments begin with //."},
+    {"1031", "// German", "\xEF\xBB\xBF//", "", "equal (=) expected.", "UTF-8 mark, which is no text"},
+    {"1031", "// Units", "<ACCEL F5> = <ACCEL A>\r\n//", "", "Invalid tag '<ACCEL F5>'", "Keys are named VK_F5"},
+    {"1031", "Band 1\r\n", "Band 1\r", "", "a line end of old Macs (CR) is in this line"},
+    {"1049", "\xE4\xC1\r", "\xE4\xC1\xE4\xC1\xE4\xC1\xE4\xC1\xE4\xC1\xE4\xC1\r", "",
+     "the unit makes a read-out of 30 bytes", "at most 21 bytes"},
+};
+
+/// Joins the lines into which a hint is broken.
+std::string unfolded(std::string text) {
+    for (std::size_t at = text.find("\n    "); at != std::string::npos; at = text.find("\n    ", at + 1))
+        text.replace(at, 5, " ");
+    return text;
+}
+
+TEST_F(LngcheckFaults, PlantedInAShippedFileAreFoundAtTheirLine) {
+    for (const Planted& fault : PlantedFaults) {
+        std::string file = shipped(fault.id);
+        const std::size_t at = file.find(fault.from);
+        ASSERT_NE(at, std::string::npos) << fault.from;
+        file.replace(at, fault.from.size(), fault.to);
+        const std::string name = "Equalizer" + std::string(fault.id) + ".lng";
+        folder.write(name, file);
+        const auto line = 1 + std::count(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(at), '\n');
+        const Outcome outcome = run("--strict --quiet " + name);
+        EXPECT_EQ(outcome.exitCode, 1);
+        expectInOrder(unfolded(outcome.said),
+                      {name + ":" + std::to_string(line) + ": " + fault.severity, fault.text, fault.hint});
+    }
+}
+
+TEST_F(LngcheckFaults, HaveOneCauseWhereTheWholeFileIsWrong) {
+    std::string wide;
+    for (const char c : clean) wide += {c, '\0'};
+    std::string mac = clean;
+    std::ranges::replace(mac, '\n', '\r');
+    std::string noLanguageFile;
+    for (int i = 0; i < 1000; ++i) noLanguageFile += "some words\n";
+    const std::pair<std::string, std::string> rows[] = {
+        {wide, ": the file is in UTF-16 without a mark"},
+        {mac, ": the line ends are those of old Macs"},
+        {"", ": the file is empty"},
+        {"// a\n", ": the file holds comments only"},
+        {"\xFE\xFF" + wide, ": the file is in UTF-16, which"},
+        {std::string(99, '\0'), ": the file is no text"},
+        {noLanguageFile, ":10: this seems to be no language file: 10 of the first 10 lines are wrong"},
+        {clean.substr(clean.find("IDS_DB")), ":1: stands in front of the first [context]"},
+    };
+    for (const auto& [contents, text] : rows) {
+        folder.write("A1033.lng", contents);
+        const Outcome outcome = run("A1033.lng");
+        expectInOrder(outcome.said, {"A1033.lng" + text});
+        EXPECT_LT(std::ranges::count(outcome.said, '\n'), 20) << outcome.said;
+    }
+}
+
+TEST_F(LngcheckFaults, OfNamesAreExplained) {
+    for (const auto& [name, text, hint] :
+         {std::tuple{"Eq2_1031.lng", "the name does not end in a language id", "Here the number is 2"},
+          std::tuple{"A1234.lng", "Windows has no language 1234", "such as 1031"},
+          std::tuple{"A66567.lng", "Windows has no language 66567", "such as 1031"}}) {
+        folder.write(name, clean);
+        expectInOrder(unfolded(run(name).said), {std::string(name) + ": warning: " + text, hint});
+    }
+}
+
+/// A scanner written from the description of the format alone. It finds the faults of a file's lines.
+namespace oracle {
+
+struct Fault {
+    int line;
+    std::string text; ///< up to the first character that JSON or a terminal writes in another way
+    auto operator<=>(const Fault&) const = default;
+};
+
+std::string trimmed(const std::string& text) {
+    std::size_t first = 0;
+    std::size_t end = text.size();
+    while (first < end && static_cast<unsigned char>(text[first]) <= ' ') ++first;
+    while (end > first && static_cast<unsigned char>(text[end - 1]) <= ' ') --end;
+    return text.substr(first, end - first);
+}
+
+std::string plainStart(const std::string& text) {
+    std::string plain;
+    for (const char c : text) {
+        if (c < ' ' || c > '~' || c == '"' || c == '\\') break;
+        plain += c;
+    }
+    return plain;
+}
+
+/// The digits before the last point, as 16 bits.
+int languageOf(const std::string& name) {
+    const std::size_t point = name.rfind('.');
+    std::size_t first = point;
+    while (first > 0 && std::isdigit(static_cast<unsigned char>(name[first - 1]))) --first;
+    return std::atoi(name.substr(first, point - first).c_str()) & 0xFFFF;
+}
+
+/// The part of the table that the hostile tags need.
+bool isPair(long codepage, int language) {
+    const std::set<std::pair<long, int>> pairs = {{437, 1031}, {437, 1041}, {850, 1031}, {1252, 1031},
+                                                  {932, 1041}, {942, 1041}, {866, 1049}, {1251, 1049}};
+    return pairs.contains({codepage, language});
+}
+
+/// Returns the fault of a tag's inside; a text that begins with a point for a tag of an accepted type.
+std::string faultOfTag(const std::string& tag) {
+    std::string inside = tag.substr(1, tag.size() - 2);
+    for (char& c : inside) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
+    std::ranges::replace(inside, '\t', ' ');
+    std::vector<std::string> words;
+    for (std::size_t at = inside.find_first_not_of(' '); at < inside.size();) {
+        const std::size_t end = std::min(inside.find(' ', at), inside.size());
+        words.push_back(inside.substr(at, end - at));
+        at = inside.find_first_not_of(' ', end);
+    }
+    if (words.empty()) return "Invalid tag '" + tag + "'.";
+    const std::string invalid = "Invalid tag '" + tag + "':";
+    if (words[0] == "CODEPAGE") {
+        if (words.size() < 2) return invalid + "Codepage number expected in codepage definition.";
+        if (std::atol(words[1].c_str()) == 0)
+            return invalid + "First argument in codepage definition is expected to be an integer codepage number.";
+        return ".CODEPAGE " + words[1];
+    }
+    if (words[0] != "ACCEL" && words[0] != "ACCELERATOR") return invalid + "Tag type '" + words[0] + "' is unknown.";
+    const std::set<std::string> names = {"VIRTKEY", "SHIFT", "CONTROL", "ALT", "VK_F5", "VK_OEM_CLEAR"};
+    for (std::size_t i = 1; i < words.size(); ++i) {
+        const bool isKey = words[i].size() == 1 && (std::isdigit(static_cast<unsigned char>(words[i][0])) ||
+                                                    (words[i][0] >= 'A' && words[i][0] <= 'Z'));
+        if (!isKey && !names.contains(words[i]))
+            return invalid + "Unknown identifier '" + words[i] + "' in accelerator definition.";
+    }
+    return ".ACCEL";
+}
+
+std::string faultOf(const std::string& line, int language) {
+    const std::size_t equal = line.find('=');
+    if (line.empty() || line.starts_with("//") || line[0] == '[') return "";
+    if (line[0] != '<') return equal == std::string::npos ? "equal (=) expected." : "";
+    const std::size_t close = line.find('>', 1);
+    if (close == std::string::npos) return "Invalid tag syntax - cannot find '>'.";
+    const std::string tag = line.substr(0, close + 1);
+    const std::string fault = faultOfTag(tag);
+    if (fault[0] != '.') return fault;
+    if (fault[1] == 'C' && !isPair(std::atol(fault.c_str() + 10), language))
+        return "Specified codepage does not appear to match language of file.";
+    if (equal != std::string::npos)
+        return trimmed(line.substr(0, equal)) == tag ? "" : "Unexpected text encountered between tag and '='.";
+    return fault[1] == 'A' ? "equal (=) expected for this tag type." : "";
+}
+
+std::set<Fault> faultsOf(const std::string& name, const std::string& contents) {
+    std::set<Fault> faults;
+    std::istringstream stream(contents);
+    std::string line;
+    for (int number = 1; std::getline(stream, line); ++number) {
+        const std::string fault = faultOf(trimmed(line), languageOf(name));
+        if (!fault.empty()) faults.insert({number, plainStart(fault)});
+    }
+    return faults;
+}
+
+} // namespace oracle
+
+std::string hostileFile(std::mt19937& random) {
+    const std::vector<std::string> pieces = {"<",
+                                             ">",
+                                             "=",
+                                             "[",
+                                             "]",
+                                             " ",
+                                             "\t",
+                                             "//",
+                                             "/",
+                                             "\"",
+                                             "<CODEPAGE",
+                                             " 1252",
+                                             " 932",
+                                             " 437",
+                                             " 1251",
+                                             " 0",
+                                             " x",
+                                             " 866>",
+                                             " 1252>",
+                                             "<codepage ",
+                                             "<>",
+                                             "< ",
+                                             "<ACCEL",
+                                             " VK_F5",
+                                             " VK_A",
+                                             " F5",
+                                             " 7",
+                                             " +",
+                                             " SHIFT",
+                                             " alt>",
+                                             "<accelerator control a>",
+                                             "<FOO>",
+                                             "key",
+                                             "text",
+                                             "\xEF\xBB\xBF",
+                                             "\x80",
+                                             "\xFF",
+                                             "\\x4",
+                                             "\r",
+                                             "\x01",
+                                             "\x1A",
+                                             "&",
+                                             "= <ACCEL B>",
+                                             "<CODEPAGE 850 x>",
+                                             "<CODEPAGE 942> =",
+                                             " VK_OEM_CLEAR ",
+                                             "[Shared]",
+                                             "IDS_DB = dB",
+                                             "{",
+                                             "\\n"};
+    std::string file = "[Shared]\n";
+    for (std::size_t lines = random() % 9; lines > 0; --lines) {
+        for (std::size_t count = random() % 6; count > 0; --count) file += pieces[random() % pieces.size()];
+        if (lines > 1 || random() % 2 == 0) file += random() % 3 == 0 ? "\r\n" : "\n";
+    }
+    return file;
+}
+
+/// Returns the value of a member of a JSON object, up to its first escape.
+std::string member(const std::string& object, const std::string& name) {
+    const std::size_t at = object.find("\"" + name + "\": ") + name.size() + 4;
+    const std::size_t first = object[at] == '"' ? at + 1 : at;
+    return object.substr(first, object.find_first_of(object[at] == '"' ? "\"\\" : ",", first) - first);
+}
+
+// A folder of all files shows, too, that their number does not matter.
+TEST_F(LngcheckFaults, OfHostileFilesAreThoseOfTheFormatsDescription) {
+#ifdef _WIN32
+    constexpr int Files = 1000; // under Wine a file takes long
+#else
+    constexpr int Files = 15000;
+#endif
+    const char* const endings[] = {"-1031.lng", "-1041.lng",  "-1049.lng",   "-7.lng",
+                                   "x.lng",     "5_1031.lng", "1049_lng.lng"};
+    std::mt19937 random(4711);
+    std::map<std::string, std::set<oracle::Fault>> expected;
+    std::size_t count = 0;
+    for (int i = 0; i < Files; ++i) {
+        std::string name;
+        for (int rest = i + 26; rest > 0; rest /= 26) name += static_cast<char>('a' + rest % 26);
+        name += endings[random() % std::size(endings)];
+        const std::string file = hostileFile(random);
+        folder.write("hostile/" + name, file);
+        expected[name] = oracle::faultsOf(name, file);
+        count += expected[name].size();
+    }
+    EXPECT_GT(count, Files);
+
+    std::map<std::string, std::set<oracle::Fault>> found;
+    std::istringstream objects(run("--json --quiet hostile").said);
+    for (std::string object; std::getline(objects, object);) {
+        const std::string name = object.substr(10, object.find("\", ") - 10);
+        const std::string text = member(object, "text");
+        for (const char* const start : {"equal (=) expected", "Invalid tag", "Specified codepage", "Unexpected text"}) {
+            if (text.starts_with(start))
+                found[name.substr(8 + (name[7] == '\\' ? 1 : 0))].insert(
+                    {std::stoi(member(object, "line")), oracle::plainStart(text)});
+        }
+    }
+    for (const auto& [name, faults] : expected) {
+        ASSERT_EQ(found[name].size(), faults.size()) << name << "\n" << contents("hostile/" + name);
+        EXPECT_TRUE(found[name] == faults) << name << "\n" << contents("hostile/" + name);
+    }
+}
+
+TEST_F(LngcheckFaults, OfALineOfFiftyMegabytesAreFoundQuickly) {
+    std::string letters(50'000'000, 'x');
+    folder.write("A1031.lng", "[Shared]\nMSGBOX_OK = " + letters + "\n" + letters + "\n<" + letters + ">\n");
+#ifdef _WIN32
+    const std::string limit;
+#else
+    const std::string limit = "ulimit -t 20;";
+#endif
+    const Outcome outcome = run("A1031.lng", limit);
+    expectInOrder(outcome.said, {"A1031.lng:2: warning: 'xxx", ":3: equal (=) expected.", ":4: Invalid tag '<xxx"});
+    EXPECT_LT(outcome.said.size(), 10000U);
+}
+
+TEST_F(LngcheckFaults, AreCountedOnceHoweverOftenAFileIsNamed) {
+    folder.write("set/A1033.lng", clean);
+    expectRun("set set/../set set/A1033.lng", 0, {"files: 1, "});
+}
+
+TEST_F(LngcheckFaults, AreFoundInFilesWithNamesOutsideTheCodePage) {
+    std::ofstream(folder.path() / u8"G\u00F6\u0416\u6F22 1031.lng") << "nonsense";
+    const std::string name = "G\xC3\xB6\xD0\x96\xE6\xBC\xA2 1031.lng";
+    expectRun("\"" + name + "\"", 1, {name + ":1: equal (=) expected."});
+    expectRun("--init 1033 \"new " + name + "\"", 2, {});
+    expectRun("--init 1031 \"new " + name + "\"", 0, {});
+    EXPECT_TRUE(std::filesystem::exists(folder.path() / u8"new G\u00F6\u0416\u6F22 1031.lng"));
+}
+
+#ifndef _WIN32
+TEST_F(LngcheckFaults, OfFilesThatCannotBeReadHaveTheSystemsReason) {
+    ASSERT_EQ(run("",
+                  "mkdir set; cd set; mkfifo A1031.lng; ln -s B1031.lng B1031.lng; ln -s . C1031.lng; ln -s missing "
+                  "D1031.lng; ln -s /proc/self/mem E1031.lng; printf '[\\033[2J\\n\\033]0;x\\007' >F1031.lng;")
+                  .exitCode,
+              2);
+    const Outcome outcome = run("set", "ulimit -t 20;");
+    expectInOrder(outcome.said, {"set/A1031.lng: Open of file 'set/A1031.lng' failed.\n    The reason: it is a pipe",
+                                 "set/B1031.lng: Open", "The reason: Too many levels of symbolic links",
+                                 "set/D1031.lng: Open", "The reason: No such file", "set/E1031.lng: Open",
+                                 "The reason: Input/output error", "set/F1031.lng:2: equal", "files: 5,"});
+    EXPECT_EQ(outcome.said.find('\033'), std::string::npos);
+}
+#endif
+
+TEST_F(LngcheckFaults, InJsonHaveOneObjectInALine) {
+    folder.write("A1033.lng", clean + "no \"\\\x01\n");
+    expectRun("--json A1033.lng", 1,
+              {"{\"file\": \"A1033.lng\", \"line\": 46, \"severity\": \"fault\", \"text\": \"equal (=) expected.\", "
+               "\"hint\": \"This line needs",
+               "\"}\n{\"files\": 1, \"faults\": 1, \"warnings\": 0}\n"});
+    expectRun("--json --stats --quiet A1033.lng", 1,
+              {"{\"language\": 1033, \"keys\": 24, \"missing\": 0, \"faults\": 1, \"warnings\": 0}\n"});
+    expectRun("--stats A1033.lng", 1, {"language ", "1033 (English) ", " 24 ", " 0 ", " 1 ", " 0\n", "files: 1"});
+}
+
+TEST_F(LngcheckFaults, OfANewFileAreTheTextsThatAreNotYetThere) {
+    expectRun("--init 1039 new/Equalizer1039.lng", 0, {});
+    expectInOrder(contents("new/Equalizer1039.lng"),
+                  {"<CODEPAGE 1252>\r\n", "\r\n[Parametric Equalizer]\r\n", "// English: dB\r\nIDS_DB = dB\r\n",
+                   "// English: Frequency\r\nIDD_Options_Freq = \r\n"});
+    expectRun("--strict new", 1, {"Equalizer1039.lng:17: the text is empty", "files: 1, faults: 14, warnings: 0"});
+    expectRun("--init 1039 new/Equalizer1039.lng", 1, {"the file exists"});
+    expectRun("--init 1031 new/Equalizer1039.lng", 2, {"as in Equalizer1031.lng"});
+    expectRun("--init 10 A10.lng", 0, {});
+    EXPECT_EQ(contents("A10.lng").find("<"), contents("A10.lng").find("< &Back"));
+}
+
+TEST_F(LngcheckFaults, AreNotMadeByAConversionThereAndBack) {
+    int sources = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(EQ_LANGUAGE_SOURCES_DIR)) {
+        if (!entry.path().filename().string().starts_with("Equalizer")) continue;
+        const std::string name = entry.path().stem().string();
+        const std::string source = given(entry.path().string());
+        folder.write(name + ".txt", source);
+        expectRun("--convert " + name + ".txt " + name + ".lng", 0, {});
+        EXPECT_TRUE(contents(name + ".lng") == shipped(name.substr(9))) << name;
+        expectRun("--convert " + name + ".lng back.txt", 0, {});
+        EXPECT_EQ(contents("back.txt"), source);
+        ++sources;
+    }
+    EXPECT_GE(sources, 13);
+    expectRun("--convert Equalizer1034.txt A10.lng", 0, {"left out: lines 4, 44"});
+    EXPECT_TRUE(contents("A10.lng") == shipped("10"));
+    expectRun("--convert Equalizer1031.txt A1041.lng", 1, {"Equalizer1031.txt:3: code page 1252 does not suit"});
+    folder.write("x.txt", "\xEF\xBB\xBF<CODEPAGE 1252>\n[A]\na = \xD0\x94\n");
+    expectRun("--convert x.txt A1031.lng", 1, {"x.txt:3: code page 1252 has no '\xD0\x94'"});
+    expectRun("--convert x.txt y.txt", 2, {"must end in .lng"});
+    EXPECT_FALSE(files().contains("A1031.lng") || files().contains("A1041.lng"));
+}
+
+} // namespace
+
+} // namespace eq
