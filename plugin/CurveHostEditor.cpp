@@ -22,7 +22,7 @@ CurveHostEditor::CurveHostEditor(AudioEffect* owner, std::string moduleFile)
 
 CurveHostEditor::~CurveHostEditor() {
     isBusy = false;
-    close();
+    CurveHostEditor::close();
 }
 
 const CurveModule* CurveHostEditor::module() {

@@ -36,9 +36,10 @@ bool createEditor(AudioEffect& effect) {
         [](const wchar_t* text, const wchar_t* caption) { standin::writeToStandardError(caption, text); });
     static_cast<void>(CLanguageStore::Instance());
     std::string path = moduleFile();
+    if (path.empty()) return true;
     // The editor binds itself to the effect, which owns it from then on.
-    return path.empty() || new (std::nothrow)
-                                   CurveHostEditor(&effect, std::move(path)) != nullptr; // NOLINT(*-NewDeleteLeaks)
+    auto* const editor = new (std::nothrow) CurveHostEditor(&effect, std::move(path));
+    return editor != nullptr; // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
 }
 
 } // namespace eq

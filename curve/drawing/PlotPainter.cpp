@@ -21,6 +21,8 @@ constexpr double LeastLineDistance = 22.0;
 
 constexpr double Dimmed = 0.3;
 constexpr double Reference = 1000.0; ///< Hz, where the octaves are anchored
+constexpr int LowestOctave = -5;     ///< 31 Hz
+constexpr int HighestOctave = 4;     ///< 16 kHz
 
 struct Decade {
     double hertz;
@@ -115,8 +117,8 @@ void PlotPainter::drawFrequencies(cairo_t* cr, const EditorGeometry& geometry) c
         cairo_line_to(cr, x, plot.bottom());
         cairo_stroke(cr);
     };
-    const double lowestOctave = Reference / 32.0;
-    for (double hertz = lowestOctave; hertz < FrequencyRange.highest; hertz *= 2.0) {
+    for (int octave = LowestOctave; octave <= HighestOctave; ++octave) {
+        const double hertz = std::ldexp(Reference, octave);
         line(hertz, palette::OctaveLine);
         const std::string label = octaveLabel(hertz);
         const double distance = texts.widthOf(Font::Axis, "0000") + LabelGap * scale;
