@@ -29,7 +29,7 @@ const Planted PlantedFaults[] = {
     {"1031", "&Weiter", "Weiter", "warning: ", "the mnemonic is lost", "English is '&Next >'"},
     {"1031", "&Weiter", "Zu&weiter&", "warning: ", "a '&' before a blank or at the end does not show"},
     {"1031", "&Weiter", "&Zeiter",
-     "warning: ", "the mnemonic 'z' of PRSHT_WIZNEXT is also that of PRSHT_WIZBACK in line 43"},
+     "warning: ", "the mnemonic 'z' of PRSHT_WIZNEXT is also that of PRSHT_WIZBACK in line 44"},
     {"1031", "&Weiter", "We&\xEDter",
      "warning: ", "the mnemonic '\xC3\xAD' is no letter on a keyboard of the language 1031 (German)"},
     {"1049", "= &\xC4", "= \xC4&,", "warning: ", "the mnemonic ',' is no letter"},
@@ -40,16 +40,16 @@ const Planted PlantedFaults[] = {
     {"1031", "-10 dB", "10 dB", "warning: ", "the text has 10, and English has -10"},
     {"1041", "20 kHz", "2 kHz", "warning: ", "the text has 2, and English has 20"},
     {"1031", "20 kHz", "20 khz",
-     "warning: ", "the label has the unit 'khz', and the read-outs have 'kHz' (IDS_kHz in line 10)"},
+     "warning: ", "the label has the unit 'khz', and the read-outs have 'kHz' (IDS_kHz in line 11)"},
     {"1049", "\xE4\xC1\r",
      "\xE4"
      "B\r",
      "warning: ", "the letter 'B' is Latin, in a word of Cyrillic letters"},
     {"1032", "\xC6\xFE\xED\xE7 3", "Z\xFE\xED\xE7 3", "warning: ", "is Greek, in a word of Latin letters"},
     {"1031", "Verst\xE4rkung", "Frequenz",
-     "warning: ", "IDD_Options_Gain has the same text as IDD_Options_Freq in line 17"},
-    {"1031", "Hilfe", "Abbrechen", "warning: ", "MSGBOX_HELP has the same text as MSGBOX_CANCEL in line 40"},
-    {"1031", "Band 3", "Band 2", "warning: ", "IDD_Options_B3 has the same text as IDD_Options_B2 in line 27"},
+     "warning: ", "IDD_Options_Gain has the same text as IDD_Options_Freq in line 18"},
+    {"1031", "Hilfe", "Abbrechen", "warning: ", "MSGBOX_HELP has the same text as MSGBOX_CANCEL in line 41"},
+    {"1031", "Band 3", "Band 2", "warning: ", "IDD_Options_B3 has the same text as IDD_Options_B2 in line 28"},
     {"1031", "Frequenz", "Frequency", "warning: ", "the text 'Frequency' is English"},
     {"1031", "Band 2", "Band  2", "warning: ", "has two blanks together"},
     {"1031", "= Gesamt", "= \\x20Gesamt", "warning: ", "begins with a blank"},
@@ -393,7 +393,7 @@ TEST_F(LngcheckFaults, OfFilesThatCannotBeReadHaveTheSystemsReason) {
 TEST_F(LngcheckFaults, InJsonHaveOneObjectInALine) {
     folder.write("A1033.lng", clean + "no \"\\\x01\n");
     expectRun("--json A1033.lng", 1,
-              {"{\"file\": \"A1033.lng\", \"line\": 46, \"severity\": \"fault\", \"text\": \"equal (=) expected.\", "
+              {"{\"file\": \"A1033.lng\", \"line\": 59, \"severity\": \"fault\", \"text\": \"equal (=) expected.\", "
                "\"hint\": \"This line needs",
                "\"}\n{\"files\": 1, \"faults\": 1, \"warnings\": 0}\n"});
     expectRun("--json --stats --quiet A1033.lng", 1,
@@ -418,18 +418,19 @@ TEST_F(LngcheckFaults, AreNotMadeByAConversionThereAndBack) {
     for (const auto& entry : std::filesystem::directory_iterator(EQ_LANGUAGE_SOURCES_DIR)) {
         if (!entry.path().filename().string().starts_with("Equalizer")) continue;
         const std::string name = entry.path().stem().string();
-        const std::string source = given(entry.path().string());
+        std::string source = given(entry.path().string());
         folder.write(name + ".txt", source);
-        expectRun("--convert " + name + ".txt " + name + ".lng", 0, {});
+        expectRun("--convert " + name + ".txt " + name + ".lng", 0, {"left out: the context [LV2]"});
+        source.erase(source.find("[LV2]"));
         EXPECT_TRUE(contents(name + ".lng") == shipped(name.substr(9))) << name;
         expectRun("--convert " + name + ".lng back.txt", 0, {});
         EXPECT_EQ(contents("back.txt"), source);
         ++sources;
     }
     EXPECT_GE(sources, 13);
-    expectRun("--convert Equalizer1034.txt A10.lng", 0, {"left out: lines 4, 44"});
+    expectRun("--convert Equalizer1034.txt A10.lng", 0, {"left out: lines 5, 45"});
     EXPECT_TRUE(contents("A10.lng") == shipped("10"));
-    expectRun("--convert Equalizer1031.txt A1041.lng", 1, {"Equalizer1031.txt:3: code page 1252 does not suit"});
+    expectRun("--convert Equalizer1031.txt A1041.lng", 1, {"Equalizer1031.txt:4: code page 1252 does not suit"});
     folder.write("x.txt", "\xEF\xBB\xBF<CODEPAGE 1252>\n[A]\na = \xD0\x94\n");
     expectRun("--convert x.txt A1031.lng", 1, {"x.txt:3: code page 1252 has no '\xD0\x94'"});
     expectRun("--convert x.txt y.txt", 2, {"must end in .lng"});

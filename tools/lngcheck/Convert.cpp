@@ -89,14 +89,21 @@ public:
 
     [[nodiscard]] const std::string& bytes() const { return m_bytes; }
 
+    /// Returns the lines that were left out, or an empty text.
     [[nodiscard]] std::string message() const {
-        if (m_leftOut.empty()) return {};
-        return "a file of the language " + described(m_language) + " has no tag and ASCII texts only; left out: line" +
+        std::string text;
+        if (m_hasPortNames) text = "left out: the context [LV2], which the library does not read";
+        if (m_leftOut.empty()) return text;
+        return text + (text.empty() ? "" : "; ") + "a file of the language " + described(m_language) +
+               " has no tag and ASCII texts only; left out: line" +
                (m_leftOut.find(',') == std::string::npos ? " " : "s ") + m_leftOut;
     }
 
 private:
     void add(std::string_view line, int number) {
+        if (line.starts_with('[')) m_isPortName = line.starts_with("[LV2]");
+        m_hasPortNames = m_hasPortNames || m_isPortName;
+        if (m_isPortName) return;
         if (const auto codepage = codepageOf(line)) {
             m_codepage = *codepage;
             if (!isPrimaryLanguage(m_language) && !CodepageFitsLanguage(static_cast<long>(m_codepage), m_language))
@@ -127,7 +134,9 @@ private:
     WORD m_language;
     UINT m_codepage;
     std::string m_bytes;
-    std::string m_leftOut; ///< the numbers of the lines
+    std::string m_leftOut;     ///< the numbers of the lines
+    bool m_isPortName = false; ///< the lines are in the context [LV2] of the shipped sources
+    bool m_hasPortNames = false;
 };
 
 std::string toUtf8(const std::string& from, std::string_view bytes) {
