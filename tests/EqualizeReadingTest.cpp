@@ -184,6 +184,23 @@ TEST_F(EqualizeReading, ReadsToTheEndOfTheFileWhereTheHeaderLeavesTheLengthOpen)
         expectFailure(1, std::string(name) + " out.wav", "never filled in");
 }
 
+TEST_F(EqualizeReading, ReadsAnAuFileWithMoreThanTwoGiB) {
+    // A sample at the start that is not a number shows that the sound is found, without the time to equalize it all.
+    const std::string header(".snd\0\0\0\x18\xA0\0\0\0\0\0\0\6\0\0\xAC\x44\0\0\0\2\x7F\xC0\0\0", 28);
+    folder.write("long.au", header);
+    const std::pair<std::uint64_t, const char*> rows[] = {
+        {0xA0000000, "channel 1 has a sample that is not a number at 0:00.000"},
+        {0xA0000008, "with other data after it"},
+        {0x9FFFFFF8, "the file ends early"},
+    };
+    for (const auto& [size, message] : rows) {
+        std::filesystem::resize_file(path("long.au"), header.size() - 4 + size);
+        const Outcome outcome = run("long.au out.wav");
+        EXPECT_EQ(outcome.exitCode, 1);
+        EXPECT_NE(outcome.said.find(message), std::string::npos) << outcome.said;
+    }
+}
+
 TEST_F(EqualizeReading, RefusesWhatItCannotReadOrWriteWhole) {
     for (const char* const name : {"out.flac", "out.mp3", "out.sds", "out.wav", "out.aiff", "out.au", "out.voc"})
         folder.write(name, "old");

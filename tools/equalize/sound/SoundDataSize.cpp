@@ -208,8 +208,16 @@ SoundDataSize sizeOfAu(HeaderFile& file) {
     BinaryReader header = file.at(4, std::endian::big);
     const std::uint64_t begin = header.read<std::uint32_t>();
     const std::uint64_t size = header.read<std::uint32_t>();
-    if (size != 0 && size != Most32) return closedAt(file, begin, size);
-    return openAt(file, begin, {field(8, file.after(begin), 4, std::endian::big)});
+    const std::uint64_t rest = file.after(begin);
+    // libsndfile takes the size for a number with a sign. It reads to the end of the file if the size is open.
+    constexpr std::uint64_t LongestRead = 0x7FFFFFFF;
+    HeaderCorrection correction = field(8, rest > LongestRead ? Most32 : rest, 4, std::endian::big);
+    if (size == 0 || size == Most32) return openAt(file, begin, {std::move(correction)});
+    SoundDataSize closed = closedAt(file, begin, size);
+    if (size <= LongestRead || size > rest) return closed;
+    if (size < rest) throw FileError("sound of more than 2 GiB with other data after it cannot be read");
+    closed.corrections.push_back(std::move(correction));
+    return closed;
 }
 
 std::optional<SoundDataSize> promisedBy(HeaderFile& file) {
