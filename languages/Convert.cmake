@@ -1,7 +1,8 @@
 # Writes RESULT, a language file, from SOURCE, the same in UTF-8, by the program ICONV. CODEPAGE is the number of the
 # result's code page, or ASCII. With ASCII the <CODEPAGE> tag and all lines with other characters are left out. Line ends
-# become those that every Windows editor shows. A character that the code page lacks is an error, and no file is left then.
-set(edit "s/\\r*$/\\r/")
+# become those that every Windows editor shows. The context [LV2] at the end is left out, since the library does not look it
+# up. A character that the code page lacks is an error, and no file is left then.
+set(edit "/^\\[LV2\\]/,\$d; s/\\r*$/\\r/")
 set(charset "CP${CODEPAGE}")
 if(CODEPAGE STREQUAL ASCII)
   string(PREPEND edit "/^<CODEPAGE/d; /[^\\t\\r -~]/d; /\\\\x[89A-Fa-f]/d; ")

@@ -4,7 +4,7 @@
 #include "parameters/ParameterTable.h"
 
 #include <algorithm>
-#include <cstring>
+#include <bit>
 
 namespace eq::lv2 {
 
@@ -12,6 +12,11 @@ namespace {
 
 constexpr int BlockSize = FourBandEqualizer::BlockSize;
 constexpr float Silence[BlockSize] = {};
+
+/// For comparisons: a NaN differs from itself, but its bits do not.
+std::array<std::uint32_t, ParameterCount> bitsOf(const std::array<float, ParameterCount>& values) noexcept {
+    return std::bit_cast<std::array<std::uint32_t, ParameterCount>>(values);
+}
 
 } // namespace
 
@@ -45,8 +50,7 @@ void Lv2Equalizer::run(std::size_t frames) noexcept {
 
     const Values values = readParameters();
     const bool isEnabled = readEnabled();
-    // Bits, since a NaN differs from itself.
-    if (!isSettled || std::memcmp(&values, &lastValues, sizeof values) != 0) handOver(values);
+    if (!isSettled || bitsOf(values) != bitsOf(lastValues)) handOver(values);
     if (!isSettled) {
         settle();
         wasEnabled = isEnabled;
@@ -87,7 +91,7 @@ void Lv2Equalizer::handOver(const Values& values) noexcept {
 }
 
 // The engine fades the first values in over one block. Silence takes this fade, and leaves the filters' state at zero.
-// The second block clears the first from the output.
+// There are two blocks, as in `equalize`.
 void Lv2Equalizer::settle() noexcept {
     const float* const silent[] = {Silence, Silence};
     float* const out[] = {dropped.data(), dropped.data()};

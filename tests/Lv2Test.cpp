@@ -80,7 +80,7 @@ TEST(Lv2, WorksAtRatesFrom8000To768000HzOnly) {
     const auto descriptor = library().find<LV2_Descriptor_Function>("lv2_descriptor");
     for (std::uint32_t i = 0; i < 2; ++i) {
         const LV2_Descriptor* const plugin = descriptor(i);
-        for (const double rate : {0.0, -44100.0, 7999.0, 768001.0, double{NaN}, double{Infinity}})
+        for (const double rate : {0.0, -44100.0, 7999.0, 768001.0, std::nan(""), HUGE_VAL})
             EXPECT_EQ(plugin->instantiate(plugin, rate, "", nullptr), nullptr) << rate;
         for (const double rate : {8000.0, 768000.0}) {
             const LV2_Handle instance = plugin->instantiate(plugin, rate, "", nullptr);
@@ -241,9 +241,16 @@ TEST(Lv2, SurvivesBadHosts) {
             instance.values = Loud;
             instance.enabled = 1;
             instance.activate();
-            std::vector<Samples> sound(channels, noise(random, 4 * Block));
-            const Samples expected = delayed(filtered(Loud, rate, sound[0]));
-            instance.run(sound, 0, 4 * Block);
+            const Samples dry = noise(random, 5 * Block);
+            std::vector<Samples> sound(channels, dry);
+            Samples expected = filtered(Loud, rate, dry);
+            const Samples faded = blended(part(expected, 2 * Block, 3 * Block), part(dry, 2 * Block, 3 * Block));
+            std::ranges::copy(dry.begin() + 3 * BlockSize, dry.end(), expected.begin() + 3 * BlockSize);
+            std::ranges::copy(faded, expected.begin() + 2 * BlockSize);
+            expected = delayed(expected);
+            instance.run(sound, 0, 2 * Block);
+            instance.enabled = 0;
+            instance.run(sound, 2 * Block, 3 * Block);
             EXPECT_EQ(firstDifference(sound[0], expected), -1) << rate << " Hz";
         }
     };

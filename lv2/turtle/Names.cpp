@@ -19,7 +19,7 @@ std::vector<std::string> linesOf(const std::filesystem::path& file) {
 LanguageSources::LanguageSources(const std::filesystem::path& folder) {
     for (const auto& entry : std::filesystem::directory_iterator(folder))
         if (entry.path().filename().string().starts_with("Equalizer")) read(entry.path());
-    if (m_english.empty() || m_translations.empty()) throw InputError(folder.string() + ": languages are missing");
+    if (englishTexts.empty() || translatedTexts.empty()) throw InputError(folder.string() + ": languages are missing");
 }
 
 void LanguageSources::read(const std::filesystem::path& file) {
@@ -36,11 +36,11 @@ void LanguageSources::read(const std::filesystem::path& file) {
             continue;
         texts.try_emplace(std::string(trim(line.substr(0, equals))), trim(line.substr(equals + 1)));
     }
-    if (tags.empty() && !m_english.empty())
+    if (tags.empty() && !englishTexts.empty())
         throw InputError(file.string() + ": it has no line '// Language tags: TAG'");
-    if (tags.empty()) m_english = texts;
+    if (tags.empty()) englishTexts = texts;
     for (const std::string& tag : tags)
-        if (!m_translations.try_emplace(tag, texts).second)
+        if (!translatedTexts.try_emplace(tag, texts).second)
             throw InputError(file.string() + ": another file has " + tag);
 }
 
@@ -53,14 +53,14 @@ Name LanguageSources::find(const std::string& key) const {
             throw InputError("languages: the text of " + key + " in " + language + " is empty or has an escape");
         return found->second;
     };
-    Name name = {textOf(m_english, "English"), {}};
-    for (const auto& [tag, texts] : m_translations) name.translations[tag] = textOf(texts, tag);
+    Name name = {textOf(englishTexts, "English"), {}};
+    for (const auto& [tag, texts] : translatedTexts) name.translations[tag] = textOf(texts, tag);
     return name;
 }
 
 std::vector<std::string> LanguageSources::tags() const {
     std::vector<std::string> tags;
-    for (const auto& [tag, texts] : m_translations) tags.push_back(tag);
+    for (const auto& [tag, texts] : translatedTexts) tags.push_back(tag);
     return tags;
 }
 

@@ -40,8 +40,8 @@ private:
 
     void read(const std::filesystem::path& file);
 
-    Texts m_english;
-    std::map<std::string, Texts> m_translations; ///< by tag
+    Texts englishTexts;
+    std::map<std::string, Texts> translatedTexts; ///< by tag
 };
 
 /// Returns names with the same text after each, such as the number of a band.

@@ -64,22 +64,22 @@ std::string nameOf(const PluginVariant& variant) {
 /// Collects the ports of a variant in the order of their indexes.
 class PortList {
 public:
-    explicit PortList(std::string& text) : m_text(text) {}
+    explicit PortList(std::string& turtle) : text(turtle) {}
 
     /// Adds a port. `properties` are further lines "predicate object".
     void add(const std::string& types, const std::string& symbol, const Name& name,
              const std::vector<std::string>& properties) {
-        m_text += m_next == 0 ? "    lv2:port [\n" : " , [\n";
-        m_text += "        a " + types + " ;\n        lv2:index " + std::to_string(m_next++) +
-                  " ;\n        lv2:symbol \"" + symbol + "\" ;\n        lv2:name " + nameText(name);
-        for (const std::string& property : properties) m_text += " ;\n        " + property;
-        m_text += "\n    ]";
+        text += next == 0 ? "    lv2:port [\n" : " , [\n";
+        text += "        a " + types + " ;\n        lv2:index " + std::to_string(next++) + " ;\n        lv2:symbol \"" +
+                symbol + "\" ;\n        lv2:name " + nameText(name);
+        for (const std::string& property : properties) text += " ;\n        " + property;
+        text += "\n    ]";
     }
-    [[nodiscard]] std::uint32_t count() const { return m_next; }
+    [[nodiscard]] std::uint32_t count() const { return next; }
 
 private:
-    std::string& m_text;
-    std::uint32_t m_next = 0;
+    std::string& text;
+    std::uint32_t next = 0;
 };
 
 void addAudioPorts(PortList& ports, const LanguageSources& languages, const PluginVariant& variant, const char* type,
