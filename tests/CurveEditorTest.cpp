@@ -193,10 +193,9 @@ TEST(CurveEditor, FollowsAutomationWithoutTouchingAParameter) {
 TEST(CurveEditor, FillsTheHostsWindow) {
     const XServer server;
     HostProcess host("");
-    for (const auto& [width, height] : {std::pair{480, 300}, {1, 1}, {1200, 700}, {900, 500}}) {
-        host.x.resize(host.window, static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height));
-        EXPECT_TRUE(
-            comesTrue([&] { return host.x.size(host.x.children(host.window)[0]) == std::pair(width, height); }));
+    for (const std::pair<int, int>& size : {std::pair(480, 300), {1, 1}, {1200, 700}, {900, 500}}) {
+        host.x.resize(host.window, static_cast<std::uint32_t>(size.first), static_cast<std::uint32_t>(size.second));
+        EXPECT_TRUE(comesTrue([&] { return host.x.size(host.x.children(host.window)[0]) == size; }));
     }
     host.act(std::string(Node2) + "mousedown 1 mousemove 302 113 mouseup 1");
     EXPECT_TRUE(host.receives({{6, gain(101 * DecibelsPerPixel)}}));

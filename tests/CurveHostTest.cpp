@@ -45,16 +45,18 @@ class CurveHost : public testing::Test {
 protected:
     ~CurveHost() override { onAutomate = nullptr; }
 
-    /// Idles until the editor has received the event.
+    /// Drags the node of band 2 from 0 to +6 dB, and idles until the host receives that.
     void drag(const HostedEffect& effect) {
+        effect.set(6, 0.5F);
+        effect.dispatch(effEditIdle);
         automations = 0;
         const xcb_window_t editor = client.children(window).at(0);
         client.point(editor, XCB_BUTTON_PRESS, 302, 214);
         client.point(editor, XCB_MOTION_NOTIFY, 302, 113);
-        comesTrue([&] {
+        EXPECT_TRUE(comesTrue([&] {
             effect.dispatch(effEditIdle);
             return automations > 0;
-        });
+        }));
     }
 
     XServer server;

@@ -141,7 +141,8 @@ TEST(EditorTexts, ShowsTheEffectsDisplayTexts) {
     for (const char* const key : {DecibelKey, HertzKey, KilohertzKey}) port.texts[key] = key;
     const EditorTexts texts(port, '.');
     for (int i = 0; i < ParameterCount; ++i) {
-        for (float p = -0.5F; p < 1.5F; p += 0.07F) {
+        for (int step = -7; step < 20; ++step) {
+            const float p = static_cast<float>(step) * 0.07F;
             char shown[DisplayCapacity];
             writeDisplay(Parameters[i], p, shown); // without language files, a unit is shown by its key
             EXPECT_EQ(texts.display(i, p), shown);

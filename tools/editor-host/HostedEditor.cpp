@@ -11,11 +11,11 @@ namespace {
 
 constexpr int32 HostVersion = 2400;
 
-bool log_calls = false;
+bool logCalls = false;
 
 intptr hostCallback(AEffect* /*effect*/, int32 opcode, int32 index, intptr /*value*/, void* /*ptr*/, float opt) {
     if (opcode == audioMasterVersion) return HostVersion;
-    if (log_calls) {
+    if (logCalls) {
         if (opcode == audioMasterAutomate)
             std::printf("audioMasterAutomate: parameter %d = %.4f\n", static_cast<int>(index), opt);
         else
@@ -28,7 +28,7 @@ intptr hostCallback(AEffect* /*effect*/, int32 opcode, int32 index, intptr /*val
 } // namespace
 
 HostedEditor::HostedEditor(const std::string& libraryPath, bool log) : m_library(libraryPath) {
-    log_calls = log;
+    logCalls = log;
     const EffectMainProc entry = m_library.entry();
     m_effect = entry ? entry(hostCallback) : nullptr;
     if (m_effect && (m_effect->flags & effFlagsHasEditor) != 0) return;
