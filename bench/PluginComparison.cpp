@@ -1,5 +1,5 @@
-// Measures the time per stereo frame of this project's LV2 plug-in and of the fastest open-source equalizers that are LV2
-// plug-ins, with four active bands and the same loader. The label of each run shows the measured gains at the four
+// Measures the time per stereo frame of this project's LV2 plug-in and of the fastest open-source equalizers that are
+// LV2 plug-ins, with four active bands and the same loader. The label of each run shows the measured gains at the four
 // frequencies, which prove that the bands are active. Plug-ins that are not installed are left out.
 
 #include <benchmark/benchmark.h>
