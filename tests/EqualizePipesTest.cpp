@@ -50,10 +50,11 @@ TEST_F(EqualizePipes, WritesEachFormatInOrderAsIntoAFile) {
     makeSound("in.wav", "-ac 2 -c:a pcm_f32le");
     for (const std::string format : {"wav", "au", "flac", "ogg", "opus", "mp3"}) {
         SCOPED_TRACE(format);
-        shell("$EQ --quiet --band 3:gain=6 in.wav file." + format + " && TMPDIR=/nowhere $EQ --quiet --band 3:gain=6 " +
-              "in.wav - --format " + format + " < /dev/null | cat > pipe." + format +
+        shell("\"$EQ\" --quiet --band 3:gain=6 in.wav file." + format +
+              " && TMPDIR=/nowhere \"$EQ\" --quiet --band 3:gain=6 " + "in.wav - --format " + format +
+              " < /dev/null | cat > pipe." + format +
               " && sox -n -r 48000 -c 2 -b 32 -e float -t wav - synth 0.5 sine 440 2> said | " +
-              "$EQ --quiet --band 3:gain=6 - - --format " + format + " | ffmpeg -v error -i - -f null -");
+              "\"$EQ\" --quiet --band 3:gain=6 - - --format " + format + " | ffmpeg -v error -i - -f null -");
         EXPECT_EQ(heard("pipe." + format), heard("file." + format));
     }
     // Bit for bit: only the header differs.
@@ -67,10 +68,10 @@ TEST_F(EqualizePipes, WritesEachFormatInOrderAsIntoAFile) {
     EXPECT_EQ(contents("pipe.au").substr(8, 4), "\xFF\xFF\xFF\xFF");
     shell("sox pipe.wav -n stat 2>&1 | grep 'Length.* 1.000000'");
     shell("flac -ts pipe.flac && metaflac --show-total-samples pipe.flac | grep -x 48000");
-    shell("$EQ --quiet pipe.mp3 again.wav");
+    shell("\"$EQ\" --quiet pipe.mp3 again.wav");
     EXPECT_EQ(SndfileHandle(path("again.wav")).frames(), 48000);
     // No sample comes after a sound of an odd number of bytes, though files are padded.
-    shell("sox -n -r 48000 -c 1 -b 8 odd.wav synth 1001s sine 99 && $EQ --quiet odd.wav - | tail -c +45 | wc -c | "
+    shell("sox -n -r 48000 -c 1 -b 8 odd.wav synth 1001s sine 99 && \"$EQ\" --quiet odd.wav - | tail -c +45 | wc -c | "
           "grep -x 1001");
 }
 
@@ -79,9 +80,9 @@ TEST_F(EqualizePipes, ReadsEachFormatAsFromAFile) {
     for (const std::string name : {"a.wav", "a.au", "a.flac", "a.ogg", "a.opus", "a.mp3", "a.aiff", "a.caf"}) {
         SCOPED_TRACE(name);
         const bool isSpooled = name == "a.aiff" || name == "a.caf";
-        shell("ffmpeg -v error -i s.wav " + name + "; $EQ --quiet " + name +
+        shell("ffmpeg -v error -i s.wav " + name + "; \"$EQ\" --quiet " + name +
               " file.wav --bits float && mkfifo f; cat " + name +
-              " > f & $EQ --bits float f pipe.wav 2> said; cat said; rm f");
+              " > f & \"$EQ\" --bits float f pipe.wav 2> said; cat said; rm f");
         EXPECT_EQ(contents("said").find("was copied into a temporary file") != std::string::npos, isSpooled);
         // libmpg123 rounds one in some thousand samples differently after it has gone through a file.
         if (name == "a.mp3")
@@ -93,17 +94,19 @@ TEST_F(EqualizePipes, ReadsEachFormatAsFromAFile) {
     for (const std::string writer :
          {"ffmpeg -v error -i s.wav -c:a pcm_s24le -f wav -", "ffmpeg -v error -i s.wav -f au -c:a pcm_s24be -",
           "sox s.wav -t wav - 2> said", "flac -sc --until=48000 s.wav", "sox s.wav -t au - 2> said"}) {
-        shell(writer + " | $EQ --quiet - out.wav --bits float");
+        shell(writer + " | \"$EQ\" --quiet - out.wav --bits float");
         EXPECT_EQ(heard("out.wav"), expected) << writer;
     }
     // The sound begins where the position of standard input is.
-    shell("{ echo text; cat s.wav; } > late; { head -c 5 > said; $EQ --quiet - out.wav --bits float; } < late");
+    shell("{ echo text; cat s.wav; } > late; { head -c 5 > said; \"$EQ\" --quiet - out.wav --bits float; } < late");
     // The length of MP3 without a header frame is unknown, and an MP3 stream of unknown length starts on time.
-    shell("ffmpeg -v error -y -i s.wav -write_xing 0 -b:a 192k b.mp3; $EQ --quiet b.mp3 f.flac; cat b.mp3 | $EQ "
-          "--quiet - - "
-          "--format flac > p.flac");
+    shell(
+        "ffmpeg -v error -y -i s.wav -write_xing 0 -b:a 192k b.mp3; \"$EQ\" --quiet b.mp3 f.flac; cat b.mp3 | \"$EQ\" "
+        "--quiet - - "
+        "--format flac > p.flac");
     EXPECT_EQ(heard("p.flac"), heard("f.flac"));
-    shell("cat a.mp3 | $EQ --quiet - - --format mp3 > p.mp3; $EQ --quiet a.mp3 f.mp3; for k in f p; do ffmpeg -v error "
+    shell("cat a.mp3 | \"$EQ\" --quiet - - --format mp3 > p.mp3; \"$EQ\" --quiet a.mp3 f.mp3; for k in f p; do ffmpeg "
+          "-v error "
           "-i $k.mp3 -af atrim=0.1:0.9 -f s16le $k.raw; done; cmp -n 100000 f.raw p.raw || cmp -l f.raw p.raw | wc -l");
     // Two passes need a copy.
     expectPiped(0, "cat s.wav", "- out.wav --normalize -6.0206 --bits float", "because it is read twice");
@@ -116,7 +119,7 @@ TEST_F(EqualizePipes, NeverReplacesStandardOutputAndWritesOnlySoundThere) {
          {"- ", "/dev/stdout ", "/dev/fd/1 ", "/dev/fd/7 7>&1 --format caf ", "link --format aiff "}) {
         SCOPED_TRACE(place);
         const std::string said = shell("printf before > out; ln out second; ln -sf /dev/fd/1 link; mkdir -p tmp; "
-                                       "TMPDIR=tmp $EQ in.wav --list 2> said >> out " +
+                                       "TMPDIR=tmp \"$EQ\" in.wav --list 2> said >> out " +
                                        place + "; cat said; ls -A tmp");
         EXPECT_TRUE(contents("out").starts_with("before")) << said;
         EXPECT_TRUE(contents("out") == contents("second"));
@@ -144,9 +147,9 @@ TEST_F(EqualizePipes, FailsWhenNotAllCanBeReadOrWritten) {
     makeSound("in.wav", "-c:a pcm_s16le -ac 2");
     for (const std::string format : {"wav", "au", "flac", "ogg", "opus", "mp3", "caf"}) {
         expectFailure(1, "in.wav - > /dev/full --format " + format, "No space left on device");
-        const std::string said = shell("{ $EQ in.wav - --format " + format +
+        const std::string said = shell("{ \"$EQ\" in.wav - --format " + format +
                                        "; echo code $?; } 2>&1 > >(head -c 9 > said) | cat; "
-                                       "$EQ in.wav - --format " +
+                                       "\"$EQ\" in.wav - --format " +
                                        format + " 2> said | true; cat said; test ${PIPESTATUS[0]} = 0 || true");
         EXPECT_NE(said.find("roken pipe"), std::string::npos) << format << said;
     }
@@ -173,8 +176,8 @@ TEST_F(EqualizePipes, CarriesTagsInFrontOfTheSound) {
           "--set-tag=\"LONG=$(head -c 90000 /dev/zero | tr '\\0' x)\" s.flac");
     for (const std::string format : {"flac", "ogg", "opus", "mp3", "wav"}) {
         SCOPED_TRACE(format);
-        shell("$EQ --quiet s.flac file." + format + " && cat s.flac | $EQ --quiet - - --format " + format + " > pipe." +
-              format);
+        shell("\"$EQ\" --quiet s.flac file." + format + " && cat s.flac | \"$EQ\" --quiet - - --format " + format +
+              " > pipe." + format);
         const auto tags = [&](const std::string& name) {
             return shell("ffprobe -v error -show_entries stream=codec_name,width:stream_tags:format_tags " + name +
                          "." + format + " | cut -c 1-80 | grep -v encoder | sort");
@@ -235,7 +238,8 @@ TEST_F(EqualizePipes, TreatsDamagedHeadersInPipesAsInFiles) {
     shell("sox -n -r 44100 -c 2 -b 16 s.wav synth 0.02 sine 440");
     for (const std::string format : {"wav", "rf64", "w64", "aiff", "au", "caf", "flac", "ogg", "mp3"}) {
         SCOPED_TRACE(format);
-        shell("test " + format + " = wav || $EQ --quiet s.wav s." + format + "; rm -rf in fifo out out2; mkdir fifo");
+        shell("test " + format + " = wav || \"$EQ\" --quiet s.wav s." + format +
+              "; rm -rf in fifo out out2; mkdir fifo");
         const std::string whole = contents("s." + format);
         std::mt19937 random(20);
         std::map<std::string, std::string> sounds; // in the order of the shell
