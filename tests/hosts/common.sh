@@ -36,7 +36,7 @@ mkdir "$HOME" || fail "$HOME cannot be made"
 
 # Runs a host for at most `limit` seconds. Each line of standard input must be a line of its output, in any indentation.
 #   host_says COMMAND... <<'END'
-limit=60
+limit=180
 host_says() {
     local code line
     timeout "$limit" "$@" </dev/null 2>&1 | tr -d '\r' | sed 's/^[[:blank:]]*//' >"$work/said"
