@@ -29,9 +29,10 @@ endif()
 # The environment of every test. AddressSanitizer computes the bounds of a module's thread-local data from the 16 bytes
 # before the data. If these bytes belong to AddressSanitizer's own heap, the result is an invalid address, and the leak
 # check crashes. The first option prevents this computation. Each known leak of a foreign library has a line in
-# foreign-leaks.txt.
+# foreign-leaks.txt, and each race that ThreadSanitizer reports of one has a line in foreign-races.txt.
 set(EQ_TEST_ENVIRONMENT "ASAN_OPTIONS=intercept_tls_get_addr=0"
-  "LSAN_OPTIONS=suppressions='${PROJECT_SOURCE_DIR}/tests/foreign-leaks.txt':print_suppressions=0")
+  "LSAN_OPTIONS=suppressions='${PROJECT_SOURCE_DIR}/tests/foreign-leaks.txt':print_suppressions=0"
+  "TSAN_OPTIONS=suppressions='${PROJECT_SOURCE_DIR}/tests/foreign-races.txt'")
 
 # Checks of the shipped programs at run time: a stack that is overwritten, or that grows past its guard page, copies
 # beyond the end of a buffer, and indices beyond the end of a container end the process. The other builds have sanitizers.

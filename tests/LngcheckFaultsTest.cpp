@@ -352,6 +352,8 @@ TEST_F(LngcheckFaults, OfALineOfFiftyMegabytesAreFoundQuickly) {
     folder.write("A1031.lng", "[Shared]\nMSGBOX_OK = " + letters + "\n" + letters + "\n<" + letters + ">\n");
 #ifdef _WIN32
     const std::string limit;
+#elif defined __SANITIZE_THREAD__
+    const std::string limit = "ulimit -t 200;";
 #else
     const std::string limit = "ulimit -t 20;";
 #endif
