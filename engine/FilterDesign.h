@@ -28,7 +28,7 @@ struct FilterDesign {
 
     /// Returns the design for 13 values in the order and the units of ParameterArray.h, for sound of a rate above 0 Hz.
     /// Values outside their ranges are limited; a NaN counts as the lowest value. At low rates a centre is limited to
-    /// the part of the spectrum that 20000 Hz has at the default rate, which is 0.907 of half the rate.
+    /// 0.907 of half the rate, which is 20000 Hz at the default rate.
     [[nodiscard]] static FilterDesign of(const float (&values)[ParameterCount], double rate = DefaultRate) noexcept;
 };
 
