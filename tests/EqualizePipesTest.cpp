@@ -237,7 +237,7 @@ TEST_F(EqualizePipes, TreatsDamagedHeadersInPipesAsInFiles) {
     constexpr int Count = 100;
     const std::string limits = "ulimit -t 300;";
 #else
-    constexpr int Count = 500;
+    constexpr int Count = 300;
     const std::string limits = "ulimit -t 60; ulimit -v 8000000;";
 #endif
     std::signal(SIGPIPE, SIG_IGN);
