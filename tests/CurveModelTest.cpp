@@ -13,7 +13,7 @@
 #include <complex>
 #include <numbers>
 
-// The editor without a screen. Gestures as a user makes them are in CurveEditorTest.cpp.
+// Tests the editor without a screen. CurveEditorTest.cpp tests the user's gestures.
 
 namespace eq {
 
@@ -27,7 +27,7 @@ TEST(ResponseCurves, AreTheEnginesOwn) {
         FourBandEqualizer engine(rate);
         Samples impulse(1 << 17, 0.0F);
         engine.setParameters(values.data());
-        engine.process(impulse.data(), impulse.data(), 2 * BlockSize, FourBandEqualizer::Process); // settles
+        engine.process(impulse.data(), impulse.data(), 2 * BlockSize, FourBandEqualizer::Process); // fades in
         std::ranges::fill(impulse, 0.0F);
         impulse[0] = 1.0F;
         engine.process(impulse.data(), impulse.data(), static_cast<int>(impulse.size()), FourBandEqualizer::Process);
@@ -144,7 +144,7 @@ TEST(EditorTexts, ShowsTheEffectsDisplayTexts) {
         for (int step = -7; step < 20; ++step) {
             const float p = static_cast<float>(step) * 0.07F;
             char shown[DisplayCapacity];
-            writeDisplay(Parameters[i], p, shown); // without language files, a unit is shown by its key
+            writeDisplay(Parameters[i], p, shown); // without language files, the text of a unit is its key
             EXPECT_EQ(texts.display(i, p), shown);
         }
     }
@@ -164,7 +164,7 @@ TEST(TextEntry, EditsWholeCharacters) {
     EXPECT_EQ(entry.text, "20 ±"); // too long
 }
 
-/// The editor of a window of the default size.
+/// The state and the controls of an editor in a window of the default size.
 class CurveModel : public testing::Test {
 protected:
     CurveModel() { state.geometry.layout = layoutOf(900, 500, 1, Needs, false); }
@@ -195,7 +195,7 @@ TEST_F(CurveModel, TakesBackADragOrARunOfStepsAsOneChange) {
     press(EditorKey::Undo);
     EXPECT_EQ(port.values, dragged);
     press(EditorKey::Undo);
-    press(EditorKey::Undo); // there is nothing left
+    press(EditorKey::Undo); // nothing is left to undo
     EXPECT_EQ(port.values, before);
     EXPECT_EQ(port.openGestures, 0);
     EXPECT_FALSE(port.isSetOutsideGesture);

@@ -48,7 +48,7 @@ void changeSomething(Editor& editor, std::mt19937& random) {
     }
 }
 
-// The rectangles that `paint` returns hold all that has changed, and what it leaves is what a whole picture has.
+// The rectangles that `paint` returns must contain all changes, and the picture must equal a newly painted picture.
 TEST(CurvePicture, DrawnInPartsIsTheSameAsDrawnWhole) {
     std::mt19937 random(21);
     Editor editor;
@@ -75,7 +75,7 @@ TEST(CurvePicture, DrawnInPartsIsTheSameAsDrawnWhole) {
     EXPECT_GT(partial, 200U);
 }
 
-// A window of any size, a character that no font has, and values out of range.
+// The input has extreme sizes of the window, a character that no font has, and values out of range.
 TEST(CurvePicture, OfOddInputIsDrawn) {
     Editor editor;
     editor.port.texts["IDD_Options_Freq"] = "\xF3\xB0\x80\x80\xE0\xA4\x95";

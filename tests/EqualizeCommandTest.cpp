@@ -34,14 +34,14 @@ TEST_F(EqualizeCommand, GivesBackTheInputAtTheVolumeFromTheFirstSampleOnWhatever
 }
 
 TEST_F(EqualizeCommand, HasTheResponseThatWasAskedForAtEveryRate) {
-    // A rate and options, the decibels at frequencies (at each peak, on its shoulder, and apart), a note on the rate.
+    // Rate, options, expected decibels by frequency (at a peak, near it, and far from it), expected note on the rate.
     const std::tuple<int, const char*, std::map<double, double>, std::string> rows[] = {
         {96000,
          "--band 1:freq=60,gain=3,q=1 --band 2:freq=999,gain=-2,q=1 --band 2:freq=700,q=4",
          {{60, 2.999}, {100, 1.657}, {700, -1.968}, {800, -1.021}, {15000, 0}},
          "96000 Hz file: frequencies are scaled by 44100/96000"},
         {96000, "--no-rate-correction --band 1:gain=8", {{43.54, 8}, {50, 4.492}}, "not corrected"},
-        // Normalised values are for the effect as it stands, and override the others.
+        // Normalised values are not corrected for the rate, and override the other settings.
         {48000, "--set 2=0.5 --set 6=0 --set 10=1 --set 0=0.75 --volume 3", {{688.4, 4}, {900, 3.006}}, ""},
         {44100, "--band 1:gain=4", {{20, 4}, {22, 2.531}, {1000, 0}}, ""},
     };
@@ -120,7 +120,7 @@ TEST_F(EqualizeCommand, LosesNothingAndLeavesNothingWhenInputOrOutputIsBad) {
         {"cut.wav", SF_FORMAT_WAV, "ends early: 328 of 1200 bytes"}, // the title follows the sound
         {"cut.rf64", SF_FORMAT_RF64, "ends early: 328 of 1200 bytes"},
         {"cut.w64", SF_FORMAT_W64, "ends early"},
-        {"cut.aiff", SF_FORMAT_AIFF, "ends early"}, // the title is a chunk of odd length in front of the sound
+        {"cut.aiff", SF_FORMAT_AIFF, "ends early"}, // the title precedes the sound, in a chunk of odd length
         {"cut.au", SF_FORMAT_AU, "ends early: 300 of 1200 bytes"},
         {"cut.flac", SF_FORMAT_FLAC, "of 300 frames could be read"},
     };
@@ -144,8 +144,8 @@ TEST_F(EqualizeCommand, LosesNothingAndLeavesNothingWhenInputOrOutputIsBad) {
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
 }
 
-// On its own, so that tests/coverage can leave it out: a program that counts could not write its counts either. The
-// limits, in blocks of 512 bytes, are met in the middle, and while a coder is flushed.
+// tests/coverage leaves this test out, because the limits would also keep the program from writing its coverage counts.
+// The limits are in blocks of 512 bytes. The output reaches them in the middle, or while an encoder is flushed.
 TEST_F(EqualizeCommand, LosesNothingWhenNoFileCanGrow) {
     writeSound("in.wav", noise(44100, 2, 300, Pcm16));
     folder.write("out.wav", "old");
@@ -158,7 +158,7 @@ TEST_F(EqualizeCommand, RemovesItsTemporaryFileWhenASignalEndsIt) {
     writeSound("in.wav", noise(44100, 1, 100));
     ASSERT_EQ(mkfifo(path("pipe.wav").c_str(), 0600), 0);
     for (const auto& [name, number] : {std::pair<std::string, int>("TERM", 15), {"INT", 2}}) {
-        // The command waits for the rest of the sound, which does not come.
+        // The command waits for the rest of the sound, which never arrives.
         const std::string feed = "{ { head -c -40 in.wav; for try in $(seq 1000); do ls .unfinished* >&2 && kill -" +
                                  name + " $$ && break; sleep 0.01; done; } > pipe.wav; } > /dev/null 2>&1 &";
         EXPECT_EQ(run("pipe.wav out.wav", feed).exitCode, 128 + number);
@@ -211,7 +211,7 @@ TEST_F(EqualizeCommand, ReadsThePresetThatItWritesAndNamesTheLineOfABadOne) {
     const auto direct = equalized("--volume -1.25 --band 2:freq=440.5,gain=-6.5,q=1.7 --set 5=0.3 --save-preset 'a b'");
     EXPECT_EQ(equalized("--preset 'a b'"), direct);
 
-    // Whatever the order, the command line overrides it.
+    // The command line overrides the preset in any order of options and lines.
     folder.write("a b", "volume=9 # loud\r\n\r\n  band1.gain =\t3\nband1.freq = 20\n");
     EXPECT_EQ(equalized("--volume 0 --band 1:gain=0,freq=500 --preset 'a b'"), readSound("in.wav").samples);
 
@@ -237,7 +237,7 @@ TEST_F(EqualizeCommand, ListsParametersRangesAndValues) {
 }
 
 TEST_F(EqualizeCommand, TakesTheLibraryThatIsNamedOrElseBesideItselfOrElseWhereItIsInstalled) {
-    // Also through a link in another folder.
+    // The test starts the command through a link in another folder.
     std::filesystem::create_directories(path("bin"));
     std::filesystem::create_directories(path("lib/vst"));
     std::filesystem::copy_file(EQ_EQUALIZE_PATH, path("bin/equalize"));
@@ -259,7 +259,7 @@ TEST_F(EqualizeCommand, DrawsTheMeasuredResponse) {
     for (const char* const text : {"20k", "Band 2", "500 Hz", "+8.0 dB", "Q 4.0", "All bands, volume −2.0 dB"})
         EXPECT_NE(svg.find(">" + std::string(text) + "<"), std::string::npos) << text;
 
-    // What a reader measures: the curves' highest points, as y and x, against the axes' labels.
+    // Compares the highest point (y, x) of each curve with the labels of the axes, as a reader of the chart does.
     std::vector<std::pair<double, double>> peaks;
     std::set<std::string> dashes;
     for (auto at = svg.find("points=\""); at != std::string::npos; at = svg.find("points=\"", at + 1)) {

@@ -27,7 +27,7 @@
 #include <vector>
 
 // Calls the editor through the effect's record, as a host does. On Windows the record is that of the built library.
-// Elsewhere the effect is in this program, because only this program sees the windows of its stand-in.
+// On Linux the effect is in this program, because only this program sees the windows of its stand-in for Win32.
 
 namespace eq {
 
@@ -151,9 +151,9 @@ TEST_F(Editor, OpensAndWorksWhileTheEffectIsSwitchedOff) {
     EXPECT_NEAR(sound[4095], 0.125 * 3.98, 0.01); // 12 dB, fully faded in
 }
 
-/// A host that closes the editor when it is notified of a change, and then calls idle. If `windowToReopenIn` is set,
-/// the host opens the editor in that window once.
+/// If this window is set, the host of `closingCallback` opens the editor in this window once.
 HWND windowToReopenIn = nullptr;
+/// The callback of a host that closes the editor when it is notified of a change, and then calls idle.
 intptr closingCallback(AEffect* effect, int32 opcode, int32, intptr, void*, float) {
     if (opcode != audioMasterAutomate) return 2400;
     effect->dispatcher(effect, effEditClose, 0, 0, nullptr, 0.0f);
@@ -277,7 +277,7 @@ TEST_F(Editor, PassesOverAHostsChangeThatWaitsWhenTheUserMovesASlider) {
 TEST_F(Editor, ChangesNothingOnReturnOrEscape) {
     effect->set(Volume, 0.25f);
     dialog = effect->open(window.get());
-    effect->set(Gain1, 0.75f); // the values now differ from those at the construction and at the opening
+    effect->set(Gain1, 0.75f); // the values now differ from the values at the construction and at the opening
     const std::vector<float> expected = effect->all();
     for (const WPARAM key : {IDOK, IDCANCEL}) SendMessageW(dialog, WM_COMMAND, key, 0);
     EXPECT_EQ(effect->all(), expected);
@@ -315,7 +315,7 @@ TEST_F(Editor, ServesTheButtonsThatADialogMayHave) {
     effect->dispatch(effEditClose);
 }
 
-/// Runs the work on a thread other than the dialog's.
+/// Runs the work on another thread than the dialog's thread, and waits for its end.
 template <typename Work>
 void elsewhere(const Work& work) {
     std::thread(work).join();

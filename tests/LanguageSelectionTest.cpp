@@ -27,7 +27,7 @@ struct Case {
     WORD systemLanguage;
     WORD language;
     std::vector<std::string> files;
-    std::size_t read; ///< the number of files that are read, from the first one on
+    std::size_t read; ///< the number of files that are read, in the order of `files`
 };
 
 const Case Cases[] = {

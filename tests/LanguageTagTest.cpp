@@ -54,7 +54,7 @@ TEST(LanguageTag, IsReadOrRefusedWithTheReason) {
     EXPECT_EQ(AcceleratorKeyName(other), "ACCEL_ALT_0xAB") << "known flags, and the low half of the key";
 }
 
-// The fingerprints were computed from the system's own header and from the published table, not from the sources.
+// The fingerprints were computed from the system's header and from the published table, not from the product's sources.
 
 TEST(VirtualKeys, HaveTheSystemsCodes) {
     std::string list;

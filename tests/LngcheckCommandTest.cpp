@@ -26,7 +26,7 @@ TEST_F(LngcheckCommand, TellsFaultsAndWarningsWithFileAndLine) {
         {"IDD_Options_Gain = 1&234567890l", "warning: '1&234567890l' takes about 61 pixels, and its place has 60\n"},
         {"IDS_DB = 123456789012345678901", "warning: '+12.0 1"},
         {"IDS_Hz = 12345678901234567890123", "the unit makes a read-out of 28 bytes, of which 27 show\n"},
-        {"IDS_kHz = \xC3\xDE\xBC\xC3\xDE\xBC\xC3\xDE", "warning: the unit does not show"}, // and 29 bytes
+        {"IDS_kHz = \xC3\xDE\xBC\xC3\xDE\xBC\xC3\xDE", "warning: the unit does not show"}, // a read-out has 29 bytes
         {"IDS_dBx = 1", "warning: the library does not look up"},
         {"<ACCEL VK_F5> = <accel alt 7>", ""},
         {"<ACCEL F1> = <ACCEL F5>", "Invalid tag '<ACCEL F1>'"},
@@ -104,7 +104,7 @@ TEST_F(LngcheckCommand, ShowsTheOrderOfReadingAndWhereAKeyIsTakenFrom) {
                "ignored:   " + path("A1036.lng:2"), "ignored:   " + path("Release/A1036.lng:2") + " [Shared] 'shared'",
                "no:\n", "in no file that is read"});
 
-    // Elsewhere a folder is read once, and a broken file stops all.
+    // The parent of a folder is read only for a build folder such as Release. A broken file stops the library.
     folder.write("plain/A1033.lng", "[Shared]\n");
     folder.write("plain/B1033.lng", "nonsense\n");
     expectRun("--override 0 --system 1033 plain", 1,

@@ -1,4 +1,4 @@
-// Faults of translators, planted in shipped files, and files that no translator would write.
+// Plants faults of translators in shipped files, and checks files that no translator would write.
 
 #include "tests/support/LngcheckCommand.h"
 
@@ -17,8 +17,8 @@ namespace {
 using LngcheckFaults = LngcheckCommand;
 
 struct Planted {
-    const char* id;   ///< of the shipped file
-    std::string from; ///< the bytes that are replaced; their place is the line of the fault
+    const char* id;   ///< the language id of the shipped file
+    std::string from; ///< the bytes that are replaced; the finding must name their line
     std::string to;
     const char* severity; ///< empty for a fault
     const char* text;
@@ -83,7 +83,7 @@ const Planted PlantedFaults[] = {
      "the unit makes a read-out of 30 bytes", "at most 21 bytes"},
 };
 
-/// Joins the lines into which a hint is broken.
+/// Returns the text with each wrapped hint joined into one line.
 std::string unfolded(std::string text) {
     for (std::size_t at = text.find("\n    "); at != std::string::npos; at = text.find("\n    ", at + 1))
         text.replace(at, 5, " ");
@@ -141,12 +141,13 @@ TEST_F(LngcheckFaults, OfNamesAreExplained) {
     }
 }
 
-/// A scanner written from the description of the format alone. It finds the faults of a file's lines.
+/// An independent scanner, which was written only from the description of the format. It finds the faulty lines of a
+/// file.
 namespace oracle {
 
 struct Fault {
     int line;
-    std::string text; ///< up to the first character that JSON or a terminal writes in another way
+    std::string text; ///< the message up to the first character that JSON or a terminal would escape
     auto operator<=>(const Fault&) const = default;
 };
 
@@ -167,7 +168,7 @@ std::string plainStart(const std::string& text) {
     return plain;
 }
 
-/// The digits before the last point, as 16 bits.
+/// Returns the number before the last point of a file name, cut to 16 bits.
 int languageOf(const std::string& name) {
     const std::size_t point = name.rfind('.');
     std::size_t first = point;
@@ -175,14 +176,14 @@ int languageOf(const std::string& name) {
     return std::atoi(name.substr(first, point - first).c_str()) & 0xFFFF;
 }
 
-/// The part of the table that the hostile tags need.
+/// Returns whether a code page fits a language. Contains only the pairs that the hostile files may use.
 bool isPair(long codepage, int language) {
     const std::set<std::pair<long, int>> pairs = {{437, 1031}, {437, 1041}, {850, 1031}, {1252, 1031},
                                                   {932, 1041}, {942, 1041}, {866, 1049}, {1251, 1049}};
     return pairs.contains({codepage, language});
 }
 
-/// Returns the fault of a tag's inside; a text that begins with a point for a tag of an accepted type.
+/// Returns the fault in a tag. For a valid tag, returns a text that begins with a point.
 std::string faultOfTag(const std::string& tag) {
     std::string inside = tag.substr(1, tag.size() - 2);
     for (char& c : inside) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
@@ -307,10 +308,10 @@ std::string member(const std::string& object, const std::string& name) {
     return object.substr(first, object.find_first_of(object[at] == '"' ? "\"\\" : ",", first) - first);
 }
 
-// A folder of all files shows, too, that their number does not matter.
+// One run checks all files in one folder, so that this test also covers a large number of files.
 TEST_F(LngcheckFaults, OfHostileFilesAreThoseOfTheFormatsDescription) {
 #ifdef _WIN32
-    constexpr int Files = 1000; // under Wine a file takes long
+    constexpr int Files = 1000; // under Wine, each file takes long
 #else
     constexpr int Files = 15000;
 #endif
