@@ -159,7 +159,7 @@ const Gesture Gestures[] = {
     {"a click elsewhere takes a number", EditGain1 + "type 3;" + TakeKeyboard, {{5, gain(3)}}},
 };
 
-TEST(CurveEditor, SendsTheHostEachGesture) {
+TEST(CurveEditor, SendsTheValuesOfEachGestureToTheHost) {
     const XServer server;
     for (const Gesture& gesture : Gestures) {
         SCOPED_TRACE(gesture.name);
@@ -184,7 +184,7 @@ TEST(CurveEditor, LeavesOtherKeysToTheHost) {
     EXPECT_TRUE(comesTrue([&] { return keys() == " 38 65 37 39"; })) << keys(); // a, space, Control, s
 }
 
-TEST(CurveEditor, FollowsAutomationWithoutTouchingAParameter) {
+TEST(CurveEditor, FollowsAutomationWithoutChangingAParameter) {
     const XServer server;
     const HostProcess host("--sweep 5 --seconds 2 --screenshot '" + TemporaryFolder().path("no such folder/x") + "'");
     EXPECT_TRUE(comesTrue([&] { return host.said().find("cannot be written") != std::string::npos; }));

@@ -64,7 +64,7 @@ protected:
     const xcb_window_t window = client.makeWindow(900, 500);
 };
 
-TEST_F(CurveHost, CallsInAnyOrder) {
+TEST_F(CurveHost, MayCallTheEditorInAnyOrder) {
     const HostedEffect effect(makeEffect());
     ERect* size = nullptr;
     EXPECT_EQ(effect.dispatch(effEditGetRect, &size), 1);
@@ -82,7 +82,7 @@ TEST_F(CurveHost, CallsInAnyOrder) {
     effect.dispatch(effEditIdle);
 }
 
-TEST_F(CurveHost, DestroysTheWindowOrTheEffectFirst) {
+TEST_F(CurveHost, MayDestroyTheWindowOrTheEffectFirst) {
     const HostedEffect effect(makeEffect());
     const xcb_window_t other = client.makeWindow(900, 500);
     {
@@ -104,7 +104,7 @@ TEST_F(CurveHost, DestroysTheWindowOrTheEffectFirst) {
     client.destroy(other); // the host never closes the editor
 }
 
-TEST_F(CurveHost, CallsTheEditorFromItsCallback) {
+TEST_F(CurveHost, MayCallTheEditorFromItsCallback) {
     const HostedEffect effect(makeEffect());
     ASSERT_EQ(openIn(effect, window), 1);
     intptr reopened = -1;
@@ -123,7 +123,7 @@ TEST_F(CurveHost, CallsTheEditorFromItsCallback) {
     EXPECT_EQ(openIn(effect, window), 1);
 }
 
-TEST_F(CurveHost, LivesOnWithoutADisplay) {
+TEST_F(CurveHost, ContinuesAfterTheLossOfTheDisplay) {
     const HostedEffect effect(makeEffect());
     const HostedEffect second(makeEffect());
     ASSERT_TRUE(openIn(effect, window) == 1 && openIn(second, window) == 1);
@@ -140,7 +140,7 @@ TEST_F(CurveHost, LivesOnWithoutADisplay) {
     second.dispatch(effEditClose); // without an idle call after the loss of the server
 }
 
-TEST_F(CurveHost, OpensAThousandTimesWithoutALeak) {
+TEST_F(CurveHost, MayOpenTheEditorAThousandTimesWithoutALeak) {
     const HostedEffect effect(makeEffect());
     const auto cycles = [&](int count) {
         for (int i = 0; i < count; ++i) {

@@ -21,7 +21,7 @@ namespace {
 
 constexpr FieldNeeds Needs = {FieldNeed{60, 60}, FieldNeed{50, 70}, FieldNeed{60, 30}, FieldNeed{30, 60}};
 
-TEST(ResponseCurves, AreTheEnginesOwn) {
+TEST(ResponseCurves, EqualTheResponseOfTheEngine) {
     const Values values = {-3, 60, 500, 4000, 15000, 9, -7, 5, -10, 1, 2.5F, 10, 5};
     for (const double rate : {44100.0, 96000.0}) {
         FourBandEqualizer engine(rate);
@@ -99,7 +99,7 @@ TEST(EditorGeometry, FindsTheFocusedOrElseTheNearestNode) {
     EXPECT_EQ(geometry.at(q.x, q.y, model, {}), fieldTarget(12));
 }
 
-TEST(EditorTexts, ReadsWhatItShowsAndWhatUsersType) {
+TEST(EditorTexts, ReadsItsDisplayTextsAndTypedTexts) {
     struct Row {
         int parameter;
         const char* text;
@@ -178,7 +178,7 @@ protected:
     PointerControl pointer{state};
 };
 
-TEST_F(CurveModel, TakesBackADragOrARunOfStepsAsOneChange) {
+TEST_F(CurveModel, UndoesADragOrARunOfStepsAsOneChange) {
     const NormalisedParameters before = port.values;
     pointer.press({52, 214, false, false, 0});
     for (int i = 1; i <= 30; ++i) pointer.move({52 + 2 * i, 214 - i, false, false, 0});
@@ -201,7 +201,7 @@ TEST_F(CurveModel, TakesBackADragOrARunOfStepsAsOneChange) {
     EXPECT_FALSE(port.isSetOutsideGesture);
 }
 
-TEST_F(CurveModel, IgnoresTheTremblingOfAClickAndReturnsFromBeyondTheRange) {
+TEST_F(CurveModel, IgnoresSmallMovesInAClickAndLimitsADragToTheRange) {
     pointer.press({52, 214, false, false, 0});
     pointer.move({54, 213, false, false, 0});
     pointer.release();
@@ -214,7 +214,7 @@ TEST_F(CurveModel, IgnoresTheTremblingOfAClickAndReturnsFromBeyondTheRange) {
     EXPECT_NEAR(port.values[5], 0.5F, 1e-6F);
 }
 
-TEST_F(CurveModel, LeavesAnUnchangedTextAndAnUnreadableOneWithoutEffect) {
+TEST_F(CurveModel, IgnoresAnUnchangedTextAndAnUnreadableText) {
     port.values[1] = 0.12345F; // the text is a rounded value
     model.refresh();
     state.openEntry(1);
@@ -233,7 +233,7 @@ TEST_F(CurveModel, LeavesAnUnchangedTextAndAnUnreadableOneWithoutEffect) {
     }
 }
 
-TEST(EditorTarget, TabVisitsTheBypassOnlyWhereThereIsOne) {
+TEST(EditorTarget, TabVisitsTheBypassOnlyIfThereIsABypass) {
     EXPECT_EQ(nextFocus(VolumeTarget, false, false), nodeTarget(0));
     EXPECT_EQ(nextFocus(VolumeTarget, false, true), BypassTarget);
     EXPECT_EQ(nextFocus(BypassTarget, false, true), nodeTarget(0));
@@ -241,7 +241,7 @@ TEST(EditorTarget, TabVisitsTheBypassOnlyWhereThereIsOne) {
     EXPECT_EQ(nextFocus(nodeTarget(0), true, false), VolumeTarget);
 }
 
-TEST(DisplayScale, IsTheResolutionOfTheFonts) {
+TEST(DisplayScale, FollowsTheResolutionOfTheFonts) {
     EXPECT_EQ(displayScaleOf("Xft.antialias:\t1\nXft.dpi:\t192\nXcursor.size:\t24\n"), 2.0);
     for (const char* const text : {"", "Xft.dpi:\t", "Xft.dpi: -5", "Xft.dpiX: 192", "x.Xft.dpi: 192"})
         EXPECT_EQ(displayScaleOf(text), 1.0) << text;

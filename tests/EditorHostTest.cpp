@@ -75,7 +75,7 @@ protected:
     HWND window = nullptr;
 };
 
-TEST_F(EditorHost, GivesTheKeysToTheDialogFromTheStartAndAfterAChangeOfWindows) {
+TEST_F(EditorHost, PassesKeysToTheDialogFromTheStartAndAfterAChangeOfWindows) {
     ASSERT_TRUE(becomesActive(window));
     press(VK_DOWN);
     EXPECT_TRUE(comesTo(QOfBand1, 26));

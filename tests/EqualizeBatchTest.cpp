@@ -42,7 +42,7 @@ protected:
     }
 };
 
-TEST_F(EqualizeBatch, EqualizesEachFileIntoItsOwnPlaceAndGoesOnAfterAFailure) {
+TEST_F(EqualizeBatch, WritesAnOutputForEachInputAndContinuesAfterAFailure) {
     for (int i = 1; i <= 40; ++i)
         writeSound((i % 2 == 0 ? "in/even/" : "in/") + std::to_string(i) + ".wav", static_cast<float>(i) / 100.0F);
     folder.write("in/1 bad.wav", "no sound");
@@ -60,7 +60,7 @@ TEST_F(EqualizeBatch, EqualizesEachFileIntoItsOwnPlaceAndGoesOnAfterAFailure) {
     expectRun("--output-dir in/out in/even/2.wav in/missing.wav", 1, "in/missing.wav: No such file");
 }
 
-TEST_F(EqualizeBatch, WritesNothingThatItMustNotReplaceOrOnlyPlans) {
+TEST_F(EqualizeBatch, WritesNothingInADryRunAndReplacesNoProtectedFile) {
     writeSound("a.wav", 0.1F);
     writeSound("a-x.wav", 0.2F);
     writeSound("b/a.wav", 0.3F);
@@ -95,7 +95,7 @@ TEST_F(EqualizeBatch, WritesNothingThatItMustNotReplaceOrOnlyPlans) {
 
 class EqualizeHabits : public EqualizeBatch {};
 
-TEST_F(EqualizeHabits, ReadsValuesWithUnitsAndTheLaterOfTwoAndNoEmptyOne) {
+TEST_F(EqualizeHabits, AcceptsUnitsPrefersTheLaterOptionAndRefusesEmptyValues) {
     writeSound("48.wav", 0.5F, 48000);
     folder.write("p", "\xEF\xBB\xBF"
                       "volume = 3 dB\nband1.freq = 1.2 kHz\n");
@@ -124,13 +124,13 @@ TEST_F(EqualizeHabits, ReadsValuesWithUnitsAndTheLaterOfTwoAndNoEmptyOne) {
     for (std::string line; std::getline(help, line);) EXPECT_LE(line.size(), 80U) << line;
 }
 
-TEST_F(EqualizeHabits, NamesTheLanguageFileThatKeepsTheLibraryFromLoading) {
+TEST_F(EqualizeHabits, NamesTheBrokenLanguageFileIfTheLibraryDoesNotLoad) {
     std::filesystem::copy_file(EQ_LIBRARY_PATH, path("library.so"));
     folder.write("Equalizer1033.lng", "[Shared]\nIDS_DB\n");
     expectRun("--plugin library.so --list", 1, "Equalizer1033.lng:2: equal (=) expected");
 }
 
-TEST_F(EqualizeHabits, ShowsItsProgressInTwentyColumnsWithoutEscapeSequences) {
+TEST_F(EqualizeHabits, ShowsProgressInTwentyColumnsWithoutEscapeSequences) {
     for (int i = 1; i <= 9; ++i) writeSound(std::to_string(i) + ".wav", 0.1F);
     program = "/usr/bin/script";
     const std::string shown =
@@ -143,7 +143,7 @@ TEST_F(EqualizeHabits, ShowsItsProgressInTwentyColumnsWithoutEscapeSequences) {
         EXPECT_TRUE(line.size() < 20 || line.starts_with("equalize: ")) << line;
 }
 
-TEST_F(EqualizeHabits, BringsThePeakToALevelAndClipsNothing) {
+TEST_F(EqualizeHabits, NormalizesThePeakWithoutClipping) {
     const auto levels = [this](const std::string& options, const char* output = "out.wav") {
         expectRun("in.wav " + std::string(output) + " " + options, 0, "");
         SndfileHandle file(path(output));
@@ -165,7 +165,7 @@ TEST_F(EqualizeHabits, BringsThePeakToALevelAndClipsNothing) {
     expectRun("in.wav out.flac --normalize 1", 2, "-100 to 0 dB");
 }
 
-TEST_F(EqualizeHabits, DithersWithTriangularNoiseThatIsTheSameInEachRun) {
+TEST_F(EqualizeHabits, DithersWithTheSameTriangularNoiseInEachRun) {
     constexpr std::size_t Count = 200000;
     const std::vector<float> constant(Count, 0.25F * 0x1p-15F);
     SndfileHandle(path("in.wav"), SFM_WRITE, SF_FORMAT_WAV | SF_FORMAT_FLOAT, 1, 44100).write(constant.data(), Count);

@@ -16,7 +16,7 @@ namespace eq {
 
 namespace {
 
-TEST_F(EqualizeCommand, GivesBackTheInputAtTheVolumeFromTheFirstSampleOnWhateverTheBlock) {
+TEST_F(EqualizeCommand, AppliesTheVolumeFromTheFirstSampleWithAnyBlockSize) {
     for (const auto& [channels, frames, block] : {std::tuple(1, 0U, "8192"), {2, 1U, "1"}, {3, 20000U, "1000"}}) {
         Sound sound = noise(96000, channels, frames);
         writeSound("in.wav", sound);
@@ -33,7 +33,7 @@ TEST_F(EqualizeCommand, GivesBackTheInputAtTheVolumeFromTheFirstSampleOnWhatever
     }
 }
 
-TEST_F(EqualizeCommand, HasTheResponseThatWasAskedForAtEveryRate) {
+TEST_F(EqualizeCommand, HasTheRequestedResponseAtEachRate) {
     // Rate, options, expected decibels by frequency (at a peak, near it, and far from it), expected note on the rate.
     const std::tuple<int, const char*, std::map<double, double>, std::string> rows[] = {
         {96000,
@@ -78,7 +78,7 @@ TEST_F(EqualizeCommand, KeepsTheFormatUnlessTheExtensionNamesAnother) {
     }
 }
 
-TEST_F(EqualizeCommand, RoundsAndLimitsWhatGoesIntoWholeNumbersAndTellsOfIt) {
+TEST_F(EqualizeCommand, RoundsAndClipsIntegerSamplesAndReportsTheClipping) {
     constexpr float Step = 0x1p-23F;
     constexpr float NaN = std::numeric_limits<float>::quiet_NaN();
     writeSound("in.wav", {44100, 1, {1.0F, -1.0F, 1.5F, 0.6F * Step, 0.4F * Step, -0.6F * Step, -0.4F * Step, NaN}});
@@ -101,7 +101,7 @@ TEST_F(EqualizeCommand, ReplacesItsOwnInputAndKeepsPermissionsAndLinks) {
     EXPECT_EQ(files().size(), 3U);
 }
 
-TEST_F(EqualizeCommand, WritesACompleteFileIntoAPipeAndTakesAHeaderThatLeavesItsLengthOpen) {
+TEST_F(EqualizeCommand, WritesACompleteFileIntoAPipeAndReadsAHeaderWithoutALength) {
     writeSound("in.wav", noise(44100, 1, 3000, Pcm16));
     const std::vector<float> expected = readSound("in.wav").samples;
     std::string bytes = contents("in.wav");
@@ -113,7 +113,7 @@ TEST_F(EqualizeCommand, WritesACompleteFileIntoAPipeAndTakesAHeaderThatLeavesIts
     EXPECT_EQ(equalize("--quiet"), "");
 }
 
-TEST_F(EqualizeCommand, LosesNothingAndLeavesNothingWhenInputOrOutputIsBad) {
+TEST_F(EqualizeCommand, KeepsAllFilesWhenTheInputOrTheOutputFails) {
     writeSound("in.wav", noise(44100, 2, 300, Pcm16));
     folder.write("out.wav", "This is not sound, whatever its name says.\n");
     const std::tuple<std::string, int, const char*> cutFiles[] = {
@@ -162,7 +162,7 @@ TEST_F(EqualizeCommand, RemovesItsTemporaryFileWhenASignalEndsIt) {
         const std::string feed = "{ { head -c -40 in.wav; for try in $(seq 1000); do ls .unfinished* >&2 && kill -" +
                                  name + " $$ && break; sleep 0.01; done; } > pipe.wav; } > /dev/null 2>&1 &";
         EXPECT_EQ(run("pipe.wav out.wav", feed).exitCode, 128 + number);
-        EXPECT_EQ(files().size(), 2U) << "beside the two files in front";
+        EXPECT_EQ(files().size(), 2U) << "a temporary file is left";
     }
 }
 
@@ -173,7 +173,7 @@ TEST_F(EqualizeCommand, NeedsNoMoreMemoryForALongFile) {
 }
 #endif
 
-TEST_F(EqualizeCommand, RefusesBadUsageAndTellsWhatWouldBeRight) {
+TEST_F(EqualizeCommand, RefusesBadUsageAndNamesTheAcceptedValues) {
     writeSound("in.wav", noise(48000, 1, 100));
     const std::pair<const char*, const char*> rows[] = {
         {"", "INPUT and OUTPUT are missing"},
@@ -203,10 +203,10 @@ TEST_F(EqualizeCommand, FindsAFactoryPresetUnlessAFileHasItsName) {
     EXPECT_EQ(fromFactory, equalized("--band 1:freq=60,gain=-10,q=10 --band 2:freq=120,gain=-10,q=10 "
                                      "--band 3:freq=180,gain=-10,q=10 --band 4:freq=240,gain=-8,q=10"));
     folder.write("hum-60", "volume = -12\n");
-    EXPECT_NE(equalized("--preset hum-60"), fromFactory) << "a file is not preferred";
+    EXPECT_NE(equalized("--preset hum-60"), fromFactory) << "the file has no precedence";
 }
 
-TEST_F(EqualizeCommand, ReadsThePresetThatItWritesAndNamesTheLineOfABadOne) {
+TEST_F(EqualizeCommand, ReadsThePresetThatItWritesAndNamesTheLineOfAFault) {
     writeSound("in.wav", noise(48000, 1, 6000));
     const auto direct = equalized("--volume -1.25 --band 2:freq=440.5,gain=-6.5,q=1.7 --set 5=0.3 --save-preset 'a b'");
     EXPECT_EQ(equalized("--preset 'a b'"), direct);
@@ -236,7 +236,7 @@ TEST_F(EqualizeCommand, ListsParametersRangesAndValues) {
         EXPECT_NE(list.find(row), std::string::npos) << row << "\n" << list;
 }
 
-TEST_F(EqualizeCommand, TakesTheLibraryThatIsNamedOrElseBesideItselfOrElseWhereItIsInstalled) {
+TEST_F(EqualizeCommand, SearchesTheLibraryBesideTheProgramAndThenWhereItIsInstalled) {
     // The test starts the command through a link in another folder.
     std::filesystem::create_directories(path("bin"));
     std::filesystem::create_directories(path("lib/vst"));
@@ -274,13 +274,13 @@ TEST_F(EqualizeCommand, DrawsTheMeasuredResponse) {
         return std::stod(svg.substr(svg.find('"', at) + 1));
     };
     ASSERT_EQ(peaks.size(), 5U);
-    EXPECT_EQ(dashes.size(), 5U) << "the curves are told apart without colours";
+    EXPECT_EQ(dashes.size(), 5U) << "two curves have the same dashes";
     EXPECT_NEAR(peaks[4].second, ofLabel("x", "500"), 1.0);
     for (const auto& [curve, label] : {std::pair(0U, "0"), {1U, "+8"}, {4U, "+6"}})
         EXPECT_NEAR(peaks[curve].first, ofLabel("y", label) - 4.0, 0.5) << label;
 }
 
-TEST_F(EqualizeCommand, ShowsItsProgressOnATerminalOnly) {
+TEST_F(EqualizeCommand, ShowsProgressOnATerminalOnly) {
     writeSound("in.wav", noise(44100, 1, 1000));
     EXPECT_EQ(equalize("").find('\r'), std::string::npos);
     program = "/usr/bin/script";

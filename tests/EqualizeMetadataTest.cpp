@@ -133,7 +133,7 @@ TEST_F(EqualizeMetadata, CopiesChunksByteForByteBetweenWavAndRf64AndWithinAiff) 
     EXPECT_TRUE(descriptionsIn(contents("out.aiff"), big) == descriptionsIn(contents("in.aiff"), big));
 }
 
-TEST_F(EqualizeMetadata, ReadsOtherProgramsChunksAndNamesThoseThatAreLost) {
+TEST_F(EqualizeMetadata, ReadsOtherProgramsChunksAndReportsTheLostChunks) {
     const std::string whole = container("RIFF", "WAVE", wavChunks, little);
     folder.write("in.wav", whole);
     const std::pair<const char*, const char*> rows[] = {
@@ -167,7 +167,7 @@ TEST_F(EqualizeMetadata, ReadsOtherProgramsChunksAndNamesThoseThatAreLost) {
     EXPECT_TRUE(descriptionsIn(contents("out.wav")) == descriptionsIn(contents("empty.wav")));
 }
 
-TEST_F(EqualizeMetadata, KeepsTagsAndPicturesFromFormatToFormat) {
+TEST_F(EqualizeMetadata, KeepsTagsAndPicturesInAllFormats) {
     makeSound("in.wav", "-ar 48000");
     folder.write("sheet", "FILE x FLAC\n TRACK 01 AUDIO\n  INDEX 01 0\n");
     shell("ffmpeg -v error -f lavfi -i mandelbrot=s=301x207 -frames:v 1 -q:v 1 front.jpg;"
@@ -210,7 +210,7 @@ TEST_F(EqualizeMetadata, KeepsTagsAndPicturesFromFormatToFormat) {
     EXPECT_EQ(contents("out.flac"), "old");
 }
 
-TEST_F(EqualizeMetadata, CopiesMp3TagsByteForByteAndPrefersTheRichestOne) {
+TEST_F(EqualizeMetadata, CopiesMp3TagsByteForByteAndConvertsTheRichestTag) {
     makeSound("plain.mp3", "-write_xing 1 -id3v2_version 0");
     const auto frame = [](const std::string& id, const std::string& text) {
         return id + number(static_cast<std::uint32_t>(text.size()), big) + std::string(2, '\0') + text;
@@ -254,7 +254,7 @@ TEST_F(EqualizeMetadata, CopiesMp3TagsByteForByteAndPrefersTheRichestOne) {
     EXPECT_EQ(shell("metaflac --export-picture-to=- out.flac"), "\x89PNG12345");
 }
 
-TEST_F(EqualizeMetadata, HasTheSampleFormatAndTheQualityThatAreAskedFor) {
+TEST_F(EqualizeMetadata, WritesTheRequestedSampleFormatAndQuality) {
     makeSound("in.wav", "-ar 48000 -c:a pcm_f32le");
     const std::tuple<const char*, const char*, const char*> rows[] = {
         {"16", "o.wav", "pcm_s16le"},    {"24", "o.aiff", "pcm_s24be"},    {"32", "o.rf64", "pcm_s32le"},
@@ -285,7 +285,7 @@ TEST_F(EqualizeMetadata, HasTheSampleFormatAndTheQualityThatAreAskedFor) {
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-TEST_F(EqualizeMetadata, ReplacesNothingWithAFileThatLacksFrames) {
+TEST_F(EqualizeMetadata, ReplacesNoFileIfTheOutputLacksFrames) {
     makeSound("in.wav");
     folder.write("out.wav", "old");
     // LD_PRELOAD cannot contain a path with a blank.

@@ -47,7 +47,7 @@ protected:
     }
 };
 
-TEST_F(EqualizePipes, WritesEachFormatInOrderAsIntoAFile) {
+TEST_F(EqualizePipes, WritesTheSameSoundIntoAPipeAsIntoAFile) {
     makeSound("in.wav", "-ac 2 -c:a pcm_f32le");
     for (const std::string format : {"wav", "au", "flac", "ogg", "opus", "mp3"}) {
         SCOPED_TRACE(format);
@@ -64,7 +64,7 @@ TEST_F(EqualizePipes, WritesEachFormatInOrderAsIntoAFile) {
     const std::size_t sound = pipe.find("data");
     EXPECT_EQ(pipe.substr(sound, 8), "data\xFF\xFF\xFF\xFF");
     EXPECT_EQ(pipe.substr(0, 8), "RIFF\xFF\xFF\xFF\xFF");
-    EXPECT_EQ(pipe.find("PEAK"), std::string::npos) << "a chunk with the time";
+    EXPECT_EQ(pipe.find("PEAK"), std::string::npos) << "this chunk contains the time";
     EXPECT_TRUE(pipe.substr(sound + 8) == file.substr(file.find("data") + 8, pipe.size() - sound - 8));
     EXPECT_EQ(contents("pipe.au").substr(8, 4), "\xFF\xFF\xFF\xFF");
     shell("sox pipe.wav -n stat 2>&1 | grep 'Length.* 1.000000'");
@@ -76,7 +76,7 @@ TEST_F(EqualizePipes, WritesEachFormatInOrderAsIntoAFile) {
           "grep -x 1001");
 }
 
-TEST_F(EqualizePipes, ReadsEachFormatAsFromAFile) {
+TEST_F(EqualizePipes, ReadsTheSameSoundFromAPipeAsFromAFile) {
     makeSound("s.wav", "-ac 2 -c:a pcm_s24le -metadata title='A title'");
     for (const std::string name : {"a.wav", "a.au", "a.flac", "a.ogg", "a.opus", "a.mp3", "a.aiff", "a.caf"}) {
         SCOPED_TRACE(name);
@@ -115,7 +115,7 @@ TEST_F(EqualizePipes, ReadsEachFormatAsFromAFile) {
     shell("sox out.wav -n stat 2>&1 | grep 'Maximum amplitude.*0.500\\|Minimum amplitude.*-0.500'");
 }
 
-TEST_F(EqualizePipes, NeverReplacesStandardOutputAndWritesOnlySoundThere) {
+TEST_F(EqualizePipes, AppendsOnlySoundToStandardOutput) {
     makeSound("in.wav", "-c:a pcm_s16le");
     for (const std::string place :
          {"- ", "/dev/stdout ", "/dev/fd/1 ", "/dev/fd/7 7>&1 --format caf ", "link --format aiff "}) {
@@ -145,7 +145,7 @@ TEST_F(EqualizePipes, NeverReplacesStandardOutputAndWritesOnlySoundThere) {
     EXPECT_NE(terminal.find("is a terminal, which has no sound"), std::string::npos) << terminal;
 }
 
-TEST_F(EqualizePipes, FailsWhenNotAllCanBeReadOrWritten) {
+TEST_F(EqualizePipes, FailsWhenInputOrOutputIsIncomplete) {
     makeSound("in.wav", "-c:a pcm_s16le -ac 2");
     for (const std::string format : {"wav", "au", "flac", "ogg", "opus", "mp3", "caf"}) {
         expectFailure(1, "in.wav - > /dev/full --format " + format, "No space left on device");
@@ -171,7 +171,7 @@ TEST_F(EqualizePipes, FailsWhenNotAllCanBeReadOrWritten) {
     EXPECT_FALSE(std::filesystem::exists(path("out.wav")));
 }
 
-TEST_F(EqualizePipes, CarriesTagsInFrontOfTheSound) {
+TEST_F(EqualizePipes, CopiesTagsThatPrecedeTheSound) {
     makeSound("s.flac", "-metadata title=Tét -metadata artist=Someone -metadata mood=calm");
     shell("ffmpeg -v error -f lavfi -i color=red:s=64x64:d=0.04 -frames:v 1 p.png && metaflac "
           "--import-picture-from=p.png "
@@ -233,7 +233,7 @@ std::string damaged(std::string bytes, std::mt19937& random) {
 }
 
 // One run of `equalize` processes all files of a format, and another run processes all pipes.
-TEST_F(EqualizePipes, TreatsDamagedHeadersInPipesAsInFiles) {
+TEST_F(EqualizePipes, HasTheSameResultForDamagedHeadersInPipesAndInFiles) {
 #if defined __SANITIZE_ADDRESS__ || defined __SANITIZE_THREAD__
     // A sanitizer reserves more address space than any limit, and the test takes longer.
     constexpr int Count = 100;

@@ -51,7 +51,7 @@ protected:
     }
 };
 
-TEST_F(EqualizeReading, GivesTheSameResultWithOneThreadAndWithThree) {
+TEST_F(EqualizeReading, HasTheSameResultWithOneThreadAndWithThree) {
     shell("ffmpeg -v error -f lavfi -i anoisesrc=d=20:a=0.5:seed=3 -ac 2 -ar 44100 in.flac");
     shell("head -c 900000 in.flac > cut.flac; ln -s /dev/full full.flac");
     for (const auto& [files, exitCode] :
@@ -143,7 +143,7 @@ TEST_F(EqualizeReading, PutsEachChannelOnItsSpeakerInEveryFormat) {
         expectFailure(1, std::string(name) + " out.ogg", "has no place for the speakers");
 }
 
-TEST_F(EqualizeReading, ReadsToTheEndOfTheFileWhereTheHeaderLeavesTheLengthOpen) {
+TEST_F(EqualizeReading, ReadsToTheEndOfTheFileIfTheHeaderHasNoLength) {
     shell("ffmpeg -v error -f lavfi -i 'anoisesrc=d=1:a=0.5:r=44100' -ac 2 -c:a pcm_s16le s.wav");
     const std::vector<float> expected = decoded("s.wav");
     const std::string ffmpeg = "ffmpeg -v error -i s.wav -f ";
@@ -202,7 +202,7 @@ TEST_F(EqualizeReading, ReadsAnAuFileWithMoreThanTwoGiB) {
     }
 }
 
-TEST_F(EqualizeReading, RefusesWhatItCannotReadOrWriteWhole) {
+TEST_F(EqualizeReading, RefusesFilesThatItCannotReadOrWriteCompletely) {
     for (const char* const name : {"out.flac", "out.mp3", "out.sds", "out.wav", "out.aiff", "out.au", "out.voc"})
         folder.write(name, "old");
     writeSound("none.wav", {44100, 1, {}, Pcm16});
@@ -239,7 +239,7 @@ TEST_F(EqualizeReading, RefusesWhatItCannotReadOrWriteWhole) {
     }
 }
 
-TEST_F(EqualizeReading, NamesChannelAndTimeOfASampleThatIsNotFinite) {
+TEST_F(EqualizeReading, ReportsChannelAndTimeOfASampleThatIsNotFinite) {
     for (const auto& [bad, what] : {std::pair(NotANumber, "not a number"), {-Infinity, "infinite"}}) {
         Sound sound = noise(8000, 2, 8000 * 70);
         sound.samples[8000 * 61 * 2 + 8 * 2 + 1] = bad;

@@ -123,7 +123,7 @@ protected:
     std::mt19937 generator{19};
 };
 
-TEST_F(EqualizeSettings, ImportsPeakFiltersExactlyAsSoxHasThemAtEachRate) {
+TEST_F(EqualizeSettings, ImportsPeakFiltersThatEqualThoseOfSoxAtEachRate) {
     for (const int rate : {44100, 48000}) {
         double worst = -1000.0;
         // SoX computes with integers of 32 bits, so that float samples would lose precision.
@@ -157,7 +157,7 @@ TEST_F(EqualizeSettings, ImportsPeakFiltersExactlyAsSoxHasThemAtEachRate) {
     EXPECT_TRUE(std::equal(aligned.begin(), aligned.end(), late.begin() + 3 * 2048));
 }
 
-TEST_F(EqualizeSettings, FindsTheSameSettingsInWhatItExports) {
+TEST_F(EqualizeSettings, ImportsTheSameSettingsThatItExports) {
     writeSound("in.wav", noise(48000, 1, 10));
     for (const std::string input : {"", " in.wav"}) {
         for (int round = 0; round < 20; ++round) {
@@ -180,7 +180,7 @@ TEST_F(EqualizeSettings, FindsTheSameSettingsInWhatItExports) {
     }
 }
 
-TEST_F(EqualizeSettings, FitsWhatHasNoExactFormAndMeasuresTheDeviation) {
+TEST_F(EqualizeSettings, FitsFiltersWithoutAnExactFormAndMeasuresTheDeviation) {
     int good = 0;
     for (const std::vector<Filter>& filters : Headphones) {
         const int rate = &filters == &Headphones[1] ? 48000 : 44100;
@@ -223,7 +223,7 @@ TEST_F(EqualizeSettings, FitsWhatHasNoExactFormAndMeasuresTheDeviation) {
     EXPECT_GE(good, 2);
 }
 
-TEST_F(EqualizeSettings, JudgesAFitAndWritesItForAnyHost) {
+TEST_F(EqualizeSettings, WarnsOfPoorFitsAndSavesAFitAsAPreset) {
     folder.write("in.txt", textOf(Headphones[0], -6));
     const std::string notes = settings("--import in.txt --fit --bands 4 --save-preset a.preset --plot a.svg --list");
     EXPECT_NE(notes.find("warning: more than 2 dB"), std::string::npos) << notes;
@@ -253,7 +253,7 @@ TEST_F(EqualizeSettings, JudgesAFitAndWritesItForAnyHost) {
     EXPECT_NEAR(volume, -7.5, 0.6) << curve;
 }
 
-TEST_F(EqualizeSettings, ReadsTextsAsTheyAreFound) {
+TEST_F(EqualizeSettings, ReadsTheVariantsOfTexts) {
     const std::string expected = "Preamp: -3.5 dB\nFilter 1: ON PK Fc 63.8 Hz Gain -8.6 dB Q 5\n";
     const std::string rewText =
         "Filter Settings file\n\nRoom EQ V5.20\nDated: Jan 1, 2024 10:00:00 AM\n\nNotes:\n\nEqualiser: "
@@ -324,7 +324,7 @@ TEST_F(EqualizeSettings, RefusesLinesWithTheirNumberAndTheReason) {
 }
 
 /// Compares each kind of shelf with ffmpeg's shelf of the same middle frequency and width.
-TEST_F(EqualizeSettings, KnowsTheShelvesOfTheTexts) {
+TEST_F(EqualizeSettings, FitsEachKindOfShelf) {
     Sound impulse{44100, 1, std::vector<float>(1 << 15)};
     impulse.samples[0] = 1.0F;
     writeSound("in.wav", impulse);
@@ -385,7 +385,7 @@ TEST_F(EqualizeSettings, WritesAFilterChainThatPipewireReads) {
     EXPECT_EQ(filters, 6);
 }
 
-TEST_F(EqualizeSettings, ConvertsForEachFileOfABatchAtItsRate) {
+TEST_F(EqualizeSettings, ConvertsSettingsForTheRateOfEachFile) {
     folder.write("in.txt", textOf({{"PK", 9000, 8, 2}}));
     for (const int rate : {44100, 48000}) {
         Sound impulse{rate, 1, std::vector<float>(1 << 14)};

@@ -8,7 +8,7 @@ namespace eq {
 
 namespace {
 
-TEST_F(LngcheckCommand, TellsFaultsAndWarningsWithFileAndLine) {
+TEST_F(LngcheckCommand, ReportsFaultsAndWarningsWithFileAndLine) {
     const std::pair<const char*, const char*> lines[] = {
         {"IDS_DB = x", "stands in front of the first"},
         {"[Parametric Equalizer]", ""},
@@ -47,7 +47,7 @@ TEST_F(LngcheckCommand, TellsFaultsAndWarningsWithFileAndLine) {
     expectRun("A1041.lng", 1, findings);
 }
 
-TEST_F(LngcheckCommand, TellsOfFilesAsAWhole) {
+TEST_F(LngcheckCommand, ReportsFaultsOfWholeFiles) {
     const std::string german = shipped("1031");
     const std::tuple<const char*, std::string, int, const char*> rows[] = {
         {"A1031.lng", german + "[A]\na = Zur\xFC\n", 0, "faults: 0, warnings: 0\n"},
@@ -65,7 +65,7 @@ TEST_F(LngcheckCommand, TellsOfFilesAsAWhole) {
     expectRun("--strict Shared.lng", 1, {"faults: 0, warnings: 1\n"});
 }
 
-TEST_F(LngcheckCommand, TakesFilesAndFoldersAndCountsAKeyOfAnyFileOfTheLanguage) {
+TEST_F(LngcheckCommand, AcceptsFilesAndFoldersAndFindsAKeyInAnyFileOfTheLanguage) {
     const std::string german = shipped("1031");
     const std::size_t split = german.find("[Shared]");
     folder.write("set/A1031.lng", german.substr(0, split));
@@ -91,7 +91,7 @@ TEST_F(LngcheckCommand, ComparesWithAReference) {
     expectRun("--reference bad1033.lng A1033.lng", 1, {});
 }
 
-TEST_F(LngcheckCommand, ShowsTheOrderOfReadingAndWhereAKeyIsTakenFrom) {
+TEST_F(LngcheckCommand, ShowsTheOrderOfReadingAndTheFileThatDefinesAKey) {
     folder.write("Release/A1036.lng", "[Shared]\nIDS_DB = shared\n[Parametric Equalizer]\nIDS_Hz = own\n");
     folder.write("Release/A12.lng", "[Parametric Equalizer]\nids_db = primary\n");
     folder.write("A1036.lng", "[Parametric Equalizer]\nIDS_DB = parent\n");
@@ -115,7 +115,7 @@ TEST_F(LngcheckCommand, ShowsTheOrderOfReadingAndWhereAKeyIsTakenFrom) {
                "does not load at all. Its first fault:\n    line 1: equal"});
 }
 
-TEST_F(LngcheckCommand, WritesAPseudoLocalisedFileThatIsReadable) {
+TEST_F(LngcheckCommand, WritesAReadablePseudoLocalisedFile) {
     folder.write("A1033.lng", clean + "[Other]\na = \\x5Cn\\t\xFC\n");
     expectRun("--reference A1033.lng --pseudo new/P1031.lng", 0, {});
     expectInOrder(contents("new/P1031.lng"),

@@ -90,7 +90,7 @@ std::string unfolded(std::string text) {
     return text;
 }
 
-TEST_F(LngcheckFaults, PlantedInAShippedFileAreFoundAtTheirLine) {
+TEST_F(LngcheckFaults, FindsPlantedFaultsAtTheirLine) {
     for (const Planted& fault : PlantedFaults) {
         std::string file = shipped(fault.id);
         const std::size_t at = file.find(fault.from);
@@ -106,7 +106,7 @@ TEST_F(LngcheckFaults, PlantedInAShippedFileAreFoundAtTheirLine) {
     }
 }
 
-TEST_F(LngcheckFaults, HaveOneCauseWhereTheWholeFileIsWrong) {
+TEST_F(LngcheckFaults, ReportsOneCauseIfTheWholeFileIsWrong) {
     std::string wide;
     for (const char c : clean) wide += {c, '\0'};
     std::string mac = clean;
@@ -131,7 +131,7 @@ TEST_F(LngcheckFaults, HaveOneCauseWhereTheWholeFileIsWrong) {
     }
 }
 
-TEST_F(LngcheckFaults, OfNamesAreExplained) {
+TEST_F(LngcheckFaults, ExplainsFaultsOfFileNames) {
     for (const auto& [name, text, hint] :
          {std::tuple{"Eq2_1031.lng", "the name does not end in a language id", "Here the number is 2"},
           std::tuple{"A1234.lng", "Windows has no language 1234", "such as 1031"},
@@ -309,7 +309,7 @@ std::string member(const std::string& object, const std::string& name) {
 }
 
 // One run checks all files in one folder, so that this test also covers a large number of files.
-TEST_F(LngcheckFaults, OfHostileFilesAreThoseOfTheFormatsDescription) {
+TEST_F(LngcheckFaults, AgreesWithTheFormatsDescriptionForHostileFiles) {
 #ifdef _WIN32
     constexpr int Files = 1000; // under Wine, each file takes long
 #else
@@ -348,7 +348,7 @@ TEST_F(LngcheckFaults, OfHostileFilesAreThoseOfTheFormatsDescription) {
     }
 }
 
-TEST_F(LngcheckFaults, OfALineOfFiftyMegabytesAreFoundQuickly) {
+TEST_F(LngcheckFaults, ChecksALineOfFiftyMegabytesQuickly) {
     std::string letters(50'000'000, 'x');
     folder.write("A1031.lng", "[Shared]\nMSGBOX_OK = " + letters + "\n" + letters + "\n<" + letters + ">\n");
 #ifdef _WIN32
@@ -363,12 +363,12 @@ TEST_F(LngcheckFaults, OfALineOfFiftyMegabytesAreFoundQuickly) {
     EXPECT_LT(outcome.said.size(), 10000U);
 }
 
-TEST_F(LngcheckFaults, AreCountedOnceHoweverOftenAFileIsNamed) {
+TEST_F(LngcheckFaults, ChecksAFileOnceIfItIsNamedRepeatedly) {
     folder.write("set/A1033.lng", clean);
     expectRun("set set/../set set/A1033.lng", 0, {"files: 1, "});
 }
 
-TEST_F(LngcheckFaults, AreFoundInFilesWithNamesOutsideTheCodePage) {
+TEST_F(LngcheckFaults, AcceptsFileNamesOutsideTheCodePage) {
     std::ofstream(folder.path() / u8"G\u00F6\u0416\u6F22 1031.lng") << "nonsense";
     const std::string name = "G\xC3\xB6\xD0\x96\xE6\xBC\xA2 1031.lng";
     expectRun("\"" + name + "\"", 1, {name + ":1: equal (=) expected."});
@@ -378,7 +378,7 @@ TEST_F(LngcheckFaults, AreFoundInFilesWithNamesOutsideTheCodePage) {
 }
 
 #ifndef _WIN32
-TEST_F(LngcheckFaults, OfFilesThatCannotBeReadHaveTheSystemsReason) {
+TEST_F(LngcheckFaults, ReportsTheSystemsReasonForUnreadableFiles) {
     ASSERT_EQ(run("",
                   "mkdir set; cd set; mkfifo A1031.lng; ln -s B1031.lng B1031.lng; ln -s . C1031.lng; ln -s missing "
                   "D1031.lng; ln -s /proc/self/mem E1031.lng; printf '[\\033[2J\\n\\033]0;x\\007' >F1031.lng;")
@@ -393,7 +393,7 @@ TEST_F(LngcheckFaults, OfFilesThatCannotBeReadHaveTheSystemsReason) {
 }
 #endif
 
-TEST_F(LngcheckFaults, InJsonHaveOneObjectInALine) {
+TEST_F(LngcheckFaults, WritesOneJsonObjectPerLine) {
     folder.write("A1033.lng", clean + "no \"\\\x01\n");
     expectRun("--json A1033.lng", 1,
               {"{\"file\": \"A1033.lng\", \"line\": 59, \"severity\": \"fault\", \"text\": \"equal (=) expected.\", "
@@ -404,7 +404,7 @@ TEST_F(LngcheckFaults, InJsonHaveOneObjectInALine) {
     expectRun("--stats A1033.lng", 1, {"language ", "1033 (English) ", " 24 ", " 0 ", " 1 ", " 0\n", "files: 1"});
 }
 
-TEST_F(LngcheckFaults, OfANewFileAreTheTextsThatAreNotYetThere) {
+TEST_F(LngcheckFaults, ReportsTheMissingTextsOfANewFile) {
     expectRun("--init 1039 new/Equalizer1039.lng", 0, {});
     expectInOrder(contents("new/Equalizer1039.lng"),
                   {"<CODEPAGE 1252>\r\n", "\r\n[Parametric Equalizer]\r\n", "// English: dB\r\nIDS_DB = dB\r\n",
@@ -416,7 +416,7 @@ TEST_F(LngcheckFaults, OfANewFileAreTheTextsThatAreNotYetThere) {
     EXPECT_EQ(contents("A10.lng").find("<"), contents("A10.lng").find("< &Back"));
 }
 
-TEST_F(LngcheckFaults, AreNotMadeByAConversionThereAndBack) {
+TEST_F(LngcheckFaults, ConvertsSourcesToLanguageFilesAndBackWithoutAChange) {
     int sources = 0;
     for (const auto& entry : std::filesystem::directory_iterator(EQ_LANGUAGE_SOURCES_DIR)) {
         if (!entry.path().filename().string().starts_with("Equalizer")) continue;

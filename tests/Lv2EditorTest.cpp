@@ -67,7 +67,7 @@ protected:
     std::map<std::uint32_t, float> written;
 };
 
-TEST_F(Lv2Editor, OpensForItsPlugInsInAHostsWindowOnly) {
+TEST_F(Lv2Editor, OpensOnlyForItsPlugInsAndInAHostsWindow) {
     EXPECT_FALSE(open(Stereo, false));
     EXPECT_FALSE(open("urn:another", true));
     EXPECT_EQ(descriptor()->extension_data("urn:another"), nullptr);
@@ -78,7 +78,7 @@ TEST_F(Lv2Editor, OpensForItsPlugInsInAHostsWindowOnly) {
     }
 }
 
-TEST_F(Lv2Editor, WritesThePortsThatTheUserMovesAndFollowsTheHosts) {
+TEST_F(Lv2Editor, WritesThePortsThatTheUserChangesAndFollowsTheHost) {
     ASSERT_TRUE(open(Stereo, true));
     port(Frequency2, 1000.0F);
     port(Gain2, -6.0F);

@@ -91,7 +91,7 @@ TEST(Lv2, WorksAtRatesFrom8000To768000HzOnly) {
     EXPECT_EQ(descriptor(2), nullptr);
 }
 
-TEST(Lv2, HasItsSettingsFromTheFirstSampleInAnyCombinationOfBuffers) {
+TEST(Lv2, AppliesItsSettingsFromTheFirstSampleInAnyCombinationOfBuffers) {
     std::mt19937 random(1);
     constexpr std::size_t Frames = 30000;
     const Stereo dry = noise(Frames);
@@ -124,7 +124,7 @@ TEST(Lv2, HasItsSettingsFromTheFirstSampleInAnyCombinationOfBuffers) {
     }
 }
 
-TEST(Lv2, FadesExactlyTheBlockInWhichEnabledChanges) {
+TEST(Lv2, CrossfadesOverExactlyTheBlockInWhichEnabledChanges) {
     constexpr std::size_t Blocks = 14;
     constexpr std::size_t Frames = Blocks * Block;
     std::mt19937 random(1);
@@ -192,7 +192,7 @@ TEST(Lv2, BypassesASteadySineWithoutASteeperStep) {
     }
 }
 
-TEST(Lv2, LimitsValuesAndHasDefaultsForUnconnectedPorts) {
+TEST(Lv2, LimitsValuesAndUsesDefaultsForUnconnectedPorts) {
     const auto render = [](const Values& values, const std::vector<std::uint32_t>& unconnected) {
         Lv2Instance instance(library(), 1, 44100);
         instance.values = values;
@@ -220,7 +220,7 @@ TEST(Lv2, LimitsValuesAndHasDefaultsForUnconnectedPorts) {
 }
 
 // Two badly behaved hosts run in two threads. The sanitizers report faults, and the sound must be right at the end.
-TEST(Lv2, SurvivesBadHosts) {
+TEST(Lv2, SurvivesBadlyBehavedHosts) {
     const auto play = [](unsigned seed) {
         std::mt19937 random(seed);
         const double rates[] = {8000, 44100, 192000, 768000};
