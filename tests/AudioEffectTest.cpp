@@ -194,8 +194,8 @@ std::vector<std::size_t> slotsOf(Member... members) {
     return {slotOf(members)...};
 }
 
-// A sample of operations, which reveals an operation that was added, removed or moved far. The destructor is first and
-// has two entries.
+// Checks a sample of the operations. The sample reveals an operation that was added, removed or moved far. The
+// destructor is the first operation, and has two entries.
 TEST(AudioEffect, KeepsTheOrderOfItsVirtualTable) {
     using A = AudioEffect;
     using X = AudioEffectX;

@@ -51,8 +51,8 @@ TEST(ContextException, CutsItsTextsWhenThereIsNoHeap) {
     const auto make = [&] { return ContextException("f()", context.c_str(), "file", 1, "name"); };
     const ContextException source = make();
     const ContextException cut = withoutHeap(make);
-    // Of the 256 bytes, name and thrower with their terminators take 9. The report ends at the last byte, which is also
-    // the empty context.
+    // The name and the thrower, with their terminators, use 9 of the 256 bytes. The report uses the rest. The
+    // terminator of the report is also the empty context.
     EXPECT_EQ(cut.what(), std::string(source.what()).substr(0, 255 - 9));
     EXPECT_STREQ(cut.context(), "");
     EXPECT_STREQ(withoutHeap([&] { return ContextException(source); }).what(), "");

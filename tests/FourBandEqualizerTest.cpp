@@ -130,7 +130,7 @@ TEST(FilterDesign, HasItsGainAtItsFrequencyAtEveryRate) {
         const FilterDesign design = FilterDesign::of(values, rate);
         for (std::size_t i = 0; i < BandCount; ++i) {
             SCOPED_TRACE(testing::Message() << rate << " Hz, band " << i + 1);
-            // At low rates a centre is where 20000 Hz is at 44100 Hz.
+            // At low rates, the centre is limited to 20000/44100 of the rate.
             const double centre = std::min<double>(values[1 + i], rate * 20000 / 44100);
             const auto decibelsAt = [&](double hertz) {
                 const std::complex<double> z = std::polar(1.0, -2 * std::numbers::pi * hertz / rate);

@@ -14,7 +14,7 @@ namespace {
 /// A lock whose system mutex a test can probe and break.
 class ProbedMutex : public Mutex {
 public:
-    /// Returns whether another thread can take the system's mutex now.
+    /// Returns whether another thread can acquire the system's mutex now.
     [[nodiscard]] bool isFree() const {
         bool taken = false;
         onThreads(1, [&](int) {

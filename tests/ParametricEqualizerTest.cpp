@@ -100,7 +100,7 @@ TEST(ParametricEqualizer, AddsToTheOutputInPiecesWhenMemoryIsShort) {
     ReferencePair reference(engineValues(DefaultParameters));
     effect.setBlockSize(100);
     Stereo input = noise(5050);
-    for (const long granted : {0, 1, 2}) { // memory for none of the two arrays, for one, for both
+    for (const long granted : {0, 1, 2}) { // there is memory for no array, for one array, or for both arrays
         Stereo expected = reference.render(input);
         Stereo output = noise(5050, 7);
         for (std::size_t c = 0; c < 2; ++c)
@@ -116,7 +116,7 @@ TEST(ParametricEqualizer, AddsToTheOutputInPiecesWhenMemoryIsShort) {
 }
 
 TEST(ParametricEqualizer, SuspendForgetsTheAudioAndKeepsTheParameters) {
-    for (const long granted : {-1, 0, 1}) { // memory for both engines, for none, for one
+    for (const long granted : {-1, 0, 1}) { // there is memory for both engines, for no engine, or for one engine
         SCOPED_TRACE(granted);
         ParametricEqualizer effect(nullptr);
         setAll(effect, Audible);
@@ -133,7 +133,7 @@ TEST(ParametricEqualizer, SuspendForgetsTheAudioAndKeepsTheParameters) {
     }
 }
 
-// If one allocation of the constructor fails, the others are released.
+// If one allocation of the constructor fails, the constructor releases all others.
 TEST(ParametricEqualizer, LeavesNoMemoryBehind) {
     const long before = allocations::live;
     bool made = false;

@@ -67,7 +67,7 @@ UINT CALLBACK pageCallback(HWND, UINT message, PROPSHEETPAGEW* page) {
 
 int CALLBACK sheetCallback(HWND sheet, UINT message, LPARAM lParam) {
     if (message == PSCB_PRECREATE) {
-        // The sheet stays hidden: a real window system needs time to show a window.
+        // Hides the sheet, because a real window system needs time to show a window.
         auto* const fields = reinterpret_cast<DWORD*>(lParam);
         const bool isExtended = HIWORD(fields[0]) == 0xFFFF;
         fields[isExtended ? 3 : 0] &= ~DWORD{WS_VISIBLE};
@@ -254,8 +254,8 @@ TEST(WedgeSheets, LeaveOnlyTheirThunksBehind) {
             EXPECT_LE(PropertySheetW(&sheet.header), 0) << "it has no window";
         }
     };
-    // `heapInUse` counts bytes on Windows, where Wine also keeps the pages of a sheet that it refuses. Elsewhere it
-    // counts blocks: the thunk, its owner, and their nodes in two maps.
+    // On Windows `heapInUse` counts bytes, and Wine also keeps the pages of a sheet that it refuses. On Linux
+    // `heapInUse` counts blocks. A page leaves four blocks: the thunk, its owner, and one node in each of two maps.
     constexpr long LeftByAPage = SystemIsExact ? 4 : 40 * sizeof(void*);
     openAndRefuse(3);
     const long before = heapInUse();

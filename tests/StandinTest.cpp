@@ -1,5 +1,5 @@
-// Behaviour of system functions that no other test covers. On Windows the tests call the system: if the stand-in's
-// results differ from the system's, the stand-in is wrong.
+// Tests the behaviour of system functions that no other test covers. On Windows the tests call the system's functions.
+// If the results of the stand-in differ, the stand-in is wrong.
 
 #include "platform/win32.h"
 
@@ -82,7 +82,8 @@ TEST(CodePages, EncodeWhatTheyLackOrHaveTwiceAsTheSystemDoes) {
     EXPECT_EQ(encoded(1252, L"\xD83D\xDE00", &defaults), "??");
     EXPECT_NE(defaults, FALSE);
     EXPECT_EQ(encoded(1253, L"\xF8F9"), "\xAA");
-    // Characters that occur twice in the page. The usual code is the first one, or the last one.
+    // These characters occur twice in the page. The system uses the first code of one character, and the last codes of
+    // the others.
     EXPECT_EQ(encoded(932, L"\u222A\u7E8A\u2170"), "\x81\xBE\xFA\x5C\xFA\x40");
     EXPECT_EQ(encoded(CP_UTF8, L"\xD83Dx\xDE00"), "\xEF\xBF\xBDx\xEF\xBF\xBD");
 }
@@ -123,7 +124,7 @@ TEST(Languages, HaveAnAnsiCodepageAmongThoseThatArePublishedForThem) {
     const auto read = [&](LCID language) {
         return GetLocaleInfoA(language, LOCALE_IDEFAULTANSICODEPAGE, digits.data(), 6) == 0 ? "none" : digits.data();
     };
-    // Systems have other pages for the first language than the published ones. They no longer have the other two
+    // The page that systems use for the first of these languages is not published. Systems no longer have the other two
     // languages.
     const std::set<WORD> exceptions = {0x0438, 0x0812, 0x081A};
     for (const CodepagePair& pair : codepagePairs()) {
@@ -138,7 +139,7 @@ TEST(Languages, HaveAnAnsiCodepageAmongThoseThatArePublishedForThem) {
 
 #ifndef _WIN32
 
-/// The environment without any variable for the language.
+/// Removes the environment's variables for the language until the end of a test.
 class Environment : public testing::Test {
 protected:
     Environment() {

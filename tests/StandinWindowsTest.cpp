@@ -1,5 +1,5 @@
-// Behaviour of windows, dialogs and menus that no other test covers. On Windows the tests call the system: if the
-// stand-in's results differ from the system's, the stand-in is wrong.
+// Tests the behaviour of windows, dialogs and menus that no other test covers. On Windows the tests call the system's
+// functions. If the results of the stand-in differ, the stand-in is wrong.
 
 #include "platform/win32.h"
 
@@ -20,7 +20,7 @@ namespace eq {
 
 namespace {
 
-std::string messages; // of all dialogs, each with the dialog's parameter
+std::string messages; // the messages of all dialogs, each after the dialog's parameter
 
 INT_PTR CALLBACK writeDown(HWND window, UINT message, WPARAM, LPARAM parameter) {
     static const std::map<UINT, std::string> names = {

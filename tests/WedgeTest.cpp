@@ -49,7 +49,7 @@ std::wstring menuText(HMENU menu, UINT position) {
     return text.data();
 }
 
-/// Ends a dialog box at its start. The box's result is its parameter, plus 1 if the caption is right.
+/// Ends a dialog box at its start. The result of the box is its parameter, plus 1 if the caption is right.
 INT_PTR CALLBACK endAtOnce(HWND dialog, UINT message, WPARAM, LPARAM parameter) {
     if (message == WM_INITDIALOG) EndDialog(dialog, parameter + (textOf(dialog) == L"named S" ? 1 : 0));
     return 0;
