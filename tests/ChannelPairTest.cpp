@@ -64,7 +64,7 @@ Samples anySamples(std::mt19937& random, std::size_t count, unsigned sound) {
 
 } // namespace
 
-TEST(ChannelPair, DoesWithAnyKernelWhatTwoPlainEnginesDoOneAfterTheOther) {
+TEST(ChannelPair, HasTheOutputOfTwoPlainEnginesWithEachKernel) {
     for (const BlockKernel* kernel : availableKernels()) {
         for (unsigned stream = 0; stream < 2 * std::size(Layouts) * SoundCount; ++stream) {
             const Layout& layout = Layouts[stream % std::size(Layouts)];

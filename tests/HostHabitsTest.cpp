@@ -239,7 +239,7 @@ TEST(HostHabits, RunsEachBlockOnANewThreadWithASmallStack) {
     }
 }
 
-TEST(HostHabits, ForgivesCallsInTheWrongOrderAndOnAnotherThread) {
+TEST(HostHabits, AcceptsCallsInTheWrongOrderAndOnAnotherThread) {
     const Copy copy;
     auto effect = std::make_unique<HostedEffect>(copy.make());
     const auto command = [&](int32 opcode, intptr value = 0, float opt = 0.0F) {

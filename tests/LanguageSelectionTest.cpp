@@ -83,7 +83,8 @@ TEST_F(LanguageSelection, HasNoLanguageAndNoMessageForAPathWithoutExtensionOrFol
 
 TEST_F(LanguageSelection, SetsTheCodePageAtEachScan) {
     folder.write("Release/A1033.lng", "[Module]\na = b\n");
-    EXPECT_EQ(CLanguageStore(folder.path("Release/Module.dll"), 0).codepage(), 0U) << "one turn, no language yet";
+    EXPECT_EQ(CLanguageStore(folder.path("Release/Module.dll"), 0).codepage(), 0U)
+        << "the first scan knows no language";
     folder.write("A1041.lng", "[My.Module]\na = ascii\n");
     folder.write("A1033.lng", "[My.Module]\nb = \x83\x5C\n");
     const CLanguageStore store(folder.path("My.Module.dll"), 1041);

@@ -32,7 +32,7 @@ public:
 
 } // namespace
 
-TEST(Mutex, ReleasesTheSystemsMutexWithItsHoldersLastUnlockEvenIfTheHolderAheadDied) {
+TEST(Mutex, ReleasesTheSystemsMutexAtTheLastUnlockEvenIfThePreviousHolderDied) {
     ProbedMutex mutex;
     onThreads(1, [&](int) { mutex.Lock(); });
     for (int i = 0; i < 2; ++i) mutex.Lock();
@@ -47,7 +47,7 @@ TEST(Mutex, ReleasesTheSystemsMutexWithItsHoldersLastUnlockEvenIfTheHolderAheadD
     EXPECT_FALSE(mutex.isFree());
 }
 
-TEST(Mutex, TellsOfSystemCallsThatFail) {
+TEST(Mutex, ReportsSystemCallsThatFail) {
     ProbedMutex mutex;
     mutex.Lock();
     mutex.breakSystemMutex();

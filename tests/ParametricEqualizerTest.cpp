@@ -37,7 +37,7 @@ TEST(ParametricEqualizer, StartsWithTheDefaults) {
     for (int32 i = 0; i < 13; ++i) EXPECT_EQ(std::bit_cast<std::uint32_t>(effect.getParameter(i)), bits[i]);
 }
 
-TEST(ParametricEqualizer, MapsParametersToEngineeringUnitsAndKeepsThemAsTheyAreGiven) {
+TEST(ParametricEqualizer, MapsParametersToEngineeringUnitsAndKeepsTheirBits) {
     const Values given = {0.0f, Infinity, 2.0f / 3.0f, 1.0f / 3.0f, -3.0f, -Infinity, 0.75f,
                           1.0f, NaN,      5.0f / 9.0f, 7.0f,        0.5f,  0.0f};
     ParametricEqualizer effect(nullptr);
@@ -50,7 +50,7 @@ TEST(ParametricEqualizer, MapsParametersToEngineeringUnitsAndKeepsThemAsTheyAreG
         effect);
 }
 
-TEST(ParametricEqualizer, HandsTheValuesOverAtEverySet) {
+TEST(ParametricEqualizer, HandsOverTheValuesAtEachSet) {
     ParametricEqualizer effect(nullptr);
     setAll(effect, Audible);
     ReferencePair reference(engineValues(Audible));
@@ -76,7 +76,7 @@ TEST(ParametricEqualizer, NamesItsParameters) {
                    "Gain(1) dB,Gain(2) dB,Gain(3) dB,Gain(4) dB,Q(1) ,Q(2) ,Q(3) ,Q(4) ,");
 }
 
-TEST(ParametricEqualizer, AllocatesForGrowingAlone) {
+TEST(ParametricEqualizer, AllocatesOnlyToGrow) {
     ParametricEqualizer effect(nullptr);
     Stereo audio = noise(4096);
     float* channels[] = {audio[0].data(), audio[1].data()};
@@ -115,7 +115,7 @@ TEST(ParametricEqualizer, AddsToTheOutputInPiecesWhenMemoryIsShort) {
     }
 }
 
-TEST(ParametricEqualizer, SuspendForgetsTheAudioAndKeepsTheParameters) {
+TEST(ParametricEqualizer, DiscardsTheAudioAtSuspendAndKeepsTheParameters) {
     for (const long granted : {-1, 0, 1}) { // there is memory for both engines, for no engine, or for one engine
         SCOPED_TRACE(granted);
         ParametricEqualizer effect(nullptr);
@@ -134,7 +134,7 @@ TEST(ParametricEqualizer, SuspendForgetsTheAudioAndKeepsTheParameters) {
 }
 
 // If one allocation of the constructor fails, the constructor releases all others.
-TEST(ParametricEqualizer, LeavesNoMemoryBehind) {
+TEST(ParametricEqualizer, LeaksNoMemoryIfAnAllocationFails) {
     const long before = allocations::live;
     bool made = false;
     for (long granted = 0; !made; ++granted) {
@@ -151,7 +151,7 @@ TEST(ParametricEqualizer, LeavesNoMemoryBehind) {
     }
 }
 
-TEST(ParametricEqualizer, LosesNoChangeThatComesInTheMidstOfAnother) {
+TEST(ParametricEqualizer, LosesNoChangeThatInterruptsAnotherChange) {
     // Sets a parameter after the effect has read all values and before it hands them over, as another thread could.
     struct Interrupted : ParametricEqualizer {
         using ParametricEqualizer::ParametricEqualizer;

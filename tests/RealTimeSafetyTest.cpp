@@ -140,7 +140,7 @@ TEST(RealTimeSafety, TheLv2PlugInNeitherAllocatesNorLocksNorCallsTheKernel) {
 }
 #endif
 
-TEST(RealTimeSafety, WouldBeSeenToBeBroken) {
+TEST(RealTimeSafety, IsCheckedByCountersThatDetectViolations) {
     pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
     std::thread careless([&mutex] {
         refuseSystemCalls();

@@ -49,7 +49,7 @@ TEST(PrepareStringResource, ExpandsTheStringsOfABundle) {
         rewriteWith(PrepareStringResource, bundle({most + u"{T_Long}"}).get()).is(bundle({most + u"A longer"}).get()));
 }
 
-TEST(PrepareAcceleratorResource, TakesTheKeyOfATranslationAndKeepsCommandAndMarks) {
+TEST(PrepareAcceleratorResource, UsesTheKeyOfATranslationAndKeepsCommandAndMarks) {
     const TemplateBuilder translated =
         TemplateBuilder().words({0x11, 0x75, 10, 0, 0x08, 'Y', 11, 0, 0x01, 0x78, 12, 0, 0x93, 0x75, 13, 0});
     EXPECT_TRUE(replaces(PrepareAcceleratorResource, table, translated));
@@ -71,7 +71,7 @@ TEST(ToAccelArray, StopsAtTheEndMarkAndDropsIt) {
     EXPECT_EQ(ToAccelArray(table.get().data(), table.get().size() - 1, &count), nullptr);
 }
 
-TEST(PrepareDialogInitResource, ExpandsTheTextsOfComboBoxesAlone) {
+TEST(PrepareDialogInitResource, ExpandsOnlyTheTextsOfComboBoxes) {
     EXPECT_EQ(statusOf(PrepareDialogInitResource, comboTexts("plain" + end, "{T_Empty}" + end)), PrepUnchanged);
     // The result drops bytes after the terminator, adds a missing terminator, and states the length of the new text.
     EXPECT_TRUE(replaces(PrepareDialogInitResource, comboTexts("{T_Long}" + end + "x", "a {T_Two}"),

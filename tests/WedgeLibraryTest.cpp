@@ -23,7 +23,7 @@ long leftByAHundredLoads(bool work) {
 
 } // namespace
 
-TEST(WedgeLibrary, LeavesNothingBehindWhenItIsUnloadedAHundredTimes) {
+TEST(WedgeLibrary, LeaksNothingWhenItIsUnloadedAHundredTimes) {
     const long idle = leftByAHundredLoads(false);
 #ifdef _WIN32
     // The compiler's thread library keeps about 800 bytes per load in 32-bit code, and about 1600 bytes in 64-bit code.
