@@ -1,5 +1,5 @@
-// A bad host. It calls the library through its record in permitted but unusual ways, on several threads, and checks
-// everything that the record promises.
+// A badly behaved host. The program calls the library through the effect's record in permitted but unusual ways, on
+// several threads. It checks everything that the record promises.
 //
 //   hostile-hosts [--seconds N] [--steps N] [--seed N]    runs without end if --seconds and --steps are missing
 //
@@ -54,7 +54,7 @@ void breakAndMend(const std::string& library, const TemporaryFolder& folder) {
         texts += "\nno equals sign here\n";
     } else {
         for (std::size_t i = below(8); i > 0; --i) texts[below(texts.size())] = static_cast<char>(integer());
-        // A unit word before the file's own: the first definition counts.
+        // Defines a unit before the file's own definition, because the first definition counts.
         texts.insert(0, "[Parametric Equalizer]\nIDS_DB = " + std::string(below(60), oneIn(2) ? 'x' : '\xE9') + "\n");
     }
     folder.write("Equalizer1033.lng", texts);
@@ -66,8 +66,8 @@ void breakAndMend(const std::string& library, const TemporaryFolder& folder) {
     require(host.tryEffect() || !isSurelyBroken, "main gave no effect when the language file was mended");
 }
 
-/// Uses the instances on five threads. Two process audio, each for half of the instances. Two set and read parameters.
-/// This thread sends commands.
+/// Uses the instances on five threads. Two threads process audio, each for half of the instances. Two threads set and
+/// read parameters. This thread sends commands.
 void useAtOnce(const Host& host, const Instances& instances) {
     std::atomic<bool> isOver = false;
     std::vector<std::thread> threads;

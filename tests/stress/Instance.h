@@ -53,11 +53,11 @@ inline std::string textOf(AEffect* effect, int32 opcode, int32 index) {
     return text.substr(0, length);
 }
 
-/// The host callback of the effects. It returns unusual values, and sometimes calls the effect again from inside.
+/// The host callback of the effects. The callback returns unusual values, and sometimes calls the effect.
 inline intptr hostileCallback(AEffect* effect, int32 opcode, int32 index, intptr value, void* ptr, float opt) {
     require(value == 0 && ptr == nullptr, "a call to the host has arguments that it must not have");
     if (opcode == audioMasterVersion) return INT32_MIN;
-    // An editor's positions continue beyond the ends of its sliders.
+    // A value of an editor may be outside 0 to 1, because positions may be beyond the ends of a slider.
     require(opcode == audioMasterAutomate && effect && isParameter(index) && std::abs(opt) <= 1e7f,
             "an effect tells its host of something else than a change");
     require(!effect->user, "an editor changed a parameter that nobody had touched");
@@ -123,16 +123,17 @@ public:
     Instance(const Instance&) = delete;
     Instance& operator=(const Instance&) = delete;
 
-    // A host calls the next three at the same time: the first two on one thread each, the last on any number of
-    // threads.
+    // A host calls the next three functions at the same time. It calls the first two on one thread each, and the last
+    // one on any number of threads.
 
-    /// Processes a block and checks all results. The outputs are separate or in place, replaced or added to.
+    /// Processes a block and checks all results. The outputs are separate arrays or the inputs. The effect replaces the
+    /// outputs or adds to them.
     void processBlock() {
         constexpr float Sizes[] = {1.0f, 1.0f, 0.0f, 1e-38f, FLT_MAX, INFINITY, NAN};
         const float size = Sizes[below(isModerate ? 4 : 7)];
         const int32 lengths[] = {between(0, 64), between(1, 5) * BlockSize + between(-2, 2), between(0, 100000)};
         const auto length = static_cast<std::size_t>(oneOf(lengths));
-        // Two inputs and two outputs at any alignment. Nothing may write to the samples around each of them.
+        // The two inputs and the two outputs have any alignment. The effect must not write to the samples around them.
         const std::size_t stride = length + 16 + below(16);
         Samples memory(4 * stride + 16);
         static const Samples sounds = noise(1 << 19)[0];
@@ -172,7 +173,7 @@ public:
         if (action < 8) return sendAny();
         if (action == 8) return measure();
         if (action == 9) {
-            host.windows.destroy(window); // while the editor may be open in it
+            host.windows.destroy(window); // the editor may be open in this window
             window = host.windows.make();
         }
         dispatch(effect, effEditClose, 0);
@@ -192,7 +193,7 @@ public:
         }
     }
 
-    // A host calls the next two while it calls nothing else.
+    // A host calls the next two functions while it makes no other call.
 
     /// Switches the effect off and on, which must erase all earlier audio.
     void switchOff() {
@@ -206,7 +207,7 @@ public:
         isModerate = oneIn(2);
     }
 
-    /// Sets block sizes: valid ones, invalid ones, and in 32-bit processes one that exceeds the memory.
+    /// Sets valid and invalid block sizes. In 32-bit processes, one of the sizes exceeds the memory.
     void changeBlockSize() {
         constexpr int32 Sizes[] = {INT32_MIN, -1, 0, 1, 7, 2048, 65536, 1 << 22, sizeof(void*) == 4 ? INT32_MAX : 1};
         dispatch(effect, effSetBlockSize, 0, integer(), oneOf(Sizes));
@@ -248,8 +249,8 @@ private:
         require(rect && rect->bottom > 100 && rect->right > 100, "an editor has no size");
     }
 
-    /// Sends a command with any arguments. Its pointer is invalid, and no such command may use it. Commands that close
-    /// the effect, concern its window or its audio, or fill a buffer are excluded.
+    /// Sends a command with any arguments. The pointer is invalid, and these commands must not use it. Commands that
+    /// close the effect, concern its window or its audio, or fill a buffer are excluded.
     void sendAny() {
         const int32 opcode = oneIn(8) ? integer() : between(-2, 70);
         if (opcode == effClose || (opcode >= effSetProgramName && opcode <= effGetParamName) ||
@@ -265,7 +266,7 @@ private:
     AEffect* const effect = host.make();
     AEffect* const twin;
     void* window = host.windows.make();
-    /// Whether the effect has received only audio of moderate size since it was switched off. Its output is then
+    /// True if the effect has received only audio of moderate level since it was switched off. The output is then
     /// finite.
     bool isModerate = true;
     /// The results of the opcodes that do not return 0.
