@@ -49,7 +49,7 @@ inline std::string textOf(AEffect* effect, int32 opcode, int32 index) {
     dispatch(effect, opcode, 0, index, 0, text.data());
     const std::size_t length = text.find('\0');
     require(isParameter(index) ? length < 28 && text.ends_with(untouched.substr(28)) : text == untouched,
-            "a text buffer is not as it should be");
+            "a text is too long, or the text of an unknown parameter was written");
     return text.substr(0, length);
 }
 
@@ -59,8 +59,8 @@ inline intptr hostileCallback(AEffect* effect, int32 opcode, int32 index, intptr
     if (opcode == audioMasterVersion) return INT32_MIN;
     // A value of an editor may be outside 0 to 1, because positions may be beyond the ends of a slider.
     require(opcode == audioMasterAutomate && effect && isParameter(index) && std::abs(opt) <= 1e7f,
-            "an effect tells its host of something else than a change");
-    require(!effect->user, "an editor changed a parameter that nobody had touched");
+            "an effect calls its host for another reason than a change");
+    require(!effect->user, "an editor changed a parameter without an action of the user");
     static thread_local unsigned calls = 0;
     const unsigned turn = ++calls % 16;
     if (turn == 0) dispatch(effect, effEditClose, 0);
@@ -85,7 +85,8 @@ struct Host {
             const float value = number();
             effect->setParameter(effect, i, value);
             const float kept = effect->getParameter(effect, i);
-            require(std::isnan(value) ? std::isnan(kept) : kept == value, "a parameter is not what was set");
+            require(std::isnan(value) ? std::isnan(kept) : kept == value,
+                    "a parameter does not have the value that was set");
             textOf(effect, effGetParamDisplay, i);
         }
         dispatch(effect, effClose, 1);
@@ -153,7 +154,7 @@ public:
         call(adds ? effect->process : effect->processReplacing, effect, channels, outputs, length);
         const Stereo result = stereo(outputs);
         for (std::size_t i = 0; i < 2; ++i) std::ranges::copy(present[i], outputs[i]);
-        require(firstDifference(memory, before) == -1, "more was written to than the outputs");
+        require(firstDifference(memory, before) == -1, "the effect wrote outside its outputs");
         for (const Samples& channel : result)
             require(!isModerate || std::ranges::all_of(channel, [](float x) { return std::isfinite(x); }),
                     "an output is not finite");
@@ -161,7 +162,7 @@ public:
         Stereo expected = render(twin, input);
         for (std::size_t i = 0; adds && i < 2; ++i)
             std::ranges::transform(present[i], expected[i], expected[i].begin(), std::plus<>());
-        require(sameBits(result, expected), "an effect does not sound like its quiet twin");
+        require(sameBits(result, expected), "the output of an effect differs from the output of its twin");
     }
 
     /// Uses editors or sends a command. For the main thread only.
@@ -185,8 +186,8 @@ public:
         const float value = oneIn(4) ? number() : sample();
         if (!twin && oneIn(3)) return effect->setParameter(effect, index, value);
         const float found = effect->getParameter(effect, index);
-        require(isParameter(index) || found == 0.0f, "a parameter that there is not has a value");
-        require(!twin || found == twin->getParameter(twin, index), "a parameter did not stay as it was set");
+        require(isParameter(index) || found == 0.0f, "an unknown parameter has a value");
+        require(!twin || found == twin->getParameter(twin, index), "a parameter lost the value that was set");
         for (const int32 opcode : {effGetParamName, effGetParamLabel, effGetParamDisplay}) {
             const std::string text = textOf(effect, opcode, index);
             require(!twin || text == textOf(twin, opcode, index), "two effects show a value in different ways");
@@ -202,7 +203,8 @@ public:
             if (!each) continue;
             dispatch(each, effMainsChanged, 0, integer(), 0);
             dispatch(each, effMainsChanged, 0, 0, integer() | 1);
-            require(sameBits(render(each, noise(BlockSize)), silence), "audio outlived the switching off");
+            require(sameBits(render(each, noise(BlockSize)), silence),
+                    "the effect kept audio after it was switched off");
         }
         isModerate = oneIn(2);
     }
@@ -233,7 +235,7 @@ private:
     }
 
     void requireEditors(int count) const {
-        require(host.windows.children(window) == count, "a host's window has not the editors that it should");
+        require(host.windows.children(window) == count, "a host's window has the wrong number of editors");
     }
 
     void openEditor() {
