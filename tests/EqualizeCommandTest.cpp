@@ -145,7 +145,7 @@ TEST_F(EqualizeCommand, KeepsAllFilesWhenTheInputOrTheOutputFails) {
 }
 
 // tests/coverage leaves this test out, because the limits would also keep the program from writing its coverage counts.
-// The limits are in blocks of 512 bytes. The output reaches them in the middle, or while an encoder is flushed.
+// The limits are in blocks of 512 bytes. The output reaches a limit in the middle, or while an encoder is flushed.
 TEST_F(EqualizeCommand, LosesNothingWhenNoFileCanGrow) {
     writeSound("in.wav", noise(44100, 2, 300, Pcm16));
     folder.write("out.wav", "old");

@@ -169,7 +169,7 @@ TEST_F(EqualizeSettings, ImportsTheSameSettingsThatItExports) {
             const std::string list = settings(quiet + options.str() + " --export out.txt");
             EXPECT_EQ(settings(quiet + " --import out.txt"), list) << contents("out.txt");
         }
-        // The same holds for more bands than an effect has, and for a preset that an import saves.
+        // The settings also stay the same for more bands than an effect has, and in a preset that an import saves.
         folder.write("in.txt", textOf(randomFilters(9, input.empty() ? 44100 : 48000), -7.25));
         const std::string list = settings("--quiet --list --import in.txt --export out.txt" + input);
         EXPECT_NE(list.find("effect 3 of 3:"), std::string::npos) << list;
@@ -243,7 +243,7 @@ TEST_F(EqualizeSettings, WarnsOfPoorFitsAndSavesAFitAsAPreset) {
     EXPECT_EQ(settings("--quiet --import in.txt --fit --list"), settings("--quiet --import in.txt --list"));
     settings("--import in.txt --fit --bands 4 --force --save-preset b.preset");
 
-    // The fit moves the mean level of a curve into the volume, and ignores the curve below 20 Hz.
+    // The level of a curve becomes a part of the volume, and the fit ignores the curve below 20 Hz.
     folder.write("in.txt", "GraphicEQ: 10 -84; 20 -9; 200 -9; 1000 -3; 5000 -9; 20000 -9\nPreamp: 1,5 dB");
     expectFailure(1, "--import in.txt --list", "no exact form");
     const std::string curve = settings("--import in.txt --fit --list");

@@ -26,7 +26,7 @@
 #include <utility>
 #include <vector>
 
-// Calls the editor through the effect's record, as a host does. On Windows the record is that of the built library.
+// Calls the editor through the effect's record, as a host does. On Windows the record belongs to the built library.
 // On Linux the effect is in this program, because only this program sees the windows of its stand-in for Win32.
 
 namespace eq {
