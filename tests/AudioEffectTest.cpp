@@ -21,7 +21,7 @@ public:
     void process(float**, float**, int32) override {}
 };
 
-TEST(AudioEffect, FillsTheRecordAndSettersReachTheirPlaceInIt) {
+TEST(AudioEffect, FillsTheRecordAndEachSetterChangesItsField) {
     PlainEffect effect;
     AEffect& record = *effect.getAeffect();
     const auto fields = [&record] {
@@ -63,7 +63,7 @@ TEST(AudioEffect, FillsTheRecordAndSettersReachTheirPlaceInIt) {
     EXPECT_EQ(record.flags & effFlagsHasEditor, 0);
 }
 
-TEST(AudioEffect, WritesNumbersInEightCharactersAndEmptiesTheTextsItDoesNotHave) {
+TEST(AudioEffect, WritesNumbersInEightCharactersAndReturnsEmptyTextsByDefault) {
     PlainEffect effect;
     const auto written = [&effect](auto member, auto... arguments) {
         char text[16] = "as it was";
@@ -142,7 +142,7 @@ void expectPlainCalls(const Results& results, std::array<int32, sizeof...(Member
     (expectToCallTheHost({call<Members>, {{}, opcodes[i++], 0, 0, {}, 0}, results}), ...);
 }
 
-TEST(AudioEffect, CallsTheHostAsThePublishedTableTells) {
+TEST(AudioEffect, CallsTheHostAsInThePublishedTable) {
     using X = AudioEffectX;
     expectPlainCalls<&X::getCurrentUniqueId, &X::getNumAutomatableParameters, &X::getParameterQuantization,
                      &X::getInputLatency, &X::getOutputLatency, &X::willProcessReplacing, &X::getCurrentProcessLevel,
@@ -194,8 +194,8 @@ std::vector<std::size_t> slotsOf(Member... members) {
     return {slotOf(members)...};
 }
 
-// A sample of operations, which reveals an operation that was added, removed or moved far. The destructor is first and
-// has two entries.
+// Checks a sample of the operations. The sample reveals an operation that was added, removed or moved far. The
+// destructor is the first operation, and has two entries.
 TEST(AudioEffect, KeepsTheOrderOfItsVirtualTable) {
     using A = AudioEffect;
     using X = AudioEffectX;
@@ -217,7 +217,7 @@ class ThrowingEffect : public PlainEffect {
     intptr dispatcher(int32, int32, intptr, void*, float) override { throw 1; }
 };
 
-TEST(EntryFunctions, LetNothingThrownThrough) {
+TEST(EntryFunctions, LetNoExceptionReachTheHost) {
     AEffect* const record = (new ThrowingEffect)->getAeffect();
     record->process(record, nullptr, nullptr, 1);
     record->processReplacing(record, nullptr, nullptr, 1);

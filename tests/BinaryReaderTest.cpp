@@ -9,7 +9,7 @@
 
 namespace eq {
 
-TEST(BinaryReader, ReadsToTheVeryEndAndNoFurther) {
+TEST(BinaryReader, ReadsToTheEndAndNotBeyond) {
     using namespace std::string_view_literals;
     constexpr auto Data = "\x01\x82\x03\x84\x05\x86\x07\x88Z\0\0\xD8\0\0B\0!"sv;
     BinaryReader reader(Data.data(), Data.size());
@@ -25,7 +25,7 @@ TEST(BinaryReader, ReadsToTheVeryEndAndNoFurther) {
     for (const std::size_t count : {std::size_t{2}, SIZE_MAX, SIZE_MAX - 15})
         EXPECT_THROW(static_cast<void>(end.readBytes(count)), EndOfData) << count;
     EXPECT_THROW(static_cast<void>(end.peek<std::uint16_t>()), EndOfData);
-    EXPECT_THROW(end.align(9), EndOfData) << "the padding is not there";
+    EXPECT_THROW(end.align(9), EndOfData) << "the padding is missing";
     EXPECT_EQ(end.offset(), 16U);
     EXPECT_EQ(end.readBytes(1), "!");
     end.align(17);
@@ -33,7 +33,7 @@ TEST(BinaryReader, ReadsToTheVeryEndAndNoFurther) {
     EXPECT_THROW(static_cast<void>(end.read<std::uint8_t>()), EndOfData);
 }
 
-TEST(BinaryWriter, WritesWhatTheReaderReads) {
+TEST(BinaryWriter, WritesAlignedLittleEndianDataAndPatchesIt) {
     BinaryWriter writer;
     writer.align(4);
     writer.write(std::uint8_t{0xFF});

@@ -52,7 +52,7 @@ TEST_F(LanguageFile, ClassifiesLines) {
     }
 }
 
-TEST_F(LanguageFile, TellsEachFaultInItsWords) {
+TEST_F(LanguageFile, ReportsEachFaultInItsWords) {
     const std::pair<const char*, const char*> cases[] = {
         {"\n\n<ACCEL A = b\n", "3: Invalid tag syntax - cannot find '>'.\n"},
         {"a=b\r\n// c\r\n<FOO>\r\n", "3: Invalid tag '<FOO>':Tag type 'FOO' is unknown.\n"},
@@ -70,10 +70,10 @@ TEST_F(LanguageFile, TellsEachFaultInItsWords) {
                   "In file 'A1031.lng', line " +
                       std::string(fault));
     }
-    EXPECT_EQ(recorder.log, "context|Alpha\na|b\n") << "what was told ahead of a fault stands";
+    EXPECT_EQ(recorder.log, "context|Alpha\na|b\n") << "the events before the fault were sent";
 }
 
-TEST_F(LanguageFile, RefusesWhatItCannotRead) {
+TEST_F(LanguageFile, RefusesFilesThatItCannotRead) {
     folder.write("Folder1031.lng/inside", "");
     for (const std::string& path : {folder.path("Missing1031.lng"), folder.path("Folder1031.lng")}) {
         EXPECT_EQ(failureOf<CLanguageFile::open_failed>([&] { CLanguageFile(path.c_str()); }),
@@ -93,10 +93,10 @@ TEST_F(LanguageFile, RefusesWhatItCannotRead) {
             path);
     EXPECT_EQ(recorder.log, "");
     CLanguageFile(folder.write("C1031.lng", "\xFF\xFF=\n").c_str()).ScanFile(recorder);
-    EXPECT_EQ(recorder.log, "\xFF\xFF|\nfile end\n") << "another mark is none";
+    EXPECT_EQ(recorder.log, "\xFF\xFF|\nfile end\n") << "only FF FE is a mark";
 }
 
-TEST_F(LanguageFile, ReadsALineOfTenMegabytesAndItsEscapesInOneGo) {
+TEST_F(LanguageFile, ReadsALineOfTenMegabytesWithEscapes) {
     std::string escapes;
     std::string decoded;
     while (escapes.size() < 10'000'000) {
@@ -104,7 +104,7 @@ TEST_F(LanguageFile, ReadsALineOfTenMegabytesAndItsEscapesInOneGo) {
         decoded += "\nA\\\t\\xZZ";
     }
     CLanguageFile file(folder.write("1033.a1b2.lng", "key = " + escapes + "\nnext=line").c_str());
-    EXPECT_EQ(file.FileLanguage(), 2) << "the digits ahead of the last dot";
+    EXPECT_EQ(file.FileLanguage(), 2) << "the digits before the last dot";
     file.ScanFile(recorder);
     recorder.log.clear();
     file.ScanFile(recorder); // a file can be scanned repeatedly
@@ -119,7 +119,7 @@ TEST(LanguageFileText, DecodesEscapes) {
     EXPECT_EQ(decode_value("a\\x00b"), std::string("a\0b", 3));
 }
 
-TEST(LanguageFileText, SparesBackslashesInsideDoubleByteCharacters) {
+TEST(LanguageFileText, KeepsBackslashesInsideDoubleByteCharacters) {
     const AnsiCodepage japanese(932);
     if (!japanese) GTEST_SKIP() << "the system has another ANSI code page";
     // 0x83 0x5C is one character, whose second byte has the code of a backslash.
@@ -131,7 +131,7 @@ TEST(LanguageFileText, SparesBackslashesInsideDoubleByteCharacters) {
     EXPECT_EQ(kinds, "012010");
     for (std::size_t i = 0; i < 12; ++i)
         kinds += std::to_string(byte_kind("\x80\x81\x40\x9F\x40\xA0\xDF\xE0\x40\xFC\x40\xFD", i));
-    EXPECT_EQ(kinds.substr(6), "012120012120") << "at the ends of the lead bytes";
+    EXPECT_EQ(kinds.substr(6), "012120012120") << "at the limits of the lead bytes";
 }
 
 } // namespace eq

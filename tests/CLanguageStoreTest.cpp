@@ -121,7 +121,7 @@ TEST_F(LanguageStore, ExpandsReferences) {
     }
 }
 
-TEST_F(LanguageStore, ExpandsWideTextsAndThoseOfTheAnsiCodePageWhateverTheFileSays) {
+TEST_F(LanguageStore, ExpandsWideTextsAndAnsiTextsWithAnyCodePageOfTheFile) {
     const CLanguageStore store = storeOf("<CODEPAGE 437>\n[Module]\n\xC3\xA4 = \\x81\\xE1\n\xE4 = \\x81\\xE1\n");
     for (const UINT codepage : {65001U, 1252U}) {
         const AnsiCodepage ansi(codepage);
@@ -132,7 +132,7 @@ TEST_F(LanguageStore, ExpandsWideTextsAndThoseOfTheAnsiCodePageWhateverTheFileSa
     }
 }
 
-TEST_F(StoreInstance, AnswersForTheLibrarysOwnModuleInTheLanguageOfTheOverride) {
+TEST_F(StoreInstance, ReturnsTextsForTheLibrarysModuleInTheLanguageOfTheOverride) {
     folder.write("A1031.lng", "<CODEPAGE 1252>\n[Sample Module]\nunit = \xB5s\nempty =\n");
     folder.write("A1033.lng", "[Sample Module]\nunit = English\n");
     g_language_override = 1031;
@@ -144,11 +144,11 @@ TEST_F(StoreInstance, AnswersForTheLibrarysOwnModuleInTheLanguageOfTheOverride) 
     EXPECT_EQ(ExpandLanguageKeys(std::string("[{empty}]"), nullptr), "[{empty}]");
 
     EXPECT_STREQ(LanguageText("empty", nullptr).narrow(), "");
-    EXPECT_STREQ(LanguageText("{missing} ", nullptr).narrow(), "{missing} ") << "the key is the text of a miss";
+    EXPECT_STREQ(LanguageText("{missing} ", nullptr).narrow(), "{missing} ") << "the key replaces a missing text";
     EXPECT_EQ(LanguageText(static_cast<const char*>(nullptr), nullptr).narrow(), nullptr);
 }
 
-TEST_F(StoreInstance, GivesDisplayTextsTheKeyOfAMissAndWholeCharactersOfALongUnitWord) {
+TEST_F(StoreInstance, ShowsTheKeyOfAMissingUnitAndWholeCharactersOfALongUnit) {
     folder.write("A1033.lng", "<CODEPAGE 1252>\n[Sample Module]\nIDS_Hz = " + std::string(26, '\xE9') + "\n");
     char text[DisplayCapacity];
     writeDisplay(Parameters[5], 0.325F, text);
@@ -162,7 +162,7 @@ TEST_F(StoreInstance, GivesDisplayTextsTheKeyOfAMissAndWholeCharactersOfALongUni
     }
 }
 
-TEST_F(StoreInstance, ReportsOnceThatThereAreNoFilesAndCanBeUsedMeanwhile) {
+TEST_F(StoreInstance, ReportsOnceThatThereAreNoFilesAndCanBeUsedDuringTheReport) {
     std::wstring textMeanwhile = L"(none)";
     const MessageBoxWatch watch([&] { textMeanwhile = found(CLanguageStore::Instance(), "a"); });
     EXPECT_EQ(GetLanguageId(), 0);
@@ -172,7 +172,7 @@ TEST_F(StoreInstance, ReportsOnceThatThereAreNoFilesAndCanBeUsedMeanwhile) {
     EXPECT_EQ(textMeanwhile, L"(none)");
 }
 
-TEST_F(StoreInstance, StartsOverAfterABrokenFileAndIsMadeOnceAndFullForEveryThread) {
+TEST_F(StoreInstance, IsBuiltAgainAfterABrokenFileAndOnlyOnceForAllThreads) {
     folder.write("A1033.lng", "[Sample Module]\na = b\nfault\n");
     EXPECT_THROW(GetLanguageId(), CLanguageFile::syntax_error);
 
@@ -180,7 +180,7 @@ TEST_F(StoreInstance, StartsOverAfterABrokenFileAndIsMadeOnceAndFullForEveryThre
     for (int i = 0; i < 2000; ++i) text += "key" + std::to_string(i) + " = text\n";
     folder.write("A1033.lng", text + "last = text\n");
     onThreads(8, [](int) { EXPECT_EQ(GetLanguageString("last"), "text"); });
-    EXPECT_EQ(GetLanguageString("a"), "") << "left over from the broken file";
+    EXPECT_EQ(GetLanguageString("a"), "") << "a text of the broken file is left";
 
     folder.write("A1033.lng", "[Sample Module]\na = b\n");
     EXPECT_EQ(CLanguageStore::Instance(GetModuleHandleA(nullptr)).Find("a"), nullptr);

@@ -46,8 +46,8 @@ constexpr Layout Layouts[] = {
     {"one array for all", {0, 0}, {0, 0}},
 };
 
-/// The kinds of noise: of moderate level, of denormals, loud, or with one special value. The special value is at a
-/// place where the front of a vector kernel is complete, or where it starts or ends.
+/// The kinds of noise: of moderate level, of denormals, loud, or with one special value. The special value is in the
+/// middle of a block, or near its start or end, where a vector kernel runs only some of the bands.
 enum Sound : unsigned { Moderate, Denormal, Loud, Odd, SoundCount };
 
 Samples anySamples(std::mt19937& random, std::size_t count, unsigned sound) {
@@ -64,7 +64,7 @@ Samples anySamples(std::mt19937& random, std::size_t count, unsigned sound) {
 
 } // namespace
 
-TEST(ChannelPair, DoesWithAnyKernelWhatTwoPlainEnginesDoOneAfterTheOther) {
+TEST(ChannelPair, HasTheOutputOfTwoPlainEnginesWithEachKernel) {
     for (const BlockKernel* kernel : availableKernels()) {
         for (unsigned stream = 0; stream < 2 * std::size(Layouts) * SoundCount; ++stream) {
             const Layout& layout = Layouts[stream % std::size(Layouts)];
@@ -87,7 +87,7 @@ TEST(ChannelPair, DoesWithAnyKernelWhatTwoPlainEnginesDoOneAfterTheOther) {
                     const Values values = randomValues(random);
                     for (Stereo* stereo : {&pair, &single}) stereo->engines[channel]->setParameters(values.data());
                 }
-                // Sometimes shift the block boundaries of the second engine against those of the first.
+                // Sometimes shift the block boundaries of the second engine against the boundaries of the first engine.
                 if (call % 20 == 19)
                     for (Stereo* stereo : {&pair, &single})
                         stereo->engines[1]->process(stereo->memory.data(), stereo->memory.data(), 100, 0);

@@ -30,7 +30,7 @@ TEST(ContextException, ReportsNameThrowerPositionAndContext) {
                  "<exception not named> thrown by  [:7]");
 }
 
-TEST(ContextException, UsesTheHeapOnlyBeyond256BytesAndItsCopiesReferToNothingInIt) {
+TEST(ContextException, UsesTheHeapOnlyBeyond256BytesAndCopiesAllTexts) {
     // Without the file name, the texts need 40 bytes: three texts of one letter, a line number of one digit, and the
     // fixed parts.
     for (const std::size_t size : {256U, 257U}) {
@@ -46,13 +46,13 @@ TEST(ContextException, UsesTheHeapOnlyBeyond256BytesAndItsCopiesReferToNothingIn
     }
 }
 
-TEST(ContextException, CutsItsTextsWhenThereIsNoHeap) {
+TEST(ContextException, CutsItsTextsIfTheHeapIsExhausted) {
     const std::string context(300, 'c');
     const auto make = [&] { return ContextException("f()", context.c_str(), "file", 1, "name"); };
     const ContextException source = make();
     const ContextException cut = withoutHeap(make);
-    // Of the 256 bytes, name and thrower with their terminators take 9. The report ends at the last byte, which is also
-    // the empty context.
+    // The name and the thrower, with their terminators, use 9 of the 256 bytes. The report uses the rest. The
+    // terminator of the report is also the empty context.
     EXPECT_EQ(cut.what(), std::string(source.what()).substr(0, 255 - 9));
     EXPECT_STREQ(cut.context(), "");
     EXPECT_STREQ(withoutHeap([&] { return ContextException(source); }).what(), "");
@@ -62,7 +62,7 @@ TEST(ContextException, CutsItsTextsWhenThereIsNoHeap) {
     EXPECT_STREQ(withoutHeap(call).what(), "name thrown by f() [file:1] with context\nCall()");
 }
 
-TEST(SystemErrorText, GivesTheSystemsWordsOrTheFallbackToEachThreadItsOwn) {
+TEST(SystemErrorText, ReturnsTheSystemsTextOrTheFallbackSeparatelyForEachThread) {
     EXPECT_STREQ(SystemErrorText(NoSuchCode, "fallback"), "fallback");
     const std::string words = SystemErrorText(2, nullptr);
     EXPECT_TRUE(words.size() > 2 && words.ends_with("\r\n")) << words;

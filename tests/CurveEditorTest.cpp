@@ -9,22 +9,22 @@
 #include <map>
 #include <sstream>
 
-// The Linux editor as its user meets it, in a window of editor-host: xdotool moves the pointer and presses keys, and
-// the host prints the values that it receives.
+// Tests the Linux editor in a window of editor-host. xdotool moves the pointer and presses keys, and the host prints
+// the values that it receives.
 
 namespace eq {
 
 namespace {
 
-/// A window of the default size has its nodes of the default frequencies here, at 0 dB. 751 pixels are the three
-/// decades of the axis, and 404 pixels are 24 dB.
+/// Moves the pointer to the node of band 2 at its default values, in a window of the default size. In this window, the
+/// three decades of the frequency axis have 751 pixels, and 24 dB have 404 pixels.
 constexpr const char* Node2 = "mousemove 302 214 ";
 constexpr double Decades = 751.0;
 constexpr double DecibelsPerPixel = 24.0 / 404.0;
 
 using Values = std::map<int, double>;
 
-/// The normalised values of the parameters' scales.
+/// Each function returns the normalised value of a parameter for a value in dB or Hz, or for a Q.
 double gain(double decibels) {
     return 0.5 - decibels / 20.0;
 }
@@ -51,7 +51,8 @@ public:
         EXPECT_TRUE(isShown) << said();
     }
 
-    /// Runs xdotool for each command. Semicolons separate them. Keys are pressed when the editor has the keyboard.
+    /// Runs xdotool for each command. Semicolons separate the commands. Before keys, waits until the editor has the
+    /// keyboard focus.
     void act(const std::string& commands) const {
         std::istringstream stream(commands);
         for (std::string command; std::getline(stream, command, ';');) {
@@ -65,7 +66,7 @@ public:
         text << std::ifstream(log).rdbuf();
         return text.str();
     }
-    /// The last value of each parameter that the host received.
+    /// Returns the last value that the host received for each parameter.
     [[nodiscard]] Values received() const {
         Values values;
         std::istringstream lines(said());
@@ -101,7 +102,7 @@ struct Gesture {
     const char* environment = "";
 };
 
-// Each row starts anew, with the first node in focus.
+// Each row starts a new host, in which the first node has the focus.
 const std::string TakeKeyboard = "mousemove 400 60 click 1;";
 const std::string EditFrequency1 = "mousemove 60 473 click 1;";
 const std::string EditGain1 = "mousemove 125 473 click 1;";
@@ -158,7 +159,7 @@ const Gesture Gestures[] = {
     {"a click elsewhere takes a number", EditGain1 + "type 3;" + TakeKeyboard, {{5, gain(3)}}},
 };
 
-TEST(CurveEditor, SendsTheHostEachGesture) {
+TEST(CurveEditor, SendsTheValuesOfEachGestureToTheHost) {
     const XServer server;
     for (const Gesture& gesture : Gestures) {
         SCOPED_TRACE(gesture.name);
@@ -183,7 +184,7 @@ TEST(CurveEditor, LeavesOtherKeysToTheHost) {
     EXPECT_TRUE(comesTrue([&] { return keys() == " 38 65 37 39"; })) << keys(); // a, space, Control, s
 }
 
-TEST(CurveEditor, FollowsAutomationWithoutTouchingAParameter) {
+TEST(CurveEditor, FollowsAutomationWithoutChangingAParameter) {
     const XServer server;
     const HostProcess host("--sweep 5 --seconds 2 --screenshot '" + TemporaryFolder().path("no such folder/x") + "'");
     EXPECT_TRUE(comesTrue([&] { return host.said().find("cannot be written") != std::string::npos; }));

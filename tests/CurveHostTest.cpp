@@ -10,7 +10,7 @@
 
 #include <malloc.h>
 
-// Bad hosts of the Linux editor.
+// Calls the Linux editor as badly behaved hosts do.
 
 namespace eq {
 
@@ -45,7 +45,7 @@ class CurveHost : public testing::Test {
 protected:
     ~CurveHost() override { onAutomate = nullptr; }
 
-    /// Drags the node of band 2 from 0 to +6 dB, and idles until the host receives that.
+    /// Drags the node of band 2 from 0 to +6 dB, and calls idle until the host receives the change.
     void drag(const HostedEffect& effect) {
         effect.set(6, 0.5F);
         effect.dispatch(effEditIdle);
@@ -64,7 +64,7 @@ protected:
     const xcb_window_t window = client.makeWindow(900, 500);
 };
 
-TEST_F(CurveHost, CallsInAnyOrder) {
+TEST_F(CurveHost, MayCallTheEditorInAnyOrder) {
     const HostedEffect effect(makeEffect());
     ERect* size = nullptr;
     EXPECT_EQ(effect.dispatch(effEditGetRect, &size), 1);
@@ -82,7 +82,7 @@ TEST_F(CurveHost, CallsInAnyOrder) {
     effect.dispatch(effEditIdle);
 }
 
-TEST_F(CurveHost, DestroysTheWindowOrTheEffectFirst) {
+TEST_F(CurveHost, MayDestroyTheWindowOrTheEffectFirst) {
     const HostedEffect effect(makeEffect());
     const xcb_window_t other = client.makeWindow(900, 500);
     {
@@ -101,10 +101,10 @@ TEST_F(CurveHost, DestroysTheWindowOrTheEffectFirst) {
     effect.dispatch(effEditClose);
     EXPECT_EQ(openIn(effect, other), 1);
     effect.dispatch(effEditIdle);
-    client.destroy(other); // and never closes the editor
+    client.destroy(other); // the host never closes the editor
 }
 
-TEST_F(CurveHost, CallsTheEditorFromItsCallback) {
+TEST_F(CurveHost, MayCallTheEditorFromItsCallback) {
     const HostedEffect effect(makeEffect());
     ASSERT_EQ(openIn(effect, window), 1);
     intptr reopened = -1;
@@ -118,12 +118,12 @@ TEST_F(CurveHost, CallsTheEditorFromItsCallback) {
     EXPECT_EQ(automations, 1);
     EXPECT_EQ(reopened, 0);
     EXPECT_NEAR(effect.get(6), 0.2F, 0.001F);
-    EXPECT_TRUE(client.children(window).empty()); // closed when the call of idle ended
+    EXPECT_TRUE(client.children(window).empty()); // the editor was closed when idle ended
     onAutomate = nullptr;
     EXPECT_EQ(openIn(effect, window), 1);
 }
 
-TEST_F(CurveHost, LivesOnWithoutADisplay) {
+TEST_F(CurveHost, ContinuesAfterTheLossOfTheDisplay) {
     const HostedEffect effect(makeEffect());
     const HostedEffect second(makeEffect());
     ASSERT_TRUE(openIn(effect, window) == 1 && openIn(second, window) == 1);
@@ -137,10 +137,10 @@ TEST_F(CurveHost, LivesOnWithoutADisplay) {
     ERect* size = nullptr;
     EXPECT_EQ(effect.dispatch(effEditGetRect, &size), 1);
     EXPECT_TRUE(size && size->right == 900 && size->bottom == 500);
-    second.dispatch(effEditClose); // without an idle call since
+    second.dispatch(effEditClose); // without an idle call after the loss of the server
 }
 
-TEST_F(CurveHost, OpensAThousandTimesWithoutALeak) {
+TEST_F(CurveHost, MayOpenTheEditorAThousandTimesWithoutALeak) {
     const HostedEffect effect(makeEffect());
     const auto cycles = [&](int count) {
         for (int i = 0; i < count; ++i) {
@@ -150,14 +150,14 @@ TEST_F(CurveHost, OpensAThousandTimesWithoutALeak) {
             effect.dispatch(effEditClose);
         }
     };
-    cycles(100); // caches of fonts fill
+    cycles(100); // fills the caches of fonts
     const std::size_t descriptors = openDescriptors();
     [[maybe_unused]] const std::size_t memory = mallinfo2().uordblks;
     cycles(1000);
     EXPECT_EQ(openDescriptors(), descriptors);
     EXPECT_TRUE(client.children(window).empty());
-#ifndef __SANITIZE_ADDRESS__                           // which finds leaks itself
-    EXPECT_LT(mallinfo2().uordblks, memory + 100'000); // 100 bytes per cycle
+#ifndef __SANITIZE_ADDRESS__                           // AddressSanitizer finds leaks itself
+    EXPECT_LT(mallinfo2().uordblks, memory + 100'000); // at most 100 bytes per cycle
 #endif
 }
 
@@ -173,7 +173,7 @@ TEST(CurveHostWithoutModule, HasNoEditor) {
         return effect.record->flags & effFlagsHasEditor;
     };
     EXPECT_EQ(flagsOf(folder.path("Parametric Equalizer.so")), 0);
-    // A file that is no module: the effect finds that out when the editor is opened.
+    // The effect detects a file that is no module only when the host opens the editor.
     folder.write("Parametric Equalizer.editor", "no module");
     EXPECT_EQ(flagsOf(folder.path("Parametric Equalizer.so")), effFlagsHasEditor);
 }

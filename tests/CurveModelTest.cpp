@@ -13,7 +13,7 @@
 #include <complex>
 #include <numbers>
 
-// The editor without a screen. Gestures as a user makes them are in CurveEditorTest.cpp.
+// Tests the editor without a screen. CurveEditorTest.cpp tests the user's gestures.
 
 namespace eq {
 
@@ -21,13 +21,13 @@ namespace {
 
 constexpr FieldNeeds Needs = {FieldNeed{60, 60}, FieldNeed{50, 70}, FieldNeed{60, 30}, FieldNeed{30, 60}};
 
-TEST(ResponseCurves, AreTheEnginesOwn) {
+TEST(ResponseCurves, EqualTheResponseOfTheEngine) {
     const Values values = {-3, 60, 500, 4000, 15000, 9, -7, 5, -10, 1, 2.5F, 10, 5};
     for (const double rate : {44100.0, 96000.0}) {
         FourBandEqualizer engine(rate);
         Samples impulse(1 << 17, 0.0F);
         engine.setParameters(values.data());
-        engine.process(impulse.data(), impulse.data(), 2 * BlockSize, FourBandEqualizer::Process); // settles
+        engine.process(impulse.data(), impulse.data(), 2 * BlockSize, FourBandEqualizer::Process); // fades in
         std::ranges::fill(impulse, 0.0F);
         impulse[0] = 1.0F;
         engine.process(impulse.data(), impulse.data(), static_cast<int>(impulse.size()), FourBandEqualizer::Process);
@@ -99,7 +99,7 @@ TEST(EditorGeometry, FindsTheFocusedOrElseTheNearestNode) {
     EXPECT_EQ(geometry.at(q.x, q.y, model, {}), fieldTarget(12));
 }
 
-TEST(EditorTexts, ReadsWhatItShowsAndWhatUsersType) {
+TEST(EditorTexts, ReadsItsDisplayTextsAndTypedTexts) {
     struct Row {
         int parameter;
         const char* text;
@@ -144,7 +144,7 @@ TEST(EditorTexts, ShowsTheEffectsDisplayTexts) {
         for (int step = -7; step < 20; ++step) {
             const float p = static_cast<float>(step) * 0.07F;
             char shown[DisplayCapacity];
-            writeDisplay(Parameters[i], p, shown); // without language files, a unit is shown by its key
+            writeDisplay(Parameters[i], p, shown); // without language files, the text of a unit is its key
             EXPECT_EQ(texts.display(i, p), shown);
         }
     }
@@ -164,7 +164,7 @@ TEST(TextEntry, EditsWholeCharacters) {
     EXPECT_EQ(entry.text, "20 ±"); // too long
 }
 
-/// The editor of a window of the default size.
+/// The state and the controls of an editor in a window of the default size.
 class CurveModel : public testing::Test {
 protected:
     CurveModel() { state.geometry.layout = layoutOf(900, 500, 1, Needs, false); }
@@ -178,7 +178,7 @@ protected:
     PointerControl pointer{state};
 };
 
-TEST_F(CurveModel, TakesBackADragOrARunOfStepsAsOneChange) {
+TEST_F(CurveModel, UndoesADragOrARunOfStepsAsOneChange) {
     const NormalisedParameters before = port.values;
     pointer.press({52, 214, false, false, 0});
     for (int i = 1; i <= 30; ++i) pointer.move({52 + 2 * i, 214 - i, false, false, 0});
@@ -195,13 +195,13 @@ TEST_F(CurveModel, TakesBackADragOrARunOfStepsAsOneChange) {
     press(EditorKey::Undo);
     EXPECT_EQ(port.values, dragged);
     press(EditorKey::Undo);
-    press(EditorKey::Undo); // there is nothing left
+    press(EditorKey::Undo); // nothing is left to undo
     EXPECT_EQ(port.values, before);
     EXPECT_EQ(port.openGestures, 0);
     EXPECT_FALSE(port.isSetOutsideGesture);
 }
 
-TEST_F(CurveModel, IgnoresTheTremblingOfAClickAndReturnsFromBeyondTheRange) {
+TEST_F(CurveModel, IgnoresSmallMovesInAClickAndLimitsADragToTheRange) {
     pointer.press({52, 214, false, false, 0});
     pointer.move({54, 213, false, false, 0});
     pointer.release();
@@ -214,7 +214,7 @@ TEST_F(CurveModel, IgnoresTheTremblingOfAClickAndReturnsFromBeyondTheRange) {
     EXPECT_NEAR(port.values[5], 0.5F, 1e-6F);
 }
 
-TEST_F(CurveModel, LeavesAnUnchangedTextAndAnUnreadableOneWithoutEffect) {
+TEST_F(CurveModel, IgnoresAnUnchangedTextAndAnUnreadableText) {
     port.values[1] = 0.12345F; // the text is a rounded value
     model.refresh();
     state.openEntry(1);
@@ -233,7 +233,7 @@ TEST_F(CurveModel, LeavesAnUnchangedTextAndAnUnreadableOneWithoutEffect) {
     }
 }
 
-TEST(EditorTarget, TabVisitsTheBypassOnlyWhereThereIsOne) {
+TEST(EditorTarget, TabVisitsTheBypassOnlyIfThereIsABypass) {
     EXPECT_EQ(nextFocus(VolumeTarget, false, false), nodeTarget(0));
     EXPECT_EQ(nextFocus(VolumeTarget, false, true), BypassTarget);
     EXPECT_EQ(nextFocus(BypassTarget, false, true), nodeTarget(0));
@@ -241,7 +241,7 @@ TEST(EditorTarget, TabVisitsTheBypassOnlyWhereThereIsOne) {
     EXPECT_EQ(nextFocus(nodeTarget(0), true, false), VolumeTarget);
 }
 
-TEST(DisplayScale, IsTheResolutionOfTheFonts) {
+TEST(DisplayScale, FollowsTheResolutionOfTheFonts) {
     EXPECT_EQ(displayScaleOf("Xft.antialias:\t1\nXft.dpi:\t192\nXcursor.size:\t24\n"), 2.0);
     for (const char* const text : {"", "Xft.dpi:\t", "Xft.dpi: -5", "Xft.dpiX: 192", "x.Xft.dpi: 192"})
         EXPECT_EQ(displayScaleOf(text), 1.0) << text;

@@ -48,8 +48,8 @@ void changeSomething(Editor& editor, std::mt19937& random) {
     }
 }
 
-// The rectangles that `paint` returns hold all that has changed, and what it leaves is what a whole picture has.
-TEST(CurvePicture, DrawnInPartsIsTheSameAsDrawnWhole) {
+// The rectangles that `paint` returns must contain all changes, and the picture must equal a newly painted picture.
+TEST(CurvePicture, IsTheSameWhetherPaintedInPartsOrCompletely) {
     std::mt19937 random(21);
     Editor editor;
     ASSERT_TRUE(editor.painter.resize(editor.state, 480, 300));
@@ -75,8 +75,8 @@ TEST(CurvePicture, DrawnInPartsIsTheSameAsDrawnWhole) {
     EXPECT_GT(partial, 200U);
 }
 
-// A window of any size, a character that no font has, and values out of range.
-TEST(CurvePicture, OfOddInputIsDrawn) {
+// The input has extreme sizes of the window, a character that no font has, and values out of range.
+TEST(CurvePicture, IsPaintedForExtremeInput) {
     Editor editor;
     editor.port.texts["IDD_Options_Freq"] = "\xF3\xB0\x80\x80\xE0\xA4\x95";
     editor.port.values = {-3, 7, -7, NAN, 2, 5, -5, NAN, 0, 9, -9, NAN, 0};

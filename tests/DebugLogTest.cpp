@@ -29,7 +29,7 @@ void print(int target, const char* format, Arguments... arguments) {
 
 } // namespace
 
-TEST(DebugLog, SendsAtMost255CharactersToTheSelectedTargetAlone) {
+TEST(DebugLog, SendsAtMost255CharactersToTheSelectedTargetOnly) {
     EXPECT_EQ(*DebugOutputTargetRef(), 1);
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
@@ -40,7 +40,7 @@ TEST(DebugLog, SendsAtMost255CharactersToTheSelectedTargetAlone) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "-2|");
 }
 
-TEST(DebugLog, WritesToTheFileStreamAndDropsWhatThatThrows) {
+TEST(DebugLog, WritesToTheFileStreamAndDropsItsExceptions) {
     const TemporaryFolder folder;
     std::ofstream& stream = DebugFileStream();
     stream.exceptions(std::ios::badbit | std::ios::failbit);
@@ -55,7 +55,7 @@ TEST(DebugLog, WritesToTheFileStreamAndDropsWhatThatThrows) {
     stream.exceptions(std::ios::goodbit);
 }
 
-TEST(SharedSecurityAttributes, GiveEverybodyAllAccess) {
+TEST(SharedSecurityAttributes, AllowAllAccessToAllUsers) {
     const SECURITY_ATTRIBUTES* const attributes = SharedSecurityAttributes();
     ASSERT_NE(attributes, nullptr);
     EXPECT_EQ(attributes->nLength, sizeof *attributes);
@@ -71,7 +71,7 @@ TEST(DebugLog, SendsToTheDebugger) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "x\n");
 }
 
-TEST(DebugLog, SendsToASerialPortOnceItIsThereAndKeepsTheTextsOfThreadsApart) {
+TEST(DebugLog, SendsToASerialPortWhenItExistsAndDoesNotMixTheTextsOfThreads) {
     for (const int number : {1, 2, 3, 4}) {
         SCOPED_TRACE(number);
         // A pseudo-terminal acts as the port.

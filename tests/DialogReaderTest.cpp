@@ -34,11 +34,11 @@ TemplateBuilder dialogWithFont(bool extended, DWORD style, unsigned points, Text
 
 } // namespace
 
-TEST(PrepareDialogResource, ExpandsCaptionAndTitlesAndNothingElse) {
+TEST(PrepareDialogResource, ExpandsOnlyTheCaptionAndTheTitles) {
     for (const bool extended : {false, true}) {
         TemplateBuilder unknown = dialog(extended, u"{", u"{T_Empty}", u"{T_Unknown}");
         EXPECT_EQ(statusOf(PrepareDialogResource, unknown.bytes("\xFF")), PrepUnchanged)
-            << "what lies behind makes no difference";
+            << "bytes after the template make no difference";
         // A title that shrinks by an odd number of units moves the padding.
         EXPECT_TRUE(replaces(PrepareDialogResource,
                              dialog(extended, u"{T_Long}", u"{t_short}, {T_Two}", u"{T_Unknown}"),
@@ -54,13 +54,13 @@ TEST(PrepareDialogResource, RefusesAnItemBeyondItsRange) {
     }
 }
 
-TEST(PrepareDialogResource, PutsTheSystemsFontInPlaceOfMsShellDlgAlone) {
+TEST(PrepareDialogResource, ReplacesOnlyMsShellDlgByTheSystemsFont) {
     std::wstring face;
     std::uint16_t points = 0;
     SystemDialogFont(face, points);
 #ifndef _WIN32
     EXPECT_EQ(face, L"Tahoma");
-    EXPECT_EQ(points, 8) << "11 of 96 dots an inch";
+    EXPECT_EQ(points, 8) << "11 pixels at 96 dots per inch";
 #endif
     for (const auto& [extended, style] : {std::pair{false, 0x40U}, {true, 0x08U}, {true, 0x40U}, {true, 0x48U}}) {
         EXPECT_TRUE(replaces(PrepareDialogResource, dialogWithFont(extended, style, 7, u"ms shell DLG"),

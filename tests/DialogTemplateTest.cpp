@@ -9,8 +9,8 @@
 namespace eq {
 
 // The fingerprint was computed from a template that was written by hand from the dialog's layout, not from the output
-// of a resource compiler. A different fingerprint shows that the dialog has changed, but not what has changed.
-TEST(DialogTemplate, StandsInTheLibraryAsItIsLaidOut) {
+// of a resource compiler. A different fingerprint shows that the dialog has changed, but not which part of it.
+TEST(DialogTemplate, IsInTheLibraryWithItsLayout) {
     constexpr std::size_t Size = 3138;
     std::ifstream file(EQ_DIALOG_HOLDER, std::ios::binary);
     const std::string library{std::istreambuf_iterator<char>(file), {}};

@@ -116,7 +116,7 @@ TEST(Dispatcher, CallsOneOperationForEachOpcode) {
     EXPECT_EQ(answer(-1, 3, 1) + answer(INT32_MIN, 3, 1) + answer(INT32_MAX, 3, 1), "=0=0=0");
 }
 
-TEST(Dispatcher, TakesNumbersAsOnAndOff) {
+TEST(Dispatcher, ConvertsNumbersToOnAndOff) {
     EXPECT_EQ(answer(effSetProgram, 0, 2), "=0"); // there are two programs
     EXPECT_EQ(answer(effSetProgram, 0, -5), "setProgram -5=0");
     EXPECT_EQ(answer(effMainsChanged, 0, 0), "suspend=0");

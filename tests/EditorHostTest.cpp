@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <string>
 
-// Runs editor-host as a user does: in a process of its own, whose window receives key presses.
+// Runs editor-host in a separate process, whose window receives key presses.
 
 namespace eq {
 
@@ -57,7 +57,7 @@ protected:
         CloseHandle(process.hProcess);
     }
 
-    /// Returns the process's window, or null.
+    /// Returns the visible window of the process, or null.
     [[nodiscard]] HWND find() const {
         for (HWND found = nullptr; (found = FindWindowExW(nullptr, found, L"EditorHost", nullptr)) != nullptr;) {
             DWORD owner = 0;
@@ -75,7 +75,7 @@ protected:
     HWND window = nullptr;
 };
 
-TEST_F(EditorHost, GivesTheKeysToTheDialogFromTheStartAndAfterAChangeOfWindows) {
+TEST_F(EditorHost, PassesKeysToTheDialogFromTheStartAndAfterAChangeOfWindows) {
     ASSERT_TRUE(becomesActive(window));
     press(VK_DOWN);
     EXPECT_TRUE(comesTo(QOfBand1, 26));

@@ -12,7 +12,7 @@ namespace eq {
 
 namespace {
 
-/// Runs with many files. Each file has one constant sample value, so that no file can be taken for another.
+/// Runs `equalize` with many files. All samples of a file have the same value, by which a test identifies the output.
 class EqualizeBatch : public CommandTest {
 protected:
     EqualizeBatch() : CommandTest(EQ_EQUALIZE_PATH) {}
@@ -42,7 +42,7 @@ protected:
     }
 };
 
-TEST_F(EqualizeBatch, EqualizesEachFileIntoItsOwnPlaceAndGoesOnAfterAFailure) {
+TEST_F(EqualizeBatch, WritesAnOutputForEachInputAndContinuesAfterAFailure) {
     for (int i = 1; i <= 40; ++i)
         writeSound((i % 2 == 0 ? "in/even/" : "in/") + std::to_string(i) + ".wav", static_cast<float>(i) / 100.0F);
     folder.write("in/1 bad.wav", "no sound");
@@ -60,7 +60,7 @@ TEST_F(EqualizeBatch, EqualizesEachFileIntoItsOwnPlaceAndGoesOnAfterAFailure) {
     expectRun("--output-dir in/out in/even/2.wav in/missing.wav", 1, "in/missing.wav: No such file");
 }
 
-TEST_F(EqualizeBatch, WritesNothingThatItMustNotReplaceOrOnlyPlans) {
+TEST_F(EqualizeBatch, WritesNothingInADryRunAndReplacesNoProtectedFile) {
     writeSound("a.wav", 0.1F);
     writeSound("a-x.wav", 0.2F);
     writeSound("b/a.wav", 0.3F);
@@ -95,7 +95,7 @@ TEST_F(EqualizeBatch, WritesNothingThatItMustNotReplaceOrOnlyPlans) {
 
 class EqualizeHabits : public EqualizeBatch {};
 
-TEST_F(EqualizeHabits, ReadsValuesWithUnitsAndTheLaterOfTwoAndNoEmptyOne) {
+TEST_F(EqualizeHabits, AcceptsUnitsPrefersTheLaterOptionAndRefusesEmptyValues) {
     writeSound("48.wav", 0.5F, 48000);
     folder.write("p", "\xEF\xBB\xBF"
                       "volume = 3 dB\nband1.freq = 1.2 kHz\n");
@@ -124,13 +124,13 @@ TEST_F(EqualizeHabits, ReadsValuesWithUnitsAndTheLaterOfTwoAndNoEmptyOne) {
     for (std::string line; std::getline(help, line);) EXPECT_LE(line.size(), 80U) << line;
 }
 
-TEST_F(EqualizeHabits, NamesTheLanguageFileThatKeepsTheLibraryFromLoading) {
+TEST_F(EqualizeHabits, NamesTheBrokenLanguageFileIfTheLibraryDoesNotLoad) {
     std::filesystem::copy_file(EQ_LIBRARY_PATH, path("library.so"));
     folder.write("Equalizer1033.lng", "[Shared]\nIDS_DB\n");
     expectRun("--plugin library.so --list", 1, "Equalizer1033.lng:2: equal (=) expected");
 }
 
-TEST_F(EqualizeHabits, ShowsItsProgressInTwentyColumnsWithoutEscapeSequences) {
+TEST_F(EqualizeHabits, ShowsProgressInTwentyColumnsWithoutEscapeSequences) {
     for (int i = 1; i <= 9; ++i) writeSound(std::to_string(i) + ".wav", 0.1F);
     program = "/usr/bin/script";
     const std::string shown =
@@ -143,7 +143,7 @@ TEST_F(EqualizeHabits, ShowsItsProgressInTwentyColumnsWithoutEscapeSequences) {
         EXPECT_TRUE(line.size() < 20 || line.starts_with("equalize: ")) << line;
 }
 
-TEST_F(EqualizeHabits, BringsThePeakToALevelAndClipsNothing) {
+TEST_F(EqualizeHabits, NormalizesThePeakWithoutClipping) {
     const auto levels = [this](const std::string& options, const char* output = "out.wav") {
         expectRun("in.wav " + std::string(output) + " " + options, 0, "");
         SndfileHandle file(path(output));
@@ -156,7 +156,7 @@ TEST_F(EqualizeHabits, BringsThePeakToALevelAndClipsNothing) {
     EXPECT_EQ(levels("--headroom"), (std::vector<float>{1.0F, -0.25F, 0.0F}));
     EXPECT_EQ(levels("--headroom --volume -12"), levels("--volume -12"));
     EXPECT_FLOAT_EQ(levels("--normalize -20 --normalize -6.0206dB --volume 5")[0], 0.5F);
-    // 24 bits: the highest sample that does not clip, with and without noise.
+    // The highest sample of 24 bits is one step below 1. With --dither, the highest sample must not clip, either.
     EXPECT_EQ(levels("--normalize 0", "out.flac")[0], 1.0F - 0x1p-23F);
     expectRun("in.wav out.flac --normalize 0 --dither", 0, "gain applied: -4.08 dB\nequalize: in.wav ->");
     SndfileHandle(path("in.wav"), SFM_WRITE, SF_FORMAT_WAV | SF_FORMAT_FLOAT, 1, 44100)
@@ -165,16 +165,16 @@ TEST_F(EqualizeHabits, BringsThePeakToALevelAndClipsNothing) {
     expectRun("in.wav out.flac --normalize 1", 2, "-100 to 0 dB");
 }
 
-TEST_F(EqualizeHabits, DithersWithTriangularNoiseThatIsTheSameInEachRun) {
+TEST_F(EqualizeHabits, DithersWithTheSameTriangularNoiseInEachRun) {
     constexpr std::size_t Count = 200000;
     const std::vector<float> constant(Count, 0.25F * 0x1p-15F);
     SndfileHandle(path("in.wav"), SFM_WRITE, SF_FORMAT_WAV | SF_FORMAT_FLOAT, 1, 44100).write(constant.data(), Count);
     expectRun("in.wav out.flac", 0, "");
-    // The only sample format of this file is one of 16 bits.
     for (const char* const name : {"a.wav", "b.wav"})
         expectRun("in.wav " + std::string(name) + " --dither --block " + (name[0] == 'a' ? "1000" : "77"), 0,
                   "--dither has no effect on WAV");
     EXPECT_EQ(contents("a.wav"), contents("b.wav"));
+    // The samples of these VOC files have 16 bits.
     for (const char* const name : {"a.voc", "b.voc"}) expectRun("in.wav " + std::string(name) + " --dither", 0, "");
     EXPECT_EQ(contents("a.voc"), contents("b.voc"));
     SndfileHandle file(path("a.voc"));
@@ -188,7 +188,7 @@ TEST_F(EqualizeHabits, DithersWithTriangularNoiseThatIsTheSameInEachRun) {
         sum += steps;
         squares += (steps - 0.25) * (steps - 0.25);
     }
-    // The mean is kept, and the variance of the whole error is 1/4 whatever the sound.
+    // Triangular dither keeps the mean. The variance of the total error is 1/4 of a squared step for every sound.
     EXPECT_NEAR(sum / Count, 0.25, 0.005);
     EXPECT_NEAR(squares / Count, 0.25, 0.005);
 }

@@ -16,7 +16,7 @@ namespace eq {
 
 namespace {
 
-TEST_F(EqualizeCommand, GivesBackTheInputAtTheVolumeFromTheFirstSampleOnWhateverTheBlock) {
+TEST_F(EqualizeCommand, AppliesTheVolumeFromTheFirstSampleWithAnyBlockSize) {
     for (const auto& [channels, frames, block] : {std::tuple(1, 0U, "8192"), {2, 1U, "1"}, {3, 20000U, "1000"}}) {
         Sound sound = noise(96000, channels, frames);
         writeSound("in.wav", sound);
@@ -33,15 +33,15 @@ TEST_F(EqualizeCommand, GivesBackTheInputAtTheVolumeFromTheFirstSampleOnWhatever
     }
 }
 
-TEST_F(EqualizeCommand, HasTheResponseThatWasAskedForAtEveryRate) {
-    // A rate and options, the decibels at frequencies (at each peak, on its shoulder, and apart), a note on the rate.
+TEST_F(EqualizeCommand, HasTheRequestedResponseAtEachRate) {
+    // Rate, options, expected decibels by frequency (at a peak, near it, and far from it), expected note on the rate.
     const std::tuple<int, const char*, std::map<double, double>, std::string> rows[] = {
         {96000,
          "--band 1:freq=60,gain=3,q=1 --band 2:freq=999,gain=-2,q=1 --band 2:freq=700,q=4",
          {{60, 2.999}, {100, 1.657}, {700, -1.968}, {800, -1.021}, {15000, 0}},
          "96000 Hz file: frequencies are scaled by 44100/96000"},
         {96000, "--no-rate-correction --band 1:gain=8", {{43.54, 8}, {50, 4.492}}, "not corrected"},
-        // Normalised values are for the effect as it stands, and override the others.
+        // Normalised values are not corrected for the rate, and override the other settings.
         {48000, "--set 2=0.5 --set 6=0 --set 10=1 --set 0=0.75 --volume 3", {{688.4, 4}, {900, 3.006}}, ""},
         {44100, "--band 1:gain=4", {{20, 4}, {22, 2.531}, {1000, 0}}, ""},
     };
@@ -78,7 +78,7 @@ TEST_F(EqualizeCommand, KeepsTheFormatUnlessTheExtensionNamesAnother) {
     }
 }
 
-TEST_F(EqualizeCommand, RoundsAndLimitsWhatGoesIntoWholeNumbersAndTellsOfIt) {
+TEST_F(EqualizeCommand, RoundsAndClipsIntegerSamplesAndReportsTheClipping) {
     constexpr float Step = 0x1p-23F;
     constexpr float NaN = std::numeric_limits<float>::quiet_NaN();
     writeSound("in.wav", {44100, 1, {1.0F, -1.0F, 1.5F, 0.6F * Step, 0.4F * Step, -0.6F * Step, -0.4F * Step, NaN}});
@@ -101,7 +101,7 @@ TEST_F(EqualizeCommand, ReplacesItsOwnInputAndKeepsPermissionsAndLinks) {
     EXPECT_EQ(files().size(), 3U);
 }
 
-TEST_F(EqualizeCommand, WritesACompleteFileIntoAPipeAndTakesAHeaderThatLeavesItsLengthOpen) {
+TEST_F(EqualizeCommand, WritesACompleteFileIntoAPipeAndReadsAHeaderWithoutALength) {
     writeSound("in.wav", noise(44100, 1, 3000, Pcm16));
     const std::vector<float> expected = readSound("in.wav").samples;
     std::string bytes = contents("in.wav");
@@ -113,14 +113,14 @@ TEST_F(EqualizeCommand, WritesACompleteFileIntoAPipeAndTakesAHeaderThatLeavesIts
     EXPECT_EQ(equalize("--quiet"), "");
 }
 
-TEST_F(EqualizeCommand, LosesNothingAndLeavesNothingWhenInputOrOutputIsBad) {
+TEST_F(EqualizeCommand, KeepsAllFilesWhenTheInputOrTheOutputFails) {
     writeSound("in.wav", noise(44100, 2, 300, Pcm16));
     folder.write("out.wav", "This is not sound, whatever its name says.\n");
     const std::tuple<std::string, int, const char*> cutFiles[] = {
         {"cut.wav", SF_FORMAT_WAV, "ends early: 328 of 1200 bytes"}, // the title follows the sound
         {"cut.rf64", SF_FORMAT_RF64, "ends early: 328 of 1200 bytes"},
         {"cut.w64", SF_FORMAT_W64, "ends early"},
-        {"cut.aiff", SF_FORMAT_AIFF, "ends early"}, // the title is a chunk of odd length in front of the sound
+        {"cut.aiff", SF_FORMAT_AIFF, "ends early"}, // the title precedes the sound, in a chunk of odd length
         {"cut.au", SF_FORMAT_AU, "ends early: 300 of 1200 bytes"},
         {"cut.flac", SF_FORMAT_FLAC, "of 300 frames could be read"},
     };
@@ -144,8 +144,8 @@ TEST_F(EqualizeCommand, LosesNothingAndLeavesNothingWhenInputOrOutputIsBad) {
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
 }
 
-// On its own, so that tests/coverage can leave it out: a program that counts could not write its counts either. The
-// limits, in blocks of 512 bytes, are met in the middle, and while a coder is flushed.
+// tests/coverage leaves this test out, because the limits would also keep the program from writing its coverage counts.
+// The limits are in blocks of 512 bytes. The output reaches a limit in the middle, or while an encoder is flushed.
 TEST_F(EqualizeCommand, LosesNothingWhenNoFileCanGrow) {
     writeSound("in.wav", noise(44100, 2, 300, Pcm16));
     folder.write("out.wav", "old");
@@ -158,11 +158,11 @@ TEST_F(EqualizeCommand, RemovesItsTemporaryFileWhenASignalEndsIt) {
     writeSound("in.wav", noise(44100, 1, 100));
     ASSERT_EQ(mkfifo(path("pipe.wav").c_str(), 0600), 0);
     for (const auto& [name, number] : {std::pair<std::string, int>("TERM", 15), {"INT", 2}}) {
-        // The command waits for the rest of the sound, which does not come.
+        // The command waits for the rest of the sound, which never arrives.
         const std::string feed = "{ { head -c -40 in.wav; for try in $(seq 1000); do ls .unfinished* >&2 && kill -" +
                                  name + " $$ && break; sleep 0.01; done; } > pipe.wav; } > /dev/null 2>&1 &";
         EXPECT_EQ(run("pipe.wav out.wav", feed).exitCode, 128 + number);
-        EXPECT_EQ(files().size(), 2U) << "beside the two files in front";
+        EXPECT_EQ(files().size(), 2U) << "a temporary file is left";
     }
 }
 
@@ -173,7 +173,7 @@ TEST_F(EqualizeCommand, NeedsNoMoreMemoryForALongFile) {
 }
 #endif
 
-TEST_F(EqualizeCommand, RefusesBadUsageAndTellsWhatWouldBeRight) {
+TEST_F(EqualizeCommand, RefusesBadUsageAndNamesTheAcceptedValues) {
     writeSound("in.wav", noise(48000, 1, 100));
     const std::pair<const char*, const char*> rows[] = {
         {"", "INPUT and OUTPUT are missing"},
@@ -203,15 +203,15 @@ TEST_F(EqualizeCommand, FindsAFactoryPresetUnlessAFileHasItsName) {
     EXPECT_EQ(fromFactory, equalized("--band 1:freq=60,gain=-10,q=10 --band 2:freq=120,gain=-10,q=10 "
                                      "--band 3:freq=180,gain=-10,q=10 --band 4:freq=240,gain=-8,q=10"));
     folder.write("hum-60", "volume = -12\n");
-    EXPECT_NE(equalized("--preset hum-60"), fromFactory) << "a file is not preferred";
+    EXPECT_NE(equalized("--preset hum-60"), fromFactory) << "the file has no precedence";
 }
 
-TEST_F(EqualizeCommand, ReadsThePresetThatItWritesAndNamesTheLineOfABadOne) {
+TEST_F(EqualizeCommand, ReadsThePresetThatItWritesAndNamesTheLineOfAFault) {
     writeSound("in.wav", noise(48000, 1, 6000));
     const auto direct = equalized("--volume -1.25 --band 2:freq=440.5,gain=-6.5,q=1.7 --set 5=0.3 --save-preset 'a b'");
     EXPECT_EQ(equalized("--preset 'a b'"), direct);
 
-    // Whatever the order, the command line overrides it.
+    // The command line overrides the preset in any order of options and lines.
     folder.write("a b", "volume=9 # loud\r\n\r\n  band1.gain =\t3\nband1.freq = 20\n");
     EXPECT_EQ(equalized("--volume 0 --band 1:gain=0,freq=500 --preset 'a b'"), readSound("in.wav").samples);
 
@@ -236,8 +236,8 @@ TEST_F(EqualizeCommand, ListsParametersRangesAndValues) {
         EXPECT_NE(list.find(row), std::string::npos) << row << "\n" << list;
 }
 
-TEST_F(EqualizeCommand, TakesTheLibraryThatIsNamedOrElseBesideItselfOrElseWhereItIsInstalled) {
-    // Also through a link in another folder.
+TEST_F(EqualizeCommand, SearchesTheLibraryBesideTheProgramAndThenWhereItIsInstalled) {
+    // The test starts the command through a link in another folder.
     std::filesystem::create_directories(path("bin"));
     std::filesystem::create_directories(path("lib/vst"));
     std::filesystem::copy_file(EQ_EQUALIZE_PATH, path("bin/equalize"));
@@ -259,7 +259,7 @@ TEST_F(EqualizeCommand, DrawsTheMeasuredResponse) {
     for (const char* const text : {"20k", "Band 2", "500 Hz", "+8.0 dB", "Q 4.0", "All bands, volume −2.0 dB"})
         EXPECT_NE(svg.find(">" + std::string(text) + "<"), std::string::npos) << text;
 
-    // What a reader measures: the curves' highest points, as y and x, against the axes' labels.
+    // Compares the highest point (y, x) of each curve with the labels of the axes, as a reader of the chart does.
     std::vector<std::pair<double, double>> peaks;
     std::set<std::string> dashes;
     for (auto at = svg.find("points=\""); at != std::string::npos; at = svg.find("points=\"", at + 1)) {
@@ -274,13 +274,13 @@ TEST_F(EqualizeCommand, DrawsTheMeasuredResponse) {
         return std::stod(svg.substr(svg.find('"', at) + 1));
     };
     ASSERT_EQ(peaks.size(), 5U);
-    EXPECT_EQ(dashes.size(), 5U) << "the curves are told apart without colours";
+    EXPECT_EQ(dashes.size(), 5U) << "two curves have the same dashes";
     EXPECT_NEAR(peaks[4].second, ofLabel("x", "500"), 1.0);
     for (const auto& [curve, label] : {std::pair(0U, "0"), {1U, "+8"}, {4U, "+6"}})
         EXPECT_NEAR(peaks[curve].first, ofLabel("y", label) - 4.0, 0.5) << label;
 }
 
-TEST_F(EqualizeCommand, ShowsItsProgressOnATerminalOnly) {
+TEST_F(EqualizeCommand, ShowsProgressOnATerminalOnly) {
     writeSound("in.wav", noise(44100, 1, 1000));
     EXPECT_EQ(equalize("").find('\r'), std::string::npos);
     program = "/usr/bin/script";

@@ -1,4 +1,4 @@
-// Foreign programs make the files and look at them: ffmpeg, ffprobe, flac and metaflac.
+// Other authors' programs write the input files and examine the output files: ffmpeg, ffprobe, flac and metaflac.
 
 #include "support/BinaryReader.h"
 #include "support/BinaryWriter.h"
@@ -40,7 +40,7 @@ std::string container(const std::string& outer, const std::string& inner, const 
     return outer + number(static_cast<std::uint32_t>(body.size()), order) + body;
 }
 
-/// The chunks that describe the sound, from a file whose sizes agree with each other.
+/// Returns the chunks of a file, except the chunks of the sound itself. Expects that the header states the file's size.
 Chunks descriptionsIn(const std::string& file, std::endian order = little) {
     Chunks found;
     BinaryReader reader(file.data(), file.size(), order);
@@ -74,7 +74,7 @@ protected:
         EXPECT_EQ(outcome.exitCode, 0) << arguments << "\n" << outcome.said;
         return outcome.said;
     }
-    /// Runs a foreign program, which succeeds.
+    /// Runs shell commands, and expects that they succeed. Returns their output.
     std::string shell(const std::string& command) const {
         const Outcome outcome = run("", "{ " + command + "; } < /dev/null; exit;");
         EXPECT_EQ(outcome.exitCode, 0) << command << "\n" << outcome.said;
@@ -133,7 +133,7 @@ TEST_F(EqualizeMetadata, CopiesChunksByteForByteBetweenWavAndRf64AndWithinAiff) 
     EXPECT_TRUE(descriptionsIn(contents("out.aiff"), big) == descriptionsIn(contents("in.aiff"), big));
 }
 
-TEST_F(EqualizeMetadata, ReadsOtherProgramsChunksAndNamesThoseThatAreLost) {
+TEST_F(EqualizeMetadata, ReadsOtherProgramsChunksAndReportsTheLostChunks) {
     const std::string whole = container("RIFF", "WAVE", wavChunks, little);
     folder.write("in.wav", whole);
     const std::pair<const char*, const char*> rows[] = {
@@ -151,7 +151,7 @@ TEST_F(EqualizeMetadata, ReadsOtherProgramsChunksAndNamesThoseThatAreLost) {
     const std::string piped = run("- out.wav", "cat in.wav |").said;
     EXPECT_NE(piped.find("not copied from a pipe: cue , LIST, smpl, id3 "), std::string::npos) << piped;
 
-    // A size that is odd and not padded, and a chunk that the end of the file cuts off.
+    // The chunk "oddd" has an odd size and no padding, and the end of the file cuts off the chunk "bad ".
     folder.write("cut.wav", whole + "oddd" + number(1) + "x" + "good" + number(2) + "ab" + "bad " + number(9) + "abc");
     const std::string said = equalize("cut.wav out.wav");
     EXPECT_NE(said.find("cut.wav: the chunk bad ends after the end of the file"), std::string::npos) << said;
@@ -160,14 +160,14 @@ TEST_F(EqualizeMetadata, ReadsOtherProgramsChunksAndNamesThoseThatAreLost) {
     EXPECT_EQ(found[9], std::pair(std::string("oddd"), std::string("x")));
     EXPECT_EQ(found[10], std::pair(std::string("good"), std::string("ab")));
 
-    // Chunks after a chunk data of 0 bytes are no sound.
+    // The chunks after an empty chunk "data" are not sound.
     const Chunks empty = {wavChunks[1], {"data", ""}, {"zzzz", "after"}};
     folder.write("empty.wav", container("RIFF", "WAVE", empty, little));
     equalize("empty.wav out.wav");
     EXPECT_TRUE(descriptionsIn(contents("out.wav")) == descriptionsIn(contents("empty.wav")));
 }
 
-TEST_F(EqualizeMetadata, KeepsTagsAndPicturesFromFormatToFormat) {
+TEST_F(EqualizeMetadata, KeepsTagsAndPicturesInAllFormats) {
     makeSound("in.wav", "-ar 48000");
     folder.write("sheet", "FILE x FLAC\n TRACK 01 AUDIO\n  INDEX 01 0\n");
     shell("ffmpeg -v error -f lavfi -i mandelbrot=s=301x207 -frames:v 1 -q:v 1 front.jpg;"
@@ -175,7 +175,7 @@ TEST_F(EqualizeMetadata, KeepsTagsAndPicturesFromFormatToFormat) {
           "metaflac --no-utf8-convert --set-tag='TITLE=Grün 日本' --set-tag=ARTIST=One --set-tag=ARTIST=Two "
           "--set-tag=OWN=mine --import-picture-from='4|image/png|b||back.png' --import-cuesheet-from=sheet "
           "--import-picture-from='3|image/jpeg|a ü||front.jpg' in.flac 2> /dev/null");
-    // All tags, the kinds and descriptions of the pictures, and their bytes.
+    // The script prints all tags, the types and descriptions of the pictures, and the hash of each picture's bytes.
     folder.write("list", "metaflac --no-utf8-convert --export-tags-to=- $1 | sort\n"
                          "metaflac --list --block-type=PICTURE $1 | grep -E '^  (type|MIME|descr)'\n"
                          "for n in $(metaflac --list --block-type=PICTURE $1 | sed -n 's/^.*block #//p'); do\n"
@@ -204,13 +204,13 @@ TEST_F(EqualizeMetadata, KeepsTagsAndPicturesFromFormatToFormat) {
     EXPECT_NE(said.find("the tags OWN, REPLAYGAIN_TRACK_GAIN have no place in CAF"), std::string::npos) << said;
     EXPECT_NE(said.find("pictures have no place in CAF"), std::string::npos) << said;
 
-    // The picture does not fit on the disk, but the sound does.
+    // The limit of the file's size is enough for the sound, but not for the picture.
     folder.write("out.flac", "old");
     EXPECT_EQ(run("in.flac out.flac", "ulimit -f 300;").exitCode, 1);
     EXPECT_EQ(contents("out.flac"), "old");
 }
 
-TEST_F(EqualizeMetadata, CopiesMp3TagsByteForByteAndPrefersTheRichestOne) {
+TEST_F(EqualizeMetadata, CopiesMp3TagsByteForByteAndConvertsTheRichestTag) {
     makeSound("plain.mp3", "-write_xing 1 -id3v2_version 0");
     const auto frame = [](const std::string& id, const std::string& text) {
         return id + number(static_cast<std::uint32_t>(text.size()), big) + std::string(2, '\0') + text;
@@ -242,7 +242,7 @@ TEST_F(EqualizeMetadata, CopiesMp3TagsByteForByteAndPrefersTheRichestOne) {
     folder.write("other.mp3", contents("plain.mp3") + otherTail);
     equalize("other.mp3 other-out.mp3");
     EXPECT_TRUE(contents("other-out.mp3").ends_with(otherTail));
-    // Frames that only ID3v2 knows pass through its other homes.
+    // WAV and AIFF also contain ID3v2 tags, so they keep frames that have no equivalent in other tags.
     equalize("in.mp3 out.wav");
     equalize("out.wav out.aiff");
     equalize("out.aiff back.mp3");
@@ -254,7 +254,7 @@ TEST_F(EqualizeMetadata, CopiesMp3TagsByteForByteAndPrefersTheRichestOne) {
     EXPECT_EQ(shell("metaflac --export-picture-to=- out.flac"), "\x89PNG12345");
 }
 
-TEST_F(EqualizeMetadata, HasTheSampleFormatAndTheQualityThatAreAskedFor) {
+TEST_F(EqualizeMetadata, WritesTheRequestedSampleFormatAndQuality) {
     makeSound("in.wav", "-ar 48000 -c:a pcm_f32le");
     const std::tuple<const char*, const char*, const char*> rows[] = {
         {"16", "o.wav", "pcm_s16le"},    {"24", "o.aiff", "pcm_s24be"},    {"32", "o.rf64", "pcm_s32le"},
@@ -285,10 +285,10 @@ TEST_F(EqualizeMetadata, HasTheSampleFormatAndTheQualityThatAreAskedFor) {
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-TEST_F(EqualizeMetadata, ReplacesNothingWithAFileThatLacksFrames) {
+TEST_F(EqualizeMetadata, ReplacesNoFileIfTheOutputLacksFrames) {
     makeSound("in.wav");
     folder.write("out.wav", "old");
-    // LD_PRELOAD has no form for a path with a blank.
+    // LD_PRELOAD cannot contain a path with a blank.
     std::filesystem::create_symlink(EQ_LOSING_SNDFILE, path("losing.so"));
     for (const char* const place : {"out.wav", "new.flac", "new.aiff"}) {
         const Outcome outcome = run(std::string("in.wav ") + place, "export LD_PRELOAD=./losing.so;");
@@ -313,7 +313,7 @@ TEST_F(EqualizeMetadata, WritesEqualFilesForEqualSounds) {
                 EXPECT_TRUE(contents(place) == first[0]) << place;
             if (!isFirst) first.erase(first.begin());
         }
-        // Time stamps have whole seconds.
+        // Time stamps in files have a resolution of one second.
         if (isFirst) std::this_thread::sleep_for(std::chrono::milliseconds(1001));
     }
 }

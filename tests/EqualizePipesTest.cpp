@@ -1,4 +1,4 @@
-// `equalize` between programs of other authors, in pipes. Those programs write the input and read the output.
+// Runs `equalize` in pipes. Other authors' programs write its input and read its output.
 
 #include "tests/support/EqualizeCommand.h"
 
@@ -24,14 +24,15 @@ namespace {
 
 class EqualizePipes : public EqualizeCommand {
 protected:
-    /// Runs commands in the folder, in which EQ is `equalize`. Returns what they write.
+    /// Runs commands in the folder, and returns their output. The shell variable EQ contains the path of `equalize`.
     std::string shell(const std::string& commands) const {
         folder.write("commands", "EQ='" + program + "'\nset -o pipefail\n" + commands);
         const Outcome outcome = run("", "exec bash commands;");
         EXPECT_EQ(outcome.exitCode, 0) << commands << "\n" << outcome.said;
         return outcome.said;
     }
-    /// Returns a hash of the samples that ffmpeg finds in a file, and their number.
+    /// Returns a hash of the samples that ffmpeg decodes from a file, and their size in bytes. The commands `before`
+    /// run first.
     [[nodiscard]] std::string heard(const std::string& name, const std::string& before = "") const {
         return shell(before + "ffmpeg -v error -i " + name + " -map 0:a -f f32le - | tee raw | md5sum && wc -c < raw");
     }
@@ -46,7 +47,7 @@ protected:
     }
 };
 
-TEST_F(EqualizePipes, WritesEachFormatInOrderAsIntoAFile) {
+TEST_F(EqualizePipes, WritesTheSameSoundIntoAPipeAsIntoAFile) {
     makeSound("in.wav", "-ac 2 -c:a pcm_f32le");
     for (const std::string format : {"wav", "au", "flac", "ogg", "opus", "mp3"}) {
         SCOPED_TRACE(format);
@@ -57,25 +58,25 @@ TEST_F(EqualizePipes, WritesEachFormatInOrderAsIntoAFile) {
               "\"$EQ\" --quiet --band 3:gain=6 - - --format " + format + " | ffmpeg -v error -i - -f null -");
         EXPECT_EQ(heard("pipe." + format), heard("file." + format));
     }
-    // Bit for bit: only the header differs.
+    // The samples are equal to the bit, and only the header differs.
     const std::string pipe = contents("pipe.wav");
     const std::string file = contents("file.wav");
     const std::size_t sound = pipe.find("data");
     EXPECT_EQ(pipe.substr(sound, 8), "data\xFF\xFF\xFF\xFF");
     EXPECT_EQ(pipe.substr(0, 8), "RIFF\xFF\xFF\xFF\xFF");
-    EXPECT_EQ(pipe.find("PEAK"), std::string::npos) << "a chunk with the time";
+    EXPECT_EQ(pipe.find("PEAK"), std::string::npos) << "this chunk contains the time";
     EXPECT_TRUE(pipe.substr(sound + 8) == file.substr(file.find("data") + 8, pipe.size() - sound - 8));
     EXPECT_EQ(contents("pipe.au").substr(8, 4), "\xFF\xFF\xFF\xFF");
     shell("sox pipe.wav -n stat 2>&1 | grep 'Length.* 1.000000'");
     shell("flac -ts pipe.flac && metaflac --show-total-samples pipe.flac | grep -x 48000");
     shell("\"$EQ\" --quiet pipe.mp3 again.wav");
     EXPECT_EQ(SndfileHandle(path("again.wav")).frames(), 48000);
-    // No sample comes after a sound of an odd number of bytes, though files are padded.
+    // A file has a padding byte after a sound with an odd number of bytes, but a pipe has none.
     shell("sox -n -r 48000 -c 1 -b 8 odd.wav synth 1001s sine 99 && \"$EQ\" --quiet odd.wav - | tail -c +45 | wc -c | "
           "grep -x 1001");
 }
 
-TEST_F(EqualizePipes, ReadsEachFormatAsFromAFile) {
+TEST_F(EqualizePipes, ReadsTheSameSoundFromAPipeAsFromAFile) {
     makeSound("s.wav", "-ac 2 -c:a pcm_s24le -metadata title='A title'");
     for (const std::string name : {"a.wav", "a.au", "a.flac", "a.ogg", "a.opus", "a.mp3", "a.aiff", "a.caf"}) {
         SCOPED_TRACE(name);
@@ -84,7 +85,7 @@ TEST_F(EqualizePipes, ReadsEachFormatAsFromAFile) {
               " file.wav --bits float && mkfifo f; cat " + name +
               " > f & \"$EQ\" --bits float f pipe.wav 2> said; cat said; rm f");
         EXPECT_EQ(contents("said").find("was copied into a temporary file") != std::string::npos, isSpooled);
-        // libmpg123 rounds one in some thousand samples differently after it has gone through a file.
+        // libmpg123 rounds one in several thousand samples differently after it has scanned the file.
         if (name == "a.mp3")
             shell("for k in pipe file; do sox -D -V1 $k.wav -b 8 $k.raw; done; cmp pipe.raw file.raw");
         else
@@ -97,23 +98,24 @@ TEST_F(EqualizePipes, ReadsEachFormatAsFromAFile) {
         shell(writer + " | \"$EQ\" --quiet - out.wav --bits float");
         EXPECT_EQ(heard("out.wav"), expected) << writer;
     }
-    // The sound begins where the position of standard input is.
+    // Reading begins at the current position of standard input.
     shell("{ echo text; cat s.wav; } > late; { head -c 5 > said; \"$EQ\" --quiet - out.wav --bits float; } < late");
-    // The length of MP3 without a header frame is unknown, and an MP3 stream of unknown length starts on time.
+    // The length of an MP3 stream without a header frame is unknown.
     shell(
         "ffmpeg -v error -y -i s.wav -write_xing 0 -b:a 192k b.mp3; \"$EQ\" --quiet b.mp3 f.flac; cat b.mp3 | \"$EQ\" "
         "--quiet - - "
         "--format flac > p.flac");
     EXPECT_EQ(heard("p.flac"), heard("f.flac"));
+    // The sound of an MP3 stream in a pipe starts at the same sample as in a file.
     shell("cat a.mp3 | \"$EQ\" --quiet - - --format mp3 > p.mp3; \"$EQ\" --quiet a.mp3 f.mp3; for k in f p; do ffmpeg "
           "-v error "
           "-i $k.mp3 -af atrim=0.1:0.9 -f s16le $k.raw; done; cmp -n 100000 f.raw p.raw || cmp -l f.raw p.raw | wc -l");
-    // Two passes need a copy.
+    // A run that reads its input twice copies the pipe into a temporary file.
     expectPiped(0, "cat s.wav", "- out.wav --normalize -6.0206 --bits float", "because it is read twice");
     shell("sox out.wav -n stat 2>&1 | grep 'Maximum amplitude.*0.500\\|Minimum amplitude.*-0.500'");
 }
 
-TEST_F(EqualizePipes, NeverReplacesStandardOutputAndWritesOnlySoundThere) {
+TEST_F(EqualizePipes, AppendsOnlySoundToStandardOutput) {
     makeSound("in.wav", "-c:a pcm_s16le");
     for (const std::string place :
          {"- ", "/dev/stdout ", "/dev/fd/1 ", "/dev/fd/7 7>&1 --format caf ", "link --format aiff "}) {
@@ -143,7 +145,7 @@ TEST_F(EqualizePipes, NeverReplacesStandardOutputAndWritesOnlySoundThere) {
     EXPECT_NE(terminal.find("is a terminal, which has no sound"), std::string::npos) << terminal;
 }
 
-TEST_F(EqualizePipes, FailsWhenNotAllCanBeReadOrWritten) {
+TEST_F(EqualizePipes, FailsWhenInputOrOutputIsIncomplete) {
     makeSound("in.wav", "-c:a pcm_s16le -ac 2");
     for (const std::string format : {"wav", "au", "flac", "ogg", "opus", "mp3", "caf"}) {
         expectFailure(1, "in.wav - > /dev/full --format " + format, "No space left on device");
@@ -169,7 +171,7 @@ TEST_F(EqualizePipes, FailsWhenNotAllCanBeReadOrWritten) {
     EXPECT_FALSE(std::filesystem::exists(path("out.wav")));
 }
 
-TEST_F(EqualizePipes, CarriesTagsInFrontOfTheSound) {
+TEST_F(EqualizePipes, CopiesTagsThatPrecedeTheSound) {
     makeSound("s.flac", "-metadata title=Tét -metadata artist=Someone -metadata mood=calm");
     shell("ffmpeg -v error -f lavfi -i color=red:s=64x64:d=0.04 -frames:v 1 p.png && metaflac "
           "--import-picture-from=p.png "
@@ -182,13 +184,13 @@ TEST_F(EqualizePipes, CarriesTagsInFrontOfTheSound) {
             return shell("ffprobe -v error -show_entries stream=codec_name,width:stream_tags:format_tags " + name +
                          "." + format + " | cut -c 1-80 | grep -v encoder | sort");
         };
-        EXPECT_EQ(tags("pipe").find("=calm\n") == std::string::npos, format == "wav"); // ffprobe reads no "id3 "
+        EXPECT_EQ(tags("pipe").find("=calm\n") == std::string::npos, format == "wav"); // ffprobe does not read "id3 "
         EXPECT_EQ(tags("pipe"), tags("file"));
         EXPECT_EQ(heard("pipe." + format), heard("file." + format));
     }
     // The pages of Ogg are numbered without a gap, and their checksums are right.
     EXPECT_EQ(shell("ogginfo pipe.ogg | grep -ci 'warning\\|hole' || true"), "0\n");
-    // Tags after the sound stay behind, and are named.
+    // Tags after the sound are not copied, and a note names them.
     shell("ffmpeg -v error -i s.flac -write_id3v1 1 -map 0:a t.mp3");
     expectPiped(0, "cat t.mp3", "- out.flac", "what comes after the sound is not copied from a pipe: tags of MP3");
 }
@@ -210,7 +212,7 @@ TEST_F(EqualizePipes, NeedsNoMoreMemoryForALongStream) {
         rusage usage = {};
         EXPECT_EQ(wait4(child, &status, 0, &usage), child);
         EXPECT_EQ(status, 0) << line;
-        return usage.ru_maxrss; // the largest of all programs
+        return usage.ru_maxrss; // in KiB, of the largest program
     };
     const long reference = peak("cat /dev/zero", "wav", 4);
     EXPECT_LT(peak("cat /dev/zero", "wav", 150), reference + 1024);
@@ -219,7 +221,7 @@ TEST_F(EqualizePipes, NeedsNoMoreMemoryForALongStream) {
 }
 #endif
 
-/// Damages up to four of the first bytes, and cuts off the end of some files.
+/// Returns the bytes with up to four changes in the first 160 bytes. Cuts off the end of one file in eight.
 std::string damaged(std::string bytes, std::mt19937& random) {
     const auto below = [&](std::size_t limit) { return static_cast<std::size_t>(random()) % limit; };
     const std::string telling("\x00\xFF\x7F\x80\x01", 5);
@@ -230,10 +232,10 @@ std::string damaged(std::string bytes, std::mt19937& random) {
     return bytes;
 }
 
-// One process works on all files of a format, and one on all pipes.
-TEST_F(EqualizePipes, TreatsDamagedHeadersInPipesAsInFiles) {
+// One run of `equalize` processes all files of a format, and another run processes all pipes.
+TEST_F(EqualizePipes, HasTheSameResultForDamagedHeadersInPipesAndInFiles) {
 #if defined __SANITIZE_ADDRESS__ || defined __SANITIZE_THREAD__
-    // A sanitizer reserves more address space than any limit, and needs longer.
+    // A sanitizer reserves more address space than any limit, and the test takes longer.
     constexpr int Count = 100;
     const std::string limits = "ulimit -t 300;";
 #else
@@ -248,7 +250,7 @@ TEST_F(EqualizePipes, TreatsDamagedHeadersInPipesAsInFiles) {
               "; rm -rf in fifo out out2; mkdir fifo");
         const std::string whole = contents("s." + format);
         std::mt19937 random(20);
-        std::map<std::string, std::string> sounds; // in the order of the shell
+        std::map<std::string, std::string> sounds; // in the order in which the shell expands fifo/*
         for (int i = 0; i < Count; ++i) {
             const std::string name = std::to_string(1000 + i) + "." + format;
             folder.write("in/" + name, sounds[name] = damaged(whole, random));
@@ -269,7 +271,7 @@ TEST_F(EqualizePipes, TreatsDamagedHeadersInPipesAsInFiles) {
         feeder.join();
         EXPECT_EQ(pipes.exitCode, 1) << pipes.said;
         EXPECT_NE(pipes.said.find("files: " + std::to_string(Count) + ", written: "), std::string::npos) << pipes.said;
-        // Without a name, MPEG is known by its first bytes only.
+        // In a pipe, `equalize` recognises MPEG only by its first bytes, so the results of damaged files may differ.
         EXPECT_EQ(format != "mp3" ? shell("diff -rq out out2 2>&1 || true") : "", "");
     }
 }

@@ -1,4 +1,4 @@
-// Files that programs of other authors wrote, read to their end or refused. Those programs also read the results.
+// Reads or refuses files that other authors' programs wrote. These programs also read the results.
 
 #include "tests/support/EqualizeCommand.h"
 
@@ -29,7 +29,7 @@ protected:
     void shell(const std::string& commands) const {
         ASSERT_EQ(std::system(("cd '" + folder.path().string() + "' && " + commands).c_str()), 0) << commands;
     }
-    /// Returns the samples that ffmpeg finds in a file.
+    /// Returns the samples that ffmpeg decodes from a file.
     [[nodiscard]] std::vector<float> decoded(const std::string& name) const {
         shell("ffmpeg -v quiet -y -i " + name + " -f f32le decoded.raw || true");
         const std::string bytes = contents("decoded.raw");
@@ -38,7 +38,7 @@ protected:
         std::memcpy(samples.data(), bytes.data(), samples.size() * sizeof(float));
         return samples;
     }
-    /// Makes a file of silence without the bytes on the disk.
+    /// Writes a sparse W64 file of silence with 16-bit samples. The samples take no space on the disk.
     void writeSilence(const std::string& name, int format, int channels, std::int64_t frames) const {
         writeSound(name, {44100, channels, {}, format});
         std::string bytes = contents(name);
@@ -51,7 +51,7 @@ protected:
     }
 };
 
-TEST_F(EqualizeReading, GivesTheSameResultWithOneThreadAndWithThree) {
+TEST_F(EqualizeReading, HasTheSameResultWithOneThreadAndWithThree) {
     shell("ffmpeg -v error -f lavfi -i anoisesrc=d=20:a=0.5:seed=3 -ac 2 -ar 44100 in.flac");
     shell("head -c 900000 in.flac > cut.flac; ln -s /dev/full full.flac");
     for (const auto& [files, exitCode] :
@@ -70,7 +70,7 @@ TEST_F(EqualizeReading, GivesTheSameResultWithOneThreadAndWithThree) {
 }
 
 TEST_F(EqualizeReading, ReadsAnMp3ToItsEndWithAndWithoutAHeaderFrame) {
-    // Loud sound comes late, so that an estimate from the first frames is wrong.
+    // The sound becomes loud late, so that an estimate of the length from the first frames is wrong.
     shell(
         "ffmpeg -v error -f lavfi -i \"aevalsrc='(0.01+0.4*gt(t,2))*sin(900*t*t)|0.3*sin(3000*t)*gt(t,1)':d=4\" s.wav");
     for (const char* const coder : {"-q:a 4 -write_xing 0", "-abr 1 -b:a 120k -write_xing 0", "-b:a 128k -write_xing 0",
@@ -83,7 +83,7 @@ TEST_F(EqualizeReading, ReadsAnMp3ToItsEndWithAndWithoutAHeaderFrame) {
         ASSERT_EQ(found.size(), expected.size());
         for (std::size_t i = 0; i < found.size(); ++i) ASSERT_NEAR(found[i], expected[i], 2e-6) << i;
     }
-    // A tag after the sound, with bytes that look like frames, is no sound.
+    // The tag after the sound contains bytes that look like MPEG frames, but it is not sound.
     std::string picture;
     for (int i = 0; i < 729; ++i) picture += "\xFF\xFB\x90\x64";
     const std::string footer("APETAGEX\xD0\x07\0\0\x84\x0B\0\0\1\0\0\0\0\0\0\0", 24);
@@ -91,10 +91,10 @@ TEST_F(EqualizeReading, ReadsAnMp3ToItsEndWithAndWithoutAHeaderFrame) {
                  contents("in.mp3") + picture + footer + std::string(8, '\0') + "TAG" + std::string(125, ' '));
     EXPECT_EQ(run("tagged.mp3 tagged.wav").exitCode, 0);
     EXPECT_TRUE(decoded("tagged.wav") == decoded("out.wav"));
-    // The word "Info" of a title near the first frame announces no number of frames.
+    // The word "Info" in a title near the first frame is not the mark of a header frame.
     shell("ffmpeg -v error -y -i s.wav -b:a 128k -write_xing 0 -metadata title='Info about it' title.mp3");
     EXPECT_EQ(run("title.mp3 out.wav").exitCode, 0);
-    // The sound goes on after a damaged stretch.
+    // Reading continues after the damaged bytes.
     std::string damaged = contents("title.mp3");
     damaged.replace(20000, 6000, 6000, '\0');
     folder.write("hole.mp3", damaged);
@@ -143,7 +143,7 @@ TEST_F(EqualizeReading, PutsEachChannelOnItsSpeakerInEveryFormat) {
         expectFailure(1, std::string(name) + " out.ogg", "has no place for the speakers");
 }
 
-TEST_F(EqualizeReading, ReadsToTheEndOfTheFileWhereTheHeaderLeavesTheLengthOpen) {
+TEST_F(EqualizeReading, ReadsToTheEndOfTheFileIfTheHeaderHasNoLength) {
     shell("ffmpeg -v error -f lavfi -i 'anoisesrc=d=1:a=0.5:r=44100' -ac 2 -c:a pcm_s16le s.wav");
     const std::vector<float> expected = decoded("s.wav");
     const std::string ffmpeg = "ffmpeg -v error -i s.wav -f ";
@@ -159,7 +159,7 @@ TEST_F(EqualizeReading, ReadsToTheEndOfTheFileWhereTheHeaderLeavesTheLengthOpen)
         shell(command + " | cat > " + name);
         const Outcome outcome = run(std::string(name) + " out.wav");
         EXPECT_EQ(outcome.exitCode, 0) << outcome.said;
-        // FLAC has no size, and sox fills in the one that it knows from its input.
+        // A FLAC stream contains no size of its data, and sox fills in the size that its input states.
         const bool isNoted = outcome.said.find("header leaves the length open") != std::string::npos;
         const bool isKnown = command.starts_with("sox") || command.starts_with("cat");
         EXPECT_TRUE(isKnown || isNoted == (name != std::string("p.flac")));
@@ -170,7 +170,7 @@ TEST_F(EqualizeReading, ReadsToTheEndOfTheFileWhereTheHeaderLeavesTheLengthOpen)
     EXPECT_EQ(piped.exitCode, 0) << piped.said;
     EXPECT_TRUE(decoded("out.wav") == expected);
     std::filesystem::remove(path("out.wav"));
-    // A size of 0 is one that was never filled in, unless nothing but chunks follows.
+    // A size of 0 means that the writer never filled in the size, unless only chunks follow.
     std::string zero = contents("s.wav");
     zero.replace(zero.find("data") + 4, 4, 4, '\0');
     folder.write("zero.wav", zero);
@@ -178,14 +178,15 @@ TEST_F(EqualizeReading, ReadsToTheEndOfTheFileWhereTheHeaderLeavesTheLengthOpen)
     EXPECT_TRUE(decoded("zero.wav") == expected);
     folder.write("empty.wav", zero.substr(0, zero.find("data") + 8) + std::string("note\4\0\0\0text", 12));
     EXPECT_NE(run("empty.wav out.wav").said.find(": 0 frames"), std::string::npos);
-    // This program's library appends a second header to what it writes into a pipe.
+    // In a pipe, the library of sox appends a second header to files of these formats.
     shell("sox s.wav -t caf - | cat > unsure.caf; sox s.wav -t w64 - | cat > unsure.w64");
     for (const char* const name : {"unsure.caf", "unsure.w64"})
         expectFailure(1, std::string(name) + " out.wav", "never filled in");
 }
 
 TEST_F(EqualizeReading, ReadsAnAuFileWithMoreThanTwoGiB) {
-    // A sample at the start that is not a number shows that the sound is found, without the time to equalize it all.
+    // The first sample is not a number. The failure at this sample shows quickly that the sound was found, so the test
+    // does not equalize 2 GiB.
     const std::string header(".snd\0\0\0\x18\xA0\0\0\0\0\0\0\6\0\0\xAC\x44\0\0\0\2\x7F\xC0\0\0", 28);
     folder.write("long.au", header);
     const std::pair<std::uint64_t, const char*> rows[] = {
@@ -201,7 +202,7 @@ TEST_F(EqualizeReading, ReadsAnAuFileWithMoreThanTwoGiB) {
     }
 }
 
-TEST_F(EqualizeReading, RefusesWhatItCannotReadOrWriteWhole) {
+TEST_F(EqualizeReading, RefusesFilesThatItCannotReadOrWriteCompletely) {
     for (const char* const name : {"out.flac", "out.mp3", "out.sds", "out.wav", "out.aiff", "out.au", "out.voc"})
         folder.write(name, "old");
     writeSound("none.wav", {44100, 1, {}, Pcm16});
@@ -218,13 +219,13 @@ TEST_F(EqualizeReading, RefusesWhatItCannotReadOrWriteWhole) {
     expectFailure(1, "chain.opus out.wav", "several Ogg streams");
     expectFailure(1, "cut.ogg out.wav", "its last Ogg page is cut off");
 
-    // A chunk that is longer than any file ends the search for the sound.
+    // The search for the sound ends at a chunk whose stated size is larger than any file.
     const std::string hugeChunk = "junk" + std::string(12, '\0') + std::string(8, '\xFF') + std::string(100, '\0');
     folder.write("huge.w64", "riff" + std::string(12, '\0') + "\xC8" + std::string(7, '\0') + "wave" +
                                  std::string(12, '\0') + hugeChunk);
     EXPECT_EQ(run("huge.w64 out.wav", "ulimit -t 5;").exitCode, 1);
 
-    // The length is known before the sound is read: these take no time.
+    // These failures are quick, because the length is known before the sound is read.
     constexpr int W64 = SF_FORMAT_W64 | SF_FORMAT_PCM_16;
     constexpr std::int64_t MostForWav = (std::int64_t{1} << 32) / 4;
     writeSilence("sds.w64", W64, 1, (1 << 21));
@@ -238,7 +239,7 @@ TEST_F(EqualizeReading, RefusesWhatItCannotReadOrWriteWhole) {
     }
 }
 
-TEST_F(EqualizeReading, NamesChannelAndTimeOfASampleThatIsNotFinite) {
+TEST_F(EqualizeReading, ReportsChannelAndTimeOfASampleThatIsNotFinite) {
     for (const auto& [bad, what] : {std::pair(NotANumber, "not a number"), {-Infinity, "infinite"}}) {
         Sound sound = noise(8000, 2, 8000 * 70);
         sound.samples[8000 * 61 * 2 + 8 * 2 + 1] = bad;

@@ -1,4 +1,4 @@
-// Settings of other equalizers, compared with the filters of SoX and ffmpeg.
+// Imports settings of other equalizers, and compares the results with the filters of SoX and ffmpeg.
 
 #include "tests/support/EqualizeCommand.h"
 
@@ -18,7 +18,7 @@ namespace eq {
 
 namespace {
 
-/// A filter as texts and foreign programs name it: PK, LSC or HSC.
+/// A filter in a text of settings. Its type is PK (peak), LSC (low shelf) or HSC (high shelf).
 struct Filter {
     std::string type;
     double frequency;
@@ -36,7 +36,7 @@ std::string textOf(const std::vector<Filter>& filters, double preamp = 0.0) {
     return text.str();
 }
 
-/// Ten filters each, in the form in which AutoEq writes them: shelves, small Q, and gains beyond 10 dB.
+/// Settings of ten filters each, as AutoEq writes them: with shelves, small Q, and gains beyond 10 dB.
 const std::vector<Filter> Headphones[] = {
     {{"LSC", 105, 5.5, 0.7},
      {"PK", 210, -3.1, 0.62},
@@ -76,7 +76,7 @@ double rms(const std::vector<float>& samples) {
     return std::sqrt(sum / static_cast<double>(samples.size()));
 }
 
-/// Returns the deviation that a fit states.
+/// Returns the deviation in dB that the notes of a fit state.
 double statedDeviation(const std::string& notes) {
     double deviation = -1.0;
     const std::size_t place = notes.find("within ");
@@ -96,13 +96,14 @@ protected:
         EXPECT_EQ(file.read(samples.data(), static_cast<sf_count_t>(samples.size())), samples.size()) << name;
         return samples;
     }
-    /// A run without INPUT and OUTPUT, or with INPUT, which succeeds. Returns what the run says.
+    /// Runs `equalize` without OUTPUT, and expects that it succeeds. Returns its output.
     std::string settings(const std::string& options) const {
         const Outcome outcome = run(options);
         EXPECT_EQ(outcome.exitCode, 0) << options << "\n" << outcome.said;
         return outcome.said;
     }
-    /// Filters at random places in reach of the effect, by the widths of both forms at a rate.
+    /// Returns random peak filters within the effect's ranges at a rate. The Q of each filter is computed from a Q of
+    /// the effect, so that both have the same width.
     std::vector<Filter> randomFilters(int count, int rate) {
         const auto random = [this](double from, double to) {
             return std::uniform_real_distribution<double>(from, to)(generator);
@@ -122,14 +123,14 @@ protected:
     std::mt19937 generator{19};
 };
 
-TEST_F(EqualizeSettings, ImportsPeakFiltersExactlyAsSoxHasThemAtEachRate) {
+TEST_F(EqualizeSettings, ImportsPeakFiltersThatEqualThoseOfSoxAtEachRate) {
     for (const int rate : {44100, 48000}) {
         double worst = -1000.0;
-        // Floats in between would cost precision in SoX.
+        // SoX computes with integers of 32 bits, so that float samples would lose precision.
         Sound sound = noise(rate, 1, 20000, SF_FORMAT_WAV | SF_FORMAT_PCM_32);
         for (float& sample : sound.samples) sample *= 0.02F; // boosts add up, and SoX clips
         writeSound("in.wav", sound);
-        // Ten filters run through three effects.
+        // Ten filters need three effects, because an effect has four bands.
         for (int run = 0; run < 20; ++run) {
             std::vector<Filter> filters = randomFilters(10, rate);
             const std::string text = textOf(filters);
@@ -156,7 +157,7 @@ TEST_F(EqualizeSettings, ImportsPeakFiltersExactlyAsSoxHasThemAtEachRate) {
     EXPECT_TRUE(std::equal(aligned.begin(), aligned.end(), late.begin() + 3 * 2048));
 }
 
-TEST_F(EqualizeSettings, FindsTheSameSettingsInWhatItExports) {
+TEST_F(EqualizeSettings, ImportsTheSameSettingsThatItExports) {
     writeSound("in.wav", noise(48000, 1, 10));
     for (const std::string input : {"", " in.wav"}) {
         for (int round = 0; round < 20; ++round) {
@@ -168,7 +169,7 @@ TEST_F(EqualizeSettings, FindsTheSameSettingsInWhatItExports) {
             const std::string list = settings(quiet + options.str() + " --export out.txt");
             EXPECT_EQ(settings(quiet + " --import out.txt"), list) << contents("out.txt");
         }
-        // The same from a preset that an import wrote, and for more bands than an effect has.
+        // The settings also stay the same for more bands than an effect has, and in a preset that an import saves.
         folder.write("in.txt", textOf(randomFilters(9, input.empty() ? 44100 : 48000), -7.25));
         const std::string list = settings("--quiet --list --import in.txt --export out.txt" + input);
         EXPECT_NE(list.find("effect 3 of 3:"), std::string::npos) << list;
@@ -179,7 +180,7 @@ TEST_F(EqualizeSettings, FindsTheSameSettingsInWhatItExports) {
     }
 }
 
-TEST_F(EqualizeSettings, FitsWhatHasNoExactFormAndMeasuresTheDeviation) {
+TEST_F(EqualizeSettings, FitsFiltersWithoutAnExactFormAndMeasuresTheDeviation) {
     int good = 0;
     for (const std::vector<Filter>& filters : Headphones) {
         const int rate = &filters == &Headphones[1] ? 48000 : 44100;
@@ -187,9 +188,9 @@ TEST_F(EqualizeSettings, FitsWhatHasNoExactFormAndMeasuresTheDeviation) {
         Sound impulse{rate, 1, std::vector<float>(1 << 16)};
         impulse.samples[0] = 0.5F;
         writeSound("in.wav", impulse);
-        // Line 1 is the Preamp.
         expectFailure(1, "--import in.txt in.wav out.wav", "no exact form here; --fit comes near to the whole file");
         const std::string said = run("--import in.txt --list").said;
+        // Filter i is in line i + 2, because line 1 is the Preamp.
         for (std::size_t i = 0; i < filters.size(); ++i) {
             const double leastQ = std::pow(10.0, -std::fabs(filters[i].gain) / 40.0);
             const bool isExact = filters[i].type == "PK" && std::fabs(filters[i].gain) <= 10.0 && filters[i].q > leastQ;
@@ -222,7 +223,7 @@ TEST_F(EqualizeSettings, FitsWhatHasNoExactFormAndMeasuresTheDeviation) {
     EXPECT_GE(good, 2);
 }
 
-TEST_F(EqualizeSettings, JudgesAFitAndWritesItForAnyHost) {
+TEST_F(EqualizeSettings, WarnsOfPoorFitsAndSavesAFitAsAPreset) {
     folder.write("in.txt", textOf(Headphones[0], -6));
     const std::string notes = settings("--import in.txt --fit --bands 4 --save-preset a.preset --plot a.svg --list");
     EXPECT_NE(notes.find("warning: more than 2 dB"), std::string::npos) << notes;
@@ -237,12 +238,12 @@ TEST_F(EqualizeSettings, JudgesAFitAndWritesItForAnyHost) {
     settings("--import in.txt --fit --bands 1 --force --list");
     expectFailure(2, "--import in.txt --fit --save-preset b.preset", "a preset has 4 bands");
 
-    // A text with an exact form needs no fit, and has one with fewer bands.
+    // A text with an exact form is not fitted, except to fewer bands.
     folder.write("in.txt", textOf(randomFilters(5, 44100)));
     EXPECT_EQ(settings("--quiet --import in.txt --fit --list"), settings("--quiet --import in.txt --list"));
     settings("--import in.txt --fit --bands 4 --force --save-preset b.preset");
 
-    // The level of a curve is a part of the volume, and beyond 20 Hz the curve does not count.
+    // The level of a curve becomes a part of the volume, and the fit ignores the curve below 20 Hz.
     folder.write("in.txt", "GraphicEQ: 10 -84; 20 -9; 200 -9; 1000 -3; 5000 -9; 20000 -9\nPreamp: 1,5 dB");
     expectFailure(1, "--import in.txt --list", "no exact form");
     const std::string curve = settings("--import in.txt --fit --list");
@@ -252,7 +253,7 @@ TEST_F(EqualizeSettings, JudgesAFitAndWritesItForAnyHost) {
     EXPECT_NEAR(volume, -7.5, 0.6) << curve;
 }
 
-TEST_F(EqualizeSettings, ReadsTextsAsTheyAreFound) {
+TEST_F(EqualizeSettings, ReadsTheVariantsOfTexts) {
     const std::string expected = "Preamp: -3.5 dB\nFilter 1: ON PK Fc 63.8 Hz Gain -8.6 dB Q 5\n";
     const std::string rewText =
         "Filter Settings file\n\nRoom EQ V5.20\nDated: Jan 1, 2024 10:00:00 AM\n\nNotes:\n\nEqualiser: "
@@ -271,12 +272,12 @@ TEST_F(EqualizeSettings, ReadsTextsAsTheyAreFound) {
         settings("--quiet --import in.txt --export out.txt");
         EXPECT_EQ(contents("out.txt"), "# Exact at a sampling rate of 44100 Hz.\n" + expected) << text;
     }
-    // What the command line sets replaces single values, and leaves the frequency of an imported band.
+    // Options of the command line replace single values, and an imported band keeps its frequency.
     settings("--import in.txt --volume -12 --band 1:gain=2 --band 2:gain=1,q=2 --set 0=0.5 --export out.txt");
     const std::string changed = contents("out.txt");
     for (const char* const part : {"Preamp: 0 dB\n", "Fc 63.8 Hz Gain 2 dB Q ", "Fc 200 Hz Gain 1 dB Q "})
         EXPECT_NE(changed.find(part), std::string::npos) << changed;
-    // A bandwidth of an octave is a Q of the square root of two, well below the rate.
+    // At frequencies well below the rate, a bandwidth of one octave equals a Q of the square root of two.
     folder.write("in.txt", "Filter: ON PK Fc 100 Hz Gain 6 dB BW Oct 1");
     settings("--quiet --import in.txt --export out.txt");
     EXPECT_NE(contents("out.txt").find("Q 1.4141"), std::string::npos) << contents("out.txt");
@@ -322,12 +323,13 @@ TEST_F(EqualizeSettings, RefusesLinesWithTheirNumberAndTheReason) {
     expectFailure(2, "--volume 1 --suffix x --export a.txt in.wav", "are for one file");
 }
 
-/// The shelves of all lines, against ffmpeg's at the middle and the width that the line means.
-TEST_F(EqualizeSettings, KnowsTheShelvesOfTheTexts) {
+/// Compares each kind of shelf with ffmpeg's shelf of the same middle frequency and width.
+TEST_F(EqualizeSettings, FitsEachKindOfShelf) {
     Sound impulse{44100, 1, std::vector<float>(1 << 15)};
     impulse.samples[0] = 1.0F;
     writeSound("in.wav", impulse);
-    // A slope S of 12 dB per octave and Q 0.7071 are the same. A corner is 10^(|gain| / (80 S)) from the middle.
+    // A slope of 12 dB per octave is S = 1, which equals a Q of 0.7071. The ratio between the middle frequency and the
+    // corner frequency is 10^(|gain| / (80 S)).
     const double octaves = std::pow(10.0, 6.0 / 80.0);
     const std::pair<const char*, std::string> rows[] = {
         {"LSC Fc 400 Hz Gain 6 dB Q 0.6", "lowshelf=f=400:t=q:w=0.6:g=6"},
@@ -383,7 +385,7 @@ TEST_F(EqualizeSettings, WritesAFilterChainThatPipewireReads) {
     EXPECT_EQ(filters, 6);
 }
 
-TEST_F(EqualizeSettings, ConvertsForEachFileOfABatchAtItsRate) {
+TEST_F(EqualizeSettings, ConvertsSettingsForTheRateOfEachFile) {
     folder.write("in.txt", textOf({{"PK", 9000, 8, 2}}));
     for (const int rate : {44100, 48000}) {
         Sound impulse{rate, 1, std::vector<float>(1 << 14)};

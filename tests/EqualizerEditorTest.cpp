@@ -26,8 +26,8 @@
 #include <utility>
 #include <vector>
 
-// Calls the editor through the effect's record, as a host does. On Windows the record is that of the built library.
-// Elsewhere the effect is in this program, because only this program sees the windows of its stand-in.
+// Calls the editor through the effect's record, as a host does. On Windows the record belongs to the built library.
+// On Linux the effect is in this program, because only this program sees the windows of its stand-in for Win32.
 
 namespace eq {
 
@@ -115,7 +115,7 @@ protected:
     std::size_t callsSeen = 0;
 };
 
-TEST_F(Editor, OpensWithTheEffectsValuesInTheSizeThatItReportsAndChangesNothing) {
+TEST_F(Editor, OpensWithTheEffectsValuesInTheReportedSizeAndChangesNothing) {
     // The update flag is set, but the editor has nothing to update.
     effect->set(2, effect->get(2));
     effect->idle();
@@ -151,9 +151,9 @@ TEST_F(Editor, OpensAndWorksWhileTheEffectIsSwitchedOff) {
     EXPECT_NEAR(sound[4095], 0.125 * 3.98, 0.01); // 12 dB, fully faded in
 }
 
-/// A host that closes the editor when it is notified of a change, and then calls idle. If `windowToReopenIn` is set,
-/// the host opens the editor in that window once.
+/// If this window is set, the host of `closingCallback` opens the editor in this window once.
 HWND windowToReopenIn = nullptr;
+/// The callback of a host that closes the editor when it is notified of a change, and then calls idle.
 intptr closingCallback(AEffect* effect, int32 opcode, int32, intptr, void*, float) {
     if (opcode != audioMasterAutomate) return 2400;
     effect->dispatcher(effect, effEditClose, 0, 0, nullptr, 0.0f);
@@ -163,7 +163,7 @@ intptr closingCallback(AEffect* effect, int32 opcode, int32, intptr, void*, floa
     return 0;
 }
 
-TEST_F(Editor, ChangesNothingFurtherOnceItIsClosedWhileItTellsOfAChange) {
+TEST_F(Editor, ChangesNothingMoreAfterTheHostClosesItDuringANotification) {
     open(closingCallback);
     std::vector<float> expected = effect->all();
     scroll(Volume, 25, TB_ENDTRACK);
@@ -177,7 +177,7 @@ TEST_F(Editor, ChangesNothingFurtherOnceItIsClosedWhileItTellsOfAChange) {
     EXPECT_EQ(GetWindow(window.get(), GW_CHILD), nullptr);
 }
 
-TEST_F(Editor, MayBeClosedAndOpenedAgainWhileItTellsOfAChange) {
+TEST_F(Editor, MayBeClosedAndOpenedAgainDuringANotification) {
     open(closingCallback);
     const HWND first = dialog;
     windowToReopenIn = window.get();
@@ -191,7 +191,7 @@ TEST_F(Editor, MayBeClosedAndOpenedAgainWhileItTellsOfAChange) {
 }
 
 #ifndef _WIN32
-TEST_F(Editor, GivesASizeAndStaysCalmWhereNoDialogCanBeMade) {
+TEST_F(Editor, ReportsASizeAndIgnoresCallsIfNoDialogCanBeCreated) {
     effect.reset();
     standin::unregisterCommonControls();
     effect = std::make_unique<EditedEffect>();
@@ -206,7 +206,7 @@ TEST_F(Editor, GivesASizeAndStaysCalmWhereNoDialogCanBeMade) {
     EXPECT_NE(effect->open(window.get()), nullptr);
 }
 
-TEST_F(Editor, ShowsTheUsersDecimalSeparatorWhereAHostIsShownThePoint) {
+TEST_F(Editor, ShowsTheUsersDecimalSeparatorAndTheHostADecimalPoint) {
     EnvironmentVariable locale("LC_ALL");
     locale.set("de_DE.UTF-8");
     scroll(Gain1, 33, TB_THUMBTRACK);
@@ -215,7 +215,7 @@ TEST_F(Editor, ShowsTheUsersDecimalSeparatorWhereAHostIsShownThePoint) {
 }
 #endif
 
-TEST_F(Editor, TakesDragsAtEveryStepAndOtherMovementsAtTheirEnd) {
+TEST_F(Editor, AppliesDragsAtEachStepAndOtherMovementsAtTheirEnd) {
     for (const UINT message : {WM_VSCROLL, WM_HSCROLL}) {
         for (const unsigned code : {0U, 1U, 2U, 3U, 4U, 6U, 7U}) scroll(Gain1, 10, code, message);
         EXPECT_EQ(automations(), Automations{});
@@ -230,7 +230,7 @@ TEST_F(Editor, TakesDragsAtEveryStepAndOtherMovementsAtTheirEnd) {
     EXPECT_EQ(automations(), Automations{});
 }
 
-TEST_F(Editor, ReadsPositionsBackAsThemselvesOrOneLower) {
+TEST_F(Editor, ReadsBackEachPositionOrOnePositionLower) {
     const std::vector<int> exact = {0, 7, 14, 17, 25, 28, 31, 34, 37, 50, 55, 56, 61, 62, 68, 74, 75, 81, 87, 93, 100};
     for (int pos = 0; pos <= 100; ++pos) {
         scroll(Volume, pos, TB_ENDTRACK);
@@ -247,7 +247,7 @@ TEST_F(Editor, ReadsPositionsBackAsThemselvesOrOneLower) {
     }
 }
 
-TEST_F(Editor, PutsAHostsValuesOnTheGridAtTheNextIdle) {
+TEST_F(Editor, RoundsTheHostsValuesToTheSlidersStepsAtTheNextIdle) {
     effect->set(Volume, 0.123f);
     EXPECT_EQ(position(Volume), 50);
     effect->idle();
@@ -255,7 +255,7 @@ TEST_F(Editor, PutsAHostsValuesOnTheGridAtTheNextIdle) {
     EXPECT_EQ(effect->get(Volume), 12 * 0.01f);
     EXPECT_EQ(automations(), (Automations{{Volume, 12 * 0.01f}}));
     effect->idle();
-    EXPECT_EQ(automations(), Automations{}) << "its own change";
+    EXPECT_EQ(automations(), Automations{}) << "the editor followed its own change";
 
     effect->set(Volume, 0.129f); // the slider already has this position
     effect->idle();
@@ -264,7 +264,7 @@ TEST_F(Editor, PutsAHostsValuesOnTheGridAtTheNextIdle) {
     EXPECT_EQ(readout(Volume), L"+9.1 dB");
 }
 
-TEST_F(Editor, PassesOverAHostsChangeThatWaitsWhenTheUserMovesASlider) {
+TEST_F(Editor, DropsAPendingUpdateFromTheHostWhenTheUserMovesASlider) {
     effect->set(Gain1, 0.9f);
     scroll(Volume, 10, TB_THUMBTRACK);
     effect->idle();
@@ -277,7 +277,7 @@ TEST_F(Editor, PassesOverAHostsChangeThatWaitsWhenTheUserMovesASlider) {
 TEST_F(Editor, ChangesNothingOnReturnOrEscape) {
     effect->set(Volume, 0.25f);
     dialog = effect->open(window.get());
-    effect->set(Gain1, 0.75f); // the values now differ from those at the construction and at the opening
+    effect->set(Gain1, 0.75f); // the values now differ from the values at the construction and at the opening
     const std::vector<float> expected = effect->all();
     for (const WPARAM key : {IDOK, IDCANCEL}) SendMessageW(dialog, WM_COMMAND, key, 0);
     EXPECT_EQ(effect->all(), expected);
@@ -315,13 +315,13 @@ TEST_F(Editor, ServesTheButtonsThatADialogMayHave) {
     effect->dispatch(effEditClose);
 }
 
-/// Runs the work on a thread other than the dialog's.
+/// Runs the work on another thread than the dialog's thread, and waits for its end.
 template <typename Work>
 void elsewhere(const Work& work) {
     std::thread(work).join();
 }
 
-TEST_F(Editor, WorksOnAfterACloseOrAnOpeningOnAnotherThread) {
+TEST_F(Editor, ContinuesAfterACloseOrAnOpeningOnAnotherThread) {
     const HWND first = dialog;
     elsewhere([this] {
         const Window another(makeHostWindow());
@@ -341,7 +341,7 @@ TEST_F(Editor, WorksOnAfterACloseOrAnOpeningOnAnotherThread) {
     EXPECT_FALSE(IsWindow(dialog));
 }
 
-TEST_F(Editor, LetsGoOfADialogOfAnotherThreadAtItsEnd) {
+TEST_F(Editor, DisconnectsADialogOfAnotherThreadInItsDestructor) {
     elsewhere([this] { effect.reset(); });
     EXPECT_TRUE(IsWindow(dialog));
     scroll(Volume, 25, TB_ENDTRACK);
@@ -360,7 +360,7 @@ TEST_F(Editor, IsClosedWhenTheThreadOfItsDialogEnds) {
 }
 #endif
 
-TEST_F(Editor, MayBeMadeOnSeveralThreadsAtOnce) {
+TEST_F(Editor, MayBeCreatedOnSeveralThreadsTogether) {
 #ifdef _WIN32
     constexpr int Turns = 10; // a real window system is slow
 #else
@@ -375,7 +375,7 @@ TEST_F(Editor, MayBeMadeOnSeveralThreadsAtOnce) {
     });
 }
 
-TEST_F(Editor, LeavesNothingBehindHoweverOftenItIsOpened) {
+TEST_F(Editor, LeaksNothingWhenItIsOpenedRepeatedly) {
     long before = 0;
     for (int i = 0; i < 200; ++i) {
         if (i == 10) before = heapInUse();

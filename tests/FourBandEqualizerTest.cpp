@@ -105,7 +105,7 @@ private:
 
 } // namespace
 
-TEST(FilterDesign, YieldsTheWorkedValues) {
+TEST(FilterDesign, HasTheValuesOfTheWorkedExamples) {
     struct Row {
         float f, q, g;
         double c, k, G;
@@ -124,13 +124,13 @@ TEST(FilterDesign, YieldsTheWorkedValues) {
     }
 }
 
-TEST(FilterDesign, HasItsGainAtItsFrequencyAtEveryRate) {
+TEST(FilterDesign, HasItsGainAtItsFrequencyAtEachRate) {
     const float values[] = {0, 20, 1000, 5000, 20000, -9, 6, 10, 3, 1, 2, 5, 10};
     for (const double rate : {8000.0, 22050.0, 44100.0, 48000.0, 96000.0, 192000.0, 768000.0}) {
         const FilterDesign design = FilterDesign::of(values, rate);
         for (std::size_t i = 0; i < BandCount; ++i) {
             SCOPED_TRACE(testing::Message() << rate << " Hz, band " << i + 1);
-            // At low rates a centre is where 20000 Hz is at 44100 Hz.
+            // At low rates, the centre is limited to 20000/44100 of the rate.
             const double centre = std::min<double>(values[1 + i], rate * 20000 / 44100);
             const auto decibelsAt = [&](double hertz) {
                 const std::complex<double> z = std::polar(1.0, -2 * std::numbers::pi * hertz / rate);
@@ -147,7 +147,7 @@ TEST(FilterDesign, HasItsGainAtItsFrequencyAtEveryRate) {
     }
 }
 
-TEST(PlainKernel, PeakSectionHasTheWorkedImpulseResponse) {
+TEST(PlainKernel, HasTheImpulseResponseOfTheWorkedExample) {
     float buffer[6] = {1};
     double s1 = 0;
     double s2 = 0;
@@ -156,7 +156,7 @@ TEST(PlainKernel, PeakSectionHasTheWorkedImpulseResponse) {
     for (int i = 0; i < 6; ++i) EXPECT_NEAR(buffer[i], expected[i], 6e-6) << i;
 }
 
-TEST(KernelChoice, BeginsWithThePlainKernelAndHasNoWideRegistersIn32BitCode) {
+TEST(KernelChoice, BeginsWithThePlainKernelAndHasNoAvxKernelIn32BitCode) {
     EXPECT_EQ(availableKernels().front(), &PlainKernel);
 #ifdef __SSE2__
     EXPECT_GE(availableKernels().size(), 2U);
@@ -167,7 +167,7 @@ TEST(KernelChoice, BeginsWithThePlainKernelAndHasNoWideRegistersIn32BitCode) {
 #endif
 }
 
-TEST(FourBandEqualizer, DesignsForItsRateAlsoAfterAReset) {
+TEST(FourBandEqualizer, KeepsItsDesignRateAfterAReset) {
     const Values values = {3, 100, 800, 3000, 9000, 6, -7, 8, -9, 2, 3, 4, 5};
     Values halved = values;
     for (std::size_t i = 1; i <= BandCount; ++i) halved[i] /= 2;
@@ -185,7 +185,7 @@ TEST(FourBandEqualizer, DesignsForItsRateAlsoAfterAReset) {
 }
 
 // Compares the engine's output with the model's output to the last bit.
-TEST(FourBandEqualizer, AgreesWithTheModelForAnySettingsModesAndCallSizes) {
+TEST(FourBandEqualizer, HasTheOutputOfTheModelForAnySettingsModesAndCallSizes) {
     for (unsigned seed = 0; seed < 24; ++seed) {
         const BlockKernel& kernel = *availableKernels()[seed / 2 % availableKernels().size()];
         SCOPED_TRACE(testing::Message() << "seed " << seed << ", kernel " << kernel.name);

@@ -36,7 +36,7 @@ namespace eq {
 
 namespace {
 
-/// A loaded copy of the library, in its own folder with this language file.
+/// A loaded copy of the library. The copy is in its own folder, with a language file that contains `texts`.
 struct Copy {
     explicit Copy(const std::string& texts = {}) {
         const std::filesystem::path built = EQ_LIBRARY_PATH;
@@ -156,8 +156,8 @@ TEST(HostHabits, ShowsAPointInALocaleWithADecimalComma) {
     const std::string source = EQ_LOCALE_SOURCES_DIR "/";
     const std::string command = "localedef -c -f '" + source + "ascii.charmap' -i '" + source + "decimal-comma' '" +
                                 copy.folder.path("decimal-comma") + "' 2>/dev/null";
-    // localedef also fails with warnings, because the locale lacks most categories. It has written the locale if it did
-    // not fail with an error, which is code 4.
+    // localedef also fails if it only warns, and it warns because the locale lacks most categories. localedef writes
+    // the locale unless its exit code is 4 or more.
     ASSERT_LT(std::system(command.c_str()) / 256, 4);
     EnvironmentVariable path("LOCPATH");
     path.set(copy.folder.path().string());
@@ -239,17 +239,17 @@ TEST(HostHabits, RunsEachBlockOnANewThreadWithASmallStack) {
     }
 }
 
-TEST(HostHabits, ForgivesCallsInTheWrongOrderAndOnAnotherThread) {
+TEST(HostHabits, AcceptsCallsInTheWrongOrderAndOnAnotherThread) {
     const Copy copy;
     auto effect = std::make_unique<HostedEffect>(copy.make());
     const auto command = [&](int32 opcode, intptr value = 0, float opt = 0.0F) {
         EXPECT_EQ(effect->record->dispatcher(effect->record, opcode, 0, value, nullptr, opt), 0);
     };
-    // Before the effect is opened or switched on.
+    // These calls come before the effect is opened or switched on.
     command(effEditClose);
     command(effEditIdle);
     render(*effect, noise(3000), true);
-    // While the effect is switched off.
+    // These calls come while the effect is switched off.
     command(effMainsChanged, 0);
     command(effMainsChanged, 0);
     setAll(*effect, Audible);
@@ -258,7 +258,7 @@ TEST(HostHabits, ForgivesCallsInTheWrongOrderAndOnAnotherThread) {
     for (unsigned block = 0; block < 8; ++block) {
         const Stereo input = noise(1500, block);
         EXPECT_TRUE(sameBits(render(*effect, input, block % 2 == 0), reference.render(input)));
-        // Between two blocks, when these commands are too late.
+        // These commands come between two blocks, which is too late.
         for (const intptr size : {-1, 0, 100}) command(effSetBlockSize, size);
         command(effSetSampleRate, 0, 96000.0F);
         command(effMainsChanged, 1);

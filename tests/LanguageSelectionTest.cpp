@@ -27,7 +27,7 @@ struct Case {
     WORD systemLanguage;
     WORD language;
     std::vector<std::string> files;
-    std::size_t read; ///< the number of files that are read, from the first one on
+    std::size_t read; ///< the number of files that are read, in the order of `files`
 };
 
 const Case Cases[] = {
@@ -73,7 +73,7 @@ TEST_F(LanguageSelection, MergesFilesInTheOrderOfPrecedence) {
     }
 }
 
-TEST_F(LanguageSelection, StaysSilentlyEmptyForAPathWithoutExtensionOrFolder) {
+TEST_F(LanguageSelection, HasNoLanguageAndNoMessageForAPathWithoutExtensionOrFolder) {
     folder.write("1031.lng", "[Module]\na = b\n");
     const MessageBoxWatch watch;
     for (const std::string& path : {std::string(), std::string("Module.dll"), std::string("."), folder.path("Module")})
@@ -81,19 +81,20 @@ TEST_F(LanguageSelection, StaysSilentlyEmptyForAPathWithoutExtensionOrFolder) {
     EXPECT_EQ(watch.count(), 0);
 }
 
-TEST_F(LanguageSelection, SetsTheCodePageAnewWithEachScan) {
+TEST_F(LanguageSelection, SetsTheCodePageAtEachScan) {
     folder.write("Release/A1033.lng", "[Module]\na = b\n");
-    EXPECT_EQ(CLanguageStore(folder.path("Release/Module.dll"), 0).codepage(), 0U) << "one turn, no language yet";
+    EXPECT_EQ(CLanguageStore(folder.path("Release/Module.dll"), 0).codepage(), 0U)
+        << "the first scan knows no language";
     folder.write("A1041.lng", "[My.Module]\na = ascii\n");
     folder.write("A1033.lng", "[My.Module]\nb = \x83\x5C\n");
     const CLanguageStore store(folder.path("My.Module.dll"), 1041);
-    EXPECT_STREQ(store.Find("b"), L"\u30BD") << "in the code page of the language that is found";
+    EXPECT_STREQ(store.Find("b"), L"\u30BD") << "the code page must be that of the found language";
     EXPECT_EQ(store.codepage(), 932U);
     folder.write("A1033.lng", "<CODEPAGE 850>\n");
     EXPECT_EQ(CLanguageStore(folder.path("Module.dll"), 1041).codepage(), 850U);
 }
 
-TEST_F(LanguageSelection, TakesEveryFileOfALanguageWhosePathFitsTheSystemsBuffers) {
+TEST_F(LanguageSelection, FindsEachFileOfALanguageWhosePathFitsTheSystemsBuffers) {
     std::string place = "x";
     place.append(200 - folder.path(place).size(), 'x');
     const std::string longest = std::string(258 - 200 - 9, 'n') + "1033.lng";
@@ -112,7 +113,7 @@ TEST_F(LanguageSelection, ReadsTheOverrideAndTheSystemsLanguage) {
     }
 #ifdef _WIN32
     settings.overrideValue.setText("4"); // the system stores this text in four bytes, the size of a number
-    EXPECT_EQ(ReadLanguageOverride(), 0) << "not a number by its type";
+    EXPECT_EQ(ReadLanguageOverride(), 0) << "the type of the value is not a number";
     settings.overrideValue.remove();
     EXPECT_EQ(ReadLanguageOverride(), 0);
     settings.user_value.setText("00000407");

@@ -24,7 +24,7 @@ std::string meaningOf(const std::string& tag) {
 
 } // namespace
 
-TEST(LanguageTag, IsReadOrRefusedWithTheReason) {
+TEST(LanguageTag, IsParsedOrRefusedWithTheReason) {
     const std::pair<const char*, const char*> cases[] = {
         // Accelerators: the case and the order of the words do not matter.
         {"<accelerator\tvirtkey \t control shift vk_f5>", "ACCEL_VIRTKEY_CONTROL_SHIFT_0x74"},
@@ -51,10 +51,10 @@ TEST(LanguageTag, IsReadOrRefusedWithTheReason) {
     for (const auto& [tag, meaning] : cases) EXPECT_EQ(meaningOf(tag), meaning) << tag;
 
     const AcceleratorDefinition other{{LanguageTagType::Accelerator, true}, 0x82 | 0x10, 0x12AB, 40001};
-    EXPECT_EQ(AcceleratorKeyName(other), "ACCEL_ALT_0xAB") << "known flags, and the low half of the key";
+    EXPECT_EQ(AcceleratorKeyName(other), "ACCEL_ALT_0xAB") << "only known flags and the low byte of the key count";
 }
 
-// The fingerprints were computed from the system's own header and from the published table, not from the sources.
+// The fingerprints were computed from the system's header and from the published table, not from the product's sources.
 
 TEST(VirtualKeys, HaveTheSystemsCodes) {
     std::string list;

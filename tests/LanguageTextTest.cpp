@@ -8,7 +8,7 @@
 
 namespace eq {
 
-TEST(LanguageText, GivesBothFormsOfWhatItWasGiven) {
+TEST(LanguageText, ReturnsItsTextInBothWidths) {
     LanguageText text(L"wide");
     EXPECT_STREQ(text.narrow(), "wide");
     text.assign("a narrow text");

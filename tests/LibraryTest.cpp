@@ -30,13 +30,13 @@ EffectMainProc libraryMain() {
     return library.find<EffectMainProc>("main");
 }
 
-TEST(Library, WantsAHostThatKnowsItsVersion) {
+TEST(Library, RefusesAHostThatReportsNoVersion) {
     const ScriptedHost refusing(0);
     EXPECT_EQ(libraryMain()(ScriptedHost::callback), nullptr);
     EXPECT_EQ(refusing.calls(), (std::vector<HostCall>{{nullptr, audioMasterVersion, 0, 0, nullptr, 0.0f}}));
 }
 
-TEST(Library, GivesAFilledRecord) {
+TEST(Library, ReturnsAFilledRecord) {
     const ScriptedHost host(2400);
     const HostedEffect owner(libraryMain()(ScriptedHost::callback));
     const AEffect* const effect = owner.record;
@@ -52,7 +52,7 @@ TEST(Library, GivesAFilledRecord) {
     EXPECT_TRUE(std::ranges::all_of(effect->future, [](char c) { return c == 0; }));
 }
 
-TEST(Library, FiltersAsTheEnginesDoWhateverTheBlockSizes) {
+TEST(Library, FiltersLikeTheEnginesForAnyBlockSizes) {
     const ScriptedHost host(2400);
     const Stereo input = noise(30000);
     for (const auto& sizes : {std::vector<std::size_t>{30000}, {1, 0, 700}, {2048}, {5000, 1, 441, 3000}}) {
@@ -71,7 +71,7 @@ TEST(Library, FiltersAsTheEnginesDoWhateverTheBlockSizes) {
     }
 }
 
-TEST(Library, ShowsTheUnitWordsOfTheLanguageFileBesideIt) {
+TEST(Library, ShowsTheUnitsOfTheLanguageFileInItsFolder) {
     const ScriptedHost host(2400);
     const TemporaryFolder folder;
     const std::filesystem::path built = EQ_LIBRARY_PATH;
@@ -85,7 +85,7 @@ TEST(Library, ShowsTheUnitWordsOfTheLanguageFileBesideIt) {
     EXPECT_EQ(effect.display(7), "+3.5 Dezibel");
 }
 
-TEST(Library, GivesNoEffectWhileALanguageFileIsBroken) {
+TEST(Library, ReturnsNoEffectWhileALanguageFileIsBroken) {
     const ScriptedHost host(2400);
     const TemporaryFolder folder;
     const std::filesystem::path built = EQ_LIBRARY_PATH;
@@ -100,7 +100,7 @@ TEST(Library, GivesNoEffectWhileALanguageFileIsBroken) {
 }
 
 #ifndef _WIN32
-TEST(Library, SaysOnStandardErrorThatThereAreNoLanguageFiles) {
+TEST(Library, ReportsOnStandardErrorThatThereAreNoLanguageFiles) {
     const ScriptedHost host(2400);
     const TemporaryFolder folder;
     const std::filesystem::path built = EQ_LIBRARY_PATH;
@@ -112,7 +112,7 @@ TEST(Library, SaysOnStandardErrorThatThereAreNoLanguageFiles) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Error: LNG0001:  No language files were found.\n");
 }
 
-TEST(Library, NeedsNoGraphicsLibraryUntilItsEditorIsAskedFor) {
+TEST(Library, LoadsNoGraphicsLibraryWithoutTheEditor) {
     const ScriptedHost host(2400);
     const HostedEffect effect(libraryMain()(ScriptedHost::callback));
     EXPECT_EQ(effect.display(0), "+0.0 dB");
@@ -142,7 +142,7 @@ int32 callSkewed(const void* function, std::array<std::uintptr_t, 6> arguments, 
     return result;
 }
 
-TEST(Library, TakesAStackThatIsAlignedToFourBytesOnly) {
+TEST(Library, AcceptsAStackThatIsAlignedToFourBytesOnly) {
     const ScriptedHost host(2400);
     const auto word = [](auto value) { return std::bit_cast<std::uintptr_t>(value); };
     for (const std::uintptr_t skew : {0u, 4u, 8u, 12u}) {

@@ -8,7 +8,7 @@ namespace eq {
 
 namespace {
 
-TEST_F(LngcheckCommand, TellsFaultsAndWarningsWithFileAndLine) {
+TEST_F(LngcheckCommand, ReportsFaultsAndWarningsWithFileAndLine) {
     const std::pair<const char*, const char*> lines[] = {
         {"IDS_DB = x", "stands in front of the first"},
         {"[Parametric Equalizer]", ""},
@@ -26,7 +26,7 @@ TEST_F(LngcheckCommand, TellsFaultsAndWarningsWithFileAndLine) {
         {"IDD_Options_Gain = 1&234567890l", "warning: '1&234567890l' takes about 61 pixels, and its place has 60\n"},
         {"IDS_DB = 123456789012345678901", "warning: '+12.0 1"},
         {"IDS_Hz = 12345678901234567890123", "the unit makes a read-out of 28 bytes, of which 27 show\n"},
-        {"IDS_kHz = \xC3\xDE\xBC\xC3\xDE\xBC\xC3\xDE", "warning: the unit does not show"}, // and 29 bytes
+        {"IDS_kHz = \xC3\xDE\xBC\xC3\xDE\xBC\xC3\xDE", "warning: the unit does not show"}, // a read-out has 29 bytes
         {"IDS_dBx = 1", "warning: the library does not look up"},
         {"<ACCEL VK_F5> = <accel alt 7>", ""},
         {"<ACCEL F1> = <ACCEL F5>", "Invalid tag '<ACCEL F1>'"},
@@ -47,7 +47,7 @@ TEST_F(LngcheckCommand, TellsFaultsAndWarningsWithFileAndLine) {
     expectRun("A1041.lng", 1, findings);
 }
 
-TEST_F(LngcheckCommand, TellsOfFilesAsAWhole) {
+TEST_F(LngcheckCommand, ReportsFaultsOfWholeFiles) {
     const std::string german = shipped("1031");
     const std::tuple<const char*, std::string, int, const char*> rows[] = {
         {"A1031.lng", german + "[A]\na = Zur\xFC\n", 0, "faults: 0, warnings: 0\n"},
@@ -65,7 +65,7 @@ TEST_F(LngcheckCommand, TellsOfFilesAsAWhole) {
     expectRun("--strict Shared.lng", 1, {"faults: 0, warnings: 1\n"});
 }
 
-TEST_F(LngcheckCommand, TakesFilesAndFoldersAndCountsAKeyOfAnyFileOfTheLanguage) {
+TEST_F(LngcheckCommand, AcceptsFilesAndFoldersAndFindsAKeyInAnyFileOfTheLanguage) {
     const std::string german = shipped("1031");
     const std::size_t split = german.find("[Shared]");
     folder.write("set/A1031.lng", german.substr(0, split));
@@ -91,7 +91,7 @@ TEST_F(LngcheckCommand, ComparesWithAReference) {
     expectRun("--reference bad1033.lng A1033.lng", 1, {});
 }
 
-TEST_F(LngcheckCommand, ShowsTheOrderOfReadingAndWhereAKeyIsTakenFrom) {
+TEST_F(LngcheckCommand, ShowsTheOrderOfReadingAndTheFileThatDefinesAKey) {
     folder.write("Release/A1036.lng", "[Shared]\nIDS_DB = shared\n[Parametric Equalizer]\nIDS_Hz = own\n");
     folder.write("Release/A12.lng", "[Parametric Equalizer]\nids_db = primary\n");
     folder.write("A1036.lng", "[Parametric Equalizer]\nIDS_DB = parent\n");
@@ -104,7 +104,7 @@ TEST_F(LngcheckCommand, ShowsTheOrderOfReadingAndWhereAKeyIsTakenFrom) {
                "ignored:   " + path("A1036.lng:2"), "ignored:   " + path("Release/A1036.lng:2") + " [Shared] 'shared'",
                "no:\n", "in no file that is read"});
 
-    // Elsewhere a folder is read once, and a broken file stops all.
+    // The parent of a folder is read only for a build folder such as Release. A broken file stops the library.
     folder.write("plain/A1033.lng", "[Shared]\n");
     folder.write("plain/B1033.lng", "nonsense\n");
     expectRun("--override 0 --system 1033 plain", 1,
@@ -115,7 +115,7 @@ TEST_F(LngcheckCommand, ShowsTheOrderOfReadingAndWhereAKeyIsTakenFrom) {
                "does not load at all. Its first fault:\n    line 1: equal"});
 }
 
-TEST_F(LngcheckCommand, WritesAPseudoLocalisedFileThatIsReadable) {
+TEST_F(LngcheckCommand, WritesAReadablePseudoLocalisedFile) {
     folder.write("A1033.lng", clean + "[Other]\na = \\x5Cn\\t\xFC\n");
     expectRun("--reference A1033.lng --pseudo new/P1031.lng", 0, {});
     expectInOrder(contents("new/P1031.lng"),

@@ -1,4 +1,4 @@
-// Faults of translators, planted in shipped files, and files that no translator would write.
+// Plants faults of translators in shipped files, and checks files that no translator would write.
 
 #include "tests/support/LngcheckCommand.h"
 
@@ -17,8 +17,8 @@ namespace {
 using LngcheckFaults = LngcheckCommand;
 
 struct Planted {
-    const char* id;   ///< of the shipped file
-    std::string from; ///< the bytes that are replaced; their place is the line of the fault
+    const char* id;   ///< the language id of the shipped file
+    std::string from; ///< the bytes that are replaced; the finding must name their line
     std::string to;
     const char* severity; ///< empty for a fault
     const char* text;
@@ -83,14 +83,14 @@ const Planted PlantedFaults[] = {
      "the unit makes a read-out of 30 bytes", "at most 21 bytes"},
 };
 
-/// Joins the lines into which a hint is broken.
+/// Returns the text with each wrapped hint joined into one line.
 std::string unfolded(std::string text) {
     for (std::size_t at = text.find("\n    "); at != std::string::npos; at = text.find("\n    ", at + 1))
         text.replace(at, 5, " ");
     return text;
 }
 
-TEST_F(LngcheckFaults, PlantedInAShippedFileAreFoundAtTheirLine) {
+TEST_F(LngcheckFaults, FindsPlantedFaultsAtTheirLine) {
     for (const Planted& fault : PlantedFaults) {
         std::string file = shipped(fault.id);
         const std::size_t at = file.find(fault.from);
@@ -106,7 +106,7 @@ TEST_F(LngcheckFaults, PlantedInAShippedFileAreFoundAtTheirLine) {
     }
 }
 
-TEST_F(LngcheckFaults, HaveOneCauseWhereTheWholeFileIsWrong) {
+TEST_F(LngcheckFaults, ReportsOneCauseIfTheWholeFileIsWrong) {
     std::string wide;
     for (const char c : clean) wide += {c, '\0'};
     std::string mac = clean;
@@ -131,7 +131,7 @@ TEST_F(LngcheckFaults, HaveOneCauseWhereTheWholeFileIsWrong) {
     }
 }
 
-TEST_F(LngcheckFaults, OfNamesAreExplained) {
+TEST_F(LngcheckFaults, ExplainsFaultsOfFileNames) {
     for (const auto& [name, text, hint] :
          {std::tuple{"Eq2_1031.lng", "the name does not end in a language id", "Here the number is 2"},
           std::tuple{"A1234.lng", "Windows has no language 1234", "such as 1031"},
@@ -141,12 +141,13 @@ TEST_F(LngcheckFaults, OfNamesAreExplained) {
     }
 }
 
-/// A scanner written from the description of the format alone. It finds the faults of a file's lines.
+/// An independent scanner, which was written only from the description of the format. It finds the faulty lines of a
+/// file.
 namespace oracle {
 
 struct Fault {
     int line;
-    std::string text; ///< up to the first character that JSON or a terminal writes in another way
+    std::string text; ///< the message up to the first character that JSON or a terminal would escape
     auto operator<=>(const Fault&) const = default;
 };
 
@@ -167,7 +168,7 @@ std::string plainStart(const std::string& text) {
     return plain;
 }
 
-/// The digits before the last point, as 16 bits.
+/// Returns the number before the last point of a file name, cut to 16 bits.
 int languageOf(const std::string& name) {
     const std::size_t point = name.rfind('.');
     std::size_t first = point;
@@ -175,14 +176,14 @@ int languageOf(const std::string& name) {
     return std::atoi(name.substr(first, point - first).c_str()) & 0xFFFF;
 }
 
-/// The part of the table that the hostile tags need.
+/// Returns whether a code page fits a language. Contains only the pairs that the hostile files may use.
 bool isPair(long codepage, int language) {
     const std::set<std::pair<long, int>> pairs = {{437, 1031}, {437, 1041}, {850, 1031}, {1252, 1031},
                                                   {932, 1041}, {942, 1041}, {866, 1049}, {1251, 1049}};
     return pairs.contains({codepage, language});
 }
 
-/// Returns the fault of a tag's inside; a text that begins with a point for a tag of an accepted type.
+/// Returns the fault in a tag. For a valid tag, returns a text that begins with a point.
 std::string faultOfTag(const std::string& tag) {
     std::string inside = tag.substr(1, tag.size() - 2);
     for (char& c : inside) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
@@ -307,10 +308,10 @@ std::string member(const std::string& object, const std::string& name) {
     return object.substr(first, object.find_first_of(object[at] == '"' ? "\"\\" : ",", first) - first);
 }
 
-// A folder of all files shows, too, that their number does not matter.
-TEST_F(LngcheckFaults, OfHostileFilesAreThoseOfTheFormatsDescription) {
+// One run checks all files in one folder, so that this test also covers a large number of files.
+TEST_F(LngcheckFaults, AgreesWithTheFormatsDescriptionForHostileFiles) {
 #ifdef _WIN32
-    constexpr int Files = 1000; // under Wine a file takes long
+    constexpr int Files = 1000; // under Wine, each file takes long
 #else
     constexpr int Files = 5000;
 #endif
@@ -347,7 +348,7 @@ TEST_F(LngcheckFaults, OfHostileFilesAreThoseOfTheFormatsDescription) {
     }
 }
 
-TEST_F(LngcheckFaults, OfALineOfFiftyMegabytesAreFoundQuickly) {
+TEST_F(LngcheckFaults, ChecksALineOfFiftyMegabytesQuickly) {
     std::string letters(50'000'000, 'x');
     folder.write("A1031.lng", "[Shared]\nMSGBOX_OK = " + letters + "\n" + letters + "\n<" + letters + ">\n");
 #ifdef _WIN32
@@ -362,12 +363,12 @@ TEST_F(LngcheckFaults, OfALineOfFiftyMegabytesAreFoundQuickly) {
     EXPECT_LT(outcome.said.size(), 10000U);
 }
 
-TEST_F(LngcheckFaults, AreCountedOnceHoweverOftenAFileIsNamed) {
+TEST_F(LngcheckFaults, ChecksAFileOnceIfItIsNamedRepeatedly) {
     folder.write("set/A1033.lng", clean);
     expectRun("set set/../set set/A1033.lng", 0, {"files: 1, "});
 }
 
-TEST_F(LngcheckFaults, AreFoundInFilesWithNamesOutsideTheCodePage) {
+TEST_F(LngcheckFaults, AcceptsFileNamesOutsideTheCodePage) {
     std::ofstream(folder.path() / u8"G\u00F6\u0416\u6F22 1031.lng") << "nonsense";
     const std::string name = "G\xC3\xB6\xD0\x96\xE6\xBC\xA2 1031.lng";
     expectRun("\"" + name + "\"", 1, {name + ":1: equal (=) expected."});
@@ -377,7 +378,7 @@ TEST_F(LngcheckFaults, AreFoundInFilesWithNamesOutsideTheCodePage) {
 }
 
 #ifndef _WIN32
-TEST_F(LngcheckFaults, OfFilesThatCannotBeReadHaveTheSystemsReason) {
+TEST_F(LngcheckFaults, ReportsTheSystemsReasonForUnreadableFiles) {
     ASSERT_EQ(run("",
                   "mkdir set; cd set; mkfifo A1031.lng; ln -s B1031.lng B1031.lng; ln -s . C1031.lng; ln -s missing "
                   "D1031.lng; ln -s /proc/self/mem E1031.lng; printf '[\\033[2J\\n\\033]0;x\\007' >F1031.lng;")
@@ -392,7 +393,7 @@ TEST_F(LngcheckFaults, OfFilesThatCannotBeReadHaveTheSystemsReason) {
 }
 #endif
 
-TEST_F(LngcheckFaults, InJsonHaveOneObjectInALine) {
+TEST_F(LngcheckFaults, WritesOneJsonObjectPerLine) {
     folder.write("A1033.lng", clean + "no \"\\\x01\n");
     expectRun("--json A1033.lng", 1,
               {"{\"file\": \"A1033.lng\", \"line\": 59, \"severity\": \"fault\", \"text\": \"equal (=) expected.\", "
@@ -403,7 +404,7 @@ TEST_F(LngcheckFaults, InJsonHaveOneObjectInALine) {
     expectRun("--stats A1033.lng", 1, {"language ", "1033 (English) ", " 24 ", " 0 ", " 1 ", " 0\n", "files: 1"});
 }
 
-TEST_F(LngcheckFaults, OfANewFileAreTheTextsThatAreNotYetThere) {
+TEST_F(LngcheckFaults, ReportsTheMissingTextsOfANewFile) {
     expectRun("--init 1039 new/Equalizer1039.lng", 0, {});
     expectInOrder(contents("new/Equalizer1039.lng"),
                   {"<CODEPAGE 1252>\r\n", "\r\n[Parametric Equalizer]\r\n", "// English: dB\r\nIDS_DB = dB\r\n",
@@ -415,7 +416,7 @@ TEST_F(LngcheckFaults, OfANewFileAreTheTextsThatAreNotYetThere) {
     EXPECT_EQ(contents("A10.lng").find("<"), contents("A10.lng").find("< &Back"));
 }
 
-TEST_F(LngcheckFaults, AreNotMadeByAConversionThereAndBack) {
+TEST_F(LngcheckFaults, ConvertsSourcesToLanguageFilesAndBackWithoutAChange) {
     int sources = 0;
     for (const auto& entry : std::filesystem::directory_iterator(EQ_LANGUAGE_SOURCES_DIR)) {
         if (!entry.path().filename().string().starts_with("Equalizer")) continue;

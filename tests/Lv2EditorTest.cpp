@@ -9,13 +9,13 @@
 
 #include <lv2/ui/ui.h>
 
-// The editor of the LV2 bundle, in a host's window.
+// Opens the editor of the LV2 bundle in a host's window.
 
 namespace eq {
 
 namespace {
 
-// Ports of the stereo plug-in: two inputs, two outputs, the parameters, `enabled`.
+// Indices of the stereo plug-in's ports, which are two inputs, two outputs, the parameters and `enabled`.
 constexpr std::uint32_t Frequency2 = 6;
 constexpr std::uint32_t Gain2 = 10;
 constexpr std::uint32_t Enabled = 17;
@@ -67,7 +67,7 @@ protected:
     std::map<std::uint32_t, float> written;
 };
 
-TEST_F(Lv2Editor, OpensForItsPlugInsInAHostsWindowOnly) {
+TEST_F(Lv2Editor, OpensOnlyForItsPlugInsAndInAHostsWindow) {
     EXPECT_FALSE(open(Stereo, false));
     EXPECT_FALSE(open("urn:another", true));
     EXPECT_EQ(descriptor()->extension_data("urn:another"), nullptr);
@@ -78,22 +78,22 @@ TEST_F(Lv2Editor, OpensForItsPlugInsInAHostsWindowOnly) {
     }
 }
 
-TEST_F(Lv2Editor, WritesThePortsThatTheUserMovesAndFollowsTheHosts) {
+TEST_F(Lv2Editor, WritesThePortsThatTheUserChangesAndFollowsTheHost) {
     ASSERT_TRUE(open(Stereo, true));
     port(Frequency2, 1000.0F);
     port(Gain2, -6.0F);
-    for (const std::uint32_t other : {0U, 3U, 18U, 99U}) port(other, 1.0F); // no controls
-    descriptor()->port_event(editor, Gain2, 2, 0, "");                      // no value
-    descriptor()->port_event(editor, Gain2, 4, 7, "abc");                   // of another protocol
+    for (const std::uint32_t other : {0U, 3U, 18U, 99U}) port(other, 1.0F); // these ports are no controls
+    descriptor()->port_event(editor, Gain2, 2, 0, "");                      // the size is not that of a float
+    descriptor()->port_event(editor, Gain2, 4, 7, "abc");                   // the protocol is unknown
     EXPECT_EQ(idle(), 0);
     EXPECT_TRUE(written.empty());
-    // The node of band 2 is now at 1 kHz; 24 dB have 404 pixels, and a decade has 751 / 3.
+    // The node of band 2 is now at 1 kHz. 24 dB have 404 pixels, and three decades have 751 pixels.
     drag(477, 315, 477 + 250, 315 - 101);
     EXPECT_TRUE(comesTrue([&] { return idle() == 0 && written.size() == 2; }));
     EXPECT_NEAR(written[Frequency2], 1000.0 * std::pow(10.0, 250.0 * 3.0 / 751.0), 1.0);
     EXPECT_NEAR(written[Gain2], 0.0, 0.01);
 
-    drag(856, 26, 856, 26); // the bypass
+    drag(856, 26, 856, 26); // clicks the bypass
     EXPECT_TRUE(comesTrue([&] { return idle() == 0 && written.contains(Enabled); }));
     EXPECT_EQ(written[Enabled], 0.0F);
     port(Enabled, 1.0F);

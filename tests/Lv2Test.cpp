@@ -1,4 +1,4 @@
-// The LV2 plug-in as a host sees it: the built library, loaded through its export.
+// Tests the LV2 plug-in as a host uses it: loads the built library, and calls its export.
 
 #include "tests/support/EqualizerReference.h"
 #include "tests/support/Lv2Host.h"
@@ -25,7 +25,7 @@ const LoadedLibrary& library() {
     return loaded;
 }
 
-/// The values in the engine for values of the ports, which pass through the effect's normalised parameters.
+/// Returns the engine's values for values of the ports. These values pass through the effect's normalised parameters.
 Values mapped(const Values& ports) {
     Values p;
     for (std::size_t i = 0; i < p.size(); ++i) {
@@ -42,8 +42,8 @@ Samples part(const Samples& samples, std::size_t start, std::size_t end) {
     return {samples.begin() + static_cast<std::ptrdiff_t>(start), samples.begin() + static_cast<std::ptrdiff_t>(end)};
 }
 
-/// The sound after an engine that had the settings long before the first sample, and gets others in a block. Without
-/// the delay.
+/// Returns the output of an engine for the sound `dry`, without the delay. The engine has the values of `ports` long
+/// before the first sample, and receives the values of `later` before block `changeBlock`.
 Samples filtered(const Values& ports, double rate, const Samples& dry, std::size_t changeBlock = SIZE_MAX / 2,
                  const Values& later = {}) {
     FourBandEqualizer engine(rate);
@@ -58,7 +58,7 @@ Samples filtered(const Values& ports, double rate, const Samples& dry, std::size
     return part(stream, 3 * Block, 3 * Block + dry.size());
 }
 
-/// A sound after the plug-in's delay, and as long as before.
+/// Returns a sound with the plug-in's delay, cut to the original length.
 Samples delayed(Samples sound) {
     sound.insert(sound.begin(), Block, 0.0F);
     sound.resize(sound.size() - Block);
@@ -91,7 +91,7 @@ TEST(Lv2, WorksAtRatesFrom8000To768000HzOnly) {
     EXPECT_EQ(descriptor(2), nullptr);
 }
 
-TEST(Lv2, HasItsSettingsFromTheFirstSampleInAnyCombinationOfBuffers) {
+TEST(Lv2, AppliesItsSettingsFromTheFirstSampleInAnyCombinationOfBuffers) {
     std::mt19937 random(1);
     constexpr std::size_t Frames = 30000;
     const Stereo dry = noise(Frames);
@@ -124,7 +124,7 @@ TEST(Lv2, HasItsSettingsFromTheFirstSampleInAnyCombinationOfBuffers) {
     }
 }
 
-TEST(Lv2, FadesExactlyTheBlockInWhichEnabledChanges) {
+TEST(Lv2, CrossfadesOverExactlyTheBlockInWhichEnabledChanges) {
     constexpr std::size_t Blocks = 14;
     constexpr std::size_t Frames = Blocks * Block;
     std::mt19937 random(1);
@@ -137,7 +137,8 @@ TEST(Lv2, FadesExactlyTheBlockInWhichEnabledChanges) {
         std::vector<Samples> channel = {dry};
         for (std::size_t done = 0; done < Frames; done += size) {
             const std::size_t count = std::min(size, Frames - done);
-            // Bypassed from the start, again in the middle, and for an instant between two block boundaries.
+            // The plug-in is bypassed from the start, and again in the middle. During the second bypass, it is enabled
+            // for an instant between two block boundaries.
             const bool isWanted = (done >= 3 * Block - 500 && done < 7 * Block + 10) || done >= 10 * Block;
             const bool isInstant = done > 8 * Block && done < 8 * Block + 900;
             instance.enabled = isWanted || isInstant ? 1 : 0;
@@ -191,7 +192,7 @@ TEST(Lv2, BypassesASteadySineWithoutASteeperStep) {
     }
 }
 
-TEST(Lv2, LimitsValuesAndHasDefaultsForUnconnectedPorts) {
+TEST(Lv2, LimitsValuesAndUsesDefaultsForUnconnectedPorts) {
     const auto render = [](const Values& values, const std::vector<std::uint32_t>& unconnected) {
         Lv2Instance instance(library(), 1, 44100);
         instance.values = values;
@@ -218,8 +219,8 @@ TEST(Lv2, LimitsValuesAndHasDefaultsForUnconnectedPorts) {
     EXPECT_EQ(firstDifference(render(defaults, {5, 6, 7, 8, 13}), render(flat, {})), -1);
 }
 
-// Two bad hosts in threads. The sanitizers see what goes wrong; at the end the sound must be right.
-TEST(Lv2, SurvivesBadHosts) {
+// Two badly behaved hosts run in two threads. The sanitizers report faults, and the sound must be right at the end.
+TEST(Lv2, SurvivesBadlyBehavedHosts) {
     const auto play = [](unsigned seed) {
         std::mt19937 random(seed);
         const double rates[] = {8000, 44100, 192000, 768000};

@@ -69,7 +69,7 @@ TEST(PrepareMenuResource, RefusesATemplateThatItCannotReproduce) {
     }
 }
 
-TEST(PrepareMenuResource, ReadsPopupsOfAnyDepthThatItsRangeAllows) {
+TEST(PrepareMenuResource, ReadsPopupsOfAnyDepthWithinItsRange) {
     TemplateBuilder menu = TemplateBuilder().words({0, 0});
     for (int depth = 0; depth < 16000; ++depth) menu.word(0x90).text(u"");
     EXPECT_EQ(statusOf(PrepareMenuResource, TemplateBuilder(menu).words({0x80, 1}).text(u"{T_Short}")), PrepReplaced);

@@ -14,7 +14,7 @@ namespace {
 /// A lock whose system mutex a test can probe and break.
 class ProbedMutex : public Mutex {
 public:
-    /// Returns whether another thread can take the system's mutex now.
+    /// Returns whether another thread can acquire the system's mutex now.
     [[nodiscard]] bool isFree() const {
         bool taken = false;
         onThreads(1, [&](int) {
@@ -32,7 +32,7 @@ public:
 
 } // namespace
 
-TEST(Mutex, ReleasesTheSystemsMutexWithItsHoldersLastUnlockEvenIfTheHolderAheadDied) {
+TEST(Mutex, ReleasesTheSystemsMutexAtTheLastUnlockEvenIfThePreviousHolderDied) {
     ProbedMutex mutex;
     onThreads(1, [&](int) { mutex.Lock(); });
     for (int i = 0; i < 2; ++i) mutex.Lock();
@@ -47,7 +47,7 @@ TEST(Mutex, ReleasesTheSystemsMutexWithItsHoldersLastUnlockEvenIfTheHolderAheadD
     EXPECT_FALSE(mutex.isFree());
 }
 
-TEST(Mutex, TellsOfSystemCallsThatFail) {
+TEST(Mutex, ReportsSystemCallsThatFail) {
     ProbedMutex mutex;
     mutex.Lock();
     mutex.breakSystemMutex();

@@ -19,7 +19,7 @@ void put(ParameterHandover& handover, float value) {
 
 } // namespace
 
-TEST(ParameterHandover, GivesTheNewestArrayOnceAndLosesNoSlot) {
+TEST(ParameterHandover, ReturnsTheNewestArrayOnceAndLosesNoSlot) {
     ParameterHandover handover;
     float values[ParameterCount] = {};
     EXPECT_FALSE(handover.take(values));
@@ -50,7 +50,7 @@ TEST(ParameterHandover, KeepsTheArrayOfTheLaterChange) {
     }
 }
 
-TEST(ParameterHandover, TakesArraysAfterItsNumbersHaveWrappedAround) {
+TEST(ParameterHandover, AcceptsArraysAfterItsNumbersHaveWrappedAround) {
     constexpr std::uint32_t Wrap = 1U << 27; // the count of different numbers in a ticket
     for (const std::uint32_t before : {1U, Wrap / 2, Wrap - 1, 0xFFFFFFFFU})
         for (const std::uint32_t changes : {1U, Wrap / 2 + 1, Wrap - (1U << 21)}) {
@@ -63,7 +63,7 @@ TEST(ParameterHandover, TakesArraysAfterItsNumbersHaveWrappedAround) {
         }
 }
 
-TEST(ParameterHandover, NeverGivesHalfAnArrayNorAnOlderOneOfTheSameWriter) {
+TEST(ParameterHandover, ReturnsOnlyCompleteArraysAndEachWritersArraysInOrder) {
     constexpr int WriterCount = 4;
     constexpr int Writes = 20000;
     ParameterHandover handover;
@@ -88,7 +88,7 @@ TEST(ParameterHandover, NeverGivesHalfAnArrayNorAnOlderOneOfTheSameWriter) {
         }
     };
     onThreads(WriterCount + 1, [&](int i) { i < WriterCount ? write(i) : read(); });
-    EXPECT_TRUE(lastRound) << "the array that came last is the last of its writer";
+    EXPECT_TRUE(lastRound) << "the last array is not the last array of its writer";
 }
 
 } // namespace eq

@@ -7,7 +7,7 @@
 
 namespace eq {
 
-TEST(ParameterTable, AgreesWithItselfInBothDirections) {
+TEST(ParameterTable, IsConsistentInBothDirections) {
     for (int index = 0; index < ParameterCount; ++index) {
         const Parameter& parameter = Parameters[index];
         SCOPED_TRACE(parameter.name);

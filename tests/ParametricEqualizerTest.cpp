@@ -37,7 +37,7 @@ TEST(ParametricEqualizer, StartsWithTheDefaults) {
     for (int32 i = 0; i < 13; ++i) EXPECT_EQ(std::bit_cast<std::uint32_t>(effect.getParameter(i)), bits[i]);
 }
 
-TEST(ParametricEqualizer, MapsParametersToEngineeringUnitsAndKeepsThemAsTheyAreGiven) {
+TEST(ParametricEqualizer, MapsParametersToEngineeringUnitsAndKeepsTheirBits) {
     const Values given = {0.0f, Infinity, 2.0f / 3.0f, 1.0f / 3.0f, -3.0f, -Infinity, 0.75f,
                           1.0f, NaN,      5.0f / 9.0f, 7.0f,        0.5f,  0.0f};
     ParametricEqualizer effect(nullptr);
@@ -50,7 +50,7 @@ TEST(ParametricEqualizer, MapsParametersToEngineeringUnitsAndKeepsThemAsTheyAreG
         effect);
 }
 
-TEST(ParametricEqualizer, HandsTheValuesOverAtEverySet) {
+TEST(ParametricEqualizer, HandsOverTheValuesAtEachSet) {
     ParametricEqualizer effect(nullptr);
     setAll(effect, Audible);
     ReferencePair reference(engineValues(Audible));
@@ -76,7 +76,7 @@ TEST(ParametricEqualizer, NamesItsParameters) {
                    "Gain(1) dB,Gain(2) dB,Gain(3) dB,Gain(4) dB,Q(1) ,Q(2) ,Q(3) ,Q(4) ,");
 }
 
-TEST(ParametricEqualizer, AllocatesForGrowingAlone) {
+TEST(ParametricEqualizer, AllocatesOnlyToGrow) {
     ParametricEqualizer effect(nullptr);
     Stereo audio = noise(4096);
     float* channels[] = {audio[0].data(), audio[1].data()};
@@ -100,7 +100,7 @@ TEST(ParametricEqualizer, AddsToTheOutputInPiecesWhenMemoryIsShort) {
     ReferencePair reference(engineValues(DefaultParameters));
     effect.setBlockSize(100);
     Stereo input = noise(5050);
-    for (const long granted : {0, 1, 2}) { // memory for none of the two arrays, for one, for both
+    for (const long granted : {0, 1, 2}) { // there is memory for no array, for one array, or for both arrays
         Stereo expected = reference.render(input);
         Stereo output = noise(5050, 7);
         for (std::size_t c = 0; c < 2; ++c)
@@ -115,8 +115,8 @@ TEST(ParametricEqualizer, AddsToTheOutputInPiecesWhenMemoryIsShort) {
     }
 }
 
-TEST(ParametricEqualizer, SuspendForgetsTheAudioAndKeepsTheParameters) {
-    for (const long granted : {-1, 0, 1}) { // memory for both engines, for none, for one
+TEST(ParametricEqualizer, DiscardsTheAudioAtSuspendAndKeepsTheParameters) {
+    for (const long granted : {-1, 0, 1}) { // there is memory for both engines, for no engine, or for one engine
         SCOPED_TRACE(granted);
         ParametricEqualizer effect(nullptr);
         setAll(effect, Audible);
@@ -133,8 +133,8 @@ TEST(ParametricEqualizer, SuspendForgetsTheAudioAndKeepsTheParameters) {
     }
 }
 
-// If one allocation of the constructor fails, the others are released.
-TEST(ParametricEqualizer, LeavesNoMemoryBehind) {
+// If one allocation of the constructor fails, the constructor releases all others.
+TEST(ParametricEqualizer, LeaksNoMemoryIfAnAllocationFails) {
     const long before = allocations::live;
     bool made = false;
     for (long granted = 0; !made; ++granted) {
@@ -151,7 +151,7 @@ TEST(ParametricEqualizer, LeavesNoMemoryBehind) {
     }
 }
 
-TEST(ParametricEqualizer, LosesNoChangeThatComesInTheMidstOfAnother) {
+TEST(ParametricEqualizer, LosesNoChangeThatInterruptsAnotherChange) {
     // Sets a parameter after the effect has read all values and before it hands them over, as another thread could.
     struct Interrupted : ParametricEqualizer {
         using ParametricEqualizer::ParametricEqualizer;

@@ -67,7 +67,7 @@ UINT CALLBACK pageCallback(HWND, UINT message, PROPSHEETPAGEW* page) {
 
 int CALLBACK sheetCallback(HWND sheet, UINT message, LPARAM lParam) {
     if (message == PSCB_PRECREATE) {
-        // The sheet stays hidden: a real window system needs time to show a window.
+        // Hides the sheet, because a real window system needs time to show a window.
         auto* const fields = reinterpret_cast<DWORD*>(lParam);
         const bool isExtended = HIWORD(fields[0]) == 0xFFFF;
         fields[isExtended ? 3 : 0] &= ~DWORD{WS_VISIBLE};
@@ -127,7 +127,7 @@ std::unique_ptr<std::byte[]> exactBytes(const Records&... records) {
 
 } // namespace
 
-TEST(WedgeSheets, AreTranslatedAndLeaveTheCallersRecordsAsTheyAre) {
+TEST(WedgeSheets, AreTranslatedAndDoNotChangeTheCallersRecords) {
     Sheet sheet(PSH_HASHELP);
     const auto before = sheet.pages;
     sheet.open();
@@ -137,11 +137,11 @@ TEST(WedgeSheets, AreTranslatedAndLeaveTheCallersRecordsAsTheyAre) {
     EXPECT_EQ(sheet.textOfItem(IDCANCEL), L"Leave");
     EXPECT_EQ(sheet.textOfItem(9), L"What?");
     EXPECT_EQ(sheet.textOfItem(0x3021), L""); // Apply has no translation
-    EXPECT_EQ(okText, L"All right") << "the user's callback comes behind the texts";
+    EXPECT_EQ(okText, L"All right") << "the caller's callback must run after the texts are set";
     EXPECT_EQ(std::memcmp(sheet.pages.data(), before.data(), sizeof before), 0);
 }
 
-TEST(WedgeSheets, AnswerTheMessagesThatWorkByResourceId) {
+TEST(WedgeSheets, AnswerMessagesThatNameAPageByItsResourceId) {
     Sheet sheet(PSH_USEPSTARTPAGE);
     sheet.header.pStartPage = MAKEINTRESOURCEW(152);
     sheet.open();
@@ -155,7 +155,7 @@ TEST(WedgeSheets, AnswerTheMessagesThatWorkByResourceId) {
     EXPECT_EQ(sheet.label(), L"A longer translation");
 }
 
-TEST(WedgeSheets, TakeNoTextForTheIdOfAStartPage) {
+TEST(WedgeSheets, DoNotConfuseTheNameOfAStartPageWithAnId) {
     // This memory contains an address whose low 16 bits equal the id of a page.
     std::vector<char> memory(0x20000);
     const auto behindStart = (std::uintptr_t{152} - reinterpret_cast<std::uintptr_t>(memory.data())) & 0xFFFF;
@@ -165,7 +165,7 @@ TEST(WedgeSheets, TakeNoTextForTheIdOfAStartPage) {
     EXPECT_NE(sheet.label(), L"SS");
 }
 
-TEST(WedgeSheets, OfAWizardGoToThePageThatIsNamedByItsId) {
+TEST(WedgeSheets, TurnAWizardToThePageOfAResourceId) {
     Sheet sheet(PSH_WIZARD);
     sheet.open();
     EXPECT_EQ(sheet.textOfItem(0x3023) + L", " + sheet.textOfItem(0x3024), L"To the last, To the next");
@@ -182,10 +182,11 @@ TEST(WedgeSheets, OfAWizardGoToThePageThatIsNamedByItsId) {
     EXPECT_EQ(turn(PSBTN_BACK, 152), L"SS");
     NMHDR notice{};
     notice.code = static_cast<UINT>(PSN_WIZNEXT);
-    EXPECT_EQ(SendMessageW(sheet.page(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&notice)), -1) << "the system stays";
+    EXPECT_EQ(SendMessageW(sheet.page(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&notice)), -1)
+        << "the wizard must stay on its page";
 }
 
-TEST(WedgeSheets, TakePagesAsHandlesAndTemplatesInMemoryAsTheyAre) {
+TEST(WedgeSheets, AcceptPageHandlesAndDoNotTranslateTemplatesInMemory) {
     const DialogTemplateBuilder dialog(true, WS_CHILD, {{u"\x82", 1001, WS_CHILD | WS_VISIBLE, u"{T_Short}"}});
     Sheet sheet;
     sheet.pages[2].dwFlags |= PSP_DLGINDIRECT;
@@ -200,7 +201,7 @@ TEST(WedgeSheets, TakePagesAsHandlesAndTemplatesInMemoryAsTheyAre) {
     EXPECT_EQ(sheet.label(), L"{T_Short}");
 }
 
-TEST(WedgeSheets, OfTheNarrowFormAreTranslatedTooAndNotReadPastTheirSize) {
+TEST(WedgeSheets, AreTranslatedInTheNarrowFormAndNotReadBeyondTheirSize) {
     // The records have the sizes of their oldest forms.
     PROPSHEETPAGEA page{};
     page.dwSize = offsetof(PROPSHEETPAGEA, pcRefParent) + sizeof(UINT*);
@@ -223,7 +224,7 @@ TEST(WedgeSheets, OfTheNarrowFormAreTranslatedTooAndNotReadPastTheirSize) {
     EXPECT_EQ(sheet.label(), L"S");
 }
 
-TEST(WedgeSheets, HaveAnyNumberOfPagesWithDataOfTheCallersOwnAfterEachRecord) {
+TEST(WedgeSheets, AcceptAnyNumberOfPagesWithTheCallersDataAfterEachRecord) {
     Sheet sheet;
     std::vector<LongPage> pages(120, {sheet.pages[0], 0});
     pages.back().record.pszTemplate = sheet.pages[1].pszTemplate;
@@ -241,7 +242,7 @@ TEST(WedgeSheets, HaveAnyNumberOfPagesWithDataOfTheCallersOwnAfterEachRecord) {
     EXPECT_EQ(ownData, 1119);
 }
 
-TEST(WedgeSheets, LeaveOnlyTheirThunksBehind) {
+TEST(WedgeSheets, LeaveOnlyTheirThunksInMemory) {
     const auto openAndRefuse = [](int times) {
         for (int i = 0; i < times; ++i) {
             Sheet sheet;
@@ -251,11 +252,11 @@ TEST(WedgeSheets, LeaveOnlyTheirThunksBehind) {
             EXPECT_EQ(CreatePropertySheetPageW(&sheet.pages[0]), nullptr);
             sheet.pages[0].dwSize = sizeof sheet.pages[0];
             sheet.header.hwndParent = reinterpret_cast<HWND>(std::uintptr_t{0xBAD});
-            EXPECT_LE(PropertySheetW(&sheet.header), 0) << "it has no window";
+            EXPECT_LE(PropertySheetW(&sheet.header), 0) << "the sheet must have no window";
         }
     };
-    // `heapInUse` counts bytes on Windows, where Wine also keeps the pages of a sheet that it refuses. Elsewhere it
-    // counts blocks: the thunk, its owner, and their nodes in two maps.
+    // On Windows `heapInUse` counts bytes, and Wine also keeps the pages of a sheet that it refuses. On Linux
+    // `heapInUse` counts blocks. A page leaves four blocks: the thunk, its owner, and one node in each of two maps.
     constexpr long LeftByAPage = SystemIsExact ? 4 : 40 * sizeof(void*);
     openAndRefuse(3);
     const long before = heapInUse();
@@ -263,7 +264,7 @@ TEST(WedgeSheets, LeaveOnlyTheirThunksBehind) {
     EXPECT_LE(heapInUse() - before, 50 * 7 * LeftByAPage);
 }
 
-TEST(WedgeSheets, MayBeOpenedWhileAnotherIs) {
+TEST(WedgeSheets, MayBeOpenedWhileAnotherSheetIsBeingOpened) {
     Sheet inner;
     Sheet outer;
     aheadOfTheWindow = [&inner] { inner.open(); };
@@ -271,7 +272,7 @@ TEST(WedgeSheets, MayBeOpenedWhileAnotherIs) {
     for (const Sheet* const sheet : {&inner, &outer}) EXPECT_EQ(sheet->textOfItem(IDCANCEL), L"Leave");
 }
 
-TEST(WedgeSheets, RunUntilTheyAreClosedIfTheyAreModal) {
+TEST(WedgeSheets, RunUntilTheyAreClosedIfModal) {
     Sheet sheet;
     sheet.header.dwFlags &= ~static_cast<DWORD>(PSH_MODELESS);
     closesAtOnce = true;

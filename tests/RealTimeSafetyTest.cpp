@@ -28,7 +28,7 @@ using namespace eq;
 
 namespace {
 
-/// Whether this thread is in a call that processes audio.
+/// True while this thread is in a call that processes audio.
 thread_local bool processing = false;
 std::atomic<int> allocationsSeen = 0, locksSeen = 0, systemCallsSeen = 0;
 
@@ -36,12 +36,14 @@ void note(std::atomic<int>& seen) {
     if (processing) ++seen;
 }
 
-/// Counts a system call that the kernel refused. At the end of the thread a refusal does no harm.
+/// Counts a system call that the kernel refused while this thread processes audio. Other refusals, for example at the
+/// end of the thread, do no harm.
 void onSystemCall(int) {
     note(systemCallsSeen);
 }
 
-/// From here on the kernel refuses those system calls of this thread that could wait, or that allocate or free memory.
+/// Lets the kernel refuse all system calls of this thread that could wait, or that allocate or free memory. The refusal
+/// lasts until the thread ends.
 void refuseSystemCalls() {
     std::signal(SIGSYS, onSystemCall);
     constexpr unsigned Refused[] = {
@@ -60,7 +62,7 @@ void refuseSystemCalls() {
 
 } // namespace
 
-// Every loaded library calls these functions of the program instead of the C library's.
+// All loaded libraries call these functions of the program instead of the functions of the C library.
 extern "C" {
 
 void* __libc_malloc(std::size_t size); // NOLINT(bugprone-reserved-identifier): a name of the C library
@@ -121,7 +123,7 @@ TEST(RealTimeSafety, TheLv2PlugInNeitherAllocatesNorLocksNorCallsTheKernel) {
         std::thread audio([&] {
             refuseSystemCalls();
             for (std::size_t i = 0; i < 3000; ++i) {
-                // Also the first call after each activation, which settles.
+                // The first call after an activation also processes two blocks of silence.
                 if (i % 100 == 0) instance.activate();
                 instance.values = randomValues(random);
                 instance.enabled = i % 7 < 4 ? 1 : 0;
@@ -138,7 +140,7 @@ TEST(RealTimeSafety, TheLv2PlugInNeitherAllocatesNorLocksNorCallsTheKernel) {
 }
 #endif
 
-TEST(RealTimeSafety, WouldBeSeenToBeBroken) {
+TEST(RealTimeSafety, IsCheckedByCountersThatDetectViolations) {
     pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
     std::thread careless([&mutex] {
         refuseSystemCalls();

@@ -49,12 +49,12 @@ TEST(PrepareStringResource, ExpandsTheStringsOfABundle) {
         rewriteWith(PrepareStringResource, bundle({most + u"{T_Long}"}).get()).is(bundle({most + u"A longer"}).get()));
 }
 
-TEST(PrepareAcceleratorResource, TakesTheKeyOfATranslationAndKeepsCommandAndMarks) {
+TEST(PrepareAcceleratorResource, UsesTheKeyOfATranslationAndKeepsCommandAndMarks) {
     const TemplateBuilder translated =
         TemplateBuilder().words({0x11, 0x75, 10, 0, 0x08, 'Y', 11, 0, 0x01, 0x78, 12, 0, 0x93, 0x75, 13, 0});
     EXPECT_TRUE(replaces(PrepareAcceleratorResource, table, translated));
-    // The first entry has no translation, the translation of the second is not a tag, and that of the third is a code
-    // page tag.
+    // The first entry has no translation. The translation of the second entry is not a tag, and the translation of the
+    // third entry is a code page tag.
     const TemplateBuilder untranslated = TemplateBuilder().words({1, 0x41, 1, 0, 1, 0x78, 2, 0, 0x81, 0x79, 3, 0});
     EXPECT_EQ(statusOf(PrepareAcceleratorResource, untranslated), PrepUnchanged);
 }
@@ -71,9 +71,9 @@ TEST(ToAccelArray, StopsAtTheEndMarkAndDropsIt) {
     EXPECT_EQ(ToAccelArray(table.get().data(), table.get().size() - 1, &count), nullptr);
 }
 
-TEST(PrepareDialogInitResource, ExpandsTheTextsOfComboBoxesAlone) {
+TEST(PrepareDialogInitResource, ExpandsOnlyTheTextsOfComboBoxes) {
     EXPECT_EQ(statusOf(PrepareDialogInitResource, comboTexts("plain" + end, "{T_Empty}" + end)), PrepUnchanged);
-    // Bytes after the terminator are dropped, a missing terminator is added, and the length is that of the new text.
+    // The result drops bytes after the terminator, adds a missing terminator, and states the length of the new text.
     EXPECT_TRUE(replaces(PrepareDialogInitResource, comboTexts("{T_Long}" + end + "x", "a {T_Two}"),
                          comboTexts("A longer translation" + end, "a SS" + end)));
 }

@@ -88,7 +88,7 @@ std::map<std::string, std::string> textsOfSource(WORD id) {
 
 } // namespace
 
-TEST(ShippedLanguages, HoldAllTextsOfTheirSources) {
+TEST(ShippedLanguages, ContainAllTextsOfTheirSources) {
     const LanguageSettings settings(0, 0);
     auto english = textsOfSource(English);
     for (const std::vector<WORD>& ids : Sources) {
@@ -126,7 +126,7 @@ TEST(ShippedLanguages, AreInTheAnsiCodePageAndEqualForAllIdsOfASource) {
     EXPECT_EQ(shipped, files) << "in " EQ_LANGUAGES_DIR;
 }
 
-TEST(ShippedLanguages, ServeEveryRegion) {
+TEST(ShippedLanguages, AreFoundForEachRegion) {
     LanguageSettings settings(0, 0);
     for (const auto& [locale, system, file] : Regions) {
         SCOPED_TRACE(locale);

@@ -1,5 +1,5 @@
-// Behaviour of system functions that no other test covers. On Windows the tests call the system: if the stand-in's
-// results differ from the system's, the stand-in is wrong.
+// Tests the behaviour of system functions that no other test covers. On Windows the tests call the system's functions.
+// If the results of the stand-in differ, the stand-in is wrong.
 
 #include "platform/win32.h"
 
@@ -50,7 +50,7 @@ std::string encoded(UINT page, const std::wstring& text, BOOL* usedDefault = nul
     return {bytes.data(), static_cast<std::size_t>(count)};
 }
 
-TEST(CodePages, DecodeWhatIsNoTextAsTheSystemDoes) {
+TEST(CodePages, DecodeInvalidTextsAsTheSystemDoes) {
     struct Case {
         UINT page;
         std::string bytes;
@@ -77,17 +77,18 @@ TEST(CodePages, DecodeWhatIsNoTextAsTheSystemDoes) {
     }
 }
 
-TEST(CodePages, EncodeWhatTheyLackOrHaveTwiceAsTheSystemDoes) {
+TEST(CodePages, EncodeMissingAndRepeatedCharactersAsTheSystemDoes) {
     BOOL defaults = FALSE;
     EXPECT_EQ(encoded(1252, L"\xD83D\xDE00", &defaults), "??");
     EXPECT_NE(defaults, FALSE);
     EXPECT_EQ(encoded(1253, L"\xF8F9"), "\xAA");
-    // Characters that occur twice in the page. The usual code is the first one, or the last one.
+    // These characters occur twice in the page. The system uses the first code of one character, and the last codes of
+    // the others.
     EXPECT_EQ(encoded(932, L"\u222A\u7E8A\u2170"), "\x81\xBE\xFA\x5C\xFA\x40");
     EXPECT_EQ(encoded(CP_UTF8, L"\xD83Dx\xDE00"), "\xEF\xBF\xBDx\xEF\xBF\xBD");
 }
 
-TEST(Modules, AreFoundFromAnAddressInsideThemAndTellTheirPath) {
+TEST(Modules, AreFoundFromAnAddressInsideThemAndReportTheirPath) {
     static const int insideTheProgram = 0;
     HMODULE module = nullptr;
     const DWORD flags = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
@@ -101,7 +102,8 @@ TEST(Modules, AreFoundFromAnAddressInsideThemAndTellTheirPath) {
     EXPECT_EQ(GetModuleFileNameA(module, small.data(), length + 1), length);
     EXPECT_STREQ(small.data(), path.data());
     EXPECT_TRUE(refused(GetModuleFileNameA(nullptr, small.data(), length) == length, ERROR_INSUFFICIENT_BUFFER));
-    EXPECT_TRUE(refused(!GetModuleHandleExA(flags, small.data(), &module), ERROR_MOD_NOT_FOUND)) << "on the heap";
+    EXPECT_TRUE(refused(!GetModuleHandleExA(flags, small.data(), &module), ERROR_MOD_NOT_FOUND))
+        << "an address on the heap";
     EXPECT_TRUE(refused(GetModuleHandleA("no such library") == nullptr, ERROR_MOD_NOT_FOUND));
 }
 
@@ -118,12 +120,12 @@ TEST(Resources, AreFoundByTheDigitsOfTheirNumbersAndByNarrowNames) {
     EXPECT_EQ(FindResourceA(nullptr, page ? "Na\xCFve" : "Na\xC3\x8Fve", "#10"), named);
 }
 
-TEST(Languages, HaveAnAnsiCodepageAmongThoseThatArePublishedForThem) {
+TEST(Languages, HaveOneOfTheirPublishedCodePagesAsAnsiCodePage) {
     std::array<char, 6> digits{};
     const auto read = [&](LCID language) {
         return GetLocaleInfoA(language, LOCALE_IDEFAULTANSICODEPAGE, digits.data(), 6) == 0 ? "none" : digits.data();
     };
-    // Systems have other pages for the first language than the published ones. They no longer have the other two
+    // The page that systems use for the first of these languages is not published. Systems no longer have the other two
     // languages.
     const std::set<WORD> exceptions = {0x0438, 0x0812, 0x081A};
     for (const CodepagePair& pair : codepagePairs()) {
@@ -131,14 +133,14 @@ TEST(Languages, HaveAnAnsiCodepageAmongThoseThatArePublishedForThem) {
         const std::string page = read(pair.language);
         EXPECT_TRUE(CodepageFitsLanguage(std::stoi(page), pair.language)) << page << " " << std::hex << pair.language;
     }
-    EXPECT_STREQ(read(0x0439), "0") << "Unicode alone";
-    EXPECT_STREQ(read(0x042C), "1254") << "not published";
+    EXPECT_STREQ(read(0x0439), "0") << "this language has no ANSI code page";
+    EXPECT_STREQ(read(0x042C), "1254") << "the code page is not in the published table";
     EXPECT_TRUE(refused(read(0x0812) == "none"s, ERROR_INVALID_PARAMETER));
 }
 
 #ifndef _WIN32
 
-/// The environment without any variable for the language.
+/// Removes the environment's variables for the language until the end of a test.
 class Environment : public testing::Test {
 protected:
     Environment() {
@@ -150,7 +152,7 @@ protected:
     EnvironmentVariable lang{"LANG"};
 };
 
-TEST_F(Environment, NamesTheSystemsLanguageByItsVariablesInTheUsualOrder) {
+TEST_F(Environment, SelectsTheSystemsLanguageByItsVariablesInTheUsualOrder) {
     struct Case {
         EnvironmentVariable& variable;
         const char* locale;

@@ -1,5 +1,5 @@
-// Behaviour of windows, dialogs and menus that no other test covers. On Windows the tests call the system: if the
-// stand-in's results differ from the system's, the stand-in is wrong.
+// Tests the behaviour of windows, dialogs and menus that no other test covers. On Windows the tests call the system's
+// functions. If the results of the stand-in differ, the stand-in is wrong.
 
 #include "platform/win32.h"
 
@@ -20,7 +20,7 @@ namespace eq {
 
 namespace {
 
-std::string messages; // of all dialogs, each with the dialog's parameter
+std::string messages; // the messages of all dialogs, each after the dialog's parameter
 
 INT_PTR CALLBACK writeDown(HWND window, UINT message, WPARAM, LPARAM parameter) {
     static const std::map<UINT, std::string> names = {
@@ -40,7 +40,7 @@ HWND create(const DialogTemplateBuilder& source, LPARAM parameter, HWND parent) 
 const DialogTemplateBuilder Popup(true, WS_POPUP, {});
 const DialogTemplateBuilder NoDialog(true, WS_POPUP, {{u"No such class", 2, WS_CHILD}});
 
-TEST(Dialogs, AreAskedWhenTheyAreCompleteAndEndFromTheTopDownWithWhatTheyOwn) {
+TEST(Dialogs, SendTheMessagesOfCreationAndDestructionInTheSystemsOrder) {
     const DialogTemplateBuilder page(true, WS_CHILD | DS_SETFONT, {});
     messages.clear();
     const HWND top = create(Popup, 1, nullptr);
@@ -52,7 +52,7 @@ TEST(Dialogs, AreAskedWhenTheyAreCompleteAndEndFromTheTopDownWithWhatTheyOwn) {
     EXPECT_EQ(std::exchange(messages, ""), "1:INITDIALOG 0:SETFONT 2:INITDIALOG 0:SETFONT 3:INITDIALOG "
                                            "0:SETFONT 4:INITDIALOG 5:INITDIALOG ");
     std::thread([top] {
-        EXPECT_FALSE(DestroyWindow(top)) << "another thread's";
+        EXPECT_FALSE(DestroyWindow(top)) << "the dialog belongs to another thread";
         EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_ACCESS_DENIED));
     }).join();
     DestroyWindow(top);
@@ -66,7 +66,7 @@ TEST(Dialogs, AreAskedWhenTheyAreCompleteAndEndFromTheTopDownWithWhatTheyOwn) {
 #endif
 }
 
-TEST(Dialogs, RunUntilTheirEndIfTheyAreModal) {
+TEST(Dialogs, RunUntilTheyAreEndedIfModal) {
     for (const auto& [source, result] : {std::pair(&Popup, 77), {&NoDialog, -1}})
         EXPECT_EQ(DialogBoxIndirectParamW(GetModuleHandleW(nullptr), source->get(), nullptr, writeDown, 0), result);
 }
@@ -77,7 +77,7 @@ constexpr int Depth = 1000; // Wine's reader is recursive
 constexpr int Depth = 100000;
 #endif
 
-TEST(Menus, EndWithTheirPopupsHoweverDeepTheyAre) {
+TEST(Menus, AreDestroyedWithTheirPopupsAtAnyDepth) {
     TemplateBuilder deep;
     deep.words({0, 0});
     for (int i = 0; i < Depth; ++i) deep.word(0x90).text(u"");

@@ -33,10 +33,10 @@ TEST(StringExt, ConvertsBetweenCodePagesAndUnits) {
     }
     EXPECT_EQ(convert_wstring(std::string("ab\0cd", 5), 1252), L"ab") << "a zero ends the text";
     EXPECT_EQ(convert_string(std::wstring(L"ab\0cd", 5), 1252), "ab");
-    EXPECT_EQ(convert_wstring("x\xD2y", 1253).size(), 3U) << "a byte that the code page leaves open";
+    EXPECT_EQ(convert_wstring("x\xD2y", 1253).size(), 3U) << "the code page does not define this byte";
 }
 
-TEST(StringExt, TellsWhichCallFailed) {
+TEST(StringExt, ReportsWhichCallFailed) {
     EXPECT_EQ(failureOf<convert_wstring_failed>([] { return convert_wstring("x", NoSuchCodePage); }),
               "convert_wstring_failed thrown by convert_wstring [wedge/string_ext:N] with context\n" +
                   CallFailureText("MultiByteToWideChar()", InvalidParameter));

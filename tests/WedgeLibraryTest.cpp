@@ -10,7 +10,7 @@ namespace {
 
 /// Returns the growth of the heap by a hundred loads of the library. With `work`, each load also opens resources.
 long leftByAHundredLoads(bool work) {
-    constexpr int WarmUp = 5; // in these loads the system makes the allocations that it keeps
+    constexpr int WarmUp = 5; // during these loads, the system makes the allocations that it keeps
     long before = 0;
     for (int turn = 0; turn < WarmUp + 100; ++turn) {
         if (turn == WarmUp) before = heapInUse();
@@ -23,10 +23,10 @@ long leftByAHundredLoads(bool work) {
 
 } // namespace
 
-TEST(WedgeLibrary, LeavesNothingBehindWhenItIsUnloadedAHundredTimes) {
+TEST(WedgeLibrary, LeaksNothingWhenItIsUnloadedAHundredTimes) {
     const long idle = leftByAHundredLoads(false);
 #ifdef _WIN32
-    // The compiler's thread library keeps about 800 bytes per load in 32-bit code, and twice that in 64-bit code.
+    // The compiler's thread library keeps about 800 bytes per load in 32-bit code, and about 1600 bytes in 64-bit code.
     constexpr long MostIdle = 100L * 256 * sizeof(void*);
     constexpr long Most = 5000; // less than one block per load; the system's own heap may grow by a page
 #else

@@ -49,7 +49,7 @@ std::wstring menuText(HMENU menu, UINT position) {
     return text.data();
 }
 
-/// Ends a dialog box at its start. The box's result is its parameter, plus 1 if the caption is right.
+/// Ends a dialog box at its start. The result of the box is its parameter, plus 1 if the caption is right.
 INT_PTR CALLBACK endAtOnce(HWND dialog, UINT message, WPARAM, LPARAM parameter) {
     if (message == WM_INITDIALOG) EndDialog(dialog, parameter + (textOf(dialog) == L"named S" ? 1 : 0));
     return 0;
@@ -57,7 +57,7 @@ INT_PTR CALLBACK endAtOnce(HWND dialog, UINT message, WPARAM, LPARAM parameter) 
 
 } // namespace
 
-TEST(CountedRef, SharesOneOwnerForAnAddressAndEndsItWithTheLast) {
+TEST(CountedRef, SharesOneOwnerPerAddressAndFreesItWithTheLastReference) {
     CountedBlockIndex index;
     const long before = allocations::live;
     {
@@ -92,10 +92,10 @@ TEST(GuardedMap, MayBeUsedByManyThreads) {
     });
 }
 
-TEST(ResourceCache, RewritesOnceHoweverOftenAndByHoweverManyAResourceIsFound) {
+TEST(ResourceCache, RewritesAResourceOnceForAllCallsAndThreads) {
     const auto find = [](unsigned id) { static_cast<void>(findDialog(id)); };
     find(143); // fills the store
-    EXPECT_EQ(wedgeState().resourceCache.Find(findDialog(143)), nullptr) << "it needs no substitute";
+    EXPECT_EQ(wedgeState().resourceCache.Find(findDialog(143)), nullptr) << "the resource needs no substitute";
     const std::size_t once = allocations::askedBy([&] { find(110); });
     EXPECT_GT(once, 0U);
     EXPECT_EQ(bytesOf(findDialog(110)), wedgeState().resourceCache.Find(findDialog(110)));
@@ -121,7 +121,7 @@ TEST(ResourceCache, TriesAgainAfterAShortageOfMemory) {
     EXPECT_NE(cache.Find(dialog), nullptr);
 }
 
-TEST(Wedge, LeavesOtherTypesAndWhatItDidNotFindToTheSystem) {
+TEST(Wedge, PassesOtherTypesAndMissingResourcesToTheSystem) {
     for (const HRSRC resource : {FindResourceA(ownModule(), MAKEINTRESOURCEA(501), MAKEINTRESOURCEA(10)),
                                  FindResourceW(ownModule(), MAKEINTRESOURCEW(502), L"KEYED")})
         EXPECT_EQ(std::string(bytesOf(resource), SizeofResource(ownModule(), resource)), "{T_Short}");
@@ -131,7 +131,7 @@ TEST(Wedge, LeavesOtherTypesAndWhatItDidNotFindToTheSystem) {
     EXPECT_EQ(LoadAcceleratorsA(ownModule(), "missing"), nullptr);
 }
 
-TEST(Wedge, FindsResourcesInTheStoresLanguageUnlessTheCallerNamesOne) {
+TEST(Wedge, FindsResourcesInTheStoresLanguageUnlessTheCallerNamesALanguage) {
     EXPECT_EQ(captionOf(findDialog(144)), L"English S");
     const auto* const narrowType = MAKEINTRESOURCEA(DialogType);
     EXPECT_EQ(captionOf(FindResourceExA(ownModule(), narrowType, MAKEINTRESOURCEA(144), 0x407)), L"German S");
@@ -203,7 +203,7 @@ TEST(Wedge, LoadsTranslatedAcceleratorTables) {
     EXPECT_EQ(DestroyAcceleratorTable(first), 0);
 }
 
-TEST(AcceleratorRegistry, DestroysWhatIsLeft) {
+TEST(AcceleratorRegistry, DestroysTheRemainingTables) {
     ACCEL entry{};
     const HACCEL left = CreateAcceleratorTableW(&entry, 1);
     const HACCEL removed = CreateAcceleratorTableW(&entry, 1);

@@ -8,7 +8,7 @@
 
 namespace eq {
 
-TEST(PropertySheets, AreNotThereWithoutTheCommonControls) {
+TEST(PropertySheets, FailWithoutTheCommonControls) {
     ASSERT_EQ(GetModuleHandleA("comctl32"), nullptr);
     std::vector<PROPSHEETPAGEW> pages(101);
     for (PROPSHEETPAGEW& page : pages) page.dwSize = sizeof page;

@@ -1,5 +1,6 @@
-// Compares decode_value with the definition of the escapes: one pass per kind of escape, which searches and replaces. A
-// hit on a trail byte is not an escape; the text before the hit decides this.
+// Compares decode_value with the definition of the escapes. The definition has one pass per kind of escape, which
+// searches and replaces. A hit on a trail byte is not an escape. The text before a hit determines whether the hit is on
+// a trail byte.
 
 #include "platform/desktop/TestHooks.h"
 #include "tests/fuzz/Require.h"

@@ -1,4 +1,5 @@
-// Compares ExpandKeys with its definition for any text: search, replace in place, and continue after the replacement.
+// Compares ExpandKeys with its definition for any text. The definition searches for a key, replaces the key in place,
+// and continues after the replacement.
 
 #include "tests/fuzz/Require.h"
 #include "tests/support/TemporaryFolder.h"

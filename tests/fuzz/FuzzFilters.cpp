@@ -1,5 +1,5 @@
-// The texts of other equalizers, on any bytes: only the faults that the parser declares, and finite responses. What has
-// an exact form is found again in the text that is written for it.
+// Parses any bytes as the settings of another equalizer. The parser may throw only the exceptions that it declares, and
+// the response must be finite. If the filters have an exact form, an export and an import must return the same filters.
 
 #include "tests/fuzz/Require.h"
 #include "tools/common/Errors.h"
@@ -44,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const std::vector<Bell> again = exactBells(parsed(bells.equalizerApoText()), Rate);
         require(std::ranges::equal(again, bells.bells, isSame));
     } catch (const FileError&) {
-        // A line that is wrong or has no exact form.
+        // A line is wrong, or has no exact form.
     }
     return 0;
 }

@@ -1,4 +1,5 @@
-// A host that does anything: opcodes, parameters, audio and editors in any order, as the bytes of the input say.
+// Calls the effect as an arbitrary host. The bytes of the input select opcodes, parameters, audio and editor calls in
+// any order.
 
 #include "plugin/base/AEffect.h"
 #include "tests/fuzz/Require.h"
@@ -21,7 +22,7 @@ namespace {
 constexpr std::size_t BufferSize = 64;
 constexpr char Untouched = '#';
 
-/// The rest of the input. Beyond its end all is 0.
+/// The unread bytes of the input. A read beyond the end returns 0.
 class Input {
 public:
     Input(const std::uint8_t* data, std::size_t size) : m_data(data), m_left(size) {}
@@ -33,7 +34,7 @@ public:
         return *m_data++;
     }
     int32 integer() {
-        // Most numbers are small, some are any.
+        // Most numbers are small, and some have any value.
         const std::uint8_t first = byte();
         if (first < 0xF0) return static_cast<std::int8_t>(first);
         std::uint32_t value = 0;
@@ -49,7 +50,7 @@ private:
 
 intptr host(AEffect* effect, int32 opcode, int32 index, intptr /*value*/, void* /*ptr*/, float /*opt*/) {
     if (effect == nullptr) return opcode == audioMasterVersion ? 1 : 0;
-    // The host asks back within the call, and closes the editor.
+    // The host calls the effect during the callback, and sometimes closes the editor.
     std::array<char, BufferSize> text = {};
     effect->dispatcher(effect, effGetParamDisplay, index, 0, text.data(), 0.0F);
     if (index % 4 == 3) effect->dispatcher(effect, effEditClose, 0, 0, nullptr, 0.0F);
@@ -102,14 +103,15 @@ public:
     }
 
 private:
-    /// Sends any opcode but those that end the effect. Its pointer leads to a text buffer, or to the host's window.
+    /// Sends any opcode except effClose. The opcode determines the pointer: the host's window, the place for the
+    /// address of a rectangle, or a text buffer.
     void dispatch(Input& input) {
         const int32 opcode = input.integer();
         if (opcode == effClose) return;
         const bool isSize = opcode == effSetBlockSize || opcode == effSetBlockSizeAndSampleRate;
         const int32 index = input.integer();
         intptr value = input.integer();
-        if (isSize) value = std::min<intptr>(value, 1 << 20); // memory for it is another test's matter
+        if (isSize) value = std::min<intptr>(value, 1 << 20); // limits the memory; other tests exhaust it
         std::array<char, BufferSize> buffer;
         buffer.fill(Untouched);
         const bool isText = opcode >= effSetProgramName && opcode <= effGetParamName;
@@ -125,7 +127,8 @@ private:
         if (isText) require(std::all_of(buffer.begin() + 28, buffer.end(), [](char c) { return c == Untouched; }));
     }
 
-    /// Samples of moderate size in arrays of the exact size, separate or in place.
+    /// Processes samples of moderate level, in arrays of exactly the call's size. The outputs are separate arrays, or
+    /// the arrays of the inputs.
     void process(AEffectProcessProc run, Input& input) {
         const std::size_t frames = static_cast<std::size_t>(input.byte()) * 40;
         const bool isInPlace = input.byte() % 2 == 0;

@@ -13,7 +13,7 @@
 namespace eq {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    // Without its language file a program would never replace anything.
+    // Without the language file, a rewriter would never replace a text.
     static const bool has_texts = GetLanguageString("T_Short") == "S";
     require(has_texts);
 

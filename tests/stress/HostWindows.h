@@ -4,8 +4,9 @@
 
 namespace eq {
 
-/// The windows of a host. On Windows this program creates them. On Linux the stand-in is a part of the library, and its
-/// windows exist there only. A library that is built for this test therefore exports these functions.
+/// The functions that a host needs for its windows. On Windows this program contains the functions. On Linux the
+/// stand-in is a part of the library, and only the library sees the stand-in's windows. A library that is built for
+/// this test therefore exports the functions.
 struct HostWindows {
     void* (*make)(); ///< makes a hidden window, and registers the common controls
     void (*destroy)(void* window);

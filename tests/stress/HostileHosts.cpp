@@ -1,5 +1,5 @@
-// A bad host. It calls the library through its record in permitted but unusual ways, on several threads, and checks
-// everything that the record promises.
+// A badly behaved host. The program calls the library through the effect's record in permitted but unusual ways, on
+// several threads. It checks everything that the record promises.
 //
 //   hostile-hosts [--seconds N] [--steps N] [--seed N]    runs without end if --seconds and --steps are missing
 //
@@ -35,7 +35,7 @@ std::atomic<std::uint64_t> rounds = 0;
 [[noreturn]] void watch() {
     for (std::uint64_t seen = 0;; seen = rounds) {
         std::this_thread::sleep_for(std::chrono::minutes(3));
-        if (rounds == seen) violation("it hangs", 3);
+        if (rounds == seen) violation("a round hangs", 3);
     }
 }
 
@@ -45,7 +45,7 @@ bool goesOn() {
 }
 
 /// Loads the library next to a broken language file, repairs the file, and uses the library again.
-void breakAndMend(const std::string& library, const TemporaryFolder& folder) {
+void breakAndRepair(const std::string& library, const TemporaryFolder& folder) {
     std::stringstream whole;
     whole << std::ifstream(EQ_LANGUAGE_FILE, std::ios::binary).rdbuf();
     std::string texts = whole.str();
@@ -54,21 +54,21 @@ void breakAndMend(const std::string& library, const TemporaryFolder& folder) {
         texts += "\nno equals sign here\n";
     } else {
         for (std::size_t i = below(8); i > 0; --i) texts[below(texts.size())] = static_cast<char>(integer());
-        // A unit word before the file's own: the first definition counts.
+        // Defines a unit before the file's own definition, because the first definition counts.
         texts.insert(0, "[Parametric Equalizer]\nIDS_DB = " + std::string(below(60), oneIn(2) ? 'x' : '\xE9') + "\n");
     }
     folder.write("Equalizer1033.lng", texts);
     ++counts.brokenFiles;
     const Host host(library);
     for (int i = 0; i < 2; ++i)
-        require(!host.tryEffect() || !isSurelyBroken, "main gave an effect beside a broken language file");
+        require(!host.tryEffect() || !isSurelyBroken, "main returned an effect despite a broken language file");
     folder.write("Equalizer1033.lng", whole.str());
-    require(host.tryEffect() || !isSurelyBroken, "main gave no effect when the language file was mended");
+    require(host.tryEffect() || !isSurelyBroken, "main returned no effect after the repair of the language file");
 }
 
-/// Uses the instances on five threads. Two process audio, each for half of the instances. Two set and read parameters.
-/// This thread sends commands.
-void useAtOnce(const Host& host, const Instances& instances) {
+/// Uses the instances on five threads. Two threads process audio, each for half of the instances. Two threads set and
+/// read parameters. This thread sends commands.
+void useTogether(const Host& host, const Instances& instances) {
     std::atomic<bool> isOver = false;
     std::vector<std::thread> threads;
     for (std::size_t self = 0; self < 4; ++self)
@@ -101,10 +101,10 @@ void playHost(const std::string& library) {
                 if (oneIn(2)) instance->changeBlockSize();
                 if (oneIn(2)) instance->switchOff();
             }
-            useAtOnce(host, instances);
+            useTogether(host, instances);
         }
     }
-    require(!host.windows.all || host.windows.all() == windowsBefore, "windows are left over");
+    require(!host.windows.all || host.windows.all() == windowsBefore, "windows are left after the round");
 }
 
 } // namespace
@@ -125,10 +125,10 @@ int main(int argc, char** argv) { // NOLINT(bugprone-exception-escape): ends the
     std::filesystem::copy_file(EQ_LIBRARY_PATH, library);
     std::thread(watch).detach();
     for (; goesOn(); ++rounds) {
-        breakAndMend(library, folder);
+        breakAndRepair(library, folder);
         playHost(library);
     }
     std::cout << counts.blocks << " blocks, " << counts.samples << " samples, " << counts.editors << " editors, "
               << counts.loads << " loads, " << counts.brokenFiles << " broken files" << std::endl;
-    require(counts.samples > 0 && counts.editors > 0, "of some kind nothing was done");
+    require(counts.samples > 0 && counts.editors > 0, "no samples were processed, or no editor was opened");
 }

@@ -49,18 +49,18 @@ inline std::string textOf(AEffect* effect, int32 opcode, int32 index) {
     dispatch(effect, opcode, 0, index, 0, text.data());
     const std::size_t length = text.find('\0');
     require(isParameter(index) ? length < 28 && text.ends_with(untouched.substr(28)) : text == untouched,
-            "a text buffer is not as it should be");
+            "a text is too long, or the text of an unknown parameter was written");
     return text.substr(0, length);
 }
 
-/// The host callback of the effects. It returns unusual values, and sometimes calls the effect again from inside.
+/// The host callback of the effects. The callback returns unusual values, and sometimes calls the effect.
 inline intptr hostileCallback(AEffect* effect, int32 opcode, int32 index, intptr value, void* ptr, float opt) {
     require(value == 0 && ptr == nullptr, "a call to the host has arguments that it must not have");
     if (opcode == audioMasterVersion) return INT32_MIN;
-    // An editor's positions continue beyond the ends of its sliders.
+    // A value of an editor may be outside 0 to 1, because positions may be beyond the ends of a slider.
     require(opcode == audioMasterAutomate && effect && isParameter(index) && std::abs(opt) <= 1e7f,
-            "an effect tells its host of something else than a change");
-    require(!effect->user, "an editor changed a parameter that nobody had touched");
+            "an effect calls its host for another reason than a change");
+    require(!effect->user, "an editor changed a parameter without an action of the user");
     static thread_local unsigned calls = 0;
     const unsigned turn = ++calls % 16;
     if (turn == 0) dispatch(effect, effEditClose, 0);
@@ -85,7 +85,8 @@ struct Host {
             const float value = number();
             effect->setParameter(effect, i, value);
             const float kept = effect->getParameter(effect, i);
-            require(std::isnan(value) ? std::isnan(kept) : kept == value, "a parameter is not what was set");
+            require(std::isnan(value) ? std::isnan(kept) : kept == value,
+                    "a parameter does not have the value that was set");
             textOf(effect, effGetParamDisplay, i);
         }
         dispatch(effect, effClose, 1);
@@ -123,16 +124,17 @@ public:
     Instance(const Instance&) = delete;
     Instance& operator=(const Instance&) = delete;
 
-    // A host calls the next three at the same time: the first two on one thread each, the last on any number of
-    // threads.
+    // A host calls the next three functions at the same time. It calls the first two on one thread each, and the last
+    // one on any number of threads.
 
-    /// Processes a block and checks all results. The outputs are separate or in place, replaced or added to.
+    /// Processes a block and checks all results. The outputs are separate arrays or the inputs. The effect replaces the
+    /// outputs or adds to them.
     void processBlock() {
         constexpr float Sizes[] = {1.0f, 1.0f, 0.0f, 1e-38f, FLT_MAX, INFINITY, NAN};
         const float size = Sizes[below(isModerate ? 4 : 7)];
         const int32 lengths[] = {between(0, 64), between(1, 5) * BlockSize + between(-2, 2), between(0, 100000)};
         const auto length = static_cast<std::size_t>(oneOf(lengths));
-        // Two inputs and two outputs at any alignment. Nothing may write to the samples around each of them.
+        // The two inputs and the two outputs have any alignment. The effect must not write to the samples around them.
         const std::size_t stride = length + 16 + below(16);
         Samples memory(4 * stride + 16);
         static const Samples sounds = noise(1 << 19)[0];
@@ -152,7 +154,7 @@ public:
         call(adds ? effect->process : effect->processReplacing, effect, channels, outputs, length);
         const Stereo result = stereo(outputs);
         for (std::size_t i = 0; i < 2; ++i) std::ranges::copy(present[i], outputs[i]);
-        require(firstDifference(memory, before) == -1, "more was written to than the outputs");
+        require(firstDifference(memory, before) == -1, "the effect wrote outside its outputs");
         for (const Samples& channel : result)
             require(!isModerate || std::ranges::all_of(channel, [](float x) { return std::isfinite(x); }),
                     "an output is not finite");
@@ -160,7 +162,7 @@ public:
         Stereo expected = render(twin, input);
         for (std::size_t i = 0; adds && i < 2; ++i)
             std::ranges::transform(present[i], expected[i], expected[i].begin(), std::plus<>());
-        require(sameBits(result, expected), "an effect does not sound like its quiet twin");
+        require(sameBits(result, expected), "the output of an effect differs from the output of its twin");
     }
 
     /// Uses editors or sends a command. For the main thread only.
@@ -172,7 +174,7 @@ public:
         if (action < 8) return sendAny();
         if (action == 8) return measure();
         if (action == 9) {
-            host.windows.destroy(window); // while the editor may be open in it
+            host.windows.destroy(window); // the editor may be open in this window
             window = host.windows.make();
         }
         dispatch(effect, effEditClose, 0);
@@ -184,15 +186,15 @@ public:
         const float value = oneIn(4) ? number() : sample();
         if (!twin && oneIn(3)) return effect->setParameter(effect, index, value);
         const float found = effect->getParameter(effect, index);
-        require(isParameter(index) || found == 0.0f, "a parameter that there is not has a value");
-        require(!twin || found == twin->getParameter(twin, index), "a parameter did not stay as it was set");
+        require(isParameter(index) || found == 0.0f, "an unknown parameter has a value");
+        require(!twin || found == twin->getParameter(twin, index), "a parameter lost the value that was set");
         for (const int32 opcode : {effGetParamName, effGetParamLabel, effGetParamDisplay}) {
             const std::string text = textOf(effect, opcode, index);
             require(!twin || text == textOf(twin, opcode, index), "two effects show a value in different ways");
         }
     }
 
-    // A host calls the next two while it calls nothing else.
+    // A host calls the next two functions while it makes no other call.
 
     /// Switches the effect off and on, which must erase all earlier audio.
     void switchOff() {
@@ -201,12 +203,13 @@ public:
             if (!each) continue;
             dispatch(each, effMainsChanged, 0, integer(), 0);
             dispatch(each, effMainsChanged, 0, 0, integer() | 1);
-            require(sameBits(render(each, noise(BlockSize)), silence), "audio outlived the switching off");
+            require(sameBits(render(each, noise(BlockSize)), silence),
+                    "the effect kept audio after it was switched off");
         }
         isModerate = oneIn(2);
     }
 
-    /// Sets block sizes: valid ones, invalid ones, and in 32-bit processes one that exceeds the memory.
+    /// Sets valid and invalid block sizes. In 32-bit processes, one of the sizes exceeds the memory.
     void changeBlockSize() {
         constexpr int32 Sizes[] = {INT32_MIN, -1, 0, 1, 7, 2048, 65536, 1 << 22, sizeof(void*) == 4 ? INT32_MAX : 1};
         dispatch(effect, effSetBlockSize, 0, integer(), oneOf(Sizes));
@@ -232,7 +235,7 @@ private:
     }
 
     void requireEditors(int count) const {
-        require(host.windows.children(window) == count, "a host's window has not the editors that it should");
+        require(host.windows.children(window) == count, "a host's window has the wrong number of editors");
     }
 
     void openEditor() {
@@ -248,8 +251,8 @@ private:
         require(rect && rect->bottom > 100 && rect->right > 100, "an editor has no size");
     }
 
-    /// Sends a command with any arguments. Its pointer is invalid, and no such command may use it. Commands that close
-    /// the effect, concern its window or its audio, or fill a buffer are excluded.
+    /// Sends a command with any arguments. The pointer is invalid, and these commands must not use it. Commands that
+    /// close the effect, concern its window or its audio, or fill a buffer are excluded.
     void sendAny() {
         const int32 opcode = oneIn(8) ? integer() : between(-2, 70);
         if (opcode == effClose || (opcode >= effSetProgramName && opcode <= effGetParamName) ||
@@ -265,7 +268,7 @@ private:
     AEffect* const effect = host.make();
     AEffect* const twin;
     void* window = host.windows.make();
-    /// Whether the effect has received only audio of moderate size since it was switched off. Its output is then
+    /// True if the effect has received only audio of moderate level since it was switched off. The output is then
     /// finite.
     bool isModerate = true;
     /// The results of the opcodes that do not return 0.

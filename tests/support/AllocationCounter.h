@@ -15,8 +15,8 @@ namespace allocations {
 
 inline std::atomic<long> live = 0;         // blocks that are not yet released
 inline std::atomic<std::size_t> asked = 0; // total number of requested bytes
-inline std::atomic<long> leftToGrant = -1; // how many further allocations succeed; all if negative
-inline std::atomic<long> leftToRefuse = 0; // how many allocations fail after these
+inline std::atomic<long> leftToGrant = -1; // the number of further allocations that succeed; all if negative
+inline std::atomic<long> leftToRefuse = 0; // the number of allocations that fail afterwards
 
 /// Returns the number of bytes that `work` requests.
 template <typename Work>

@@ -1,6 +1,6 @@
 #pragma once
 
-// Changes the system's ANSI code page for the length of a test, if the system permits it.
+// Changes the system's ANSI code page for the life of an object, if the system permits the change.
 
 #include "platform/win32.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// Runs a command as a user does, in its own folder whose name contains blanks.
+// Runs a command in its own folder, whose name contains blanks.
 
 #include "tests/support/TemporaryFolder.h"
 
@@ -43,8 +43,8 @@ protected:
         return found;
     }
 
-    /// Runs the command in a shell. `arguments` is shell text after the command, `before` is shell text directly before
-    /// it. On Windows, `before` must be empty.
+    /// Runs the command in a shell. `before` is shell text directly before the command, and `arguments` is shell text
+    /// after the command. On Windows, `before` must be empty.
     [[nodiscard]] Outcome run(const std::string& arguments, const std::string& before = "") const {
 #ifdef _WIN32
         const std::string absolute = std::filesystem::absolute(program).make_preferred().string();

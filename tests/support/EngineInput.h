@@ -46,8 +46,7 @@ inline Values randomValues(std::mt19937& random) {
     return values;
 }
 
-/// Returns the index of the first sample whose bits differ, or -1. Two NaNs count as equal, whatever their sign and
-/// payload.
+/// Returns the index of the first sample whose bits differ, or -1. Two NaNs with any signs and payloads count as equal.
 inline long firstDifference(const Samples& a, const Samples& b) {
     if (a.size() != b.size()) return 0;
     for (std::size_t i = 0; i < a.size(); ++i) {

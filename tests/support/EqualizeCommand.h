@@ -35,7 +35,7 @@ inline Sound noise(int rate, int channels, std::size_t frames, int format = Floa
     return sound;
 }
 
-/// Returns the response in dB of which a sound is the impulse response.
+/// Returns the response in dB at a frequency in Hz. The sound is the impulse response.
 inline double decibelsAt(const Sound& sound, double frequency) {
     const std::complex<double> step = std::polar(1.0, -2.0 * std::numbers::pi * frequency / sound.rate);
     std::complex<double> sum = 0.0;
@@ -48,7 +48,7 @@ class EqualizeCommand : public CommandTest {
 protected:
     EqualizeCommand() : CommandTest(EQ_EQUALIZE_PATH) {}
 
-    /// Runs `equalize` from "in.wav" to "out.wav" and expects success. Returns what the command prints.
+    /// Runs `equalize` from "in.wav" to "out.wav" and expects success. Returns the command's output.
     std::string equalize(const std::string& options, const std::string& before = "") const {
         const Outcome outcome = run("in.wav out.wav " + options, before);
         EXPECT_EQ(outcome.exitCode, 0) << outcome.said;

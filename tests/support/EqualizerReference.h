@@ -1,6 +1,6 @@
 #pragma once
 
-// The audio that the effect must return, computed by engines that the tests call directly.
+// Computes the audio that the effect must return, with engines that the tests call directly.
 
 #include "tests/support/EngineInput.h"
 

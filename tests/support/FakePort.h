@@ -7,7 +7,7 @@
 
 namespace eq {
 
-/// The parameters of no effect.
+/// A parameter port without an effect. Stores the values, and counts the changes and the open gestures.
 struct FakePort : ParameterPort {
     FakePort() {
         for (std::size_t i = 0; i < ParameterCount; ++i) values[i] = Parameters[i].defaultP;

@@ -1,6 +1,6 @@
 #pragma once
 
-// Sets two languages for the length of a test: the override in the settings, and the system's language.
+// Sets two languages for the life of an object: the override in the settings, and the system's language.
 
 #include "platform/win32.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// Runs the checker of language files as a translator does.
+// Runs `lngcheck`, the checker of language files.
 
 #include "tests/support/CommandTest.h"
 
@@ -14,16 +14,16 @@ class LngcheckCommand : public CommandTest {
 protected:
     LngcheckCommand() : CommandTest(EQ_LNGCHECK_PATH) {}
 
-    /// A file of the project.
+    /// Returns the contents of a file of the project.
     [[nodiscard]] std::string given(const std::string& path) const {
         return contents(std::filesystem::absolute(path).string());
     }
-    /// A language file as it is delivered.
+    /// Returns the contents of a delivered language file.
     [[nodiscard]] std::string shipped(const std::string& id) const {
         return given(EQ_LANGUAGES_DIR "/Equalizer" + id + ".lng");
     }
 
-    /// Expects the texts in what a run says, in this order.
+    /// Runs `lngcheck`. Expects this exit code, and expects that the output contains the texts in this order.
     void expectRun(const std::string& arguments, int exitCode, const std::vector<std::string>& texts) const {
         const Outcome outcome = run(arguments);
         EXPECT_EQ(outcome.exitCode, exitCode) << arguments << "\n" << outcome.said;

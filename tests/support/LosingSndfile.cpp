@@ -1,4 +1,5 @@
-// This library is loaded before libsndfile. It drops the second half of each block of samples and reports success.
+// This library is loaded before libsndfile. Its `sf_write_int` drops the second half of each block of samples, and
+// reports success.
 
 #include <dlfcn.h>
 #include <sndfile.h>

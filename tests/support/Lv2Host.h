@@ -21,11 +21,11 @@ inline const LV2_Descriptor* findLv2(const LoadedLibrary& library, const std::st
     return nullptr;
 }
 
-/// One instance as a host holds it, with all control ports connected. The ports are in the published order: inputs,
-/// outputs, 13 parameters, enabled, latency.
+/// An instance of the plug-in with all control ports connected. The published order of the ports is: inputs, outputs,
+/// 13 parameters, enabled, latency.
 class Lv2Instance {
 public:
-    /// Throws std::runtime_error if the plug-in refuses.
+    /// Throws std::runtime_error if the plug-in creates no instance.
     Lv2Instance(const LoadedLibrary& library, std::uint32_t channels, double rate)
         : m_channels(channels),
           m_descriptor(
@@ -52,7 +52,7 @@ public:
     }
     void run(std::size_t frames) const { m_descriptor->run(m_handle, static_cast<std::uint32_t>(frames)); }
 
-    /// Runs frames of a stream in place, a buffer per channel.
+    /// Processes frames of a stream in place. Each channel has its own buffer.
     void run(std::vector<Samples>& channels, std::size_t start, std::size_t frames) const {
         for (std::uint32_t c = 0; c < m_channels; ++c) {
             connect(c, channels[c].data() + start);

@@ -1,6 +1,6 @@
 #pragma once
 
-// Records and answers the message boxes that the test's own thread shows.
+// Records and answers the message boxes that the thread of the test shows.
 
 #include "tests/support/TestWindows.h"
 

@@ -18,15 +18,15 @@ struct Rewritten {
     PrepStatus status;
     std::unique_ptr<std::byte[]> block;
 
-    /// Returns whether the new block begins with the expected bytes. A rewriter does not report the size of its block;
-    /// a sanitizer detects a block that is too short.
+    /// Returns whether the new block begins with the expected bytes. A rewriter does not report the size of its block,
+    /// but a sanitizer detects a block that is too short.
     [[nodiscard]] bool is(std::string_view expected) const {
         return block && std::equal(expected.begin(), expected.end(), reinterpret_cast<const char*>(block.get()));
     }
 };
 
-/// Runs a rewriter on a copy in a block of exactly the resource's size, so that a sanitizer detects any read beyond the
-/// end.
+/// Runs a rewriter on a copy of the resource. The copy is in a block of exactly the resource's size, so that a
+/// sanitizer detects any read beyond the end.
 inline Rewritten rewriteWith(SizedRewriter rewriter, std::string_view resource) {
     const std::unique_ptr<char[]> copy(new char[resource.size()]);
     resource.copy(copy.get(), resource.size());

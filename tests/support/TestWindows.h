@@ -23,7 +23,7 @@ inline void readyCommonControls() {
     InitCommonControlsEx(&controls);
 }
 
-/// Creates a hidden window in the role of a host's window.
+/// Creates a hidden window that acts as a host's window.
 inline HWND makeHostWindow() {
     return CreateWindowExW(0, L"STATIC", L"host", WS_POPUP, 0, 0, 600, 500, nullptr, nullptr, GetModuleHandleW(nullptr),
                            nullptr);

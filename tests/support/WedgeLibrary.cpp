@@ -24,7 +24,7 @@ using MenuOwner = std::unique_ptr<std::remove_pointer_t<HMENU>, MenuDestroyer>;
 
 } // namespace
 
-/// Returns whether a resource of each type can be opened with its translation. Leaves an accelerator table alive.
+/// Returns whether a resource of each type can be opened with its translation. Does not destroy the accelerator table.
 extern "C" EQ_EXPORT bool openOneOfEach() {
     const HMODULE module = ownModule();
     const Window dialog(CreateDialogParamW(module, MAKEINTRESOURCEW(141), nullptr, ignoreMessage, 0));

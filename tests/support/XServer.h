@@ -20,7 +20,7 @@
 
 namespace eq {
 
-/// A process of the test's own, which ends with this object.
+/// A child process, which the destructor ends.
 class ChildProcess {
 public:
     explicit ChildProcess(const std::string& command) : m_id(fork()) {
@@ -33,7 +33,7 @@ public:
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
-    /// Returns the state that `waitpid` gives.
+    /// Ends the process with a signal. Returns the status from `waitpid`, or 0 if the process has already ended.
     int end(int signal = SIGTERM) {
         int status = 0;
         if (m_id <= 0) return status;
@@ -47,7 +47,7 @@ private:
     pid_t m_id;
 };
 
-/// An X server without a screen, which DISPLAY names while this object lives.
+/// An X server without a visible screen. DISPLAY names the server for the life of the object.
 class XServer {
 public:
     XServer() {
@@ -69,7 +69,7 @@ private:
     std::unique_ptr<ChildProcess> m_process;
 };
 
-/// A program that looks at windows.
+/// A client of the X server, which creates and examines windows.
 class XClient {
 public:
     XClient() : m_x(xcb_connect(nullptr, nullptr)) {}
@@ -123,7 +123,7 @@ public:
         xcb_configure_window(m_x, window, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values.data());
         sync();
     }
-    /// Sends the window an event of the first button or of the pointer.
+    /// Sends an event of the first mouse button or of the pointer to a window.
     void point(xcb_window_t window, std::uint8_t type, int atX, int atY) const {
         xcb_button_press_event_t event{};
         event.response_type = type;
@@ -136,14 +136,14 @@ public:
         xcb_send_event(m_x, 0, window, XCB_EVENT_MASK_NO_EVENT, bytes.data());
         sync();
     }
-    /// Waits until the server has done all that this client asked for.
+    /// Waits until the server has processed all requests of this client.
     void sync() const { static_cast<void>(focus()); }
 
 private:
     xcb_connection_t* m_x;
 };
 
-/// Waits until something is true, for at most ten seconds.
+/// Waits until the condition is true, for at most ten seconds. Returns whether the condition has become true.
 template <typename Condition>
 bool comesTrue(const Condition& condition) {
     for (int turn = 0; turn < 1000; ++turn) {
