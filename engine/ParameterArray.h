@@ -9,7 +9,7 @@ inline constexpr int BandCount = 4;
 /// Values in a parameter array: the volume, then frequency, gain and Q of each band.
 inline constexpr int ParameterCount = 1 + 3 * BandCount;
 
-/// The places of the values. A band's number is 0 to 3.
+/// The indices of the values in the array. A band's number is 0 to 3.
 inline constexpr int VolumeIndex = 0;
 constexpr int frequencyIndex(int band) noexcept {
     return 1 + band;
