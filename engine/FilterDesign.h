@@ -15,7 +15,7 @@ namespace eq {
 ///
 /// For every setting, c and k are strictly between -1 and 1, so that each section is stable.
 struct FilterDesign {
-    /// The sampling rate of a design if the caller names no other rate, in Hz.
+    /// The sampling rate of a design if the caller specifies no rate, in Hz.
     static constexpr double DefaultRate = 44100.0;
 
     double outputGain;                      ///< linear

@@ -76,8 +76,8 @@ void FourBandEqualizer::completeBlock(int mode) noexcept {
 }
 
 // Filters the block with the old and with the new design, and crossfades. The new run starts from the state in which
-// the last change block ended. The new run therefore starts with a transient, but its weight in the crossfade is near 0
-// there.
+// the last change block ended. The new run therefore starts with a transient. The crossfade hides the transient,
+// because the weight of the new run is still near 0.
 void FourBandEqualizer::runChangeBlock() noexcept {
     const FilterDesign before = coefficients;
     design();

@@ -8,7 +8,7 @@
 
 namespace eq {
 
-/// The unit words that a text may end with.
+/// The unit words that may be at the end of a text.
 struct UnitWords {
     std::string decibel = "dB";
     std::string hertz = "Hz";

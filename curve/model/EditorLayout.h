@@ -25,7 +25,7 @@ struct Rect {
 /// The width that a kind of read-out needs, in pixels.
 struct FieldNeed {
     int value = 0;   ///< the widest value, which is never cut
-    int caption = 0; ///< its label, which ends with an ellipsis where there is no room
+    int caption = 0; ///< the label, which ends with an ellipsis if there is no room
 };
 /// One need per kind, in the order of ParameterKind.
 using FieldNeeds = std::array<FieldNeed, ParameterKindCount>;

@@ -22,7 +22,7 @@ public:
     void refresh();
 
     [[nodiscard]] const NormalisedParameters& normalised() const noexcept { return values; }
-    /// Returns the value in the parameter's unit, as the host set it: it may be outside the range.
+    /// Returns the value in the parameter's unit. The host may have set a value outside the range.
     [[nodiscard]] double value(int index) const noexcept;
     /// Returns the value limited to the parameter's range. A NaN becomes the lowest value.
     [[nodiscard]] double limitedValue(int index) const noexcept;
