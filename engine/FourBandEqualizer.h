@@ -49,8 +49,8 @@ public:
     /// Resets the engine to the state of a new one. No other thread may call `process` at the same time.
     void reset() noexcept;
 
-    /// Passes 13 values, as for FilterDesign::of, to the next block boundary. The new values replace any values that
-    /// wait for this boundary.
+    /// Stores 13 values, which take effect at the next block boundary. They have the order and the units of
+    /// FilterDesign::of. The new values replace any values that wait for this boundary.
     void setParameters(const float* values) noexcept;
 
     /// `announceChange` and the second `setParameters` pass on values that several threads change. Each thread stores

@@ -4,9 +4,9 @@
 
 namespace eq {
 
-/// Peak sections in series.
+/// The number of peak sections in series.
 inline constexpr int BandCount = 4;
-/// Values in a parameter array: the volume, then frequency, gain and Q of each band.
+/// The number of values in a parameter array: the volume, then the frequencies, the gains and the Qs of the bands.
 inline constexpr int ParameterCount = 1 + 3 * BandCount;
 
 /// The indices of the values in the array. A band's number is 0 to 3.

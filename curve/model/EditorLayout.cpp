@@ -22,8 +22,8 @@ constexpr int BypassSize = 28;
 
 constexpr std::array FieldKinds = {ParameterKind::Frequency, ParameterKind::Gain, ParameterKind::Q};
 
-/// Divides the width of a card among its fields. Each field gets the width of its value, then a share of the width that
-/// its caption needs in addition, and then an equal share of the rest.
+/// Divides the width of a card among its fields. Each field gets the width of its value. If its caption is wider, the
+/// field gets a share of the missing width. Last, it gets an equal share of the rest.
 void placeFields(EditorLayout& layout, const Rect& card, int band, const FieldNeeds& needs, int left) {
     std::array<double, std::size(FieldKinds)> widths{};
     double rest = card.right() - left;
