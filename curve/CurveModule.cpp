@@ -22,7 +22,7 @@ CurveEditor* open(ParameterPort& port, std::uint32_t hostWindow, double designRa
     return nullptr;
 }
 
-// Without memory for an event or a picture, the next call works on.
+// An exception means that there was no memory for an event or a picture. The next call of `idle` continues.
 void idle(CurveEditor& editor) noexcept try { editor.idle(); } catch (...) {
 }
 

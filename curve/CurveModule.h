@@ -7,27 +7,29 @@ namespace eq {
 class CurveEditor;
 class ParameterPort;
 
-/// The editor as a module that is loaded at run time, so that the library needs no graphics library. All functions
-/// catch their exceptions.
+/// The functions of the editor's module. The VST 2 library loads the module at run time, so that the library needs no
+/// graphics libraries. No function throws.
 struct CurveModule {
-    /// Changes with each change of this record or of ParameterPort. A module of another number is not used.
+    /// The version of this interface. It changes with each change of this record or of ParameterPort. The library does
+    /// not use a module of another version.
     static constexpr int Version = 1;
 
     int version;
-    /// Gives the size of a new editor in pixels. Returns false without a display.
+    /// Stores the size of a new editor, in pixels, and returns true. Returns false if there is no display.
     bool (*defaultSize)(int& width, int& height) noexcept;
-    /// Opens an editor in the host's X11 window. Returns null without a display or without such a window. `port` must
-    /// outlive the editor.
+    /// Opens an editor in the host's X11 window. Returns null if there is no display, or if the window does not exist.
+    /// The editor shows the response of filters that are designed for `designRate` Hz. `port` must outlive the editor.
     CurveEditor* (*open)(ParameterPort& port, std::uint32_t hostWindow, double designRate) noexcept;
     void (*idle)(CurveEditor& editor) noexcept;
     /// Closes an editor and deletes it.
     void (*close)(CurveEditor* editor) noexcept;
 };
 
-/// The file beside the library. Hosts load each file that ends in ".so".
+/// The name of the module's file, which is in the folder of the library. The name does not end in ".so", because hosts
+/// try to load every such file as an effect.
 inline constexpr const char* CurveModuleFile = "Parametric Equalizer.editor";
 
-/// The module's one export.
+/// The name and the type of the module's only export.
 inline constexpr const char* CurveModuleEntry = "curveModule";
 using CurveModuleProc = const CurveModule* (*)();
 

@@ -69,7 +69,7 @@ DialogOwner::CreationList& DialogOwner::creationList() {
 void DialogOwner::createDialog(unsigned templateId, HWND parent) {
     const CreationEntry entry(*this);
     const HWND made = wedge::CreateDialogParamW(ownModule(), MAKEINTRESOURCEW(templateId), parent, firstDialogCall, 0);
-    if (made && made != dialogWindow) DestroyWindow(made); // there was no memory for its procedure
+    if (made && made != dialogWindow) DestroyWindow(made); // the memory for its procedure was missing
 }
 
 bool DialogOwner::destroyDialog() noexcept {

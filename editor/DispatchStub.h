@@ -8,8 +8,8 @@ namespace eq {
 
 class DialogOwner;
 
-/// Creates a dialog procedure for one object. The procedure knows its object, which cannot be found from a window
-/// handle.
+/// Creates a dialog procedure for one object. The procedure contains the address of the object, because the object
+/// cannot be found from a window handle.
 class DispatchStub {
 public:
     /// The function that the procedure calls. It receives the object in the place of the window.

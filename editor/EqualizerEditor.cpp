@@ -25,9 +25,9 @@ float parameterAt(int pos) noexcept {
     return static_cast<float>(pos) * PositionStep;
 }
 
-/// Returns the position of a parameter. The position is truncated, not rounded. Most positions are therefore one lower
-/// after `parameterAt` and `positionAt`. A host may set any value: a position beyond the limits becomes the limit, and
-/// NaN becomes 0.
+/// Returns the position of a parameter. The position is truncated, not rounded. Most positions therefore become one
+/// lower if `parameterAt` and then `positionAt` convert them. A host may set any value: a position beyond the limits
+/// becomes the limit, and NaN becomes 0.
 int positionAt(float parameter) noexcept {
     constexpr double Limit = 1e9;
     const double position = std::trunc(parameter * 100.0);

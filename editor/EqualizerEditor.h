@@ -47,8 +47,8 @@ private:
     void readParameters(Values& values);
     void restore(const Values& values);
 
-    /// Updates sliders and read-outs from the effect. With `force`, updates all of them. Without, updates only the
-    /// slots whose position differs, and sets their parameters to the new positions.
+    /// Updates sliders and read-outs from the effect. With `force`, updates all slots. Without `force`, updates only
+    /// the slots whose position differs, and sets their parameters to the new positions.
     void refresh(bool force);
     /// Updates the read-out of a slot. With `send`, first sets the slot's parameter to the position.
     void showValue(std::size_t slot, int pos, bool send);

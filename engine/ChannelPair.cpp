@@ -14,7 +14,7 @@ bool overlap(const float* a, const float* b, int count) noexcept {
     return distance < static_cast<std::uintptr_t>(count) * sizeof(float);
 }
 
-/// Returns whether the samples depend on the order of the channels.
+/// Returns whether the output depends on which channel is processed first.
 bool orderShows(const float* const* inputs, float* const* outputs, int count) noexcept {
     return overlap(outputs[0], inputs[1], count) || overlap(outputs[1], inputs[0], count) ||
            overlap(outputs[0], outputs[1], count);
@@ -37,7 +37,8 @@ void ChannelPair::process(const float* const* inputs, float* const* outputs, int
     }
 }
 
-// Two blocks without a change are filtered together. All others are rare.
+// Filters the two blocks together if neither has a parameter change. Other blocks are rare, and are completed one after
+// the other.
 void ChannelPair::completeBlocks(int mode) noexcept {
     const bool isOrdinary =
         mode == FourBandEqualizer::Process && !first.parametersChanged() && !second.parametersChanged();

@@ -14,10 +14,10 @@ constexpr double radiansPerHertz(double rate) noexcept {
 }
 static_assert(radiansPerHertz(FilterDesign::DefaultRate) == 0.00014247585730565955);
 
-/// Below half the rate, so that every section is stable.
+/// The highest angle of a centre. It is below half the rate, so that every section is stable.
 constexpr double HighestAngle = FrequencyRange.highest * radiansPerHertz(FilterDesign::DefaultRate);
 
-/// A NaN fails both comparisons and becomes the lowest value.
+/// Returns `value` limited to `range`. A NaN fails both comparisons and becomes the lowest value.
 double limited(double value, ValueRange range) noexcept {
     if (value > range.highest) return range.highest;
     return value >= range.lowest ? value : range.lowest;
@@ -30,7 +30,8 @@ double linearFromDecibels(double decibels) noexcept {
 } // namespace
 
 FilterDesign FilterDesign::flat() noexcept {
-    // Centres of 100, 200, 400 and 800 Hz with Q 1.4: 2 pi f / 44100, and that over twice the Q, to the last bit.
+    // Centre angles: 2 pi f / 44100 for f = 100, 200, 400 and 800 Hz. Half bandwidths: these angles divided by twice a
+    // Q of 1.4. All constants are exact to the last bit.
     constexpr double CentreAngles[BandCount] = {0.014247585730565955, 0.02849517146113191, 0.05699034292226382,
                                                 0.11398068584452764};
     constexpr double HalfBandwidthAngles[BandCount] = {0.005088423475202127, 0.010176846950404253, 0.020353693900808507,
@@ -53,11 +54,11 @@ FilterDesign FilterDesign::of(const float (&values)[ParameterCount], double rate
     design.outputGain = linearFromDecibels(limited(values[VolumeIndex], VolumeRange));
     for (int i = 0; i < BandCount; ++i) {
         const double G = linearFromDecibels(limited(values[gainIndex(i)], GainRange));
-        // Widening the allpass of a cut by its gain makes the cut the mirror image of the boost.
+        // For a cut, H divides t by the gain. The wider allpass makes the cut the mirror image of the boost.
         const double H = G <= 1.0 ? G : 1.0;
         const double f = limited(values[frequencyIndex(i)], FrequencyRange);
         const double q = limited(values[qIndex(i)], QRange);
-        // The angle is not prewarped: f is the centre, and f/q the bandwidth, of the digital response.
+        // The angle is not prewarped: f and f/q are the centre and the bandwidth of the digital response.
         const double w = std::min(f * anglePerHertz, HighestAngle);
         const double t = std::tan((w * 0.5) / q);
         design.centreCoefficient[i] = -std::cos(w);

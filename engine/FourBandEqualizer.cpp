@@ -42,10 +42,10 @@ void FourBandEqualizer::process(const float* input, float* output, int sampleCou
     }
 }
 
-// Collects samples, and hands out samples of the previous block.
+// Collects input samples, and outputs samples of the previous block.
 void FourBandEqualizer::exchange(const float* input, float* output, int count) noexcept {
     const int p = BlockSize - samplesToFill;
-    // The input is read before the output is written, since both may be one array.
+    // Read the input before the output is written, because both may be the same array.
     std::copy_n(input, count, inputBlock + p);
     std::copy_n(outputBlock + p, count, output);
     samplesToFill -= count;
@@ -75,8 +75,9 @@ void FourBandEqualizer::completeBlock(int mode) noexcept {
     }
 }
 
-// The new run starts from the state in which the last change block ended. It therefore starts with a transient, where
-// the crossfade gives it a weight near 0.
+// Filters the block with the old and with the new design, and crossfades. The new run starts from the state in which
+// the last change block ended. The new run therefore starts with a transient. The crossfade hides the transient,
+// because the weight of the new run is still near 0.
 void FourBandEqualizer::runChangeBlock() noexcept {
     const FilterDesign before = coefficients;
     design();
@@ -97,7 +98,7 @@ FilterRun FourBandEqualizer::nextRun() noexcept {
             {bandState[0].nextState, bandState[1].nextState, bandState[2].nextState, bandState[3].nextState}};
 }
 
-// Designs the waiting array. Keeps the design if no array waits.
+// Designs the filters for the waiting parameter array. Keeps the present design if no array waits.
 void FourBandEqualizer::design() noexcept {
     if (handover.take(parameters)) coefficients = FilterDesign::of(parameters, rate);
 }

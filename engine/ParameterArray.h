@@ -4,12 +4,12 @@
 
 namespace eq {
 
-/// Peak sections in series.
+/// The number of peak sections in series.
 inline constexpr int BandCount = 4;
-/// Values in a parameter array: the volume, then frequency, gain and Q of each band.
+/// The number of values in a parameter array: the volume, then the frequencies, the gains and the Qs of the bands.
 inline constexpr int ParameterCount = 1 + 3 * BandCount;
 
-/// The places of the values. A band's number is 0 to 3.
+/// The indices of the values in the array. A band's number is 0 to 3.
 inline constexpr int VolumeIndex = 0;
 constexpr int frequencyIndex(int band) noexcept {
     return 1 + band;

@@ -13,7 +13,7 @@ namespace {
 constexpr int BlockSize = FourBandEqualizer::BlockSize;
 constexpr float Silence[BlockSize] = {};
 
-/// For comparisons: a NaN differs from itself, but its bits do not.
+/// Returns the bits of the values, for comparisons. A NaN never equals itself, but its bits do.
 std::array<std::uint32_t, ParameterCount> bitsOf(const std::array<float, ParameterCount>& values) noexcept {
     return std::bit_cast<std::array<std::uint32_t, ParameterCount>>(values);
 }
@@ -46,7 +46,7 @@ void Lv2Equalizer::activate() noexcept {
 
 void Lv2Equalizer::run(std::size_t frames) noexcept {
     if (latencyPort != nullptr) *latencyPort = static_cast<float>(engines[0].latency());
-    if (frames == 0) return; // a host may ask for the latency before it has the values
+    if (frames == 0) return; // a host may read the latency before it has set the values
 
     const Values values = readParameters();
     const bool isEnabled = readEnabled();
@@ -79,7 +79,8 @@ bool Lv2Equalizer::readEnabled() const noexcept {
     return enabledPort == nullptr || *enabledPort > 0.0F;
 }
 
-// Both mappings, so that the engine designs the same filter as in the VST 2 effect, which receives normalised values.
+// Applies both mappings of the parameter table, so that the engine designs the same filters as in the VST 2 effect,
+// which receives normalised values.
 void Lv2Equalizer::handOver(const Values& values) noexcept {
     lastValues = values;
     Values mapped;
@@ -90,8 +91,8 @@ void Lv2Equalizer::handOver(const Values& values) noexcept {
     for (FourBandEqualizer& engine : engines) engine.setParameters(mapped.data());
 }
 
-// The engine fades the first values in over one block. Silence takes this fade, and leaves the filters' state at zero.
-// There are two blocks, as in `equalize`.
+// Filters two blocks of silence, as `equalize` does. The engine fades the first values in over one block. This fade is
+// then over before the sound starts, and the state of the filters is still zero.
 void Lv2Equalizer::settle() noexcept {
     const float* const silent[] = {Silence, Silence};
     float* const out[] = {dropped.data(), dropped.data()};
@@ -107,7 +108,7 @@ void Lv2Equalizer::completeBlock(std::size_t start, std::size_t count, bool isEn
     framesToBlockEnd = BlockSize;
 }
 
-/// Runs frames of one block. The mode counts if they complete the block.
+/// Processes frames of one block. `mode` has an effect only if these frames complete the block.
 void Lv2Equalizer::runPiece(std::size_t start, std::size_t count, int mode) noexcept {
     const float* in[MostChannels] = {};
     float* out[MostChannels] = {};
@@ -115,7 +116,8 @@ void Lv2Equalizer::runPiece(std::size_t start, std::size_t count, int mode) noex
         in[c] = inputs[c] != nullptr ? inputs[c] + start : Silence;
         out[c] = outputs[c] != nullptr ? outputs[c] + start : dropped.data();
     }
-    // The channels run one after the other, and the output of one may be the input of the other.
+    // The channels are processed one after the other, so the inputs are copied if the output of one channel is the
+    // input of the other channel.
     const bool isCrossed = variant.channels == 2 && (out[0] == in[1] || out[1] == in[0]);
     if (isCrossed || !wasEnabled) {
         for (std::size_t c = 0; c < variant.channels; ++c) {

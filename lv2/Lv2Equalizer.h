@@ -14,21 +14,21 @@ namespace eq::lv2 {
 ///     ports --> both mappings of the parameter table --> engines        (only if a value has changed)
 ///     input --> engines, cut where their blocks end --> output, 2048 frames later
 ///
-/// The port `enabled` chooses how a block is treated. The block in which it changes is crossfaded, all others are
-/// filtered or passed. Passed sound is unchanged, and has the same latency. The filters also run on passed sound:
-/// filters that start within a sound would ring when the bypass ends.
+/// The port `enabled` selects between filtered sound and passed sound. Passed sound is unchanged, and has the same
+/// latency. The block in which the port changes is crossfaded. The filters also run on passed sound, because filters
+/// that start within a sound would ring when the bypass ends.
 ///
-/// The host calls one operation at a time. `run` allocates nothing, takes no lock and makes no system call.
+/// The host calls only one function at a time. `run` allocates nothing, takes no lock and makes no system call.
 class Lv2Equalizer {
 public:
-    /// The rate must be in RateRange.
+    /// `rate` is in Hz, within RateRange.
     Lv2Equalizer(const PluginVariant& pluginVariant, double rate) noexcept;
 
     /// Connects a port to the host's memory; null disconnects it. Unknown ports are ignored. Without a connection, a
-    /// control counts as its default, an input is silent, and an output is dropped.
+    /// control has its default value, an input is silent, and an output is dropped.
     void connect(std::uint32_t port, void* data) noexcept;
 
-    /// Forgets all sound. The next call of `run` with frames settles on its values, without a crossfade.
+    /// Discards all sound. The next call of `run` with frames uses its values without a crossfade.
     void activate() noexcept;
 
     /// Equalizes `frames` frames. Inputs and outputs may be the same buffers in any combination; different
@@ -56,14 +56,14 @@ private:
     const float* enabledPort = nullptr;
     float* latencyPort = nullptr;
 
-    bool isSettled = false; // since `activate`
-    Values lastValues = {}; // of the ports
+    bool isSettled = false; // `settle` was called since `activate`
+    Values lastValues = {}; // the port values in use
     std::size_t framesToBlockEnd = FourBandEqualizer::BlockSize;
-    bool wasEnabled = true;           // at the end of the last block
-    bool outputIsPassed = false;      // of the block that is read out
-    BlockBuffer passed[MostChannels]; // blocks of unfiltered sound, collected and read out as in the engine
-    BlockBuffer copies[MostChannels]; // of inputs that outputs may overwrite
-    BlockBuffer dropped;              // output that no port takes
+    bool wasEnabled = true;           // the value of `enabled` at the end of the last block
+    bool outputIsPassed = false;      // the block that is read out is passed sound
+    BlockBuffer passed[MostChannels]; // unfiltered sound, collected and read out as in the engine
+    BlockBuffer copies[MostChannels]; // copies of inputs that an output may overwrite
+    BlockBuffer dropped;              // output without a connected port
 };
 
 } // namespace eq::lv2

@@ -9,7 +9,7 @@
 
 namespace eq::lv2 {
 
-/// One of the plug-ins. They differ in the number of channels only.
+/// One of the two plug-ins, which differ only in the number of channels.
 struct PluginVariant {
     const char* uri;
     std::uint32_t channels;
@@ -26,7 +26,7 @@ struct PluginVariant {
     [[nodiscard]] constexpr std::uint32_t portCount() const noexcept { return latencyPort() + 1; }
 };
 
-/// Sessions of users contain these URIs, so they never change.
+/// These URIs never change, because sessions of users contain them.
 inline constexpr const char* BundleUri = "urn:tavrin:parametric-equalizer";
 inline constexpr const char* EditorUri = "urn:tavrin:parametric-equalizer#editor";
 inline constexpr PluginVariant Variants[] = {
@@ -35,7 +35,7 @@ inline constexpr PluginVariant Variants[] = {
 };
 inline constexpr std::uint32_t MostChannels = 2;
 
-/// The rates for which a plug-in works, in Hz.
+/// The sampling rates that a plug-in supports, in Hz.
 inline constexpr ValueRange RateRange = {8000.0, 768000.0};
 
 } // namespace eq::lv2

@@ -1,4 +1,4 @@
-// The LV2 interface: translates the host's calls for Lv2Equalizer.
+// The LV2 interface of the plug-ins. Translates the host's calls into calls of Lv2Equalizer.
 
 #include "lv2/Lv2Equalizer.h"
 
@@ -17,7 +17,7 @@ Lv2Equalizer& instanceOf(LV2_Handle handle) noexcept {
     return *static_cast<Lv2Equalizer*>(handle);
 }
 
-/// Returns null for a rate out of range, and without memory.
+/// Returns null for a rate outside RateRange, for an unknown plug-in, and if memory is short.
 LV2_Handle instantiate(const LV2_Descriptor* descriptor, double rate, const char*, const LV2_Feature* const*) noexcept {
     if (!(rate >= RateRange.lowest && rate <= RateRange.highest)) return nullptr;
     for (const PluginVariant& variant : Variants)
@@ -52,7 +52,7 @@ static_assert(std::size(Descriptors) == std::size(Variants));
 
 } // namespace eq::lv2
 
-// Exported by exports.map.
+// exports.map exports this function.
 LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
     return index < std::size(eq::lv2::Descriptors) ? &eq::lv2::Descriptors[index] : nullptr;
 }

@@ -31,8 +31,8 @@ std::string signedDecimal(double value) {
     return text.starts_with('-') ? text : "+" + text;
 }
 
-// Returns the value truncated toward zero. A value outside the parameter's range may be too large for an integer, or a
-// NaN, which counts as 0.
+// Returns the value truncated toward zero. The value may be outside the parameter's range: a value that is too large
+// for an integer is limited, and a NaN counts as 0.
 std::string integerPart(double value) {
     constexpr double Most = std::numeric_limits<std::int32_t>::max();
     return std::to_string(std::isnan(value) ? 0 : static_cast<std::int32_t>(std::min(value, Most)));

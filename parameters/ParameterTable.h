@@ -16,7 +16,7 @@ inline constexpr int ParameterKindCount = 4;
 
 /// The properties that the parameters of one kind share.
 struct ParameterScale {
-    const char* symbol; ///< the name of the parameter in presets
+    const char* symbol; ///< the name in presets, and a part of the LV2 symbol
     const char* unit;   ///< empty for Q
     ValueRange range;   ///< in the unit
 };
@@ -80,9 +80,9 @@ constexpr int indexOf(ParameterKind kind, int band) noexcept {
     }
 }
 
-/// Returns the value in the unit of the kind for a normalised value. The scale is linear, except for frequencies: one
-/// decade per third of the range. The result of each formula is fixed to the last bit. The formulas therefore contain
-/// the ranges as numbers, instead of computing with `ValueRange`.
+/// Returns the value in the unit of the kind for a normalised value. The scale of frequencies is logarithmic, with one
+/// decade per third of the range. All other scales are linear. The result of each formula is fixed to the last bit. The
+/// formulas therefore contain the ranges as numbers, instead of computing with `ValueRange`.
 inline double valueOf(ParameterKind kind, double p) {
     switch (kind) {
     case ParameterKind::Volume:

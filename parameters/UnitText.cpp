@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::string_view Blanks = " \t\r\n";
 
-/// Removes `ending` and the blanks before it. Returns false if the text ends otherwise.
+/// Removes `ending` and the blanks before it. Returns false if the text does not end with `ending`.
 bool removeEnding(std::string_view& text, std::string_view ending) {
     if (ending.empty() || text.size() < ending.size()) return false;
     if (!equalNoCase(text.substr(text.size() - ending.size()), ending)) return false;

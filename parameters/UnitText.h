@@ -8,15 +8,15 @@
 
 namespace eq {
 
-/// The unit words that a text may end with.
+/// The unit words that may be at the end of a text.
 struct UnitWords {
     std::string decibel = "dB";
     std::string hertz = "Hz";
     std::string kilohertz = "kHz";
 };
 
-/// Returns the number of a text such as "80", "1.2k", "1.2 kHz", "-3dB" or "60Hz" in the unit of the parameter; nothing
-/// for another unit. Upper and lower case of ASCII letters are the same.
+/// Returns the value of a text such as "80", "1.2k", "1.2 kHz", "-3dB" or "60Hz", in the unit of the kind. Returns
+/// nothing if the text is not a number, or if its unit does not fit the kind. Ignores the case of ASCII letters.
 [[nodiscard]] std::optional<double> parseWithUnit(ParameterKind kind, std::string_view text,
                                                   const UnitWords& words = {});
 

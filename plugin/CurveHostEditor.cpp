@@ -37,7 +37,7 @@ const CurveModule* CurveHostEditor::module() {
 }
 
 int32 CurveHostEditor::getRect(ERect** answer) {
-    int width = DefaultEditorWidth; // also where there is no display to ask
+    int width = DefaultEditorWidth; // remains unchanged if there is no display
     int height = DefaultEditorHeight;
     if (module()) loaded->defaultSize(width, height);
     rect.bottom = static_cast<std::int16_t>(height);
@@ -58,7 +58,7 @@ int32 CurveHostEditor::open(void* window) {
 void CurveHostEditor::close() {
     isCloseDue = isBusy;
     if (isBusy || !curve) return;
-    isBusy = true; // closing ends a drag, of which the host hears
+    isBusy = true; // to end a drag, the curve calls this object
     loaded->close(std::exchange(curve, nullptr));
     isBusy = false;
     isCloseDue = false;

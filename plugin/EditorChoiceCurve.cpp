@@ -16,8 +16,8 @@ namespace eq {
 
 namespace {
 
-/// Returns the path of the editor's module in the folder of this library, or an empty text. The path is absolute: the
-/// host may change its working folder.
+/// Returns the path of the editor's module in the folder of this library, or an empty text if there is no such file.
+/// The path is absolute, because the host may change its working folder.
 std::string moduleFile() {
     Dl_info library{};
     if (dladdr(reinterpret_cast<const void*>(&moduleFile), &library) == 0 || !library.dli_fname) return {};
@@ -37,7 +37,7 @@ bool createEditor(AudioEffect& effect) {
     static_cast<void>(CLanguageStore::Instance());
     std::string path = moduleFile();
     if (path.empty()) return true;
-    // The editor binds itself to the effect, which owns it from then on.
+    // The editor registers itself with the effect, which then owns the editor.
     auto* const editor = new (std::nothrow) CurveHostEditor(&effect, std::move(path));
     return editor != nullptr; // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
 }

@@ -32,7 +32,8 @@ ParametricEqualizer::ParametricEqualizer(audioMasterCallback hostCallback)
     AudioEffectX::setInitialDelay(engines[0]->latency());
     AudioEffectX::setUniqueID(UniqueId);
 
-    // `createEditor` also reads the language files. A broken file fails here, and not later when a host reads a text.
+    // `createEditor` also reads the language files. A broken file therefore fails here, and not later when a host reads
+    // a text.
     if (!createEditor(*this)) editorCreationFailed = true;
 }
 

@@ -19,7 +19,7 @@ constexpr Character asciiUpper(Character c) noexcept {
     return c >= 'a' && c <= 'z' ? static_cast<Character>(c - 'a' + 'A') : c;
 }
 
-/// Compares two texts without regard to ASCII case.
+/// Returns whether two texts are equal, without regard to ASCII case.
 constexpr bool equalNoCase(std::string_view a, std::string_view b) noexcept {
     return std::ranges::equal(a, b, {}, asciiUpper<char>, asciiUpper<char>);
 }
@@ -27,7 +27,7 @@ constexpr bool equalNoCase(std::wstring_view a, std::wstring_view b) noexcept {
     return std::ranges::equal(a, b, {}, asciiUpper<wchar_t>, asciiUpper<wchar_t>);
 }
 
-/// Removes the bytes for which `isRemoved` is true from both ends.
+/// Returns the text without the bytes at both ends for which `isRemoved` is true.
 template <typename Predicate>
 constexpr std::string_view trimIf(std::string_view s, Predicate isRemoved) noexcept {
     while (!s.empty() && isRemoved(s.front())) s.remove_prefix(1);
@@ -35,12 +35,12 @@ constexpr std::string_view trimIf(std::string_view s, Predicate isRemoved) noexc
     return s;
 }
 
-/// Removes the bytes up to 0x20 from both ends.
+/// Returns the text without the blanks and control characters (bytes up to 0x20) at both ends.
 constexpr std::string_view trim(std::string_view s) noexcept {
     return trimIf(s, [](char c) { return static_cast<unsigned char>(c) <= 0x20; });
 }
 
-/// Removes the bytes of `chars` from both ends.
+/// Returns the text without the bytes of `chars` at both ends.
 constexpr std::string_view trim_chars(std::string_view s, std::string_view chars) noexcept {
     return trimIf(s, [chars](char c) { return chars.find(c) != chars.npos; });
 }

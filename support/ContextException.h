@@ -17,10 +17,10 @@ namespace eq {
 /// heap. Neither construction nor copying throws: a text that does not fit is cut.
 class ContextException : public std::exception {
 public:
-    /// Null texts count as empty. Without a name the exception is "<exception not named>".
+    /// Null texts count as empty. A null name becomes "<exception not named>".
     ContextException(const char* operation, const char* context, const char* file, int line, const char* name) noexcept;
 
-    /// For a failed system call. The context is `CallFailureText(systemCall, errorCode)`.
+    /// Describes a failed system call. The context is `CallFailureText(systemCall, errorCode)`.
     ContextException(const char* operation, const char* systemCall, unsigned long errorCode, const char* file, int line,
                      const char* name) noexcept;
 
@@ -44,7 +44,7 @@ private:
     [[nodiscard]] const char* storage() const noexcept { return heapText ? heapText.get() : inlineText; }
     [[nodiscard]] std::size_t storageSize() const noexcept { return heapText ? heapTextSize : sizeof inlineText; }
 
-    // Each pointer is into the storage, or to a constant empty text.
+    // Each pointer points into the storage, or to a constant empty text.
     const char* exceptionName = "";
     const char* thrower = "";
     const char* contextText = "";

@@ -79,7 +79,7 @@ private:
     SECURITY_ATTRIBUTES record = {};
 };
 
-// Created while the library is loaded, before other threads exist.
+// The attributes are created while the library is loaded, before other threads exist.
 [[maybe_unused]] const SECURITY_ATTRIBUTES* const AttributesMadeAtLoad = SharedSecurityAttributes();
 
 } // namespace

@@ -40,8 +40,8 @@ enum DebugOutputTarget : int {
 /// system without security.
 [[nodiscard]] SECURITY_ATTRIBUTES* SharedSecurityAttributes();
 
-/// A serial port at 19200 baud, 8 bits, no parity, one stop bit. The first text that finds the port opens it. The port
-/// stays open until the process ends.
+/// A serial port at 19200 baud, 8 bits, no parity, one stop bit. The first `write` that finds the port opens the port,
+/// which then stays open until the process ends.
 class SerialDebugPort {
 public:
     /// Keeps `name` without a copy: the text must outlive the object.
@@ -50,8 +50,8 @@ public:
     SerialDebugPort& operator=(const SerialDebugPort&) = delete;
     virtual ~SerialDebugPort() = default;
 
-    /// Sends a text, with a carriage return before each line feed. The texts of several threads are not mixed. Without
-    /// the port the text is dropped.
+    /// Sends a text, with a carriage return before each line feed. The texts of several threads are not mixed. If there
+    /// is no such port, the text is dropped.
     void write(const char* text);
 
 private:

@@ -38,7 +38,7 @@ void LanguageText::assign(const wchar_t* text) {
     const unsigned capacity = length + 1 + SpareCharacters;
     wchar_t* const copy = allocate<wchar_t>(capacity);
     std::copy_n(text, length + 1, copy);
-    release(); // after the copy: the text may be this object's own
+    release(); // only now, because `text` may belong to this object
     wideText = copy;
     wideLength = length;
     wideCapacity = capacity;
@@ -50,7 +50,7 @@ void LanguageText::assign(const char* text) {
     const unsigned length = static_cast<unsigned>(std::strlen(text));
     char* const copy = allocate<char>(length + 1);
     std::copy_n(text, length + 1, copy);
-    release(); // after the copy: the text may be this object's own
+    release(); // only now, because `text` may belong to this object
     narrowText = copy;
     narrowLength = length;
     ownsText = 1;

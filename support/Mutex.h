@@ -43,12 +43,13 @@ private:
     DWORD wait(DWORD milliseconds);
     bool releaseHolds();
 
-    // Only the holder writes these two. Another thread may read the owner, but never finds its own id there.
+    // Only the holder writes the owner and the recursion count. Another thread may read the owner, but never finds its
+    // own id there.
     std::atomic<std::uint32_t> ownerThread{NoThread};
     std::uint32_t recursionCount = 0;
 
-    // The number of times that the holder's waits have locked the system mutex. A wait that reports a dead holder locks
-    // it, too.
+    // The number of times that the holder's waits have locked the system mutex. A wait that reports an ended holder
+    // also locks the system mutex.
     std::uint32_t holds = 0;
 };
 

@@ -8,8 +8,8 @@
 
 namespace eq {
 
-/// Returns the number that `text` is as a whole, which may begin with a sign; nothing for infinities and NaNs. The
-/// decimal separator is a point in every locale.
+/// Returns the number in `text`, which may begin with a sign. Returns nothing if the text contains anything else, or
+/// for infinities and NaNs. The decimal separator is a point in every locale.
 inline std::optional<double> parseNumber(std::string_view text) {
     if (text.starts_with('+')) {
         text.remove_prefix(1);

@@ -256,8 +256,7 @@ WORD languageOfDigits(std::string_view digits) noexcept {
 }
 
 std::string decode_value(std::string s) {
-    // Hexadecimal escapes are decoded last, in a separate pass: a byte that they produce can make the next byte a trail
-    // byte.
+    // Decode hexadecimal escapes last, in a separate pass, because a decoded byte can make the next byte a trail byte.
     decodeEscapes(s, controlEscapeAt);
     decodeEscapes(s, hexadecimalEscapeAt);
     return s;

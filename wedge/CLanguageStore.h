@@ -14,7 +14,7 @@ class CLanguageStore {
 public:
     /// Returns the store of the process. The first call fills the store from the language files beside `module` (null:
     /// the library's own module). Later calls ignore `module`. Throws the exceptions of `CLanguageFile` and
-    /// `CLanguageStoreLoader` if a file is broken; the next call then starts over.
+    /// `CLanguageStoreLoader` if a file is broken; the next call then reads the files again.
     static CLanguageStore& Instance(HMODULE module = nullptr);
 
     /// Shows an error to the user.
@@ -28,8 +28,8 @@ public:
     /// Creates an empty store, in which every look-up fails.
     CLanguageStore() = default;
 
-    /// Creates a store apart from `Instance`, from the language files of the module at `modulePath`. `language` is the
-    /// override; 0 for none. Throws like `Instance`.
+    /// Creates a store that is independent of `Instance`, from the language files of the module at `modulePath`.
+    /// `language` is the override; 0 means none. Throws the exceptions of `Instance`.
     CLanguageStore(const std::string& modulePath, WORD language);
     CLanguageStore(const CLanguageStore&) = delete;
     CLanguageStore& operator=(const CLanguageStore&) = delete;
@@ -70,8 +70,8 @@ private:
     std::string m_module;
 };
 
-// The following functions use `CLanguageStore::Instance()`. Each may be the call that fills the store, and then throws
-// like `Instance`.
+// The following functions use `CLanguageStore::Instance()`. The first call fills the store, and throws the exceptions
+// of `Instance` if a file is broken.
 
 WORD GetLanguageId();
 [[nodiscard]] UINT GetLanguageCodepage();

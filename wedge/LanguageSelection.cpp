@@ -17,7 +17,7 @@ constexpr wchar_t SettingsPath[] = L"Software\\Tavrin\\TuneBench\\2.0";
 constexpr wchar_t LanguageValue[] = L"Language";
 constexpr WORD EnglishUnitedStates = 1033;
 constexpr std::string_view Digits = "0123456789";
-/// The 8-bit file functions of the system accept no longer paths.
+/// The system's 8-bit file functions refuse paths that do not fit into this size with their terminator.
 constexpr std::size_t PathCapacity = MAX_PATH;
 
 RegistryKey openSettings() noexcept {
@@ -26,7 +26,7 @@ RegistryKey openSettings() noexcept {
     return key;
 }
 
-/// Open while the library is loaded.
+/// The key of the settings. It stays open while the library is loaded.
 const RegistryKey Settings = openSettings();
 
 /// A registry value that contains a language id as text.

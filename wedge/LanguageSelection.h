@@ -21,7 +21,8 @@ extern WORD g_language_override;
 enum uilanguage_context { uilanguage_default = 0, uilanguage_user = 1 };
 
 /// Returns the system's language. `uilanguage_default` reads the default profile; `uilanguage_user` reads the user's
-/// profile, and the default profile if the user's has no language. Returns 0 if the system has no language or fails.
+/// profile, and the default profile if the user's profile has no language. Returns 0 if the system has no language or
+/// fails.
 [[nodiscard]] WORD ReadUiLanguage(uilanguage_context context);
 
 [[nodiscard]] bool IsWindowsNt();
@@ -37,7 +38,8 @@ enum uilanguage_context { uilanguage_default = 0, uilanguage_user = 1 };
 /// Compares two texts without regard to ASCII case. Returns 0 if they are equal.
 [[nodiscard]] int CompareNoCase(const std::string& a, const std::string& b);
 
-/// Returns the languages whose files are read from one folder, in the order of reading. Ids may be 0 or repeat.
+/// Returns the languages whose files are read from one folder, in the order of reading. An id may be 0, or may occur
+/// more than once.
 [[nodiscard]] std::array<WORD, 4> languageOrder(WORD overrideLanguage, WORD systemLanguage);
 
 /// Returns the full paths of all files of one language in a folder, in the order in which the system lists the files.

@@ -16,11 +16,11 @@ enum class LanguageTagType : std::int32_t { Accelerator = 1, Codepage = 2 };
 /// functions.
 struct LanguageTag {
     LanguageTagType type;
-    /// Whether '=' and a value must follow the tag on its line.
+    /// True if '=' and a value must follow the tag on its line.
     bool needs_value;
 };
 
-/// A key with its modifiers. The fields after the base are those of the system's ACCEL record.
+/// A key with its modifiers. The fields after the base are the fields of the system's ACCEL record.
 struct AcceleratorDefinition : LanguageTag {
     BYTE fVirt;
     WORD key;
@@ -43,7 +43,7 @@ using LanguageTagPtr = std::unique_ptr<LanguageTag, LanguageTagDeleter>;
 /// matter.
 [[nodiscard]] LanguageTagPtr ParseLanguageTag(const std::string& tag, std::string& error);
 
-/// Each returns the record as its own type, or null if the record has another type.
+/// Both functions return the record as the type in their name, or null if the record has another type.
 [[nodiscard]] const AcceleratorDefinition* asAccelerator(const LanguageTag& tag) noexcept;
 [[nodiscard]] const CodepageDefinition* asCodepage(const LanguageTag& tag) noexcept;
 

@@ -94,7 +94,7 @@ MutexEntry::~MutexEntry() {
     try {
         mutex.Unlock();
     } catch (const std::exception&) {
-        // An exception may already be leaving the scope.
+        // Ignore the failure, because another exception may already be leaving the scope.
     }
 }
 

@@ -8,8 +8,8 @@
 
 namespace eq {
 
-/// Compares characters without regard to ASCII case. Bytes of 0x80 and above equal only themselves. As signed values,
-/// these bytes come before all others.
+/// Compares characters without regard to ASCII case. Bytes of 0x80 and above equal only themselves. They sort before
+/// all other bytes, because bytes are compared as signed values.
 struct nocase_char_traits : std::char_traits<char> {
     static constexpr bool eq(char a, char b) noexcept { return asciiUpper(a) == asciiUpper(b); }
 

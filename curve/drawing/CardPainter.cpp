@@ -11,12 +11,13 @@ namespace {
 
 // Lengths at a scale factor of 1.
 constexpr double Corner = 6.0;
-constexpr double FieldPadding = 5.0;   ///< at the left
-constexpr double CaptionHeight = 14.0; ///< from the caption's middle up to half the height of both lines
+constexpr double FieldPadding = 5.0; ///< left of the texts of a read-out
+/// The caption is above the middle of the card, and the value is below, each by a fraction of this length.
+constexpr double CaptionHeight = 14.0;
 constexpr double BadgeRadius = 8.5;
 constexpr double EntryHeight = 20.0;
 
-/// Normalised values with the widest texts, in the order of ParameterKind.
+/// The normalised value with the widest text for each kind, in the order of ParameterKind.
 constexpr float WidestP[ParameterKindCount] = {0.0F, 0.435F, 0.0F, 0.0F};
 
 } // namespace

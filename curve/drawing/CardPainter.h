@@ -11,9 +11,9 @@ public:
     CardPainter(const TextPainter& textPainter, const EditorTexts& editorTexts) noexcept
         : painter(textPainter), texts(editorTexts) {}
 
-    /// Returns the widths of the widest texts, with the space between read-outs.
+    /// Returns the width that each kind of read-out needs: the width of its widest text, plus a padding.
     [[nodiscard]] FieldNeeds fieldNeeds(double scale) const;
-    /// `card` is 0 to 3, or EditorLayout::VolumeCard.
+    /// Draws a card. `card` is the number of a band, 0 to 3, or EditorLayout::VolumeCard.
     void draw(cairo_t* cr, const EditorState& state, int card) const;
 
 private:

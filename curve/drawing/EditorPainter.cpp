@@ -35,7 +35,7 @@ std::vector<Rect> EditorPainter::paint(EditorState& state) {
     float values[ParameterCount];
     for (int i = 0; i < ParameterCount; ++i) values[i] = static_cast<float>(state.model.value(i));
     curves.update(values);
-    // A scale that moved during a drag would move the node away from the pointer.
+    // Keep the range of the axis during a drag: a new range would move the node away from the pointer.
     if (!state.isDragging || !shown) state.geometry.range = decibelRangeFor(curves.largest());
 
     const Shown now = shownOf(state);

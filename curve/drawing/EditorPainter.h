@@ -9,18 +9,20 @@
 
 namespace eq {
 
-/// The picture of the editor, in memory. `paint` compares the state with what the picture shows, and draws only the
-/// parts that differ.
+/// Draws the picture of the editor in memory. `paint` compares the new state with the state in the picture, and draws
+/// only the parts that differ.
 class EditorPainter {
 public:
     EditorPainter(const EditorTexts& texts, double designRate, double scale);
 
-    /// Arranges the editor for a window and begins a new picture. Returns false if there is no memory for it.
+    /// Arranges the editor for a window of this size, and begins a new picture. Returns false if there is no memory for
+    /// the picture.
     [[nodiscard]] bool resize(EditorState& state, int width, int height);
     /// Draws the changes, and returns the rectangles in which the picture has changed.
     std::vector<Rect> paint(EditorState& state);
 
-    /// Returns the picture's pixels, 32 bits each, from the top, or null before `resize`.
+    /// Returns the pixels of the picture, from the top row to the bottom row, with 32 bits per pixel. Returns null
+    /// before `resize`.
     [[nodiscard]] const unsigned char* pixels() const noexcept;
     [[nodiscard]] int bytesPerRow() const noexcept;
     [[nodiscard]] int width() const noexcept;
@@ -28,7 +30,7 @@ public:
     [[nodiscard]] cairo_surface_t* surface() const noexcept { return picture.get(); }
 
 private:
-    /// What the picture shows of a state.
+    /// The values of a state on which the picture depends.
     struct Shown {
         NormalisedParameters values{};
         EditorTarget focus;
@@ -53,7 +55,7 @@ private:
     ResponseCurves curves;
     FieldNeeds fieldNeeds;
     Surface picture;
-    Surface grid; ///< the graph without curves, at `gridRange`
+    Surface grid; ///< the graph without curves, drawn for `gridRange`
     double gridRange = 0.0;
     std::optional<Shown> shown;
 };

@@ -26,7 +26,7 @@ inline void fillRect(cairo_t* cr, const Rect& r, const Colour& c) noexcept {
     cairo_fill(cr);
 }
 
-/// Adds a rectangle with round corners to the path.
+/// Adds a rectangle with rounded corners to the path.
 void addRoundRect(cairo_t* cr, double x, double y, double width, double height, double radius) noexcept;
 
 } // namespace eq

@@ -37,7 +37,8 @@ inline constexpr Colour Track = colour(0x15181B);
 inline constexpr Colour TrackFill = colour(0x8F99A3);
 inline constexpr Colour Badge = colour(0x1A1D21);
 
-/// The bands differ in hue and, for those who see no hues, in lightness: each is darker than the previous band.
+/// The colours of the bands. Each colour is also darker than the previous colour, so that users who see no hues can
+/// distinguish the bands.
 inline constexpr std::array<Colour, BandCount> Bands = {colour(0xF2CB6C), colour(0x62C7AE), colour(0x6C9FE8),
                                                         colour(0xCB6790)};
 

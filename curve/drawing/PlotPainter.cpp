@@ -20,7 +20,7 @@ constexpr double LabelGap = 6.0;
 constexpr double LeastLineDistance = 22.0;
 
 constexpr double Dimmed = 0.3;
-constexpr double Reference = 1000.0; ///< Hz, where the octaves are anchored
+constexpr double Reference = 1000.0; ///< Hz; the octave lines are whole octaves above or below
 constexpr int LowestOctave = -5;     ///< 31 Hz
 constexpr int HighestOctave = 4;     ///< 16 kHz
 
@@ -36,19 +36,19 @@ std::string octaveLabel(double hertz) {
     return std::to_string(number) + (hertz < Reference ? "" : "k");
 }
 
-/// Returns the place of a line of one pixel.
+/// Returns the position at which a line of one pixel is sharp: the middle of the pixel.
 double sharp(double place) noexcept {
     return std::floor(place) + 0.5;
 }
 
-/// Adds a curve to the path, without the points that differ from a straight line by less than a fraction of a pixel:
-/// the path's cost is in its points.
+/// Adds a curve to the path. Leaves out points that differ from a straight line by less than a fraction of a pixel,
+/// because the drawing time depends on the number of points.
 void addCurve(cairo_t* cr, std::span<const double> values, double left, const DecibelAxis& axis) {
     constexpr double Tolerance = 0.1;
     double fromX = left;
     double fromY = axis.yOf(values[0]);
     cairo_move_to(cr, fromX, fromY);
-    double lowest = -HUGE_VAL; // the slopes of the lines that pass all points so far
+    double lowest = -HUGE_VAL; // slopes of the lines that pass near all points so far
     double highest = HUGE_VAL;
     for (std::size_t i = 1; i < values.size(); ++i) {
         const double x = left + static_cast<double>(i);
@@ -72,12 +72,12 @@ void clipTo(cairo_t* cr, const Rect& r, double corner) {
     cairo_clip(cr);
 }
 
-/// The width of a band, as a bar through its node.
+/// Draws the width of a band as a bar through the band's node.
 void drawBandwidth(cairo_t* cr, const EditorState& state, int band, Point node, double strength) {
     const double scale = state.geometry.layout.scale;
     const double f = state.model.limitedValue(frequencyIndex(band));
     const double half = f / state.model.limitedValue(qIndex(band)) / 2.0;
-    // The edges of the band are as far apart as its width, and their geometric mean is the centre.
+    // The difference of the band's edges is its width f / Q, and their geometric mean is the centre f.
     const double upper = half + std::sqrt(half * half + f * f);
     const double reach = state.geometry.frequencies().xOf(upper) - state.geometry.frequencies().xOf(f);
     const double cap = 4.0 * scale;
@@ -152,7 +152,7 @@ void PlotPainter::drawDecibels(cairo_t* cr, const EditorGeometry& geometry) cons
         }
         const std::string label = (i > 0 ? "+" : "") + std::to_string(static_cast<int>(decibels));
         const double labelY = std::clamp(y, plot.y + 6.0 * scale, plot.bottom() - 6.0 * scale);
-        // Nodes at the left edge reach beyond it.
+        // Leave space for nodes at the left edge, because they extend beyond the plot.
         texts.draw(cr, Font::Axis, label, plot.x - 14.0 * scale, labelY, Align::Right, palette::Caption);
     }
 }
@@ -170,7 +170,7 @@ void PlotPainter::drawCurves(cairo_t* cr, const EditorState& state, const Respon
     clipTo(cr, plot, Corner * scale);
     cairo_set_line_join(cr, CAIRO_LINE_JOIN_ROUND);
     for (int band = 0; band < BandCount; ++band) {
-        // A band at 0 dB has a straight curve on the zero line.
+        // The curve of a band at 0 dB would only cover the zero line.
         if (state.model.limitedValue(gainIndex(band)) == 0.0) continue;
         const Colour& colour = palette::Bands[static_cast<std::size_t>(band)];
         addCurve(cr, curves.band(band), left, axis);
@@ -189,7 +189,7 @@ void PlotPainter::drawCurves(cairo_t* cr, const EditorState& state, const Respon
     cairo_stroke(cr);
     cairo_restore(cr);
 
-    // The node of the focus is in front.
+    // Draw the node with the focus last, so that it is in front.
     for (int band = 0; band < BandCount; ++band)
         if (state.focus != nodeTarget(band)) drawNode(cr, state, band, strength);
     if (state.focus.kind == TargetKind::Node) drawNode(cr, state, state.focus.index, strength);
@@ -212,7 +212,7 @@ void PlotPainter::drawNode(cairo_t* cr, const EditorState& state, int band, doub
         cairo_arc(cr, node.x, node.y, radius * scale, 0.0, 2.0 * std::numbers::pi);
     };
     disc(RingRadius);
-    setColour(cr, palette::Plot); // also a dimmed node hides what is below it
+    setColour(cr, palette::Plot); // hides the curves, even below a dimmed node
     cairo_fill(cr);
     disc(NodeRadius);
     setColour(cr, colour, strength);

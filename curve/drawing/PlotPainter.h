@@ -13,9 +13,9 @@ class PlotPainter {
 public:
     explicit PlotPainter(const TextPainter& textPainter) noexcept : texts(textPainter) {}
 
-    /// The part that changes with the layout and the range only.
+    /// Draws the grid and its labels, which depend only on the layout and the range.
     void drawGrid(cairo_t* cr, const EditorGeometry& geometry) const;
-    /// The part that changes with the values. A bypassed effect's curves are dimmed.
+    /// Draws the curves and the nodes, which depend on the values. They are dimmed if the effect is bypassed.
     void drawCurves(cairo_t* cr, const EditorState& state, const ResponseCurves& curves, bool isBypassed) const;
 
 private:

@@ -18,12 +18,13 @@ class TextPainter {
 public:
     explicit TextPainter(double scale);
 
-    /// Draws a line at `x`, with its middle at `y`. A text that is wider than `most` pixels ends with an ellipsis.
+    /// Draws a line of text. `x` is the position of its left end, centre or right end, as `align` says, and `y` is the
+    /// middle of its height. A text that is wider than `most` pixels ends with an ellipsis; -1 means no limit.
     void draw(cairo_t* cr, Font font, std::string_view text, double x, double y, Align align, const Colour& colour,
               int most = -1) const;
-    /// Returns the width in pixels.
+    /// Returns the width of a text in pixels.
     [[nodiscard]] int widthOf(Font font, std::string_view text) const;
-    /// Returns the place of a byte of the text, in pixels from its left end.
+    /// Returns the position of a byte of the text, in pixels from the left end of the text.
     [[nodiscard]] double placeOf(Font font, std::string_view text, std::size_t byte) const;
 
 private:

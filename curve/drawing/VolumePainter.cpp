@@ -78,7 +78,7 @@ void VolumePainter::drawBypass(cairo_t* cr, const EditorState& state, bool isByp
     setColour(cr, palette::Focus, isFocus && state.hasKeyboard ? 1.0 : isFocus ? 0.4 : 0.0);
     cairo_set_line_width(cr, 1.5 * scale);
     cairo_stroke(cr);
-    // The sign of a power switch: lit while the effect works.
+    // The symbol of a power switch. It is coloured while the effect is not bypassed.
     constexpr double Up = -std::numbers::pi / 2.0;
     constexpr double Opening = 0.7;
     setColour(cr, isBypassed ? palette::OctaveLabel : palette::Bands[1]);

@@ -7,7 +7,7 @@
 
 namespace eq {
 
-/// The normalised values of the parameters of one change, as they were before it.
+/// One change of the user: the normalised values that its parameters had before the change.
 struct Change {
     struct Before {
         int index;
@@ -17,19 +17,19 @@ struct Change {
     std::vector<Before> before;
 };
 
-/// The changes that the user can take back. It keeps the latest of them.
+/// The changes that the user can undo. Keeps the latest `Most` changes.
 class ChangeHistory {
 public:
     static constexpr std::size_t Most = 100;
-    /// Steps of the wheel or of a held key are one change while they follow each other within this time.
+    /// Steps of the wheel or of a held key become one change if each step follows the previous step within this time.
     static constexpr std::uint32_t MergeMilliseconds = 500;
 
     /// Adds a completed drag, or a typed value.
     void add(Change change);
-    /// Adds a step at a time in milliseconds, or merges it with the latest change if that is a recent step of the same
-    /// parameters. The clock may overflow.
+    /// Adds a step, or merges the step with the latest change if that change is a recent step of the same parameters.
+    /// `time` is in milliseconds, and may wrap around.
     void addStep(Change change, std::uint32_t time);
-    /// Removes and returns the latest change.
+    /// Removes and returns the latest change. Returns nothing if there is none.
     [[nodiscard]] std::optional<Change> takeLatest();
 
 private:

@@ -4,8 +4,8 @@
 
 namespace eq {
 
-/// Returns the pixels per unit of the design for the resources of an X display, one "name: value" per line: Xft.dpi
-/// divided by 96, or 1 without that resource. The result is limited to 0.75 to 4.
+/// Returns the scale factor of an X display, in pixels per unit of the design: the resource Xft.dpi divided by 96,
+/// limited to 0.75 to 4. Returns 1 without this resource. `resources` has one "name: value" per line.
 [[nodiscard]] double displayScaleOf(std::string_view resources) noexcept;
 
 } // namespace eq

@@ -6,7 +6,7 @@ namespace eq {
 
 namespace {
 
-constexpr double NodeReach = 14.0; ///< at a scale factor of 1
+constexpr double NodeReach = 14.0; ///< the radius in which the pointer hits a node, at a scale factor of 1
 
 } // namespace
 

@@ -11,7 +11,7 @@ struct Point {
     double y = 0.0;
 };
 
-/// The layout together with the axes: where each value is shown, and what is at a place.
+/// The layout together with the axes. It computes the position of each value, and finds the part at a position.
 struct EditorGeometry {
     EditorLayout layout;
     double range = 12.0; ///< dB at the top of the plot
@@ -23,7 +23,8 @@ struct EditorGeometry {
 
     /// Returns the centre of a band's node. `band` is 0 to 3.
     [[nodiscard]] Point nodeOf(const EditorModel& model, int band) const noexcept;
-    /// Returns the part at a place of the window. Of overlapping nodes it is `focus`, or else the nearest.
+    /// Returns the part of the editor at a position of the window. If nodes overlap there, returns the node `focus` if
+    /// it is one of these nodes, or else the nearest node.
     [[nodiscard]] EditorTarget at(int x, int y, const EditorModel& model, EditorTarget focus) const noexcept;
 };
 

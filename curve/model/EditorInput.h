@@ -15,7 +15,7 @@ struct PointerInput {
 };
 
 enum class EditorKey {
-    Other, ///< a key without a name here
+    Other, ///< any key that is not in this list
     Text,  ///< a key that types `KeyInput::text`
     Tab,
     Left,

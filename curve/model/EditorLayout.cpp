@@ -12,18 +12,18 @@ constexpr int Margin = 12;
 constexpr int Gap = 8;
 constexpr int DecibelLabels = 26;
 constexpr int FrequencyLabels = 18;
-constexpr int NodeMargin = 14; ///< around the plot, for nodes at its edges
+constexpr int NodeMargin = 14; ///< beside the plot and at the ends of the track, for nodes and thumb
 constexpr int CardGap = 6;
 constexpr int VolumeWidth = 64;
 constexpr int CardHeight = 46;
 constexpr int BadgeWidth = 26;      ///< the band's number in its card
-constexpr int WideCardsWidth = 740; ///< from which on the cards of the bands are in one row
+constexpr int WideCardsWidth = 740; ///< the least width for all bands' cards in one row
 constexpr int BypassSize = 28;
 
 constexpr std::array FieldKinds = {ParameterKind::Frequency, ParameterKind::Gain, ParameterKind::Q};
 
-/// Divides the width of a card among its fields. Each gets the need of its value, then a part of its caption's need,
-/// and last an equal part of what is left.
+/// Divides the width of a card among its fields. Each field gets the width of its value. If its caption is wider, the
+/// field gets a share of the missing width. Last, it gets an equal share of the rest.
 void placeFields(EditorLayout& layout, const Rect& card, int band, const FieldNeeds& needs, int left) {
     std::array<double, std::size(FieldKinds)> widths{};
     double rest = card.right() - left;

@@ -22,15 +22,15 @@ struct Rect {
     friend bool operator==(const Rect&, const Rect&) = default;
 };
 
-/// The pixels that a kind of read-out needs.
+/// The width that a kind of read-out needs, in pixels.
 struct FieldNeed {
     int value = 0;   ///< the widest value, which is never cut
-    int caption = 0; ///< its label, which ends with an ellipsis where there is no room
+    int caption = 0; ///< the label, which ends with an ellipsis if there is no room
 };
-/// In the order of ParameterKind.
+/// One need per kind, in the order of ParameterKind.
 using FieldNeeds = std::array<FieldNeed, ParameterKindCount>;
 
-/// The places of the editor's parts, in pixels of the window.
+/// The positions of the editor's parts, in pixels of the window.
 ///
 ///     +---------------------------+--------+
 ///     | graph                     | volume |

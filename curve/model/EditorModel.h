@@ -12,8 +12,8 @@ namespace eq {
 
 using NormalisedParameters = std::array<float, ParameterCount>;
 
-/// The parameters as the editor last read them, the changes that the user makes, and their history. A change sets the
-/// parameters that it names and no others.
+/// The parameter values that the editor last read, the user's changes, and their history. A change sets only the
+/// parameters that it names.
 class EditorModel {
 public:
     explicit EditorModel(ParameterPort& parameterPort);
@@ -22,12 +22,13 @@ public:
     void refresh();
 
     [[nodiscard]] const NormalisedParameters& normalised() const noexcept { return values; }
-    /// Returns the value in the parameter's unit, as the host set it: it may be outside the range.
+    /// Returns the value in the parameter's unit. The host may have set a value outside the range.
     [[nodiscard]] double value(int index) const noexcept;
-    /// The same, limited to the range.
+    /// Returns the value limited to the parameter's range. A NaN becomes the lowest value.
     [[nodiscard]] double limitedValue(int index) const noexcept;
 
-    /// A drag: `beginDrag` names the parameters, `change` sets one of them, and `endDrag` makes one change of it all.
+    /// `beginDrag` begins a drag of the named parameters, `change` sets one of them, and `endDrag` records the drag as
+    /// one change.
     void beginDrag(std::initializer_list<int> indexes);
     void change(int index, double value);
     void endDrag();
@@ -36,7 +37,7 @@ public:
     void enter(int index, double value);
     /// Sets a parameter by a step of the wheel or of a key, at the event's time in milliseconds.
     void step(int index, double value, std::uint32_t time);
-    /// Takes the latest change back, if there is one.
+    /// Undoes the latest change, if there is one.
     void undo();
 
     [[nodiscard]] ParameterPort& host() noexcept { return port; }
@@ -44,7 +45,7 @@ public:
 private:
     [[nodiscard]] Change::Before before(int index) const;
     void send(int index, float p);
-    /// Sends a value in a gesture of its own. Returns false if it is the present value.
+    /// Sends a value as a separate gesture. Returns false if the parameter has this value already.
     bool sendAlone(int index, float p);
 
     ParameterPort& port;

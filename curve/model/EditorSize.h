@@ -2,7 +2,7 @@
 
 namespace eq {
 
-/// The size of a new editor, and the size from which on the layout fits, in pixels at a scale factor of 1.
+/// The size of a new editor, and the least size in which all parts fit, in pixels at a scale factor of 1.
 inline constexpr int DefaultEditorWidth = 900;
 inline constexpr int DefaultEditorHeight = 500;
 inline constexpr int LeastEditorWidth = 480;

@@ -19,7 +19,7 @@ void EditorState::openEntry(int parameter) {
 bool EditorState::takeEntry() {
     if (!entry) return true;
     const int parameter = entry->parameter;
-    // The text as it was shown is a rounded value: leaving it unchanged must not change the parameter.
+    // The shown text is a rounded value, so an unchanged text must not change the parameter.
     const std::string shown = texts.display(parameter, model.normalised()[static_cast<std::size_t>(parameter)]);
     const std::optional<double> value = texts.parse(parameter, entry->text);
     entry->isInvalid = !value;

@@ -9,7 +9,8 @@
 
 namespace eq {
 
-/// What the editor shows in addition to the values, and what pointer and keyboard work on.
+/// The state of the editor, on which pointer and keyboard act: the model, the layout, the focus, and the read-out that
+/// is edited.
 struct EditorState {
     EditorState(EditorModel& editorModel, const EditorTexts& editorTexts) : model(editorModel), texts(editorTexts) {}
 
@@ -22,19 +23,20 @@ struct EditorState {
     bool isDragging = false;
     std::optional<TextEntry> entry;
 
-    /// Starts to edit a read-out, with its text selected.
+    /// Opens an entry to edit the read-out of a parameter, with its text selected.
     void openEntry(int parameter);
-    /// Sets the parameter to the entry's number and closes the entry. Returns false if the text is no number: the entry
-    /// then stays, and is marked.
+    /// Sets the parameter to the value in the entry, and closes the entry. Returns false if the text is not a valid
+    /// value. The entry then stays open and is marked as invalid. Returns true if no entry is open.
     bool takeEntry();
     void closeEntry() { entry.reset(); }
 };
 
-/// Returns the value that is `steps` steps of the wheel or of a key above `value`: semitones of a frequency, halves of
-/// the others. A fine step is a fifth of that. The result may be outside the range.
+/// Returns the value that is `steps` steps of the wheel or of a key above `value`. A step is a semitone for a
+/// frequency, and 0.5 in the unit of any other value. A fine step is a fifth of a step. The result may be outside the
+/// range.
 [[nodiscard]] double stepped(ParameterKind kind, double value, double steps, bool isFine) noexcept;
 
-/// The part of a movement that counts while Shift is held.
+/// The factor for movements and steps while Shift is held.
 inline constexpr double FinePart = 0.2;
 
 } // namespace eq

@@ -9,18 +9,18 @@
 
 namespace eq {
 
-/// The texts of the editor in the language of the host's side: labels, values with units, and typed values. English
-/// where a translation is missing. Values have the decimal separator of the user.
+/// The texts of the editor: labels, values with units, and typed values. The translations come from
+/// `ParameterPort::text`; a text without a translation is English. Values have the user's decimal separator.
 class EditorTexts {
 public:
     EditorTexts(ParameterPort& port, char decimalSeparator);
 
-    /// Returns the name of a kind of parameter; for the volume its column's.
+    /// Returns the label of a kind of parameter. The label of the volume is the name of its column, "Master".
     [[nodiscard]] const std::string& label(ParameterKind kind) const;
     /// Returns the display text of a parameter for a normalised value, such as "+3.5 dB".
     [[nodiscard]] std::string display(int parameter, float p) const;
-    /// Returns the number of a typed text in the parameter's unit; nothing if it is no number, or has another unit.
-    /// Both a point and a comma separate decimals.
+    /// Returns the value of a typed text, in the parameter's unit. Returns nothing if the text is not a number, or if
+    /// its unit does not fit. The decimal separator may be a point or a comma.
     [[nodiscard]] std::optional<double> parse(int parameter, std::string_view text) const;
 
 private:
@@ -29,7 +29,7 @@ private:
     char separator;
 };
 
-/// Returns the decimal separator of the user's settings.
+/// Returns the decimal separator of the user's settings, a comma or a point.
 [[nodiscard]] char userDecimalSeparator() noexcept;
 
 } // namespace eq

@@ -4,7 +4,8 @@ namespace eq {
 
 namespace {
 
-/// Returns the read-out that follows in the order of the cards: the three of each band, then the volume.
+/// Returns the parameter of the next read-out, in the order of the cards: the three read-outs of each band, then the
+/// volume.
 int nextField(int parameter, bool backward) noexcept {
     constexpr int Count = ParameterCount;
     const int place =

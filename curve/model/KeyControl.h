@@ -5,12 +5,12 @@
 
 namespace eq {
 
-/// Turns keys into changes of the model, of the focus and of a read-out that is edited.
+/// Converts keys into changes of the model, of the focus, and of the read-out that is edited.
 class KeyControl {
 public:
     explicit KeyControl(EditorState& editorState) noexcept : state(editorState) {}
 
-    /// Returns false for a key that the editor does not use, which belongs to the host.
+    /// Handles a key. Returns false if the editor does not use the key, which then belongs to the host.
     bool press(const KeyInput& input);
 
 private:

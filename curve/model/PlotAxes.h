@@ -20,7 +20,7 @@ struct FrequencyAxis {
     }
 };
 
-/// The vertical axis: from `range` dB at `top` to -`range` dB after `height` pixels.
+/// The vertical axis: `range` dB is at `top`, and -`range` dB is `height` pixels below.
 struct DecibelAxis {
     double top = 0.0;
     double height = 1.0;
@@ -30,8 +30,8 @@ struct DecibelAxis {
     [[nodiscard]] double decibelsAt(double y) const noexcept { return (0.5 - (y - top) / height) * 2.0 * range; }
 };
 
-/// Returns the range of the axis for a curve whose largest distance from 0 dB is `largest`: 12, or the next multiple of
-/// 6 above it.
+/// Returns the range of the vertical axis, in dB, for a curve whose largest distance from 0 dB is `largest`: the next
+/// multiple of 6 above `largest`, but at least 12.
 inline double decibelRangeFor(double largest) noexcept {
     constexpr double Smallest = 12.0;
     constexpr double Step = 6.0;

@@ -8,21 +8,21 @@ namespace eq {
 namespace {
 
 constexpr std::uint32_t DoubleClickMilliseconds = 400;
-constexpr double ClickReach = 3.0; ///< at a scale factor of 1
-/// The way of the pointer over the whole range of Q, as a part of the plot's height.
+constexpr double ClickReach = 3.0; ///< pixels at a scale factor of 1; a longer movement is no click
+/// The length of a drag over the whole range of Q, as a part of the plot's height.
 constexpr double QWay = 0.75;
 
 } // namespace
 
 void PointerControl::press(const PointerInput& input) {
     const EditorTarget target = state.geometry.at(input.x, input.y, state.model, state.focus);
-    // A click elsewhere takes a typed value that can be read, and drops one that cannot.
+    // A click outside the entry applies a valid typed value, and drops an invalid one.
     if (state.entry && target != fieldTarget(state.entry->parameter) && !state.takeEntry()) state.closeEntry();
 
     const bool hasReset = target.kind == TargetKind::Node || target.kind == TargetKind::Volume;
     const bool isDouble =
         hasReset && target == pressedTarget && !hasMoved && input.time - pressed.time <= DoubleClickMilliseconds;
-    pressedTarget = isDouble ? EditorTarget{} : target; // a third click begins anew
+    pressedTarget = isDouble ? EditorTarget{} : target; // a third click is not part of another double click
     pressed = input;
     hasMoved = false;
     isDouble ? reset(target) : pressTarget(input, target);

@@ -5,20 +5,21 @@
 
 namespace eq {
 
-/// Turns the pointer's events into changes of the model.
+/// Converts the pointer's events into changes of the model.
 ///
-/// A drag adds the pointer's movements to a place of its own, which may leave the range: the value follows again where
-/// the pointer comes back. Shift makes each movement a fifth as large.
+/// A drag adds the pointer's movements to a separate position, which may leave the range. The value then stays at its
+/// limit until the position is in the range again. Shift reduces each movement to a fifth.
 class PointerControl {
 public:
     explicit PointerControl(EditorState& editorState) noexcept : state(editorState) {}
 
-    /// The first button.
+    /// Handle the first button of the mouse.
     void press(const PointerInput& input);
     void release();
     void move(const PointerInput& input);
     void leave();
-    /// A turn of the wheel, upwards by `steps`: the Q of the node below the pointer, the volume, or the read-out.
+    /// Handles a turn of the wheel, upwards by `steps`. Changes the Q of the node, the volume, or the read-out below
+    /// the pointer.
     void wheel(const PointerInput& input, int steps);
 
 private:
@@ -31,12 +32,12 @@ private:
 
     EditorState& state;
     Drag present = Drag::None;
-    bool hasMoved = false; ///< beyond the trembling of a click
+    bool hasMoved = false; ///< further than the pointer may move in a click
     PointerInput pressed;
     EditorTarget pressedTarget;
     PointerInput last;
-    Point place;          ///< the dragged node's or thumb's, in pixels
-    double logarithm = 0; ///< of the dragged Q
+    Point place;          ///< the position of the dragged node or thumb, in pixels
+    double logarithm = 0; ///< logarithm of the dragged Q
 };
 
 } // namespace eq

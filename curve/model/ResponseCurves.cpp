@@ -56,8 +56,8 @@ double ResponseCurves::largest() const noexcept {
 }
 
 void ResponseCurves::computeBand(const FilterDesign& design, int number) {
-    // The transfer function of FilterDesign.h over one denominator: H = (d + h(d - n)) / d, with A = n / d. Products
-    // are written out, because those of std::complex look for infinities.
+    // The transfer function of FilterDesign.h with one denominator: H = (d + h(d - n)) / d, where A = n / d. The
+    // complex products are written out, because the slower products of std::complex test for infinities.
     const double k = design.bandwidthCoefficient[number];
     const double middle = design.centreCoefficient[number] * (1.0 - k);
     const double h = (design.bandGain[number] - 1.0) / 2.0;

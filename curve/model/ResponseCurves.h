@@ -11,16 +11,17 @@
 
 namespace eq {
 
-/// The response of each band and of all together, in dB at evenly spaced places of the frequency axis. The values come
-/// from the coefficients that the engine filters with.
+/// The response of each band, and of all bands with the volume, in dB at evenly spaced positions of the frequency axis.
+/// The responses are computed from the coefficients with which the engine filters.
 class ResponseCurves {
 public:
-    /// `designRate` in Hz. The first place is at 20 Hz and the last at 20 kHz.
+    /// `designRate` is in Hz. The first position is at 20 Hz and the last position at 20 kHz.
     explicit ResponseCurves(double designRate) : rate(designRate) {}
 
-    /// Sets the number of places, at least 2. The curves are then computed at the next `update`.
+    /// Sets the number of positions, at least 2. The next `update` then computes all curves.
     void resize(int places);
-    /// Computes the bands whose values have changed, and their sum. `values` are as the engine receives them.
+    /// Computes the curves of the bands whose values have changed, and the sum of all curves. `values` have the order
+    /// and the units of ParameterArray.h.
     void update(const float (&values)[ParameterCount]);
 
     [[nodiscard]] std::span<const double> band(int number) const { return bands[static_cast<std::size_t>(number)]; }
@@ -32,7 +33,7 @@ private:
     void computeBand(const FilterDesign& design, int number);
 
     double rate;
-    std::vector<std::complex<double>> delays; ///< z^-1 at each place
+    std::vector<std::complex<double>> delays; ///< z^-1 at each position
     std::array<std::vector<double>, BandCount> bands;
     std::vector<double> total;
     std::optional<FilterDesign> shown;

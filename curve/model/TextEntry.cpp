@@ -5,7 +5,7 @@ namespace eq {
 namespace {
 
 bool continues(char c) noexcept {
-    return (static_cast<unsigned char>(c) & 0xC0) == 0x80; // of UTF-8
+    return (static_cast<unsigned char>(c) & 0xC0) == 0x80; // a continuation byte of UTF-8
 }
 
 } // namespace

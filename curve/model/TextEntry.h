@@ -6,8 +6,8 @@
 
 namespace eq {
 
-/// A read-out that the user edits: its text in UTF-8, the cursor, and whether the text is selected as a whole, as it is
-/// at first. A typed character replaces a selected text.
+/// A read-out that the user edits: its text in UTF-8, the cursor, and the selection. The selection is the whole text,
+/// as at the beginning, or nothing. A typed character replaces a selected text.
 struct TextEntry {
     static constexpr std::size_t Most = 32; ///< bytes
 
@@ -15,7 +15,7 @@ struct TextEntry {
     std::string text;
     std::size_t cursor = 0; ///< a byte of `text`, at the boundary of a character
     bool isSelected = true;
-    bool isInvalid = false; ///< the text was entered and could not be read
+    bool isInvalid = false; ///< the text was entered, but is not a valid value
 
     TextEntry(int parameterIndex, std::string shown)
         : parameter(parameterIndex), text(std::move(shown)), cursor(text.size()) {}

@@ -10,7 +10,7 @@ namespace eq {
 
 namespace {
 
-constexpr std::uint8_t EventTypeBits = 0x7F; ///< without the mark of events that another program sent
+constexpr std::uint8_t EventTypeBits = 0x7F; ///< without the bit that marks events from another program
 
 // Messages of the XEmbed protocol.
 constexpr std::uint32_t EmbeddedFocusIn = 4;
@@ -20,7 +20,7 @@ PointerInput pointerInput(int x, int y, unsigned modifiers, std::uint32_t time) 
     return {x, y, (modifiers & XCB_MOD_MASK_SHIFT) != 0, (modifiers & XCB_MOD_MASK_1) != 0, time};
 }
 
-/// Reads an event of a known type.
+/// Returns a copy of an event as a structure of the event's type.
 template <typename Event>
 Event as(const xcb_generic_event_t& event) noexcept {
     static_assert(sizeof(Event) <= 32);
@@ -177,7 +177,7 @@ void CurveEditor::draw() {
     for (const Rect& part : painter.paint(state)) exposed.push_back(part);
     for (const Rect& part : exposed) curveWindow.show(painter.pixels(), painter.bytesPerRow(), part);
     exposed.clear();
-    xcb_flush(x->get()); // also what the events have led to
+    xcb_flush(x->get()); // also sends the requests that the event handlers made
 }
 
 } // namespace eq

@@ -20,21 +20,22 @@ namespace eq {
 ///           ParameterPort --> EditorModel --> EditorPainter --> window
 class CurveEditor {
 public:
-    /// Opens the editor in the host's window, an X11 window id. Returns null if there is no display that can show it,
-    /// or no such window. The curves are those of a design for `designRate` Hz. `port` must outlive the editor.
+    /// Opens the editor in the host's window. `hostWindow` is the id of an X11 window. Returns null if no display can
+    /// show the editor, or if the window does not exist. The editor shows the response of filters that are designed for
+    /// `designRate` Hz. `port` must outlive the editor.
     [[nodiscard]] static std::unique_ptr<CurveEditor> open(ParameterPort& port, std::uint32_t hostWindow,
                                                            double designRate);
     ~CurveEditor();
 
-    /// Handles the events since the last call, follows the parameters, and draws what has changed. The host can lose
-    /// the window or the display at any time; the editor then does nothing.
+    /// Handles the events since the last call, reads the parameters, and draws the changes. The host can lose the
+    /// window or the display at any time; `idle` then does nothing.
     void idle();
 
     [[nodiscard]] std::uint32_t window() const noexcept { return curveWindow.id(); }
     [[nodiscard]] std::pair<int, int> size() const noexcept { return {curveWindow.width(), curveWindow.height()}; }
     void resize(int width, int height);
 
-    /// Returns the size of a new editor for the display, in pixels; 0 without a display.
+    /// Returns the width and the height of a new editor on the display, in pixels, or 0 and 0 if there is no display.
     [[nodiscard]] static std::pair<int, int> defaultSize();
 
 private:
@@ -45,7 +46,7 @@ private:
     void handleButton(const xcb_button_press_event_t& event, bool isPress);
     void handleKey(const xcb_key_press_event_t& event, bool isPress);
     void handleMessage(const xcb_client_message_event_t& event);
-    /// Adopts the size of the window. Returns false without memory for a picture of it.
+    /// Arranges the editor again if the window has a new size. Returns false if there is no memory for the picture.
     bool arrange();
     void draw();
 
@@ -61,7 +62,7 @@ private:
     CurveWindow curveWindow;
     xcb_atom_t embeddingMessage = XCB_ATOM_NONE;
     std::vector<Rect> exposed;
-    std::vector<std::uint8_t> hostKeys; ///< keys whose press went to the host, which also gets their release
+    std::vector<std::uint8_t> hostKeys; ///< keys whose press was sent to the host, so that their release is sent, too
     bool isResized = true;
 };
 

@@ -38,7 +38,7 @@ CurveWindow::~CurveWindow() {
     if (window != XCB_NONE) xcb_destroy_window(x.get(), window);
     if (graphics != XCB_NONE) xcb_free_gc(x.get(), graphics);
     if (colours != XCB_NONE) xcb_free_colormap(x.get(), colours);
-    // Waits until the server has done that: the host may go on with its own window.
+    // Wait until the server has destroyed the window, because the host may then destroy its own window.
     const XOwned<xcb_get_input_focus_reply_t> done(
         xcb_get_input_focus_reply(x.get(), xcb_get_input_focus(x.get()), nullptr));
 }
@@ -47,7 +47,7 @@ bool CurveWindow::create(double scale) {
     colours = xcb_generate_id(x.get());
     xcb_create_colormap(x.get(), XCB_COLORMAP_ALLOC_NONE, colours, x.screen().root, x.visualId());
     window = xcb_generate_id(x.get());
-    // Without a background the server leaves the picture as it is until the new one arrives.
+    // The window has no background, so that the server keeps the old picture until the new picture arrives.
     const std::array<std::uint32_t, 4> values = {XCB_BACK_PIXMAP_NONE, 0, EventMask, colours};
     const auto created = xcb_create_window_checked(
         x.get(), XConnection::depth(), window, hostWindow, 0, 0, static_cast<std::uint16_t>(currentWidth),
@@ -64,7 +64,8 @@ bool CurveWindow::create(double scale) {
 }
 
 void CurveWindow::setProperties(double scale) {
-    // Hosts with toolkits embed a window that says that it may be shown (XEmbed), and ask for its least size.
+    // A host's toolkit reads two properties of a window that it embeds: whether the window may be shown (XEmbed), and
+    // its least size.
     const xcb_atom_t embedding = atom("_XEMBED_INFO");
     const std::array<std::uint32_t, 2> embeddingInfo = {0, 1}; // version, mapped
     if (embedding != XCB_ATOM_NONE)
@@ -107,7 +108,8 @@ void CurveWindow::takeKeyboard(xcb_timestamp_t time) {
 }
 
 void CurveWindow::sendToHost(const xcb_key_press_event_t& event) {
-    // A key that another program sent may come from the host itself, which would get it back without end.
+    // A key event that a program sent may come from the host. If the window returned such an event, the host might send
+    // it again without end.
     if ((event.response_type & 0x80) != 0) return;
     xcb_key_press_event_t copy = event;
     copy.event = hostWindow;
@@ -124,7 +126,7 @@ void CurveWindow::show(const unsigned char* pixels, int bytesPerRow, const Rect&
     const int height = std::min(part.bottom(), currentHeight) - part.y;
     if (!isOpen() || width <= 0 || height <= 0) return;
     const std::size_t rowBytes = static_cast<std::size_t>(width) * PixelBytes;
-    // A request has a greatest length, which some bytes of it need for themselves.
+    // The server limits the length of a request, and the header of the request counts.
     const std::size_t most = std::size_t{xcb_get_maximum_request_length(x.get())} * 4 - sizeof(xcb_put_image_request_t);
     const int rowsPerRequest = static_cast<int>(std::clamp<std::size_t>(most / rowBytes, 1, 1 << 14));
     for (int done = 0; done < height; done += rowsPerRequest) {

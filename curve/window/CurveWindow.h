@@ -8,11 +8,12 @@
 
 namespace eq {
 
-/// The editor's window, a child of the host's. The host resizes it. It does not follow the size of the host's window by
-/// itself: some hosts fit their window to the editor and some pixels, and both would grow without end.
+/// The editor's window, a child of the host's window. The host resizes it. It does not follow the size of the host's
+/// window, because some hosts make their window some pixels larger than the editor. Both windows would then grow
+/// without end.
 class CurveWindow {
 public:
-    /// Creates and shows a window of the default size. `isOpen` is false if there is no such host's window.
+    /// Creates and shows a window of the default size. `isOpen` then returns false if `hostWindow` does not exist.
     CurveWindow(XConnection& connection, xcb_window_t hostWindow, double scale);
     ~CurveWindow();
     CurveWindow(const CurveWindow&) = delete;
@@ -24,18 +25,17 @@ public:
     [[nodiscard]] int width() const noexcept { return currentWidth; }
     [[nodiscard]] int height() const noexcept { return currentHeight; }
 
-    /// Returns whether the event has changed the size of the window. A new size of the host's window is passed on to
-    /// the window.
+    /// Stores the size from an event of this window. Returns whether the size has changed.
     bool configure(const xcb_configure_notify_event_t& event);
     void resize(int width, int height);
-    /// The server has destroyed the window, as it does with the children of a window that the host destroys.
+    /// Forgets the window after the server has destroyed it. The server does so when the host destroys its own window.
     void forget() noexcept { window = XCB_NONE; }
 
     void takeKeyboard(xcb_timestamp_t time);
-    /// Passes a key on that the editor does not use.
+    /// Sends a key event that the editor does not use to the host's window.
     void sendToHost(const xcb_key_press_event_t& event);
 
-    /// Shows a rectangle of a picture of 32 bits per pixel.
+    /// Copies a rectangle of a picture to the window. The picture has 32 bits per pixel.
     void show(const unsigned char* pixels, int bytesPerRow, const Rect& part);
 
 private:
@@ -50,7 +50,7 @@ private:
     xcb_gcontext_t graphics = XCB_NONE;
     int currentWidth = 0;
     int currentHeight = 0;
-    std::vector<unsigned char> rows; ///< of the rectangle that is being shown
+    std::vector<unsigned char> rows; ///< the pixels of one request
 };
 
 } // namespace eq

@@ -3,7 +3,7 @@
 #include <array>
 
 #include <xkbcommon/xkbcommon-x11.h>
-// A member of this header's structures has a name that C++ reserves.
+// A structure in this header has a member `explicit`, which is a keyword of C++.
 #define explicit isExplicit
 #include <xcb/xkb.h>
 #undef explicit
@@ -43,8 +43,8 @@ constexpr std::array NamedKeys = {
     NamedKey{XKB_KEY_Escape, EditorKey::Escape},
 };
 
-constexpr unsigned ModifierBits = 0xFF; ///< of an event's state, in the order of the keyboard's modifiers
-constexpr unsigned LayoutShift = 13;    ///< the bits of the layout's number
+constexpr unsigned ModifierBits = 0xFF; ///< the modifiers in an event's state, in the keyboard's order
+constexpr unsigned LayoutShift = 13;    ///< the position of the layout's number in an event's state
 constexpr unsigned LayoutBits = 3;
 
 } // namespace
@@ -78,7 +78,7 @@ void Keyboard::readLayout() {
 bool Keyboard::handle(const xcb_generic_event_t& event) {
     const auto type = event.response_type & ~0x80;
     if (firstEvent == 0 || type != firstEvent) return false;
-    const auto kind = event.pad0; // each event of the extension has its own number here
+    const auto kind = event.pad0; // the extension's number for the kind of event
     if (kind == XCB_XKB_NEW_KEYBOARD_NOTIFY || kind == XCB_XKB_MAP_NOTIFY) readLayout();
     return true;
 }
@@ -91,9 +91,9 @@ KeyInput Keyboard::inputOf(const xcb_key_press_event_t& event) const {
     xkb_state_update_mask(state.get(), event.state & ModifierBits, 0, 0, 0, 0, event.state >> LayoutShift & LayoutBits);
     const xkb_keysym_t symbol = xkb_state_key_get_one_sym(state.get(), event.detail);
     const bool isControl = (event.state & XCB_MOD_MASK_CONTROL) != 0;
-    const bool isOther = (event.state & (XCB_MOD_MASK_1 | XCB_MOD_MASK_4)) != 0; // Alt, and the key of the system
+    const bool isOther = (event.state & (XCB_MOD_MASK_1 | XCB_MOD_MASK_4)) != 0; // Alt, and the system key
     if (isControl && !isOther && !input.shift && xkb_keysym_to_lower(symbol) == XKB_KEY_z) input.key = EditorKey::Undo;
-    if (isControl || isOther) return input; // the host's
+    if (isControl || isOther) return input; // the key belongs to the host
     for (const auto& [named, key] : NamedKeys) {
         if (named != symbol) continue;
         input.key = key;

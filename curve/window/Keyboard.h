@@ -9,12 +9,13 @@
 
 namespace eq {
 
-/// The user's keyboard: turns key events into the editor's keys and texts.
+/// Converts key events into the editor's keys and texts, with the user's keyboard layout.
 class Keyboard {
 public:
     explicit Keyboard(XConnection& connection);
 
-    /// Reads the layout again if the event says that it has changed. Returns whether the event is the keyboard's.
+    /// Handles an event of the keyboard extension: reads the layout again if it has changed. Returns false for any
+    /// other event.
     bool handle(const xcb_generic_event_t& event);
     [[nodiscard]] KeyInput inputOf(const xcb_key_press_event_t& event) const;
 
@@ -29,7 +30,7 @@ private:
     void selectEvents();
 
     XConnection& x;
-    std::uint8_t firstEvent = 0; ///< of the keyboard extension; 0 without it
+    std::uint8_t firstEvent = 0; ///< the event number of the keyboard extension; 0 without the extension
     int device = -1;
     std::unique_ptr<xkb_context, Unref> context;
     std::unique_ptr<xkb_keymap, Unref> keymap;

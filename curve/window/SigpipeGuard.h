@@ -7,7 +7,7 @@
 
 namespace eq {
 
-/// Keeps SIGPIPE from the process while the object lives: a write to an X server that is gone raises the signal, which
+/// Blocks SIGPIPE in the calling thread while the object exists. A write to a lost X server raises this signal, which
 /// would end the host.
 class SigpipeGuard {
 public:
@@ -21,7 +21,7 @@ public:
     }
     ~SigpipeGuard() {
         const timespec none = {};
-        // A signal that was raised meanwhile is removed. One of the host's own stays.
+        // Remove a signal that was raised meanwhile. A signal that was pending before belongs to the host, and stays.
         if (!wasPending) sigtimedwait(&pipe, nullptr, &none);
         pthread_sigmask(SIG_SETMASK, &before, nullptr);
     }

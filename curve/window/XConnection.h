@@ -7,15 +7,15 @@
 
 namespace eq {
 
-/// A reply or an event of xcb, which the caller frees.
+/// Frees a reply or an event of xcb.
 struct XFree {
     void operator()(void* memory) const noexcept { std::free(memory); }
 };
 template <typename T>
 using XOwned = std::unique_ptr<T, XFree>;
 
-/// A connection to the X server that DISPLAY names. Its errors are values; a connection that is lost answers each call
-/// with nothing.
+/// A connection to the X server that DISPLAY names. Its functions return errors as values. After the connection is
+/// lost, each request returns no reply.
 class XConnection {
 public:
     XConnection() noexcept;
@@ -24,7 +24,7 @@ public:
     XConnection& operator=(const XConnection&) = delete;
 
     [[nodiscard]] bool isAlive() const noexcept { return xcb_connection_has_error(connection) == 0; }
-    /// Whether the screen shows pictures of 32 bits per pixel in the byte order of this machine.
+    /// Returns whether the screen can show pictures of 32 bits per pixel in the byte order of this machine.
     [[nodiscard]] bool canShow() const noexcept { return visual != nullptr; }
 
     [[nodiscard]] xcb_connection_t* get() const noexcept { return connection; }
@@ -32,7 +32,7 @@ public:
     [[nodiscard]] xcb_visualid_t visualId() const noexcept { return visual->visual_id; }
     [[nodiscard]] static constexpr std::uint8_t depth() noexcept { return 24; }
 
-    /// Returns the pixels per unit of the design that the user has set for the display.
+    /// Returns the scale factor that the user has set for the display: pixels per unit of the design.
     [[nodiscard]] double scale() const;
 
 private:

@@ -8,7 +8,7 @@
 namespace eq {
 
 std::span<const BlockKernel* const> availableKernels() noexcept {
-    // A processor that has one of these instruction sets also has those of all previous rows.
+    // A processor that has one of these instruction sets also has the instruction sets of all previous rows.
     static constexpr const BlockKernel* Kernels[] = {
         &PlainKernel,
 #ifdef EQ_SSE2_KERNEL

@@ -28,8 +28,8 @@ enum class Fade {
     Out, ///< from the filtered to the unfiltered block
 };
 
-/// The kernel that runs the sections over a block one after the other. It needs no extension of the processor, and is
-/// the reference for every other kernel.
+/// The kernel that runs the sections over a block one after the other. It needs no extended instruction set, and is the
+/// reference for every other kernel.
 extern const BlockKernel PlainKernel;
 
 } // namespace eq

@@ -4,7 +4,7 @@
 
 #include <emmintrin.h>
 
-// A kernel for each instruction set whose vectors hold two or four doubles.
+// A template of kernels, for instruction sets whose vectors hold two or four doubles.
 //
 // In a section, each sample waits for the previous sample: k*s2, +x, -c*s1, c*b, +s1 are a chain of five operations.
 // Without one of these operations, or in another order, the result would be rounded differently. The plain kernel waits
@@ -37,7 +37,7 @@ namespace {
 
 constexpr int BlockSize = BlockKernel::BlockSize;
 constexpr int Lag = 4;
-/// The number of samples between the bands: Lag samples between each band and the next.
+/// The distance from the first band to the last band, in samples: Lag samples between each band and the next band.
 constexpr int InFlight = (BandCount - 1) * Lag;
 
 static_assert(BandCount == 4, "one lane per band");
@@ -87,7 +87,7 @@ public:
     }
 
     const FilterRun& run;
-    /// The samples between the bands: the next Lag inputs of band 3, then those of band 2, then those of band 1.
+    /// The samples between the bands: the next Lag inputs of band 3, then of band 2, then of band 1.
     float line[InFlight];
 };
 
@@ -184,7 +184,8 @@ private:
     FloatQuad flight[Lag]; ///< the last Lag outputs of each band, which are the next inputs of the following band
 };
 
-/// A crossfade over a block, four samples per call. All weights are exact, so they equal those of the plain kernel.
+/// A crossfade over a block, four samples per call. All weights are exact in binary, so they equal the weights of the
+/// plain kernel.
 template <typename Vector>
 class Crossfade {
 public:
@@ -220,7 +221,8 @@ void sweep(Wavefront<Vector> front, Ends& ends, Put& put) noexcept {
     front.store(ends);
 }
 
-/// Filters a block. `put` receives the finished samples in their order: the index of the first, and four samples.
+/// Filters a block. Each call of `put` receives four finished samples and the index of the first of them. The calls are
+/// in the order of the samples.
 template <typename Vector, typename Put>
 void filter(const FilterRun& run, Put put) noexcept {
     Ends ends(run);
@@ -229,7 +231,8 @@ void filter(const FilterRun& run, Put put) noexcept {
     for (int n = BlockSize - InFlight; n < BlockSize; n += Lag) put(n, ends.drained(n));
 }
 
-/// Filters two blocks together. The chains of the two fronts are independent, so the processor overlaps their waits.
+/// Filters two blocks together. The chains of the two fronts are independent, so the processor computes one chain while
+/// the other chain waits.
 template <typename Vector, typename Put>
 void filterTwo(const FilterRun& first, const FilterRun& second, Put put) noexcept {
     Ends firstEnds(first);

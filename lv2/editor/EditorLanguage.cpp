@@ -8,7 +8,7 @@ namespace eq::lv2 {
 
 namespace {
 
-/// The name that the language files have a section for. Its extension has no meaning.
+/// The module name for which the language files have a section. The extension has no meaning.
 constexpr const char* ModuleName = "Parametric Equalizer.editor";
 
 std::unique_ptr<CLanguageStore> readLanguage(const std::string& folder) {

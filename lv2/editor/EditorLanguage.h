@@ -9,7 +9,8 @@ class CLanguageStore;
 
 namespace eq::lv2 {
 
-/// The texts of the language files in the folder of the bundle. Without a file, or with a broken one, there are none.
+/// The texts of the language files in the folder of the bundle. If a file is broken, or if there is no file, there are
+/// no texts.
 class EditorLanguage {
 public:
     explicit EditorLanguage(const std::string& bundleFolder);

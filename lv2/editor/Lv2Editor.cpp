@@ -29,7 +29,8 @@ void Lv2Editor::follow(std::uint32_t port, float value) noexcept {
     const std::uint32_t index = port - variant.parameterPort(0);
     if (port < variant.parameterPort(0) || index >= ParameterCount) return;
     const int i = static_cast<int>(index);
-    // The host may return a value that the editor wrote. The normalised value then stays as it was.
+    // The host may send a value back that the editor wrote. Keep the normalised value then, because the conversion
+    // would round it.
     if (portValueOf(i, normalised[index]) != value) normalised[index] = normalisedOf(Parameters[i].kind, value);
 }
 

@@ -13,23 +13,24 @@
 
 namespace eq::lv2 {
 
-/// The editor of an LV2 plug-in. It follows the ports and writes them. The port `enabled` is its bypass.
+/// The editor of an LV2 plug-in. It shows the values of the ports and writes them. Its bypass is the port `enabled`.
 class Lv2Editor : private ParameterPort {
 public:
-    /// What the editor calls in the host.
+    /// The functions of the host that the editor calls.
     struct Host {
         std::function<void(std::uint32_t port, float value)> write;
-        std::function<void(std::uint32_t port, bool isTouched)> touch; ///< may be empty
+        std::function<void(std::uint32_t port, bool isTouched)> touch; ///< empty if the host has no such function
     };
 
-    /// The folder of the bundle has the language files.
+    /// Creates an editor, which is not open yet. `bundleFolder` is the folder with the language files.
     Lv2Editor(const PluginVariant& pluginVariant, const std::string& bundleFolder, Host callbacks);
 
-    /// Returns false without a display or without the host's window. `rate` in Hz is that of the sound.
+    /// Opens the editor in the host's window. Returns false if there is no display, or if the window does not exist.
+    /// `rate` is the sampling rate of the sound, in Hz.
     [[nodiscard]] bool open(std::uint32_t hostWindow, double rate);
-    /// A port has a new value.
+    /// Adopts a new value of a port.
     void follow(std::uint32_t port, float value) noexcept;
-    /// Returns false when the window is gone.
+    /// Handles events and draws changes. Returns false after the window was destroyed.
     [[nodiscard]] bool idle();
     void resize(int width, int height);
 

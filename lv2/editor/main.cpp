@@ -1,4 +1,4 @@
-// The LV2 interface of the editor: translates the host's calls for Lv2Editor.
+// The LV2 interface of the editor. Translates the host's calls into calls of Lv2Editor.
 
 #include "engine/FilterDesign.h"
 #include "lv2/editor/Lv2Editor.h"
@@ -22,7 +22,7 @@ Lv2Editor& editorOf(LV2UI_Handle handle) noexcept {
     return *static_cast<Lv2Editor*>(handle);
 }
 
-/// Returns the data of a feature of the host, or null.
+/// Returns the data of a feature, or null if the host does not have the feature.
 template <typename Data>
 Data* featureOf(const LV2_Feature* const* features, const char* uri) noexcept {
     for (; features && *features; ++features)
@@ -30,7 +30,7 @@ Data* featureOf(const LV2_Feature* const* features, const char* uri) noexcept {
     return nullptr;
 }
 
-/// Returns the rate of the sound, or the engine's default if the host does not tell it.
+/// Returns the sampling rate of the sound in Hz, or the engine's default if the host does not supply a usable rate.
 double rateOf(const LV2_Feature* const* features) noexcept {
     const auto* const map = featureOf<LV2_URID_Map>(features, LV2_URID__map);
     const auto* option = featureOf<const LV2_Options_Option>(features, LV2_OPTIONS__options);
@@ -50,7 +50,7 @@ const PluginVariant* variantOf(const char* uri) noexcept {
     return nullptr;
 }
 
-/// Returns null for a foreign plug-in, without a host's window, and without a display.
+/// Returns null for a plug-in of another bundle, and if the host's window or the display is missing.
 LV2UI_Handle instantiate(const LV2UI_Descriptor*, const char* pluginUri, const char* bundlePath,
                          LV2UI_Write_Function write, LV2UI_Controller controller, LV2UI_Widget* widget,
                          const LV2_Feature* const* features) noexcept try {
@@ -86,9 +86,9 @@ void portEvent(LV2UI_Handle handle, std::uint32_t port, std::uint32_t size, std:
     editorOf(handle).follow(port, value);
 }
 
-/// Returns non-zero when the window is gone.
+/// Returns a number other than zero after the window was destroyed.
 int idle(LV2UI_Handle handle) noexcept try { return editorOf(handle).idle() ? 0 : 1; } catch (...) {
-    return 0; // without memory, the next call works on
+    return 0; // if memory is short, the next call continues
 }
 
 int resize(LV2UI_Feature_Handle handle, int width, int height) noexcept {
@@ -109,7 +109,7 @@ constexpr LV2UI_Descriptor Descriptor = {EditorUri, instantiate, cleanup, portEv
 
 } // namespace eq::lv2
 
-// Exported by exports.map.
+// exports.map exports this function.
 LV2_SYMBOL_EXPORT const LV2UI_Descriptor* lv2ui_descriptor(std::uint32_t index) {
     return index == 0 ? &eq::lv2::Descriptor : nullptr;
 }

@@ -14,7 +14,7 @@ namespace {
 constexpr std::string_view NameMark = "# Name";
 constexpr std::string_view AboutMark = "# About:";
 
-/// Reads "# Name: TEXT" and "# Name[TAG]: TEXT".
+/// Reads a line "# Name: TEXT" or "# Name[TAG]: TEXT" into `name`.
 void readName(const std::string& line, Name& name) {
     const std::size_t colon = line.find(':');
     if (colon == std::string::npos) return;

@@ -10,7 +10,7 @@
 
 namespace eq::lv2 {
 
-/// A file of `presets/`. Comments in its head have its name and its purpose:
+/// A file of `presets/`. The comments at its top contain its names and its purpose:
 ///
 ///     # Name: Voice
 ///     # Name[de]: Stimme
@@ -20,11 +20,11 @@ struct FactoryPreset {
     std::string id; ///< the file's name without extension
     Name name;
     std::string about;
-    std::array<double, ParameterCount> values; ///< in the parameters' units; the defaults where the file has none
+    std::array<double, ParameterCount> values; ///< in the parameters' units; a default if the file has no value
 };
 
-/// Returns the presets of a folder, in the order of their ids. Each must have a name in English and for each tag.
-/// Throws InputError.
+/// Returns the presets of a folder, in the order of their ids. Throws InputError for a preset without a name in English
+/// or for a tag, and for any other fault in a file.
 [[nodiscard]] std::vector<FactoryPreset> readPresets(const std::filesystem::path& folder,
                                                      const std::vector<std::string>& tags);
 

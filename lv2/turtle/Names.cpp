@@ -48,7 +48,7 @@ Name LanguageSources::find(const std::string& key) const {
     const auto textOf = [&key](const Texts& texts, const std::string& language) -> const std::string& {
         const auto found = texts.find(key);
         if (found == texts.end()) throw InputError("languages: there is no " + key + " in " + language);
-        // The generator knows no escapes.
+        // The generator does not support escape sequences.
         if (found->second.empty() || found->second.find('\\') != std::string::npos)
             throw InputError("languages: the text of " + key + " in " + language + " is empty or has an escape");
         return found->second;

@@ -47,7 +47,7 @@ std::string nameText(const Name& name) {
     return text;
 }
 
-/// Always with a point, so that Turtle takes it for a decimal.
+/// Returns a number as a text. The text always contains a point, so that Turtle reads it as a decimal number.
 std::string number(double value) {
     std::array<char, 64> digits;
     char* const end = std::to_chars(digits.begin(), digits.end(), value, std::chars_format::fixed).ptr;
@@ -55,18 +55,18 @@ std::string number(double value) {
     return text.find('.') == std::string::npos ? text + ".0" : text;
 }
 
-/// The variant's part of a URI: "stereo".
+/// Returns the fragment of the variant's URI, such as "stereo".
 std::string nameOf(const PluginVariant& variant) {
     const std::string full = variant.uri;
     return full.substr(full.find('#') + 1);
 }
 
-/// Collects the ports of a variant in the order of their indexes.
+/// Writes the ports of a variant, in the order of their indexes.
 class PortList {
 public:
     explicit PortList(std::string& turtle) : text(turtle) {}
 
-    /// Adds a port. `properties` are further lines "predicate object".
+    /// Adds a port. `properties` are additional lines of the form "predicate object".
     void add(const std::string& types, const std::string& symbol, const Name& name,
              const std::vector<std::string>& properties) {
         text += next == 0 ? "    lv2:port [\n" : " , [\n";
@@ -153,7 +153,7 @@ std::string projectText() {
            "    doap:maintainer [ a foaf:Person ; foaf:name \"the Parametric Equalizer authors\" ] .\n";
 }
 
-/// The editor needs the host's window. All else is optional.
+/// Returns the editor's description. The editor requires the host's window; all other features are optional.
 std::string editorText() {
     return "\n<" + std::string(EditorUri) +
            ">\n    a ui:X11UI ;\n    lv2:requiredFeature ui:parent ;\n"

@@ -8,19 +8,19 @@
 
 namespace eq::lv2 {
 
-/// The product's version, as LV2 counts.
+/// The product's version in the form that LV2 requires.
 struct BundleVersion {
     int minor;
     int micro;
 };
 
-// The texts of the files of the bundle. Each throws InputError for a missing text.
+// The functions below return the texts of the bundle's files. Each function throws InputError if a text is missing.
 
-/// "manifest.ttl": which plug-ins, presets and editors there are.
+/// Returns "manifest.ttl", the list of the plug-ins, the editor and the presets.
 [[nodiscard]] std::string manifestText(const std::vector<FactoryPreset>& presets, bool hasEditor);
-/// "parametric-equalizer.ttl": the plug-ins and their ports, and the editor.
+/// Returns "parametric-equalizer.ttl", the description of the plug-ins, their ports, and the editor.
 [[nodiscard]] std::string pluginText(const LanguageSources& languages, BundleVersion version, bool hasEditor);
-/// "presets.ttl": the values of the presets.
+/// Returns "presets.ttl", the names and the values of the presets.
 [[nodiscard]] std::string presetText(const std::vector<FactoryPreset>& presets);
 
 } // namespace eq::lv2

@@ -12,6 +12,7 @@ extern "C" {
 HACCEL WINAPI CreateAcceleratorTableA(LPACCEL records, int count) noexcept;
 HACCEL WINAPI CreateAcceleratorTableW(LPACCEL records, int count) noexcept;
 
-/// Returns the number of copied records, or without a buffer the number of records in the table.
+/// Copies records to the buffer and returns their number. Returns the number of records in the table if `buffer` is
+/// null.
 int WINAPI CopyAcceleratorTableW(HACCEL table, LPACCEL buffer, int size) noexcept;
 }

@@ -2,8 +2,8 @@
 
 // Dialogs: windows that are created from templates.
 //
-// 4 horizontal dialog units are 6 pixels, and 8 vertical ones are 13 pixels. These are the units of the 8-point dialog
-// font at 96 dots per inch. They do not depend on the font that a template names.
+// 4 horizontal dialog units are 6 pixels, and 8 vertical dialog units are 13 pixels. These are the units of the 8-point
+// dialog font at 96 dots per inch. They do not depend on the font that a template names.
 
 #include "platform/desktop/Messages.h"
 

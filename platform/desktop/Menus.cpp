@@ -45,8 +45,8 @@ std::shared_ptr<Menu> findMenu(HMENU handle) noexcept {
     return menu;
 }
 
-/// An item of a template. The items of a popup follow the popup. After them come the remaining items of the popup's own
-/// level, unless the popup is the last of them.
+/// An item of a template. The items inside a popup follow the popup. The next item of the popup's own level follows
+/// after these items, unless the popup is the last item of its level.
 struct ReadItem {
     MenuItem item;
     bool isPopup;

@@ -8,7 +8,8 @@
 
 namespace eq::standin {
 
-/// A property sheet. It owns its pages from before the creation of its window until the window's destruction.
+/// A property sheet. It owns its pages until its window is destroyed. If it never has a window, it owns them until its
+/// own end.
 class PropertySheet {
 public:
     template <typename Unit>

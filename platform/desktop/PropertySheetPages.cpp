@@ -36,7 +36,7 @@ class PageOf final : public PropertyPage {
 public:
     using Record = PropSheetPage<Unit>;
 
-    /// Copies a record of `dwSize` bytes. The record may be an older, shorter one, or may end with the caller's own
+    /// Copies a record of `dwSize` bytes. The record may be a shorter, older version, or may end with the caller's own
     /// data.
     explicit PageOf(const Record* given) : m_bytes(std::max<std::size_t>(given->dwSize, sizeof(Record))) {
         std::memcpy(m_bytes.data(), given, given->dwSize);

@@ -1,12 +1,12 @@
 #pragma once
 
-// Property sheets: dialogs that contain pages and common buttons. Each page is a dialog of its own.
+// Property sheets: dialogs that contain pages and common buttons. Each page is a separate dialog.
 //
-// The functions are the system's. Callers find them by name only: by GetProcAddress in the library "comctl32". A sheet
-// has buttons, but no tabs, icons and pictures, because nothing is drawn. Its size does not depend on its pages. Pages
-// are not asked whether they may be shown or left (PSN_SETACTIVE, PSN_KILLACTIVE). Only the buttons Back, Next and
-// Cancel can be pressed. Sheets use no resources: templates are in memory, texts are not resource ids, and pages have
-// no ids.
+// The functions are system functions. Callers find them only by name, with GetProcAddress in the library "comctl32". A
+// sheet has buttons, but no tabs, icons and pictures, because nothing is drawn. Its size does not depend on its pages.
+// Pages are not asked whether they may be shown or left (PSN_SETACTIVE, PSN_KILLACTIVE). Only the buttons Back, Next
+// and Cancel can be pressed. Sheets use no resources: templates are in memory, texts are not resource ids, and pages
+// have no ids.
 
 #include "platform/desktop/Dialogs.h"
 

@@ -16,7 +16,7 @@ struct ShownMessageBoxes {
     WORD lastLanguage = 0;
 };
 
-/// Returns the number of message boxes in this process so far, and the last one.
+/// Returns the number of message boxes in this process so far, and the last message box.
 ShownMessageBoxes shownMessageBoxes();
 
 /// Returns the number of windows or menus that exist in this process.

@@ -26,7 +26,7 @@ struct WindowClass {
 /// Returns the class with a name or an atom, or null. Names are compared without regard to case.
 std::shared_ptr<const WindowClass> findWindowClass(LPCWSTR nameOrAtom);
 
-/// The state that a dialog has in addition to that of a window.
+/// The state that a dialog has in addition to the state of a window.
 struct DialogState {
     HFONT font = nullptr;
     INT_PTR result = 0;
@@ -37,7 +37,7 @@ struct Window {
     std::shared_ptr<const WindowClass> windowClass;
     DWORD thread = 0;
     WNDPROC procedure = nullptr;
-    HWND parent = nullptr; // of a child window only
+    HWND parent = nullptr; // null unless this is a child window
     HWND owner = nullptr;
     std::vector<HWND> children; // in the order of their creation
     DWORD style = 0;
@@ -51,7 +51,7 @@ struct Window {
     std::optional<DialogState> dialog;
 };
 
-/// Returns the lock of all windows and message queues. No thread holds it while it calls a window procedure.
+/// Returns the lock of all windows and message queues. No thread calls a window procedure while it holds this lock.
 std::recursive_mutex& windowLock();
 
 /// Finds a window and holds `windowLock`, so that no other thread changes or destroys the window. If the handle is not

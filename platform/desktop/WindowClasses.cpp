@@ -38,7 +38,7 @@ std::shared_ptr<const WindowClass> makeClass(const wchar_t* name, WORD atom, WND
     return std::make_shared<const WindowClass>(WindowClass{name, atom, procedure, extra});
 }
 
-/// Returns the registered classes. The initial ones always exist.
+/// Returns the registered classes. The initial classes always exist.
 Classes& classes() {
     static Classes registered{
         makeClass(L"#32770", DialogAtom, &DefDlgProcW, DLGWINDOWEXTRA),

@@ -12,8 +12,8 @@ using eq::standin::LockedWindow;
 using eq::standin::refuse;
 using eq::standin::Window;
 
-/// Returns the address of a number in the window's extra bytes, or null if it is outside them. The address may be
-/// unaligned.
+/// Returns the address of a number in the window's extra bytes, or null if the number is outside these bytes. The
+/// address may be unaligned.
 std::byte* ownBytesAt(Window& window, int index) noexcept {
     const bool inside = static_cast<std::size_t>(index) + sizeof(LONG_PTR) <= window.extra.size();
     return inside ? window.extra.data() + index : nullptr;

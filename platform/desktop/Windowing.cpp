@@ -41,7 +41,7 @@ std::shared_ptr<Window> makeWindow(const CREATESTRUCTW& record,
     window.id = (style & WS_CHILD) != 0 ? reinterpret_cast<UINT_PTR>(record.hMenu) : 0;
     window.width = std::max<LONG>(record.cx, 0);
     window.height = std::max<LONG>(record.cy, 0);
-    // A control that shows a picture has the picture's number in the place of a text.
+    // A control that shows a picture has the picture's number instead of a text.
     if (!eq::standin::isNumber(record.lpszName)) window.text = record.lpszName;
     return made;
 }

@@ -3,9 +3,9 @@
 // Windows: a tree of objects with a class, an id, a text, a style and a size.
 //
 // Nothing is drawn, and there is no user input. Windows have no position, focus, activation or frame: the client area
-// is the whole window, and procedures receive no messages about these. A window belongs to the thread that creates it.
-// Other threads may query the window and post messages to it, but not send messages to it or destroy it. Procedures
-// receive messages in the wide form, whether an A or a W function installs them.
+// is the whole window, and procedures receive no messages about these properties. A window belongs to the thread that
+// creates it. Other threads may query the window and post messages to it, but not send messages to it or destroy it.
+// Procedures receive messages in the wide form, whether an A or a W function installs them.
 
 #include "platform/desktop/Menus.h"
 #include "platform/standin/Types.h"

@@ -199,7 +199,7 @@ void CodePageTable::addInverse(char16_t unit, WORD code, Converter& converter) {
         known = code;
         return;
     }
-    // Some characters occur twice in a page. iconv decides which code is the usual one.
+    // Some characters occur twice in a page. The conversion by iconv determines the code that is used.
     const std::string usual = converter.fromUnit(unit);
     if (usual.size() == 2 && (static_cast<BYTE>(usual[0]) << 8 | static_cast<BYTE>(usual[1])) == code) known = code;
 }

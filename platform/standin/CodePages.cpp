@@ -22,7 +22,7 @@ UINT numberOf(UINT codePage) noexcept {
     return ansi ? ansiCodepage.load() : codePage;
 }
 
-/// Writes to the caller's buffer, or only counts the units if its size is 0.
+/// Writes to the caller's buffer, or only counts the units if the size of the buffer is 0.
 template <typename Unit>
 class Output {
 public:

@@ -2,8 +2,8 @@
 
 // Conversion between bytes of a code page and UTF-16 code units.
 //
-// The code pages are UTF-8, and those single-byte and double-byte code pages that language files may name and iconv
-// has. There are no best-fit characters: a character that a page lacks becomes the default character.
+// The code pages are UTF-8, and the single-byte and double-byte code pages that language files may name, if iconv has
+// them. There are no best-fit characters: a character that a page lacks becomes the default character.
 
 #include "platform/standin/Types.h"
 
@@ -19,7 +19,7 @@ inline constexpr DWORD WC_NO_BEST_FIT_CHARS = 0x00000400;
 
 extern "C" {
 
-/// Returns the ANSI code page: UTF-8, unless a test has set another.
+/// Returns the ANSI code page: UTF-8, unless a test has set another code page.
 UINT WINAPI GetACP() noexcept;
 BOOL WINAPI IsDBCSLeadByte(BYTE byte) noexcept;
 BOOL WINAPI IsDBCSLeadByteEx(UINT codePage, BYTE byte) noexcept;

@@ -1,4 +1,5 @@
-// Compiled into each module that has resources. Embeds the compiled resource file EQ_RESOURCE_FILE and registers it.
+// This file is compiled into each module that has resources. It embeds the compiled resource file EQ_RESOURCE_FILE and
+// registers it.
 
 #include "platform/standin/ModuleResources.h"
 

@@ -6,8 +6,8 @@
 
 namespace {
 
-// Ordered by primary language. The first row of a primary language is its usual sublanguage. The first row of a
-// language's name has the usual country of that language.
+// The rows are ordered by primary language. The first row of a primary language is its usual sublanguage. The first row
+// with a language's name, such as "de", has the usual country of that language.
 constexpr eq::standin::Language languages[] = {
     {"ar_SA", 1256, 0x0401, '.'},
     {"ar_IQ", 1256, 0x0801, '.'},

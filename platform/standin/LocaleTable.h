@@ -16,9 +16,9 @@ struct Language {
 /// Returns the language with an id, or null. The id of a primary language finds its usual sublanguage.
 const Language* findLanguage(WORD id) noexcept;
 
-/// Returns the language of the environment. The first of LC_ALL, `categoryVariable` and LANG that is set names it.
-/// Returns null for "C", "POSIX" and unknown names. An unknown or missing country means the usual country of the
-/// language. Code set and modifier are ignored.
+/// Returns the language of the environment. The first of LC_ALL, `categoryVariable` and LANG that is set names the
+/// language. Returns null for "C", "POSIX" and unknown names. An unknown or missing country means the usual country of
+/// the language. Code set and modifier are ignored.
 const Language* environmentLanguage(const char* categoryVariable) noexcept;
 
 } // namespace eq::standin

@@ -31,7 +31,7 @@ namespace eq::standin {
 
 /// A look-up of system libraries and their functions by name.
 struct SystemLibraries {
-    /// Both return null if the process has no such library or function.
+    /// Both functions return null if the process has no such library or function.
     HMODULE (*findLibrary)(std::string_view name) noexcept;
     FARPROC (*findFunction)(HMODULE library, std::string_view name) noexcept;
 };

@@ -6,7 +6,7 @@
 
 namespace eq::standin {
 
-/// Converts to the zero or null of any result type.
+/// A value that converts to the zero or null of any result type.
 struct Refusal {
     template <typename Result>
     operator Result() const noexcept {
@@ -19,7 +19,7 @@ inline Refusal refuse(DWORD code) noexcept {
     return {};
 }
 
-/// For functions that report failure by another result.
+/// Sets the error code and returns `result`, for functions whose failure is a result other than zero or null.
 template <typename Result>
 Result refuse(DWORD code, Result result) noexcept {
     SetLastError(code);

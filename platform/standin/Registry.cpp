@@ -27,7 +27,8 @@ struct Key {
     std::optional<Value> (*read)();
 };
 
-/// Returns the language that overrides the system's, or nothing. A text that is not a decimal number counts as none.
+/// Returns the language that overrides the system's language. Returns nothing if there is none, or if it is not a
+/// decimal number.
 std::optional<Value> readLanguageOverride() {
     const char* const text = std::getenv("TUNEBENCH_LANGUAGE");
     if (!text) return std::nullopt;

@@ -23,7 +23,8 @@ using eq::standin::refuse;
 //
 //   data size (4) | header size (4) | type | name | padding to 4 | version (4) | flags (2) | language (2) | ... | data
 //
-// Type and name are 0xFFFF and a number, or 16-bit units up to a zero. An HRSRC is the address of its entry.
+// The type and the name are each 0xFFFF and a number, or 16-bit units up to a zero. An HRSRC is the address of its
+// entry.
 
 constexpr unsigned NumberMark = 0xFFFF;
 constexpr std::size_t LanguageOffset = 6; // after the padding

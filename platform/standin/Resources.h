@@ -27,7 +27,7 @@ namespace eq::standin::system {
 
 // The system functions of kernel32, which only a look-up by name finds.
 //
-// FindResourceExA and FindResourceExW search the languages in this order: the requested one, its primary language,
+// FindResourceExA and FindResourceExW search the languages in this order: the requested language, its primary language,
 // neutral. A request for neutral continues with the system's language, its primary language, and US English. A null
 // module is the program. The text "#141" is the number 141. Narrow texts are in the ANSI code page.
 

@@ -6,9 +6,9 @@ namespace {
 
 constexpr char16_t ReplacementCharacter = 0xFFFD;
 
-/// The properties of a sequence that its lead byte determines: the number of continuation bytes, and the range of the
-/// first of them. The range is narrower if a full range would include overlong forms, surrogates or numbers above
-/// U+10FFFF.
+/// The lead byte of a sequence determines these properties: the number of continuation bytes, and the range of the
+/// first continuation byte. The range is narrower if a full range would include overlong forms, surrogates or numbers
+/// above U+10FFFF.
 struct Lead {
     int continuations;
     std::uint8_t firstLowest;

@@ -34,7 +34,7 @@ public:
 
     virtual void close() {}
 
-    /// Called while the editor is open, at times that the host chooses.
+    /// The host calls this function repeatedly while the editor is open.
     virtual void idle() {
         if (updateFlag.exchange(0) != 0) update();
     }

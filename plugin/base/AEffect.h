@@ -45,9 +45,9 @@ struct AEffect {
     int32 realQualities;
     int32 offQualities;
     float ioRatio;
-    void* object;                        ///< for the effect
-    void* user;                          ///< free for the effect
-    int32 uniqueID;                      ///< four characters
+    void* object;                        ///< the object of the effect
+    void* user;                          ///< unused; free for the effect
+    int32 uniqueID;                      ///< the effect's id, four characters as a number
     int32 version;                       ///< the effect's version
     AEffectProcessProc processReplacing; ///< overwrites the outputs
     char future[60];                     ///< zeros

@@ -32,7 +32,7 @@ AudioEffect::AudioEffect(audioMasterCallback hostCallback, int32 programCount, i
     cEffect.numOutputs = 2;
     cEffect.ioRatio = 1.0f;
     cEffect.object = this;
-    cEffect.uniqueID = 0x4E6F4566; // the id of no particular effect
+    cEffect.uniqueID = 0x4E6F4566; // the id of an effect that sets no other id
     cEffect.version = 1;
     cEffect.processReplacing = processReplacingGlue;
 }

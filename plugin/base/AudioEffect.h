@@ -83,7 +83,7 @@ public:
     virtual bool isInputConnected(int32 input);
     virtual bool isOutputConnected(int32 output);
 
-    // These write a number as a text of at most 8 characters, to a buffer of at least 9 bytes.
+    // The next five functions write a number as a text of at most 8 characters to a buffer of at least 9 bytes.
 
     /// Writes a linear gain in dB.
     virtual void dB2string(float value, char* text);

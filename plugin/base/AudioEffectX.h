@@ -5,9 +5,9 @@
 namespace eq {
 
 /// The base class from which an effect derives. It answers the commands 25 to 58 with harmless defaults, and offers the
-/// remaining host requests. Each of these returns the host's answer, unless its comment says otherwise.
+/// remaining host requests. Each request returns the host's answer, unless its comment says otherwise.
 ///
-/// The virtual operations continue those of AudioEffect, and their order is fixed, too.
+/// The virtual operations follow the virtual operations of AudioEffect, and their order is fixed, too.
 class AudioEffectX : public AudioEffect {
 public:
     using AudioEffect::AudioEffect;

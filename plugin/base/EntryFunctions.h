@@ -2,8 +2,8 @@
 
 #include "plugin/base/AEffect.h"
 
-// The five functions to which the record's pointers lead. Each calls the matching operation of the effect that owns the
-// record. No argument is checked: `effect` must be a record that is in use.
+// The five functions whose pointers are in the record. Each function calls the matching operation of the effect that
+// owns the record. The functions check no argument: `effect` must be a record that is in use.
 
 namespace eq {
 

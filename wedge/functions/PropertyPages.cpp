@@ -34,8 +34,9 @@ PageThunk* thunkOf(const Page& page) {
     return state().PageThunks.find(address) ? address : nullptr;
 }
 
-/// Goes to the page that a wizard page names by its resource id. The system knows no ids of in-memory pages. Therefore
-/// the answer becomes -1, which keeps the sheet on its page, and a posted message selects the named page.
+/// Selects the page that a wizard page has named by resource id. The system does not know the ids of in-memory pages.
+/// Therefore the answer becomes -1, which keeps the sheet on the present page, and a posted message then selects the
+/// named page.
 void goToPageOfId(HWND page) noexcept {
     const LONG_PTR answer = GetWindowLongPtrW(page, DWLP_MSGRESULT);
     if (answer <= 0) return;

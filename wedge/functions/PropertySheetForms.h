@@ -37,7 +37,8 @@ struct WideSheets {
 };
 
 /// A copy of a record that states its size in its first field, `dwSize`. The fields that a shorter record lacks are
-/// zero. The bytes that a longer record has after its fields are copied, because they may be the caller's own data.
+/// zero. A longer record has additional bytes after the fields. These bytes are copied, because they may be the
+/// caller's own data.
 template <typename Record>
 class SizedCopy {
 public:

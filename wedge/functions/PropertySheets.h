@@ -41,9 +41,9 @@ struct SheetContext {
 };
 
 /// Opens a system sheet with rewritten pages, a translated caption and translated buttons. The caller's records stay
-/// unchanged. The wedge answers the messages that name a page by its resource id, because the system knows no ids of
-/// in-memory pages. Only one thread opens a sheet at a time: a modal sheet blocks the calls of other threads until it
-/// is closed.
+/// unchanged. The wedge answers the messages that name a page by its resource id, because the system does not know the
+/// ids of in-memory pages. Only one thread opens a sheet at a time: a modal sheet blocks the calls of other threads
+/// until it is closed.
 ///
 /// `Sheets` is one of the forms of PropertySheetForms.h. Throws std::bad_alloc and the exceptions of the language
 /// store.

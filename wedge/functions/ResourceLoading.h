@@ -12,7 +12,7 @@ namespace eq {
 /// The bytes of a resource. The pointer is valid until the library is unloaded.
 struct LockedResource {
     const void* bytes;
-    std::size_t size; ///< how many bytes may be read
+    std::size_t size; ///< the number of bytes that may be read
 };
 
 /// Returns a resource in the store's language, rewritten if it has something to translate. Returns nothing if there is

@@ -170,7 +170,7 @@ int WINAPI MessageBoxW(HWND hWnd, LPCWSTR lpText, LPCWSTR lpCaption, UINT uType)
 }
 
 int WINAPI MessageBoxExA(HWND hWnd, LPCSTR lpText, LPCSTR lpCaption, UINT uType, WORD wLanguageId) {
-    GetLanguageId(); // the first box fills the store
+    GetLanguageId(); // the first message box fills the store
     return systems::MessageBoxExA(hWnd, lpText, lpCaption, uType, wLanguageId);
 }
 

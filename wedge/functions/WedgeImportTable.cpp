@@ -18,7 +18,7 @@ static_assert(sizeof(ImportTable) == 25 * sizeof(void*));
 
 extern "C" {
 extern const ImportTable WedgeImportTable;
-// The linker fills the table, because constructors in other object files may call through it.
+// The linker fills the table, because constructors in other object files may call functions through the table.
 constinit const ImportTable WedgeImportTable;
 }
 

@@ -10,8 +10,8 @@ WedgeState::WedgeState() noexcept {
         [](const wchar_t* text, const wchar_t* caption) { wedge::MessageBoxW(nullptr, text, caption, MB_ICONERROR); });
 }
 
-// The state is built at its first use. The constructor of a global object in another file may be the first use; if not,
-// `builtAtLoad` is.
+// The first call builds the state. The constructor of a global object in another file may make the first call.
+// Otherwise `builtAtLoad` makes it.
 WedgeState& wedgeState() noexcept {
     static WedgeState state;
     return state;

@@ -40,7 +40,7 @@ void SystemDialogFont(std::wstring& face, std::uint16_t& pointSize);
 /// Sets `*ppNewResource` to a new template and returns PrepReplaced if the template has keys to expand or names the
 /// font to replace. The caller then owns the new block. Reads at most `size` bytes.
 PrepStatus PrepareDialogResource(const void* pDialogResource, std::size_t size, void** ppNewResource) noexcept;
-/// The same for a template of unknown size: reads at most TemplateRange bytes.
+/// Does the same for a template of unknown size. Reads at most TemplateRange bytes.
 PrepStatus PrepareDialogResource(const void* pDialogResource, void** ppNewResource) noexcept;
 
 } // namespace eq

@@ -45,7 +45,7 @@ class MenuReaderExtended final : public MenuReader {
 /// Sets `*ppNewResource` to a new template and returns PrepReplaced if the template has keys to expand. The caller then
 /// owns the new block. Reads at most `size` bytes.
 PrepStatus PrepareMenuResource(const void* pMenuResource, std::size_t size, void** ppNewResource) noexcept;
-/// The same for a template of unknown size: reads at most TemplateRange bytes.
+/// Does the same for a template of unknown size. Reads at most TemplateRange bytes.
 PrepStatus PrepareMenuResource(const void* pMenuResource, void** ppNewResource) noexcept;
 
 } // namespace eq

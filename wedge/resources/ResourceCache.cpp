@@ -47,7 +47,8 @@ HRSRC ResourceCache::Prepare(HMODULE module, HRSRC hResInfo, std::uintptr_t type
         const CriticalSectionEntry entry(m_lock);
         if (m_entries.contains(hResInfo)) return hResInfo;
 
-        // The compiled bytes come from the system's LoadResource: the wedge's own LoadResource would ask this cache.
+        // The compiled bytes come from the system's LoadResource, because the wedge's own LoadResource would search
+        // this cache.
         const void* const bytes = LockResource(systems::LoadResource(module, hResInfo));
         void* newResource = nullptr;
         const PrepStatus status = rewrite(bytes, SizeofResource(module, hResInfo), &newResource);

@@ -43,7 +43,7 @@ PrepStatus rewriteStrings(BinaryReader input, void** ppNewResource) {
     return replacedBy(output.written(), ppNewResource);
 }
 
-/// Returns the entries up to and including the one with the end mark. Throws EndOfData if no entry has the mark.
+/// Returns the entries up to and including the entry with the end mark. Throws EndOfData if no entry has the mark.
 std::vector<ACCELTABLEENTRY> readEntries(BinaryReader input) {
     std::vector<ACCELTABLEENTRY> entries;
     do {

@@ -8,8 +8,8 @@
 #include <memory>
 
 // The rewriters of the resources that are not templates. If a resource has something to translate, a rewriter sets
-// `*ppNewResource` to a new block and returns PrepReplaced; the caller then owns the block. No rewriter throws, and
-// none reads more than `size` bytes. The forms without a size read at most TemplateRange bytes.
+// `*ppNewResource` to a new block and returns PrepReplaced; the caller then owns the block. No rewriter throws, or
+// reads more than `size` bytes. The functions without a size read at most TemplateRange bytes.
 
 namespace eq {
 

@@ -9,8 +9,8 @@
 
 namespace eq {
 
-/// The range of a template in bytes. No element begins beyond it, and a rewriter that receives no size reads no
-/// further.
+/// The range of a template, in bytes. Every element begins within the range, and a rewriter that receives no size reads
+/// no bytes beyond the range.
 inline constexpr std::size_t TemplateRange = 0x10000;
 
 /// Reads a compiled template and writes the new template, element by element.
