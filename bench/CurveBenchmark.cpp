@@ -1,4 +1,5 @@
-// The Linux editor: a full redraw, the redraw during a drag, an idle call, and opening. The last two need a display.
+// Measures the Linux editor: a full redraw, the redraw during a drag, an idle call, and opening with closing. The idle
+// call and the opening need a display.
 
 #include "curve/window/CurveEditor.h"
 #include "tests/support/FakePort.h"
@@ -49,14 +50,15 @@ BENCHMARK(redrawOfADrag)->Unit(benchmark::kMillisecond);
 /// A host's window on the display.
 struct Host {
     Host() {
-        // Some servers start anew when their last client leaves, and then lose the next one.
+        // Some X servers restart when their last client disconnects, and then lose the next client. This connection
+        // prevents the restart.
         static const XConnection lasting;
         if (!x.isAlive()) return;
         window = xcb_generate_id(x.get());
         xcb_create_window(x.get(), XCB_COPY_FROM_PARENT, window, x.screen().root, 0, 0, Width, Height, 0,
                           XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
         xcb_map_window(x.get(), window);
-        // Waits until the server has done that.
+        // Wait until the server has mapped the window.
         const XOwned<xcb_get_input_focus_reply_t> done(
             xcb_get_input_focus_reply(x.get(), xcb_get_input_focus(x.get()), nullptr));
     }

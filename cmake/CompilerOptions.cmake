@@ -11,11 +11,12 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 # The engine's output is defined to the bit. Each operation is rounded separately: a fused multiply-add would round once
 # instead of twice.
 add_compile_options(-ffp-contract=off)
-# Coefficients always come from the mathematical library at run time. A compiler that evaluates a call with constant
-# arguments rounds the result correctly, and libraries do not always do so.
+# All coefficients come from the mathematical library at run time. If the compiler evaluated a call with constant
+# arguments, the result could differ from the library's result in the last bit.
 add_compile_options(-fno-builtin-pow -fno-builtin-tan -fno-builtin-cos)
 
-# x87 arithmetic would compute with excess precision. 32-bit hosts align the stack to only four bytes.
+# Use SSE, because x87 arithmetic has excess precision. Realign the stack, because 32-bit hosts align it to only four
+# bytes.
 set(EQ_32_BIT_OPTIONS -msse2 -mfpmath=sse -mstackrealign)
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
   add_compile_options(${EQ_32_BIT_OPTIONS})
@@ -34,8 +35,9 @@ set(EQ_TEST_ENVIRONMENT "ASAN_OPTIONS=intercept_tls_get_addr=0"
   "LSAN_OPTIONS=suppressions='${PROJECT_SOURCE_DIR}/tests/foreign-leaks.txt':print_suppressions=0"
   "TSAN_OPTIONS=suppressions='${PROJECT_SOURCE_DIR}/tests/foreign-races.txt'")
 
-# Checks of the shipped programs at run time: a stack that is overwritten, or that grows past its guard page, copies
-# beyond the end of a buffer, and indices beyond the end of a container end the process. The other builds have sanitizers.
+# The shipped programs check themselves at run time. These faults end the process: a function overwrites its stack
+# frame, the stack grows past its guard page, a copy exceeds its buffer, or an index exceeds its container. The other
+# builds have sanitizers.
 if(CMAKE_BUILD_TYPE MATCHES "^Rel" AND NOT EQ_SANITIZE)
   add_compile_options(-fstack-protector-strong)
   if(WIN32)
@@ -52,17 +54,17 @@ if(EQ_BUILD_FUZZERS)
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
-# Debug information and asserted conditions name files by their place in the project, so that the place of the project
-# does not show in what is built.
+# Debug information and the texts of assertions contain paths relative to the project's folder. The built files
+# therefore do not contain the path of the project's folder.
 add_compile_options("-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
 
 if(WIN32)
-  # The products may import system libraries only, so the compiler's libraries are linked statically.
+  # The products may import only system libraries, so they link the compiler's libraries statically.
   add_compile_definitions(WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
   add_link_options(-static)
 else()
-  # The loader binds the functions of other libraries when it loads the library, not at their first call, which may be
-  # on the audio thread.
+  # The loader resolves the functions of other libraries when it loads the library. Without this option it would resolve
+  # a function at the first call, which may be on the audio thread.
   add_link_options(LINKER:-z,now)
 endif()
 
@@ -73,7 +75,7 @@ if(EQ_WARNINGS_AS_ERRORS)
   target_compile_options(eq_warnings INTERFACE -Werror)
 endif()
 
-# Adds a layer: a static library of the sources of one folder. The libraries after LINK are the layers below.
+# Adds a layer: a static library from the sources of one folder. The libraries after LINK are the layers that it uses.
 #   eq_add_layer(NAME sources... [LINK libraries...])
 function(eq_add_layer name)
   cmake_parse_arguments(LAYER "" "" "LINK" ${ARGN})

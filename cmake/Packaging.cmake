@@ -96,7 +96,7 @@ else()
 
   install(PROGRAMS packaging/install DESTINATION . COMPONENT archive EXCLUDE_FROM_ALL)
 
-  # In Debian's package, the licence file has another name, and the changelog has another form.
+  # Debian's package needs another name for the licence file, and a changelog in Debian's form.
   set(CPACK_PROJECT_CONFIG_FILE "${PROJECT_SOURCE_DIR}/packaging/generator.cmake")
   set(CPACK_POST_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/packaging/debian-control.cmake")
   string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)

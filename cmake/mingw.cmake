@@ -1,3 +1,4 @@
+# The settings that both Windows toolchains share. EQ_MINGW is the prefix of the tools' names.
 set(CMAKE_C_COMPILER ${EQ_MINGW}-gcc-posix)
 set(CMAKE_CXX_COMPILER ${EQ_MINGW}-g++-posix)
 set(CMAKE_RC_COMPILER ${EQ_MINGW}-windres)

@@ -1,8 +1,8 @@
-# Completes Debian's package after cpack has made it.
+# Completes Debian's package after cpack has built it.
 #
-# cpack takes the effect for a library that programs link to, and adds scripts that run ldconfig; this script removes
-# them. It also writes the dependencies: all programs and libraries need theirs, but those of the editors are only
-# recommended, because a machine without a screen needs no graphics libraries.
+# cpack treats the effect as a library that programs link to, and adds scripts that run ldconfig. This script removes
+# these scripts. It also writes the dependencies. The package depends on the libraries of the programs and the plug-ins.
+# It only recommends the libraries of the editors, because a machine without a screen needs no graphics libraries.
 foreach(package IN LISTS CPACK_PACKAGE_FILES)
   if(NOT package MATCHES "\\.deb$")
     continue()

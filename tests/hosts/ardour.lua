@@ -3,9 +3,9 @@
 --   make FOLDER SOUND RATE CHANNELS FRAMES P...    creates a session that plays the sound file with the parameters P...
 --   load FOLDER                                    loads the session
 --
--- Both commands print the properties of the effect that Ardour sees. The environment variable LV2_URI names an LV2 plug-in
--- instead of the VST 2 effect. If ENABLED_PORT is set, the port of this number is automated: it is 0 from BYPASS_START to
--- BYPASS_END, in frames.
+-- Both commands print the effect's properties as Ardour reports them. The environment variable LV2_URI names an LV2
+-- plug-in to use instead of the VST 2 effect. If ENABLED_PORT is set, the port of this number is automated. The port is
+-- then 0 from frame BYPASS_START to frame BYPASS_END.
 
 local command, folder, sound, rate, channels, frames = table.unpack(arg)
 local session, effect
@@ -45,7 +45,8 @@ local function print_effect()
     print(string.format("%s, id %s, latency %d", plugin:name(), id, insert:signal_latency()))
     print(string.format("%d inputs, %d outputs, %d parameters", insert:input_streams():n_audio(),
                         insert:output_streams():n_audio(), plugin:parameter_count()))
-    -- The ports of an LV2 plug-in include those for sound, which come first, and for the latency, which is the last.
+    -- The ports of an LV2 plug-in also include the audio ports, which are the first, and the latency port, which is the
+    -- last.
     local first = uri and insert:input_streams():n_audio() + insert:output_streams():n_audio() or 0
     local last = plugin:parameter_count() - (uri and 2 or 1)
     for i = first, last do
@@ -53,7 +54,7 @@ local function print_effect()
     end
 end
 
--- Writes a sound into the saved session, because scripts have no function that puts a sound on a track.
+-- Writes a sound into the file of the saved session, because scripts have no function that puts a sound on a track.
 local function add_sound()
     local length = string.format("a%d", frames * 282240000 // rate)
     local sources, used = "", ""

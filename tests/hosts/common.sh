@@ -1,5 +1,5 @@
-# Shared by the scripts of this folder. Before a script reads this file, it sets `needs` to the files and commands of
-# its host.
+# The functions that the scripts of this folder share. Before a script reads this file, it sets `needs` to the files and
+# commands that its host needs.
 #
 #   SCRIPT --can    prints nothing; succeeds if the host is installed
 set -u
@@ -28,26 +28,27 @@ parameters=(Volume 'Frequency(1)' 'Frequency(2)' 'Frequency(3)' 'Frequency(4)' '
     'Q(1)' 'Q(2)' 'Q(3)' 'Q(4)')
 
 # Hosts write to their home folder. The texts are English, whatever the user's environment selects.
-work=$(mktemp -d --tmpdir "foreign host.XXXXXX") || fail "there is no folder for temporary files"
+work=$(mktemp -d --tmpdir "foreign host.XXXXXX") || fail "the folder for temporary files cannot be used"
 trap 'rm -rf -- "$work"' EXIT
 export HOME=$work/home LC_ALL=C
 unset TUNEBENCH_LANGUAGE "${!XDG_@}"
-mkdir "$HOME" || fail "$HOME cannot be made"
+mkdir "$HOME" || fail "$HOME cannot be created"
 
-# Runs a host for at most `limit` seconds. Each line of standard input must be a line of its output, in any indentation.
+# Runs a host for at most `limit` seconds. The output must contain each line of standard input, in any indentation and
+# order.
 #   host_says COMMAND... <<'END'
 limit=180
 host_says() {
     local code line
     timeout "$limit" "$@" </dev/null 2>&1 | tr -d '\r' | sed 's/^[[:blank:]]*//' >"$work/said"
     code=${PIPESTATUS[0]}
-    [ "$code" = 0 ] || { cat "$work/said"; fail "this ended with $code: $*"; }
+    [ "$code" = 0 ] || { cat "$work/said"; fail "this command ended with exit code $code: $*"; }
     while IFS= read -r line; do
-        grep -qxF -- "$line" "$work/said" || { cat "$work/said"; fail "the host does not say: $line"; }
+        grep -qxF -- "$line" "$work/said" || { cat "$work/said"; fail "the host does not print this line: $line"; }
     done
 }
 
-# Writes the head of a sound file of 32-bit big-endian floats.
+# Prints the header of an AU file with 32-bit big-endian floats.
 #   write_au_head RATE CHANNELS
 write_au_head() {
     local rate
@@ -71,13 +72,13 @@ write_noise() {
     } >"$1"
 }
 
-# Writes a sample of 1 and then silence, `frames` frames in all.
+# Writes a mono file with `frames` frames: a sample of 1, and then silence.
 #   write_impulse FILE RATE
 write_impulse() {
     { write_au_head "$2" 1; printf '\x3f\x80\0\0'; head -c $((frames * 4 - 4)) /dev/zero; } >"$1"
 }
 
-# The LV2 bundle in a folder without other bundles, in which hosts look.
+# Copies the LV2 bundle into a folder without other bundles, and lets hosts search only this folder.
 uri=urn:tavrin:parametric-equalizer
 copy_lv2_bundle() {
     export LV2_PATH=$work/lv2
