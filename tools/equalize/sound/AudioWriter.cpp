@@ -35,8 +35,8 @@ ChannelOrder channelOrderFor(const std::string& name, const SF_INFO& format, con
                     std::to_string(format.channels) + " channels; .wav, .caf and .aiff have one");
 }
 
-/// Whether a file has the exact number of frames and the exact rate. Other formats fill up a block of frames, or round
-/// the rate.
+/// Returns whether a file of this format has exactly the written number of frames and exactly the given rate. Other
+/// formats fill up the last block of frames, or round the rate.
 bool isExact(int format) {
     const auto isIn = [](const auto& list, int value) {
         return std::find(list.begin(), list.end(), value) != list.end();
@@ -105,7 +105,8 @@ AudioWriter::AudioWriter(const std::filesystem::path& place, const SF_INFO& form
                         soundFileError(nullptr));
     }
     lock.unlock();
-    // A chunk PEAK has the time in it, and takes more processor time than all else that libsndfile does.
+    // Write no PEAK chunk: it contains the time of writing, and needs more processor time than all other work of
+    // libsndfile.
     sf_command(m_file.get(), SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
     m_metadata.addToHeader(m_file.get());
     if (!m_order.speakers.empty())
@@ -117,7 +118,8 @@ AudioWriter::AudioWriter(const std::filesystem::path& place, const SF_INFO& form
 
 void AudioWriter::openStreamed(const std::filesystem::path& place, std::optional<sf_count_t> frames) {
     const auto complete = [this, frames](const std::string& header) {
-        // The tags of MPEG come in front of the frame with the length, and other lengths are in front of all tags.
+        // In MPEG, tags are inserted in front of the frame that states the length, so set the length first. In other
+        // formats, the length is at the beginning of the header, so set the length after the tags are added.
         const bool isMpeg = (m_info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG;
         const auto withLength = [&](std::string bytes) {
             return withStreamLength(std::move(bytes), m_info.format, frames);
@@ -130,7 +132,7 @@ void AudioWriter::openStreamed(const std::filesystem::path& place, std::optional
 }
 
 void AudioWriter::setQuality(double quality) {
-    // LAME's highest constant rate is above its best variable one.
+    // The highest constant bitrate of LAME is above its best variable bitrate.
     int mode = quality < BestQuality ? SF_BITRATE_MODE_VARIABLE : SF_BITRATE_MODE_CONSTANT;
     sf_command(m_file.get(), SFC_SET_BITRATE_MODE, &mode, sizeof mode);
     double share = quality / BestQuality;
@@ -174,7 +176,7 @@ void AudioWriter::measure(const float* interleaved, sf_count_t samples) {
 }
 
 void AudioWriter::writeIntegers(const float* interleaved, sf_count_t samples) {
-    // libsndfile takes the upper bits of its integers.
+    // libsndfile uses the upper bits of an `int`, and ignores the lower bits.
     const int unusedBits = std::numeric_limits<int>::digits + 1 - m_integerBits;
     const double fullScale = std::ldexp(1.0, m_integerBits - 1);
     m_integers.resize(static_cast<std::size_t>(samples));
@@ -193,7 +195,7 @@ void AudioWriter::finish() {
     }
     m_file.reset();
     if (m_sink.error != 0) throw systemError(m_name, m_sink.error);
-    // Some formats cannot be read back without sound, nor take tags.
+    // In some formats, a file without sound cannot be read back, and tags cannot be added to it. Find this out first.
     if (m_framesWritten == 0) verify();
     m_metadata.addAfterSound(FileBytes(m_sink.descriptor, m_name));
     verify();
@@ -209,8 +211,8 @@ void AudioWriter::finishStream() {
     m_stream->finish(m_streamTrailer);
 }
 
-/// Reads the file once more before it replaces another. libsndfile writes some files that cannot be read, for example a
-/// FLAC file without sound, and reports no error.
+/// Opens the written file again before it replaces another file, and throws FileError if it is not complete. libsndfile
+/// reports no error for some unreadable files, for example for a FLAC file without sound.
 void AudioWriter::verify() {
     SF_VIRTUAL_IO functions = sinkFunctions();
     for (const std::string& fault :

@@ -19,7 +19,7 @@ std::string soundFileError(SNDFILE* file) {
     default:
         break;
     }
-    // Other errors have numbers that are not published, and sentences such as "Error : ... ."
+    // The numbers of other errors are not published. Their texts have the form "Error : ... ."
     std::string_view text = sf_strerror(file);
     constexpr std::string_view System = "System error : ";
     if (text.starts_with(System)) return std::string(trim_chars(text.substr(System.size()), ". "));
