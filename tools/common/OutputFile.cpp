@@ -148,7 +148,7 @@ void OutputFile::copyIntoPlace() {
     off_t position = 0;
     for (;;) {
         const ssize_t count = pread(m_descriptor.get(), buffer.data(), buffer.size(), position);
-        if (count < 0) throw systemError("a temporary file", errno);
+        if (count < 0) throw systemError("a temporary file cannot be read", errno);
         if (count == 0) break;
         writeAll(target.get(), {buffer.data(), static_cast<std::size_t>(count)}, m_place.string());
         position += count;

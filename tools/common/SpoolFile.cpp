@@ -23,7 +23,9 @@ FileDescriptor openSpoolFile() {
     // Some file systems do not support O_TMPFILE.
     std::string name = folder + "/equalize-XXXXXX";
     file = FileDescriptor(mkostemp(name.data(), O_CLOEXEC));
-    if (!file) throw systemError("a temporary file in " + folder, errno);
+    if (!file)
+        throw systemError("a temporary file cannot be created in " + folder + " (TMPDIR selects another folder)",
+                          errno);
     unlink(name.c_str());
     return file;
 }

@@ -61,7 +61,8 @@ std::string OggPageWatch::fault() const {
 }
 
 std::string OggPageWatch::severalStreams(std::uint64_t position) {
-    return "several Ogg streams one after the other, of which only the first could be read: divide the file at byte " +
+    return "the file has several Ogg streams one after the other, and only the first can be read; divide the file at "
+           "byte " +
            std::to_string(position);
 }
 

@@ -17,7 +17,8 @@ public:
     [[nodiscard]] std::string fault() const;
 
     /// The messages for the two faults. `position` is the place of the second stream in bytes.
-    static constexpr const char* CutOff = "the file ends early: its last Ogg page is cut off";
+    static constexpr const char* CutOff =
+        "the file ends early: its last Ogg page is cut off; copy or download it again";
     [[nodiscard]] static std::string severalStreams(std::uint64_t position);
 
 private:

@@ -87,7 +87,8 @@ void PipeSink::finish(std::string_view trailer) {
 void PipeSink::requireSuccess() const {
     if (m_failure) std::rethrow_exception(m_failure);
     if (m_error == EPIPE)
-        throw FileError(m_name + ": the program that reads the sound has ended before the sound (broken pipe)");
+        throw FileError(m_name +
+                        ": the program that reads the output ended before it had read the whole sound (broken pipe)");
     if (m_error != 0) throw systemError(m_name, m_error);
 }
 

@@ -54,7 +54,7 @@ void SoundInput::requireKnownFormat() {
     const auto lock = lockSoundFileOpening();
     SNDFILE* const file = sf_open_virtual(&functions, SFM_READ, &info, m_pipe.get());
     if (file == nullptr && sf_error(nullptr) == SF_ERR_UNRECOGNISED_FORMAT)
-        throw FileError(m_name + ": not a readable audio file: the contents are of no known kind of audio file");
+        throw FileError(m_name + ": not a readable audio file: the contents have no known audio format");
     sf_close(file);
 }
 

@@ -23,7 +23,7 @@ namespace {
 void requireCompleteData(const SoundDataSize& size) {
     if (size.present < size.promised)
         throw FileError("the file ends early: " + std::to_string(size.present) + " of " +
-                        std::to_string(size.promised) + " bytes are there");
+                        std::to_string(size.promised) + " bytes are there; copy or download it again");
 }
 
 /// Throws FileError if the header leaves the length open and libsndfile cannot read the sound to the end of the file.
@@ -37,8 +37,8 @@ void requireWholeSound(const SoundDataSize& size, const SF_INFO& info) {
     const bool isWhole =
         frameBytes != 0 ? (frames + 1) * frameBytes + AiffHead > size.present : frames > 0 || size.present == 0;
     if (!isWhole)
-        throw FileError("its header leaves the length open, and only " + std::to_string(frames) + " frames of " +
-                        std::to_string(size.present) + " bytes could be read");
+        throw FileError("the file is damaged: its header leaves the length open, and " + std::to_string(size.present) +
+                        " bytes of sound have only " + std::to_string(frames) + " readable frames");
 }
 
 bool isOpen(const PipeLayout& layout) {
@@ -103,7 +103,7 @@ void AudioReader::openFile() {
         if (const std::string fault = faultOfOgg(path); !fault.empty()) throw FileError(fault);
     m_isLengthKnown = m_info.frames != SoundSource::UnknownLength;
     if (!m_isLengthKnown && (m_info.format & SF_FORMAT_TYPEMASK) != SF_FORMAT_FLAC)
-        throw FileError("its length cannot be found: it is cut off or damaged");
+        throw FileError("the length of the sound cannot be found: the file is cut off or damaged");
 }
 
 void AudioReader::openPipe(PipeSource& pipe) {
@@ -190,7 +190,7 @@ void AudioReader::checkSamples(float* interleaved, sf_count_t frames) {
             throw FileError(m_name + ": channel " + std::to_string(i % m_info.channels + 1) + " has a sample that is " +
                             (std::isnan(interleaved[i]) ? "not a number" : "infinite") + " at " +
                             timeOf(m_framesRead + i / m_info.channels, m_info.samplerate) +
-                            "; --replace-nan puts 0 in its place");
+                            "; use --replace-nan to put 0 in its place");
         interleaved[i] = 0.0F;
         ++m_replacedSamples;
     }

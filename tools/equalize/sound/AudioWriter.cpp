@@ -31,8 +31,8 @@ constexpr std::array PlainContainers = {SF_FORMAT_WAV, SF_FORMAT_WAVEX, SF_FORMA
 ChannelOrder channelOrderFor(const std::string& name, const SF_INFO& format, const AudioReader& source) {
     std::optional<ChannelOrder> order = orderFor(format, source.info(), source.speakers());
     if (order) return *std::move(order);
-    throw FileError(name + ": " + formatName(format.format) + " has no place for the speakers of the input's " +
-                    std::to_string(format.channels) + " channels; .wav, .caf and .aiff have one");
+    throw FileError(name + ": " + formatName(format.format) + " cannot hold the speakers of the input's " +
+                    std::to_string(format.channels) + " channels; use .wav, .caf or .aiff instead");
 }
 
 /// Returns whether a file of this format has exactly the written number of frames and exactly the given rate. Other
@@ -170,7 +170,9 @@ const float* AudioWriter::inOrder(const float* interleaved, sf_count_t frames) {
 void AudioWriter::measure(const float* interleaved, sf_count_t samples) {
     const SampleMagnitudes magnitudes = magnitudesOf(interleaved, static_cast<std::size_t>(samples));
     if (!std::isfinite(magnitudes.largest))
-        throw FileError(m_name + ": the equalized sound is not finite: the input is too far beyond full scale");
+        throw FileError(
+            m_name +
+            ": the equalized sound is not finite: the input is too far beyond full scale; reduce its level first");
     m_samplesBeyondFullScale += static_cast<sf_count_t>(magnitudes.beyondFullScale);
     m_peak = std::max(m_peak, magnitudes.largest);
 }
@@ -233,8 +235,8 @@ void AudioWriter::verify() {
         return std::to_string(frames) + " frames, channels: " + std::to_string(info.channels) + ", " +
                std::to_string(info.samplerate) + " Hz";
     };
-    throw FileError(m_name + ": the written file is not what was written: " + describe(found.frames, found) +
-                    " instead of " + describe(m_framesWritten, m_info));
+    throw FileError(m_name + ": the written file is wrong: it has " + describe(found.frames, found) + " instead of " +
+                    describe(m_framesWritten, m_info) + "; use another format");
 }
 
 } // namespace eq

@@ -33,7 +33,7 @@ constexpr sf_count_t MostSdsFrames = (1 << 21) - 1; // the header has 21 bits fo
 std::string faultOfLength(const SF_INFO& output, sf_count_t frames) {
     const int container = output.format & SF_FORMAT_TYPEMASK;
     if (container == SF_FORMAT_SDS && frames > MostSdsFrames)
-        return "the sound has " + std::to_string(frames) + " frames, and this kind of file can hold " +
+        return "the sound has " + std::to_string(frames) + " frames, and this file format can hold only " +
                std::to_string(MostSdsFrames);
     const sf_count_t sampleBytes = bytesPerSample(output.format);
     // The size in bytes of a very long sound would overflow. Such a size is beyond every limit.
@@ -47,7 +47,7 @@ std::string faultOfSize(const SF_INFO& output, sf_count_t bytes) {
     const auto* const row = std::find_if(SizesOfContainers.begin(), SizesOfContainers.end(),
                                          [&](const SizeBits& known) { return known.container == container; });
     if (row == SizesOfContainers.end() || bytes >> row->bits == 0) return "";
-    return "the sound is longer than this kind of file can hold; .rf64, .w64 and .caf can";
+    return "the sound is too long for this file format; use .rf64, .w64 or .caf instead";
 }
 
 } // namespace eq

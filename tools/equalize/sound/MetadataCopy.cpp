@@ -110,7 +110,9 @@ void MetadataCopy::copyTexts(SNDFILE* output) {
     for (int kind = SF_STR_FIRST; kind <= SF_STR_LAST; ++kind)
         if (const char* const text = sf_get_string(m_source, kind))
             isHeld = sf_set_string(output, kind, text) == 0 && isHeld;
-    if (!isHeld) m_notes.push_back("titles and the like have no place in " + containerName(m_outputFormat));
+    if (!isHeld)
+        m_notes.push_back("not all titles and similar texts are copied: " + containerName(m_outputFormat) +
+                          " cannot hold them");
 }
 
 void MetadataCopy::addAfterSound(const FileBytes& output) {
@@ -147,14 +149,14 @@ void MetadataCopy::copyChunk(const Chunk& chunk, ChunkAppender& output) {
     if (chunk.size <= std::numeric_limits<std::uint32_t>::max())
         output.append(m_bytes, chunk);
     else
-        m_notes.push_back("the chunk " + withoutBlanks(chunk.id) + " has more than 4 GiB, and is not copied");
+        m_notes.push_back("the chunk " + withoutBlanks(chunk.id) + " is not copied: it has more than 4 GiB");
 }
 
 void MetadataCopy::noteLostChunks() {
     if (!m_chunks) return;
     if (m_chunks->cutOff())
         m_notes.push_back(m_name + ": the chunk " + withoutBlanks(*m_chunks->cutOff()) +
-                          " ends after the end of the file, and is not copied");
+                          " is not copied: the end of the file cuts it off");
     if (m_copiesChunks) return;
     // The output has the contents of these chunks as tags or as libsndfile's texts. libsndfile writes marks, loops and
     // `bext` only into WAV.
@@ -176,13 +178,15 @@ bool MetadataCopy::staysMpeg() const {
 
 void MetadataCopy::noteLostTags() {
     if (m_tags.statesLoudness())
-        m_notes.emplace_back("the tags of ReplayGain state the loudness of the sound before the effect");
+        m_notes.emplace_back(
+            "the tags of ReplayGain state the loudness of the sound before the effect; measure the output again");
     if (staysMpeg()) return;
     const bool holdsId3 = containerOf(m_outputFormat) == SF_FORMAT_MPEG || chunkFamilyOf(m_outputFormat);
     if (!holdsId3) noteLost("tag", "tags", m_tags.framesOfId3Only());
     if (holdsId3 || SoundTags::knows(m_outputFormat)) return;
     noteLost("tag", "tags", m_tags.namesBeyondTexts());
-    if (m_tags.pictures() > 0) m_notes.push_back("pictures have no place in " + containerName(m_outputFormat));
+    if (m_tags.pictures() > 0)
+        m_notes.push_back("pictures are not copied: " + containerName(m_outputFormat) + " cannot hold them");
 }
 
 void MetadataCopy::noteLost(const char* one, const char* several, const std::vector<std::string>& names) {
@@ -190,7 +194,8 @@ void MetadataCopy::noteLost(const char* one, const char* several, const std::vec
     const bool isOne = names.size() == 1;
     std::string note = "the " + std::string(isOne ? one : several);
     for (const std::string& name : names) note += (&name == names.data() ? " " : ", ") + name;
-    m_notes.push_back(note + (isOne ? " has" : " have") + " no place in " + containerName(m_outputFormat));
+    m_notes.push_back(note + (isOne ? " is" : " are") + " not copied: " + containerName(m_outputFormat) +
+                      " cannot hold " + (isOne ? "it" : "them"));
 }
 
 } // namespace eq

@@ -125,11 +125,11 @@ void Mpg123Source::requireAllFrames() {
     mpg123_handle* const decoder = m_decoder.get();
     const std::optional<std::int64_t> promised = promisedFrames(bytesOf(m_stream.descriptor), mpg123_framepos(decoder));
     if (mpg123_scan(decoder) != MPG123_OK)
-        throw FileError(std::string("its length cannot be found: ") + mpg123_strerror(decoder));
+        throw FileError(std::string("the length of the sound cannot be found: ") + mpg123_strerror(decoder));
     const std::int64_t present = mpg123_framelength(decoder);
     if (promised && present < *promised)
         throw FileError("the file ends early: " + std::to_string(present) + " of " + std::to_string(*promised) +
-                        " MPEG frames are there");
+                        " MPEG frames are there; copy or download it again");
 }
 
 sf_count_t Mpg123Source::read(float* interleaved, sf_count_t frames) {

@@ -97,8 +97,8 @@ SF_INFO usualFormatFor(const std::filesystem::path& place, const SF_INFO& input,
     output.channels = input.channels;
     const int wanted = formatOfExtension(extension, input.format);
     if (wanted == 0 && !extension.empty())
-        throw UsageError(place.string() + ": no kind of audio file has the extension " + eq::quoted("." + extension) +
-                         "; wav, aiff, flac, ogg, opus, mp3 and caf are some that can be written");
+        throw UsageError(place.string() + ": no audio format has the extension " + eq::quoted("." + extension) +
+                         "; use wav, aiff, flac, ogg, opus, mp3 or caf, for example");
     // If the container stays the same, the byte order stays the same, too.
     output.format = input.format;
     if (sampleFormatOf(wanted) != 0)
@@ -106,7 +106,8 @@ SF_INFO usualFormatFor(const std::filesystem::path& place, const SF_INFO& input,
     else if (wanted != 0 && wanted != containerOf(input.format))
         output.format = wanted | sampleFormatOf(input.format);
     if (containerOf(output.format) == SF_FORMAT_SD2)
-        throw FileError(place.string() + ": Sound Designer II files, which are pairs of files, cannot be written");
+        throw FileError(place.string() +
+                        ": Sound Designer II files, which are pairs of files, cannot be written; use another format");
     if (canWrite(output)) return output;
 
     for (const int sampleFormat : SampleFormats) {
@@ -115,7 +116,7 @@ SF_INFO usualFormatFor(const std::filesystem::path& place, const SF_INFO& input,
     }
     throw FileError(place.string() + ": " + nameFrom(SFC_GET_FORMAT_INFO, containerOf(output.format)) +
                     " files cannot hold " + std::to_string(input.channels) + " channels at " +
-                    std::to_string(input.samplerate) + " Hz");
+                    std::to_string(input.samplerate) + " Hz; use another format");
 }
 
 } // namespace

@@ -18,7 +18,8 @@ constexpr std::uint64_t Most32 = 0xFFFFFFFF;
 constexpr std::uint64_t Most64 = ~std::uint64_t{0};
 
 constexpr const char* NeverFilledIn =
-    "the size in its header was never filled in, and it is not certain where the sound ends";
+    "the size in its header was never filled in, so the end of the sound is not certain; create the file again, "
+    "without a pipe";
 
 /// Reads the headers in a regular file. Any other file counts as empty.
 class HeaderFile {
@@ -220,7 +221,7 @@ SoundDataSize sizeOfAu(HeaderFile& file) {
     if (size == 0 || size == Most32) return openAt(file, begin, {std::move(correction)});
     SoundDataSize closed = closedAt(file, begin, size);
     if (size <= LongestRead || size > rest) return closed;
-    if (size < rest) throw FileError("sound of more than 2 GiB with other data after it cannot be read");
+    if (size < rest) throw FileError("an AU file with more than 2 GiB of sound and other data after it cannot be read");
     closed.corrections.push_back(std::move(correction));
     return closed;
 }
