@@ -116,7 +116,7 @@ TEST_F(EqualizeHabits, AcceptsUnitsPrefersTheLaterOptionAndRefusesEmptyValues) {
         {"48.wav ''", 2, "the value is empty"},
         {"48.wav out.wav", 0, "no setting was given"},
         {"--version", 0, "equalize 2."},
-        {"p out.wav", 1, "p: not a readable audio file: the contents are of no known kind"},
+        {"p out.wav", 1, "p: not a readable audio file: the contents have no known audio format"},
         {"\"$(printf '\\033[31m')\" x.wav", 1, "\\x1B[31m: No such file"},
     };
     for (const auto& [arguments, exitCode, message] : rows) expectRun(arguments, exitCode, message);

@@ -166,8 +166,8 @@ TEST_F(EqualizePipes, FailsWhenInputOrOutputIsIncomplete) {
                 "divide the file at byte " + std::to_string(std::filesystem::file_size(path("in.ogg"))));
     expectPiped(1, "head -c 44 in.wav", "- - --format flac", "not a readable audio file");
     expectPiped(1, "sox -n -r 8000 -c 1 -t wav - trim 0 0", "- - --format flac", "cannot hold 0 frames");
-    expectPiped(1, "cat /dev/zero", "- out.wav", "no known kind");
-    expectPiped(1, "true", "- out.wav", "no known kind");
+    expectPiped(1, "cat /dev/zero", "- out.wav", "no known audio format");
+    expectPiped(1, "true", "- out.wav", "no known audio format");
     EXPECT_FALSE(std::filesystem::exists(path("out.wav")));
 }
 

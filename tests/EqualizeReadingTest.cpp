@@ -140,7 +140,7 @@ TEST_F(EqualizeReading, PutsEachChannelOnItsSpeakerInEveryFormat) {
     shell("ffmpeg -v error -y -f lavfi -i aevalsrc='0|0|0:c=2.1:d=1' -bitexact low.wav");
     shell("ffmpeg -v quiet -i low.wav low.flac");
     for (const char* const name : {"low.wav", "low.flac"})
-        expectFailure(1, std::string(name) + " out.ogg", "has no place for the speakers");
+        expectFailure(1, std::string(name) + " out.ogg", "cannot hold the speakers");
 }
 
 TEST_F(EqualizeReading, ReadsToTheEndOfTheFileIfTheHeaderHasNoLength) {
@@ -191,7 +191,7 @@ TEST_F(EqualizeReading, ReadsAnAuFileWithMoreThanTwoGiB) {
     folder.write("long.au", header);
     const std::pair<std::uint64_t, const char*> rows[] = {
         {0xA0000000, "channel 1 has a sample that is not a number at 0:00.000"},
-        {0xA0000008, "with other data after it"},
+        {0xA0000008, "and other data after it"},
         {0x9FFFFFF8, "the file ends early"},
     };
     for (const auto& [size, message] : rows) {
@@ -229,12 +229,12 @@ TEST_F(EqualizeReading, RefusesFilesThatItCannotReadOrWriteCompletely) {
     constexpr int W64 = SF_FORMAT_W64 | SF_FORMAT_PCM_16;
     constexpr std::int64_t MostForWav = (std::int64_t{1} << 32) / 4;
     writeSilence("sds.w64", W64, 1, (1 << 21));
-    expectFailure(1, "sds.w64 out.sds", "has 2097152 frames, and this kind of file can hold 2097151");
+    expectFailure(1, "sds.w64 out.sds", "has 2097152 frames, and this file format can hold only 2097151");
     writeSilence("long.w64", W64, 2, MostForWav);
     for (const char* const place : {"out.wav", "out.aiff", "out.au", "out.voc"}) {
         const Outcome outcome = run(std::string("long.w64 ") + place, "ulimit -t 2;");
         EXPECT_EQ(outcome.exitCode, 1) << outcome.said;
-        EXPECT_NE(outcome.said.find("longer than this kind of file can hold"), std::string::npos) << outcome.said;
+        EXPECT_NE(outcome.said.find("too long for this file format"), std::string::npos) << outcome.said;
         EXPECT_EQ(contents(place), "old");
     }
 }
@@ -246,7 +246,7 @@ TEST_F(EqualizeReading, ReportsChannelAndTimeOfASampleThatIsNotFinite) {
         writeSound("in.wav", sound);
         folder.write("out.wav", "old");
         expectFailure(1, "in.wav out.wav",
-                      std::string("channel 2 has a sample that is ") + what + " at 1:01.001; --replace-nan");
+                      std::string("channel 2 has a sample that is ") + what + " at 1:01.001; use --replace-nan");
         const std::string said = equalize("--replace-nan");
         EXPECT_NE(said.find("1 sample was not a number or infinite, and 0 was put in place"), std::string::npos)
             << said;

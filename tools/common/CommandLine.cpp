@@ -13,7 +13,7 @@ namespace {
 constexpr std::size_t LineLength = 80;
 constexpr std::size_t DescriptionColumn = 26;
 
-/// Puts a name and its description side by side, and breaks the description between words.
+/// Formats the help: the name of an option on the left, and its description on the right, wrapped between words.
 class HelpFormatter : public CLI::Formatter {
 public:
     explicit HelpFormatter(std::string usage) : m_usage(std::move(usage)) { label("Positionals", "Arguments"); }
@@ -45,7 +45,7 @@ std::string refuseEmpty(std::string& value) {
     return value.empty() ? "the value is empty" : "";
 }
 
-/// The parser would take the next argument as the value of "--name=".
+/// Throws UsageError for an option `--name=` without a value. The parser would use the next argument as the value.
 void refuseMissingValues(int argumentCount, char** arguments) {
     for (int index = 1; index < argumentCount; ++index) {
         const std::string_view argument = arguments[index];
@@ -63,7 +63,7 @@ void parseCommandLine(CLI::App& app, const std::string& usage, int argumentCount
     app.set_version_flag("--version", app.get_name() + " " EQ_VERSION, "show the version");
     for (CLI::Option* const option : app.get_options()) {
         if (option->get_items_expected_max() == 0) continue;
-        // Without a description, since help shows the descriptions of checks.
+        // The check has no description, because the help would show the description.
         option->check(CLI::Validator(refuseEmpty, ""));
         if (option->get_items_expected_max() == 1) option->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     }

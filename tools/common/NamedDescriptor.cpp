@@ -12,7 +12,7 @@ namespace eq {
 std::optional<int> descriptorNamedBy(std::filesystem::path place) {
     constexpr int MostLinks = 40;
     std::error_code error;
-    // Each entry of that folder is a link.
+    // Each entry of /proc/self/fd is a link. A path that is not a link therefore names no descriptor.
     if (!std::filesystem::is_symlink(place, error)) return std::nullopt;
     const std::filesystem::path own = std::filesystem::canonical("/proc/self/fd", error);
     if (error) return std::nullopt;
@@ -23,7 +23,7 @@ std::optional<int> descriptorNamedBy(std::filesystem::path place) {
         if (parent == own) return parseIndex(place.filename().string());
         const std::filesystem::path target = std::filesystem::read_symlink(place, error);
         if (error) return std::nullopt;
-        place = parent / target; // an absolute target replaces the folder
+        place = parent / target; // an absolute target replaces `parent`
     }
     return std::nullopt;
 }

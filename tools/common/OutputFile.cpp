@@ -21,7 +21,7 @@
 namespace eq {
 namespace {
 
-/// The head of the list of all temporary files. Only the holder of `listInUse` may read or change the list.
+/// The head of the list of all temporary files. Only the thread that holds `listInUse` may read or change the list.
 OutputFile* firstTemporary = nullptr;
 std::atomic_flag listInUse;
 
@@ -29,8 +29,8 @@ void takeList() {
     while (listInUse.test_and_set(std::memory_order_acquire)) sched_yield();
 }
 
-/// Gives its owner the list of temporary files. No signal is delivered to the owner's thread, and a handler in another
-/// thread waits for the owner: a file and its entry in the list change together.
+/// Holds the list of temporary files for one thread. Meanwhile this thread receives no signal, and a signal handler in
+/// another thread waits. A signal handler therefore never sees a temporary file without its entry in the list.
 class TemporaryListLock {
 public:
     TemporaryListLock() {
@@ -50,7 +50,8 @@ private:
     sigset_t m_before;
 };
 
-/// The rights that new files do not get. Read before any thread exists, because reading changes it for a moment.
+/// The permissions that new files do not get. `umask` returns the old mask only when it sets a new one, so the mask is
+/// read before any other thread exists.
 const mode_t CreationMask = [] {
     const mode_t mask = umask(0);
     umask(mask);
@@ -66,18 +67,21 @@ void writeAll(int descriptor, std::string_view contents, const std::string& name
     }
 }
 
-/// Renames without replacing. Some file systems have no such renaming, and others have no second names.
+/// Renames a file, but never replaces another file. Returns false and sets `errno` on failure. Some file systems do not
+/// support RENAME_NOREPLACE, and others do not support hard links, so the function tries both.
 bool renameToNewName(const char* from, const char* to) {
     if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) return true;
     if (errno != EINVAL && errno != ENOSYS) return false;
     return link(from, to) == 0 && unlink(from) == 0;
 }
 
-/// What a new file would get, or what the file has that is replaced.
+/// Returns the permissions of the file at `place`, and sets the owner of that file on `descriptor`. If there is no
+/// file, returns the permissions of a new file.
 mode_t permissionsFor(const std::string& place, int descriptor) {
     struct stat replaced = {};
     if (stat(place.c_str(), &replaced) == 0) {
-        // Only root may give files away. For all others the file is theirs, as any new one.
+        // Usually only root may change the owner. If the file keeps another owner, it must not get the set-user-ID and
+        // set-group-ID bits.
         if (fchown(descriptor, replaced.st_uid, replaced.st_gid) != 0) return replaced.st_mode & 0777;
         return replaced.st_mode & 07777;
     }
@@ -92,13 +96,14 @@ OutputFile::OutputFile(const std::filesystem::path& place, Replacing replacing)
     const bool exists = stat(place.c_str(), &existing) == 0;
     if (exists && S_ISDIR(existing.st_mode)) throw systemError(place.string(), EISDIR);
     if (isStream(place)) {
-        // Streams cannot go back to write a header, so the contents wait in a temporary file.
+        // A writer may seek back, for example to complete a header, and a stream cannot seek. The contents wait in a
+        // temporary file.
         m_descriptor = openSpoolFile();
         return;
     }
     if (exists && replacing == Replacing::Refused) throw systemError(place.string(), EEXIST);
     m_place = behindLinks(place);
-    // A file that may not be written is not replaced either, though its folder would allow it.
+    // Do not replace a file without write permission, even if the permissions of its folder would allow it.
     if (exists && access(m_place.c_str(), W_OK) != 0) throw systemError(place.string(), errno);
     openTemporary();
 }
@@ -143,7 +148,7 @@ void OutputFile::copyIntoPlace() {
     off_t position = 0;
     for (;;) {
         const ssize_t count = pread(m_descriptor.get(), buffer.data(), buffer.size(), position);
-        if (count < 0) throw systemError("a temporary file", errno);
+        if (count < 0) throw systemError("a temporary file cannot be read", errno);
         if (count == 0) break;
         writeAll(target.get(), {buffer.data(), static_cast<std::size_t>(count)}, m_place.string());
         position += count;
@@ -165,8 +170,8 @@ void OutputFile::leaveList() {
     m_temporary.clear();
 }
 
-// Calls only functions that a signal handler may call. The list stays in use, so that no other thread makes a file
-// before the process ends, and a second signal does not end it earlier.
+// Calls only functions that a signal handler may call. Never releases the list: no other thread can create a file
+// before the process ends, and a second signal cannot end the process before all files are removed.
 void OutputFile::removeAllAndEnd(int signal) {
     takeList();
     for (const OutputFile* file = firstTemporary; file != nullptr; file = file->m_next)
@@ -179,14 +184,14 @@ void OutputFile::write(const std::filesystem::path& place, std::string_view cont
     OutputFile file(place, replacing);
     file.write(contents);
     file.commit();
-} // NOLINT(clang-analyzer-core.StackAddressEscape): the destructor takes the file off the list
+} // NOLINT(clang-analyzer-core.StackAddressEscape): the destructor removes the file from the list
 
 std::filesystem::path behindLinks(std::filesystem::path place) {
     constexpr int MostLinks = 40;
     std::error_code ignored;
     for (int link = 0; link < MostLinks && std::filesystem::is_symlink(place, ignored); ++link) {
         const std::filesystem::path target = std::filesystem::read_symlink(place, ignored);
-        // An absolute target replaces the folder.
+        // An absolute target replaces the folder of `place`.
         place = place.parent_path() / target;
     }
     return place;
@@ -195,7 +200,7 @@ std::filesystem::path behindLinks(std::filesystem::path place) {
 void holdStandardStreams() {
     for (int number = STDIN_FILENO; number <= STDERR_FILENO; ++number) {
         if (fcntl(number, F_GETFD) != -1) continue;
-        // The lowest free number is this one.
+        // `open` returns the lowest free number, which is `number`.
         static_cast<void>(open("/dev/null", number == STDIN_FILENO ? O_WRONLY : O_RDONLY));
     }
 }
@@ -210,7 +215,8 @@ void removeTemporariesOnSignals() {
     for (int signal = 1; signal <= SIGRTMAX; ++signal) {
         if (std::ranges::find(Harmless, signal) != Harmless.end()) continue;
         struct sigaction before = {};
-        // A process started to outlive its terminal goes on, and what watches for crashes keeps its handlers.
+        // Replace only default actions. `nohup` ignores a signal so that the process continues without its terminal,
+        // and a crash reporter has its own handlers.
         if (sigaction(signal, nullptr, &before) == 0 && before.sa_handler == SIG_DFL)
             sigaction(signal, &action, nullptr);
     }

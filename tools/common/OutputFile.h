@@ -10,36 +10,40 @@ namespace eq {
 
 enum class Replacing {
     Allowed,
-    Refused, ///< also of a file that appears while the new one is written
+    Refused, ///< not even a file that appears during the write is replaced
 };
 
-/// A file that takes its place only when it is complete. Until `commit` it is a temporary file in the folder of its
-/// place, and it goes away with the object, or with a signal that ends the process. Threads may have several.
+/// A file that appears at its place only when it is complete. Until `commit`, it is a temporary file in the same
+/// folder. The destructor removes the temporary file. A signal that ends the process removes it, too, after a call of
+/// `removeTemporariesOnSignals`. Several threads may use different objects at the same time.
 ///
-/// A symbolic link stays, and what it points to is replaced. In the place of something that is no file, such as a
-/// pipe, a device or standard output, nothing is replaced: the complete contents are copied into it.
+/// A symbolic link stays, and the file to which it points is replaced. A place for which `isStream` returns true, such
+/// as a pipe, a device or standard output, is not replaced: `commit` copies the complete contents into it.
 class OutputFile {
 public:
-    /// Throws FileError.
+    /// Creates the temporary file. Throws FileError if the place cannot be written, or if it has a file and `replacing`
+    /// is `Refused`.
     explicit OutputFile(const std::filesystem::path& place, Replacing replacing = Replacing::Allowed);
     ~OutputFile();
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
 
-    /// Open for reading and writing.
+    /// Returns the descriptor of the temporary file, which is open for reading and writing. The object owns the
+    /// descriptor.
     [[nodiscard]] int descriptor() const { return m_descriptor.get(); }
 
+    /// Writes bytes at the current position of the descriptor. Throws FileError.
     void write(std::string_view contents);
 
-    /// Brings the contents to the disk and puts the file into its place. Throws FileError, and then what was in the
-    /// place is still there.
+    /// Flushes the contents to the disk and moves the file to its place. Throws FileError; an existing file at the
+    /// place then stays unchanged.
     void commit();
 
-    /// Writes a whole text file.
+    /// Writes a complete file with these contents. Throws FileError.
     static void write(const std::filesystem::path& place, std::string_view contents,
                       Replacing replacing = Replacing::Allowed);
 
-    /// The handler of signals that end the process.
+    /// Signal handler: removes all temporary files, then ends the process by the same signal.
     static void removeAllAndEnd(int signal);
 
 private:
@@ -49,21 +53,23 @@ private:
     void leaveList();
 
     std::filesystem::path m_place;
-    std::string m_temporary; ///< empty if the contents are to be copied, and after the end
+    std::string m_temporary; ///< its name; empty for a stream, and after `commit`
     FileDescriptor m_descriptor;
-    OutputFile* m_next = nullptr; ///< in the list of the files with a temporary name
+    OutputFile* m_next = nullptr; ///< the next entry in the list of temporary files
     Replacing m_replacing;
 };
 
-/// Returns the file that a chain of symbolic links names. The file need not exist.
+/// Follows a chain of symbolic links and returns the path at its end. That path need not exist.
 [[nodiscard]] std::filesystem::path behindLinks(std::filesystem::path place);
 
-/// Opens each closed standard stream, so that no file takes its number and receives messages. Reading from and writing
-/// to such a stream fails. To be called once, at the start.
+/// Opens each standard stream that is closed. Otherwise the next opened file would get the number of that stream, and
+/// would receive messages. Such a stream can be neither read nor written. Call this function once, at the start of the
+/// process.
 void holdStandardStreams();
 
-/// Lets every signal that ends the process and can be caught remove the temporary files first, and turns writing into a
-/// closed pipe or beyond a size limit into an error. To be called once, at the start.
+/// Installs a handler that removes the temporary files before a signal ends the process. Ignores SIGPIPE and SIGXFSZ,
+/// so that a write into a closed pipe or beyond a size limit returns an error. Call this function once, at the start of
+/// the process.
 void removeTemporariesOnSignals();
 
 } // namespace eq

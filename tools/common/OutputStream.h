@@ -6,12 +6,12 @@
 
 namespace eq {
 
-/// Returns whether a place receives bytes and is never replaced: a descriptor such as standard output, whatever it
-/// refers to, a pipe, or a device.
+/// Returns true for a place that receives bytes and is never replaced: a pipe, a device, or a path that names a
+/// descriptor of this process, such as /dev/stdout. The descriptor may also refer to a file.
 [[nodiscard]] bool isStream(const std::filesystem::path& place);
 
-/// Opens such a place for writing. The position and the mode of a descriptor stay, such as that of `>>`. Throws
-/// FileError.
+/// Opens a place for writing if `isStream` returns true for it. A descriptor keeps its position and its mode, for
+/// example the append mode of `>>`. Throws FileError.
 [[nodiscard]] FileDescriptor openStream(const std::filesystem::path& place);
 
 } // namespace eq

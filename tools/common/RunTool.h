@@ -13,10 +13,10 @@
 namespace eq {
 
 inline constexpr int ExitFailure = 1; ///< bad input, or output that cannot be written
-inline constexpr int ExitUsage = 2;   ///< the command was given wrongly
+inline constexpr int ExitUsage = 2;   ///< an error in the command line
 
-/// Runs a command line tool's work, which gives its exit code. What it throws becomes a message on standard error, in
-/// the tool's name, and the exit code that fits.
+/// Calls `command`, which does the work of a command-line tool, and returns its exit code. If `command` throws, prints
+/// the message on standard error, after the tool's name, and returns ExitUsage or ExitFailure.
 template <typename Command>
 int runTool(const char* name, const Command& command) {
     const auto fail = [name](const char* message, int exitCode) {

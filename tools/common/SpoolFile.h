@@ -6,10 +6,11 @@
 
 namespace eq {
 
-/// The folder for temporary files: TMPDIR, or else /tmp.
+/// Returns the folder for temporary files: TMPDIR, or /tmp if TMPDIR is unset or empty.
 [[nodiscard]] std::string spoolFolder();
 
-/// Opens a file without a name in that folder, for reading and writing. Throws FileError.
+/// Opens a file without a name in `spoolFolder()`, for reading and writing. The system deletes the file when it is
+/// closed. Throws FileError.
 [[nodiscard]] FileDescriptor openSpoolFile();
 
 } // namespace eq

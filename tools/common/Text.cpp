@@ -47,7 +47,7 @@ NormalisedSetting parseSetting(std::string_view description, int parameterCount)
 }
 
 std::string fixed(double value, int decimals) {
-    // Long enough for the largest double.
+    // The largest double has 309 digits before the point.
     std::array<char, 400> text;
     const auto result =
         std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed, decimals);

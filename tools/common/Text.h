@@ -6,22 +6,22 @@
 #include <string>
 #include <string_view>
 
-/// Numbers and settings in text, the same in every locale.
+/// Functions that read and write numbers and settings as text. The results do not depend on the locale.
 namespace eq {
 
-/// Returns `text` without the blanks at its ends. Control characters other than tab and line end are no blanks.
+/// Returns `text` without spaces, tabs and line ends at its beginning and its end. Other control characters stay.
 [[nodiscard]] std::string_view trimmed(std::string_view text);
 
-/// Returns `text` in the quotes of a message.
+/// Returns `text` in single quotes, as messages show it.
 [[nodiscard]] std::string quoted(std::string_view text);
 
-/// The whole number, without a sign, that `text` is as a whole.
+/// Returns the whole number in `text`. Returns nothing for any other text, such as one with a sign or a space.
 [[nodiscard]] std::optional<int> parseIndex(std::string_view text);
 
-/// Returns the index of a parameter; nothing if there is no such parameter.
+/// Returns the parameter index in `text`, from 0 to `parameterCount` - 1. Returns nothing for any other text.
 [[nodiscard]] std::optional<int> parseParameterIndex(std::string_view text, int parameterCount);
 
-/// Returns a number from 0 to 1. Throws UsageError, which begins with `what`.
+/// Returns the number in `text`, from 0 to 1. Throws UsageError for any other text. The message begins with `what`.
 [[nodiscard]] double parseNormalised(std::string_view what, std::string_view text);
 
 /// A parameter and its normalised value.
@@ -30,16 +30,16 @@ struct NormalisedSetting {
     double p;
 };
 
-/// Returns the setting of an option `--set INDEX=P`. Throws UsageError.
+/// Returns the setting in the value of an option `--set INDEX=P`. Throws UsageError.
 [[nodiscard]] NormalisedSetting parseSetting(std::string_view description, int parameterCount);
 
-/// `value` with a fixed number of decimals.
+/// Returns `value` with `decimals` digits after the point.
 [[nodiscard]] std::string fixed(double value, int decimals);
 
-/// As `fixed`, with a sign before positive numbers, too, but none before zero.
+/// Returns the text of `fixed` with the sign + or -. A value that is rounded to zero has no sign.
 [[nodiscard]] std::string fixedWithSign(double value, int decimals);
 
-/// The shortest text that `parseNumber` reads back as `value`.
+/// Returns the shortest text that `parseNumber` reads back as exactly `value`.
 [[nodiscard]] std::string shortest(double value);
 
 } // namespace eq

@@ -7,8 +7,10 @@
 namespace eq {
 namespace {
 
-// A page: "OggS", version, flags, position of 8 bytes, serial number, sequence number and checksum of 4 bytes each, the
-// number of segments, and a size of one byte for each segment.
+// The header of an Ogg page, with the sizes in bytes:
+//
+//     "OggS" | version | flags | position | serial number | sequence number | checksum | segments | their sizes
+//       4    |    1    |   1   |    8     |       4       |        4        |    4     |    1     |   1 each
 constexpr std::size_t FixedHeader = 27;
 constexpr unsigned BeginOfStream = 2;
 
@@ -39,7 +41,7 @@ void OggPageWatch::add(std::string_view bytes) {
 void OggPageWatch::takeHeader() {
     BinaryReader page(m_header.data(), m_header.size());
     if (page.readBytes(4) != "OggS") {
-        m_isOver = true; // libsndfile finds the next page, or the sound ends here
+        m_isOver = true; // not a page: libsndfile finds the next page, or the sound ends here
         return;
     }
     page.skip(1);
@@ -59,7 +61,8 @@ std::string OggPageWatch::fault() const {
 }
 
 std::string OggPageWatch::severalStreams(std::uint64_t position) {
-    return "several Ogg streams one after the other, of which only the first could be read: divide the file at byte " +
+    return "the file has several Ogg streams one after the other, and only the first can be read; divide the file at "
+           "byte " +
            std::to_string(position);
 }
 

@@ -8,13 +8,15 @@
 namespace eq {
 namespace {
 
-// A page: "OggS", version, flags, position of 8 bytes, serial number, sequence number and checksum of 4 bytes each, the
-// number of segments, and a size of one byte for each segment.
+// The header of an Ogg page, with the sizes in bytes:
+//
+//     "OggS" | version | flags | position | serial number | sequence number | checksum | segments | their sizes
+//       4    |    1    |   1   |    8     |       4       |        4        |    4     |    1     |   1 each
 constexpr std::size_t SequencePosition = 18;
 constexpr std::size_t ChecksumPosition = 22;
 constexpr std::size_t FixedHeader = 27;
 
-/// Returns the size of the first page, or 0 if it is not complete.
+/// Returns the size of the first page in bytes, or 0 if the page is not complete.
 std::size_t sizeOfPage(std::string_view bytes) {
     if (bytes.size() < FixedHeader) return 0;
     const std::size_t segments = static_cast<unsigned char>(bytes[FixedHeader - 1]);
@@ -24,7 +26,8 @@ std::size_t sizeOfPage(std::string_view bytes) {
     return size <= bytes.size() ? size : 0;
 }
 
-/// RFC 3533, 6: the polynomial 0x04C11DB7, without reflection, over the page with a checksum of zero.
+/// Returns the checksum of a page whose checksum field is zero: a CRC with the polynomial 0x04C11DB7, without
+/// reflection (S. Pfeiffer, The Ogg Encapsulation Format, RFC 3533, 2003, section 6).
 std::uint32_t checksumOf(std::string_view page) {
     constexpr std::uint32_t Polynomial = 0x04C11DB7;
     std::uint32_t checksum = 0;

@@ -6,22 +6,24 @@
 
 namespace eq {
 
-/// Renumbers the pages of an Ogg stream, whose header has become longer or shorter by some pages.
+/// Renumbers the pages after the header of an Ogg stream if the header has become longer or shorter by some pages.
 class OggPages {
 public:
-    /// Returns the number of pages.
+    /// Returns the number of complete pages at the beginning of `pages`.
     [[nodiscard]] static std::uint32_t count(std::string_view pages);
 
+    /// `added` is the number of pages that the header has gained, modulo 2^32: if the header has lost one page, `added`
+    /// is 2^32 - 1.
     explicit OggPages(std::uint32_t added) : m_added(added) {}
 
-    /// Returns the pages that are complete with these bytes, with new numbers.
+    /// Adds the next bytes of the stream. Returns the pages that are now complete, with their new numbers.
     [[nodiscard]] std::string add(std::string_view bytes);
 
 private:
     void renumber(std::string& page) const;
 
-    std::uint32_t m_added; ///< modulo 2^32
-    std::string m_waiting;
+    std::uint32_t m_added; ///< pages that the header has gained, modulo 2^32
+    std::string m_waiting; ///< the page that is not complete yet
 };
 
 } // namespace eq

@@ -11,7 +11,8 @@ namespace {
 
 constexpr std::size_t Kept = PipeSource::KeptBytes;
 
-/// Returns bytes of the head; the reader has fewer of them if the head ends.
+/// Returns a reader of `count` bytes at `position` in the kept bytes of the pipe. The reader has fewer bytes if the
+/// kept bytes end earlier. Throws EndOfData if the position is beyond the kept bytes.
 BinaryReader headAt(PipeSource& source, std::uint64_t position, std::size_t count, std::endian order) {
     if (position > Kept) throw EndOfData();
     const std::string_view head = source.head(static_cast<std::size_t>(position) + count);
@@ -19,7 +20,8 @@ BinaryReader headAt(PipeSource& source, std::uint64_t position, std::size_t coun
     return {bytes.data(), bytes.size(), order};
 }
 
-/// A sound of size 0 in a stream that ends soon is empty, or its size was never filled in: a file shows which.
+/// Returns true for a size of 0 in a stream that ends within the kept bytes. Either the sound is empty, or its size was
+/// never filled in. Reading a temporary copy as a file shows which of the two is true.
 bool isDoubtful(PipeSource& source, std::uint64_t size) {
     return size == 0 && source.head(Kept).size() < Kept;
 }
@@ -27,7 +29,8 @@ bool isDoubtful(PipeSource& source, std::uint64_t size) {
 PipeLayout layoutOfWav(PipeSource& source, std::endian order) {
     constexpr std::uint64_t OuterHeader = 12;
     constexpr std::uint64_t ChunkHeader = 8;
-    // Sample formats without blocks: integers, floats, A-law, u-law, and those of extensible WAV, which are the same.
+    // Formats that do not code their samples in blocks: integers (1), floats (3), A-law (6), u-law (7), and extensible
+    // WAV (0xFFFE), which contains the same formats.
     constexpr std::array<unsigned, 5> PlainFormats = {1, 3, 6, 7, 0xFFFE};
     PipeLayout layout;
     if (headAt(source, 8, 4, order).readBytes(4) != "WAVE") return layout;
@@ -61,7 +64,7 @@ PipeLayout layoutOfWav(PipeSource& source, std::endian order) {
 }
 
 PipeLayout layoutOfAu(PipeSource& source) {
-    // Bytes per sample of each encoding; 0 for those with blocks.
+    // The bytes per sample of each encoding; 0 for unknown encodings and for those that code their samples in blocks.
     constexpr std::array<std::uint64_t, 28> SampleBytes = {0, 1, 1, 2, 3, 4, 4, 8, 0, 0, 0, 0, 0, 0,
                                                            0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1};
     BinaryReader header = headAt(source, 4, 20, std::endian::big);
@@ -95,7 +98,8 @@ PipeLayout layoutOfFlac(PipeSource& source) {
     return layout;
 }
 
-/// The first page holds the first packet of the one stream, and the comments end in the kept bytes.
+/// Returns a layout for reading in order if there is one stream, of Vorbis or Opus, and its comments end within the
+/// kept bytes.
 PipeLayout layoutOfOgg(PipeSource& source) {
     constexpr std::size_t FixedHeader = 27;
     constexpr unsigned BeginOfStream = 2;
@@ -125,7 +129,9 @@ PipeLayout layoutOfOgg(PipeSource& source) {
     return layout;
 }
 
-/// Tags of ID3v2, and frames: 11 bits that are 1, version, layer, protection, bitrate, rate and others.
+/// Skips ID3v2 tags. Returns a layout for reading in order if an MPEG frame follows.
+///
+///     frame header, in bits: 11 that are 1 | version (2) | layer (2) | protection (1) | bitrate (4) | rate (2) | ...
 PipeLayout layoutOfMpeg(PipeSource& source) {
     PipeLayout layout;
     std::uint64_t position = 0;
@@ -159,7 +165,8 @@ PipeLayout layoutOf(PipeSource& source) {
         if (kind == "OggS") return layoutOfOgg(source);
         if (kind.starts_with("ID3") || kind.starts_with('\xFF')) return layoutOfMpeg(source);
     } catch (const EndOfData&) {
-        // The file route finds the reason.
+        // The header is longer than the kept bytes, or it is cut off. Reading a temporary copy as a file finds the
+        // reason.
     }
     return {};
 }

@@ -36,7 +36,7 @@ void PipeSink::sendHeader(std::size_t size) {
         send(header);
         send(m_pages.add(rest));
     } catch (...) {
-        // libsndfile is on the stack.
+        // libsndfile calls this function, and an exception must not pass through libsndfile.
         m_failure = std::current_exception();
         m_error = ECANCELED;
     }
@@ -60,7 +60,7 @@ void PipeSink::append(std::string_view bytes) {
 sf_count_t PipeSink::write(std::string_view bytes) {
     const auto count = static_cast<sf_count_t>(bytes.size());
     if (m_position == 0 && !m_isHeaderSent) {
-        // libsndfile writes a header as a whole, and several times before the first sample.
+        // libsndfile writes the complete header several times before the first sample. Keep only the last one.
         m_header.clear();
         m_length = 0;
     }
@@ -87,7 +87,8 @@ void PipeSink::finish(std::string_view trailer) {
 void PipeSink::requireSuccess() const {
     if (m_failure) std::rethrow_exception(m_failure);
     if (m_error == EPIPE)
-        throw FileError(m_name + ": the program that reads the sound has ended before the sound (broken pipe)");
+        throw FileError(m_name +
+                        ": the program that reads the output ended before it had read the whole sound (broken pipe)");
     if (m_error != 0) throw systemError(m_name, m_error);
 }
 

@@ -12,29 +12,30 @@
 
 namespace eq {
 
-/// A stream into which libsndfile writes a sound in order. The header waits until the first sound comes, so that it can
-/// still be completed; after that nothing goes back: the sizes that libsndfile writes into the header at the end are
-/// dropped.
+/// Sends the bytes of a sound from libsndfile to a pipe or another stream. The header waits until the first samples
+/// come, so that tags can be added to it. At the end, libsndfile seeks back and writes the sizes into the header. The
+/// object drops these bytes, because a stream cannot seek.
 class PipeSink {
 public:
-    /// Returns the header that is sent in place of libsndfile's. Called once. Exceptions are thrown by
-    /// `requireSuccess`.
+    /// Returns the header to send in place of libsndfile's `header`. Called at most once. `requireSuccess` throws its
+    /// exceptions.
     using CompleteHeader = std::function<std::string(std::string header)>;
 
     PipeSink(FileDescriptor stream, std::string name, int format, CompleteHeader complete);
 
-    /// Returns the functions for `sf_open_virtual`, whose data is the object.
+    /// Returns the functions for `sf_open_virtual`. Their data pointer is the PipeSink.
     [[nodiscard]] static SF_VIRTUAL_IO functions();
 
-    /// Until then nothing is sent. To be called before the first samples are written.
+    /// Allows the object to send the header. Call this function before the first samples are written.
     void beginSound() { m_hasSound = true; }
-    /// To be called before libsndfile closes the file: what it would add to a sound without blocks is no sound.
+    /// Drops all later bytes of a plain format (`isPlain`): libsndfile adds bytes that are not sound when it closes the
+    /// file. Call this function before libsndfile closes the file.
     void endSound();
-    /// Sends a header without sound if there was none, and `trailer`. To be called after libsndfile has closed the
-    /// file. Throws FileError.
+    /// Sends the header if no sound has come, sends `trailer`, and closes the stream. Call this function after
+    /// libsndfile has closed the file. Throws FileError.
     void finish(std::string_view trailer);
 
-    /// Throws FileError if not all could be written.
+    /// Throws FileError if bytes could not be written. If `CompleteHeader` threw an exception, throws this exception.
     void requireSuccess() const;
 
 private:
@@ -47,7 +48,7 @@ private:
     std::string m_name;
     int m_format;
     CompleteHeader m_complete;
-    std::string m_header; ///< what waits
+    std::string m_header; ///< the bytes that are not sent yet
     bool m_hasSound = false;
     bool m_isHeaderSent = false;
     bool m_isEnded = false;

@@ -1,6 +1,7 @@
 #include "tools/equalize/pipes/PipeSource.h"
 
 #include "tools/common/Errors.h"
+#include "tools/common/SpoolFile.h"
 #include "tools/equalize/pipes/Waiting.h"
 
 #include <algorithm>
@@ -91,7 +92,10 @@ void PipeSource::copyAll(int file) {
         while (!bytes.empty()) {
             const ssize_t done = ::write(file, bytes.data(), bytes.size());
             if (done < 0 && errno == EINTR) continue;
-            if (done < 0) throw systemError(m_name + ": its temporary copy", errno);
+            if (done < 0)
+                throw systemError(m_name + ": cannot be copied into a temporary file in " + spoolFolder() +
+                                      " (TMPDIR selects another folder)",
+                                  errno);
             bytes.remove_prefix(static_cast<std::size_t>(done));
         }
     };
@@ -104,7 +108,7 @@ void PipeSource::copyAll(int file) {
 void PipeSource::requireSuccess() const {
     if (m_error != 0) throw systemError(m_name, m_error);
     if (m_hasGoneBackTooFar)
-        throw FileError(m_name + ": its format is read in steps back, which a pipe does not allow; save it first");
+        throw FileError(m_name + ": a pipe cannot be read backwards, as its format requires; save it in a file first");
     if (m_isOgg && m_isOver && !m_ogg.fault().empty()) throw FileError(m_name + ": " + m_ogg.fault());
 }
 

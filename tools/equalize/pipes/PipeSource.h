@@ -13,8 +13,8 @@
 
 namespace eq {
 
-/// The bytes of a pipe, which libsndfile reads like a file. The first megabyte is kept for the steps back of a parser;
-/// a step forward takes place when bytes after it are read.
+/// Lets libsndfile read a pipe like a file. The object keeps the first megabyte, so that a parser can seek back within
+/// it. A forward seek only changes the position: the next read skips the bytes in between.
 ///
 ///     | kept, any position | ... gone ... | next byte of the pipe
 class PipeSource {
@@ -25,34 +25,37 @@ public:
 
     [[nodiscard]] const std::string& name() const { return m_name; }
 
-    /// Returns the first `count` bytes, and fewer only if the pipe ends or `KeptBytes` is smaller. Only for use before
-    /// other bytes are read. Throws FileError.
+    /// Returns the first `count` bytes, or fewer if the pipe ends or if `count` exceeds `KeptBytes`. Call this function
+    /// only before bytes after the kept ones are read. Throws FileError.
     [[nodiscard]] std::string_view head(std::size_t count);
     /// Returns the kept bytes that have been read so far.
     [[nodiscard]] const std::string& kept() const { return m_kept; }
-    /// Replaces kept bytes.
+    /// Replaces the kept bytes at `position`, so that a parser reads other values.
     void correct(std::uint64_t position, std::string_view bytes);
 
-    /// Until `endParsing`, every read at or beyond this position is a read at the end of the file: a parser that looks
-    /// for chunks after the sound finds none, and the sound stays in the pipe.
+    /// Makes the pipe appear to end at the position `end`, in bytes, until `endParsing` is called. A parser then finds
+    /// no chunks after the sound, and leaves the sound in the pipe. The initial limit is `KeptBytes`.
     void limitParsing(std::uint64_t end) { m_end = end; }
     void endParsing() { m_end = std::numeric_limits<std::uint64_t>::max(); }
-    /// Checks the pages of an Ogg stream. To be called before more than the head is read.
+    /// Starts a check of the pages of an Ogg stream. Call this function before bytes after the kept ones are read.
     void watchOgg();
 
-    /// Returns the functions for `sf_open_virtual`, whose data is the object. The length of the file is `Length`.
+    /// Returns the functions for `sf_open_virtual`. Their data pointer is the PipeSource. They report `Length` as the
+    /// length of the file, because the length of a pipe is not known.
     [[nodiscard]] static SF_VIRTUAL_IO functions();
     static constexpr sf_count_t Length = sf_count_t{1} << 62;
 
     void seek(std::uint64_t position) { m_position = position; }
-    /// Reads at the position, and fewer bytes than `count` only at the end. Errors are thrown by `requireSuccess`.
+    /// Reads bytes at the current position. Returns their number, which is smaller than `count` only at the end or
+    /// after an error. `requireSuccess` throws the error.
     std::size_t read(char* bytes, std::size_t count);
-    /// Reads and drops the rest of the pipe, so that the program that writes it can finish.
+    /// Reads and drops the rest of the pipe, so that the program that writes into the pipe can finish.
     void drain();
-    /// Writes all bytes from the first to the last into a file. Throws FileError.
+    /// Writes all bytes of the pipe, from the first to the last, into the descriptor `file`. Throws FileError.
     void copyAll(int file);
 
-    /// Throws FileError if the pipe could not be read, or a parser went back too far, or the Ogg stream has a fault.
+    /// Throws FileError if the pipe could not be read, if bytes were requested that are no longer kept, or if the Ogg
+    /// stream has a fault.
     void requireSuccess() const;
 
 private:

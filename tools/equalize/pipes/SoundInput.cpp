@@ -17,7 +17,8 @@
 namespace eq {
 namespace {
 
-/// ID3v2, or the header of an MPEG frame. libsndfile must not read MPEG from a pipe: it reads beyond its own buffer.
+/// Returns whether the bytes begin with an ID3v2 tag or the header of an MPEG frame. libsndfile must not read MPEG from
+/// a pipe, because libsndfile then reads beyond its own buffer.
 bool mayBeMpeg(std::string_view head) {
     return head.starts_with("ID3") ||
            (head.size() >= 2 && head[0] == '\xFF' && (static_cast<unsigned char>(head[1]) & 0xE0U) == 0xE0U);
@@ -32,7 +33,7 @@ SoundInput::SoundInput(std::string place) : m_name(std::move(place)), m_path(m_n
     if (result != 0) throw systemError(m_name, errno);
     if (S_ISDIR(file.st_mode)) throw systemError(m_name, EISDIR);
     if (!number && access(m_name.c_str(), R_OK) != 0) throw systemError(m_name, errno);
-    // A file that is open already may have been read in part.
+    // A path such as /dev/stdin may name a file that was already read in part. Such a file is treated as a pipe.
     if (S_ISREG(file.st_mode) && (!number || lseek(*number, 0, SEEK_CUR) == 0)) return;
     FileDescriptor pipe(number ? fcntl(*number, F_DUPFD_CLOEXEC, 0) : open(m_name.c_str(), O_RDONLY | O_CLOEXEC));
     if (!pipe) throw systemError(m_name, errno);
@@ -43,7 +44,8 @@ SoundInput::SoundInput(std::string place) : m_name(std::move(place)), m_path(m_n
     spool("its format is not read in order");
 }
 
-/// An endless stream of something else would fill the disk.
+/// Throws FileError if libsndfile does not recognize the format of a long pipe. The temporary copy of an endless stream
+/// without sound would fill the disk.
 void SoundInput::requireKnownFormat() {
     const std::string_view head = m_pipe->head(PipeSource::KeptBytes);
     if (head.size() < PipeSource::KeptBytes || mayBeMpeg(head)) return;
@@ -52,7 +54,7 @@ void SoundInput::requireKnownFormat() {
     const auto lock = lockSoundFileOpening();
     SNDFILE* const file = sf_open_virtual(&functions, SFM_READ, &info, m_pipe.get());
     if (file == nullptr && sf_error(nullptr) == SF_ERR_UNRECOGNISED_FORMAT)
-        throw FileError(m_name + ": not a readable audio file: the contents are of no known kind of audio file");
+        throw FileError(m_name + ": not a readable audio file: the contents have no known audio format");
     sf_close(file);
 }
 

@@ -30,8 +30,8 @@ std::endian orderOf(std::string_view header) {
     return header.starts_with("RIFX") || header.starts_with(".snd") ? std::endian::big : std::endian::little;
 }
 
-/// Calls `visit` with the identifier and the position of the contents of each chunk, to the sound. Returns the position
-/// of the sound.
+/// Calls `visit` for each chunk up to the sound, with the chunk's identifier and the position of its contents. Returns
+/// the position of the sound. Throws EndOfData if the header is not complete.
 template <typename Visit>
 std::size_t walkChunks(std::string_view bytes, Visit visit) {
     constexpr std::size_t OuterHeader = 12;
@@ -58,7 +58,8 @@ std::size_t sizeOfFlacHeader(std::string_view bytes) {
     }
 }
 
-/// Vorbis has three packets in front of the sound, and Opus two. Sound begins on a page of its own.
+/// Returns the size in bytes of the pages with the first `headerPackets` packets: three in Vorbis, two in Opus. The
+/// sound begins on a new page. Throws EndOfData if the header is not complete.
 std::size_t sizeOfOggHeader(std::string_view bytes, int headerPackets) {
     constexpr std::size_t BeforeSegments = 26;
     BinaryReader reader(bytes.data(), bytes.size());
@@ -74,8 +75,10 @@ std::size_t sizeOfOggHeader(std::string_view bytes, int headerPackets) {
     return reader.offset();
 }
 
-/// The header of an MPEG frame: 11 bits that are 1, version (2), layer (2), protection (1), bitrate (4), rate (2),
-/// padding (1), private (1), mode (2), and others.
+/// The properties of an MPEG frame. `size` is in bytes, and 0 if the header is not valid.
+///
+///     header, in bits: 11 that are 1 | version (2) | layer (2) | protection (1) | bitrate (4) | rate (2) |
+///                      padding (1) | private (1) | mode (2) | ...
 struct MpegFrame {
     bool isVersion1;
     bool isMono;
@@ -100,15 +103,18 @@ MpegFrame frameOf(std::string_view bytes) {
     return {isVersion1, (header >> 6U & 3U) == 3, (isVersion1 ? 144U : 72U) * bits / hertz + padding};
 }
 
-/// Makes the empty frame in front of the sound one that says how many samples the coder has added: "Info", flags,
-/// number of frames or of bytes, the coder's name in nine bytes, twelve bytes of others, 12 bits each for both ends.
+/// Fills in the empty MPEG frame in front of the sound. The frame then states the length and how many samples the
+/// encoder has added at the start and at the end. Without `frames`, the length is open.
+///
+///     "Info" | flags | number of frames or of bytes | encoder's name | other fields | samples added at start, at end
+///       4    |   4   |              4               |       9        |      12      |        12 bits each
 void setMpegLength(std::string& frame, std::optional<sf_count_t> frames) {
     constexpr sf_count_t Delay = 576;
     constexpr sf_count_t LeastPadding = 576;
     constexpr std::uint32_t HasFrames = 1;
     constexpr std::uint32_t HasBytes = 2;
     constexpr std::size_t FrameHeader = 4;
-    // At the lowest rates a frame has no place, and the first one is sound.
+    // At the lowest bitrates, a frame is too small for these fields, and the first frame already contains sound.
     if (frame.size() < FrameHeader || frame.find_first_not_of('\0', FrameHeader) != std::string::npos) return;
     const MpegFrame kind = frameOf(frame);
     const std::size_t sideInformation = kind.isVersion1 ? (kind.isMono ? 17 : 32) : (kind.isMono ? 9 : 17);
@@ -122,8 +128,8 @@ void setMpegLength(std::string& frame, std::optional<sf_count_t> frames) {
         tag.write(HasFrames);
         tag.write(static_cast<std::uint32_t>((*frames + Delay + padding) / frameSamples));
     } else {
-        // Decoders play a frame that states neither frames nor bytes as sound. A stream of one byte is none, so they
-        // do not derive its length from that number.
+        // A decoder plays this frame as sound if it states neither frames nor bytes. The size of one byte is
+        // impossible, so a decoder does not derive the length from it.
         tag.write(HasBytes);
         tag.write(std::uint32_t{1});
     }
@@ -184,7 +190,7 @@ std::optional<std::size_t> streamHeaderSize(int format, std::string_view bytes) 
         }
         if (size <= bytes.size()) return size;
     } catch (const EndOfData&) {
-        // The rest comes later.
+        // The header is not complete yet.
     }
     return std::nullopt;
 }
@@ -202,7 +208,8 @@ std::string withStreamLength(std::string header, int format, std::optional<sf_co
     }
     if (containerOf(format) == SF_FORMAT_AU) put(header, 8, OpenSize, orderOf(header));
     if (containerOf(format) == SF_FORMAT_FLAC && frames && *frames >> 36 == 0) {
-        // The last 36 bits before the checksum of 16 bytes. The first four of them share a byte.
+        // The number of samples has 36 bits, directly before the checksum of 16 bytes. Its upper four bits share a byte
+        // with another field.
         constexpr std::size_t CountPosition = 22;
         put(header, CountPosition, static_cast<std::uint32_t>(*frames & 0xFFFFFFFF), std::endian::big);
         char& first = header.at(CountPosition - 1);

@@ -8,8 +8,9 @@ namespace eq {
 
 enum class Direction : short { Reading = POLLIN, Writing = POLLOUT };
 
-/// Returns whether a read or a write that has just failed should be repeated: a signal came, or a program at the other
-/// end has made the pipe one that does not wait. Waits until the pipe is ready, and keeps `errno` otherwise.
+/// Returns true if a read or a write that has just failed should be repeated. After a signal, returns true immediately.
+/// If another program has made the pipe non-blocking, waits until the pipe is ready. Returns false for any other error,
+/// and keeps `errno`.
 [[nodiscard]] inline bool mayTryAgain(int descriptor, Direction direction) {
     if (errno == EINTR) return true;
     if (errno != EAGAIN) return false;

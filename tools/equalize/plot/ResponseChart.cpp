@@ -10,7 +10,7 @@
 namespace eq {
 namespace {
 
-// The picture, in units of a CSS pixel.
+// Sizes and positions in the picture, in CSS pixels.
 constexpr double Width = 760.0;
 constexpr double Height = 528.0;
 constexpr double Left = 72.0;
@@ -48,7 +48,7 @@ std::string stroke(const Pen& pen) {
            "\" stroke-dasharray=\"" + std::string(pen.dashes) + "\"";
 }
 
-/// The vertical axis: whole steps that hold every curve and the line of 0 dB.
+/// The vertical axis in dB. Its limits are whole steps, and its range contains every curve and the line of 0 dB.
 class DecibelAxis {
 public:
     explicit DecibelAxis(const std::vector<ChartCurve>& curves) {
@@ -62,7 +62,7 @@ public:
         constexpr std::array<double, 5> Steps = {1.0, 2.0, 3.0, 6.0, 12.0};
         constexpr int MostSteps = 9;
         constexpr double LeastHeight = 3.0;
-        // Room for the line's width, so that no curve lies on the frame.
+        // The margin leaves space for the width of a line, so that no curve covers the frame.
         constexpr double Margin = 0.02;
         const double margin = Margin * std::max(highest - lowest, LeastHeight);
         for (const double step : Steps) {
@@ -92,7 +92,7 @@ public:
 
 private:
     double m_step = 1.0;
-    int m_top = 0; ///< in steps
+    int m_top = 0; ///< in steps, as `m_bottom`
     int m_bottom = 0;
 };
 
@@ -157,7 +157,7 @@ void ResponseChart::addLegendCell(int column, int row, double distance, std::str
                      "text-anchor=\"end\"", content);
 }
 
-/// Hyphens are too short for a minus sign.
+/// Replaces the hyphen by a minus sign, because a hyphen is too short.
 std::string ResponseChart::decibelText(double decibels, int decimals) {
     std::string result = fixedWithSign(decibels, decimals);
     if (result.front() == '-') result.replace(0, 1, "\u2212");

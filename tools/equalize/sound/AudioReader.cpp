@@ -23,10 +23,11 @@ namespace {
 void requireCompleteData(const SoundDataSize& size) {
     if (size.present < size.promised)
         throw FileError("the file ends early: " + std::to_string(size.present) + " of " +
-                        std::to_string(size.promised) + " bytes are there");
+                        std::to_string(size.promised) + " bytes are there; copy or download it again");
 }
 
-/// An AIFF file has up to 8 bytes in front of the sound, which count as its data.
+/// Throws FileError if the header leaves the length open and libsndfile cannot read the sound to the end of the file.
+/// An AIFF file has up to 8 bytes in front of the sound, which the size includes.
 void requireWholeSound(const SoundDataSize& size, const SF_INFO& info) {
     constexpr std::uint64_t AiffHead = 8;
     if (!size.isOpen) return;
@@ -36,8 +37,8 @@ void requireWholeSound(const SoundDataSize& size, const SF_INFO& info) {
     const bool isWhole =
         frameBytes != 0 ? (frames + 1) * frameBytes + AiffHead > size.present : frames > 0 || size.present == 0;
     if (!isWhole)
-        throw FileError("its header leaves the length open, and only " + std::to_string(frames) + " frames of " +
-                        std::to_string(size.present) + " bytes could be read");
+        throw FileError("the file is damaged: its header leaves the length open, and " + std::to_string(size.present) +
+                        " bytes of sound have only " + std::to_string(frames) + " readable frames");
 }
 
 bool isOpen(const PipeLayout& layout) {
@@ -48,8 +49,9 @@ bool isOpen(const PipeLayout& layout) {
                             : layout.soundSize == OpenAu;
 }
 
-/// libsndfile reads to the end of an AU file with the largest size, and to the end of a WAV file with the sizes that
-/// programs write first: 8 and 0.
+/// Changes the sizes in the kept header so that libsndfile reads the sound to the end of the pipe. libsndfile does so
+/// for an AU file with the largest size, and for a WAV file with the outer size 8 and the sound's size 0. Programs
+/// write the sizes 8 and 0 before they know the real ones.
 void leaveSizeOpen(PipeSource& pipe, const PipeLayout& layout) {
     constexpr std::uint64_t OuterSizePosition = 4;
     if (layout.hasChunks) {
@@ -62,7 +64,7 @@ void leaveSizeOpen(PipeSource& pipe, const PipeLayout& layout) {
     }
 }
 
-/// The time of a frame, as minutes and seconds.
+/// Returns the time of a frame as minutes and seconds.
 std::string timeOf(sf_count_t frame, int rate) {
     const double seconds = static_cast<double>(frame) / rate;
     const auto minutes = static_cast<sf_count_t>(seconds / 60.0);
@@ -101,14 +103,14 @@ void AudioReader::openFile() {
         if (const std::string fault = faultOfOgg(path); !fault.empty()) throw FileError(fault);
     m_isLengthKnown = m_info.frames != SoundSource::UnknownLength;
     if (!m_isLengthKnown && (m_info.format & SF_FORMAT_TYPEMASK) != SF_FORMAT_FLAC)
-        throw FileError("its length cannot be found: it is cut off or damaged");
+        throw FileError("the length of the sound cannot be found: the file is cut off or damaged");
 }
 
 void AudioReader::openPipe(PipeSource& pipe) {
     const PipeLayout& layout = m_input.layout();
     const bool isSizeOpen = isOpen(layout);
-    // One thread opens a file at a time, and no other may wait for a pipe meanwhile: the decoders of Ogg and FLAC read
-    // less than this after the header.
+    // Only one thread at a time can open a file, so this thread must not wait for the pipe while it does so. Receive
+    // the bytes first: after the header, the decoders of Ogg and FLAC read fewer bytes than this.
     constexpr std::size_t ReadAhead = 16384;
     if (layout.soundBegin != 0)
         pipe.limitParsing(layout.soundBegin);
@@ -129,16 +131,18 @@ void AudioReader::openPipe(PipeSource& pipe) {
     m_isLengthKnown = !isSizeOpen && !layout.isMpeg && m_info.frames != SoundSource::UnknownLength;
     if (m_isLengthKnown && layout.frameBytes != 0 &&
         static_cast<std::uint64_t>(m_info.frames) != layout.soundSize / layout.frameBytes) {
-        // libsndfile derives another length from the header, and a file shows which is right.
+        // libsndfile derives another length from the header. Reading a temporary copy as a file shows which length is
+        // right.
         m_metadata.reset();
         m_input.spool("its header contradicts itself");
         return;
     }
-    // More frames than a header frame promises may follow.
+    // An MPEG header frame states a number of frames, but more frames may follow.
     if (layout.isMpeg && m_info.frames != SoundSource::UnknownLength) m_leastFrames = m_info.frames;
 }
 
-/// Reads the rest of the pipe: chunks after a sound of known size, and what no reader of the format reads.
+/// Reads the rest of the pipe. Records the names of the chunks after a sound of known size, records that there are MP3
+/// tags, and drops all other bytes.
 void AudioReader::endPipe(PipeSource& pipe) {
     pipe.requireSuccess();
     const PipeLayout& layout = m_input.layout();
@@ -186,7 +190,7 @@ void AudioReader::checkSamples(float* interleaved, sf_count_t frames) {
             throw FileError(m_name + ": channel " + std::to_string(i % m_info.channels + 1) + " has a sample that is " +
                             (std::isnan(interleaved[i]) ? "not a number" : "infinite") + " at " +
                             timeOf(m_framesRead + i / m_info.channels, m_info.samplerate) +
-                            "; --replace-nan puts 0 in its place");
+                            "; use --replace-nan to put 0 in its place");
         interleaved[i] = 0.0F;
         ++m_replacedSamples;
     }

@@ -13,39 +13,40 @@
 
 namespace eq {
 
-/// What happens to samples that are not a number or infinite.
+/// The treatment of samples that are infinite or not a number.
 enum class NonFinite {
-    Refused,
-    Replaced, ///< by 0
+    Refused,  ///< `read` throws FileError
+    Replaced, ///< the sample becomes 0
 };
 
-/// An audio file or a pipe that is read from its beginning to its end, as interleaved floats.
+/// Reads the sound of an audio file or a pipe from its beginning to its end, as interleaved floats.
 class AudioReader {
 public:
-    /// `input` must outlive the reader, and a pipe has one reader. Throws FileError if the file cannot be opened, is no
-    /// audio file, is cut off, or could not be read to its end.
+    /// Opens the sound of `input`, which must outlive the reader. A pipe can have only one reader. Throws FileError if
+    /// the input cannot be opened, is not an audio file, is cut off, or cannot be read to its end.
     explicit AudioReader(SoundInput& input, NonFinite nonFinite = NonFinite::Refused);
 
-    /// Returns rate, channels and format of the file. `frames` is 0 if the length is unknown.
+    /// Returns the rate, channels and format of the file. `frames` is 0 if the length is unknown.
     [[nodiscard]] const SF_INFO& info() const { return m_info; }
     [[nodiscard]] bool isLengthKnown() const { return m_isLengthKnown; }
-    /// True if the header leaves the length of the sound open, which then ends with the file.
+    /// Returns true if the header of a file leaves the length of the sound open. The sound then ends with the file.
     [[nodiscard]] bool isLengthOpen() const { return m_isLengthOpen; }
     [[nodiscard]] const std::string& name() const { return m_name; }
     [[nodiscard]] const Speakers& speakers() const { return m_speakers; }
 
-    /// Reads up to `frames` frames, and fewer only at the end of the sound. Throws FileError if the sound ends before
-    /// it should, or has a sample that is refused.
+    /// Reads frames and returns their number, which is smaller than `frames` only at the end of the sound. Throws
+    /// FileError if the sound ends early, or if it has a sample that is refused.
     [[nodiscard]] sf_count_t read(float* interleaved, sf_count_t frames);
 
     [[nodiscard]] sf_count_t replacedSamples() const { return m_replacedSamples; }
 
-    /// For what libsndfile knows of the file beyond its sound.
-    /// Null for MPEG from a pipe: its tags are found in the metadata.
+    /// Returns libsndfile's handle of the file, for metadata. The reader owns the handle. Returns null for MPEG from a
+    /// pipe, whose tags are in the file of `openMetadata`.
     [[nodiscard]] SNDFILE* handle() const { return m_metadata ? m_metadata->handle() : nullptr; }
-    /// Opens the bytes that hold all metadata.
+    /// Opens a file that contains all metadata. Throws FileError.
     [[nodiscard]] FileDescriptor openMetadata() const { return m_input.openMetadata(); }
-    /// Returns the names of the chunks and tags that followed the sound in a pipe, after the sound is read.
+    /// Returns the names of the chunks and tags after the sound of a pipe. The list is empty before the whole sound is
+    /// read.
     [[nodiscard]] const std::vector<std::string>& leftInPipe() const { return m_leftInPipe; }
 
 private:
@@ -58,11 +59,11 @@ private:
     std::string m_name;
     NonFinite m_nonFinite;
     std::unique_ptr<SndfileSource> m_metadata;
-    std::unique_ptr<SoundSource> m_decoder; ///< null if the source of the metadata is the decoder, too
+    std::unique_ptr<SoundSource> m_decoder; ///< null if `m_metadata` also decodes the sound
     SF_INFO m_info = {};
     bool m_isLengthKnown = true;
     bool m_isLengthOpen = false;
-    sf_count_t m_leastFrames = 0; ///< that must come if the length is unknown
+    sf_count_t m_leastFrames = 0; ///< the minimum number of frames of a sound of unknown length
     Speakers m_speakers;
     sf_count_t m_framesRead = 0;
     sf_count_t m_replacedSamples = 0;

@@ -31,12 +31,12 @@ constexpr std::array PlainContainers = {SF_FORMAT_WAV, SF_FORMAT_WAVEX, SF_FORMA
 ChannelOrder channelOrderFor(const std::string& name, const SF_INFO& format, const AudioReader& source) {
     std::optional<ChannelOrder> order = orderFor(format, source.info(), source.speakers());
     if (order) return *std::move(order);
-    throw FileError(name + ": " + formatName(format.format) + " has no place for the speakers of the input's " +
-                    std::to_string(format.channels) + " channels; .wav, .caf and .aiff have one");
+    throw FileError(name + ": " + formatName(format.format) + " cannot hold the speakers of the input's " +
+                    std::to_string(format.channels) + " channels; use .wav, .caf or .aiff instead");
 }
 
-/// Whether a file has the exact number of frames and the exact rate. Other formats fill up a block of frames, or round
-/// the rate.
+/// Returns whether a file of this format has exactly the written number of frames and exactly the given rate. Other
+/// formats fill up the last block of frames, or round the rate.
 bool isExact(int format) {
     const auto isIn = [](const auto& list, int value) {
         return std::find(list.begin(), list.end(), value) != list.end();
@@ -105,7 +105,8 @@ AudioWriter::AudioWriter(const std::filesystem::path& place, const SF_INFO& form
                         soundFileError(nullptr));
     }
     lock.unlock();
-    // A chunk PEAK has the time in it, and takes more processor time than all else that libsndfile does.
+    // Write no PEAK chunk: it contains the time of writing, and needs more processor time than all other work of
+    // libsndfile.
     sf_command(m_file.get(), SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
     m_metadata.addToHeader(m_file.get());
     if (!m_order.speakers.empty())
@@ -117,7 +118,8 @@ AudioWriter::AudioWriter(const std::filesystem::path& place, const SF_INFO& form
 
 void AudioWriter::openStreamed(const std::filesystem::path& place, std::optional<sf_count_t> frames) {
     const auto complete = [this, frames](const std::string& header) {
-        // The tags of MPEG come in front of the frame with the length, and other lengths are in front of all tags.
+        // In MPEG, tags are inserted in front of the frame that states the length, so set the length first. In other
+        // formats, the length is at the beginning of the header, so set the length after the tags are added.
         const bool isMpeg = (m_info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG;
         const auto withLength = [&](std::string bytes) {
             return withStreamLength(std::move(bytes), m_info.format, frames);
@@ -130,7 +132,7 @@ void AudioWriter::openStreamed(const std::filesystem::path& place, std::optional
 }
 
 void AudioWriter::setQuality(double quality) {
-    // LAME's highest constant rate is above its best variable one.
+    // The highest constant bitrate of LAME is above its best variable bitrate.
     int mode = quality < BestQuality ? SF_BITRATE_MODE_VARIABLE : SF_BITRATE_MODE_CONSTANT;
     sf_command(m_file.get(), SFC_SET_BITRATE_MODE, &mode, sizeof mode);
     double share = quality / BestQuality;
@@ -168,13 +170,15 @@ const float* AudioWriter::inOrder(const float* interleaved, sf_count_t frames) {
 void AudioWriter::measure(const float* interleaved, sf_count_t samples) {
     const SampleMagnitudes magnitudes = magnitudesOf(interleaved, static_cast<std::size_t>(samples));
     if (!std::isfinite(magnitudes.largest))
-        throw FileError(m_name + ": the equalized sound is not finite: the input is too far beyond full scale");
+        throw FileError(
+            m_name +
+            ": the equalized sound is not finite: the input is too far beyond full scale; reduce its level first");
     m_samplesBeyondFullScale += static_cast<sf_count_t>(magnitudes.beyondFullScale);
     m_peak = std::max(m_peak, magnitudes.largest);
 }
 
 void AudioWriter::writeIntegers(const float* interleaved, sf_count_t samples) {
-    // libsndfile takes the upper bits of its integers.
+    // libsndfile uses the upper bits of an `int`, and ignores the lower bits.
     const int unusedBits = std::numeric_limits<int>::digits + 1 - m_integerBits;
     const double fullScale = std::ldexp(1.0, m_integerBits - 1);
     m_integers.resize(static_cast<std::size_t>(samples));
@@ -193,7 +197,7 @@ void AudioWriter::finish() {
     }
     m_file.reset();
     if (m_sink.error != 0) throw systemError(m_name, m_sink.error);
-    // Some formats cannot be read back without sound, nor take tags.
+    // In some formats, a file without sound cannot be read back, and tags cannot be added to it. Find this out first.
     if (m_framesWritten == 0) verify();
     m_metadata.addAfterSound(FileBytes(m_sink.descriptor, m_name));
     verify();
@@ -209,8 +213,8 @@ void AudioWriter::finishStream() {
     m_stream->finish(m_streamTrailer);
 }
 
-/// Reads the file once more before it replaces another. libsndfile writes some files that cannot be read, for example a
-/// FLAC file without sound, and reports no error.
+/// Opens the written file again before it replaces another file, and throws FileError if it is not complete. libsndfile
+/// reports no error for some unreadable files, for example for a FLAC file without sound.
 void AudioWriter::verify() {
     SF_VIRTUAL_IO functions = sinkFunctions();
     for (const std::string& fault :
@@ -231,8 +235,8 @@ void AudioWriter::verify() {
         return std::to_string(frames) + " frames, channels: " + std::to_string(info.channels) + ", " +
                std::to_string(info.samplerate) + " Hz";
     };
-    throw FileError(m_name + ": the written file is not what was written: " + describe(found.frames, found) +
-                    " instead of " + describe(m_framesWritten, m_info));
+    throw FileError(m_name + ": the written file is wrong: it has " + describe(found.frames, found) + " instead of " +
+                    describe(m_framesWritten, m_info) + "; use another format");
 }
 
 } // namespace eq

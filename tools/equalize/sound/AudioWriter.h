@@ -16,32 +16,35 @@
 
 namespace eq {
 
-/// An audio file that is written from its beginning to its end, and that takes its place when `finish` has written
-/// the last of it and has found all frames in it. Its channels are in the order of its format. Into a stream, such as a
-/// pipe, the sound goes as it comes, if the format permits it.
+/// Writes an audio file from its beginning to its end. The file appears at its place when `finish` has completed it and
+/// has found all frames in it. The channels are in the order of the output's format. A pipe or another stream receives
+/// the sound immediately if the format permits this.
 ///
-/// Samples that go into integers are rounded to the nearest and limited to full scale; libsndfile would scale by one
-/// step less than full scale, or cut the fraction off. What goes into floats keeps values beyond full scale.
+/// For integer formats, this class rounds each sample to the nearest value and limits it to full scale. libsndfile
+/// would scale the samples by one step less than full scale, or truncate them. Float samples keep values beyond full
+/// scale.
 class AudioWriter {
 public:
     static constexpr double BestQuality = 10.0;
 
     struct Options {
         std::optional<sf_count_t> frames = std::nullopt; ///< the number of frames to come, if known
-        double quality = BestQuality;                    ///< of a lossy format, from 0
-        bool dither = false;                             ///< noise before the rounding to integers
+        double quality = BestQuality;                    ///< of a lossy format, 0 to BestQuality
+        bool dither = false;                             ///< add noise before samples are rounded to integers
         Replacing replacing = Replacing::Allowed;
     };
 
-    /// Copies tags, pictures and chunks from `source`. Throws FileError, also if the format cannot hold the frames or
-    /// the speakers.
+    /// Opens the output, and copies tags, pictures and chunks from `source`. Throws FileError if the output cannot be
+    /// opened, or if the format cannot hold the frames or the speakers.
     AudioWriter(const std::filesystem::path& place, const SF_INFO& format, const AudioReader& source,
                 const Options& options);
 
     [[nodiscard]] const SF_INFO& info() const { return m_info; }
 
-    /// Throws FileError if not all could be written.
+    /// Writes frames, whose channels are in the order of the source. Throws FileError if they cannot be written, or if
+    /// a sample is infinite or not a number.
     void write(const float* interleaved, sf_count_t frames);
+    /// Completes the file, checks it, and moves it to its place. Throws FileError.
     void finish();
 
     [[nodiscard]] sf_count_t framesWritten() const { return m_framesWritten; }
@@ -49,12 +52,12 @@ public:
     [[nodiscard]] sf_count_t samplesBeyondFullScale() const { return m_samplesBeyondFullScale; }
     /// Returns the largest magnitude of all samples.
     [[nodiscard]] float peak() const { return m_peak; }
-    /// What the output cannot hold of the source, one sentence each.
+    /// Returns notes for the user, one sentence each, about metadata that the output cannot hold.
     [[nodiscard]] const std::vector<std::string>& notes() const { return m_metadata.notes(); }
 
 private:
-    /// What libsndfile writes into. It keeps the first error of the system, since libsndfile drops those that come
-    /// while it closes a file.
+    /// The file into which libsndfile writes. The sink keeps the first system error, because libsndfile reports no
+    /// error while it closes a file.
     struct Sink {
         int descriptor;
         int error;
@@ -78,7 +81,7 @@ private:
     SF_INFO m_info;
     ChannelOrder m_order;
     Sink m_sink;
-    SoundFile m_file; // closed before the sink ends
+    SoundFile m_file; // declared after `m_sink` and `m_stream`, so that it is closed first
     int m_integerBits;
     std::vector<int> m_integers;
     std::vector<float> m_ordered;

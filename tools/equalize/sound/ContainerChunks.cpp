@@ -14,7 +14,7 @@ constexpr std::uint64_t OuterHeaderSize = 12;
 constexpr std::size_t ChunkHeaderSize = 8;
 constexpr std::uint32_t SizeIsElsewhere = std::numeric_limits<std::uint32_t>::max();
 
-/// The writer of the sound writes its own. The last four are padding.
+/// Chunks that are not copied: libsndfile writes its own, or they are padding (JUNK, PAD and FLLR).
 constexpr std::array<std::string_view, 9> OwnRiffChunks = {"fmt ", "data", "fact", "ds64", "PEAK",
                                                            "JUNK", "junk", "PAD ", "FLLR"};
 constexpr std::array<std::string_view, 7> OwnAiffChunks = {"COMM", "SSND", "FVER", "PEAK", "JUNK", "PAD ", "FLLR"};
@@ -27,7 +27,9 @@ bool holdsSound(std::string_view id) {
     return id == "data" || id == "SSND";
 }
 
-/// Reads the sizes of 64 bits: those of the file, of the sound, in frames, and a table of other chunks.
+/// Returns the sizes of 64 bits from the contents of a ds64 chunk, by the identifiers of their chunks.
+///
+///     size of the file (8) | size of the sound (8) | frames (8) | number of rows (4) | identifier (4), size (8) | ...
 std::map<std::string, std::uint64_t> longSizesOf(std::string_view ds64) {
     std::map<std::string, std::uint64_t> sizes;
     try {
@@ -40,12 +42,12 @@ std::map<std::string, std::uint64_t> longSizesOf(std::string_view ds64) {
             sizes[id] = reader.read<std::uint64_t>();
         }
     } catch (const EndOfData&) {
-        // The rows so far are good.
+        // The table is cut off. Use its complete rows.
     }
     return sizes;
 }
 
-/// Returns the position after a chunk. Some programs leave out the byte that pads an odd size.
+/// Returns the position after a chunk and its padding. Some programs omit the byte that pads an odd size.
 std::uint64_t afterChunk(const FileBytes& file, const Chunk& chunk) {
     const std::uint64_t end = chunk.position + chunk.size;
     if (chunk.size % 2 == 0) return end;

@@ -11,16 +11,16 @@
 
 namespace eq {
 
-/// Chunks of files of one family can be copied byte for byte between them.
+/// A family of file formats. Chunks can be copied byte for byte between files of one family.
 enum class ChunkFamily {
     Riff, ///< WAV and RF64
-    Rifx, ///< WAV with the upper byte first
+    Rifx, ///< WAV with the most significant byte first
     Aiff,
 };
 
 struct Chunk {
     std::string id;
-    std::uint64_t position; ///< of the contents
+    std::uint64_t position; ///< of the contents, in bytes
     std::uint64_t size;     ///< without the byte that pads an odd size
 };
 
@@ -29,8 +29,8 @@ struct Chunk {
 ///     RIFF size WAVE | identifier size contents [pad] | identifier size contents [pad] | ...
 class ContainerChunks {
 public:
-    /// Returns nothing for other kinds of files. If `isSoundOpen`, the sound reaches to the end of the file, whatever
-    /// the size of its chunk says.
+    /// Reads the chunks of a file. Returns nothing for other kinds of files. If `isSoundOpen` is true, the sound
+    /// extends to the end of the file, and the size of its chunk is ignored. Throws FileError.
     [[nodiscard]] static std::optional<ContainerChunks> read(const FileBytes& file, bool isSoundOpen);
 
     [[nodiscard]] ChunkFamily family() const { return m_family; }
@@ -39,7 +39,7 @@ public:
     [[nodiscard]] std::vector<Chunk> descriptions() const;
     /// Returns the chunk with an ID3v2 tag, or null.
     [[nodiscard]] const Chunk* tag() const;
-    /// The identifier of a chunk that the end of the file cuts off.
+    /// Returns the identifier of the chunk that the end of the file cuts off, or nothing.
     [[nodiscard]] const std::optional<std::string>& cutOff() const { return m_cutOff; }
 
 private:
@@ -51,7 +51,7 @@ private:
     }
 
     ChunkFamily m_family;
-    bool m_hasLongSizes; ///< sizes of 64 bits in a chunk ds64
+    bool m_hasLongSizes; ///< true if a ds64 chunk contains sizes of 64 bits
     std::vector<Chunk> m_chunks;
     std::optional<std::string> m_cutOff;
 };

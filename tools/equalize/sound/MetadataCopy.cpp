@@ -17,7 +17,7 @@ int containerOf(int format) {
     return format & SF_FORMAT_TYPEMASK;
 }
 
-/// Nothing for formats without chunks that can be copied.
+/// Returns the family of a format. Returns nothing for a format without chunks that can be copied.
 std::optional<ChunkFamily> chunkFamilyOf(int format) {
     switch (containerOf(format)) {
     case SF_FORMAT_WAV:
@@ -45,7 +45,7 @@ void copySpeakers(SNDFILE* from, SNDFILE* to, int channels) {
         sf_command(to, SFC_SET_CHANNEL_MAP_INFO, speakers.data(), size);
 }
 
-/// SF_CUES holds the first 100 points only.
+/// Copies all cue points. SF_CUES has space for only 100 points, so the buffer is larger than SF_CUES.
 void copyCues(SNDFILE* from, SNDFILE* to) {
     constexpr std::size_t SizeOfCount = offsetof(SF_CUES, cue_points);
     std::uint32_t count = 0;
@@ -55,7 +55,7 @@ void copyCues(SNDFILE* from, SNDFILE* to) {
     if (sf_command(from, SFC_GET_CUE, cues.data(), size) == SF_TRUE) sf_command(to, SFC_SET_CUE, cues.data(), size);
 }
 
-/// A chunk LIST holds texts, or the labels of marks, or others.
+/// Returns whether a LIST chunk contains texts. Other LIST chunks contain labels of marks, or other data.
 bool holdsTexts(const FileBytes& file, const Chunk& chunk) {
     constexpr std::uint64_t Longest = 1U << 24U;
     return chunk.id == "LIST" && chunk.size <= Longest && file.read(chunk.position, 4) == "INFO";
@@ -77,7 +77,7 @@ MetadataCopy::MetadataCopy(const AudioReader& source, int outputFormat)
       m_descriptor(source.openMetadata()),
       m_bytes(m_descriptor.get(), m_name) {
     readSource(source.isLengthOpen());
-    // libsndfile's texts repeat tags that are already there.
+    // For these formats, libsndfile's texts only repeat the tags that `readSource` has read.
     if (m_chunks || !SoundTags::knows(m_inputFormat)) m_tags.addTexts(m_source);
     noteLostChunks();
     if (!m_copiesChunks) noteLostTags();
@@ -87,7 +87,7 @@ void MetadataCopy::readSource(bool isSoundOpen) {
     m_chunks = ContainerChunks::read(m_bytes, isSoundOpen);
     m_copiesChunks = m_chunks && m_chunks->family() == chunkFamilyOf(m_outputFormat);
     if (m_copiesChunks) return;
-    constexpr std::uint64_t LongestTag = 1U << 28U; // an ID3v2 tag has sizes of 28 bits
+    constexpr std::uint64_t LongestTag = 1U << 28U; // the size field of an ID3v2 tag has 28 bits
     const Chunk* const tag = m_chunks ? m_chunks->tag() : nullptr;
     if (tag != nullptr && tag->size <= LongestTag) m_tags.readId3(m_bytes.read(tag->position, tag->size));
     if (m_chunks)
@@ -110,7 +110,9 @@ void MetadataCopy::copyTexts(SNDFILE* output) {
     for (int kind = SF_STR_FIRST; kind <= SF_STR_LAST; ++kind)
         if (const char* const text = sf_get_string(m_source, kind))
             isHeld = sf_set_string(output, kind, text) == 0 && isHeld;
-    if (!isHeld) m_notes.push_back("titles and the like have no place in " + containerName(m_outputFormat));
+    if (!isHeld)
+        m_notes.push_back("not all titles and similar texts are copied: " + containerName(m_outputFormat) +
+                          " cannot hold them");
 }
 
 void MetadataCopy::addAfterSound(const FileBytes& output) {
@@ -129,11 +131,11 @@ void MetadataCopy::addAfterSound(const FileBytes& output) {
     copyFlacBlocks(m_bytes, output);
 }
 
-//  header | sound            the header is completed like a file without sound
+// Copies the header into a file in memory, and adds the metadata to it as to a complete file without sound.
 MetadataCopy::StreamParts MetadataCopy::addToStream(const std::string& header) {
     constexpr std::size_t ChunkHeader = 8;
     const bool isMpeg = containerOf(m_outputFormat) == SF_FORMAT_MPEG;
-    // Chunks come in front of the header of the sound's chunk, and tags of MPEG in front of all.
+    // Chunks are added before the header of the sound's chunk. MPEG tags are added before the whole header.
     const std::size_t kept = isMpeg ? 0 : header.size() - (chunkFamilyOf(m_outputFormat) ? ChunkHeader : 0);
     const FileDescriptor memory = fileInMemory(header.substr(0, kept));
     const FileBytes bytes(memory.get(), "the header");
@@ -147,16 +149,17 @@ void MetadataCopy::copyChunk(const Chunk& chunk, ChunkAppender& output) {
     if (chunk.size <= std::numeric_limits<std::uint32_t>::max())
         output.append(m_bytes, chunk);
     else
-        m_notes.push_back("the chunk " + withoutBlanks(chunk.id) + " has more than 4 GiB, and is not copied");
+        m_notes.push_back("the chunk " + withoutBlanks(chunk.id) + " is not copied: it has more than 4 GiB");
 }
 
 void MetadataCopy::noteLostChunks() {
     if (!m_chunks) return;
     if (m_chunks->cutOff())
         m_notes.push_back(m_name + ": the chunk " + withoutBlanks(*m_chunks->cutOff()) +
-                          " ends after the end of the file, and is not copied");
+                          " is not copied: the end of the file cuts it off");
     if (m_copiesChunks) return;
-    // Tags and libsndfile's texts hold these. libsndfile writes marks, loops and `bext` into WAV only.
+    // The output has the contents of these chunks as tags or as libsndfile's texts. libsndfile writes marks, loops and
+    // `bext` only into WAV.
     std::set<std::string> held = {"id3 ", "ID3 ", "NAME", "AUTH", "ANNO", "(c) "};
     if (chunkFamilyOf(m_outputFormat) && containerOf(m_outputFormat) != SF_FORMAT_AIFF)
         held.insert({"LIST", "bext", "cue ", "inst", "smpl", "INST", "MARK"});
@@ -175,13 +178,15 @@ bool MetadataCopy::staysMpeg() const {
 
 void MetadataCopy::noteLostTags() {
     if (m_tags.statesLoudness())
-        m_notes.emplace_back("the tags of ReplayGain state the loudness of the sound before the effect");
+        m_notes.emplace_back(
+            "the tags of ReplayGain state the loudness of the sound before the effect; measure the output again");
     if (staysMpeg()) return;
     const bool holdsId3 = containerOf(m_outputFormat) == SF_FORMAT_MPEG || chunkFamilyOf(m_outputFormat);
     if (!holdsId3) noteLost("tag", "tags", m_tags.framesOfId3Only());
     if (holdsId3 || SoundTags::knows(m_outputFormat)) return;
     noteLost("tag", "tags", m_tags.namesBeyondTexts());
-    if (m_tags.pictures() > 0) m_notes.push_back("pictures have no place in " + containerName(m_outputFormat));
+    if (m_tags.pictures() > 0)
+        m_notes.push_back("pictures are not copied: " + containerName(m_outputFormat) + " cannot hold them");
 }
 
 void MetadataCopy::noteLost(const char* one, const char* several, const std::vector<std::string>& names) {
@@ -189,7 +194,8 @@ void MetadataCopy::noteLost(const char* one, const char* several, const std::vec
     const bool isOne = names.size() == 1;
     std::string note = "the " + std::string(isOne ? one : several);
     for (const std::string& name : names) note += (&name == names.data() ? " " : ", ") + name;
-    m_notes.push_back(note + (isOne ? " has" : " have") + " no place in " + containerName(m_outputFormat));
+    m_notes.push_back(note + (isOne ? " is" : " are") + " not copied: " + containerName(m_outputFormat) +
+                      " cannot hold " + (isOne ? "it" : "them"));
 }
 
 } // namespace eq

@@ -13,32 +13,35 @@
 
 namespace eq {
 
-/// Copies all that an audio file holds beyond its sound into the output: tags, pictures and chunks.
+/// Copies the metadata of an audio file to the output: tags, pictures and chunks.
 ///
 ///     WAV, RF64 -> WAV, RF64; AIFF -> AIFF    every chunk, byte for byte
 ///     MP3 -> MP3                              every tag, byte for byte
 ///     any -> MP3, FLAC, Ogg                   tags and pictures
-///     any -> WAV, RF64, AIFF                  libsndfile's texts (and marks and loops in WAV), tags and pictures as
-///     ID3v2 any -> any other                        libsndfile's texts
+///     any -> WAV, RF64, AIFF                  libsndfile's texts, marks and loops (in WAV), and an ID3v2 tag
+///     any -> any other                        libsndfile's texts
 class MetadataCopy {
 public:
     /// Throws FileError if the source cannot be read.
     MetadataCopy(const AudioReader& source, int outputFormat);
 
-    /// Sets what libsndfile writes into the header. To be called before the first sample is written.
+    /// Passes to libsndfile the metadata that libsndfile writes into the header. Call this function before the first
+    /// sample is written.
     void addToHeader(SNDFILE* output);
-    /// Completes a file that libsndfile has closed. Throws FileError.
+    /// Adds all other metadata to a file that libsndfile has closed. Throws FileError.
     void addAfterSound(const FileBytes& output);
 
-    /// What surrounds the sound of a stream.
+    /// The bytes before and after the sound of a stream.
     struct StreamParts {
         std::string header;
         std::string trailer;
     };
-    /// Adds to the header of a stream what `addAfterSound` adds to a file. Throws FileError.
+    /// Adds to the header of a stream the metadata that `addAfterSound` adds to a file. Returns the new header, and the
+    /// bytes to send after the sound. Throws FileError.
     [[nodiscard]] StreamParts addToStream(const std::string& header);
 
-    /// What the output cannot hold, one sentence each.
+    /// Returns notes for the user, one sentence each: metadata that the output cannot hold, or that does not fit the
+    /// new sound.
     [[nodiscard]] const std::vector<std::string>& notes() const { return m_notes; }
 
 private:

@@ -15,8 +15,8 @@ namespace {
 constexpr std::size_t PieceSize = 16384;
 constexpr std::size_t Held = 16384;
 
-/// Returns the place of a tag that begins with its name; others are found by their end. The header of an APE tag has a
-/// flag that its footer does not have.
+/// Returns the position of the first tag that begins with its name, or npos. `trailingTagSize` finds all other tags by
+/// their ends. The header and the footer of an APE tag have the same name: a flag distinguishes them.
 std::size_t beginOfTag(const std::string& bytes) {
     constexpr std::string_view Ape("APETAGEX\xD0\x07\0\0", 12);
     constexpr std::size_t FlagPosition = 23;

@@ -22,7 +22,7 @@ FileBytes bytesOf(const FileDescriptor& descriptor) {
     return {descriptor.get(), "the file"};
 }
 
-/// Returns whether a frame header and the side information of a layer III frame come directly before `place`.
+/// Returns whether the header and the side information of a layer III frame are directly before `place`.
 bool isInHeaderFrame(std::string_view bytes, std::size_t place) {
     constexpr std::array<std::size_t, 3> Offsets = {4 + 9, 4 + 17, 4 + 32};
     return std::ranges::any_of(Offsets, [&](std::size_t offset) {
@@ -32,7 +32,8 @@ bool isInHeaderFrame(std::string_view bytes, std::size_t place) {
     });
 }
 
-/// Returns the number of MPEG frames that the header frame in front of the first frame of sound promises.
+/// Returns the number of MPEG frames that the header frame states, or nothing. The header frame is directly before
+/// `firstFrame`, the position of the first frame of sound.
 std::optional<std::int64_t> promisedFrames(const FileBytes& file, std::int64_t firstFrame) {
     constexpr std::int64_t LongestFrame = 2881;
     const std::int64_t begin = std::max<std::int64_t>(0, firstFrame - LongestFrame);
@@ -100,10 +101,10 @@ void Mpg123Source::open() {
     if (!m_decoder) throw FileError("libmpg123 cannot be used");
     mpg123_handle* const decoder = m_decoder.get();
     mpg123_param(decoder, MPG123_REMOVE_FLAGS, MPG123_AUTO_RESAMPLE, 0.0);
-    // The sound goes on after a damaged or foreign stretch of any length.
+    // Continue after damaged or foreign bytes, however many there are.
     mpg123_param(decoder, MPG123_RESYNC_LIMIT, -1, 0.0);
     mpg123_param(decoder, MPG123_ADD_FLAGS, MPG123_FORCE_FLOAT | MPG123_GAPLESS | MPG123_QUIET, 0.0);
-    // The decoder goes back a few frames when it starts.
+    // The decoder seeks back a few frames when it starts. In a pipe, it needs a buffer for this.
     if (m_stream.pipe) mpg123_param(decoder, MPG123_ADD_FLAGS, MPG123_SEEKBUFFER, 0.0);
     const auto read = [](void* data, void* bytes, size_t count) -> ssize_t {
         return static_cast<Stream*>(data)->read(static_cast<char*>(bytes), count);
@@ -124,11 +125,11 @@ void Mpg123Source::requireAllFrames() {
     mpg123_handle* const decoder = m_decoder.get();
     const std::optional<std::int64_t> promised = promisedFrames(bytesOf(m_stream.descriptor), mpg123_framepos(decoder));
     if (mpg123_scan(decoder) != MPG123_OK)
-        throw FileError(std::string("its length cannot be found: ") + mpg123_strerror(decoder));
+        throw FileError(std::string("the length of the sound cannot be found: ") + mpg123_strerror(decoder));
     const std::int64_t present = mpg123_framelength(decoder);
     if (promised && present < *promised)
         throw FileError("the file ends early: " + std::to_string(present) + " of " + std::to_string(*promised) +
-                        " MPEG frames are there");
+                        " MPEG frames are there; copy or download it again");
 }
 
 sf_count_t Mpg123Source::read(float* interleaved, sf_count_t frames) {
@@ -150,7 +151,7 @@ sf_count_t Mpg123Source::read(float* interleaved, sf_count_t frames) {
             m_error = "the sampling rate or the number of channels changes";
             break;
         }
-        // The last frame is cut off, which is no error in a file, either.
+        // The reader fails because the last frame is cut off. In a file, such a frame is no error, either.
         if (m_stream.pipe && mpg123_errcode(m_decoder.get()) == MPG123_ERR_READER) break;
         if (result != MPG123_OK) {
             m_error = mpg123_strerror(m_decoder.get());

@@ -12,19 +12,19 @@
 
 namespace eq {
 
-/// An MPEG file (MP3 in most cases) that libmpg123 decodes. libsndfile estimates the length of a file without a header
-/// frame from its first frames, and stops there; this class counts all frames first.
+/// Decodes an MPEG file (MP3 in most cases) with libmpg123. If a file has no header frame, libsndfile estimates the
+/// length from the first frames, and stops reading there. This class first counts all frames of a file.
 class Mpg123Source final : public SoundSource {
 public:
-    /// `format` is libsndfile's format of the file. Throws FileError, without the file's name, if the file cannot be
-    /// decoded, or has fewer frames than its header frame promises.
+    /// Opens a file. `format` is libsndfile's format of the file. Throws FileError if the file cannot be decoded, or if
+    /// it has fewer frames than its header frame states. The message does not contain the file's name.
     Mpg123Source(const std::string& name, int format);
 
-    /// Reads from a pipe, which must outlive the source. The length is unknown without a header frame. Throws
+    /// Reads from a pipe, which must outlive the source. Without a header frame, the length is unknown. Throws
     /// FileError.
     explicit Mpg123Source(PipeSource& pipe);
 
-    /// Whether tags have followed the sound of a pipe.
+    /// Returns whether tags followed the sound of a pipe.
     [[nodiscard]] bool hasTagsLeftInPipe() const { return m_stream.pipe && m_stream.pipe->hasTrailingTags(); }
 
     [[nodiscard]] sf_count_t read(float* interleaved, sf_count_t frames) override;
@@ -34,12 +34,12 @@ private:
     struct Deleter {
         void operator()(mpg123_handle* decoder) const { mpg123_delete(decoder); }
     };
-    /// The part of the file that the decoder reads: tags after the sound are left out, because libmpg123 searches them
-    /// for further frames.
+    /// The part of the file that the decoder reads. It ends before the tags after the sound, because libmpg123 would
+    /// search them for frames.
     struct Stream {
         FileDescriptor descriptor;
         std::int64_t length;
-        std::unique_ptr<MpegPipe> pipe; ///< in place of the file
+        std::unique_ptr<MpegPipe> pipe; ///< null for a file
 
         ssize_t read(char* bytes, std::size_t count);
         off_t seek(off_t offset, int whence) const;

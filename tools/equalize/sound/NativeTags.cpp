@@ -10,7 +10,7 @@
 namespace eq {
 namespace {
 
-/// Returns the size of the ID3v2 tag at a position, with its header and footer; 0 if there is none.
+/// Returns the size in bytes of the ID3v2 tag at a position, with its header and footer. Returns 0 if there is no tag.
 std::uint64_t id3SizeAt(const FileBytes& file, std::uint64_t position) {
     constexpr std::size_t HeaderSize = 10;
     const std::string bytes = file.read(position, HeaderSize);
@@ -23,7 +23,7 @@ std::uint64_t id3SizeAt(const FileBytes& file, std::uint64_t position) {
     return HeaderSize + size + (hasFooter ? HeaderSize : 0);
 }
 
-/// Returns the size of all ID3v2 tags at the begin.
+/// Returns the total size of all ID3v2 tags at the beginning of a file, or 0 if they extend beyond the end of the file.
 std::uint64_t id3Size(const FileBytes& file) {
     std::uint64_t all = 0;
     while (const std::uint64_t size = id3SizeAt(file, all)) all += size;
@@ -65,7 +65,7 @@ void copyFlacBlocks(const FileBytes& source, const FileBytes& target) {
         }
         position += HeaderSize + size;
     }
-    // Blocks of the target follow, so that none of these is the last one.
+    // Insert the copied blocks before other blocks of the target, because no copied block is marked as the last block.
     target.replace(MarkSize + HeaderSize + StreamInfoSize, 0, blocks);
 }
 

@@ -12,8 +12,10 @@
 
 namespace eq {
 
-// A page: "OggS", version, flags, position of 8 bytes, serial number, sequence number and checksum of 4 bytes each, the
-// number of segments, and a size of one byte for each segment.
+// The header of an Ogg page, with the sizes in bytes:
+//
+//     "OggS" | version | flags | position | serial number | sequence number | checksum | segments | their sizes
+//       4    |    1    |   1   |    8     |       4       |        4        |    4     |    1     |   1 each
 std::string faultOfOgg(const std::string& file) {
     constexpr unsigned BeginOfStream = 2;
     constexpr std::size_t FixedHeader = 27;
@@ -29,7 +31,7 @@ std::string faultOfOgg(const std::string& file) {
         stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
         BinaryReader page(bytes.data(), static_cast<std::size_t>(stream.gcount()));
         try {
-            if (page.readBytes(4) != "OggS") return ""; // libsndfile finds the next page, or the sound ends here
+            if (page.readBytes(4) != "OggS") return ""; // libsndfile finds another page, or the sound ends
             page.skip(1);
             const bool beginsStream = (page.read<std::uint8_t>() & BeginOfStream) != 0;
             if (beginsStream && hasSound) return OggPageWatch::severalStreams(position);

@@ -4,9 +4,9 @@
 
 namespace eq {
 
-/// Returns nothing for an Ogg file that is one stream, or else the reason why it cannot be read to its end: several
-/// streams one after the other, of which libsndfile reads the first, or a page that is cut off. Empty for what is no
-/// regular file.
+/// Returns the reason why an Ogg file cannot be read to its end, or an empty text. The reason is a second stream after
+/// the first one, which libsndfile does not read, or a page that is cut off. Returns an empty text if the path does not
+/// name a regular file.
 [[nodiscard]] std::string faultOfOgg(const std::string& file);
 
 } // namespace eq

@@ -20,10 +20,10 @@ int sampleFormatOf(int format) {
 
 struct Extension {
     std::string_view text;
-    int format; ///< with a sample format where the extension names one
+    int format; ///< the container, and the sample format if the extension determines it
 };
 
-/// Those that libsndfile's own list names otherwise, or not at all.
+/// Extensions that are missing from libsndfile's own list, or that have another meaning there.
 constexpr std::array<Extension, 9> Extensions = {{
     {"wave", SF_FORMAT_WAV},
     {"aif", SF_FORMAT_AIFF},
@@ -36,7 +36,7 @@ constexpr std::array<Extension, 9> Extensions = {{
     {"mp3", SF_FORMAT_MPEG | SF_FORMAT_MPEG_LAYER_III},
 }};
 
-/// From the best to the least.
+/// The sample formats for an output that cannot have the sample format of the input, in the order of preference.
 constexpr std::array SampleFormats = {SF_FORMAT_PCM_24,  SF_FORMAT_PCM_16,  SF_FORMAT_VORBIS,
                                       SF_FORMAT_ALAC_24, SF_FORMAT_FLOAT,   SF_FORMAT_MPEG_LAYER_III,
                                       SF_FORMAT_PCM_S8,  SF_FORMAT_DPCM_16, SF_FORMAT_ULAW};
@@ -52,14 +52,15 @@ void forEachContainer(Visit visit) {
     }
 }
 
-/// 0 for an extension that no container has. Several containers share one: the input's is preferred, then the first.
+/// Returns the format of an extension, or 0 if no container has the extension. If several containers have it, returns
+/// the input's container, or else the first one.
 int formatOfExtension(std::string_view extension, int inputFormat) {
     const auto row = std::find_if(Extensions.begin(), Extensions.end(),
                                   [&](const Extension& known) { return equalNoCase(known.text, extension); });
     if (row != Extensions.end()) return row->format;
     int format = 0;
     const auto match = [&](const SF_FORMAT_INFO& container) {
-        // libsndfile has no extension of its own for NIST files.
+        // libsndfile lists NIST files under the extension of another format.
         if (!equalNoCase(container.extension, extension) || container.format == SF_FORMAT_NIST) return;
         if (format == 0 || container.format == containerOf(inputFormat)) format = container.format;
     };
@@ -79,7 +80,7 @@ std::string nameFrom(int command, int format) {
 }
 
 bool canWrite(const SF_INFO& output) {
-    // libsndfile knows MPEG in WAV files, but does not write it.
+    // libsndfile accepts the format MPEG in a WAV file, but cannot write it.
     const bool isMpegElsewhere =
         sampleFormatOf(output.format) == SF_FORMAT_MPEG_LAYER_III && containerOf(output.format) != SF_FORMAT_MPEG;
     return !isMpegElsewhere && sf_format_check(&output) != 0;
@@ -96,16 +97,17 @@ SF_INFO usualFormatFor(const std::filesystem::path& place, const SF_INFO& input,
     output.channels = input.channels;
     const int wanted = formatOfExtension(extension, input.format);
     if (wanted == 0 && !extension.empty())
-        throw UsageError(place.string() + ": no kind of audio file has the extension " + eq::quoted("." + extension) +
-                         "; wav, aiff, flac, ogg, opus, mp3 and caf are some that can be written");
-    // The same container keeps the byte order, too.
+        throw UsageError(place.string() + ": no audio format has the extension " + eq::quoted("." + extension) +
+                         "; use wav, aiff, flac, ogg, opus, mp3 or caf, for example");
+    // If the container stays the same, the byte order stays the same, too.
     output.format = input.format;
     if (sampleFormatOf(wanted) != 0)
         output.format = wanted;
     else if (wanted != 0 && wanted != containerOf(input.format))
         output.format = wanted | sampleFormatOf(input.format);
     if (containerOf(output.format) == SF_FORMAT_SD2)
-        throw FileError(place.string() + ": Sound Designer II files, which are pairs of files, cannot be written");
+        throw FileError(place.string() +
+                        ": Sound Designer II files, which are pairs of files, cannot be written; use another format");
     if (canWrite(output)) return output;
 
     for (const int sampleFormat : SampleFormats) {
@@ -114,7 +116,7 @@ SF_INFO usualFormatFor(const std::filesystem::path& place, const SF_INFO& input,
     }
     throw FileError(place.string() + ": " + nameFrom(SFC_GET_FORMAT_INFO, containerOf(output.format)) +
                     " files cannot hold " + std::to_string(input.channels) + " channels at " +
-                    std::to_string(input.samplerate) + " Hz");
+                    std::to_string(input.samplerate) + " Hz; use another format");
 }
 
 } // namespace
@@ -181,7 +183,7 @@ int integerBits(int format) {
     case SF_FORMAT_DWVW_12:
         return 12;
     default:
-        // Also the telephone formats, which code 16 bits into fewer.
+        // This includes the telephone formats, which compress 16 bits.
         return 16;
     }
 }

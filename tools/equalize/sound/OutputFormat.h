@@ -8,43 +8,41 @@
 
 namespace eq {
 
-/// The sample format that a user can ask for.
+/// The sample formats that a user can choose.
 enum class SampleBits { Bits16, Bits24, Bits32, Float };
 
-/// Rate, channels, container and sample format of an output at `place` for sound that comes in as `input`: the
-/// container is that of the extension, and the input's without an extension; the sample format is the input's, or else
-/// the best that the container takes. Throws UsageError for an unknown extension, and FileError if the container takes
-/// no sample format.
+/// Returns the rate, channels, container and sample format of an output at `place` for an input of the format `input`.
+/// The extension of `place` determines the container. Without an extension, the container is that of the input. The
+/// sample format is that of the input, or else the best one that the container can hold.
 ///
-/// `format`, if it is not empty, replaces the extension.
+/// `format` replaces the extension if it is not empty. `bits` replaces the sample format, except in a lossy output.
 ///
-/// `bits` replaces the sample format, except in a lossy output, which has none. Throws UsageError if the container
-/// does not take it.
+/// Throws UsageError if the extension is unknown, or if the container cannot hold `bits`. Throws FileError if the
+/// container cannot hold the channels at the rate, or cannot be written.
 [[nodiscard]] SF_INFO outputFormatFor(const std::filesystem::path& place, const SF_INFO& input,
                                       std::optional<SampleBits> bits = std::nullopt, const std::string& format = "");
 
-/// Whether a format has this name, which is an extension.
+/// Returns whether `name` is the extension of a known format.
 [[nodiscard]] bool isFormatName(const std::string& name);
 
-/// Whether the samples are compressed with loss by Ogg Vorbis, Opus or MPEG.
+/// Returns whether Ogg Vorbis, Opus or MPEG compresses the samples with loss.
 [[nodiscard]] bool isLossy(int format);
-/// True for formats that take longer to decode and encode than to equalize.
+/// Returns true for formats that need more time for decoding and encoding than for equalizing.
 [[nodiscard]] bool isCompressed(int format);
 
-/// "WAV"
+/// Returns the name of the container, such as "WAV".
 [[nodiscard]] std::string containerName(int format);
 
-/// True for a file whose extension is one of an audio file.
+/// Returns whether the extension of a file is that of a known audio format.
 [[nodiscard]] bool hasAudioExtension(const std::filesystem::path& file);
 
-/// "WAV (Microsoft), 32 bit float"
+/// Returns the name of the container and of the sample format, such as "WAV (Microsoft), 32 bit float".
 [[nodiscard]] std::string formatName(int format);
 
-/// Bits of the integers in which samples are stored; 0 for those that are stored as floats, or as a lossy form of
-/// floats, and have no full scale.
+/// Returns the number of bits of integer samples. Returns 0 for floats and for lossy formats, which have no full scale.
 [[nodiscard]] int integerBits(int format);
 
-/// Returns 0 for formats in which a sample has no fixed size.
+/// Returns the size of a sample in bytes, or 0 if the samples of the format have no fixed size.
 [[nodiscard]] int bytesPerSample(int format);
 
 } // namespace eq

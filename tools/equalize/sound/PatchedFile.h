@@ -10,13 +10,13 @@
 
 namespace eq {
 
-/// A file that is read with some bytes of its header corrected, while the file itself stays as it is.
+/// Reads a file with corrected bytes in its header. The file stays unchanged.
 class PatchedFile {
 public:
     /// Throws FileError if the file cannot be opened.
     PatchedFile(const std::string& name, std::vector<HeaderCorrection> corrections);
 
-    /// Returns the functions for `sf_open_virtual`, whose data is the object.
+    /// Returns the functions for `sf_open_virtual`. Their data pointer is the PatchedFile.
     [[nodiscard]] static SF_VIRTUAL_IO functions();
 
 private:

@@ -6,8 +6,8 @@
 
 namespace eq {
 
-// Without its sign, a float orders as the integer of the same bits, and NaN comes after infinity. The compiler turns
-// this loop of integers into vectors; one of floats it may not reorder.
+// Without the sign bit, floats have the same order as the integers with the same bits, and NaN comes after infinity.
+// The compiler can vectorize this loop over integers. It must not reorder the operations of a loop over floats.
 SampleMagnitudes magnitudesOf(const float* samples, std::size_t count) noexcept {
     constexpr std::int32_t WithoutSign = 0x7fffffff;
     constexpr auto FullScale = std::bit_cast<std::int32_t>(1.0F);

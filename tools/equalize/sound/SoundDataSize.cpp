@@ -18,9 +18,10 @@ constexpr std::uint64_t Most32 = 0xFFFFFFFF;
 constexpr std::uint64_t Most64 = ~std::uint64_t{0};
 
 constexpr const char* NeverFilledIn =
-    "the size in its header was never filled in, and it is not certain where the sound ends";
+    "the size in its header was never filled in, so the end of the sound is not certain; create the file again, "
+    "without a pipe";
 
-/// The headers in a regular file. Any other file counts as empty.
+/// Reads the headers in a regular file. Any other file counts as empty.
 class HeaderFile {
 public:
     explicit HeaderFile(const std::string& file) {
@@ -36,7 +37,7 @@ public:
         return position < m_length ? m_length - position : 0;
     }
 
-    /// Returns a reader of the header at a position, which is valid until the next call.
+    /// Returns a reader of the header at a position. The reader is valid until the next call.
     BinaryReader at(std::uint64_t position, std::endian order) {
         m_stream.clear();
         m_stream.seekg(static_cast<std::streamoff>(position));
@@ -50,7 +51,8 @@ private:
     std::array<char, 40> m_bytes = {}; // the longest header
 };
 
-/// Returns a field of `width` bytes with a value, or with the largest value that the field can hold.
+/// Returns a correction that writes `value` into a field of `width` bytes, 4 or 8. If the value is too large for the
+/// field, the correction writes the largest possible value.
 HeaderCorrection field(std::uint64_t position, std::uint64_t value, std::size_t width, std::endian order) {
     if (width == 4) value = std::min(value, Most32);
     std::string bytes;
@@ -61,8 +63,8 @@ HeaderCorrection field(std::uint64_t position, std::uint64_t value, std::size_t 
     return {position, bytes};
 }
 
-/// Programs that write into a pipe cannot know the size. They leave it out, or write a size close to one of these,
-/// which some of them round down to whole frames.
+/// Sizes that programs write into a pipe, because they do not know the real size. Some programs round these values down
+/// to whole frames.
 constexpr std::array<std::uint64_t, 5> Placeholders = {0x7F000000, 0x7FFFF000, 0x7FFFFFFF, 0x80000000, Most32};
 
 bool isPlaceholder(std::uint64_t size, std::uint64_t frameBytes) {
@@ -83,8 +85,8 @@ bool isIdentifier(std::string_view text) {
     return std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
 }
 
-/// Whether a file consists of whole chunks from a position to its end, so that it ends where its header says. Sizes of
-/// 32 bits come with padding to an even length.
+/// Returns whether only complete chunks follow from a position to the end of the file. If so, the size that leads to
+/// this position is right. Chunks whose type `Size` has 32 bits are padded to an even length.
 template <typename Size>
 bool hasOnlyChunksAfter(HeaderFile& file, std::uint64_t position, std::endian order) {
     constexpr std::uint64_t Header = 4 + sizeof(Size);
@@ -99,13 +101,13 @@ bool hasOnlyChunksAfter(HeaderFile& file, std::uint64_t position, std::endian or
     return true;
 }
 
-/// What the chunks in front of the sound say.
+/// The values of the chunks in front of the sound.
 struct Container {
     std::endian order;
     std::uint64_t outerSize;
     std::uint64_t frameBytes = 0;    ///< 0 if unknown
-    std::uint64_t sizesPosition = 0; ///< of the chunk with sizes of 64 bits; 0 if there is none
-    std::uint64_t longSize = 0;
+    std::uint64_t sizesPosition = 0; ///< the position of the sizes in a ds64 chunk; 0 without such a chunk
+    std::uint64_t longSize = 0;      ///< the size of the sound in a ds64 chunk
 };
 
 SoundDataSize sizeOfChunk(HeaderFile& file, const Container& container, std::uint64_t begin, std::uint64_t size,
@@ -117,7 +119,7 @@ SoundDataSize sizeOfChunk(HeaderFile& file, const Container& container, std::uin
     const bool isUnfilled = stated <= headBytes || stated == Most64 || isOuterOpen ||
                             isPlaceholder(stated - headBytes, container.frameBytes) ||
                             isPlaceholder(stated, container.frameBytes);
-    // A size that counted beyond 32 bits has started again at zero.
+    // A program that counts the size with 32 bits starts again at zero after 4 GiB.
     const bool hasOverflowed = !isLong && rest > Most32 && rest - stated > Most32;
     const bool endsBeforeFile =
         stated < rest && hasOnlyChunksAfter<std::uint32_t>(file, begin + stated + stated % 2, container.order);
@@ -133,8 +135,9 @@ SoundDataSize sizeOfChunk(HeaderFile& file, const Container& container, std::uin
                    field(sizes + 16, frames, 8, container.order)});
 }
 
-/// A container's chunks: four characters, a size of 32 bits, and contents padded to an even length. The sound's chunk
-/// starts with a head of `headBytes`.
+/// Returns the size of the sound in a container of chunks. A chunk has an identifier of four characters, a size of 32
+/// bits, and contents that are padded to an even length. The contents of the sound's chunk start with `headBytes` bytes
+/// that are not sound.
 SoundDataSize sizeInChunks(HeaderFile& file, std::endian order, std::string_view soundChunk, std::uint64_t headBytes) {
     constexpr std::uint64_t OuterHeader = 12;
     constexpr std::uint64_t ChunkHeader = 8;
@@ -161,7 +164,9 @@ SoundDataSize sizeInChunks(HeaderFile& file, std::endian order, std::string_view
     }
 }
 
-/// W64: an identifier of 16 bytes, a size of 64 bits that includes the header, and contents padded to eight bytes.
+/// Returns the size of a W64 file, or of its sound if the header leaves the size open. A chunk has an identifier of 16
+/// bytes, a size of 64 bits that includes the chunk's header, and contents that are padded to a multiple of eight
+/// bytes.
 SoundDataSize sizeInLongChunks(HeaderFile& file) {
     constexpr std::uint64_t OuterHeader = 40;
     constexpr std::uint64_t ChunkHeader = 24;
@@ -184,11 +189,12 @@ SoundDataSize sizeInLongChunks(HeaderFile& file) {
     }
 }
 
-/// CAF: four characters, a size of 64 bits, and contents without padding.
+/// Returns the size of the sound in a CAF file. A chunk has an identifier of four characters, a size of 64 bits, and
+/// contents without padding.
 SoundDataSize sizeInAppleChunks(HeaderFile& file) {
     constexpr std::uint64_t OuterHeader = 8;
     constexpr std::uint64_t ChunkHeader = 12;
-    constexpr std::uint64_t EditCount = 4; // the head of the sound's chunk
+    constexpr std::uint64_t EditCount = 4; // the sound's chunk starts with a count of edits
     for (std::uint64_t position = OuterHeader;;) {
         BinaryReader chunk = file.at(position, std::endian::big);
         const bool isSound = chunk.readBytes(4) == "data";
@@ -209,13 +215,13 @@ SoundDataSize sizeOfAu(HeaderFile& file) {
     const std::uint64_t begin = header.read<std::uint32_t>();
     const std::uint64_t size = header.read<std::uint32_t>();
     const std::uint64_t rest = file.after(begin);
-    // libsndfile takes the size for a number with a sign. It reads to the end of the file if the size is open.
+    // libsndfile reads the size as a signed number, and reads to the end of the file if the size is open.
     constexpr std::uint64_t LongestRead = 0x7FFFFFFF;
     HeaderCorrection correction = field(8, rest > LongestRead ? Most32 : rest, 4, std::endian::big);
     if (size == 0 || size == Most32) return openAt(file, begin, {std::move(correction)});
     SoundDataSize closed = closedAt(file, begin, size);
     if (size <= LongestRead || size > rest) return closed;
-    if (size < rest) throw FileError("sound of more than 2 GiB with other data after it cannot be read");
+    if (size < rest) throw FileError("an AU file with more than 2 GiB of sound and other data after it cannot be read");
     closed.corrections.push_back(std::move(correction));
     return closed;
 }

@@ -7,29 +7,32 @@
 
 namespace eq {
 
-/// Bytes that a reader of a file should see in place of those in the file.
+/// Bytes that a reader of a file should use in place of the file's own bytes at `position`.
 struct HeaderCorrection {
     std::uint64_t position;
     std::string bytes;
 };
 
-/// How many bytes should be in a file, or in its sound, and how many are there.
+/// The size in bytes that a header states for a file or for its sound, and the size that is present.
 struct SoundDataSize {
     std::uint64_t promised;
     std::uint64_t present;
-    /// The header leaves the size open: the sound ends with the file, and `corrections` put the real sizes into the
-    /// header.
+    /// True if the header leaves the size open. The sound then ends with the file, and `corrections` put the real sizes
+    /// into the header.
     bool isOpen = false;
     std::vector<HeaderCorrection> corrections = {};
 };
 
-/// Returns what the header of a WAV, RF64, W64, AIFF, AU or CAF file promises: libsndfile silently reads what is
-/// there, and finds no sound where a program that wrote into a pipe could not fill in a size. Nothing for other kinds,
-/// and for what is no regular file. Throws FileError if the size is damaged and the sound has no certain end.
+/// Returns the size that the header of a WAV, RF64, W64, AIFF, AU or CAF file states, and the size that is present.
+/// Returns nothing for other kinds of files, and for a path that does not name a regular file. Throws FileError if the
+/// size is damaged and the end of the sound is not certain.
+///
+/// libsndfile does not report these faults. It reads a file that is cut off without an error. It finds no sound if a
+/// program that wrote into a pipe could not fill in the size.
 [[nodiscard]] std::optional<SoundDataSize> soundDataSizeOf(const std::string& file);
 
-/// Whether a header of `frames` frames leaves the length open: the size in bytes is one that programs write into a
-/// pipe.
+/// Returns whether a header that states `frames` frames leaves the length open. Its size in bytes is then a value that
+/// programs write into a pipe.
 [[nodiscard]] bool isPlaceholderLength(std::uint64_t frames, std::uint64_t frameBytes);
 
 } // namespace eq

@@ -9,17 +9,17 @@ namespace eq {
 std::string soundFileError(SNDFILE* file) {
     switch (sf_error(file)) {
     case SF_ERR_NO_ERROR:
-        return "no reason is known";
+        return "libsndfile reports no reason";
     case SF_ERR_UNRECOGNISED_FORMAT:
-        return "the contents are of no known kind of audio file, whatever the name says";
+        return "the contents have no known audio format, whatever the name says";
     case SF_ERR_MALFORMED_FILE:
         return "the file is damaged: its header contradicts itself";
     case SF_ERR_UNSUPPORTED_ENCODING:
-        return "the kind of file is known, but not the way in which its samples are coded";
+        return "libsndfile cannot decode the samples; convert the file to WAV or FLAC first";
     default:
         break;
     }
-    // Other errors have numbers that are not published, and sentences such as "Error : ... ."
+    // The numbers of other errors are not published. Their texts have the form "Error : ... ."
     std::string_view text = sf_strerror(file);
     constexpr std::string_view System = "System error : ";
     if (text.starts_with(System)) return std::string(trim_chars(text.substr(System.size()), ". "));

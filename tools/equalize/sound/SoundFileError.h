@@ -8,8 +8,8 @@
 
 namespace eq {
 
-/// Returns the reason for the last error of `file`, or of the last opening if `file` is null, in the words of this
-/// program: what is wrong, and what to do where something can be done.
+/// Returns the reason for the last error of `file`, in a text for the user. If `file` is null, returns the reason why
+/// the last opening failed; the caller must still hold `lockSoundFileOpening`.
 [[nodiscard]] std::string soundFileError(SNDFILE* file);
 
 } // namespace eq

@@ -6,8 +6,8 @@
 
 namespace eq {
 
-/// The decoder of one audio file. It reads the sound from its beginning to its end, as interleaved floats in the file's
-/// own order of channels.
+/// The decoder of one audio file. It reads the sound from its beginning to its end, as interleaved floats. The channels
+/// are in the file's order.
 class SoundSource {
 public:
     SoundSource() = default;
@@ -15,10 +15,11 @@ public:
     SoundSource(const SoundSource&) = delete;
     SoundSource& operator=(const SoundSource&) = delete;
 
-    /// Returns rate, channels and format. `frames` is UnknownLength where only the end of the file ends the sound.
+    /// Returns the rate, channels and format. `frames` is UnknownLength if only the end of the file shows the length.
     [[nodiscard]] const SF_INFO& info() const { return m_info; }
 
-    /// Returns the number of frames read, fewer than `frames` only at the end of the sound or after an error.
+    /// Reads frames and returns their number, which is smaller than `frames` only at the end of the sound or after an
+    /// error.
     [[nodiscard]] virtual sf_count_t read(float* interleaved, sf_count_t frames) = 0;
 
     /// Returns the decoder's text for the last error, or an empty text.

@@ -41,7 +41,7 @@ constexpr std::array<std::pair<int, const char*>, 10> TextNames = {{
     {SF_STR_GENRE, "GENRE"},
 }};
 
-/// Texts of WAV files are in UTF-8 or, in old files, in Latin-1.
+/// Returns a text of a WAV file. The bytes are UTF-8 or, in old files, Latin-1.
 String textOf(const std::string& bytes) {
     const String text(bytes, String::UTF8);
     return text.isEmpty() || text.to8Bit(true) != bytes ? String(bytes, String::Latin1) : text;
@@ -56,7 +56,7 @@ ByteVector picture(int type, const String& mimeType, const String& description, 
     return block.render();
 }
 
-/// An APE tag has "Cover Art (Front)" and others: a file name, a zero byte, and the picture.
+/// Adds the pictures of an APE tag. An item such as "Cover Art (Front)" has a file name, a zero byte, and the picture.
 void addApePictures(const TagLib::APE::Tag& tag, std::vector<ByteVector>& pictures) {
     for (const auto& [key, item] : tag.itemListMap()) {
         if (!key.upper().startsWith("COVER ART") || item.type() != TagLib::APE::Item::Binary) continue;
@@ -74,12 +74,13 @@ void addPictures(const TagLib::List<TagLib::FLAC::Picture*>& list, std::vector<B
     for (const TagLib::FLAC::Picture* block : list) pictures.push_back(block->render());
 }
 
-/// A file of Xiph's formats: its comments, and the object that owns its pictures.
+/// Sets the comments of a FLAC or Ogg file, and adds pictures to `owner`, the object that owns the pictures of the
+/// file.
 template <typename PictureOwner>
 void replaceXiph(TagLib::Ogg::XiphComment& comment, PictureOwner& owner, const TagLib::PropertyMap& properties,
                  const std::vector<ByteVector>& pictures) {
     comment.setProperties(properties);
-    // The owner deletes the pictures.
+    // `owner` deletes the pictures.
     for (const ByteVector& block : pictures) owner.addPicture(new TagLib::FLAC::Picture(block));
 }
 
@@ -101,7 +102,7 @@ TagKind kindOf(int format) {
     if (container == SF_FORMAT_FLAC) return TagKind::Flac;
     if (container == SF_FORMAT_OGG && sampleFormat == SF_FORMAT_VORBIS) return TagKind::Vorbis;
     if (container == SF_FORMAT_OGG && sampleFormat == SF_FORMAT_OPUS) return TagKind::Opus;
-    // libsndfile calls the samples of Ogg FLAC integers.
+    // For Ogg FLAC, libsndfile reports a format of integer samples.
     return container == SF_FORMAT_OGG ? TagKind::Flac : TagKind::None;
 }
 
@@ -114,14 +115,15 @@ void SoundTags::add(const TagLib::PropertyMap& properties) {
 
 void SoundTags::take(TagLib::ID3v2::Tag& tag) {
     add(tag.properties());
-    // A copy of TagLib's own list would delete the frames.
+    // Copy the pointers into a vector, because a copy of TagLib's own list would delete the frames.
     const std::vector<TagLib::ID3v2::Frame*> frames(tag.frameList().begin(), tag.frameList().end());
     for (TagLib::ID3v2::Frame* const frame : frames) {
         if (const auto* const shown = dynamic_cast<const TagLib::ID3v2::AttachedPictureFrame*>(frame)) {
             m_pictures.push_back(picture(shown->type(), shown->mimeType(), shown->description(), shown->picture()));
             continue;
         }
-        // A tag owns its frames.
+        // A tag owns its frames, so each frame is moved into a temporary tag. If the properties of this tag contain the
+        // frame, the temporary tag deletes the frame. All other frames are moved to `m_id3`.
         TagLib::ID3v2::Tag single;
         tag.removeFrame(frame, false);
         single.addFrame(frame);
@@ -143,7 +145,8 @@ void SoundTags::read(const FileBytes& bytes, int format) {
     case TagKind::None:
         break;
     case TagKind::Mpeg: {
-        // The richest tag counts, and the others fill its gaps: an ID3v1 tag cuts texts to 30 characters.
+        // The first tag counts, and the others fill its gaps. An ID3v1 tag is the last, because it cuts texts to 30
+        // characters.
         const auto file = open<TagLib::MPEG::File>(stream);
         if (file->hasID3v2Tag()) take(*file->ID3v2Tag());
         if (file->hasAPETag()) {
@@ -194,7 +197,7 @@ void SoundTags::readInfo(const std::string& list) {
             reader.align(2);
         }
     } catch (const EndOfData&) {
-        // The texts so far are good.
+        // The list is cut off. Keep its complete texts.
     }
 }
 
@@ -259,7 +262,7 @@ void SoundTags::write(const FileBytes& bytes, int format) {
 
 std::string SoundTags::id3() {
     TagLib::ID3v2::Tag& tag = *m_id3;
-    tag.setProperties(m_properties); // keeps the frames that no property names
+    tag.setProperties(m_properties); // keeps the frames that are not properties
     for (const ByteVector& bytes : m_pictures) {
         const TagLib::FLAC::Picture block(bytes);
         // The tag deletes the frame.

@@ -12,32 +12,34 @@
 
 namespace eq {
 
-/// The tags and pictures of an audio file, in a form that every tagged format can take.
+/// The tags and pictures of an audio file, in a form that can be written into every format with tags.
 class SoundTags {
 public:
-    /// Reads an MP3 (ID3v2, APE and ID3v1 tags), FLAC, Ogg Vorbis, Opus or Ogg FLAC file. Other formats have none.
+    /// Reads the tags and pictures of an MP3 (ID3v2, APE and ID3v1 tags), FLAC, Ogg Vorbis, Opus or Ogg FLAC file. Does
+    /// nothing for other formats. Throws FileError.
     void read(const FileBytes& file, int format);
     /// Reads an ID3v2 tag from the contents of a chunk.
     void readId3(const std::string& tag);
-    /// Reads the texts of a chunk LIST that libsndfile does not know. Their identifiers become their names.
+    /// Reads the texts of a LIST chunk that libsndfile does not read. The identifier of a text becomes its name.
     void readInfo(const std::string& list);
-    /// Adds the texts that libsndfile knows, for the names that have no tag.
+    /// Adds libsndfile's texts of a file, if there is no tag with the same name.
     void addTexts(SNDFILE* file);
 
     [[nodiscard]] bool empty() const { return m_properties.isEmpty() && m_pictures.empty(); }
     [[nodiscard]] std::size_t pictures() const { return m_pictures.size(); }
-    /// Returns the names of all tags that `addTexts` does not know.
+    /// Returns the names of all tags that are not among libsndfile's texts.
     [[nodiscard]] std::vector<std::string> namesBeyondTexts() const;
-    /// Returns true if a tag states the loudness of the sound, for players that bring all sound to one level.
+    /// Returns whether a tag states the loudness of the sound. Players use such a tag to play all sounds at the same
+    /// level.
     [[nodiscard]] bool statesLoudness() const;
-    /// Returns the identifiers of the frames that only ID3v2 knows.
+    /// Returns the identifiers of the frames that only ID3v2 can hold.
     [[nodiscard]] std::vector<std::string> framesOfId3Only() const;
 
-    /// Whether `read` and `write` know the tags of this format.
+    /// Returns whether `read` and `write` support the tags of this format.
     [[nodiscard]] static bool knows(int format);
-    /// Replaces all tags and pictures of a complete file. Throws FileError.
+    /// Writes the tags and pictures into a complete file. Throws FileError.
     void write(const FileBytes& file, int format);
-    /// Returns an ID3v2 tag.
+    /// Returns the bytes of an ID3v2 tag. Call this function only once, because it adds the pictures to `m_id3`.
     [[nodiscard]] std::string id3();
 
 private:

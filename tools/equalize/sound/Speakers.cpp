@@ -27,7 +27,8 @@ constexpr int FewestChannels = 3;
 constexpr int MostChannels = 8;
 using Layouts = std::array<std::array<int, MostChannels>, MostChannels - FewestChannels + 1>;
 
-/// "Vorbis I specification", 4.3.9; RFC 7845, 5.1.1.2 for Opus.
+/// The order of channels in Ogg files (Xiph.Org Foundation, Vorbis I specification, section 4.3.9; for Opus: T.
+/// Terriberry and others, RFC 7845, 2016, section 5.1.1.2).
 constexpr Layouts OggLayouts = {{
     {L, C, R},
     {L, R, Bl, Br},
@@ -37,7 +38,8 @@ constexpr Layouts OggLayouts = {{
     {L, C, R, Sl, Sr, Bl, Br, Lfe},
 }};
 
-/// RFC 9639, 9.1.3. Programs read plain WAV files in the same order.
+/// The order of channels in FLAC files (M. van Beurden and A. Weaver, RFC 9639, 2024, section 9.1.3). Programs use the
+/// same order for plain WAV files.
 constexpr Layouts FlacLayouts = {{
     {L, R, C},
     {L, R, Bl, Br},
@@ -47,7 +49,7 @@ constexpr Layouts FlacLayouts = {{
     {L, R, C, Lfe, Bl, Br, Sl, Sr},
 }};
 
-/// The order of the bits in the mask of extensible WAV.
+/// The speakers in the order of the bits in the channel mask of extensible WAV.
 constexpr std::array WavOrder = {L,
                                  R,
                                  C,
@@ -73,7 +75,7 @@ bool hasLayout(int channels) {
     return channels >= FewestChannels && channels <= MostChannels;
 }
 
-/// Returns the list of a format that fixes it, or an empty one.
+/// Returns the speakers of a format with a fixed order of channels, or an empty list.
 Speakers fixedLayout(const SF_INFO& info) {
     if (!hasLayout(info.channels)) return {};
     if (containerOf(info) == SF_FORMAT_OGG) return layoutFrom(OggLayouts, info.channels);
@@ -81,7 +83,8 @@ Speakers fixedLayout(const SF_INFO& info) {
     return {};
 }
 
-/// Programs name other speakers than the fixed ones in a comment of a FLAC file, as the mask of extensible WAV.
+/// Returns the speakers that a comment of a FLAC file names, or an empty list. Programs write this comment if the
+/// speakers are not the fixed ones. It contains the channel mask of extensible WAV.
 Speakers speakersInComment(const FileDescriptor& file, int channels) {
     constexpr std::size_t Searched = 65536;
     constexpr std::string_view Key = "WAVEFORMATEXTENSIBLE_CHANNEL_MASK=0x";
@@ -97,7 +100,7 @@ Speakers speakersInComment(const FileDescriptor& file, int channels) {
     return static_cast<int>(speakers.size()) == channels ? speakers : Speakers{};
 }
 
-/// libsndfile has two names for each of the three speakers in front.
+/// Returns L, R or C for libsndfile's second values of the three front speakers. Returns all other values unchanged.
 int oneName(int speaker) {
     switch (speaker) {
     case SF_CHANNEL_MAP_FRONT_LEFT:
@@ -111,7 +114,8 @@ int oneName(int speaker) {
     }
 }
 
-/// A layout has one pair of surround speakers, which formats call side or rear, or has both pairs.
+/// Renames side speakers to rear speakers if there are no rear speakers. Formats call a single pair of surround
+/// speakers side or rear. If a layout has both pairs, the names stay.
 Speakers withRearPair(Speakers speakers) {
     const bool hasRear = std::find(speakers.begin(), speakers.end(), Bl) != speakers.end();
     if (hasRear) return speakers;
@@ -120,6 +124,7 @@ Speakers withRearPair(Speakers speakers) {
     return speakers;
 }
 
+/// Returns the order in which the channels are sorted like the bits of the mask of extensible WAV.
 ChannelOrder inWavOrder(const Speakers& speakers) {
     ChannelOrder order{std::vector<int>(speakers.size()), {}};
     std::iota(order.sources.begin(), order.sources.end(), 0);
@@ -158,7 +163,7 @@ std::optional<ChannelOrder> orderFor(const SF_INFO& output, const SF_INFO& input
     const Speakers to = fixedLayout(output);
     if (containerOf(output) == containerOf(input)) return ChannelOrder{{}, speakers};
     if (speakers.empty() && to.empty()) {
-        // libsndfile would name others for eight channels.
+        // For eight channels, libsndfile would name other speakers.
         const bool namesSpeakers = containerOf(output) == SF_FORMAT_RF64 && hasLayout(input.channels);
         return ChannelOrder{{}, namesSpeakers ? layoutFrom(FlacLayouts, input.channels) : speakers};
     }

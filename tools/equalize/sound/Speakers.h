@@ -9,25 +9,27 @@
 
 namespace eq {
 
-/// The speaker of each channel, as SF_CHANNEL_MAP_LEFT and the like. Empty if the speakers are unknown, and for mono
-/// and stereo, which all formats order alike.
+/// The speaker of each channel, as a value such as SF_CHANNEL_MAP_LEFT. Empty if the speakers are unknown. Also empty
+/// for mono and stereo, whose channels have the same order in all formats.
 using Speakers = std::vector<int>;
 
-/// Returns the speakers of an open file, whose bytes up to its sound are in `metadata`: those that a comment of a FLAC
-/// file names, or those of its format, or else those that its header names.
+/// Returns the speakers of an open file. They come from a comment of a FLAC file, from the fixed order of the format,
+/// or from the header of the file; the first of these sources that exists counts. `metadata` contains the bytes of the
+/// file up to its sound.
 [[nodiscard]] Speakers speakersOf(const FileDescriptor& metadata, SNDFILE* file, const SF_INFO& info);
 
-/// Returns the format in which the speakers can be named: extensible WAV instead of plain WAV.
+/// Returns the output's format, with extensible WAV in place of plain WAV if there are speakers. Plain WAV cannot name
+/// the speakers.
 [[nodiscard]] int formatWithSpeakers(const SF_INFO& output, const Speakers& speakers);
 
-/// The order of channels on the way from an input to an output.
+/// Assigns the channels of an input to the channels of an output.
 struct ChannelOrder {
-    std::vector<int> sources; ///< for each output channel the input channel; empty if the order stays
+    std::vector<int> sources; ///< the input channel of each output channel; empty if the order stays
     Speakers speakers;        ///< of the output
 };
 
-/// Returns the order for an output with `input`'s channels. Nothing if the output's format has a fixed list of speakers
-/// that lacks one of the input's.
+/// Returns the order for an output with the channels of `input`, whose speakers are `speakers`. Returns nothing if the
+/// output's format has fixed speakers that differ from the input's speakers.
 [[nodiscard]] std::optional<ChannelOrder> orderFor(const SF_INFO& output, const SF_INFO& input,
                                                    const Speakers& speakers);
 

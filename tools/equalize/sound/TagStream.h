@@ -8,7 +8,7 @@
 
 namespace eq {
 
-/// A file as TagLib reads and writes it. TagLib knows no errors of the system, so the stream keeps the first one.
+/// Lets TagLib read and write a file. TagLib cannot report system errors, so the stream keeps the first one.
 class TagStream : public TagLib::IOStream {
 public:
     explicit TagStream(const FileBytes& file) : m_file(file) {}

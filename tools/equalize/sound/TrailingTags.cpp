@@ -9,7 +9,7 @@
 namespace eq {
 namespace {
 
-/// Returns the bytes before `end`, and fewer at the beginning of the file.
+/// Returns the `count` bytes before the position `end`, or fewer if the file begins later.
 std::string bytesBefore(const FileBytes& file, std::uint64_t end, std::uint64_t count) {
     const std::uint64_t present = std::min(end, count);
     return file.read(end - present, static_cast<std::size_t>(present));
@@ -21,8 +21,10 @@ std::uint64_t id3v1Size(const FileBytes& file, std::uint64_t end) {
     return bytes.size() == Size && bytes.starts_with("TAG") ? Size : 0;
 }
 
-//  header (optional) | items | footer: identifier (8 bytes), version, size, number of items, flags (4 bytes each), 8
-//  bytes
+//  header (optional) | items | footer
+//
+//  footer, with the sizes in bytes:
+//  identifier (8) | version (4) | size (4) | number of items (4) | flags (4) | reserved (8)
 std::uint64_t apeSize(const FileBytes& file, std::uint64_t end) {
     constexpr std::uint64_t FooterSize = 32;
     constexpr std::uint32_t HasHeader = 0x80000000;
