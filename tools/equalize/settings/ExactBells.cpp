@@ -12,7 +12,7 @@
 namespace eq {
 namespace {
 
-/// An end of a range stays inside when a calculation rounds it.
+/// The relative tolerance at the ends of a range. A calculation may round an end to a value just outside.
 constexpr double Slack = 1e-9;
 
 bool isIn(ValueRange range, double value) {
@@ -21,7 +21,7 @@ bool isIn(ValueRange range, double value) {
     return value >= lowest && value <= highest;
 }
 
-/// Two ends that are inside of the range.
+/// Returns a range as text. Both ends are rounded into the range.
 std::string textOf(ValueRange range, int decimals) {
     const double scale = std::pow(10.0, decimals);
     const auto slack = [scale](double end) { return std::fabs(end) * scale * Slack; };
@@ -52,7 +52,7 @@ Bell bellOf(const TextFilter& filter, int sampleRate) {
             std::clamp(bellQ(angle, filter.gain, wanted), QRange.lowest, QRange.highest)};
 }
 
-/// "line 3, LSC Fc 105 Hz Gain 5.5 dB: "
+/// Returns the start of a message: "line 3, LSC Fc 105 Hz Gain 5.5 dB: ".
 std::string headOf(const TextFilter& filter) {
     return "line " + std::to_string(filter.line) + ", " + filter.type + " Fc " + shortest(filter.frequency) +
            " Hz Gain " + shortest(filter.gain) + " dB" +
