@@ -20,8 +20,8 @@ using TextCheck = void (*)(const CheckedText&);
 constexpr TextCheck TextChecks[] = {checkMnemonic,  checkNumbers, checkScripts,     checkBlanks,
                                     checkLostMarks, checkPairs,   checkUntranslated};
 
-/// Returns the library's keys that the language lacks. A key that is lost with its context counts as present, because
-/// the context is the one fault then.
+/// Returns the library's keys that the language lacks. A key in a misspelt context, or before the first context, counts
+/// as present, because another fault reports it.
 std::vector<std::string_view> keysLackedBy(const Language& language) {
     std::set<std::string> misspelt;
     std::set<nocase_string_view> lost;

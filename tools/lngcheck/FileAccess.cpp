@@ -38,7 +38,7 @@ std::string textOfError(int errorNumber) {
 }
 
 #ifdef _WIN32
-/// Renaming replaces an existing file in one step.
+/// Writes a temporary file and renames it. Renaming replaces an existing file in one step.
 void writeInPlace(const std::filesystem::path& path, std::string_view bytes, Existing) {
     std::filesystem::path temporary = path;
     temporary += ".unfinished";

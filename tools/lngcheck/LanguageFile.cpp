@@ -20,7 +20,7 @@ namespace {
 
 constexpr char EndMark = '\x1A';
 
-/// Keeps the content of one line after the other.
+/// Records the contents of the lines that the scanner accepts.
 class Recorder : public CLanguageFileHandler {
 public:
     Recorder(LanguageFile& file, Findings& findings, std::optional<UINT> codepage)
@@ -28,7 +28,7 @@ public:
 
     void setLine(int line) { m_line = line; }
 
-    /// A tag that should name the code page is wrong: without it, nothing can be said of the texts below.
+    /// Records that a code page tag is wrong. The texts after this tag then cannot be checked.
     void setCodepageUnknown() { m_isCodepageUnknown = true; }
 
     [[nodiscard]] int acceptedLines() const { return m_acceptedLines; }
@@ -54,7 +54,7 @@ public:
             define(AcceleratorKeyName(*accelerator), value, true);
     }
 
-    // The scanner sees a file of one line at a time, and a context outlives these.
+    // The scanner receives each line as a whole file. The end of such a file does not end the context.
     void OnContextEnd() override {}
     void OnFileEnd() override {}
 
@@ -113,7 +113,7 @@ private:
     int m_acceptedLines = 0;
 };
 
-/// Returns the scanner's message without the position in front.
+/// Returns the scanner's message without the position at its start.
 std::string messageOf(const CLanguageFile::syntax_error& error, const std::string& path) {
     std::string_view text = error.context();
     const std::string position = "In file '" + path + "', line 1: ";
@@ -121,7 +121,7 @@ std::string messageOf(const CLanguageFile::syntax_error& error, const std::strin
     return std::string(trim(text));
 }
 
-/// Reads the lines of a file. The scanner stops at the first faulty line, so it gets one line at a time.
+/// Reads the lines of a file. The scanner stops at the first faulty line, so it receives each line separately.
 class LineReader {
 public:
     LineReader(LanguageFile& file, Findings& findings, std::optional<UINT> codepage)
@@ -178,7 +178,7 @@ private:
                        "Some old programs write this byte (Ctrl+Z) at the end of a file. Delete it.");
     }
 
-    /// A file of another kind has a fault in nearly every line.
+    /// Returns true and adds a fault if most lines so far are wrong. The file is then probably of another kind.
     bool seemsNoLanguageFile() {
         constexpr int MostRefusedLines = 10;
         if (m_refusedLines < MostRefusedLines || m_recorder.acceptedLines() >= m_refusedLines) return false;

@@ -1,4 +1,4 @@
-// The command line of `lngcheck`: looks through language files, for those who write them.
+// The command line of `lngcheck`, which checks language files for translators.
 
 #include "tools/common/CommandLine.h"
 #include "tools/common/Printable.h"
@@ -40,7 +40,7 @@ struct Options {
     std::string reference;
     std::string pseudo;
     std::vector<std::string> init;    ///< the language id and the file
-    std::vector<std::string> convert; ///< the file to read and the one to write
+    std::vector<std::string> convert; ///< the file to read and the file to write
     std::optional<WORD> overrideLanguage;
     std::optional<WORD> systemLanguage;
     std::vector<std::string> keysToExplain;
@@ -106,7 +106,7 @@ bool isFolder(const std::string& path) {
 }
 
 bool isLanguageFile(const std::filesystem::directory_entry& entry) {
-    std::error_code ignored; // a loop of links is a language file that cannot be read
+    std::error_code ignored; // for a loop of links, which is no folder; reading it fails later
     return !entry.is_directory(ignored) && CompareNoCase(fromPath(entry.path().extension()), ".lng") == 0;
 }
 
@@ -123,14 +123,14 @@ std::vector<std::string> languageFilesIn(const std::string& folder) {
     return paths;
 }
 
-/// Returns the one name of a file that may be named in several ways.
+/// Returns the same path for all names of one file.
 std::filesystem::path identityOf(const std::string& path) {
     std::error_code error;
     std::filesystem::path name = std::filesystem::canonical(toPath(path), error);
     return error ? std::filesystem::absolute(toPath(path), error).lexically_normal() : name;
 }
 
-/// Reads each file once.
+/// Reads all files that the arguments name, each file once.
 std::vector<LanguageFile> readAll(const std::vector<std::string>& arguments, Findings& findings) {
     std::vector<LanguageFile> files;
     std::set<std::filesystem::path> read;
@@ -177,7 +177,7 @@ void check(const Options& options, const std::optional<LanguageFile>& reference,
     printSummary(options, files.size(), findings);
 }
 
-/// As the library's own path is: absolute, without a separator at its end.
+/// Returns a folder in the form of the library's own path: absolute, without a separator at the end.
 std::string folderOfLibrary(const std::string& folder) {
     return fromPath(std::filesystem::canonical(toPath(folder)));
 }
@@ -286,7 +286,7 @@ int runMain(int argumentCount, Character** argumentTexts) {
 }
 
 #ifdef _WIN32
-/// Lets the runtime replace "*.lng" by the names of the files, which the shell does elsewhere.
+/// Lets the runtime replace "*.lng" by file names, because the shells of Windows do not.
 extern "C" int _dowildcard; // NOLINT(bugprone-reserved-identifier,readability-identifier-naming)
 int _dowildcard = -1;       // NOLINT(bugprone-reserved-identifier,readability-identifier-naming)
 

@@ -10,12 +10,12 @@ namespace eq {
 namespace lngcheck {
 namespace {
 
-/// The use of '&' in a text.
+/// The '&' characters of a text.
 struct Ampersands {
-    int marks = 0;       ///< single ones, each before a letter
-    int pairs = 0;       ///< "&&", which shows a '&'
-    bool isBare = false; ///< one before a blank or at the end
-    wchar_t letter = 0;  ///< the last marked letter, in its small form
+    int marks = 0;       ///< the number of '&' before letters
+    int pairs = 0;       ///< the number of "&&", each of which shows one '&'
+    bool isBare = false; ///< there is a '&' before a blank or at the end
+    wchar_t letter = 0;  ///< the letter after the last mark, in its small form
 };
 
 Ampersands ampersandsOf(std::wstring_view text) {

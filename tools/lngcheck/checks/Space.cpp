@@ -14,7 +14,8 @@ bool isControl(wchar_t c) {
     return c < 0x20 || (c >= 0x7F && c < 0xA0);
 }
 
-/// The read-out's text is in the system's code page: the file's on Windows, as a rule, and UTF-8 elsewhere.
+/// Checks the length of a unit in bytes. The text of a read-out is in the system's code page. On Windows, it is usually
+/// the code page of the file, and on Linux it is UTF-8.
 void checkUnitBytes(const CheckedText& text) {
     const std::size_t inUnicode = inUtf8(text.text()).size();
     if (inUnicode > 2 * text.text().size() + 1)
