@@ -126,7 +126,7 @@ void EditorWindow::onTimer() {
 }
 
 void EditorWindow::takeScreenshot() const {
-    // The control that has the keyboard is marked in some systems. The picture shows no mark.
+    // Some systems mark the control with the keyboard focus. Remove the focus, so that pictures show no mark.
     SetFocus(nullptr);
     RedrawWindow(m_window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW | RDW_ALLCHILDREN);
     writeScreenshot(m_window, *m_options.screenshot);
