@@ -18,7 +18,7 @@ intptr answerEffect(AEffect*, int32 opcode, int32, intptr, void*, float) {
     return opcode == audioMasterVersion ? HostVersion : 0;
 }
 
-/// The parameters' meaning is known for one effect only.
+/// Returns whether the effect is the equalizer. This program knows the parameters of no other effect.
 bool isTheEqualizer(const AEffect& effect) {
     constexpr std::string_view Identity = "zVhM";
     return effect.magic == EffectMagic && std::memcmp(&effect.uniqueID, Identity.data(), sizeof effect.uniqueID) == 0 &&
@@ -33,7 +33,7 @@ void EffectLibrary::Unloader::operator()(void* library) const {
 }
 
 EffectLibrary::EffectLibrary(const std::filesystem::path& file)
-    // A bare name would be looked for in the system's folders.
+    // The path must be absolute, because dlopen searches the system's folders for a name without a folder.
     : m_file(std::filesystem::absolute(file)), m_library(dlopen(m_file.c_str(), RTLD_NOW | RTLD_LOCAL)) {
     if (!m_library) throw FileError(std::string("the plug-in cannot be loaded: ") + dlerror());
     m_main = reinterpret_cast<EffectMainProc>(dlsym(m_library.get(), "main"));
@@ -42,7 +42,8 @@ EffectLibrary::EffectLibrary(const std::filesystem::path& file)
 
 std::filesystem::path EffectLibrary::defaultPlace() {
     const std::filesystem::path folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
-    // Beside the program; below a prefix; in a user's home, whose programs are in ~/.local/bin.
+    // The library may be in the folder of the program, below the prefix of an installation, or in the home of a user
+    // whose programs are in ~/.local/bin.
     std::string tried;
     for (const char* const place : {".", "../lib/vst", "../../.vst/parametric-equalizer"}) {
         std::filesystem::path file = (folder / place / "Parametric Equalizer.so").lexically_normal();

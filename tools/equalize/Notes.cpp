@@ -15,7 +15,7 @@ namespace eq {
 
 namespace {
 
-/// "1 sample was", "2 samples were"
+/// Returns "1 sample was", "2 samples were" and so on.
 std::string samplesWere(sf_count_t count) {
     return std::to_string(count) + (count == 1 ? " sample was" : " samples were");
 }

@@ -171,7 +171,7 @@ void runWithoutFiles(const Options& options, const Settings& settings) {
     serveSettings(options, settings, settings.resolve(frequencies), frequencies);
 }
 
-/// For the tasks that need only the sampling rate of a file.
+/// Performs the tasks that need only the sampling rate of INPUT, such as --list and --plot.
 void runOnInputAlone(const Options& options, const Settings& settings) {
     SoundInput input(options.files.files.front());
     const AudioReader reader(input);
