@@ -37,7 +37,7 @@ EffectLibrary::EffectLibrary(const std::filesystem::path& file)
     : m_file(std::filesystem::absolute(file)), m_library(dlopen(m_file.c_str(), RTLD_NOW | RTLD_LOCAL)) {
     if (!m_library) throw FileError(std::string("the plug-in cannot be loaded: ") + dlerror());
     m_main = reinterpret_cast<EffectMainProc>(dlsym(m_library.get(), "main"));
-    if (m_main == nullptr) throw FileError(m_file.string() + ": not a plug-in: it has no export \"main\"");
+    if (m_main == nullptr) throw FileError(m_file.string() + ": this is not a plug-in: it has no export \"main\"");
 }
 
 std::filesystem::path EffectLibrary::defaultPlace() {
@@ -50,18 +50,19 @@ std::filesystem::path EffectLibrary::defaultPlace() {
         if (std::filesystem::exists(file)) return file;
         tried += (tried.empty() ? " " : ", ") + file.string();
     }
-    throw FileError("the plug-in is missing; --plugin names another place than these:" + tried);
+    throw FileError("the plug-in is missing; name its file with --plugin; it is not one of these:" + tried);
 }
 
 AEffect* EffectLibrary::makeInstance() const {
     const std::lock_guard lock(m_mainInUse);
     AEffect* const effect = m_main(answerEffect);
     if (effect == nullptr)
-        throw FileError(m_file.string() + ": the plug-in gives no instance; " +
+        throw FileError(m_file.string() + ": the plug-in creates no instance; " +
                         languageFaultText(m_file.parent_path()));
     if (isTheEqualizer(*effect)) return effect;
     if (effect->magic == EffectMagic) effect->dispatcher(effect, effClose, 0, 0, nullptr, 0.0F);
-    throw FileError(m_file.string() + ": the plug-in is not the equalizer");
+    throw FileError(m_file.string() +
+                    ": the plug-in is not the equalizer; --plugin must name 'Parametric Equalizer.so'");
 }
 
 } // namespace eq

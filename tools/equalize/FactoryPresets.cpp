@@ -57,7 +57,8 @@ std::filesystem::path presetFileOf(const std::string& fileOrName) {
 std::string factoryPresetList() {
     const std::vector<std::filesystem::path> presets = factoryPresets();
     if (presets.empty())
-        throw FileError("the factory presets are missing: they are not beside the program or installed");
+        throw FileError(
+            "the factory presets are missing: they are neither beside the program nor installed; install them again");
     std::size_t width = 0;
     for (const std::filesystem::path& preset : presets) width = std::max(width, preset.stem().string().size());
     std::string text;

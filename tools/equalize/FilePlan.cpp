@@ -119,18 +119,22 @@ public:
         if (isItsInput && !mayReplaceItsInput)
             throw UsageError(job.input + " would be replaced; --suffix TEXT or another --output-dir keeps it");
         if (reader != m_readers.end() && !isItsInput)
-            throw UsageError(job.output + ", the output of " + job.input + ", is an input, too");
+            throw UsageError(job.output + ", the output of " + job.input +
+                             ", is an input, too; use another --output-dir or --suffix");
         const auto [writer, isNew] = m_writers.emplace(identity, job.input);
-        if (!isNew) throw UsageError(writer->second + " and " + job.input + " have the same output: " + job.output);
+        if (!isNew)
+            throw UsageError(writer->second + " and " + job.input + " have the same output: " + job.output +
+                             "; equalize them in separate runs");
     }
 
     void addOtherOutput(const std::string& file) {
         if (file.empty()) return;
-        if (m_isOutputTaken && isStandardOutput(file)) throw UsageError(file + " is used twice: the sound goes there");
+        if (m_isOutputTaken && isStandardOutput(file))
+            throw UsageError(file + " is used twice: it receives the sound; name another file");
         if (isStream(file)) return;
         const fs::path identity = identityOf(file);
         if (m_readers.contains(identity) || !m_writers.emplace(identity, file).second)
-            throw UsageError(file + " is used twice");
+            throw UsageError(file + " is used twice; name another file");
     }
 
 private:
@@ -144,7 +148,7 @@ private:
         requireNoTerminal(job.output, "shows no sound: name a file, or use '|' or '>'");
         std::error_code ignored;
         if (fs::is_regular_file(job.input, ignored) && fs::equivalent(job.input, job.output, ignored))
-            throw UsageError(job.input + " would be written while it is read");
+            throw UsageError(job.input + " would be written while it is read; name another OUTPUT");
     }
 
     bool m_isOutputTaken = false;

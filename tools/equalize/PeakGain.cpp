@@ -31,7 +31,8 @@ void PeakGain::setLevel(std::string_view decibels) {
 }
 
 double PeakGain::gainFor(const SamplePeaks& peaks, int format, bool isDithered) const {
-    if (std::isinf(peaks.level())) throw FileError("the sound has infinite samples, which no gain brings to a level");
+    if (std::isinf(peaks.level()))
+        throw FileError("the sound has infinite samples after the effect, so there is no gain for it; lower --volume");
     if (peaks.level() == 0.0) return 1.0;
 
     // Integers range from -1 to one step below 1. Samples are floats with 24 significant bits, so the step is never

@@ -95,7 +95,7 @@ void Settings::readPresetLine(std::string_view line, const std::string& origin) 
     } catch (const UsageError& error) {
         throw FileError(origin + error.what());
     }
-    throw FileError(origin + "there is no setting " + quoted(name));
+    throw FileError(origin + "there is no setting " + quoted(name) + "; --save-preset writes all names");
 }
 
 void Settings::setVolume(std::string_view decibels) {
@@ -237,10 +237,10 @@ std::string Settings::presetText(const FrequencyMap& frequencies) const {
     const Series imported = resolveImport(frequencies);
     if (imported.size() > 1)
         throw UsageError("--save-preset: a preset has " + std::to_string(BandCount) +
-                         " bands, and the imported file takes " + std::to_string(importedAt(frequencies).bells.size()) +
-                         "; --fit --bands " + std::to_string(BandCount) + " makes do with " +
+                         " bands, but the imported file needs " + std::to_string(importedAt(frequencies).bells.size()) +
+                         "; --fit --bands " + std::to_string(BandCount) + " approximates the file with " +
                          std::to_string(BandCount));
-    std::string text = "# Settings for equalize. A line with # in front, as any that is missing, leaves the default.\n"
+    std::string text = "# Settings for equalize. A setting that is missing or begins with # has its default value.\n"
                        "# volume " +
                        rangeText(ParameterKind::Volume) + ", freq " + rangeText(ParameterKind::Frequency) + ", gain " +
                        rangeText(ParameterKind::Gain) + ", q " + rangeText(ParameterKind::Q) + ".\n";

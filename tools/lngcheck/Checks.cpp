@@ -86,7 +86,8 @@ void checkLanguage(const Language& language, Findings& findings) {
         else
             findings.add(path, 0, Severity::Fault, "the key " + key + " is missing");
     }
-    if (!leftToEnglish.empty()) findings.add(path, 0, Severity::Note, "these texts show in English: " + leftToEnglish);
+    if (!leftToEnglish.empty())
+        findings.add(path, 0, Severity::Note, "these texts are shown in English: " + leftToEnglish);
 }
 
 void checkAgainstReference(const Language& language, const LanguageFile& reference, Findings& findings) {
@@ -100,8 +101,8 @@ void checkAgainstReference(const Language& language, const LanguageFile& referen
         const bool isReported = isKnownContext(wanted.context) && findKnownText(wanted.key);
         if (!found && !isReported && !isPrimaryLanguage(language.id()))
             findings.add(path, 0, Severity::Fault,
-                         "the key " + wanted.key + " of [" + wanted.context + "] is missing, which " + reference.name +
-                             " has");
+                         "the key " + wanted.key + " of [" + wanted.context + "] is missing, but " + reference.name +
+                             " has it");
         else if (found && found.definition->text == wanted.text)
             same += (same.empty() ? "" : ", ") + wanted.key;
     }

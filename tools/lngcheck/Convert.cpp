@@ -95,7 +95,7 @@ public:
         if (m_hasPortNames) text = "left out: the context [LV2], which the library does not read";
         if (m_leftOut.empty()) return text;
         return text + (text.empty() ? "" : "; ") + "a file of the language " + described(m_language) +
-               " has no tag and ASCII texts only; left out: line" +
+               " must have no tag and only ASCII texts; left out: line" +
                (m_leftOut.find(',') == std::string::npos ? " " : "s ") + m_leftOut;
     }
 

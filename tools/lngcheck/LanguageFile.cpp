@@ -67,8 +67,8 @@ private:
     void define(const std::string& key, const std::string& value, bool isAccelerator) {
         if (!m_context) {
             m_file.droppedKeys.push_back(key);
-            fault("stands in front of the first [context], so the library drops this line",
-                  "No [Parametric Equalizer] or [Shared] is above this line, so it is not used.");
+            fault("this line is before the first [context], so the library ignores it",
+                  "Write [Parametric Equalizer] or [Shared] above this line.");
             return;
         }
         const UINT codepage = m_fixedCodepage.value_or(m_codepage);
@@ -94,7 +94,7 @@ private:
     std::optional<std::wstring> convertedUnnamed(const std::string& bytes) {
         if (std::ranges::all_of(bytes, isAscii)) return convert_wstring(bytes, CP_UTF8);
         if (m_isCodepageUnknown) return std::nullopt;
-        fault("the value is not ASCII, and no <CODEPAGE> tag stands above it: what it shows depends on the system",
+        fault("the value is not ASCII, and no <CODEPAGE> tag is above it: the shown text depends on the system",
               hintForMissingTag(m_file));
         return std::nullopt;
     }
@@ -155,12 +155,13 @@ private:
         if (m_endMarkLine == 0) findEndMark(line);
         if (m_line == 1 && line.starts_with(Utf8Mark) && m_recorder.acceptedLines() > acceptedBefore)
             m_findings.add(m_file.path, m_line, Severity::Warning, "the file begins with a UTF-8 mark",
-                           "It is no text to the library, and spoils this line: save the file as ANSI.");
+                           "The library reads the mark as a part of this line. Save the file as ANSI.");
         if (trim(line).find('\r') != std::string_view::npos)
-            m_findings.add(m_file.path, m_line, Severity::Fault,
-                           "a line end of old Macs (CR) is in this line, which the library does not see",
-                           "The library takes several lines for one here. Save the file with the line ends of Windows "
-                           "(CR LF).");
+            m_findings.add(
+                m_file.path, m_line, Severity::Fault,
+                "a line end of old Macs (CR) is in this line, which the library does not see",
+                "The library reads several lines as one line here. Save the file with the line ends of Windows "
+                "(CR LF).");
     }
 
     void findEndMark(std::string_view line) {

@@ -86,10 +86,10 @@ void writeScreenshot(HWND window, const std::string& path) {
     const Bitmap picture = captured(window);
     const Imaging imaging;
     CLSID png{};
-    if (!picture || !findPngEncoder(png)) throw FileError(path + ": this system writes no PNG files");
+    if (!picture || !findPngEncoder(png)) throw FileError(path + ": this system cannot write PNG files");
     Gdiplus::Bitmap bitmap(picture.get(), nullptr);
     if (bitmap.Save(toWide(path, CP_ACP).text.c_str(), &png, nullptr) != Gdiplus::Ok)
-        throw FileError(path + ": cannot be written");
+        throw FileError(path + ": the picture cannot be written there");
 }
 
 } // namespace eq

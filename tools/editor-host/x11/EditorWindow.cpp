@@ -34,7 +34,8 @@ double secondsSinceStart() {
 class EditorWindow {
 public:
     EditorWindow(HostedEditor& editor, const WindowOptions& options) : m_editor(editor), m_options(options) {
-        if (xcb_connection_has_error(m_x.get()) != 0) throw FileError("no window can be made: is there a display?");
+        if (xcb_connection_has_error(m_x.get()) != 0)
+            throw FileError("the window cannot be created: is there a display?");
         const ERect size = editor.size();
         m_width = size.right - size.left;
         m_height = size.bottom - size.top;

@@ -35,7 +35,7 @@ double qOf(const TextFilter& filter, double angle) {
 }
 
 Bell bellOf(const TextFilter& filter, int sampleRate) {
-    if (filter.shape != TextFilter::Shape::Peak) throw FileError("a shelf is no peak filter");
+    if (filter.shape != TextFilter::Shape::Peak) throw FileError("a shelf cannot be replaced by a peak filter");
     if (!isIn(GainRange, filter.gain)) throw FileError("the gain must be " + textOf(GainRange, 0) + " dB");
     const ValueRange frequencies = bellFrequencyRange(sampleRate);
     if (!isIn(frequencies, filter.frequency))
@@ -65,7 +65,8 @@ std::vector<Bell> exactBells(const FilterText& text, int sampleRate) {
     std::vector<Bell> bells;
     std::vector<std::string> faults;
     if (!text.curve.empty())
-        faults.push_back("line " + std::to_string(text.curveLine) + ", GraphicEQ: a curve has no filters");
+        faults.push_back("line " + std::to_string(text.curveLine) +
+                         ", GraphicEQ: a curve cannot be replaced by peak filters");
     for (const TextFilter& filter : text.filters) {
         try {
             if (filter.gain != 0.0) bells.push_back(bellOf(filter, sampleRate));
@@ -75,7 +76,7 @@ std::vector<Bell> exactBells(const FilterText& text, int sampleRate) {
     }
     if (faults.empty()) return bells;
     const std::string count = faults.size() == 1 ? "a line has" : std::to_string(faults.size()) + " lines have";
-    throw FileError(text.name + ": " + count + " no exact form here; --fit comes near to the whole file",
+    throw FileError(text.name + ": " + count + " no exact form in this effect; --fit approximates the whole file",
                     std::move(faults));
 }
 

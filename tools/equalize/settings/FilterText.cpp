@@ -181,7 +181,7 @@ private:
         for (const std::string_view type : OtherTypes)
             if (equalNoCase(type, name))
                 throw FileError("filters of the type " + eq::quoted(name) +
-                                " are not possible, and peak filters do not come near to them; remove the line");
+                                " are not possible, and peak filters cannot approximate them; remove the line");
         throw FileError(eq::quoted(name) + " is no type of filter");
     }
 
@@ -224,7 +224,8 @@ private:
         constexpr double Smallest = 0.001;
         const double largest = kind == Width::Octaves ? 20.0 : 1000.0;
         if (width < Smallest || width > largest)
-            throw FileError(std::string(what) + " is " + (width > largest ? "too large" : "too small"));
+            throw FileError(std::string(what) + " is " + (width > largest ? "too large" : "too small") +
+                            "; the range is " + shortest(Smallest) + " to " + shortest(largest));
         if (found.width) throw FileError("there are two widths: Q, BW and the slope exclude each other");
         found.width = width;
         found.widthKind = kind;
@@ -250,7 +251,7 @@ private:
         filter.isAtCorner = known.isAtCorner && found.width.has_value() && !found.isCentred;
         constexpr double AnyAngle = 1.0;
         if (filter.widthKind == Width::Slope && !(Biquad::alphaOfSlope(AnyAngle, filter.gain, filter.width) > 0.0))
-            throw FileError("the slope is too steep for this gain");
+            throw FileError("the slope is too steep for this gain; use a smaller slope");
         return filter;
     }
 

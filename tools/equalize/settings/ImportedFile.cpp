@@ -44,8 +44,8 @@ std::optional<std::vector<Bell>> exactBellsWithin(const FilterText& text, int sa
 ImportedFile::ImportedFile(const std::filesystem::path& file, std::optional<Fit> fit, Notice notice)
     : m_text(FilterText::read(file)), m_fit(fit), m_notice(std::move(notice)) {
     if (!m_text.otherLines.empty())
-        m_notice(m_text.name + ": taken as titles or notes: " + (m_text.otherLines.size() == 1 ? "line " : "lines ") +
-                 listOf(m_text.otherLines));
+        m_notice(m_text.name + ": not used, because they are no settings: " +
+                 (m_text.otherLines.size() == 1 ? "line " : "lines ") + listOf(m_text.otherLines));
 }
 
 const ImportedFile::Bells& ImportedFile::at(int sampleRate) const {
@@ -73,10 +73,10 @@ ImportedFile::Bells ImportedFile::convert(int sampleRate) const {
     return {std::move(fit.bells), m_text.preamp + fit.offset, fit.deviation, fit.deviationFrequency};
 }
 
-/// Returns "8 bells come within 0.62 dB of the text, worst at 34.5 Hz (rate 44100 Hz)".
+/// Returns "the fit with 8 bands deviates by up to 0.62 dB, at 34.5 Hz (rate 44100 Hz)".
 std::string ImportedFile::fitText(const Bells& bells, int sampleRate) {
-    return std::to_string(bells.bells.size()) + (bells.bells.size() == 1 ? " bell comes" : " bells come") + " within " +
-           fixed(*bells.deviation, 2) + " dB of the text, worst at " +
+    return "the fit with " + std::to_string(bells.bells.size()) + (bells.bells.size() == 1 ? " band" : " bands") +
+           " deviates by up to " + fixed(*bells.deviation, 2) + " dB, at " +
            fixed(bells.deviationFrequency, bells.deviationFrequency < 100.0 ? 1 : 0) + " Hz (rate " +
            std::to_string(sampleRate) + " Hz)";
 }
@@ -84,8 +84,7 @@ std::string ImportedFile::fitText(const Bells& bells, int sampleRate) {
 void ImportedFile::judge(const Bells& bells) const {
     if (m_fit->isForced || *bells.deviation <= WorstDeviation) return;
     throw FileError(m_text.name + ": the fit deviates by " + fixed(*bells.deviation, 2) + " dB, more than " +
-                    fixed(WorstDeviation, 0) +
-                    " dB; a higher number of --bands may help, and --force takes it as it is");
+                    fixed(WorstDeviation, 0) + " dB; a higher number of --bands may help, and --force accepts the fit");
 }
 
 void ImportedFile::requireVolume(const Bells& bells) const {

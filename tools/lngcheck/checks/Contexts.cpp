@@ -93,8 +93,8 @@ void checkKeys(const LanguageFile& file, Findings& findings) {
         const std::string_view nearest = nearestKey(definition.key);
         findings.add(file.path, definition.line, Severity::Warning,
                      "the library does not look up the key '" + definition.key + "'",
-                     nearest.empty() ? "The key is none of this effect: is it misspelt?"
-                                     : "Is " + std::string(nearest) + " meant?");
+                     nearest.empty() ? "The effect has no such key. Is it misspelt?"
+                                     : "Did you mean " + std::string(nearest) + "?");
     }
 }
 

@@ -35,7 +35,7 @@ void checkGroup(const Language& language, std::span<const std::string_view> keys
         findings.add(place.file->path, place.definition->line, Severity::Warning,
                      place.definition->key + " has the same text as " + other->second.definition->key + " in " +
                          lineOf(other->second, place),
-                     "The user sees both beside each other, and cannot tell them apart.");
+                     "The user sees both texts together, and cannot distinguish them.");
     }
 }
 

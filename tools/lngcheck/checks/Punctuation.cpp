@@ -56,8 +56,7 @@ bool areBalanced(std::wstring_view text, Pair pair) {
 void checkBlanks(const CheckedText& text) {
     const std::wstring& whole = text.text();
     if (whole.empty()) return;
-    const char* const hint = "It shows as a gap. A blank at an end is lost unless it is written \\x20, so it is rarely "
-                             "meant.";
+    const char* const hint = "It shows as a gap. Delete the blank, or its escape \\x20.";
     if (isBlank(whole.front())) text.warn("the text " + text.quoted() + " begins with a blank", hint);
     if (isBlank(whole.back())) text.warn("the text " + text.quoted() + " ends with a blank", hint);
     const auto areBlanks = [](wchar_t a, wchar_t b) { return isBlank(a) && isBlank(b); };
