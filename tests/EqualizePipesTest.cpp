@@ -192,7 +192,7 @@ TEST_F(EqualizePipes, CopiesTagsThatPrecedeTheSound) {
     EXPECT_EQ(shell("ogginfo pipe.ogg | grep -ci 'warning\\|hole' || true"), "0\n");
     // Tags after the sound are not copied, and a note names them.
     shell("ffmpeg -v error -i s.flac -write_id3v1 1 -map 0:a t.mp3");
-    expectPiped(0, "cat t.mp3", "- out.flac", "what comes after the sound is not copied from a pipe: tags of MP3");
+    expectPiped(0, "cat t.mp3", "- out.flac", "not copied, because they follow the sound in a pipe: tags of MP3");
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)

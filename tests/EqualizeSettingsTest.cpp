@@ -79,8 +79,8 @@ double rms(const std::vector<float>& samples) {
 /// Returns the deviation in dB that the notes of a fit state.
 double statedDeviation(const std::string& notes) {
     double deviation = -1.0;
-    const std::size_t place = notes.find("within ");
-    if (place == notes.npos || std::sscanf(notes.c_str() + place, "within %lf dB of the text", &deviation) != 1)
+    const std::size_t place = notes.find("by up to ");
+    if (place == notes.npos || std::sscanf(notes.c_str() + place, "by up to %lf dB, at", &deviation) != 1)
         ADD_FAILURE() << notes;
     return deviation;
 }
@@ -188,7 +188,8 @@ TEST_F(EqualizeSettings, FitsFiltersWithoutAnExactFormAndMeasuresTheDeviation) {
         Sound impulse{rate, 1, std::vector<float>(1 << 16)};
         impulse.samples[0] = 0.5F;
         writeSound("in.wav", impulse);
-        expectFailure(1, "--import in.txt in.wav out.wav", "no exact form here; --fit comes near to the whole file");
+        expectFailure(1, "--import in.txt in.wav out.wav",
+                      "no exact form in this effect; --fit approximates the whole file");
         const std::string said = run("--import in.txt --list").said;
         // Filter i is in line i + 2, because line 1 is the Preamp.
         for (std::size_t i = 0; i < filters.size(); ++i) {
@@ -319,7 +320,7 @@ TEST_F(EqualizeSettings, RefusesLinesWithTheirNumberAndTheReason) {
     expectFailure(1, "--import none.txt --list", "none.txt: No such file");
     expectFailure(2, "--fit --list", "--fit, --bands and --force need --import");
     expectFailure(2, "--import in.txt --bands 3 --list", "--bands and --force need --fit");
-    expectFailure(2, "--import in.txt --preset in.txt --list", "--import and --preset exclude each other");
+    expectFailure(2, "--import in.txt --preset in.txt --list", "--import and --preset cannot be used together");
     expectFailure(2, "--volume 1 --suffix x --export a.txt in.wav", "are for one file");
 }
 

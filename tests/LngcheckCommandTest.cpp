@@ -10,7 +10,7 @@ namespace {
 
 TEST_F(LngcheckCommand, ReportsFaultsAndWarningsWithFileAndLine) {
     const std::pair<const char*, const char*> lines[] = {
-        {"IDS_DB = x", "stands in front of the first"},
+        {"IDS_DB = x", "this line is before the first [context]"},
         {"[Parametric Equalizer]", ""},
         {"IDD_Options_Q = \xB1", "the value is not ASCII"},
         {"<CODEPAGE 932>", ""},
@@ -23,10 +23,10 @@ TEST_F(LngcheckCommand, ReportsFaultsAndWarningsWithFileAndLine) {
         {"IDD_Options_B3 =", "the text is empty"},
         {"idd_options_b3 = B", "idd_options_b3 is defined in line 11"},
         {"IDD_Options_B4 = A\\nB", "warning: the text holds a control"},
-        {"IDD_Options_Gain = 1&234567890l", "warning: '1&234567890l' takes about 61 pixels, and its place has 60\n"},
+        {"IDD_Options_Gain = 1&234567890l", "warning: '1&234567890l' needs about 61 pixels, but its place has 60\n"},
         {"IDS_DB = 123456789012345678901", "warning: '+12.0 1"},
-        {"IDS_Hz = 12345678901234567890123", "the unit makes a read-out of 28 bytes, of which 27 show\n"},
-        {"IDS_kHz = \xC3\xDE\xBC\xC3\xDE\xBC\xC3\xDE", "warning: the unit does not show"}, // a read-out has 29 bytes
+        {"IDS_Hz = 12345678901234567890123", "the read-out with this unit has 28 bytes, but only 27 are shown\n"},
+        {"IDS_kHz = \xC3\xDE\xBC\xC3\xDE\xBC\xC3\xDE", "warning: the unit is not shown"}, // a read-out has 29 bytes
         {"IDS_dBx = 1", "warning: the library does not look up"},
         {"<ACCEL VK_F5> = <accel alt 7>", ""},
         {"<ACCEL F1> = <ACCEL F5>", "Invalid tag '<ACCEL F1>'"},
@@ -55,7 +55,7 @@ TEST_F(LngcheckCommand, ReportsFaultsOfWholeFiles) {
         {"A1031.lng", "\xFF\xFE[", 1, "the file is in UTF-16, which the library does not read\n"},
         {"A1031.lng", "<CODEPAGE 1252>\n[A]\na = Zur\xC3\xBC\n", 1, "A1031.lng: warning: the texts look like UTF-8"},
         {"A1025.lng", "<CODEPAGE 709>\n[Other]\na = b\n", 1, "A1025.lng:3: Call to 'MultiByteToWideChar()' returned"},
-        {"A10.lng", "[Shared]\nMSGBOX_OK = A\n", 0, "A10.lng: note: these texts show in English: IDS_DB, IDS_Hz,"},
+        {"A10.lng", "[Shared]\nMSGBOX_OK = A\n", 0, "A10.lng: note: these texts are shown in English: IDS_DB, IDS_Hz,"},
         {"Shared.lng", "[Shared]\n", 0, "Shared.lng: warning: the name"},
     };
     for (const auto& [file, contents, exitCode, text] : rows) {
@@ -82,7 +82,7 @@ TEST_F(LngcheckCommand, ComparesWithAReference) {
     folder.write("A1033.lng", clean + "[Other]\nExtra = 1\n<ACCEL A> = <ACCEL B>\n");
     folder.write("A1031.lng", "[Parametric Equalizer]\nIDD_Options_B1 = other\n" + clean);
     expectRun("--reference A1033.lng A1031.lng", 1,
-              {"A1031.lng: the key Extra of [Other] is missing, which A1033.lng has",
+              {"A1031.lng: the key Extra of [Other] is missing, but A1033.lng has it",
                "A1031.lng: the key ACCEL_0x41 of [Other] is missing", "note: the same as in A1033.lng",
                "IDD_Options_m10dB, IDD_Options_B2,", "faults: 3,"});
     folder.write("A7.lng", "[Shared]\nMSGBOX_OK = A\n");
@@ -112,7 +112,7 @@ TEST_F(LngcheckCommand, ShowsTheOrderOfReadingAndTheFileThatDefinesAKey) {
                "  system's language, 1033: A1033.lng, B1033.lng\n  its primary language, 9: nothing new\n"
                "  English, 1033: nothing new\n" +
                    path("plain/B1033.lng") + " stops the library",
-               "does not load at all. Its first fault:\n    line 1: equal"});
+               "does not load with it. Its first fault:\n    line 1: equal"});
 }
 
 TEST_F(LngcheckCommand, WritesAReadablePseudoLocalisedFile) {

@@ -27,14 +27,14 @@ struct Planted {
 
 const Planted PlantedFaults[] = {
     {"1031", "&Weiter", "Weiter", "warning: ", "the mnemonic is lost", "English is '&Next >'"},
-    {"1031", "&Weiter", "Zu&weiter&", "warning: ", "a '&' before a blank or at the end does not show"},
+    {"1031", "&Weiter", "Zu&weiter&", "warning: ", "a '&' before a blank or at the end is not shown"},
     {"1031", "&Weiter", "&Zeiter",
      "warning: ", "the mnemonic 'z' of PRSHT_WIZNEXT is also that of PRSHT_WIZBACK in line 44"},
     {"1031", "&Weiter", "We&\xEDter",
      "warning: ", "the mnemonic '\xC3\xAD' is no letter on a keyboard of the language 1031 (German)"},
     {"1049", "= &\xC4", "= \xC4&,", "warning: ", "the mnemonic ',' is no letter"},
-    {"1031", "&Weiter", "&&Weiter", "warning: ", "'&&' shows as a '&'", "Write a single &."},
-    {"1031", "Gesamt", "M&S", "warning: ", "the '&' does not show", "Write &&"},
+    {"1031", "&Weiter", "&&Weiter", "warning: ", "'&&' shows one '&'", "Write a single &."},
+    {"1031", "Gesamt", "M&S", "warning: ", "the '&' is not shown", "Write &&"},
     {"1031", "&Weiter", "&We&iter", "warning: ", "two letters have a '&'"},
     {"1031", "+10 dB", "+12 dB", "warning: ", "the text has +12, and English has +10"},
     {"1031", "-10 dB", "10 dB", "warning: ", "the text has 10, and English has -10"},
@@ -71,16 +71,16 @@ const Planted PlantedFaults[] = {
     {"1031", "[Shared]", "[Shared] // buttons", "", "the library does not read [Shared] // buttons]", "Write [Shared]"},
     {"1031", "[Parametric Equalizer]", "[German]", "", "the library does not read [German]"},
     {"1031", "MSGBOX_CANCEL", "MSGBOX_CANCL", "warning: ", "the library does not look up the key",
-     "Is MSGBOX_CANCEL meant?"},
+     "Did you mean MSGBOX_CANCEL?"},
     {"1031", "1252>", "932>", "", "Specified codepage", "1031 (German), is the language. Code page 932"},
     {"1031", "1252>", "x>", "", "Invalid tag '<CODEPAGE x>'", "Write <CODEPAGE 1252>: one number"},
     {"1031", "1252>", "1252> a =", "", "Unexpected text", "Write <CODEPAGE 1252>: one number"},
     {"1031", "IDS_DB =", "IDS_DB", "", "equal (=) expected.", "This line needs key = text. Comments begin with //."},
-    {"1031", "// German", "\xEF\xBB\xBF//", "", "equal (=) expected.", "UTF-8 mark, which is no text"},
+    {"1031", "// German", "\xEF\xBB\xBF//", "", "equal (=) expected.", "UTF-8 mark, which the library reads as a part"},
     {"1031", "// Units", "<ACCEL F5> = <ACCEL A>\r\n//", "", "Invalid tag '<ACCEL F5>'", "Keys are named VK_F5"},
     {"1031", "Band 1\r\n", "Band 1\r", "", "a line end of old Macs (CR) is in this line"},
     {"1049", "\xE4\xC1\r", "\xE4\xC1\xE4\xC1\xE4\xC1\xE4\xC1\xE4\xC1\xE4\xC1\r", "",
-     "the unit makes a read-out of 30 bytes", "at most 21 bytes"},
+     "the read-out with this unit has 30 bytes", "at most 21 bytes"},
 };
 
 /// Returns the text with each wrapped hint joined into one line.
@@ -121,7 +121,7 @@ TEST_F(LngcheckFaults, ReportsOneCauseIfTheWholeFileIsWrong) {
         {"\xFE\xFF" + wide, ": the file is in UTF-16, which"},
         {std::string(99, '\0'), ": the file is no text"},
         {noLanguageFile, ":10: this seems to be no language file: 10 of the first 10 lines are wrong"},
-        {clean.substr(clean.find("IDS_DB")), ":1: stands in front of the first [context]"},
+        {clean.substr(clean.find("IDS_DB")), ":1: this line is before the first [context]"},
     };
     for (const auto& [contents, text] : rows) {
         folder.write("A1033.lng", contents);

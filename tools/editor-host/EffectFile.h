@@ -6,10 +6,10 @@
 
 namespace eq {
 
-/// An effect's library, loaded while the object lives. Each platform defines it.
+/// An effect's library, which is loaded while the object exists. Each platform implements this class.
 class EffectFile {
 public:
-    /// Throws FileError, with the system's reason.
+    /// Loads the library. Throws FileError with the system's message if the library cannot be loaded.
     explicit EffectFile(const std::string& path);
     ~EffectFile();
     EffectFile(const EffectFile&) = delete;

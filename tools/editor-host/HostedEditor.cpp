@@ -34,8 +34,8 @@ HostedEditor::HostedEditor(const std::string& libraryPath, bool log) : m_library
     if (m_effect && (m_effect->flags & effFlagsHasEditor) != 0) return;
 
     if (m_effect) dispatch(effClose);
-    throw FileError(libraryPath + (entry == nullptr      ? ": is no effect: it exports no \"main\""
-                                   : m_effect == nullptr ? ": gives no effect"
+    throw FileError(libraryPath + (entry == nullptr      ? ": this is not an effect: it has no export \"main\""
+                                   : m_effect == nullptr ? ": the library creates no effect"
                                                          : ": the effect has no editor"));
 }
 

@@ -7,12 +7,12 @@
 
 namespace eq {
 
-/// An effect of the library, and its editor, as a host holds them. Throws FileError when there is none.
-///
-/// The callback that the library gets knows no host of its own, so there is one such object at a time.
+/// An effect and its editor, as a host uses them. Only one object may exist at a time, because the host callback cannot
+/// distinguish between objects.
 class HostedEditor {
 public:
-    /// With `log`, each call of the effect to its host is printed.
+    /// Loads the library and creates an effect. With `log`, prints each call of the effect to its host. Throws
+    /// FileError if there is no library, no effect or no editor.
     HostedEditor(const std::string& libraryPath, bool log);
     ~HostedEditor();
     HostedEditor(const HostedEditor&) = delete;
@@ -27,7 +27,7 @@ public:
     [[nodiscard]] int parameterCount() const { return m_effect->numParams; }
     /// Sets a parameter as a host's automation does.
     void setParameter(int index, float value);
-    /// "Volume = 0.2500: +6.0 dB"
+    /// Returns the name and the value of a parameter: "Volume = 0.2500: +6.0 dB".
     [[nodiscard]] std::string describe(int index) const;
 
 private:

@@ -23,7 +23,7 @@ int run(int argc, char** argv) {
     std::vector<std::string> settings;
     WindowOptions options;
     app.add_option("LIBRARY", library, "The effect (default: the one beside this program)");
-    app.add_flag("--log", options.log, "Print the effect's calls of its host");
+    app.add_flag("--log", options.log, "Print the effect's calls to its host");
     app.add_flag("--print", printParameters, "Print the parameters when the window is closed");
     app.add_option("--set", settings,
                    "Set a parameter before the editor is opened: 0 is the top of its range, 1 the bottom; repeatable")
@@ -44,7 +44,8 @@ int run(int argc, char** argv) {
     HostedEditor editor(library, options.log);
     const int count = editor.parameterCount();
     if (options.sweep && (*options.sweep < 0 || *options.sweep >= count))
-        throw UsageError("--sweep: there are parameters 0 to " + std::to_string(count - 1));
+        throw UsageError("--sweep: " + std::to_string(*options.sweep) + " is not a parameter from 0 to " +
+                         std::to_string(count - 1));
     for (const std::string& setting : settings) {
         const auto [index, p] = parseSetting(setting, count);
         editor.setParameter(index, static_cast<float>(p));

@@ -14,7 +14,7 @@
 namespace eq {
 namespace {
 
-/// Names the input, unless the message names a file of the job already.
+/// Returns the message with the name of the input, unless it already names a file of the job.
 std::string messageFor(const FileJob& job, const std::string& message) {
     const bool namesFile = message.find(job.input) != std::string::npos ||
                            (!job.output.empty() && message.find(job.output) != std::string::npos);
@@ -49,7 +49,7 @@ void Batch::run(const std::vector<FileJob>& jobs, std::size_t threads, const Wor
         for (std::size_t thread = 1; thread < std::min(threads, jobs.size()); ++thread)
             others.emplace_back(workOnFiles);
     } catch (const std::system_error&) {
-        // The system has no more threads: those that run do all the work.
+        // The system has no more threads. The existing threads process all files.
     }
     workOnFiles();
     others.clear();

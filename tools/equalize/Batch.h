@@ -10,13 +10,14 @@ namespace eq {
 
 enum class FileOutcome { Written, Skipped, Failed };
 
-/// Works on many files in several threads. A failure of one file is a message, and the other files are not affected.
+/// Processes many files in several threads. A file that fails causes a message, and does not affect the other files.
 class Batch {
 public:
-    /// Equalizes one file. Called in several threads. Exceptions are failures.
+    /// A function that processes one file. Several threads call it. An exception is a failure of the file.
     using Work = std::function<FileOutcome(const FileJob&)>;
 
-    /// Returns after all files. `threads` includes the calling thread.
+    /// Calls `work` for each file, and returns after the last one. `threads` is the number of threads, including the
+    /// calling thread.
     void run(const std::vector<FileJob>& jobs, std::size_t threads, const Work& work);
 
     [[nodiscard]] std::size_t count(FileOutcome outcome) const;

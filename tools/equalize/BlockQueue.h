@@ -10,38 +10,38 @@
 
 namespace eq {
 
-/// Interleaved sound on its way from one thread to another.
+/// A block of interleaved sound that one thread passes to another.
 struct SoundBlock {
     std::vector<float> samples;
     sf_count_t frames = 0;
 };
 
-/// Hands a few blocks of sound from one thread, the sender, to another, the receiver, in order.
+/// A queue that passes blocks of sound in order from one thread, the sender, to another thread, the receiver.
 class BlockQueue {
 public:
-    /// `samples` is the size of each block.
+    /// `samples` is the number of samples in each block.
     explicit BlockQueue(std::size_t samples);
 
-    /// Returns the block to fill next. Waits until one is free. Returns null after `stop`.
+    /// Returns the block that the sender fills next. Waits until a block is free. Returns null after `stop`.
     [[nodiscard]] SoundBlock* blockToFill();
     /// Sends the block that `blockToFill` returned last.
     void send();
-    /// Ends the sound, or says why it ends early.
+    /// Marks the end of the sound. `failure` is the reason if the sound ends early.
     void finish(std::exception_ptr failure = nullptr);
 
-    /// Returns the oldest block that was sent. Waits for it. Returns null after the last one, or throws the failure
-    /// that the sender named.
+    /// Returns the oldest block that was sent and not released. Waits until there is one. After the last block, returns
+    /// null, or throws the failure that `finish` received.
     [[nodiscard]] SoundBlock* nextBlock();
-    /// Makes the block that `nextBlock` returned last free.
+    /// Frees the block that `nextBlock` returned last, so that the sender can fill it again.
     void release();
-    /// The receiver takes no more blocks.
+    /// Stops the sender: `blockToFill` returns null from now on. The receiver calls this function.
     void stop();
 
 private:
     [[nodiscard]] SoundBlock& at(std::size_t number) { return m_blocks[number % m_blocks.size()]; }
 
     std::vector<SoundBlock> m_blocks;
-    std::mutex m_mutex; ///< guards what follows
+    std::mutex m_mutex; ///< guards all members below
     std::condition_variable m_changed;
     std::size_t m_sent = 0;
     std::size_t m_released = 0;

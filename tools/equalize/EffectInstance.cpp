@@ -29,9 +29,9 @@ EffectInstance::EffectInstance(const EffectLibrary& library, const Settings::Res
     settle();
 }
 
-/// The effect fades every change in, the first settings of an instance too, over one block, which is as long as its
-/// delay. Sound in a file is to have its settings from the first sample on, so the fade is spent on silence, which
-/// leaves nothing behind in the filters. Two blocks keep the sound aligned to the effect's blocks.
+/// Runs silence through the new instance. The effect fades in each change over one block, and also its first settings.
+/// A file must have its settings from the first sample on, so this fade must end before the sound begins. Silence
+/// leaves no sound in the filters. Whole blocks keep the sound aligned with the effect's blocks.
 void EffectInstance::settle() {
     std::vector<float> silence(static_cast<std::size_t>(delay()));
     std::vector<float> other(silence);
@@ -51,7 +51,7 @@ NormalisedValues EffectInstance::parameters() const {
 }
 
 std::string EffectInstance::parameterName(int index) const {
-    // Effects write more than the interface's published limit.
+    // The interface limits the length of names, but effects exceed this limit.
     std::array<char, 256> text = {};
     m_effect->dispatcher(m_effect.get(), effGetParamName, index, 0, text.data(), 0.0F);
     return text.data();

@@ -13,10 +13,10 @@ namespace eq {
 /// One running instance of the effect, for two channels.
 class EffectInstance {
 public:
-    /// Starts an instance with the settings, ready to take sound. Throws FileError.
+    /// Starts an instance with the settings, so that it is ready to process sound. Throws FileError.
     EffectInstance(const EffectLibrary& library, const Settings::Resolved& settings, int sampleRate);
 
-    /// Samples from input to output.
+    /// Returns the delay from input to output, in samples.
     [[nodiscard]] int delay() const { return m_effect->initialDelay; }
 
     /// Equalizes `frames` samples of both channels in place.
@@ -24,7 +24,7 @@ public:
 
     [[nodiscard]] NormalisedValues parameters() const;
 
-    /// The effect's own name of a parameter.
+    /// Returns the name that the effect reports for a parameter.
     [[nodiscard]] std::string parameterName(int index) const;
 
 private:

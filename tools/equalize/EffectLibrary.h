@@ -8,21 +8,21 @@
 
 namespace eq {
 
-/// The effect's library, loaded as a host loads it. It must outlive the instances that come from it.
+/// The effect's library, loaded as a host loads it. The object must outlive the instances that it creates.
 class EffectLibrary {
 public:
-    /// Throws FileError if the file is no library that this process can load, or has no export "main".
+    /// Loads the library. Throws FileError if this process cannot load the file, or if it has no export "main".
     explicit EffectLibrary(const std::filesystem::path& file);
 
-    /// The library in the folder of this program, or else where it is installed: in `../lib/vst`. Throws FileError if
-    /// it is in neither.
+    /// Returns the path of the library: in the folder of this program, or else in a folder of an installation. Throws
+    /// FileError if the library is in none of them.
     [[nodiscard]] static std::filesystem::path defaultPlace();
 
     EffectLibrary(const EffectLibrary&) = delete;
     EffectLibrary& operator=(const EffectLibrary&) = delete;
 
-    /// Any thread may call this. Returns a new instance, to be ended with `effClose`. Throws FileError if the library
-    /// makes no instance, or an instance of another effect.
+    /// Returns a new instance, which the caller must end with `effClose`. Any thread may call this function. Throws
+    /// FileError if the library returns no instance, or an instance of another effect.
     [[nodiscard]] AEffect* makeInstance() const;
 
 private:
@@ -33,7 +33,7 @@ private:
     std::filesystem::path m_file;
     std::unique_ptr<void, Unloader> m_library;
     EffectMainProc m_main;
-    mutable std::mutex m_mainInUse; ///< hosts make instances in one thread
+    mutable std::mutex m_mainInUse; ///< permits one call of `m_main` at a time, as hosts do
 };
 
 } // namespace eq

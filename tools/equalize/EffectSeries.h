@@ -6,19 +6,19 @@
 
 namespace eq {
 
-/// Instances of the effect, one after the other, for two channels.
+/// Several instances of the effect in series, for two channels.
 class EffectSeries {
 public:
     /// Starts an instance for each element of `settings`. Throws FileError.
     EffectSeries(const EffectLibrary& library, const Settings::Series& settings, int sampleRate);
 
-    /// Samples from input to output: the sum of all instances.
+    /// Returns the delay from input to output in samples: the sum of the delays of all instances.
     [[nodiscard]] int delay() const;
 
     /// Equalizes `frames` samples of both channels in place.
     void process(float* first, float* second, int frames) noexcept;
 
-    /// The values of each instance.
+    /// Returns the parameter values of each instance.
     [[nodiscard]] std::vector<NormalisedValues> parameters() const;
 
 private:

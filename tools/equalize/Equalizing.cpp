@@ -11,7 +11,7 @@ namespace eq {
 
 namespace {
 
-/// The frames to read and write at a time: the system needs less time for few large blocks, and 256 KiB fit a
+/// Returns the number of frames in a block. The system needs less time for few large blocks, and 256 KiB fit into a
 /// processor's cache.
 int transferFrames(const MultichannelEffect& effects) {
     constexpr int TransferBytes = 1 << 18;

@@ -8,23 +8,23 @@
 
 namespace eq {
 
-/// What becomes of the samples of delay that the effect puts in front of the sound.
+/// The treatment of the effect's delay, which is silence before the sound.
 enum class Latency {
-    Removed, ///< the output is aligned with the input, and as long
-    Kept,    ///< they stay, and the output is longer by them, so that nothing is lost
+    Removed, ///< the output is aligned with the input, and has its length
+    Kept,    ///< the delay stays, and makes the output longer by its number of samples
 };
 
-/// Where a file is read and written.
+/// The threads that read, filter and write a file.
 enum class Threads {
-    One,   ///< all in the caller's thread, which costs the least processor time
-    Three, ///< reading, filtering and writing at the same time, a thread each
+    One,   ///< the calling thread does all, which needs the least processor time
+    Three, ///< one thread each for reading, filtering and writing, at the same time
 };
 
-/// Receives interleaved sound, which it may change, and its number of frames.
+/// A function that receives interleaved sound, which it may change, and the number of frames.
 using SoundSink = std::function<void(float*, sf_count_t)>;
 
-/// Sends all sound of `reader` through the effect into `sink`, a block at a time. Throws FileError, and what the sink
-/// throws. With three threads, the reader and the sink are each used by a thread of their own until the function ends.
+/// Sends all sound of `reader` through the effect into `sink`, block by block. Throws FileError, and exceptions of the
+/// sink. With three threads, one thread uses the reader and another thread uses the sink until the function returns.
 void equalize(AudioReader& reader, MultichannelEffect& effects, const SoundSink& sink, Latency latency, Threads threads,
               FileProgress& progress);
 

@@ -13,7 +13,8 @@ namespace {
 
 constexpr const char* Extension = ".preset";
 
-/// Returns the folder of the factory presets: beside the program, or below the prefix of `bin`. Empty if there is none.
+/// Returns the folder of the factory presets: in the folder of the program, or below the prefix of the installation.
+/// Returns an empty path if there is none.
 std::filesystem::path presetFolder() {
     const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe").parent_path();
     for (const char* const place : {"presets", "../share/parametric-equalizer/presets"}) {
@@ -23,7 +24,7 @@ std::filesystem::path presetFolder() {
     return {};
 }
 
-/// Returns the text after "# About:".
+/// Returns the text after "# About:" in a preset, or an empty text.
 std::string aboutOf(const std::filesystem::path& preset) {
     constexpr std::string_view Mark = "# About:";
     std::ifstream stream(preset);
@@ -56,7 +57,8 @@ std::filesystem::path presetFileOf(const std::string& fileOrName) {
 std::string factoryPresetList() {
     const std::vector<std::filesystem::path> presets = factoryPresets();
     if (presets.empty())
-        throw FileError("the factory presets are missing: they are not beside the program or installed");
+        throw FileError(
+            "the factory presets are missing: they are neither beside the program nor installed; install them again");
     std::size_t width = 0;
     for (const std::filesystem::path& preset : presets) width = std::max(width, preset.stem().string().size());
     std::string text;

@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Equal for two names of one file, which need not exist.
+/// Returns the same path for all names of one file. The file need not exist.
 fs::path identityOf(const fs::path& file) {
     std::error_code error;
     const fs::path absolute = fs::absolute(file, error);
@@ -48,7 +48,8 @@ private:
             throw UsageError(file.string() + " is a folder; --recursive equalizes the files in it");
     }
 
-    /// Adds the audio files in the order of their names. Links to folders are not followed.
+    /// Adds the audio files of a folder and its subfolders in the order of their names. Does not follow links to
+    /// folders.
     void addFolder(const fs::path& folder, const fs::path& root) {
         std::error_code error;
         std::vector<fs::directory_entry> entries;
@@ -69,7 +70,7 @@ private:
         }
     }
 
-    /// `place` is the path below the output folder.
+    /// Adds one file. `place` is the path of its output below the output folder.
     void add(const fs::path& input, const fs::path& place) {
         fs::path output = m_arguments.outputFolder.empty() ? input : m_arguments.outputFolder / place;
         output.replace_filename(output.stem().string() + m_arguments.suffix + output.extension().string());
@@ -82,7 +83,7 @@ private:
         return !m_arguments.outputFolder.empty() && identityOf(folder) == m_outputFolder;
     }
 
-    /// Without an output folder a second run finds the files that the first one wrote beside their inputs.
+    /// Returns true for an output of an earlier run. Without an output folder, the outputs are beside their inputs.
     bool isEarlierOutput(const fs::path& file) const {
         std::string stem = file.stem().string();
         if (!m_arguments.outputFolder.empty() || !stem.ends_with(m_arguments.suffix)) return false;
@@ -96,7 +97,7 @@ private:
     std::vector<FileJob> m_jobs;
 };
 
-/// Finds files that the run would lose.
+/// Checks that the run neither overwrites one of its inputs nor writes a file twice. Throws UsageError.
 class Conflicts {
 public:
     explicit Conflicts(const std::vector<FileJob>& jobs) {
@@ -118,18 +119,22 @@ public:
         if (isItsInput && !mayReplaceItsInput)
             throw UsageError(job.input + " would be replaced; --suffix TEXT or another --output-dir keeps it");
         if (reader != m_readers.end() && !isItsInput)
-            throw UsageError(job.output + ", the output of " + job.input + ", is an input, too");
+            throw UsageError(job.output + ", the output of " + job.input +
+                             ", is an input, too; use another --output-dir or --suffix");
         const auto [writer, isNew] = m_writers.emplace(identity, job.input);
-        if (!isNew) throw UsageError(writer->second + " and " + job.input + " have the same output: " + job.output);
+        if (!isNew)
+            throw UsageError(writer->second + " and " + job.input + " have the same output: " + job.output +
+                             "; equalize them in separate runs");
     }
 
     void addOtherOutput(const std::string& file) {
         if (file.empty()) return;
-        if (m_isOutputTaken && isStandardOutput(file)) throw UsageError(file + " is used twice: the sound goes there");
+        if (m_isOutputTaken && isStandardOutput(file))
+            throw UsageError(file + " is used twice: it receives the sound; name another file");
         if (isStream(file)) return;
         const fs::path identity = identityOf(file);
         if (m_readers.contains(identity) || !m_writers.emplace(identity, file).second)
-            throw UsageError(file + " is used twice");
+            throw UsageError(file + " is used twice; name another file");
     }
 
 private:
@@ -143,12 +148,12 @@ private:
         requireNoTerminal(job.output, "shows no sound: name a file, or use '|' or '>'");
         std::error_code ignored;
         if (fs::is_regular_file(job.input, ignored) && fs::equivalent(job.input, job.output, ignored))
-            throw UsageError(job.input + " would be written while it is read");
+            throw UsageError(job.input + " would be written while it is read; name another OUTPUT");
     }
 
     bool m_isOutputTaken = false;
     std::map<fs::path, const FileJob*> m_readers;
-    std::map<fs::path, std::string> m_writers; ///< and what each file is written for
+    std::map<fs::path, std::string> m_writers; ///< the name of the input for each output
 };
 
 } // namespace

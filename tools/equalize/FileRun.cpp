@@ -42,7 +42,8 @@ bool isExistingFile(const std::string& place) {
     return std::filesystem::is_regular_file(place, ignored) && !isStream(place);
 }
 
-/// Standard output has no extension.
+/// Returns the name of the output's format; empty if the extension of the output decides. Standard output has no
+/// extension, so its default is WAV.
 std::string formatOf(const Options& options, const FileJob& job) {
     return options.format.empty() && descriptorNamedBy(job.output) ? "wav" : options.format;
 }
@@ -75,7 +76,7 @@ FileRun::FileRun(const Options& options, const Settings& settings, const PeakGai
       m_isBatch(options.files.areInputs()),
       m_library(libraryFrom(options)),
       m_progress(totalWeight(jobs), jobs.size(), !options.quiet && !options.dryRun) {
-    // A library that makes no instance is one failure, not one per file.
+    // Create an instance now. If the library cannot create it, this is one failure, and not one failure per file.
     const EffectInstance probe(m_library, {}, static_cast<int>(DesignRate));
 }
 
@@ -133,7 +134,7 @@ FileOutcome FileRun::runOn(const FileJob& job) {
     return FileOutcome::Written;
 }
 
-/// The first of two passes: finds the peak after the effect.
+/// Returns the gain after the effect. Runs the first of two passes, which finds the peak after the effect.
 double FileRun::gainOf(SoundInput& input, const Settings::Series& values, int format, FileProgress& progress) {
     AudioReader reader(input, nonFinite());
     MultichannelEffect effects(m_library, values, reader.info().channels, reader.info().samplerate,
@@ -153,7 +154,7 @@ double FileRun::gainOf(SoundInput& input, const Settings::Series& values, int fo
     return gain;
 }
 
-/// In a batch, files run side by side instead.
+/// Returns three threads for a single file with a compressed format. In a batch, the files run in parallel instead.
 Threads FileRun::threadsFor(int input, int output) const {
     const bool isWorthIt = isCompressed(input) || isCompressed(output);
     return isWorthIt && !m_isBatch && m_options.jobs > 1 ? Threads::Three : Threads::One;

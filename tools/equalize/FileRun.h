@@ -16,10 +16,10 @@
 
 namespace eq {
 
-/// Equalizes one or many files, one after the other or in several threads.
+/// Equalizes one file or many. Several threads may process different files.
 class FileRun {
 public:
-    /// The arguments must outlive this object. Throws FileError if the library makes no instance.
+    /// The arguments must outlive this object. Throws FileError if the library creates no instance.
     FileRun(const Options& options, const Settings& settings, const PeakGain& peakGain,
             const std::vector<FileJob>& jobs);
 
@@ -27,7 +27,7 @@ public:
     /// file.
     FileOutcome runOn(const FileJob& job);
 
-    /// The number of files whose sampling rate is not the effect's.
+    /// Returns the number of files of a batch whose sampling rate is not `DesignRate`.
     [[nodiscard]] std::size_t otherRates() const { return m_otherRates; }
 
 private:

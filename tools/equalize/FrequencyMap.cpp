@@ -11,7 +11,7 @@ FrequencyMap::FrequencyMap(int sampleRate, bool corrected)
     : m_sampleRate(sampleRate), m_corrected(corrected), m_stretch(sampleRate / DesignRate) {}
 
 bool FrequencyMap::reaches(double wanted) const {
-    // An end of the range stays inside when the scaling rounds it.
+    // The scaling may round an end of the range to a value just outside the range.
     constexpr double Slack = 1e-12;
     const double nominal = toNominal(wanted);
     return nominal >= FrequencyRange.lowest * (1.0 - Slack) && nominal <= FrequencyRange.highest * (1.0 + Slack);

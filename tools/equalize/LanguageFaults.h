@@ -5,8 +5,8 @@
 
 namespace eq {
 
-/// Returns why the library in `folder` may make no instance: the first fault of a language file there that stops the
-/// library, and the command that shows all faults.
+/// Returns the reason why the library in `folder` may create no instance: the first fault of a broken language file in
+/// this folder. The text also names the command that shows all faults.
 [[nodiscard]] std::string languageFaultText(const std::filesystem::path& folder);
 
 } // namespace eq

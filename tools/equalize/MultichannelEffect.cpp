@@ -6,7 +6,7 @@ namespace eq {
 
 namespace {
 
-// With two channels the compiler turns these loops into vectors, if it knows that the arrays do not overlap.
+// The compiler vectorises these loops for two channels, because `__restrict` states that the arrays do not overlap.
 void split(const float* __restrict interleaved, float* __restrict left, float* __restrict right, int frames) noexcept {
     for (int i = 0; i < frames; ++i) {
         left[i] = interleaved[2 * i];

@@ -6,18 +6,18 @@
 
 namespace eq {
 
-/// Any number of channels, equalized alike: a series of effects for every two of them. The last of an odd
-/// number has a series for itself, whose second channel is silent.
+/// Equalizes any number of channels with the same settings. There is one series of effects for every two
+/// channels. If the number of channels is odd, the second channel of the last series is silent.
 class MultichannelEffect {
 public:
-    /// `blockFrames` is the most that the effect is given at a time.
+    /// `blockFrames` is the largest number of frames in one call of the effect.
     MultichannelEffect(const EffectLibrary& library, const Settings::Series& settings, int channels, int sampleRate,
                        int blockFrames);
 
     [[nodiscard]] int channels() const { return m_channels; }
     [[nodiscard]] int delay() const { return m_effects.front().delay(); }
 
-    /// Equalizes in place.
+    /// Equalizes `frames` frames in place.
     void process(float* interleaved, int frames) noexcept;
 
 private:
@@ -29,7 +29,7 @@ private:
     int m_channels;
     int m_blockFrames;
     std::vector<EffectSeries> m_effects;
-    std::vector<float> m_planes; ///< channel after channel, `m_blockFrames` each
+    std::vector<float> m_planes; ///< the channels one after the other, `m_blockFrames` samples each
 };
 
 } // namespace eq

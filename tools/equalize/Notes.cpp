@@ -15,7 +15,7 @@ namespace eq {
 
 namespace {
 
-/// "1 sample was", "2 samples were"
+/// Returns "1 sample was", "2 samples were" and so on.
 std::string samplesWere(sf_count_t count) {
     return std::to_string(count) + (count == 1 ? " sample was" : " samples were");
 }
@@ -35,21 +35,22 @@ void noteRate(const Options& options, const Settings& settings, const FrequencyM
     const std::string rate = std::to_string(frequencies.sampleRate());
     const std::string design = fixed(DesignRate, 0);
     note(options, frequencies.isCorrected() ? rate + " Hz file: frequencies are scaled by " + design + "/" + rate +
-                                                  " on their way to the effect, so that they land where asked"
-                                            : rate + " Hz file, not corrected: frequencies land at " + rate + "/" +
-                                                  design + " of what is asked");
+                                                  " for the effect, so that they are heard as given"
+                                            : rate + " Hz file, not corrected: frequencies are heard at " + rate + "/" +
+                                                  design + " of the given values");
 }
 
 void noteFormat(const Options& options, const FileJob& job, const AudioReader& reader, int output) {
     const int input = reader.info().format;
     if (isLossy(output) && !options.bits.empty())
-        note(options, job.output + ": --bits has no meaning for " + formatName(output));
+        note(options, job.output + ": --bits has no effect on " + formatName(output));
     if (!isLossy(output) && options.quality)
-        note(options, job.output + ": --quality has no meaning for " + formatName(output));
+        note(options, job.output + ": --quality has no effect on " + formatName(output));
     if (integerBits(output) == 0 && options.dither)
         note(options, job.output + ": --dither has no effect on " + formatName(output) + ", which has no integers");
     if (reader.isLengthOpen())
-        note(options, job.input + ": its header leaves the length open, so the sound is read to the end of the file");
+        note(options,
+             job.input + ": its header does not state the length, so the sound is read to the end of the file");
     if (isLossy(input) && isLossy(output))
         note(options, job.input + ": the input is already compressed with loss (" + formatName(input) +
                           "), and the output loses more; a FLAC or WAV file loses nothing more");
@@ -68,13 +69,13 @@ void noteLeftInPipe(const Options& options, const AudioReader& reader) {
     std::string names;
     for (const std::string& chunk : reader.leftInPipe()) names += (names.empty() ? "" : ", ") + chunk;
     if (!names.empty())
-        note(options, reader.name() + ": what comes after the sound is not copied from a pipe: " + names);
+        note(options, reader.name() + ": not copied, because they follow the sound in a pipe: " + names);
 }
 
 void noteSamples(const Options& options, const FileJob& job, const AudioReader& reader, const AudioWriter& writer) {
     if (reader.replacedSamples() != 0)
-        note(options, job.input + ": " + samplesWere(reader.replacedSamples()) +
-                          " not a number or infinite, and 0 was put in place");
+        note(options,
+             job.input + ": " + samplesWere(reader.replacedSamples()) + " not a number or infinite, and replaced by 0");
     if (writer.samplesBeyondFullScale() == 0) return;
     const double excess = 20.0 * std::log10(static_cast<double>(writer.peak()));
     const int format = writer.info().format;

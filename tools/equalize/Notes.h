@@ -14,23 +14,23 @@ namespace eq {
 /// Writes a line to standard error, unless --quiet is given.
 void note(const Options& options, const std::string& message);
 
-/// Notes how the sampling rate of a file changes its frequencies.
+/// Reports how the sampling rate of a file affects the frequencies of the settings.
 void noteRate(const Options& options, const Settings& settings, const FrequencyMap& frequencies);
 
-/// Notes options without effect on the output's format, an open length, and a second lossy compression. `output` is
-/// libsndfile's format.
+/// Reports options without effect on the output's format, a header without the length, and a second lossy compression.
+/// `output` is the format in libsndfile's form.
 void noteFormat(const Options& options, const FileJob& job, const AudioReader& reader, int output);
 
-/// Notes what waits in a temporary file.
+/// Reports an input or output that is kept in a temporary file, and the reason.
 void noteSpools(const Options& options, const FileJob& job, const SoundInput& input, int output);
 
-/// Notes chunks and tags after a sound that came through a pipe.
+/// Reports chunks and tags after the sound of a pipe. They are not copied.
 void noteLeftInPipe(const Options& options, const AudioReader& reader);
 
-/// Notes samples that were replaced, and samples beyond full scale.
+/// Reports samples that were replaced, and samples beyond full scale.
 void noteSamples(const Options& options, const FileJob& job, const AudioReader& reader, const AudioWriter& writer);
 
-/// Notes a finished file.
+/// Reports a finished file, with its length, format and processing time.
 void noteSummary(const Options& options, const FileJob& job, const AudioWriter& writer, double seconds);
 
 } // namespace eq

@@ -53,9 +53,9 @@ struct Options {
     [[nodiscard]] bool writesSoundToStandardOutput() const {
         return !files.areInputs() && files.files.size() == 2 && isStandardOutput(files.files[1]);
     }
-    /// For the files of --plot, --save-preset and --export.
+    /// Returns whether the files of --plot, --save-preset and --export may replace existing files.
     [[nodiscard]] Replacing replacingOthers() const { return noClobber ? Replacing::Refused : Replacing::Allowed; }
-    /// For the outputs.
+    /// Returns whether the equalized files may replace existing files.
     [[nodiscard]] Replacing replacing() const {
         return noClobber || skipExisting ? Replacing::Refused : Replacing::Allowed;
     }

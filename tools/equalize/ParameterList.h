@@ -8,13 +8,13 @@
 
 namespace eq {
 
-/// The parameters of fresh instances with the settings, one instance after the other. Frequencies and their ranges are
-/// what a user hears at the sampling rate of `frequencies`. Throw FileError.
+/// Returns a table of the parameters of new instances with the settings, one instance after the other. Frequencies and
+/// their ranges are as heard at the sampling rate of `frequencies`. Throws FileError.
 [[nodiscard]] std::string parameterTable(const EffectLibrary& library, const Settings::Series& settings,
                                          const FrequencyMap& frequencies);
 
-/// The same as a JSON array, with one object per parameter: effect (from 1 on; only with several), index, symbol, name,
-/// unit, minimum, maximum, p and value.
+/// Returns the same data as a JSON array, with one object per parameter. An object has the members effect (from 1 on;
+/// only if there are several effects), index, symbol, name, unit, minimum, maximum, p and value. Throws FileError.
 [[nodiscard]] std::string parameterJson(const EffectLibrary& library, const Settings::Series& settings,
                                         const FrequencyMap& frequencies);
 

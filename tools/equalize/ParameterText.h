@@ -11,10 +11,10 @@ namespace eq {
 /// The values that the effect receives, from 0 to 1.
 using NormalisedValues = std::array<float, ParameterCount>;
 
-/// Returns the value in its unit, without a negative zero.
+/// Converts a normalised value to the unit of its kind. Replaces a negative zero by zero.
 [[nodiscard]] double shownValueOf(ParameterKind kind, float p);
 
-/// Returns a range as text: "-10 to 10 dB".
+/// Returns the range of a kind of parameter as text: "-10 to 10 dB".
 [[nodiscard]] std::string rangeText(ParameterKind kind);
 
 } // namespace eq

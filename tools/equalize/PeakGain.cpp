@@ -31,10 +31,12 @@ void PeakGain::setLevel(std::string_view decibels) {
 }
 
 double PeakGain::gainFor(const SamplePeaks& peaks, int format, bool isDithered) const {
-    if (std::isinf(peaks.level())) throw FileError("the sound has infinite samples, which no gain brings to a level");
+    if (std::isinf(peaks.level()))
+        throw FileError("the sound has infinite samples after the effect, so there is no gain for it; lower --volume");
     if (peaks.level() == 0.0) return 1.0;
 
-    // Integers reach from -1 to one step below 1, and floats below 1 are 24 bits long. The noise is one step at most.
+    // Integers range from -1 to one step below 1. Samples are floats with 24 significant bits, so the step is never
+    // smaller than that of 24-bit integers. The noise is at most one step.
     constexpr int FloatBits = 24;
     const int bits = integerBits(format);
     const double step = bits == 0 ? 0.0 : std::ldexp(1.0, 1 - std::min(bits, FloatBits));
@@ -48,7 +50,7 @@ double PeakGain::gainFor(const SamplePeaks& peaks, int format, bool isDithered) 
     const double fitting = std::min(high > 0.0 ? highLimit / high : Any, low > 0.0 ? lowLimit / low : Any);
     if (m_level) return std::min(std::pow(10.0, *m_level / 20.0) / peaks.level(), fitting);
 
-    // Rounding to the nearest integer brings what is less than half a step too high down to the limit.
+    // Without dither, a sample less than half a step above the limit is rounded down to the limit.
     const double rounded = isDithered ? 0.0 : step / 2.0;
     const bool clips = high >= highLimit + rounded || low > lowLimit + rounded;
     return clips ? std::min(fitting, 1.0) : 1.0;

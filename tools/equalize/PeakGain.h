@@ -7,7 +7,7 @@
 
 namespace eq {
 
-/// The highest and the lowest sample of a sound. NaNs have no level.
+/// The highest and the lowest sample of a sound. NaNs are ignored.
 struct SamplePeaks {
     float highest = 0.0F;
     float lowest = 0.0F;
@@ -16,19 +16,19 @@ struct SamplePeaks {
     [[nodiscard]] double level() const;
 };
 
-/// The gain after the effect that brings the highest sample of a file to a level.
+/// The gain after the effect that --normalize or --headroom asks for.
 class PeakGain {
 public:
-    /// "-1", "-1 dB", from -100 to 0. Throws UsageError.
+    /// Sets the level of the highest sample, such as "-1" or "-1 dB", from -100 to 0 dB. Throws UsageError.
     void setLevel(std::string_view decibels);
-    /// Only lowers sound that would clip.
+    /// Lets the gain lower sound that would clip, and change no other sound.
     void setHeadroom() { m_isHeadroom = true; }
 
-    /// True if a gain is wanted, for which the file must be read twice.
+    /// Returns true if a gain is wanted. The file must then be read twice.
     [[nodiscard]] bool isWanted() const { return m_level || m_isHeadroom; }
 
-    /// Returns the factor for a sound with these peaks; 1 for silence. No sample clips in `format`, with or without the
-    /// noise of the dither. Throws FileError for infinite samples.
+    /// Returns the gain as a factor for a sound with these peaks; 1 for silence. With this gain, no sample clips in
+    /// `format`, even with the noise of the dither. Throws FileError for infinite samples.
     [[nodiscard]] double gainFor(const SamplePeaks& peaks, int format, bool isDithered) const;
 
 private:

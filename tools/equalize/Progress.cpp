@@ -8,7 +8,7 @@
 namespace eq {
 namespace {
 
-/// Returns the line: "[####....]  37 % 12/34", without the parts for which a narrow terminal has no place.
+/// Returns the line, such as "[####....]  37 % 12/34". On a narrow terminal, the line lacks the parts that do not fit.
 std::string lineOf(double share, std::size_t filesDone, std::size_t files, int columns) {
     constexpr int LongestBar = 40;
     constexpr int ShortestBar = 4;

@@ -7,7 +7,7 @@
 
 namespace eq {
 
-/// One bar for all files, on standard error, if that is a terminal. The bar is removed with the object.
+/// A progress bar for all files on standard error, if standard error is a terminal. The destructor removes the bar.
 class Progress {
 public:
     /// `total` is the sum of the weights of all files.
@@ -25,13 +25,13 @@ private:
     double m_total;
     std::size_t m_files;
     bool m_isShown;
-    std::mutex m_mutex; ///< guards what follows
+    std::mutex m_mutex; ///< guards all members below
     double m_done = 0.0;
     std::size_t m_filesDone = 0;
     Clock::time_point m_next;
 };
 
-/// The part of one file in the progress of all. The file counts as done when the object is removed.
+/// The part of one file in the progress of all files. The destructor counts the file as done.
 class FileProgress {
 public:
     FileProgress(Progress& progress, std::uint64_t weight);
@@ -39,8 +39,9 @@ public:
     FileProgress(const FileProgress&) = delete;
     FileProgress& operator=(const FileProgress&) = delete;
 
-    /// Sets the number of frames that the file's work comprises.
+    /// Sets the number of frames that will be processed for the file.
     void expect(std::int64_t frames);
+    /// Adds frames that have been processed.
     void add(std::int64_t frames);
 
 private:

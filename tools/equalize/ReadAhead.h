@@ -7,16 +7,18 @@
 
 namespace eq {
 
-/// Reads and decodes sound on a thread of its own, some blocks ahead. Only this object uses the reader until it ends.
+/// Reads and decodes sound in a separate thread, some blocks before `read` needs them. No other code may use the reader
+/// while this object exists.
 class ReadAhead {
 public:
-    /// `frames` is the size of each block.
+    /// `frames` is the number of frames in each block.
     ReadAhead(AudioReader& reader, sf_count_t frames);
     ~ReadAhead();
     ReadAhead(const ReadAhead&) = delete;
     ReadAhead& operator=(const ReadAhead&) = delete;
 
-    /// Reads one block, which is shorter only at the end of the sound. Throws what the reader throws.
+    /// Copies the next block, and returns its number of frames. Only the end of the sound makes a block shorter. Throws
+    /// the exceptions of the reader.
     [[nodiscard]] sf_count_t read(float* interleaved);
 
 private:

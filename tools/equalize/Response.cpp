@@ -10,7 +10,7 @@
 namespace eq {
 namespace {
 
-// The lowest and narrowest band falls by 160 dB within this many samples.
+// The impulse response of the lowest and narrowest band falls by 160 dB within this number of samples.
 constexpr int LongestResponse = 1 << 18;
 constexpr float Negligible = 1e-10F;
 
@@ -21,7 +21,7 @@ Response::Response(const EffectLibrary& library, const std::vector<NormalisedVal
     Settings::Series settings(values.size());
     for (std::size_t i = 0; i < values.size(); ++i) std::ranges::copy(values[i], settings[i].begin());
     EffectSeries effect(library, settings, sampleRate);
-    // The delay in front turns phases alone.
+    // The delay at the start changes only phases, so it need not be removed.
     m_samples.resize(static_cast<std::size_t>(effect.delay()) + LongestResponse);
     std::vector<float> other(m_samples.size());
     m_samples.front() = 1.0F;
@@ -32,7 +32,7 @@ Response::Response(const EffectLibrary& library, const std::vector<NormalisedVal
 
 double Response::decibelsAt(double frequency) const {
     const std::complex<double> back = std::polar(1.0, -2.0 * std::numbers::pi * frequency / m_sampleRate);
-    // Real and imaginary parts by hand: std::complex would look for infinities at every sample.
+    // Multiply real and imaginary parts separately, because std::complex would check each product for infinities.
     double real = 0.0;
     double imaginary = 0.0;
     for (auto sample = m_samples.rbegin(); sample != m_samples.rend(); ++sample) {

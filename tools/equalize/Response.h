@@ -7,18 +7,18 @@
 
 namespace eq {
 
-/// What effects in series do to an impulse, as heard at one sampling rate.
+/// The frequency response of effects in series at one sampling rate, measured with an impulse.
 class Response {
 public:
-    /// Sends an impulse through fresh instances. Throws FileError.
+    /// Sends an impulse through new instances. Throws FileError.
     Response(const EffectLibrary& library, const std::vector<NormalisedValues>& values, int sampleRate);
 
-    /// `frequency` in Hz, below half the rate.
+    /// Returns the response in dB at `frequency` in Hz, which must be below half the rate.
     [[nodiscard]] double decibelsAt(double frequency) const;
 
 private:
     int m_sampleRate;
-    std::vector<float> m_samples; ///< up to where they no longer count
+    std::vector<float> m_samples; ///< the impulse response, without its inaudible end
 };
 
 } // namespace eq

@@ -33,7 +33,7 @@ ChartCurve measure(const EffectLibrary& library, const Values& values, int sampl
     return curve;
 }
 
-/// The settings with the volume and all other bands' gains at 0 dB.
+/// Returns the settings of one band: the volume and the gains of all other bands are 0 dB.
 NormalisedValues alone(NormalisedValues values, int band) {
     values[VolumeIndex] = normalisedOf(ParameterKind::Volume, 0.0);
     for (int other = 1; other <= BandCount; ++other)
@@ -58,7 +58,7 @@ std::string volumeText(const Values& values) {
     return ResponseChart::decibelText(valueIn(values.front(), ParameterKind::Volume), 1) + " dB";
 }
 
-/// Each band in its own pen, with its values in two rows of two.
+/// Draws each band with its own pen. The legend has two rows with the values of two bands each.
 void addBands(ResponseChart& chart, const EffectLibrary& library, const NormalisedValues& values,
               const FrequencyMap& frequencies) {
     for (int band = 1; band <= BandCount; ++band) {
@@ -75,7 +75,7 @@ void addBands(ResponseChart& chart, const EffectLibrary& library, const Normalis
     }
 }
 
-/// All bands of several effects in one pen. Returns their number.
+/// Draws the bands of several effects with the same pen, without bands at 0 dB. Returns the number of drawn bands.
 int addManyBands(ResponseChart& chart, const EffectLibrary& library, const Values& values, int sampleRate) {
     int bands = 0;
     for (const NormalisedValues& effect : values)
@@ -87,7 +87,7 @@ int addManyBands(ResponseChart& chart, const EffectLibrary& library, const Value
     return bands;
 }
 
-/// Adds a target, and the difference of a curve from it.
+/// Draws a target, and the difference between the curve `all` and the target.
 void addTarget(ResponseChart& chart, const ChartCurve& all, const PlotTarget& target) {
     ChartCurve wanted;
     ChartCurve difference;

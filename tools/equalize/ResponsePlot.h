@@ -10,12 +10,13 @@
 
 namespace eq {
 
-/// Returns decibels at a frequency in Hz.
+/// A function that returns decibels at a frequency in Hz.
 using PlotTarget = std::function<double(double)>;
 
-/// An SVG picture of the response from 20 Hz to 20 kHz: each band alone, and all with the volume; with a target all
-/// bands, the target, and the difference. The response is measured through effects in series with these values; the
-/// picture is a file of its own, and its lines can be told apart without colours.
+/// Returns an SVG picture of the response from 20 Hz to 20 kHz. The picture shows each band, and the sum of all bands
+/// with the volume. With a target, it shows the sum, the target and their difference instead. The response is measured
+/// through effects in series with these values. The picture refers to no other file, and its lines have different
+/// dashes, so that it needs no colours. Throws FileError.
 [[nodiscard]] std::string drawResponse(const EffectLibrary& library, const std::vector<NormalisedValues>& values,
                                        const FrequencyMap& frequencies, const PlotTarget& target = {});
 

@@ -17,7 +17,8 @@ namespace {
 
 constexpr std::string_view NormalisedPrefix = "parameter";
 
-/// A value in the parameter's unit. Frequencies are only known to be in reach when the rate is.
+/// Returns a value in the parameter's unit. Throws UsageError for a value outside the range. `requireReach` checks
+/// frequencies later, because their range depends on the rate.
 double parseValue(ParameterKind kind, std::string_view what, std::string_view text) {
     const std::optional<double> value = parseWithUnit(kind, text);
     constexpr ValueRange AnyFrequency = {0.01, 1e6};
@@ -33,12 +34,14 @@ std::optional<ParameterKind> bandParameterKind(std::string_view symbol) {
     return std::nullopt;
 }
 
-/// Without the correction, the bells are for the rate for which the effect designs its filters.
+/// Returns the rate for which the imported bells are converted. Without the correction, it is the rate for which the
+/// effect designs its filters.
 int rateOfImport(const FrequencyMap& frequencies) {
     return frequencies.isCorrected() ? frequencies.sampleRate() : static_cast<int>(DesignRate);
 }
 
-/// The value of an imported parameter, with the fewest digits that `resolve` turns into the same normalised value.
+/// Returns the value of an imported parameter as text, with the fewest digits from which `resolve` computes the same
+/// normalised value.
 std::string presetNumber(ParameterKind kind, float p, const FrequencyMap& frequencies) {
     const bool isFrequency = kind == ParameterKind::Frequency;
     const double nominal = shownValueOf(kind, p);
@@ -61,7 +64,7 @@ void Settings::readPreset(const std::filesystem::path& file) {
     if (!stream) throw systemError(file.string(), errno);
     std::string line;
     for (int number = 1; std::getline(stream, line); ++number) {
-        // Some editors begin every file with this mark.
+        // Some editors write this mark at the start of a file.
         constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
         if (number == 1 && line.starts_with(ByteOrderMark)) line.erase(0, ByteOrderMark.size());
         readPresetLine(line, file.string() + ":" + std::to_string(number) + ": ");
@@ -92,7 +95,7 @@ void Settings::readPresetLine(std::string_view line, const std::string& origin) 
     } catch (const UsageError& error) {
         throw FileError(origin + error.what());
     }
-    throw FileError(origin + "there is no setting " + quoted(name));
+    throw FileError(origin + "there is no setting " + quoted(name) + "; --save-preset writes all names");
 }
 
 void Settings::setVolume(std::string_view decibels) {
@@ -122,8 +125,9 @@ void Settings::setNormalised(std::string_view description) {
     at(setting.index) = {setting.p, true, {}};
 }
 
-/// A band that is given a gain in dB, but no frequency, is meant at its default frequency. Other bands are not heard,
-/// or are set for the effect as it stands, and are left alone.
+/// Returns the frequency of a band. A band with a gain in dB but without a frequency has its default frequency, which
+/// is corrected for the rate. Returns nothing for another band without a frequency. Such a band is inaudible, or
+/// its gain is a normalised setting. Normalised settings are not corrected.
 std::optional<Settings::Wish> Settings::frequencyWish(int band) const {
     const std::optional<Wish>& frequency = at(indexOf(ParameterKind::Frequency, band));
     if (frequency) return frequency;
@@ -197,10 +201,10 @@ Settings::Series Settings::resolveImport(const FrequencyMap& frequencies) const 
 
 std::function<double(double)> Settings::fitTarget(const FrequencyMap& frequencies, double volume) const {
     if (m_import == nullptr || !m_import->isFitted()) return {};
-    // The file's level, and the part of the volume that the command line adds.
+    // The level is the preamp of the file, plus the difference between the volume and the imported volume.
     const double level = m_import->text().preamp + volume - importedAt(frequencies).volume;
     const int designRate = rateOfImport(frequencies);
-    // Without the correction the target is heard where the bells are.
+    // Without the correction, the bells are heard at frequencies multiplied by this factor, so scale the target, too.
     const double stretch = static_cast<double>(frequencies.sampleRate()) / designRate;
     return [response = TargetResponse(m_import->text(), designRate), level, stretch](double frequency) {
         return response.decibelsAt(frequency / stretch) + level;
@@ -233,10 +237,10 @@ std::string Settings::presetText(const FrequencyMap& frequencies) const {
     const Series imported = resolveImport(frequencies);
     if (imported.size() > 1)
         throw UsageError("--save-preset: a preset has " + std::to_string(BandCount) +
-                         " bands, and the imported file takes " + std::to_string(importedAt(frequencies).bells.size()) +
-                         "; --fit --bands " + std::to_string(BandCount) + " makes do with " +
+                         " bands, but the imported file needs " + std::to_string(importedAt(frequencies).bells.size()) +
+                         "; --fit --bands " + std::to_string(BandCount) + " approximates the file with " +
                          std::to_string(BandCount));
-    std::string text = "# Settings for equalize. A line with # in front, as any that is missing, leaves the default.\n"
+    std::string text = "# Settings for equalize. A setting that is missing or begins with # has its default value.\n"
                        "# volume " +
                        rangeText(ParameterKind::Volume) + ", freq " + rangeText(ParameterKind::Frequency) + ", gain " +
                        rangeText(ParameterKind::Gain) + ", q " + rangeText(ParameterKind::Q) + ".\n";

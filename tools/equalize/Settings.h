@@ -16,55 +16,61 @@
 
 namespace eq {
 
-/// What the user asks of the parameters, gathered from a preset and from the command line; what is said later
-/// replaces what was said before. A parameter of which nothing is said stays as a new instance of the effect has it.
+/// The settings that the user wants, from a preset, an imported file and the command line. A later setting of a
+/// parameter replaces an earlier one. A parameter without a setting has the default of the effect.
 ///
-/// Frequencies are those that the user wants to hear: the rate of the sound comes in with `resolve` alone.
+/// Frequencies are in Hz as heard. Functions with a `FrequencyMap` convert the frequencies for the rate of the sound.
 class Settings {
 public:
-    /// Takes all lines of a preset. Throws FileError, which names file and line.
+    /// Adds the settings of a preset file. Throws FileError, which names the file and the wrong line.
     void readPreset(const std::filesystem::path& file);
 
-    /// The arguments of the options of the same names. Throw UsageError, which tells the range.
+    /// These functions add the argument of --volume, --band or --set. They throw UsageError, which names the permitted
+    /// range or form.
     void setVolume(std::string_view decibels);
-    void setBand(std::string_view description);       ///< "N:freq=HZ,gain=DB,q=Q", any of the three
+    void setBand(std::string_view description);       ///< "N:freq=HZ,gain=DB,q=Q"; parts may be missing
     void setNormalised(std::string_view description); ///< "INDEX=P"
 
-    /// Takes the bells of a file for all values that nothing else sets. Bells after the fourth are in further effects.
+    /// Sets the imported file. Its bells set all parameters that have no other setting. Bells after the fourth
+    /// need further effects in series.
     void setImport(std::shared_ptr<const ImportedFile> import) { m_import = std::move(import); }
-    /// Null without an imported file.
+    /// Returns the imported file, or null.
     [[nodiscard]] const ImportedFile* import() const { return m_import.get(); }
 
+    /// The normalised values for one effect. A parameter without a value keeps the effect's default.
     using Resolved = std::array<std::optional<float>, ParameterCount>;
-    /// The normalised values for the effects in series: one, or more for an imported file.
+    /// The values for the effects in series: one effect, or several for an imported file.
     using Series = std::vector<Resolved>;
 
-    /// The normalised values to give to the effects. Throws UsageError, or FileError when a preset asked for it, for a
-    /// frequency that cannot be reached; FileError for an imported file that has no bells at this rate.
+    /// Returns the normalised values for the effects. Throws FileError if a frequency of a preset is out of reach at
+    /// this rate, and UsageError if a frequency of the command line is. Throws FileError if the imported file cannot be
+    /// converted at this rate.
     [[nodiscard]] Series resolve(const FrequencyMap& frequencies) const;
 
-    /// Returns the response in dB, at a frequency in Hz, that a fit to an imported file aims at with this volume in dB;
-    /// no function without a fit.
+    /// Returns the target of a fit to an imported file: a function that returns dB at a frequency in Hz. `volume` is
+    /// the volume of the effect in dB. Returns an empty function without a fit.
     [[nodiscard]] std::function<double(double)> fitTarget(const FrequencyMap& frequencies, double volume) const;
 
-    /// True if nothing was asked of any parameter.
+    /// Returns true if there are no settings and no imported file.
     [[nodiscard]] bool isEmpty() const;
 
-    /// True if `resolve` has to take the rate of the sound into account.
+    /// Returns true if the rate of the sound matters, because the settings contain a frequency in Hz. Default and
+    /// imported frequencies count, too.
     [[nodiscard]] bool dependsOnRate() const;
 
-    /// Returns where the frequencies are heard that were given as normalised values, which are not corrected for the
-    /// rate: "band2.freq at 688.43 Hz". Empty without such frequencies.
+    /// Returns the frequencies that were set as normalised values, as heard: "band2.freq at 688.43 Hz". Normalised
+    /// values are not corrected for the rate. Returns an empty text without such frequencies.
     [[nodiscard]] std::string uncorrectedText(const FrequencyMap& frequencies) const;
 
-    /// The text of a preset that brings back just these settings and shows all names. Bells of an imported file are
-    /// those at the rate of `frequencies`. Throws UsageError if there are too many of them.
+    /// Returns the text of a preset that restores these settings. Parameters without a setting are in comments. Bells
+    /// of an imported file are converted for the rate of `frequencies`. Throws UsageError if the imported file needs
+    /// more bands than a preset has. Throws FileError as `resolve` does.
     [[nodiscard]] std::string presetText(const FrequencyMap& frequencies) const;
 
 private:
     struct Wish {
         double value;
-        bool normalised;    ///< for the effect as it stands, not in the parameter's unit
+        bool normalised;    ///< `value` is normalised, not in the parameter's unit
         std::string origin; ///< "FILE:LINE: " of a preset; empty for the command line
         bool isDefault = false;
     };

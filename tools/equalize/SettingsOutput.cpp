@@ -19,7 +19,7 @@ namespace {
 void list(const Options& options, const EffectLibrary& library, const Settings::Series& settings,
           const FrequencyMap& frequencies) {
     const auto text = options.json ? parameterJson : parameterTable;
-    // Nothing but sound goes where the sound goes.
+    // If standard output receives the sound, it must receive nothing else.
     const bool isTaken = options.writesSoundToStandardOutput();
     std::FILE* const stream = isTaken ? stderr : stdout;
     std::fputs(text(library, settings, frequencies).c_str(), stream);
@@ -34,7 +34,7 @@ void plot(const Options& options, const Settings& settings, const EffectLibrary&
     OutputFile::write(options.plot, drawResponse(library, all, frequencies, target), options.replacingOthers());
 }
 
-/// Bands that change nothing are left out.
+/// Returns the settings for an export, without bands at 0 dB.
 BellExport exportOf(const Settings::Series& series, const FrequencyMap& frequencies) {
     BellExport result{frequencies.sampleRate(), 0.0, {}};
     for (const Settings::Resolved& values : series) {

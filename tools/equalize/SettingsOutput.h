@@ -10,7 +10,7 @@ namespace eq {
 /// Loads the effect's library. Throws FileError.
 [[nodiscard]] EffectLibrary libraryFrom(const Options& options);
 
-/// Serves --list, --plot, --save-preset and --export. Throws FileError.
+/// Performs the tasks of --list, --plot, --save-preset and --export. Throws FileError.
 void serveSettings(const Options& options, const Settings& settings, const Settings::Series& values,
                    const FrequencyMap& frequencies);
 

@@ -18,7 +18,7 @@ void replaceLine(const std::string& text) {
     if (shownLine.empty() && text.empty()) return;
     std::string output = "\r" + text;
     if (text.size() < shownLine.size()) {
-        // Blanks erase the rest.
+        // Blanks erase the end of a longer line.
         output.append(shownLine.size() - text.size(), ' ');
         output += "\r" + text;
     }

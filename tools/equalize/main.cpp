@@ -36,16 +36,16 @@ constexpr const char* Usage = R"(  equalize [OPTIONS] INPUT OUTPUT
   equalize [OPTIONS] [--list] [--plot FILE] [--save-preset FILE] [--export FILE]
            [INPUT])";
 
-constexpr const char* Footer = R"(A preset holds lines 'name = value', with comments after '#'; --save-preset
-shows all names. --volume and --band override the preset, and --set overrides
-both. So they do with the values of an imported file.
+constexpr const char* Footer = R"(A preset has lines 'name = value', and comments after '#'. --save-preset writes
+all names. --volume and --band override a preset or an imported file, and --set
+overrides them all.
 
-OUTPUT takes the format that its extension names, and the sample format of
-INPUT where that exists. Tags, pictures and chunks are copied.
-It appears when it is complete, and may be INPUT.
+OUTPUT has the format that its extension names, and the sample format of INPUT
+if the format permits it. Tags, pictures and chunks are copied. OUTPUT appears
+when it is complete, and may be the same file as INPUT.
 
-With --output-dir, --suffix or both, every file argument is an INPUT. The
-failure of one file does not affect the others.
+With --output-dir, --suffix or both, every file argument is an INPUT. A file
+that fails does not affect the others.
 
 Exit codes: 0 all files written; 1 a file could not be read or written; 2 bad
 usage.
@@ -66,14 +66,14 @@ void declare(CLI::App& app, Options& options) {
                    "INPUT, an audio file to read: WAV, AIFF, FLAC, Ogg and others; OUTPUT, the file to write; - is "
                    "standard input or standard output");
     app.add_option("--output-dir", options.files.outputFolder, "write every output into this folder")->type_name("DIR");
-    app.add_option("--suffix", options.files.suffix, "put this text after the output's name, before its extension")
+    app.add_option("--suffix", options.files.suffix, "add this text to each output's name, before the extension")
         ->type_name("TEXT");
     app.add_flag("--recursive", options.files.isRecursive,
                  "equalize the audio files in the folders that are named as INPUT; the output has the same folders");
-    app.add_option("--jobs", options.jobs, "files to equalize at a time; the number of processors if not given")
+    app.add_option("--jobs", options.jobs, "files to equalize at the same time; the number of processors if not given")
         ->type_name("N")
         ->check(CLI::Range(1, 1024).description(""));
-    app.add_flag("--skip-existing", options.skipExisting, "leave out each INPUT whose output exists");
+    app.add_flag("--skip-existing", options.skipExisting, "skip each INPUT whose output exists");
     app.add_flag("-n,--no-clobber", options.noClobber, "never replace a file: an output that exists is a failure");
     app.add_flag("--dry-run", options.dryRun, "show which files would be written, and write none");
     app.add_option("--volume", options.volumes, "output volume, " + rangeText(ParameterKind::Volume))
@@ -86,8 +86,8 @@ void declare(CLI::App& app, Options& options) {
         ->type_name("N:SETTINGS")
         ->allow_extra_args(false);
     app.add_option("--set", options.normalised,
-                   "value of a parameter by its index, as the effect takes it: 0 is the top of the range, 1 the "
-                   "bottom; repeatable")
+                   "normalised value of a parameter, by its index: 0 is the top of the range, 1 the bottom; "
+                   "repeatable")
         ->type_name("INDEX=P")
         ->allow_extra_args(false);
     app.add_option("--preset", options.preset, "file with settings, or a factory preset")->type_name("FILE|NAME");
@@ -96,11 +96,11 @@ void declare(CLI::App& app, Options& options) {
     app.add_option("--import", options.import,
                    "file with the filters of Equalizer APO, REW or AutoEq; more than four run through several effects")
         ->type_name("FILE");
-    app.add_flag("--fit", options.fit, "come near to what --import cannot take as it is, and show the deviation");
-    app.add_option("--bands", options.fitBands, "the most bands that --fit may use, 1 to 32; 8 if not given")
+    app.add_flag("--fit", options.fit, "approximate a file of --import that has no exact form, and show the deviation");
+    app.add_option("--bands", options.fitBands, "the largest number of bands for --fit, 1 to 32; 8 if not given")
         ->type_name("N")
         ->check(CLI::Range(1, 32).description(""));
-    app.add_flag("--force", options.force, "take a fit that deviates by more than 6 dB, too");
+    app.add_flag("--force", options.force, "accept a fit that deviates by more than 6 dB");
     app.add_option("--export", options.exportFile,
                    "write the settings as filters of Equalizer APO, or of PipeWire if FILE ends in .conf")
         ->type_name("FILE");
@@ -110,7 +110,7 @@ void declare(CLI::App& app, Options& options) {
                    "scale; reads INPUT twice")
         ->type_name("DB");
     app.add_flag("--headroom", options.headroom,
-                 "lower the sound after the effect by as much as it would clip; reads INPUT twice");
+                 "lower the sound after the effect until it does not clip; reads INPUT twice");
     app.add_flag("--dither", options.dither,
                  "add noise of one step before rounding to integers; the same noise in each run");
     app.add_option("--plugin", options.plugin, "the effect's library, if not the one that came with this program")
@@ -128,11 +128,11 @@ void declare(CLI::App& app, Options& options) {
                    "quality of Ogg Vorbis, Opus and MP3, 0 to 10: 10 is the best, and is used if not given")
         ->type_name("Q")
         ->check(CLI::Range(0.0, AudioWriter::BestQuality).description(""));
-    app.add_flag("--keep-latency", options.keepLatency, "leave the effect's delay in front of the sound");
+    app.add_flag("--keep-latency", options.keepLatency, "leave the effect's delay before the sound");
     app.add_flag("--no-rate-correction", options.noRateCorrection,
-                 "ask the effect for the frequencies as given, whatever the file's sampling rate");
+                 "send the frequencies to the effect as given, also if the file's sampling rate is not 44100 Hz");
     app.add_flag("--replace-nan", options.replaceNan,
-                 "put 0 in the place of samples that are not a number or infinite, which are an error otherwise");
+                 "replace samples that are infinite or not a number by 0; without this option they are an error");
     app.add_flag("--list", options.list, "show the parameters, their ranges, and their values with these settings");
     app.add_flag("--json", options.json, "with --list: as JSON");
     app.add_flag("--quiet", options.quiet, "show errors only");
@@ -144,7 +144,7 @@ Settings settingsFrom(const Options& options) {
         throw UsageError("--fit, --bands and --force need --import");
     if (!options.fit && (options.fitBands || options.force)) throw UsageError("--bands and --force need --fit");
     if (!options.import.empty() && !options.preset.empty())
-        throw UsageError("--import and --preset exclude each other");
+        throw UsageError("--import and --preset cannot be used together; give one of them");
     if (!options.import.empty()) {
         constexpr int UsualBands = 8;
         std::optional<ImportedFile::Fit> fit;
@@ -171,7 +171,7 @@ void runWithoutFiles(const Options& options, const Settings& settings) {
     serveSettings(options, settings, settings.resolve(frequencies), frequencies);
 }
 
-/// For the tasks that need only the sampling rate of a file.
+/// Performs the tasks that need only the sampling rate of INPUT, such as --list and --plot.
 void runOnInputAlone(const Options& options, const Settings& settings) {
     SoundInput input(options.files.files.front());
     const AudioReader reader(input);
@@ -185,7 +185,7 @@ int runBatch(const Options& options, const Settings& settings, const PeakGain& p
              const std::vector<FileJob>& jobs) {
     if (options.list || !options.plot.empty() || !options.exportFile.empty())
         throw UsageError("--list, --plot and --export are for one file: they depend on its sampling rate");
-    if (jobs.empty()) throw FileError("the folders have no audio files");
+    if (jobs.empty()) throw FileError("the folders contain no audio files; audio files are found by their extension");
     const auto start = std::chrono::steady_clock::now();
     const FrequencyMap design(static_cast<int>(DesignRate), false);
     Batch batch;
@@ -197,11 +197,12 @@ int runBatch(const Options& options, const Settings& settings, const PeakGain& p
         batch.run(jobs, options.dryRun ? 1 : options.jobs, [&files](const FileJob& job) { return files.runOn(job); });
         otherRates = files.otherRates();
     }
+    const std::string otherFiles = "files not at " + fixed(DesignRate, 0) + " Hz: " + std::to_string(otherRates) + "; ";
     if (otherRates != 0 && !settings.uncorrectedText(design).empty())
-        note(options, "values of --set are not corrected for the rate of " + std::to_string(otherRates) + " files");
+        note(options, otherFiles + "values of --set are not corrected for the rate");
     if (otherRates != 0 && settings.dependsOnRate())
-        note(options, std::to_string(otherRates) + " files are not at " + fixed(DesignRate, 0) + " Hz: frequencies " +
-                          (options.noRateCorrection ? "do not land where asked" : "were scaled to land where asked"));
+        note(options, otherFiles + (options.noRateCorrection ? "frequencies are not corrected for the rate"
+                                                             : "frequencies are scaled, and are heard as given"));
     const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - start;
     note(options, "files: " + std::to_string(jobs.size()) + (options.dryRun ? ", would be written: " : ", written: ") +
                       std::to_string(batch.count(FileOutcome::Written)) +
@@ -221,10 +222,10 @@ int run(Options& options) {
         throw UsageError("INPUT and OUTPUT are missing; see --help");
     if (options.json && !options.list) throw UsageError("--json needs --list");
     if (options.headroom && !options.normalize.empty())
-        throw UsageError("--normalize and --headroom exclude each other");
+        throw UsageError("--normalize and --headroom cannot be used together; give one of them");
     if (!options.format.empty() && !isFormatName(options.format))
         throw UsageError("--format: there is no audio format " + eq::quoted(options.format) +
-                         "; wav, au, flac, ogg, opus, mp3, aiff and caf are some");
+                         "; use for instance wav, au, flac, ogg, opus, mp3, aiff or caf");
     if (!options.format.empty() && files.areInputs())
         throw UsageError("--format is for one OUTPUT: several outputs have the extensions of their inputs");
     const Settings settings = settingsFrom(options);

@@ -20,8 +20,8 @@ using TextCheck = void (*)(const CheckedText&);
 constexpr TextCheck TextChecks[] = {checkMnemonic,  checkNumbers, checkScripts,     checkBlanks,
                                     checkLostMarks, checkPairs,   checkUntranslated};
 
-/// Returns the library's keys that the language lacks. A key that is lost with its context counts as present, because
-/// the context is the one fault then.
+/// Returns the library's keys that the language lacks. A key in a misspelt context, or before the first context, counts
+/// as present, because another fault reports it.
 std::vector<std::string_view> keysLackedBy(const Language& language) {
     std::set<std::string> misspelt;
     std::set<nocase_string_view> lost;
@@ -86,7 +86,8 @@ void checkLanguage(const Language& language, Findings& findings) {
         else
             findings.add(path, 0, Severity::Fault, "the key " + key + " is missing");
     }
-    if (!leftToEnglish.empty()) findings.add(path, 0, Severity::Note, "these texts show in English: " + leftToEnglish);
+    if (!leftToEnglish.empty())
+        findings.add(path, 0, Severity::Note, "these texts are shown in English: " + leftToEnglish);
 }
 
 void checkAgainstReference(const Language& language, const LanguageFile& reference, Findings& findings) {
@@ -100,8 +101,8 @@ void checkAgainstReference(const Language& language, const LanguageFile& referen
         const bool isReported = isKnownContext(wanted.context) && findKnownText(wanted.key);
         if (!found && !isReported && !isPrimaryLanguage(language.id()))
             findings.add(path, 0, Severity::Fault,
-                         "the key " + wanted.key + " of [" + wanted.context + "] is missing, which " + reference.name +
-                             " has");
+                         "the key " + wanted.key + " of [" + wanted.context + "] is missing, but " + reference.name +
+                             " has it");
         else if (found && found.definition->text == wanted.text)
             same += (same.empty() ? "" : ", ") + wanted.key;
     }

@@ -10,18 +10,18 @@ namespace eq {
 
 namespace lngcheck {
 
-/// Looks for faults in one file that the library does not report: a name or encoding that it does not expect, keys
-/// defined twice or unknown, accelerators that are none, texts that differ from the English ones in what must be equal.
+/// Finds faults in one file that the library does not report: an unexpected name or encoding, duplicate and unknown
+/// keys, invalid accelerators, and texts whose numbers or marks differ from the English text.
 void checkFile(const LanguageFile& file, Findings& findings);
 
-/// Looks for faults between the texts of a language: equal mnemonics or texts, different units. Looks for the library's
-/// keys that no file of the language defines.
+/// Finds texts of a language that do not suit each other: equal mnemonics, equal texts, and different units. Also finds
+/// keys of the library that no file of the language defines.
 void checkLanguage(const Language& language, Findings& findings);
 
-/// Returns how many of the library's keys the language lacks.
+/// Returns the number of keys of the library that the language lacks.
 [[nodiscard]] int missingTexts(const Language& language);
 
-/// Looks for the reference's keys that no file of a language defines, and names the texts that are the same as there.
+/// Finds keys of the reference that no file of the language defines. Also notes the texts that equal the reference.
 void checkAgainstReference(const Language& language, const LanguageFile& reference, Findings& findings);
 
 } // namespace lngcheck

@@ -15,7 +15,7 @@ namespace lngcheck {
 #ifdef _WIN32
 Console::Console() : m_codepageBefore(GetConsoleOutputCP()) {
     SetConsoleOutputCP(CP_UTF8);
-    // The runtime writes an unbuffered text byte by byte, and a console shows no part of a character.
+    // Without a buffer, the runtime writes each byte separately, and the console cannot show a part of a character.
     constexpr std::size_t BufferSize = 65536;
     std::setvbuf(stdout, nullptr, _IOFBF, BufferSize);
 }

@@ -7,7 +7,7 @@ namespace eq {
 
 namespace lngcheck {
 
-/// Lets the standard streams show UTF-8, and restores a Windows console at the end.
+/// Prepares the standard streams. On Windows, a console shows UTF-8 until the destructor restores its code page.
 class Console {
 public:
     Console();
@@ -19,7 +19,8 @@ private:
     unsigned m_codepageBefore = 0;
 };
 
-/// The arguments of the program in the form of `FileAccess.h`, for a function that takes `argc` and `argv`.
+/// The arguments of the program as byte strings, for a function that takes `argc` and `argv`. `FileAccess.h` describes
+/// their encoding.
 class Arguments {
 public:
     template <typename Character>

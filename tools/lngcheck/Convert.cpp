@@ -26,7 +26,7 @@ bool isLanguageFileName(const std::string& path) {
            equalNoCase(std::string_view(path).substr(path.size() - ending.size()), ending);
 }
 
-/// Returns the code page of a line that is a code page tag.
+/// Returns the code page in a code page tag; nothing for another line.
 std::optional<UINT> codepageOf(std::string_view line) {
     line = trim(line);
     if (!line.starts_with('<')) return std::nullopt;
@@ -36,8 +36,8 @@ std::optional<UINT> codepageOf(std::string_view line) {
     return definition ? std::optional(static_cast<UINT>(definition->codepage)) : std::nullopt;
 }
 
-/// Calls `visit` with each line, without its end, and with its number. The last piece is empty if the text ends with a
-/// line end, and is no line then.
+/// Calls `visit` with each line, without its line end, and with the number of the line. After a line end at the end of
+/// the text, there is no further line.
 template <typename Visit>
 void forEachLine(std::string_view text, Visit visit) {
     int number = 0;
@@ -60,7 +60,7 @@ UINT firstCodepage(std::string_view text) {
     throw FileError(path + ":" + std::to_string(line) + ": " + reason);
 }
 
-/// Whether the line holds ASCII characters only, also after its escapes are decoded.
+/// Returns whether the line contains only ASCII characters, also after its escapes are decoded.
 bool isAsciiLine(std::string_view line) {
     constexpr std::string_view HighDigits = "89ABCDEFabcdef";
     for (std::size_t at = line.find("\\x"); at < line.size(); at = line.find("\\x", at + 1)) {
@@ -79,7 +79,7 @@ std::string firstLacked(std::wstring_view text, UINT codepage) {
     return inUtf8(text);
 }
 
-/// Converts the lines of a text in UTF-8.
+/// Converts the lines of a text in UTF-8 to those of a language file.
 class ToLanguageFile {
 public:
     ToLanguageFile(const std::string& from, const std::string& to, std::string_view text)
@@ -89,13 +89,13 @@ public:
 
     [[nodiscard]] const std::string& bytes() const { return m_bytes; }
 
-    /// Returns the lines that were left out, or an empty text.
+    /// Returns a message about the lines that were left out, or an empty text.
     [[nodiscard]] std::string message() const {
         std::string text;
         if (m_hasPortNames) text = "left out: the context [LV2], which the library does not read";
         if (m_leftOut.empty()) return text;
         return text + (text.empty() ? "" : "; ") + "a file of the language " + described(m_language) +
-               " has no tag and ASCII texts only; left out: line" +
+               " must have no tag and only ASCII texts; left out: line" +
                (m_leftOut.find(',') == std::string::npos ? " " : "s ") + m_leftOut;
     }
 
@@ -134,8 +134,8 @@ private:
     WORD m_language;
     UINT m_codepage;
     std::string m_bytes;
-    std::string m_leftOut;     ///< the numbers of the lines
-    bool m_isPortName = false; ///< the lines are in the context [LV2] of the shipped sources
+    std::string m_leftOut;     ///< the numbers of the lines that were left out
+    bool m_isPortName = false; ///< the line is in the context [LV2] of the shipped sources
     bool m_hasPortNames = false;
 };
 
@@ -202,7 +202,7 @@ void writeNewFile(WORD language, const std::string& path) {
                     : "// The library accepts no code page tag for this language: use ASCII letters only.\r\n";
     bool isInHead = true;
     forEachLine(englishSource(), [&](std::string_view line, int) {
-        // The head of the source is the maintainers'.
+        // The comments at the start of the source are for maintainers only.
         if (line.starts_with('[')) isInHead = false;
         if (!isInHead) contents += (line.starts_with('[') ? "\r\n" : "") + newLine(line);
     });

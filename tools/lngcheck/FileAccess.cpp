@@ -38,7 +38,7 @@ std::string textOfError(int errorNumber) {
 }
 
 #ifdef _WIN32
-/// Renaming replaces an existing file in one step.
+/// Writes a temporary file and renames it. Renaming replaces an existing file in one step.
 void writeInPlace(const std::filesystem::path& path, std::string_view bytes, Existing) {
     std::filesystem::path temporary = path;
     temporary += ".unfinished";
@@ -107,7 +107,7 @@ Contents readContents(const std::string& path) {
     const auto type = std::filesystem::status(toPath(path), error).type();
     if (error) return {{}, error.message()};
     if (type == std::filesystem::file_type::not_found) return {{}, textOfError(ENOENT)};
-    if (type != std::filesystem::file_type::regular) return {{}, "it is a pipe, a folder or a device, and no file"};
+    if (type != std::filesystem::file_type::regular) return {{}, "it is a pipe, a folder or a device, not a file"};
 
     const std::unique_ptr<std::FILE, StreamCloser> stream(openForReading(toPath(path)));
     if (!stream) return {{}, textOfError(errno)};
@@ -123,7 +123,7 @@ void writeContents(const std::string& path, std::string_view bytes, Existing exi
     const std::filesystem::path place = toPath(path);
     std::error_code error;
     if (existing == Existing::Kept && std::filesystem::exists(place, error))
-        throw FileError(path + ": the file exists, and is left as it is");
+        throw FileError(path + ": the file exists and was not changed; delete it, or name another file");
     if (place.has_parent_path()) std::filesystem::create_directories(place.parent_path(), error);
     if (error) throw FileError(fromPath(place.parent_path()) + ": " + error.message());
     writeInPlace(place, bytes, existing);

@@ -28,7 +28,7 @@ const char* nameOf(Severity severity) {
     }
 }
 
-/// A file may hold a line of megabytes.
+/// Returns the text without its middle if it is very long. A line of a file may have megabytes.
 std::string shortened(const std::string& text) {
     constexpr std::size_t Most = 600;
     constexpr std::size_t Kept = 200;
@@ -36,7 +36,7 @@ std::string shortened(const std::string& text) {
     return text.substr(0, Kept) + " [...] " + text.substr(text.size() - Kept);
 }
 
-/// "file:line", or "file" for the file as a whole.
+/// Returns "file:line:", or "file:" for the whole file.
 std::string placeOf(const Finding& finding) {
     return finding.file + ":" + (finding.line == 0 ? "" : std::to_string(finding.line) + ":");
 }
@@ -47,7 +47,8 @@ void printFinding(const Finding& finding) {
     std::printf("%s\n", printable(placeOf(finding) + " " + severity + finding.text).c_str());
 }
 
-/// Breaks the hint between words, and indents it, so that it is no line of the form "file:line: text".
+/// Writes a hint, with line breaks between words. The lines are indented, so that none of them looks like the form
+/// "file:line: text" of a finding.
 void printHint(const std::string& hint) {
     std::istringstream words(printable(hint));
     std::string line;
@@ -93,7 +94,7 @@ void Findings::print() const {
         std::string firstText;
         std::size_t count = 0;
     };
-    std::map<std::string, Kind> kinds; // of one file, by their hint, or by their text if there is no hint
+    std::map<std::string, Kind> kinds; // of one file; the key is the hint, or the text if there is no hint
     const auto endFile = [&] {
         for (const auto& [ignored, kind] : kinds) {
             if (kind.count > MostOfAKind)

@@ -9,23 +9,23 @@ namespace eq {
 namespace lngcheck {
 
 enum class Severity {
-    Fault,   ///< a text is lost or wrong, or no file is read at all
-    Warning, ///< may be meant so, but will not look right everywhere
+    Fault,   ///< a text is lost or wrong, or the library reads no file
+    Warning, ///< may be intended, but will not look right on each system
     Note,
 };
 
-/// A message about a line of a file, or about the file as a whole, which is line 0.
+/// A message about a line of a file. Line 0 is the whole file.
 struct Finding {
     std::string file;
     int line;
     Severity severity;
     std::string text;
-    std::string hint; ///< what a translator can do about it; may be empty
+    std::string hint; ///< advice for the translator; may be empty
 };
 
 class Findings {
 public:
-    /// A text or hint that is too long for a terminal loses its middle.
+    /// Adds a finding. Removes the middle of a text or hint that is very long.
     void add(const std::string& file, int line, Severity severity, const std::string& text,
              const std::string& hint = {});
 
@@ -36,12 +36,12 @@ public:
 
     [[nodiscard]] const std::vector<Finding>& all() const { return m_findings; }
 
-    /// Writes all to standard output for a reader: file by file in the order of their first finding, and each file in
-    /// the order of its lines. A hint is below the first finding that has it, and a long series of findings of one kind
-    /// is cut.
+    /// Writes the findings to standard output for people. The files are in the order of their first findings, and the
+    /// findings of a file are in the order of its lines. In a file, only the first of several findings with the same
+    /// hint shows the hint. Most findings of a frequent kind are left out.
     void print() const;
 
-    /// Writes all in the same order to standard output, as one JSON object per line.
+    /// Writes all findings to standard output in the same order, as one JSON object per line.
     void printJson() const;
 
 private:

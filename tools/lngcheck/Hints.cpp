@@ -82,14 +82,16 @@ std::string hintFor(const std::string& message, std::string_view line, int lineN
     line = trim(line);
     if (contains(message, "codepage does not appear to match")) return hintForCodepage(line, file.name);
     if (line.starts_with('<')) return hintForTag(line, file.name);
-    if (isMarked) return "The file begins with a UTF-8 mark, which is no text to the library: save the file as ANSI.";
+    if (isMarked)
+        return "The file begins with a UTF-8 mark, which the library reads as a part of this line. Save the file as "
+               "ANSI.";
     return "This line needs  key = text.  Comments begin with //.";
 }
 
 std::string hintForMissingTag(const LanguageFile& file) {
     const UINT codepage = ansiCodepageOf(file.language);
     if (codepage != 0) return "Write <CODEPAGE " + std::to_string(codepage) + "> above the first [context].";
-    if (file.language == 0) return "The file's name gives it no language, so it can have no <CODEPAGE> tag.";
+    if (file.language == 0) return "The file's name contains no language id, so the file can have no <CODEPAGE> tag.";
     return "A file of the language " + described(file.language) +
            " can have no <CODEPAGE> tag: use ASCII letters only.";
 }

@@ -17,7 +17,7 @@ constexpr int RightLabel = 40;
 constexpr int ColumnName = 28;
 constexpr int SheetButton = 50;
 
-/// A unit word and its longest number, which `value` has.
+/// Returns a unit word and its longest number. `value` must be the value that shows this number.
 KnownText unitWord(ParameterKind kind, double value) {
     const DisplayParts parts = displayPartsOf(kind, value);
     return {parts.unitKey, ReadOut, parts.number + " "};
@@ -26,7 +26,7 @@ KnownText unitWord(ParameterKind kind, double value) {
 std::vector<KnownText> makeTexts() {
     return {
         unitWord(ParameterKind::Volume, VolumeRange.highest),
-        // Rounding takes these frequencies up to the limits.
+        // Each frequency is just below a limit, so its number is rounded up to the limit.
         unitWord(ParameterKind::Frequency, std::nextafter(LowestInKilohertz, 0.0F)),
         unitWord(ParameterKind::Frequency, std::nextafter(LowestInWholeKilohertz, 0.0F)),
         {"IDD_Options_Q", LeftLabel},
@@ -34,7 +34,7 @@ std::vector<KnownText> makeTexts() {
         {"IDD_Options_Freq", LeftLabel},
         {"IDD_Options_20Hz", LeftLabel},
         {"IDD_Options_p10dB", LeftLabel},
-        {"IDD_Options_Gain", RightLabel}, // at the left, too
+        {"IDD_Options_Gain", RightLabel}, // also at the left, with the width LeftLabel
         {"IDD_Options_m10dB", LeftLabel},
         {"IDD_Options_B1", ColumnName},
         {"IDD_Options_B2", ColumnName},

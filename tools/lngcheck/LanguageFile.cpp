@@ -20,7 +20,7 @@ namespace {
 
 constexpr char EndMark = '\x1A';
 
-/// Keeps the content of one line after the other.
+/// Records the contents of the lines that the scanner accepts.
 class Recorder : public CLanguageFileHandler {
 public:
     Recorder(LanguageFile& file, Findings& findings, std::optional<UINT> codepage)
@@ -28,7 +28,7 @@ public:
 
     void setLine(int line) { m_line = line; }
 
-    /// A tag that should name the code page is wrong: without it, nothing can be said of the texts below.
+    /// Records that a code page tag is wrong. The texts after this tag then cannot be checked.
     void setCodepageUnknown() { m_isCodepageUnknown = true; }
 
     [[nodiscard]] int acceptedLines() const { return m_acceptedLines; }
@@ -54,7 +54,7 @@ public:
             define(AcceleratorKeyName(*accelerator), value, true);
     }
 
-    // The scanner sees a file of one line at a time, and a context outlives these.
+    // The scanner receives each line as a whole file. The end of such a file does not end the context.
     void OnContextEnd() override {}
     void OnFileEnd() override {}
 
@@ -67,8 +67,8 @@ private:
     void define(const std::string& key, const std::string& value, bool isAccelerator) {
         if (!m_context) {
             m_file.droppedKeys.push_back(key);
-            fault("stands in front of the first [context], so the library drops this line",
-                  "No [Parametric Equalizer] or [Shared] is above this line, so it is not used.");
+            fault("this line is before the first [context], so the library ignores it",
+                  "Write [Parametric Equalizer] or [Shared] above this line.");
             return;
         }
         const UINT codepage = m_fixedCodepage.value_or(m_codepage);
@@ -94,7 +94,7 @@ private:
     std::optional<std::wstring> convertedUnnamed(const std::string& bytes) {
         if (std::ranges::all_of(bytes, isAscii)) return convert_wstring(bytes, CP_UTF8);
         if (m_isCodepageUnknown) return std::nullopt;
-        fault("the value is not ASCII, and no <CODEPAGE> tag stands above it: what it shows depends on the system",
+        fault("the value is not ASCII, and no <CODEPAGE> tag is above it: the shown text depends on the system",
               hintForMissingTag(m_file));
         return std::nullopt;
     }
@@ -113,7 +113,7 @@ private:
     int m_acceptedLines = 0;
 };
 
-/// Returns the scanner's message without the position in front.
+/// Returns the scanner's message without the position at its start.
 std::string messageOf(const CLanguageFile::syntax_error& error, const std::string& path) {
     std::string_view text = error.context();
     const std::string position = "In file '" + path + "', line 1: ";
@@ -121,7 +121,7 @@ std::string messageOf(const CLanguageFile::syntax_error& error, const std::strin
     return std::string(trim(text));
 }
 
-/// Reads the lines of a file. The scanner stops at the first faulty line, so it gets one line at a time.
+/// Reads the lines of a file. The scanner stops at the first faulty line, so it receives each line separately.
 class LineReader {
 public:
     LineReader(LanguageFile& file, Findings& findings, std::optional<UINT> codepage)
@@ -155,12 +155,13 @@ private:
         if (m_endMarkLine == 0) findEndMark(line);
         if (m_line == 1 && line.starts_with(Utf8Mark) && m_recorder.acceptedLines() > acceptedBefore)
             m_findings.add(m_file.path, m_line, Severity::Warning, "the file begins with a UTF-8 mark",
-                           "It is no text to the library, and spoils this line: save the file as ANSI.");
+                           "The library reads the mark as a part of this line. Save the file as ANSI.");
         if (trim(line).find('\r') != std::string_view::npos)
-            m_findings.add(m_file.path, m_line, Severity::Fault,
-                           "a line end of old Macs (CR) is in this line, which the library does not see",
-                           "The library takes several lines for one here. Save the file with the line ends of Windows "
-                           "(CR LF).");
+            m_findings.add(
+                m_file.path, m_line, Severity::Fault,
+                "a line end of old Macs (CR) is in this line, which the library does not see",
+                "The library reads several lines as one line here. Save the file with the line ends of Windows "
+                "(CR LF).");
     }
 
     void findEndMark(std::string_view line) {
@@ -178,7 +179,7 @@ private:
                        "Some old programs write this byte (Ctrl+Z) at the end of a file. Delete it.");
     }
 
-    /// A file of another kind has a fault in nearly every line.
+    /// Returns true and adds a fault if most lines so far are wrong. The file is then probably of another kind.
     bool seemsNoLanguageFile() {
         constexpr int MostRefusedLines = 10;
         if (m_refusedLines < MostRefusedLines || m_recorder.acceptedLines() >= m_refusedLines) return false;

@@ -22,26 +22,28 @@ struct Place {
     explicit operator bool() const { return definition != nullptr; }
 };
 
-/// Returns "line 12", with the name of the file if that is not the file of `from`.
+/// Returns "line 12", or "line 12 of FILE" if `place` and `from` are in different files.
 [[nodiscard]] std::string lineOf(const Place& place, const Place& from);
 
-/// The files of one language, which count together: the first definition of a key in a context is the one that shows.
+/// The files of one language. The library merges them, and uses the first definition of a key in a context.
 class Language {
 public:
     explicit Language(WORD id) : m_id(id) {}
 
-    /// The file must outlive the object.
+    /// Adds a file, which must outlive the object.
     void add(const LanguageFile& file);
 
     [[nodiscard]] WORD id() const { return m_id; }
     [[nodiscard]] const std::vector<const LanguageFile*>& files() const { return m_files; }
 
-    /// Whether each file could be read as a whole. Otherwise nothing can be said of the texts that are missing.
+    /// Returns whether each file could be read as a whole. Otherwise the missing texts are unknown.
     [[nodiscard]] bool isReadable() const;
 
+    /// Returns the definition of a key in a context, or an empty place.
     [[nodiscard]] Place find(std::string_view context, std::string_view key) const;
 
-    /// Returns the text that the library shows for a key: that of its own context, or else the shared one.
+    /// Returns the definition that the library uses for a key: from the library's own context, or else from the shared
+    /// context.
     [[nodiscard]] Place findShown(std::string_view key) const;
 
 private:
@@ -50,7 +52,7 @@ private:
     std::map<std::pair<nocase_string_view, nocase_string_view>, Place> m_first;
 };
 
-/// Returns the languages in the order of their first file. Files without a language belong to none.
+/// Returns the languages in the order of their first files. Ignores files without a language.
 [[nodiscard]] std::vector<Language> languagesOf(const std::vector<LanguageFile>& files);
 
 } // namespace lngcheck

@@ -14,7 +14,7 @@ namespace {
 struct Language {
     WORD primary;
     const char* name;
-    std::wstring_view letters; ///< small letters beyond ASCII that have keys of their own
+    std::wstring_view letters; ///< small letters outside ASCII that have a key on the keyboard
 };
 
 constexpr std::wstring_view Arabic = L"\x621\x622\x623\x624\x625\x626\x627\x628\x629\x62A\x62B\x62C\x62D\x62E\x62F\x630"
@@ -24,7 +24,7 @@ constexpr std::wstring_view Cyrillic = L"абвгдежзийклмнопрст�
 constexpr std::wstring_view None = L"";
 
 // clang-format off
-// The languages of the library's code pages, by primary language.
+// The languages for which the library accepts code pages, sorted by primary language.
 constexpr std::array Languages = {
     Language{0x01, "Arabic", Arabic},
     Language{0x02, "Bulgarian", Cyrillic},
@@ -71,7 +71,8 @@ constexpr std::array Languages = {
 };
 // clang-format on
 
-/// Windows's own code pages, and the one for traditional Chinese first where both Chinese ones are accepted.
+/// The ANSI code pages of Windows, in the order of the search. The library accepts 936 and 950 for all Chinese
+/// languages, so the search would find 936 for traditional Chinese, too.
 constexpr std::array AnsiCodepages = {1252U, 1250U, 1251U, 1253U, 1254U, 1255U, 1256U,
                                       1257U, 1258U, 874U,  932U,  949U,  936U,  950U};
 constexpr std::array<WORD, 2> TraditionalChinese = {0x0404, 0x0C04};

@@ -8,27 +8,28 @@
 
 namespace eq {
 
-/// The facts about languages that translators need.
+/// Facts about languages, for the checks and for messages to translators.
 namespace lngcheck {
 
-/// A primary language serves the countries that have no file of their own.
+/// Returns whether an id is that of a primary language. The file of a primary language serves all countries without a
+/// separate file.
 [[nodiscard]] constexpr bool isPrimaryLanguage(WORD language) noexcept {
     return language != 0 && language == PRIMARYLANGID(language);
 }
 
-/// Returns the language id and the language's name in English if it is known, as "1031 (German)".
+/// Returns the language id, with the English name of the language if it is known: "1031 (German)".
 [[nodiscard]] std::string described(WORD language);
 
-/// Whether the system knows the language. 0 is none.
+/// Returns whether the system knows the language; false for 0.
 [[nodiscard]] bool isLanguageOfWindows(WORD language);
 
-/// Whether the letter, which is not ASCII, is a letter of the language. True for all letters of an unknown language.
+/// Returns whether a letter outside ASCII belongs to the alphabet of the language; true for an unknown language.
 [[nodiscard]] bool isInAlphabet(wchar_t letter, WORD language);
 
-/// The code pages that the library accepts in a file of the language.
+/// Returns the code pages that the library accepts in a file of the language.
 [[nodiscard]] std::vector<UINT> codepagesOf(WORD language);
 
-/// Returns which of them Windows uses for the language; 0 if the library accepts none of Windows's code pages.
+/// Returns the ANSI code page of Windows that the library accepts for the language; 0 if it accepts none.
 [[nodiscard]] UINT ansiCodepageOf(WORD language);
 
 } // namespace lngcheck

@@ -19,7 +19,7 @@ constexpr bool isIn(wchar_t c, wchar_t first, wchar_t last) noexcept {
 
 Script scriptOf(wchar_t c) noexcept {
     if (isIn(c, L'A', L'Z') || isIn(c, L'a', L'z')) return Script::Latin;
-    // Without the signs for multiplication and division.
+    // The signs for multiplication and division are no letters.
     if (isIn(c, 0xC0, 0x24F) && c != 0xD7 && c != 0xF7) return Script::Latin;
     if (isIn(c, 0x1E00, 0x1EFF)) return Script::Latin;
     if (isIn(c, 0x386, 0x3FF) && c != 0x387) return Script::Greek;
@@ -38,7 +38,8 @@ wchar_t smallLetter(wchar_t c) noexcept {
     if (isIn(c, 0xC0, 0xDE) && c != 0xD7) return shifted(0x20);
     if (c == 0x130) return L'i'; // I with a dot
     if (c == 0x178) return 0xFF; // Y with two dots
-    // In Latin Extended-A a capital letter is before its small one. The places of capitals are even or odd.
+    // In Latin Extended-A each capital letter is directly before its small letter. The codes of capitals are even in
+    // the first two ranges, and odd in the next two.
     if (isIn(c, 0x100, 0x137) || isIn(c, 0x14A, 0x177)) return static_cast<wchar_t>(c | 1);
     if (isIn(c, 0x139, 0x148) || isIn(c, 0x179, 0x17E)) return c % 2 == 1 ? shifted(1) : c;
     if (c == 0x1A0 || c == 0x1AF) return shifted(1); // O and U with a horn

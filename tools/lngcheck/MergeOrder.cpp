@@ -26,7 +26,7 @@ std::string namesOf(const SearchStep& step) {
     return names.empty() ? "nothing new" : names;
 }
 
-/// A key as a caller may write it, in braces.
+/// Returns a key without the braces in which the user may write it.
 std::string withoutBraces(std::string_view key) {
     key = trim(key);
     if (key.starts_with('{')) key.remove_prefix(1);
@@ -61,7 +61,7 @@ std::vector<SearchStep> searchSteps(const std::string& folder, WORD overrideLang
     std::vector<SearchStep> steps;
     std::set<std::string> read;
     for (const std::string& place : {folder, secondFolder(folder)}) {
-        if (!steps.empty() && place == folder) break; // a second reading adds nothing
+        if (!steps.empty() && place == folder) break; // reading the same folder again adds nothing
         const auto languages = languageOrder(overrideLanguage, systemLanguage);
         for (std::size_t i = 0; i < languages.size(); ++i) {
             SearchStep step{place, Reasons[i], languages[i], {}};

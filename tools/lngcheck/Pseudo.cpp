@@ -34,7 +34,8 @@ std::string hexadecimalEscape(char c) {
     return escape.data();
 }
 
-/// The brackets keep blanks at the ends from being trimmed.
+/// Returns the bytes as a value of a language file. Blanks at the ends need no escapes, because the text is in
+/// brackets.
 std::string escaped(const std::string& bytes) {
     std::string value;
     for (const char c : bytes) {
@@ -44,7 +45,8 @@ std::string escaped(const std::string& bytes) {
     return value;
 }
 
-/// A code page that lacks a character would have another in its place.
+/// Returns the text in the pseudo code page. Throws FileError if the code page lacks a character, which the conversion
+/// would replace.
 std::string inPseudoCodepage(const std::wstring& text, const LanguageFile& reference, int line) {
     std::string bytes = convert_string(text, PseudoCodepage);
     if (convert_wstring(bytes, PseudoCodepage) != text)
@@ -53,7 +55,7 @@ std::string inPseudoCodepage(const std::wstring& text, const LanguageFile& refer
 }
 
 std::string lineOf(const Definition& definition, const LanguageFile& reference) {
-    // An empty text would hide those of later files.
+    // An empty text would hide the texts of later files.
     if (!definition.text || definition.text->empty()) return {};
     const std::wstring text = pseudoText(*definition.text);
     return definition.key + " = " + escaped(inPseudoCodepage(text, reference, definition.line)) + "\n";

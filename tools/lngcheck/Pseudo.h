@@ -11,9 +11,9 @@ namespace lngcheck {
 /// The code page of pseudo-localised files.
 inline constexpr UINT PseudoCodepage = 1252;
 
-/// The contents of a language file whose texts are those of `reference` with accents, in brackets and longer by a
-/// third. It stays readable, and shows which texts are not translated and which are cut off. Throws FileError for a
-/// text that is not Western.
+/// Returns the contents of a language file with changed texts of `reference`. The texts have accents and brackets, and
+/// are longer by a third. They remain readable, and show which texts are cut off or not translated. Throws FileError
+/// for a text with characters outside `PseudoCodepage`.
 [[nodiscard]] std::string pseudoLocalised(const LanguageFile& reference);
 
 } // namespace lngcheck

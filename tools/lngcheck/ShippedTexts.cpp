@@ -25,7 +25,7 @@ constexpr std::string_view EnglishName = "Equalizer1033.txt";
 
 struct KeyFacts {
     EnglishText english;
-    int languages = 0; ///< that have the same text
+    int languages = 0; ///< the number of other languages with the same text
 };
 using Facts = std::map<nocase_string, KeyFacts>;
 

@@ -5,8 +5,8 @@
 
 namespace eq {
 
-/// The texts of the shipped languages, which are compiled into the program: English is what a translator translates,
-/// and the other languages show which texts are translated everywhere.
+/// The texts of the shipped languages, which are compiled into the program. Translators translate the English texts.
+/// The other languages show which texts are translated everywhere.
 namespace lngcheck {
 
 struct EnglishText {
@@ -17,10 +17,10 @@ struct EnglishText {
 /// Returns the English text of a key of the library; null for other keys. Case does not matter.
 [[nodiscard]] const EnglishText* findEnglishText(std::string_view key);
 
-/// Returns how many shipped languages other than English have the English text for this key.
+/// Returns the number of shipped languages, without English, that have the English text for this key.
 [[nodiscard]] int languagesWithEnglishText(std::string_view key);
 
-/// Returns how many shipped languages other than English there are.
+/// Returns the number of shipped languages, without English.
 [[nodiscard]] int shippedLanguages();
 
 /// Returns the UTF-8 source of the English file.

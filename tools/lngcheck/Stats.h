@@ -11,8 +11,8 @@ namespace lngcheck {
 
 enum class StatsForm { Table, Json };
 
-/// Writes to standard output, for each language, how many keys of the library it has and lacks, and how many faults and
-/// warnings its files have.
+/// Writes one row per language to standard output: the numbers of keys of the library that the language has and lacks,
+/// and the numbers of faults and warnings in its files.
 void printStats(const std::vector<Language>& languages, const Findings& findings, StatsForm form);
 
 } // namespace lngcheck

@@ -8,7 +8,7 @@ namespace eq {
 namespace lngcheck {
 namespace {
 
-/// From 0x20 to 0x7E, in pixels.
+/// The widths of the characters 0x20 to 0x7E in pixels, one digit per character. A is 10.
 constexpr std::string_view AsciiWidths = "33466A7234463433" // blank to /
                                          "6666666666336666" // 0 to ?
                                          "A778877983576989" // @ to O
@@ -25,23 +25,23 @@ struct Range {
 
 constexpr std::array Ranges = {
     Range{0x00C0, 0x00DE, 8},  // Latin capitals with accents
-    Range{0x00DF, 0x00FF, 6},  // and small letters
+    Range{0x00DF, 0x00FF, 6},  // Latin small letters with accents
     Range{0x0370, 0x03AB, 7},  // Greek capitals
-    Range{0x03AC, 0x03FF, 6},  //
+    Range{0x03AC, 0x03FF, 6},  // Greek small letters
     Range{0x0400, 0x042F, 7},  // Cyrillic capitals
-    Range{0x0430, 0x045F, 6},  //
+    Range{0x0430, 0x045F, 6},  // Cyrillic small letters
     Range{0x0590, 0x07FF, 6},  // Hebrew, Arabic
     Range{0x0E00, 0x0E7F, 6},  // Thai
     Range{0x1100, 0x11FF, 12}, // Korean
     Range{0x2E80, 0xD7A3, 12}, // Chinese, Japanese, Korean: two cells
-    Range{0xD800, 0xDFFF, 6},  // a half of a character
-    Range{0xF900, 0xFAFF, 12}, //
+    Range{0xD800, 0xDFFF, 6},  // one half of a surrogate pair
+    Range{0xF900, 0xFAFF, 12}, // Chinese, in compatibility forms
     Range{0xFF00, 0xFF60, 12}, // full-width forms
     Range{0xFF61, 0xFFDC, 6},  // half-width forms
 };
 constexpr int OtherWidth = 7;
 
-/// Cyrillic letters with three stems, and the like.
+/// Cyrillic letters that are wider than others, such as those with three stems.
 constexpr std::wstring_view WideCapitals = L"\x416\x41C\x424\x428\x429\x42B\x42E";
 constexpr std::wstring_view WideSmallLetters = L"\x436\x43C\x444\x448\x449\x44B\x44E";
 constexpr int WideCapitalWidth = 10;
@@ -69,7 +69,7 @@ int textWidth(std::wstring_view text) noexcept {
         if (text[i] == L'&' && ++i == text.size()) break;
         width += characterWidth(text[i]);
     }
-    // The gap behind the last letter draws nothing.
+    // The gap after the last letter may be cut off.
     return std::max(width - 1, 0);
 }
 

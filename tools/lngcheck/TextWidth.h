@@ -4,16 +4,17 @@
 
 namespace eq {
 
-/// An estimate of how much room a text takes in a dialog, for there is no font to measure with.
+/// Estimates the width of a text in a dialog. A measurement would need the font, which the program does not have.
 ///
-/// The font is taken to be a plain sans-serif of 8 points at 96 dots an inch, 11 pixels high, with the usual advances
-/// of such a face. It makes the horizontal dialog base unit 6 pixels, so that a control of W dialog units has W * 6 / 4
-/// pixels. Dialogs in another font scale text and controls together.
+/// The estimate assumes a plain sans-serif font of 8 points at 96 dots per inch, 11 pixels high, with usual character
+/// widths. The horizontal dialog base unit is then 6 pixels, so a control of W dialog units has W * 6 / 4 pixels.
+/// Another font scales texts and controls together.
 namespace lngcheck {
 
-/// A mnemonic's '&' takes no room. A character is one UTF-16 code unit.
+/// Returns the width of a text in pixels. The '&' of a mnemonic has no width. A character is one UTF-16 code unit.
 [[nodiscard]] int textWidth(std::wstring_view text) noexcept;
 
+/// Returns the width of a control in pixels.
 [[nodiscard]] int controlWidth(int dialogUnits) noexcept;
 
 } // namespace lngcheck

@@ -22,7 +22,7 @@ class Ignored : public CLanguageFileHandler {
     void OnFileEnd() override {}
 };
 
-/// How many bytes of the start of a file are zero, at even and at odd places.
+/// The numbers of zeros at even and at odd places, among the first `bytes` bytes of a file.
 struct Zeros {
     std::size_t even = 0;
     std::size_t odd = 0;

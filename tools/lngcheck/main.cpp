@@ -1,4 +1,4 @@
-// The command line of `lngcheck`: looks through language files, for those who write them.
+// The command line of `lngcheck`, which checks language files for translators.
 
 #include "tools/common/CommandLine.h"
 #include "tools/common/Printable.h"
@@ -40,7 +40,7 @@ struct Options {
     std::string reference;
     std::string pseudo;
     std::vector<std::string> init;    ///< the language id and the file
-    std::vector<std::string> convert; ///< the file to read and the one to write
+    std::vector<std::string> convert; ///< the file to read and the file to write
     std::optional<WORD> overrideLanguage;
     std::optional<WORD> systemLanguage;
     std::vector<std::string> keysToExplain;
@@ -52,13 +52,14 @@ struct Options {
     [[nodiscard]] bool wantsOrder() const { return overrideLanguage || systemLanguage || !keysToExplain.empty(); }
 };
 
-constexpr const char* Footer = R"(Each finding is a line 'file:line: text'. Faults lose a text or the whole file;
-warnings, marked so, are about texts that may not look right. The indented line
-below a finding tells what to do.
+constexpr const char* Footer = R"(Each finding is a line 'file:line: text'. A fault means that a text or the whole
+file is lost. A finding with 'warning:' is about a text that may not look right.
+The indented line below a finding is advice.
 
---override, --system and --explain take one FOLDER, and tell what the library
-would read if it were installed there. Without --override or --system the
-setting or system language of this computer counts; 0 is none.
+--override, --system and --explain need one FOLDER. They show which files the
+library would read if it were installed in this folder. Without --override or
+--system, they use the setting or the system language of this computer. The
+language 0 is none.
 
 Exit codes: 0 no faults; 1 faults, or a file that cannot be read or written;
 2 bad usage.
@@ -73,17 +74,18 @@ Examples:
 
 void declare(CLI::App& app, Options& options) {
     app.footer(Footer);
-    app.add_option("PATH", options.paths, "language files, and folders whose language files are meant");
+    app.add_option("PATH", options.paths, "language files, and folders with language files");
     app.add_option("--reference", options.reference, "report keys that this file has and others lack")
         ->type_name("FILE");
-    app.add_option("--pseudo", options.pseudo,
-                   "write the reference's texts with accents and longer, to see what is cut off or not translated")
+    app.add_option(
+           "--pseudo", options.pseudo,
+           "write the reference's texts with accents and longer, to see which texts are cut off or not translated")
         ->type_name("OUT");
     app.add_option("--override", options.overrideLanguage, "show the order of reading for this language setting")
         ->type_name("ID");
     app.add_option("--system", options.systemLanguage, "show the order of reading for this system language")
         ->type_name("ID");
-    app.add_option("--explain", options.keysToExplain, "show where the text of a key is taken from; repeatable")
+    app.add_option("--explain", options.keysToExplain, "show which file the text of a key comes from; repeatable")
         ->type_name("KEY")
         ->allow_extra_args(false);
     app.add_option("--init", options.init, "write a new language file with all keys, and the English texts as comments")
@@ -106,7 +108,7 @@ bool isFolder(const std::string& path) {
 }
 
 bool isLanguageFile(const std::filesystem::directory_entry& entry) {
-    std::error_code ignored; // a loop of links is a language file that cannot be read
+    std::error_code ignored; // for a loop of links, which is no folder; reading it fails later
     return !entry.is_directory(ignored) && CompareNoCase(fromPath(entry.path().extension()), ".lng") == 0;
 }
 
@@ -118,19 +120,19 @@ std::vector<std::string> languageFilesIn(const std::string& folder) {
         if (isLanguageFile(*entry)) paths.push_back(fromPath(entry->path()));
     }
     if (error) throw FileError(folder + ": " + error.message());
-    if (paths.empty()) throw FileError(folder + ": no language files here");
+    if (paths.empty()) throw FileError(folder + ": there are no language files (*.lng) in this folder");
     std::ranges::sort(paths);
     return paths;
 }
 
-/// Returns the one name of a file that may be named in several ways.
+/// Returns the same path for all names of one file.
 std::filesystem::path identityOf(const std::string& path) {
     std::error_code error;
     std::filesystem::path name = std::filesystem::canonical(toPath(path), error);
     return error ? std::filesystem::absolute(toPath(path), error).lexically_normal() : name;
 }
 
-/// Reads each file once.
+/// Reads all files that the arguments name, each file once.
 std::vector<LanguageFile> readAll(const std::vector<std::string>& arguments, Findings& findings) {
     std::vector<LanguageFile> files;
     std::set<std::filesystem::path> read;
@@ -149,7 +151,7 @@ LanguageFile readReference(const std::string& path) {
     LanguageFile reference = readLanguageFile(path, findings);
     if (!reference.isBroken) return reference;
     findings.print();
-    throw FileError(path + ": a reference must be without faults");
+    throw FileError(path + ": the reference has faults; correct them first");
 }
 
 void printSummary(const Options& options, std::size_t files, const Findings& findings) {
@@ -177,7 +179,7 @@ void check(const Options& options, const std::optional<LanguageFile>& reference,
     printSummary(options, files.size(), findings);
 }
 
-/// As the library's own path is: absolute, without a separator at its end.
+/// Returns a folder in the form of the library's own path: absolute, without a separator at the end.
 std::string folderOfLibrary(const std::string& folder) {
     return fromPath(std::filesystem::canonical(toPath(folder)));
 }
@@ -204,8 +206,8 @@ void showOrder(const Options& options) {
     }
     const auto broken = std::ranges::find_if(files, &LanguageFile::isBroken);
     if (broken != files.end()) {
-        std::printf("%s stops the library, which reads no file then\n"
-                    "    The file is broken: with it the effect does not load at all. Its first fault:\n    %s\n",
+        std::printf("%s stops the library, which then reads no file\n"
+                    "    The file is broken, and the effect does not load with it. Its first fault:\n    %s\n",
                     printable(broken->path).c_str(), printable(firstFaultOf(*broken, reportedBefore)).c_str());
         return;
     }
@@ -216,7 +218,7 @@ void writePseudo(const Options& options, const LanguageFile& reference) {
     const std::string name = fileName(options.pseudo);
     if (!CodepageFitsLanguage(PseudoCodepage, ParseLanguageFileName(name, "", "lng")))
         throw UsageError("--pseudo: " + name + " names no language of code page " + std::to_string(PseudoCodepage) +
-                         "; take, for instance, Pseudo1033.lng");
+                         "; use, for instance, Pseudo1033.lng");
     writeContents(options.pseudo, pseudoLocalised(reference), Existing::Replaced);
 }
 
@@ -237,8 +239,9 @@ void checkUsage(const Options& options) {
     if (options.paths.empty() && !writes) throw UsageError("no files are given; see --help");
     if (!options.pseudo.empty() && options.reference.empty()) throw UsageError("--pseudo needs a --reference");
     if (options.wantsOrder() && (options.paths.size() != 1 || !isFolder(options.paths.front())))
-        throw UsageError("--override, --system and --explain take one folder");
-    if (options.wantsOrder() && options.json) throw UsageError("--json shows findings only");
+        throw UsageError("--override, --system and --explain need one folder");
+    if (options.wantsOrder() && options.json)
+        throw UsageError("--json cannot be used with --override, --system or --explain: it shows findings only");
 }
 
 int run(const Options& options) {
@@ -286,7 +289,7 @@ int runMain(int argumentCount, Character** argumentTexts) {
 }
 
 #ifdef _WIN32
-/// Lets the runtime replace "*.lng" by the names of the files, which the shell does elsewhere.
+/// Lets the runtime replace "*.lng" by file names, because the shells of Windows do not.
 extern "C" int _dowildcard; // NOLINT(bugprone-reserved-identifier,readability-identifier-naming)
 int _dowildcard = -1;       // NOLINT(bugprone-reserved-identifier,readability-identifier-naming)
 

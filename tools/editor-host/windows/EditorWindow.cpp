@@ -40,7 +40,7 @@ EditorWindow::EditorWindow(HostedEditor& editor, const WindowOptions& options) :
     AdjustWindowRect(&frame, WS_OVERLAPPEDWINDOW, FALSE);
     m_window = CreateWindowExW(0, ClassName, L"Parametric Equalizer", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT, CW_USEDEFAULT,
                                frame.right - frame.left, frame.bottom - frame.top, nullptr, nullptr, program(), this);
-    if (!m_window) throw FileError("no window can be made: is there a screen?");
+    if (!m_window) throw FileError("the window cannot be created: is there a screen?");
     editor.open(m_window);
     ShowWindow(m_window, SW_SHOWNORMAL);
     SetTimer(m_window, IdleTimer, IdleMilliseconds, nullptr);
@@ -126,7 +126,7 @@ void EditorWindow::onTimer() {
 }
 
 void EditorWindow::takeScreenshot() const {
-    // The control that has the keyboard is marked in some systems. The picture shows no mark.
+    // Some systems mark the control with the keyboard focus. Remove the focus, so that pictures show no mark.
     SetFocus(nullptr);
     RedrawWindow(m_window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW | RDW_ALLCHILDREN);
     writeScreenshot(m_window, *m_options.screenshot);

@@ -7,17 +7,17 @@
 
 namespace eq {
 
-/// A resizable window of the editor's size with the editor in it. Its timer sends the effect its idle calls. While the
-/// window is active, the dialog has the keyboard.
+/// A resizable window that contains the editor. The window has the editor's size at first. Its timer sends idle calls
+/// to the effect. While the window is active, the dialog has the keyboard focus.
 class EditorWindow {
 public:
-    /// Throws FileError when there can be no window.
+    /// Throws FileError if the window cannot be created.
     EditorWindow(HostedEditor& editor, const WindowOptions& options);
     ~EditorWindow();
     EditorWindow(const EditorWindow&) = delete;
     EditorWindow& operator=(const EditorWindow&) = delete;
 
-    /// Handles messages until the window is closed or its time is over.
+    /// Handles messages until the user closes the window or its time is over.
     void run();
 
 private:
@@ -32,8 +32,8 @@ private:
     HostedEditor& m_editor;
     const WindowOptions& m_options;
     HWND m_window = nullptr;
-    HWND m_focused = nullptr;     // the dialog's control that had the keyboard when the window was last active
-    std::exception_ptr m_failure; // kept, for the system's code cannot be unwound
+    HWND m_focused = nullptr;     // the control that had the keyboard focus when the window was last active
+    std::exception_ptr m_failure; // of the timer; `run` throws it, because it must not pass through the system's code
 };
 
 } // namespace eq

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-// The system's imaging library wants its own spelling of two functions.
+// The headers of the system's imaging library use `min` and `max` without a namespace.
 #include <algorithm>
 namespace Gdiplus {
 using std::max;
@@ -30,7 +30,7 @@ bool closeContext(HDC context) noexcept {
 }
 using MemoryContext = UniqueHandle<HDC, closeContext>;
 
-/// Returns the present contents of a window's client area.
+/// Returns a bitmap of a window's client area.
 Bitmap captured(HWND window) {
     RECT client{};
     GetClientRect(window, &client);
@@ -43,11 +43,11 @@ Bitmap captured(HWND window) {
     return bitmap;
 }
 
-/// The imaging library, while the object lives.
+/// Starts the system's imaging library, and stops it in the destructor.
 class Imaging {
 public:
     Imaging() {
-        // Its encoders are COM's.
+        // The encoders of the library need COM.
         m_hasCom = SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
         const Gdiplus::GdiplusStartupInput input;
         m_isUp = Gdiplus::GdiplusStartup(&m_token, &input, nullptr) == Gdiplus::Ok;
@@ -69,7 +69,7 @@ bool findPngEncoder(CLSID& id) {
     UINT count = 0;
     UINT size = 0;
     if (Gdiplus::GetImageEncodersSize(&count, &size) != Gdiplus::Ok || size == 0) return false;
-    std::vector<std::byte> storage(size); // the records, and behind them what they point to
+    std::vector<std::byte> storage(size); // the records, and then the data to which they point
     auto* const encoders = reinterpret_cast<Gdiplus::ImageCodecInfo*>(storage.data());
     if (Gdiplus::GetImageEncoders(count, size, encoders) != Gdiplus::Ok) return false;
     const auto* const found = std::find_if(encoders, encoders + count, [](const Gdiplus::ImageCodecInfo& encoder) {
@@ -86,10 +86,10 @@ void writeScreenshot(HWND window, const std::string& path) {
     const Bitmap picture = captured(window);
     const Imaging imaging;
     CLSID png{};
-    if (!picture || !findPngEncoder(png)) throw FileError(path + ": this system writes no PNG files");
+    if (!picture || !findPngEncoder(png)) throw FileError(path + ": this system cannot write PNG files");
     Gdiplus::Bitmap bitmap(picture.get(), nullptr);
     if (bitmap.Save(toWide(path, CP_ACP).text.c_str(), &png, nullptr) != Gdiplus::Ok)
-        throw FileError(path + ": cannot be written");
+        throw FileError(path + ": the picture cannot be written there");
 }
 
 } // namespace eq

@@ -6,7 +6,7 @@
 
 namespace eq {
 
-/// Writes what a window's client area shows to a PNG file. Throws FileError.
+/// Writes a picture of a window's client area to a PNG file. Throws FileError.
 void writeScreenshot(HWND window, const std::string& path);
 
 } // namespace eq

@@ -30,11 +30,12 @@ double secondsSinceStart() {
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-/// A window with the editor in it. Its timer sends the effect its idle calls.
+/// A window that contains the editor. Its timer sends idle calls to the effect.
 class EditorWindow {
 public:
     EditorWindow(HostedEditor& editor, const WindowOptions& options) : m_editor(editor), m_options(options) {
-        if (xcb_connection_has_error(m_x.get()) != 0) throw FileError("no window can be made: is there a display?");
+        if (xcb_connection_has_error(m_x.get()) != 0)
+            throw FileError("the window cannot be created: is there a display?");
         const ERect size = editor.size();
         m_width = size.right - size.left;
         m_height = size.bottom - size.top;
@@ -128,7 +129,7 @@ private:
         }
     }
 
-    /// Returns the editor's window, which the effect has made in this one, or none.
+    /// Returns the editor's window, which the effect has created in this window, or XCB_NONE.
     xcb_window_t child() {
         const std::unique_ptr<xcb_query_tree_reply_t, Free> tree(
             xcb_query_tree_reply(m_x.get(), xcb_query_tree(m_x.get(), m_window), nullptr));
@@ -136,7 +137,7 @@ private:
         return isThere ? xcb_query_tree_children(tree.get())[0] : xcb_window_t{XCB_NONE};
     }
 
-    /// Gives the keyboard to the editor, as hosts do while their window is active.
+    /// Sets the keyboard focus to the editor, as hosts do while their window is active.
     void focusEditor() {
         xcb_set_input_focus(m_x.get(), XCB_INPUT_FOCUS_PARENT, child(), XCB_CURRENT_TIME);
         xcb_flush(m_x.get());

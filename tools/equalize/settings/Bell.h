@@ -4,31 +4,33 @@
 
 namespace eq {
 
-/// A peak filter of the effect. The frequency is in Hz as heard, the gain in dB, and q the effect's own.
+/// A peak filter of the effect. The frequency is in Hz as heard, and the gain is in dB. The effect's q differs from the
+/// Q of a biquad.
 struct Bell {
     double frequency;
     double gain;
     double q;
 };
 
-/// Returns the frequencies that a bell can have at a rate. The effect designs for 44100 Hz, and other rates stretch it.
+/// Returns the range of frequencies in Hz that a bell can have at a rate. The effect designs its filters for 44100 Hz,
+/// so another rate scales the range.
 [[nodiscard]] ValueRange bellFrequencyRange(int sampleRate);
 
-/// The effect's width of a bell is t = tan(w / 2q), and the width of a biquad is t = sin(w) / 2Q, times 10^(-|g|/40)
-/// for a gain of g dB: with these two, both have the same transfer function.
+/// Returns the q of the bell with the same transfer function as a biquad with the Q `biquadQ`:
 ///
 ///     q = (w/2) / atan(sin(w) / 2Q * 10^(-|g|/40))
 ///
-/// `angle` is w, 2 pi times the frequency divided by the rate.
+/// The effect uses the width tan(w / 2q), and the biquad has the width sin(w) / 2Q * 10^(-|g|/40). The formula makes
+/// both widths equal. `angle` is w, 2 pi times the frequency divided by the rate. `gain` is g, in dB.
 [[nodiscard]] double bellQ(double angle, double gain, double biquadQ);
 
-/// The inverse of `bellQ`: returns the Q of the biquad.
+/// Returns the Q of the biquad for the q of a bell: the inverse of `bellQ`.
 [[nodiscard]] double biquadQ(double angle, double gain, double bellQ);
 
-/// Returns 2 pi times the frequency divided by the rate.
+/// Returns the angle of a frequency: 2 pi times the frequency divided by the rate.
 [[nodiscard]] double angleOf(double frequency, int sampleRate);
 
-/// Returns the gain of a bell in dB at a frequency.
+/// Returns the gain of a bell in dB at a frequency in Hz.
 [[nodiscard]] double decibelsOf(const Bell& bell, double frequency, int sampleRate);
 
 } // namespace eq

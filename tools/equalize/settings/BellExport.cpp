@@ -8,7 +8,7 @@
 namespace eq {
 namespace {
 
-/// The numbers of a peak filter.
+/// The numbers of a biquad peak filter, as text.
 struct PeakText {
     std::string frequency;
     std::string gain;
@@ -23,7 +23,7 @@ PeakText peakText(const Bell& bell, int sampleRate) {
         return normalisedOf(ParameterKind::Gain, value) == normalisedOf(ParameterKind::Gain, bell.gain);
     };
     PeakText text{roundedText(bell.frequency, sameFrequency), roundedText(bell.gain, sameGain), ""};
-    // q depends on the frequency and the gain as the text has them.
+    // Q depends on the frequency and the gain, so compute it from their rounded values.
     const double angle = angleOf(*parseNumber(text.frequency), sampleRate);
     const double gain = *parseNumber(text.gain);
     const auto sameQ = [&](double value) {

@@ -7,16 +7,16 @@
 
 namespace eq {
 
-/// Bells and a volume as other equalizers read them: peak filters of the biquad form, for one rate. Each number has as
-/// many digits as it takes to find the same parameters of the effect again.
+/// Bells and a volume for other equalizers. The export contains biquad peak filters for one rate. Each number has
+/// enough digits to restore the same parameters of the effect.
 struct BellExport {
     int sampleRate;
     double volume; ///< dB
     std::vector<Bell> bells;
 
-    /// The text of Equalizer APO.
+    /// Returns the settings as a text for Equalizer APO.
     [[nodiscard]] std::string equalizerApoText() const;
-    /// A filter chain of PipeWire, for two channels.
+    /// Returns the settings as a filter chain for PipeWire, with two channels.
     [[nodiscard]] std::string pipewireText() const;
 };
 

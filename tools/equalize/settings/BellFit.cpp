@@ -12,12 +12,14 @@
 namespace eq {
 namespace {
 
-/// The target is compared at this number of frequencies: 48 per octave. The largest deviation is looked for among more.
+/// The fit compares the responses at `FitPoints` frequencies, which is 48 per octave. The search for the largest
+/// deviation uses more frequencies.
 constexpr int FitPoints = 480;
 constexpr int CheckPoints = 4000;
 
-/// Variables of the solver: for each bell the frequency and q in octaves, and the gain; then the offset. All have
-/// ranges of about the same size, which the solver needs.
+/// The variables of the solver. Each bell has three: the logarithm of the frequency, the gain, and the logarithm of q.
+/// The offset is the last variable. The logarithms have base 2. All ranges then have about the same size, which the
+/// solver needs.
 constexpr std::size_t PerBell = 3;
 using Variables = std::vector<double>;
 
@@ -39,7 +41,8 @@ std::vector<Point> pointsOf(const TargetResponse& target, int sampleRate, int co
     return points;
 }
 
-/// The response of one bell and its derivatives. With X = cos Ω - cos w, S = sin Ω, t = tan(w / 2q) and the gain G,
+/// The response of one bell and its derivatives. Ω is the angle of a point, w is the angle of the bell, and G is its
+/// gain as a factor. With X = cos Ω - cos w, S = sin Ω and t = tan(w / 2q),
 ///
 ///     |H|² = (X² + n²S²) / (X² + d²S²),   n = Gt, d = t for a boost;   n = t, d = t/G for a cut.
 class BellCurve {
@@ -48,7 +51,8 @@ public:
         : m_angle(angleOf(std::exp2(variables[0]), sampleRate)), m_gain(std::pow(10.0, variables[1] / 20.0)) {
         const double q = std::exp2(variables[2]);
         const double t = std::tan(m_angle / 2.0 / q);
-        const double slope = (1.0 + t * t) * m_angle / (2.0 * q) * std::numbers::ln2; // per octave of frequency
+        // The derivative of t, per octave of the frequency.
+        const double slope = (1.0 + t * t) * m_angle / (2.0 * q) * std::numbers::ln2;
         m_cosine = std::cos(m_angle);
         m_angleSlope = std::sin(m_angle) * m_angle * std::numbers::ln2;
         const bool isBoost = m_gain > 1.0;
@@ -60,7 +64,7 @@ public:
         m_relativeSlope = slope / t;
     }
 
-    /// Returns decibels, and writes the derivatives by the three variables.
+    /// Returns the gain in dB at a point. Writes the derivatives with respect to the three variables.
     double at(const Point& point, double (&derivatives)[PerBell]) const {
         constexpr double Scale = 10.0 / std::numbers::ln10;
         const double x = point.cosine - m_cosine;
@@ -69,7 +73,7 @@ public:
         const double below = x * x + m_denominator * m_denominator * s2;
         const double byNumerator = Scale * 2.0 * m_numerator * s2 / above;
         const double byDenominator = -Scale * 2.0 * m_denominator * s2 / below;
-        // Both widths are proportional to t.
+        // `m_numerator` and `m_denominator` are proportional to t.
         const double byWidth = (byNumerator * m_numerator + byDenominator * m_denominator) * m_relativeSlope;
         const double byCentre = Scale * 2.0 * x * (1.0 / above - 1.0 / below);
         derivatives[0] = byCentre * m_angleSlope + byWidth;
@@ -100,7 +104,8 @@ public:
         m_ranges[2] = {std::log2(QRange.lowest), std::log2(QRange.highest)};
     }
 
-    /// Adds one bell after the other where the deviation is largest, and then looks for something better nearby.
+    /// Returns the best variables found. Adds bells one by one at the largest deviation. Then starts the solver again
+    /// from evenly spaced bells, and from random changes of the best bells.
     Variables fit(int mostBells) {
         Variables best{startOffset()};
         while (bellsIn(best) < mostBells && largestDeviation(best) > Enough) {
@@ -141,13 +146,13 @@ public:
     }
 
 private:
-    static constexpr double Enough = 0.01; ///< dB; a smaller deviation is worth no further bell
+    static constexpr double Enough = 0.01; ///< dB; the fit ends at a smaller deviation
     static constexpr int EvaluationsOfStage = 80;
     static constexpr int MostEvaluations = 400;
     static constexpr int MostRounds = 30;
-    static constexpr int BellRounds = 240; ///< many bells take longer, and leave less to gain
+    static constexpr int BellRounds = 240; ///< limits the rounds with many bells, which take longer and improve less
 
-    /// Numbers that a user can read and write. The rest of the digits would not be heard.
+    /// Returns a bell with rounded numbers, which a user can read and write. The rounding is inaudible.
     [[nodiscard]] Bell rounded(const Bell& bell) const {
         const auto [lowest, highest] = bellFrequencyRange(m_sampleRate);
         const auto to = [](double value, double step) { return std::round(value / step) * step; };
@@ -157,7 +162,7 @@ private:
 
     static int bellsIn(const Variables& variables) { return static_cast<int>(variables.size() / PerBell); }
 
-    /// The mean of the target, where its level is free.
+    /// Returns the first value of the offset: the mean of the target, limited to the permitted offsets.
     [[nodiscard]] double startOffset() const {
         double sum = 0.0;
         for (const Point& point : m_points) sum += point.target;
@@ -209,7 +214,7 @@ private:
         return largest;
     }
 
-    /// Adds a bell where the deviation is largest, as wide as the place where it has more than half of that.
+    /// Adds a bell at the largest deviation. The bell is as wide as the range with more than half of this deviation.
     void addBell(Variables& variables) const {
         const std::vector<double> deviations = deviationsOf(variables);
         const auto size = [](double deviation) { return std::fabs(deviation); };
@@ -241,7 +246,7 @@ private:
         return variables;
     }
 
-    /// All bells at random distances from where they are.
+    /// Returns the bells with random changes of all frequencies, gains and q values.
     Variables shaken(Variables variables) {
         constexpr double Distances[PerBell] = {1.0, 3.0, 0.8};
         for (std::size_t i = 0; i + 1 < variables.size(); ++i)
@@ -250,7 +255,7 @@ private:
         return variables;
     }
 
-    /// One bell, chosen at random, is where the others deviate most.
+    /// Moves one bell, chosen at random, to the largest deviation of the others. Returns all bells.
     Variables moved(Variables variables) {
         const double place = (random() + 1.0) / 2.0 * bellsIn(variables);
         const auto bell = static_cast<std::ptrdiff_t>(std::min(place, bellsIn(variables) - 1.0));
@@ -267,7 +272,7 @@ private:
         return static_cast<const Fitter*>(fitter)->evaluate(variables, count, gradient);
     }
 
-    /// Runs the solver from `variables` on, and leaves the best there. Returns its error.
+    /// Runs the solver, starting with `variables`. Writes the best variables to `variables`, and returns their error.
     double improve(Variables& variables, int evaluations) {
         Variables lowest;
         Variables highest;
@@ -277,8 +282,8 @@ private:
         }
         lowest.push_back(m_offsets.lowest);
         highest.push_back(m_offsets.highest);
-        // D. Kraft, "A software package for sequential quadratic programming", 1988. Not all other methods of the
-        // library have a permissive licence.
+        // The method is from D. Kraft, "A software package for sequential quadratic programming", 1988. Some other
+        // methods of the library lack a permissive licence.
         const std::unique_ptr<std::remove_pointer_t<nlopt_opt>, void (*)(nlopt_opt)> solver(
             nlopt_create(NLOPT_LD_SLSQP, static_cast<unsigned>(variables.size())), nlopt_destroy);
         nlopt_set_lower_bounds(solver.get(), lowest.data());
@@ -289,7 +294,7 @@ private:
         nlopt_set_ftol_abs(solver.get(), 1e-9);
         Variables found = variables;
         double error = 0.0;
-        // A failure, such as the limit of rounding, leaves the best variables so far.
+        // If the solver fails, for instance because of rounding, `found` contains the best variables so far.
         static_cast<void>(nlopt_optimize(solver.get(), found.data(), &error));
         const bool isFinite = std::ranges::all_of(found, [](double value) { return std::isfinite(value); });
         const double before = errorOf(variables);
@@ -309,7 +314,7 @@ private:
 
 ValueRange fitRange(int sampleRate) {
     const double highest = std::min(FrequencyRange.highest, bellFrequencyRange(sampleRate).highest);
-    // Very low rates have no sound at 20 Hz.
+    // At very low rates, 20 Hz is near the highest frequency or above it.
     return {std::min(FrequencyRange.lowest, highest / 10.0), highest};
 }
 

@@ -7,7 +7,7 @@
 namespace eq {
 namespace {
 
-/// The letter A of the literature: the square root of the gain.
+/// Returns A in the notation of the source: the square root of the gain as a factor.
 double rootGain(double decibels) {
     return std::pow(10.0, decibels / 40.0);
 }
@@ -41,7 +41,7 @@ Biquad Biquad::lowShelf(double angle, double gain, double alpha) {
     return result;
 }
 
-/// A low shelf that is turned around: z becomes -z.
+/// Mirrors a low shelf: replaces z by -z.
 Biquad Biquad::highShelf(double angle, double gain, double alpha) {
     Biquad result = lowShelf(std::numbers::pi - angle, gain, alpha);
     result.m_b[1] = -result.m_b[1];

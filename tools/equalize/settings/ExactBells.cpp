@@ -12,7 +12,7 @@
 namespace eq {
 namespace {
 
-/// An end of a range stays inside when a calculation rounds it.
+/// The relative tolerance at the ends of a range. A calculation may round an end to a value just outside.
 constexpr double Slack = 1e-9;
 
 bool isIn(ValueRange range, double value) {
@@ -21,7 +21,7 @@ bool isIn(ValueRange range, double value) {
     return value >= lowest && value <= highest;
 }
 
-/// Two ends that are inside of the range.
+/// Returns a range as text. Both ends are rounded into the range.
 std::string textOf(ValueRange range, int decimals) {
     const double scale = std::pow(10.0, decimals);
     const auto slack = [scale](double end) { return std::fabs(end) * scale * Slack; };
@@ -35,7 +35,7 @@ double qOf(const TextFilter& filter, double angle) {
 }
 
 Bell bellOf(const TextFilter& filter, int sampleRate) {
-    if (filter.shape != TextFilter::Shape::Peak) throw FileError("a shelf is no peak filter");
+    if (filter.shape != TextFilter::Shape::Peak) throw FileError("a shelf cannot be replaced by a peak filter");
     if (!isIn(GainRange, filter.gain)) throw FileError("the gain must be " + textOf(GainRange, 0) + " dB");
     const ValueRange frequencies = bellFrequencyRange(sampleRate);
     if (!isIn(frequencies, filter.frequency))
@@ -52,7 +52,7 @@ Bell bellOf(const TextFilter& filter, int sampleRate) {
             std::clamp(bellQ(angle, filter.gain, wanted), QRange.lowest, QRange.highest)};
 }
 
-/// "line 3, LSC Fc 105 Hz Gain 5.5 dB: "
+/// Returns the start of a message: "line 3, LSC Fc 105 Hz Gain 5.5 dB: ".
 std::string headOf(const TextFilter& filter) {
     return "line " + std::to_string(filter.line) + ", " + filter.type + " Fc " + shortest(filter.frequency) +
            " Hz Gain " + shortest(filter.gain) + " dB" +
@@ -65,7 +65,8 @@ std::vector<Bell> exactBells(const FilterText& text, int sampleRate) {
     std::vector<Bell> bells;
     std::vector<std::string> faults;
     if (!text.curve.empty())
-        faults.push_back("line " + std::to_string(text.curveLine) + ", GraphicEQ: a curve has no filters");
+        faults.push_back("line " + std::to_string(text.curveLine) +
+                         ", GraphicEQ: a curve cannot be replaced by peak filters");
     for (const TextFilter& filter : text.filters) {
         try {
             if (filter.gain != 0.0) bells.push_back(bellOf(filter, sampleRate));
@@ -75,7 +76,7 @@ std::vector<Bell> exactBells(const FilterText& text, int sampleRate) {
     }
     if (faults.empty()) return bells;
     const std::string count = faults.size() == 1 ? "a line has" : std::to_string(faults.size()) + " lines have";
-    throw FileError(text.name + ": " + count + " no exact form here; --fit comes near to the whole file",
+    throw FileError(text.name + ": " + count + " no exact form in this effect; --fit approximates the whole file",
                     std::move(faults));
 }
 

@@ -7,8 +7,8 @@
 
 namespace eq {
 
-/// Returns the bells with the same transfer functions as the filters of a text at a rate. A filter without a gain has
-/// none. Throws FileError, with a detail for each line that has no exact form.
+/// Returns the bells with the same transfer functions as the filters of a text at a rate. Ignores filters with a gain
+/// of 0 dB. Throws FileError if lines have no exact form, with a detail for each of them.
 [[nodiscard]] std::vector<Bell> exactBells(const FilterText& text, int sampleRate);
 
 } // namespace eq

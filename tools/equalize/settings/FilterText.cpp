@@ -27,7 +27,7 @@ constexpr std::size_t MostPoints = 100000;
 struct FilterType {
     std::string_view name;
     Shape shape;
-    bool isAtCorner; ///< if the line has a width
+    bool isAtCorner; ///< the frequency is the start of the shelf, if the line has a width
 };
 
 constexpr FilterType FilterTypes[] = {
@@ -39,7 +39,7 @@ constexpr FilterType FilterTypes[] = {
 constexpr std::string_view OtherTypes[] = {"LP", "LPQ",   "LP1", "HP",  "HPQ", "HP1", "BP",
                                            "NO", "Notch", "AP",  "All", "IIR", "L-T"};
 
-/// Lines that change the sound in a way that no setting here has.
+/// A kind of line that changes the sound in a way that is impossible with this effect.
 struct Refusal {
     std::string_view key;
     const char* reason;
@@ -64,7 +64,7 @@ void replaceAll(std::string& text, std::string_view from, std::string_view to) {
         text.replace(place, from.size(), to);
 }
 
-/// Decides if the word "Q" is a part of the type: "LS Q Fc 100 Hz".
+/// Returns true if the next word "Q" belongs to the type, as in "LS Q Fc 100 Hz".
 bool isTypeOfQ(const TextWords& words) {
     return equalNoCase(words.peek(), "Q") && equalNoCase(words.peek(1), "Fc");
 }
@@ -87,7 +87,7 @@ public:
     }
 
 private:
-    /// A title or a note, unless it looks like a setting whose colon is missing.
+    /// Records a line without a colon, such as a title. Throws FileError if it looks like a setting without its colon.
     void addText(std::string_view content) {
         TextWords words(content);
         if (words.takeIf("Filter")) {
@@ -110,7 +110,7 @@ private:
         m_text.otherLines.push_back(m_line);
     }
 
-    /// "Filter", "Filter 1", "Filter1"
+    /// Returns true for "Filter", "Filter 1" and "Filter1".
     static bool isFilterKey(std::string_view key) {
         constexpr std::string_view Name = "Filter";
         if (!equalNoCase(key.substr(0, Name.size()), Name)) return false;
@@ -172,7 +172,7 @@ private:
         std::optional<double> gain;
         std::optional<double> width;
         Width widthKind = Width::Q;
-        bool isCentred = false; ///< "LS Q", whose frequency is its middle
+        bool isCentred = false; ///< the type is "LS Q", so the frequency is the middle of the shelf
     };
 
     static const FilterType& typeOf(const std::string& name) {
@@ -181,11 +181,11 @@ private:
         for (const std::string_view type : OtherTypes)
             if (equalNoCase(type, name))
                 throw FileError("filters of the type " + eq::quoted(name) +
-                                " are not possible, and peak filters do not come near to them; remove the line");
+                                " are not possible, and peak filters cannot approximate them; remove the line");
         throw FileError(eq::quoted(name) + " is no type of filter");
     }
 
-    /// "LS 6dB", "LSC 10.8 dB", "LS Q"
+    /// Reads the width after the type of a shelf, as in "LS 6dB", "LSC 10.8 dB" or "LS Q".
     static void takeShelfWidth(TextWords& words, Parameters& found) {
         if (isTypeOfQ(words)) {
             words.take();
@@ -211,7 +211,7 @@ private:
             setWidth(found, Width::Octaves, words.takeNumber("BW"), "BW");
             words.takeIf("Oct");
         } else if (equalNoCase(name, "T60")) {
-            // The decay that the filter was made for. The filter is complete without it.
+            // T60 is the decay time for which the filter was designed. It does not change the filter.
             words.takeIf("target");
             static_cast<void>(words.takeNumber("T60"));
             words.takeIf("ms");
@@ -224,7 +224,8 @@ private:
         constexpr double Smallest = 0.001;
         const double largest = kind == Width::Octaves ? 20.0 : 1000.0;
         if (width < Smallest || width > largest)
-            throw FileError(std::string(what) + " is " + (width > largest ? "too large" : "too small"));
+            throw FileError(std::string(what) + " is " + (width > largest ? "too large" : "too small") +
+                            "; the range is " + shortest(Smallest) + " to " + shortest(largest));
         if (found.width) throw FileError("there are two widths: Q, BW and the slope exclude each other");
         found.width = width;
         found.widthKind = kind;
@@ -250,7 +251,7 @@ private:
         filter.isAtCorner = known.isAtCorner && found.width.has_value() && !found.isCentred;
         constexpr double AnyAngle = 1.0;
         if (filter.widthKind == Width::Slope && !(Biquad::alphaOfSlope(AnyAngle, filter.gain, filter.width) > 0.0))
-            throw FileError("the slope is too steep for this gain");
+            throw FileError("the slope is too steep for this gain; use a smaller slope");
         return filter;
     }
 

@@ -7,19 +7,19 @@
 
 namespace eq {
 
-/// A filter of a text that another equalizer reads.
+/// A filter in a text of another equalizer.
 struct TextFilter {
     enum class Shape { Peak, LowShelf, HighShelf };
     enum class Width { Q, Octaves, Slope };
 
     int line;
-    std::string type; ///< as the text names it
+    std::string type; ///< as in the text
     Shape shape;
     double frequency; ///< Hz
     double gain;      ///< dB
     Width widthKind;
-    double width;            ///< a slope is 1 for 12 dB per octave
-    bool isAtCorner = false; ///< the frequency of a shelf is where it begins, not its middle
+    double width;            ///< of the kind `widthKind`; a slope of 1 is 12 dB per octave
+    bool isAtCorner = false; ///< `frequency` is the start of a shelf, not its middle
 };
 
 /// A point of a GraphicEQ line.
@@ -28,22 +28,23 @@ struct CurvePoint {
     double gain;
 };
 
-/// The text of Equalizer APO, of REW and of AutoEq. Numbers may have a comma for the point; upper and lower case are
-/// the same.
+/// The contents of a settings file of Equalizer APO, REW or AutoEq. The decimal separator may be a point or a comma.
+/// Upper and lower case are the same.
 struct FilterText {
     std::string name;
-    std::vector<TextFilter> filters; ///< those that are on
-    double preamp = 0.0;             ///< dB, the sum of all lines
+    std::vector<TextFilter> filters; ///< without filters that are off
+    double preamp = 0.0;             ///< dB, the sum of all Preamp lines
     int preampLine = 0;
-    std::vector<CurvePoint> curve; ///< by frequency; empty without a GraphicEQ line
+    std::vector<CurvePoint> curve; ///< sorted by frequency; empty without a GraphicEQ line
     int curveLine = 0;
-    std::vector<int> otherLines; ///< lines with text that is no setting, such as a title
+    std::vector<int> otherLines; ///< lines that are no settings, such as a title
 
-    /// Throws FileError, which names the line, for a line that is wrong or that has no counterpart here.
+    /// These functions return the contents of a file or stream. `name` is the file's name in messages. They throw
+    /// FileError, which names the line, for a wrong line and for a line without an equivalent in this program.
     [[nodiscard]] static FilterText read(const std::filesystem::path& file);
     [[nodiscard]] static FilterText parse(std::istream& stream, const std::string& name);
 
-    /// "NAME:LINE: "
+    /// Returns the start of a message about a line: "NAME:LINE: ".
     [[nodiscard]] std::string origin(int line) const;
 };
 

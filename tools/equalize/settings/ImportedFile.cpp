@@ -12,10 +12,10 @@
 namespace eq {
 namespace {
 
-constexpr double AudibleDeviation = 2.0; ///< dB, from which on there is a warning
-constexpr double WorstDeviation = 6.0;   ///< dB, from which on a fit is refused
+constexpr double AudibleDeviation = 2.0; ///< dB; a larger deviation causes a warning
+constexpr double WorstDeviation = 6.0;   ///< dB; a fit with a larger deviation is refused
 
-/// "1-4, 6"
+/// Returns line numbers as text, such as "1-4, 6".
 std::string listOf(const std::vector<int>& lines) {
     std::string text;
     for (std::size_t first = 0; first < lines.size();) {
@@ -28,13 +28,13 @@ std::string listOf(const std::vector<int>& lines) {
     return text;
 }
 
-/// Returns nothing for a text that has no exact form, or more bells than may be used.
+/// Returns the exact bells. Returns nothing for a text without an exact form, or with more than `mostBells` bells.
 std::optional<std::vector<Bell>> exactBellsWithin(const FilterText& text, int sampleRate, int mostBells) {
     try {
         std::vector<Bell> bells = exactBells(text, sampleRate);
         if (bells.size() <= static_cast<std::size_t>(mostBells)) return bells;
     } catch (const FileError&) {
-        // A fit takes what has no exact form.
+        // The text has no exact form, so the caller fits it.
     }
     return std::nullopt;
 }
@@ -44,8 +44,8 @@ std::optional<std::vector<Bell>> exactBellsWithin(const FilterText& text, int sa
 ImportedFile::ImportedFile(const std::filesystem::path& file, std::optional<Fit> fit, Notice notice)
     : m_text(FilterText::read(file)), m_fit(fit), m_notice(std::move(notice)) {
     if (!m_text.otherLines.empty())
-        m_notice(m_text.name + ": taken as titles or notes: " + (m_text.otherLines.size() == 1 ? "line " : "lines ") +
-                 listOf(m_text.otherLines));
+        m_notice(m_text.name + ": not used, because they are no settings: " +
+                 (m_text.otherLines.size() == 1 ? "line " : "lines ") + listOf(m_text.otherLines));
 }
 
 const ImportedFile::Bells& ImportedFile::at(int sampleRate) const {
@@ -66,17 +66,17 @@ ImportedFile::Bells ImportedFile::convert(int sampleRate) const {
     if (!m_fit) return {exactBells(m_text, sampleRate), m_text.preamp};
     if (std::optional<std::vector<Bell>> exact = exactBellsWithin(m_text, sampleRate, m_fit->mostBells))
         return {*std::move(exact), m_text.preamp, 0.0, fitRange(sampleRate).lowest};
-    // The level of a curve is free: the volume takes it.
+    // The level of a curve is free. The fit chooses it, within the range of the volume.
     const ValueRange level = {VolumeRange.lowest - m_text.preamp, VolumeRange.highest - m_text.preamp};
     const ValueRange offsets = m_text.curve.empty() ? ValueRange{0.0, 0.0} : level;
     BellFit fit = fitBells(TargetResponse(m_text, sampleRate), sampleRate, m_fit->mostBells, offsets);
     return {std::move(fit.bells), m_text.preamp + fit.offset, fit.deviation, fit.deviationFrequency};
 }
 
-/// "8 bells come within 0.62 dB of the text, worst at 34.5 Hz (rate 44100 Hz)"
+/// Returns "the fit with 8 bands deviates by up to 0.62 dB, at 34.5 Hz (rate 44100 Hz)".
 std::string ImportedFile::fitText(const Bells& bells, int sampleRate) {
-    return std::to_string(bells.bells.size()) + (bells.bells.size() == 1 ? " bell comes" : " bells come") + " within " +
-           fixed(*bells.deviation, 2) + " dB of the text, worst at " +
+    return "the fit with " + std::to_string(bells.bells.size()) + (bells.bells.size() == 1 ? " band" : " bands") +
+           " deviates by up to " + fixed(*bells.deviation, 2) + " dB, at " +
            fixed(bells.deviationFrequency, bells.deviationFrequency < 100.0 ? 1 : 0) + " Hz (rate " +
            std::to_string(sampleRate) + " Hz)";
 }
@@ -84,8 +84,7 @@ std::string ImportedFile::fitText(const Bells& bells, int sampleRate) {
 void ImportedFile::judge(const Bells& bells) const {
     if (m_fit->isForced || *bells.deviation <= WorstDeviation) return;
     throw FileError(m_text.name + ": the fit deviates by " + fixed(*bells.deviation, 2) + " dB, more than " +
-                    fixed(WorstDeviation, 0) +
-                    " dB; a higher number of --bands may help, and --force takes it as it is");
+                    fixed(WorstDeviation, 0) + " dB; a higher number of --bands may help, and --force accepts the fit");
 }
 
 void ImportedFile::requireVolume(const Bells& bells) const {

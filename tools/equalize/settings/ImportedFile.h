@@ -13,34 +13,36 @@
 
 namespace eq {
 
-/// A text of another equalizer as bells, at each rate that is asked for. Any thread may use it.
+/// The settings of another equalizer, converted to bells for each rate that a caller needs. Any thread may use the
+/// object.
 class ImportedFile {
 public:
-    /// How to come near to a text that has no exact form.
+    /// The options of a fit, for a text without an exact form.
     struct Fit {
         int mostBells;
-        bool isForced; ///< takes also a bad fit
+        bool isForced; ///< accepts a bad fit
     };
-    /// What the bells are, and the volume that belongs to them.
+    /// The result for one rate.
     struct Bells {
         std::vector<Bell> bells;
         double volume = 0.0;                  ///< dB; may be out of the effect's range
-        std::optional<double> deviation = {}; ///< of a fit, the largest in dB
-        double deviationFrequency = 0.0;
+        std::optional<double> deviation = {}; ///< the largest deviation of a fit, in dB
+        double deviationFrequency = 0.0;      ///< the frequency of this deviation, in Hz
     };
-    /// Receives a sentence on the quality of each fit.
+    /// A function that receives messages, such as the quality of a fit.
     using Notice = std::function<void(const std::string&)>;
 
-    /// Reads the file. Throws FileError.
+    /// Reads the file. Without `fit`, only texts with an exact form can be converted. Throws FileError.
     ImportedFile(const std::filesystem::path& file, std::optional<Fit> fit, Notice notice);
 
-    /// The result stays valid. Throws FileError if the text has no exact form or the fit is bad.
+    /// Returns the bells for a rate. The reference stays valid while the object exists. Throws FileError if the text
+    /// has no exact form, or if the fit is bad.
     [[nodiscard]] const Bells& at(int sampleRate) const;
 
     [[nodiscard]] bool isFitted() const { return m_fit.has_value(); }
     [[nodiscard]] const FilterText& text() const { return m_text; }
 
-    /// Throws FileError for a volume that the effect does not have.
+    /// Throws FileError for a volume outside the effect's range.
     void requireVolume(const Bells& bells) const;
 
 private:

@@ -8,7 +8,8 @@
 
 namespace eq {
 
-/// Returns the number with the fewest digits, six at least, with which `isSame` is true of what a reader finds.
+/// Returns a number as text, with as few digits as possible, but at least six. `isSame` receives the number that a
+/// reader finds in the text, and returns whether it is accurate enough.
 template <typename Same>
 [[nodiscard]] std::string roundedText(double value, Same isSame) {
     // Fewer digits would show whole frequencies with an exponent.

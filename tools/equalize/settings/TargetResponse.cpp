@@ -10,8 +10,8 @@
 namespace eq {
 namespace {
 
-/// Returns the frequency of a shelf's middle. A shelf that begins at its frequency reaches its middle when it has half
-/// of its gain, on its slope.
+/// Returns the frequency in the middle of a filter. In the middle of a shelf, the gain is half of the whole gain in dB.
+/// If the text names the start of a shelf, the slope determines the distance from the start to the middle.
 double middleOf(const TextFilter& filter) {
     if (!filter.isAtCorner) return filter.frequency;
     double slope = filter.width;
@@ -51,7 +51,7 @@ Biquad sectionOf(const TextFilter& filter, double angle) {
 TargetResponse::TargetResponse(const FilterText& text, int sampleRate) : m_sampleRate(sampleRate), m_curve(text.curve) {
     for (const TextFilter& filter : text.filters) {
         const double middle = middleOf(filter);
-        // The middle of a flat shelf may be far beyond all sound.
+        // A shelf with a very small slope may have its middle far outside the range of sound.
         constexpr double LowestMiddle = 1e-6;
         if (middle < LowestMiddle || middle * 2.0 >= sampleRate)
             throw FileError(text.origin(filter.line) + filter.type + " at " + shortest(filter.frequency) +
@@ -67,7 +67,8 @@ double TargetResponse::decibelsAt(double frequency) const {
     return sum;
 }
 
-/// Straight lines over the logarithm of the frequency, and level beyond the ends.
+/// Returns the curve in dB. Between two points, the curve is a straight line over the logarithm of the frequency.
+/// Beyond its ends, the curve is constant.
 double TargetResponse::curveAt(double frequency) const {
     if (m_curve.empty()) return 0.0;
     const auto right = std::ranges::upper_bound(m_curve, frequency, {}, &CurvePoint::frequency);

@@ -7,13 +7,13 @@
 
 namespace eq {
 
-/// What the filters and the curve of a text do at a rate, without its Preamp.
+/// The response of the filters and the curve of a text at a rate, without the Preamp of the text.
 class TargetResponse {
 public:
-    /// Throws FileError for a filter whose frequency the rate does not have.
+    /// Throws FileError for a filter whose middle is not between 0 and half the rate.
     TargetResponse(const FilterText& text, int sampleRate);
 
-    /// `frequency` in Hz, above 0 and below half the rate.
+    /// Returns the response in dB at `frequency` in Hz, which must be above 0 and below half the rate.
     [[nodiscard]] double decibelsAt(double frequency) const;
 
 private:

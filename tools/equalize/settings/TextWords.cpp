@@ -71,7 +71,8 @@ double TextWords::takeFrequency(std::string_view what) {
     constexpr double Lowest = 0.001;
     constexpr double Highest = 1e6;
     if (frequency < Lowest || frequency > Highest)
-        throw FileError(std::string(what) + ": " + shortest(frequency) + " Hz is no frequency");
+        throw FileError(std::string(what) + ": " + shortest(frequency) +
+                        " Hz is not a frequency from 0.001 to 1000000 Hz");
     return frequency;
 }
 
@@ -79,7 +80,8 @@ double TextWords::takeGain(std::string_view what) {
     const double gain = takeNumber(what);
     takeIf("dB");
     constexpr double Highest = 200.0;
-    if (std::fabs(gain) > Highest) throw FileError(std::string(what) + ": " + shortest(gain) + " dB is no gain");
+    if (std::fabs(gain) > Highest)
+        throw FileError(std::string(what) + ": " + shortest(gain) + " dB is not a gain from -200 to 200 dB");
     return gain;
 }
 

@@ -6,22 +6,22 @@
 
 namespace eq {
 
-/// The words of a line, in order. A number and its unit may be one word.
+/// Reads the words of a line in order. A number and its unit may be one word. The line must outlive the object.
 class TextWords {
 public:
     explicit TextWords(std::string_view line);
 
     [[nodiscard]] bool isAtEnd() const { return m_next == m_words.size(); }
-    /// The next word, or an empty one at the end.
+    /// Returns the next word, or the word `ahead` places after it; an empty word at the end of the line.
     [[nodiscard]] std::string_view peek(std::size_t ahead = 0) const;
     std::string_view take();
-    /// Takes the next word if it is this one, in upper or lower case.
+    /// Takes the next word if it equals `word` without regard to case. Returns true if it does.
     bool takeIf(std::string_view word);
 
-    /// Takes a number, and leaves what follows it in the same word. A comma is a decimal point. Throws FileError, which
-    /// names `what`.
+    /// Takes a number. Characters after the number remain as the next word. A comma is a decimal point. Throws
+    /// FileError, which begins with `what`.
     double takeNumber(std::string_view what);
-    /// As `takeNumber`, with an optional unit and the limits of what makes sense.
+    /// Take a number with an optional unit, in Hz or in dB. Throw FileError also for a value outside sensible limits.
     double takeFrequency(std::string_view what);
     double takeGain(std::string_view what);
 

@@ -20,13 +20,14 @@ namespace {
 constexpr std::array KnownContexts = {ModuleContext, SharedContext};
 
 bool isSimilar(std::string_view name, std::string_view known) {
-    // "Parametric Equalizer] // labels" is the known name and a comment that is part of the line.
+    // For the library, "[Parametric Equalizer] // labels" opens the context "Parametric Equalizer] // labels".
     const bool isContinued = name.size() > known.size() && equalNoCase(name.substr(0, known.size()), known) &&
                              name.find(']') != std::string_view::npos;
     return isContinued || differences(name, known) * 4 <= known.size();
 }
 
-/// Whether the key is one of the library's own context, rather than a button that other libraries have, too.
+/// Returns whether the key belongs to the library's own context. Keys of the shared context are in other libraries,
+/// too.
 bool isOwnKey(std::string_view key) {
     const EnglishText* const english = findEnglishText(key);
     return english && equalNoCase(english->context, ModuleContext);
@@ -42,7 +43,7 @@ std::string_view nearestContext(std::string_view name) {
     return similar == KnownContexts.end() ? ModuleContext : *similar;
 }
 
-/// Returns the library's key that was most probably meant; nothing if none is near.
+/// Returns the library's key that is most similar; an empty text if no key is similar.
 std::string_view nearestKey(std::string_view key) {
     constexpr std::size_t MostDifferences = 3;
     std::string_view nearest;
@@ -92,8 +93,8 @@ void checkKeys(const LanguageFile& file, Findings& findings) {
         const std::string_view nearest = nearestKey(definition.key);
         findings.add(file.path, definition.line, Severity::Warning,
                      "the library does not look up the key '" + definition.key + "'",
-                     nearest.empty() ? "The key is none of this effect: is it misspelt?"
-                                     : "Is " + std::string(nearest) + " meant?");
+                     nearest.empty() ? "The effect has no such key. Is it misspelt?"
+                                     : "Did you mean " + std::string(nearest) + "?");
     }
 }
 

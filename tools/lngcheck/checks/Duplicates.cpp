@@ -16,7 +16,7 @@ constexpr std::array<std::string_view, 5> Columns = {"IDD_Options_B1", "IDD_Opti
                                                      "IDD_Options_B4", "IDD_Options_Master"};
 constexpr std::span<const std::string_view> Groups[] = {Units, Rows, Columns, PropertySheetButtons, WizardButtons};
 
-/// Returns the text as a reader compares it: without blanks and marks of mnemonics, in small letters.
+/// Returns a text for comparisons: in small letters, without blanks and the '&' of mnemonics.
 std::wstring comparable(std::wstring_view text) {
     std::wstring result;
     for (const wchar_t c : text) {
@@ -35,7 +35,7 @@ void checkGroup(const Language& language, std::span<const std::string_view> keys
         findings.add(place.file->path, place.definition->line, Severity::Warning,
                      place.definition->key + " has the same text as " + other->second.definition->key + " in " +
                          lineOf(other->second, place),
-                     "The user sees both beside each other, and cannot tell them apart.");
+                     "The user sees both texts together, and cannot distinguish them.");
     }
 }
 

@@ -25,10 +25,12 @@ void checkBackslashes(const LanguageFile& file, Findings& findings) {
         std::size_t at = value.find('\\', 1);
         while (at < value.size() && isAscii(value[at - 1])) at = value.find('\\', at + 1);
         if (at >= value.size()) continue;
-        findings.add(file.path, definition.line, Severity::Warning,
-                     "a backslash, or a letter whose second byte is one, stands behind a byte outside ASCII: systems "
-                     "with another code page read it otherwise",
-                     "The letter before \\ may swallow it on other systems: put a blank or another word between them.");
+        findings.add(
+            file.path, definition.line, Severity::Warning,
+            "a backslash, or a letter whose second byte is a backslash, follows a byte outside ASCII: systems "
+            "with another code page read it differently",
+            "On other systems, the \\ may count as a part of the letter before it. Write a blank or another word "
+            "between them.");
     }
 }
 

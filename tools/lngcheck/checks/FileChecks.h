@@ -7,38 +7,38 @@
 
 namespace eq {
 
-/// The checks of a file's form. Each function adds its findings.
+/// Checks of the form of a file. Each check adds its findings.
 namespace lngcheck {
 
 // Names.cpp
 
-/// A name from which the library takes no language, or a language that Windows does not have.
+/// Finds a file name without a language, or with a language that Windows does not know.
 void checkName(const LanguageFile& file, Findings& findings);
 
 // Contexts.cpp
 
-/// Returns the contexts that are most probably meant to be one of the two that the library reads: the name is similar,
-/// or the library's own keys are below it.
+/// Returns the contexts that were probably intended as one of the two contexts of the library: the name is similar, or
+/// the context contains keys of the library's own context.
 [[nodiscard]] std::vector<ContextLine> misspeltContexts(const LanguageFile& file);
 
-/// Texts that are lost because the name of their context is misspelt. These are faults.
+/// Finds texts that are lost because the name of their context is misspelt. These are faults.
 void checkContexts(const LanguageFile& file, Findings& findings);
 
-/// Keys defined twice, and keys below the library's contexts that it does not look up.
+/// Finds keys that are defined twice, and keys in the library's contexts that the library does not look up.
 void checkKeys(const LanguageFile& file, Findings& findings);
 
 // Encoding.cpp
 
-/// Texts that are saved in UTF-8. In a single-byte code page they show two characters for one.
+/// Finds texts that are saved in UTF-8. The library shows two or more wrong characters for one letter of such a text.
 void checkUtf8(const LanguageFile& file, Findings& findings);
 
-/// Backslashes after a letter of two bytes. The library finds such letters by the system's code page, which need not be
-/// that of the file.
+/// Finds backslashes in or after letters of two bytes. The library recognises such letters by the system's code page,
+/// which may differ from that of the file.
 void checkBackslashes(const LanguageFile& file, Findings& findings);
 
 // Accelerators.cpp
 
-/// Accelerator lines whose right side is no accelerator.
+/// Finds accelerator lines whose right side is no accelerator.
 void checkAccelerators(const LanguageFile& file, Findings& findings);
 
 } // namespace lngcheck

@@ -10,12 +10,12 @@ namespace eq {
 namespace lngcheck {
 namespace {
 
-/// The use of '&' in a text.
+/// The '&' characters of a text.
 struct Ampersands {
-    int marks = 0;       ///< single ones, each before a letter
-    int pairs = 0;       ///< "&&", which shows a '&'
-    bool isBare = false; ///< one before a blank or at the end
-    wchar_t letter = 0;  ///< the last marked letter, in its small form
+    int marks = 0;       ///< the number of '&' before letters
+    int pairs = 0;       ///< the number of "&&", each of which shows one '&'
+    bool isBare = false; ///< there is a '&' before a blank or at the end
+    wchar_t letter = 0;  ///< the letter after the last mark, in its small form
 };
 
 Ampersands ampersandsOf(std::wstring_view text) {
@@ -72,18 +72,18 @@ void checkMnemonic(const CheckedText& text) {
     const Ampersands english = ampersandsOf(text.english());
     const std::string original = "English is '" + inUtf8(text.english()) + "'.";
     if (own.pairs > english.pairs && isButton(text.key())) {
-        text.warn("'&&' shows as a '&', and no letter is underlined by it", "Write a single &. " + original);
+        text.warn("'&&' shows one '&', and underlines no letter", "Write a single &. " + original);
         return;
     }
     if (own.isBare) {
-        text.warn("a '&' before a blank or at the end does not show", "Write && where a & is to show.");
+        text.warn("a '&' before a blank or at the end is not shown", "Write && to show a &.");
         return;
     }
     if (english.marks > 0 && own.marks == 0)
         text.warn("the mnemonic is lost: no letter has a '&' before it",
                   "The keyboard cannot reach this button. " + original);
     if (own.marks > 0 && !isButton(text.key()))
-        text.warn("the '&' does not show: it underlines the next letter", "Write && where a & is to show.");
+        text.warn("the '&' is not shown: it underlines the next letter", "Write && to show a &.");
     if (own.marks > 1) text.warn("two letters have a '&' before them", "Only the last one counts. " + original);
     if (own.marks > 0 && isButton(text.key())) checkLetter(text, own.letter);
 }

@@ -9,7 +9,7 @@ namespace eq {
 namespace lngcheck {
 namespace {
 
-/// Returns the digits that the library takes for the language.
+/// Returns the digits of a name that the library reads as the language.
 std::string digitsOf(const std::string& name) {
     constexpr std::string_view Digits = "0123456789";
     const std::size_t first = std::min(name.find_first_of(Digits), name.size());

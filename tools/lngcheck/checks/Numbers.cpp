@@ -18,7 +18,7 @@ bool isSign(wchar_t c) {
     return c == L'+' || c == L'-';
 }
 
-/// A text in two parts: its numbers, each with its sign, and all the rest without blanks.
+/// The parts of a text: its numbers, each with its sign, and the rest without blanks.
 struct Parts {
     std::vector<std::wstring> numbers;
     std::wstring rest;
@@ -51,7 +51,7 @@ std::string listed(const std::vector<std::wstring>& numbers) {
     return list.empty() ? "no number" : list;
 }
 
-/// Returns the key of the unit word with which a scale's label ends in English; nothing for other texts.
+/// Returns the key of the unit word at the end of a scale's English label; nothing for other texts.
 std::optional<std::string_view> unitOfLabel(const EnglishText& label) {
     const Parts parts = partsOf(label.text);
     if (parts.numbers.empty()) return std::nullopt;
@@ -69,7 +69,7 @@ void checkNumbers(const CheckedText& text) {
     const std::vector<std::wstring> own = partsOf(text.text()).numbers;
     if (own == english) return;
     const EnglishText* const entry = findEnglishText(text.key());
-    // The name of a band may do without its number.
+    // The name of a band needs no number.
     if (own.empty() && !(entry && unitOfLabel(*entry))) return;
     text.warn("the text has " + listed(own) + ", and English has " + listed(english),
               "The numbers and signs must be those of the English text, '" + inUtf8(text.english()) + "'.");

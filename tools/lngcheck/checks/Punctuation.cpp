@@ -16,10 +16,11 @@ struct Pair {
 constexpr std::array Brackets = {Pair{L'(', L')'},     Pair{L'[', L']'},     Pair{L'{', L'}'},
                                  Pair{0xFF08, 0xFF09}, Pair{0xFF3B, 0xFF3D}, Pair{0xFF5B, 0xFF5D},
                                  Pair{0x300C, 0x300D}, Pair{0x300E, 0x300F}, Pair{0x3010, 0x3011}};
-/// Marks that some languages open with and others close with: only their number can be checked.
+/// Quotation marks, one kind per element. A mark may open in one language and close in another, so the check only
+/// counts the marks.
 constexpr std::array<std::wstring_view, 4> Quotes = {L"\"", L"\x201C\x201D\x201E\x201F", L"\xAB\xBB", L"\x2039\x203A"};
 
-/// Hebrew, Arabic and Persian: the arrows may point the other way.
+/// Returns true for Hebrew, Arabic and Persian, where arrows may point the other way.
 constexpr bool isWrittenToTheLeft(WORD language) {
     return PRIMARYLANGID(language) == 0x0D || PRIMARYLANGID(language) == 0x01 || PRIMARYLANGID(language) == 0x29;
 }
@@ -28,7 +29,7 @@ bool isMark(wchar_t c) {
     return c > 0x20 && c < 0x7F && scriptOf(c) == Script::None && (c < L'0' || c > L'9') && c != L'&';
 }
 
-/// Returns the marks at the start of a text, or at the end of the reversed text.
+/// Returns the marks at the start of a text. With reverse iterators, returns the marks at the end, in reverse order.
 template <typename Iterator>
 std::wstring marksAt(Iterator at, Iterator end) {
     std::wstring marks;
@@ -55,8 +56,7 @@ bool areBalanced(std::wstring_view text, Pair pair) {
 void checkBlanks(const CheckedText& text) {
     const std::wstring& whole = text.text();
     if (whole.empty()) return;
-    const char* const hint = "It shows as a gap. A blank at an end is lost unless it is written \\x20, so it is rarely "
-                             "meant.";
+    const char* const hint = "It shows as a gap. Delete the blank, or its escape \\x20.";
     if (isBlank(whole.front())) text.warn("the text " + text.quoted() + " begins with a blank", hint);
     if (isBlank(whole.back())) text.warn("the text " + text.quoted() + " ends with a blank", hint);
     const auto areBlanks = [](wchar_t a, wchar_t b) { return isBlank(a) && isBlank(b); };

@@ -22,7 +22,7 @@ const char* nameOf(Script script) {
 void checkScripts(const CheckedText& text) {
     Script inWord = Script::None;
     for (const wchar_t c : text.text()) {
-        if (c == L'&') continue; // inside a word it marks a letter
+        if (c == L'&') continue; // the '&' of a mnemonic may be inside a word
         const Script script = scriptOf(c);
         // Chinese, Japanese and Korean words often have Latin letters beside them.
         const bool isAlphabet = script != Script::None && script != Script::Other;

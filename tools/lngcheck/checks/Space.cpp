@@ -14,18 +14,19 @@ bool isControl(wchar_t c) {
     return c < 0x20 || (c >= 0x7F && c < 0xA0);
 }
 
-/// The read-out's text is in the system's code page: the file's on Windows, as a rule, and UTF-8 elsewhere.
+/// Checks the length of a unit in bytes. The text of a read-out is in the system's code page. On Windows, it is usually
+/// the code page of the file, and on Linux it is UTF-8.
 void checkUnitBytes(const CheckedText& text) {
     const std::size_t inUnicode = inUtf8(text.text()).size();
     if (inUnicode > 2 * text.text().size() + 1)
-        text.warn("the unit does not show where the system's code page is UTF-8",
-                  "On Linux this unit does not show. Latin letters would.");
+        text.warn("the unit is not shown where the system's code page is UTF-8",
+                  "On Linux this unit is not shown. Use Latin letters.");
     const std::size_t unit = std::max(decode_value(text.definition().value).size(), inUnicode);
     const std::size_t bytes = text.known().number.size() + unit;
     if (bytes <= MostDisplayBytes) return;
     text.report(Severity::Fault,
-                "the unit makes a read-out of " + std::to_string(bytes) + " bytes, of which " +
-                    std::to_string(MostDisplayBytes) + " show",
+                "the read-out with this unit has " + std::to_string(bytes) + " bytes, but only " +
+                    std::to_string(MostDisplayBytes) + " are shown",
                 "The unit is too long: at most " + std::to_string(MostDisplayBytes - text.known().number.size()) +
                     " bytes.");
 }
@@ -35,9 +36,9 @@ void checkWidth(const CheckedText& text) {
     const int needed = textWidth(number + text.text());
     const int available = controlWidth(text.known().width);
     if (needed <= available) return;
-    text.warn("'" + inUtf8(number) + text.quoted().substr(1) + " takes about " + std::to_string(needed) +
-                  " pixels, and its place has " + std::to_string(available),
-              "What does not fit is cut off: find a shorter text.");
+    text.warn("'" + inUtf8(number) + text.quoted().substr(1) + " needs about " + std::to_string(needed) +
+                  " pixels, but its place has " + std::to_string(available),
+              "The end of the text is cut off. Write a shorter text.");
 }
 
 } // namespace

@@ -11,13 +11,14 @@
 
 namespace eq {
 
-/// The checks of translated texts. Each function adds its findings, all of which are warnings unless stated otherwise.
+/// Checks of translated texts. Each check adds its findings. The findings are warnings, unless the comment says that
+/// they are faults.
 namespace lngcheck {
 
-/// A text that the library shows, beside its English form.
+/// A text that the library shows, together with the English text.
 class CheckedText {
 public:
-    /// The definition must have a text.
+    /// The definition must have a text. All arguments must outlive the object.
     CheckedText(const LanguageFile& file, const Definition& definition, const KnownText& known,
                 const EnglishText& english, Findings& findings)
         : m_file(file), m_definition(definition), m_known(known), m_english(english), m_findings(findings) {}
@@ -29,7 +30,7 @@ public:
     [[nodiscard]] const std::wstring& text() const { return *m_definition.text; }
     [[nodiscard]] const std::wstring& english() const { return m_english.text; }
 
-    /// The text in quotation marks, for messages.
+    /// Returns the text in quotation marks, for messages. A long text is cut off.
     [[nodiscard]] std::string quoted() const;
 
     void report(Severity severity, const std::string& text, const std::string& hint = {}) const;
@@ -45,48 +46,49 @@ private:
 
 // Mnemonics.cpp
 
-/// A '&' that is lost, repeated, doubled to "&&" or before a blank, and a letter that the language has no key for.
+/// Finds a '&' that is lost, repeated, doubled to "&&" or before a blank. Also finds a mnemonic without a key on the
+/// keyboard of the language.
 void checkMnemonic(const CheckedText& text);
 
-/// Two buttons of a property sheet or wizard with one mnemonic.
+/// Finds two buttons of a property sheet or wizard with the same mnemonic.
 void checkMnemonicsOfSheets(const Language& language, Findings& findings);
 
 // Numbers.cpp
 
-/// A number, or its sign, that differs from the English one.
+/// Finds a number or sign that differs from the English text.
 void checkNumbers(const CheckedText& text);
 
-/// The unit of a scale's label, which must be the file's own unit word.
+/// Finds a label of a scale whose unit differs from the unit word of the language.
 void checkUnitsOfLabels(const Language& language, Findings& findings);
 
 // Scripts.cpp
 
-/// Letters of two alphabets in one word, such as a Latin B in a Cyrillic word.
+/// Finds letters of two alphabets in one word, such as a Latin B in a Cyrillic word.
 void checkScripts(const CheckedText& text);
 
 // Duplicates.cpp
 
-/// One text for two bands, rows, units or buttons of a sheet.
+/// Finds equal texts for two bands, rows, units or buttons of a window.
 void checkEqualTexts(const Language& language, Findings& findings);
 
-/// An English text that all shipped languages translate.
+/// Finds an English text that all shipped languages translate.
 void checkUntranslated(const CheckedText& text);
 
 // Punctuation.cpp
 
-/// Blanks at the ends, and several together.
+/// Finds blanks at the ends of a text, and several blanks together.
 void checkBlanks(const CheckedText& text);
 
-/// Arrows and other marks at the ends of the English text that the translation lacks.
+/// Finds arrows and other marks at the ends of the English text that the translation lacks.
 void checkLostMarks(const CheckedText& text);
 
-/// Brackets, braces and quotation marks without their partner.
+/// Finds brackets, braces and quotation marks without a partner.
 void checkPairs(const CheckedText& text);
 
 // Space.cpp
 
-/// A text that is empty or in several lines, a unit that does not fit the read-out, a text that is wider than its
-/// place. A lost text is a fault.
+/// Finds a text that is empty, has several lines or is wider than its place, and a unit that does not fit into the
+/// read-out. An empty text and a unit that is too long are faults.
 void checkSpace(const CheckedText& text);
 
 /// The buttons that a window shows together.
@@ -95,6 +97,7 @@ inline constexpr std::array<std::string_view, 4> PropertySheetButtons = {"MSGBOX
 inline constexpr std::array<std::string_view, 5> WizardButtons = {"PRSHT_WIZBACK", "PRSHT_WIZNEXT", "PRSHT_WIZFINISH",
                                                                   "MSGBOX_CANCEL", "MSGBOX_HELP"};
 
+/// Returns whether the text of a key is on a button.
 [[nodiscard]] bool isButton(std::string_view key);
 
 } // namespace lngcheck
