@@ -13,7 +13,7 @@ struct WholeFileFault {
     std::string hint;
 };
 
-/// Returns the single cause that makes nearly all lines of a file wrong: UTF-16, bytes that are no text, line ends of
+/// Returns the single cause that makes nearly all lines of a file wrong: UTF-16, bytes that are not text, line ends of
 /// old Macs, or a file without texts. Returns nothing for other files. This one fault replaces a fault for each line or
 /// for each missing text.
 [[nodiscard]] std::optional<WholeFileFault> faultOfWholeFile(std::string_view contents);
