@@ -11,8 +11,8 @@ public:
     LanguageText() = default;
     explicit LanguageText(const wchar_t* text);
 
-    /// Holds the translation of a key from the store of `module`, or the key if it has no translation. The definition
-    /// is with the store, in wedge/.
+    /// Holds the translation of a key from the store of `module`, or the key if it has no translation. This constructor
+    /// is defined in wedge/CLanguageStore.cpp, because it uses the store.
     LanguageText(const char* key, HMODULE module);
 
     LanguageText(const LanguageText&) = delete;
