@@ -12,8 +12,8 @@ namespace eq {
 
 namespace {
 
-/// Returns whether the dialog procedure's return value is the result of the message. The result of any other message is
-/// stored in the window.
+/// Returns whether a dialog procedure returns the result of `message` as its return value. For all other messages, the
+/// procedure stores the result in the window (DWLP_MSGRESULT).
 bool returnsItsResult(UINT message) noexcept {
     constexpr std::array Messages = {WM_INITDIALOG,    WM_COMPAREITEM,    WM_VKEYTOITEM,        WM_CHARTOITEM,
                                      WM_QUERYDRAGICON, WM_CTLCOLORMSGBOX, WM_CTLCOLOREDIT,      WM_CTLCOLORLISTBOX,
