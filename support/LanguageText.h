@@ -38,8 +38,8 @@ private:
 
     wchar_t* wideText = nullptr;
     char* narrowText = nullptr;
-    unsigned wideLength = 0;   // 0 also if it is not known yet
-    unsigned narrowLength = 0; // 0 also if it is not known yet
+    unsigned wideLength = 0;   // 0 also if the length is not known yet
+    unsigned narrowLength = 0; // 0 also if the length is not known yet
     unsigned wideCapacity = 0; // includes the spare characters
     BYTE ownsText = 0;
 };
