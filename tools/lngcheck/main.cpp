@@ -226,7 +226,7 @@ void writePseudo(const Options& options, const LanguageFile& reference) {
 void writeInit(const std::vector<std::string>& idAndFile) {
     constexpr int Largest = 0xFFFF;
     const std::optional<int> id = parseIndex(idAndFile.front());
-    if (!id || *id > Largest) throw UsageError("--init: " + eq::quoted(idAndFile.front()) + " is no language id");
+    if (!id || *id > Largest) throw UsageError("--init: " + eq::quoted(idAndFile.front()) + " is not a language id");
     writeNewFile(static_cast<WORD>(*id), idAndFile.back());
 }
 

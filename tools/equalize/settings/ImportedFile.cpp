@@ -44,7 +44,7 @@ std::optional<std::vector<Bell>> exactBellsWithin(const FilterText& text, int sa
 ImportedFile::ImportedFile(const std::filesystem::path& file, std::optional<Fit> fit, Notice notice)
     : m_text(FilterText::read(file)), m_fit(fit), m_notice(std::move(notice)) {
     if (!m_text.otherLines.empty())
-        m_notice(m_text.name + ": not used, because they are no settings: " +
+        m_notice(m_text.name + ": not used, because they are not settings: " +
                  (m_text.otherLines.size() == 1 ? "line " : "lines ") + listOf(m_text.otherLines));
 }
 
