@@ -29,7 +29,7 @@ struct CurvePoint {
 };
 
 /// The contents of a settings file of Equalizer APO, REW or AutoEq. The decimal separator may be a point or a comma.
-/// Upper and lower case are the same.
+/// Case does not matter.
 struct FilterText {
     std::string name;
     std::vector<TextFilter> filters; ///< without filters that are off
