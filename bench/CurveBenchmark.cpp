@@ -1,5 +1,5 @@
-// Measures the Linux editor: a full redraw, the redraw during a drag, an idle call, and opening with closing. The idle
-// call and the opening need a display.
+// Measures the Linux editor: a full redraw, the redraw during a drag, an idle call, and opening together with closing.
+// The idle call and the opening need a display.
 
 #include "curve/window/CurveEditor.h"
 #include "tests/support/FakePort.h"

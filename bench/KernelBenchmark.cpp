@@ -115,15 +115,15 @@ Figure silence(const BlockKernel& kernel) {
             std::to_string(bands) + " of the four bands stayed in denormals"};
 }
 
-/// Runs the chain of five operations per sample that each sample of a section waits for. All other operands are
-/// constant. Returns the last state.
+/// Runs the chain of operations by which each sample of a band depends on the previous sample: five operations per
+/// sample. All other operands are constant. Returns the last state.
 [[gnu::noinline]] double runChain(double s2, double c, double k, double x, double cs1, double s1) {
     for (int n = 0; n < BlockSize; ++n) s2 = s1 + c * ((x + k * s2) - cs1);
     return s2;
 }
 
-/// Measures the chain, which is the least possible time of a block whose bands run side by side. `size` is the
-/// magnitude of the operands.
+/// Measures the chain that `runChain` runs. No kernel can filter a single block in less time. `size` is the magnitude
+/// of the operands.
 Figure chain(const char* name, double size) {
     return {name, perSample(BlockSize, [size, design = FilterDesign::of(Settings), s2 = 0.3 * size]() mutable {
                 s2 = runChain(s2, design.centreCoefficient[1], design.bandwidthCoefficient[1], 0.2 * size, 0.01 * size,

@@ -32,13 +32,14 @@ std::string modulePath(const TemporaryFolder& folder) {
     return folder.path("Module.dll");
 }
 
-/// Builds the store from English files with different keys. Each file is read again in every step that reads English.
+/// Builds the store from English files with different keys. The store reads the English files several times: once for
+/// each step of its search whose language is English.
 void buildFromEnglishFiles(benchmark::State& state) {
     const TemporaryFolder folder;
     std::int64_t bytes = 0;
     for (int file = 0; file < state.range(0); ++file) {
         const std::string text = fileText(file * KeysPerFile, KeysPerFile);
-        // The store ignores the rest of a file's name after the first digits, one more byte and "lng".
+        // The store compares only the start of a file's name: the digits, one more byte, and "lng".
         folder.write("1033_lng " + std::to_string(file) + ".lng", text);
         bytes += static_cast<std::int64_t>(text.size());
     }

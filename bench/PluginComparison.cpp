@@ -128,8 +128,9 @@ private:
     std::vector<std::unique_ptr<Events>> m_events;
 };
 
-/// Returns `settings` with one more entry per band. The entry's port is `name` with the number of the band, counted
-/// from `first`, instead of the '#'. `value` receives the index of the band.
+/// Returns `settings` with an additional entry for each band. The port of the entry is `name`, in which the number of
+/// the band replaces the '#'. The number of the first band is `first`. `value` receives the index of the band, from 0,
+/// and returns the value of the entry.
 Lv2Equalizer::Settings perBand(Lv2Equalizer::Settings settings, const std::string& name, int first,
                                const std::function<double(int)>& value) {
     for (int band = 0; band < Bands; ++band) {

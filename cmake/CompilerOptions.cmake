@@ -29,8 +29,8 @@ endif()
 
 # The environment of every test. AddressSanitizer computes the bounds of a module's thread-local data from the 16 bytes
 # before the data. If these bytes belong to AddressSanitizer's own heap, the result is an invalid address, and the leak
-# check crashes. The first option prevents this computation. Each known leak of a foreign library has a line in
-# foreign-leaks.txt, and each race that ThreadSanitizer reports of one has a line in foreign-races.txt.
+# check crashes. The first option prevents this computation. foreign-leaks.txt lists the known leaks of foreign
+# libraries, and foreign-races.txt lists the races that ThreadSanitizer reports in foreign libraries.
 set(EQ_TEST_ENVIRONMENT "ASAN_OPTIONS=intercept_tls_get_addr=0"
   "LSAN_OPTIONS=suppressions='${PROJECT_SOURCE_DIR}/tests/foreign-leaks.txt':print_suppressions=0"
   "TSAN_OPTIONS=suppressions='${PROJECT_SOURCE_DIR}/tests/foreign-races.txt'")
@@ -50,7 +50,7 @@ if(CMAKE_BUILD_TYPE MATCHES "^Rel" AND NOT EQ_SANITIZE)
 endif()
 
 if(EQ_BUILD_FUZZERS)
-  # The instrumentation of all layers shows the fuzzer the path of an input.
+  # Instrument all layers, so that the fuzzer sees which code an input reaches.
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 

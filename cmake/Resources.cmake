@@ -3,7 +3,7 @@
 if(WIN32)
   enable_language(RC)
   function(eq_add_resources target script)
-    # A separate target, because the resource compiler does not accept the compiler's options.
+    # The script is a separate target, because the resource compiler does not accept the compiler's options.
     get_filename_component(name "${script}" NAME_WE)
     add_library(${target}-${name} OBJECT "${script}")
     set_target_properties(${target}-${name} PROPERTIES COMPILE_OPTIONS "" COMPILE_DEFINITIONS "")

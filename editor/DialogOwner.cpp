@@ -12,8 +12,8 @@ namespace eq {
 
 namespace {
 
-/// Returns whether the dialog procedure's return value is the result of the message. The result of any other message is
-/// stored in the window.
+/// Returns whether a dialog procedure returns the result of `message` as its return value. For all other messages, the
+/// procedure stores the result in the window (DWLP_MSGRESULT).
 bool returnsItsResult(UINT message) noexcept {
     constexpr std::array Messages = {WM_INITDIALOG,    WM_COMPAREITEM,    WM_VKEYTOITEM,        WM_CHARTOITEM,
                                      WM_QUERYDRAGICON, WM_CTLCOLORMSGBOX, WM_CTLCOLOREDIT,      WM_CTLCOLORLISTBOX,
@@ -69,7 +69,7 @@ DialogOwner::CreationList& DialogOwner::creationList() {
 void DialogOwner::createDialog(unsigned templateId, HWND parent) {
     const CreationEntry entry(*this);
     const HWND made = wedge::CreateDialogParamW(ownModule(), MAKEINTRESOURCEW(templateId), parent, firstDialogCall, 0);
-    if (made && made != dialogWindow) DestroyWindow(made); // the memory for its procedure was missing
+    if (made && made != dialogWindow) DestroyWindow(made); // there was no memory for the procedure
 }
 
 bool DialogOwner::destroyDialog() noexcept {
@@ -97,7 +97,7 @@ INT_PTR CALLBACK DialogOwner::firstDialogCall(HWND window, UINT message, WPARAM 
     const DLGPROC procedure = object->dispatchStub.procedure(window, object, object->dialogProcedure());
     if (!procedure) return 0;
     object->dialogWindow = window;
-    object->stateBits &= ~WindowDestroyed; // set by the previous dialog if its handler is still running
+    object->stateBits &= ~WindowDestroyed; // set if a handler of the previous dialog is still running
     SetWindowLongPtrW(window, DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(procedure));
     return procedure(window, message, wParam, lParam);
 }

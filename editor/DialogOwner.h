@@ -68,7 +68,7 @@ private:
 
     CreationRecord creationRecord{};
     DispatchStub dispatchStub;
-    const DialogMessage* currentMessage = nullptr; ///< the innermost message in progress; linked to outer ones
+    const DialogMessage* currentMessage = nullptr; ///< the innermost message in progress
     std::uint32_t stateBits = 0;
 };
 

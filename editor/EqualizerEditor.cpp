@@ -166,7 +166,8 @@ void EqualizerEditor::onScroll(unsigned code, HWND slider) {
 }
 
 void EqualizerEditor::onCommand(HWND control) {
-    // A command of a menu or a key has no control. It must not match a button that the dialog lacks, which is null.
+    // The control is null if the command comes from a menu or a key. The handle of a button that the dialog lacks is
+    // also null, so do not compare the two.
     if (!control) return;
     if (control == restoreConstructionButton) {
         restore(constructionValues);

@@ -8,7 +8,7 @@ namespace eq {
 
 namespace {
 
-/// Returns the angle of one hertz. The rate is used here only.
+/// Returns the angle per sample of a frequency of one hertz. The design uses the rate only here.
 constexpr double radiansPerHertz(double rate) noexcept {
     return 2.0 * std::numbers::pi / rate;
 }

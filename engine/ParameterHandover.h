@@ -57,8 +57,8 @@ private:
     static constexpr unsigned NoSlot = 31;
 
     static constexpr unsigned slotOf(Ticket ticket) noexcept { return ticket & NoSlot; }
-    /// Returns whether the number of `ticket` is one of the 2^20 numbers before the number of `other`. A larger
-    /// distance means that the reader took nothing for so many changes that the numbers wrapped around.
+    /// Returns whether the number of `ticket` is one of the 2^20 numbers before the number of `other`. If the distance
+    /// is larger, the numbers have wrapped around, because the reader has not taken an array for a long time.
     static constexpr bool isOlder(Ticket ticket, Ticket other) noexcept {
         const Ticket distance = ((other >> SlotBits) - (ticket >> SlotBits)) << SlotBits >> SlotBits;
         return distance != 0 && distance <= (1U << 20);

@@ -60,8 +60,8 @@ private:
     Values lastValues = {}; // the port values in use
     std::size_t framesToBlockEnd = FourBandEqualizer::BlockSize;
     bool wasEnabled = true;           // the value of `enabled` at the end of the last block
-    bool outputIsPassed = false;      // the block that is read out is passed sound
-    BlockBuffer passed[MostChannels]; // unfiltered sound, collected and read out as in the engine
+    bool outputIsPassed = false;      // the block that is now output is passed sound
+    BlockBuffer passed[MostChannels]; // unfiltered sound, collected and output as in the engine
     BlockBuffer copies[MostChannels]; // copies of inputs that an output may overwrite
     BlockBuffer dropped;              // output without a connected port
 };

@@ -58,7 +58,7 @@ int32 CurveHostEditor::open(void* window) {
 void CurveHostEditor::close() {
     isCloseDue = isBusy;
     if (isBusy || !curve) return;
-    isBusy = true; // to end a drag, the curve calls this object
+    isBusy = true; // a drag that ends now causes a call of this object
     loaded->close(std::exchange(curve, nullptr));
     isBusy = false;
     isCloseDue = false;

@@ -28,8 +28,8 @@ public:
     /// Throws std::bad_alloc if memory is short, and the exceptions of the language store for a broken language file.
     explicit ParametricEqualizer(audioMasterCallback hostCallback);
 
-    /// Stores the value, hands all values to the engines and notifies the editor. For an index out of range it does the
-    /// same, but stores nothing.
+    /// Stores the value, passes all values to the engines and notifies the editor. If the index is out of range, stores
+    /// nothing, but still passes the values and notifies the editor.
     void setParameter(int32 index, float value) override;
     float getParameter(int32 index) override;
 

@@ -11,8 +11,8 @@ public:
     LanguageText() = default;
     explicit LanguageText(const wchar_t* text);
 
-    /// Holds the translation of a key from the store of `module`, or the key if it has no translation. The definition
-    /// is with the store, in wedge/.
+    /// Holds the translation of a key from the store of `module`, or the key if it has no translation. This constructor
+    /// is defined in wedge/CLanguageStore.cpp, because it uses the store.
     LanguageText(const char* key, HMODULE module);
 
     LanguageText(const LanguageText&) = delete;
@@ -38,8 +38,8 @@ private:
 
     wchar_t* wideText = nullptr;
     char* narrowText = nullptr;
-    unsigned wideLength = 0;   // 0 also if it is not known yet
-    unsigned narrowLength = 0; // 0 also if it is not known yet
+    unsigned wideLength = 0;   // 0 also if the length is not known yet
+    unsigned narrowLength = 0; // 0 also if the length is not known yet
     unsigned wideCapacity = 0; // includes the spare characters
     BYTE ownsText = 0;
 };

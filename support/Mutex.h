@@ -23,7 +23,8 @@ public:
     Mutex(const Mutex&) = delete;
     Mutex& operator=(const Mutex&) = delete;
 
-    /// Unlocks once, if the calling thread holds the lock. Deeper recursion stays locked.
+    /// Unlocks once, if the calling thread holds the lock. A lock that this thread has locked several times stays
+    /// locked.
     virtual ~Mutex();
 
     /// Throws `lock_failure` if waiting fails repeatedly.

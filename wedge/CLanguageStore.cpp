@@ -23,8 +23,8 @@ void showNoFilesFound() {
     if (const auto show = showMessage.load()) show(L"LNG0001:  No language files were found.", L"Error");
 }
 
-/// Returns the path of the module with long names. Returns an empty text if a system function fails or the path is too
-/// long for a buffer of MAX_PATH bytes.
+/// Returns the path of the module, with long names in place of short 8.3 names. Returns an empty text if a system
+/// function fails or the path is too long for a buffer of MAX_PATH bytes.
 std::string longPathOf(HMODULE module) {
     char path[MAX_PATH] = {};
     const DWORD size = GetModuleFileNameA(module, path, MAX_PATH);

@@ -30,8 +30,8 @@ TextPainter::TextPainter(double scale) : context(pango_font_map_create_context(p
         pango_layout_set_single_paragraph_mode(layouts[i].get(), TRUE);
         pango_layout_set_ellipsize(layouts[i].get(), PANGO_ELLIPSIZE_END);
         if (static_cast<Font>(i) != Font::Caption) {
-            // Numbers look the same in all languages, because the fonts of some scripts have digits that are hard to
-            // read.
+            // Select the font of the digits as for English text, because the fonts of some scripts have digits that are
+            // hard to read.
             PangoAttrList* const attributes = pango_attr_list_new();
             pango_attr_list_insert(attributes, pango_attr_language_new(pango_language_from_string("en")));
             pango_layout_set_attributes(layouts[i].get(), attributes);

@@ -12,7 +12,7 @@ constexpr int Margin = 12;
 constexpr int Gap = 8;
 constexpr int DecibelLabels = 26;
 constexpr int FrequencyLabels = 18;
-constexpr int NodeMargin = 14; ///< beside the plot and at the ends of the track, for nodes and thumb
+constexpr int NodeMargin = 14; ///< space for the nodes beside the plot, and for the thumb at the ends of the track
 constexpr int CardGap = 6;
 constexpr int VolumeWidth = 64;
 constexpr int CardHeight = 46;
@@ -22,8 +22,9 @@ constexpr int BypassSize = 28;
 
 constexpr std::array FieldKinds = {ParameterKind::Frequency, ParameterKind::Gain, ParameterKind::Q};
 
-/// Divides the width of a card among its fields. Each field gets the width of its value. If its caption is wider, the
-/// field gets a share of the missing width. Last, it gets an equal share of the rest.
+/// Divides the width of a card among its fields. Each field gets the width of its value. Fields whose caption is wider
+/// than the value then share the remaining width, until the captions fit. All fields share the width that is still left
+/// equally.
 void placeFields(EditorLayout& layout, const Rect& card, int band, const FieldNeeds& needs, int left) {
     std::array<double, std::size(FieldKinds)> widths{};
     double rest = card.right() - left;

@@ -8,7 +8,7 @@ namespace eq {
 namespace {
 
 constexpr std::uint32_t DoubleClickMilliseconds = 400;
-constexpr double ClickReach = 3.0; ///< pixels at a scale factor of 1; a longer movement is no click
+constexpr double ClickReach = 3.0; ///< pixels at a scale factor of 1; a longer movement is not a click
 /// The length of a drag over the whole range of Q, as a part of the plot's height.
 constexpr double QWay = 0.75;
 

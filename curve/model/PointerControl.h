@@ -32,7 +32,7 @@ private:
 
     EditorState& state;
     Drag present = Drag::None;
-    bool hasMoved = false; ///< further than the pointer may move in a click
+    bool hasMoved = false; ///< the pointer has moved too far for a click
     PointerInput pressed;
     EditorTarget pressedTarget;
     PointerInput last;

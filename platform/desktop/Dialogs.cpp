@@ -105,8 +105,8 @@ DLGPROC procedureOf(HWND dialog) noexcept {
     return eq::standin::handleOfNumber<DLGPROC>(static_cast<std::uintptr_t>(GetWindowLongPtrW(dialog, DWLP_DLGPROC)));
 }
 
-/// Returns whether the dialog procedure's return value is the result of the message. For other messages the result is
-/// in DWLP_MSGRESULT.
+/// Returns whether a dialog procedure returns the result of `message` as its return value. For all other messages, the
+/// procedure stores the result in DWLP_MSGRESULT.
 bool returnsItsResult(UINT message) noexcept {
     switch (message) {
     case WM_INITDIALOG:

@@ -24,8 +24,8 @@ eq::standin::HandleTable<PropertyPage>& pages() {
 
 constexpr DWORD KnownFlags = PSP_DLGINDIRECT | PSP_USETITLE | PSP_USEREFPARENT | PSP_USECALLBACK;
 
-/// Returns the style of a page's dialog. The dialog is a control of its sheet, whatever its template says, and the
-/// sheet makes it visible.
+/// Returns the style of a page's dialog. The dialog becomes a control of its sheet, and is hidden until the sheet shows
+/// it. The template does not decide this.
 DWORD pageStyle(DWORD style) noexcept {
     constexpr DWORD ofWindowsAlone = WS_CAPTION | WS_SYSMENU | WS_POPUP | WS_DISABLED | WS_VISIBLE;
     return (style & ~ofWindowsAlone) | WS_CHILD | WS_TABSTOP | DS_CONTROL;

@@ -28,7 +28,7 @@ class Output {
 public:
     Output(Unit* buffer, int size) noexcept : m_buffer(buffer), m_size(size) {}
 
-    /// Writes all units of one character, or none of them if they do not fit.
+    /// Writes all units of one character. Writes nothing if the buffer has no space for all units.
     template <typename Source>
     void put(const Source* units, int count) noexcept {
         if (m_size == 0) {

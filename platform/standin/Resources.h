@@ -29,7 +29,7 @@ namespace eq::standin::system {
 //
 // FindResourceExA and FindResourceExW search the languages in this order: the requested language, its primary language,
 // neutral. A request for neutral continues with the system's language, its primary language, and US English. A null
-// module is the program. The text "#141" is the number 141. Narrow texts are in the ANSI code page.
+// module means the program. The name "#141" means the number 141. Narrow texts are in the ANSI code page.
 
 #define EQ_IN_kernel32(DECLARATION) DECLARATION;
 #define EQ_IN_user32(DECLARATION)

@@ -118,7 +118,7 @@ bool apply(const DCB& state, termios& settings) noexcept {
                        (state.StopBits == ONESTOPBIT || state.StopBits == TWOSTOPBITS);
     if (!known) return false;
 
-    // Ports of Win32 never change bytes.
+    // A serial port of Win32 sends and receives all bytes unchanged.
     cfmakeraw(&settings);
     cfsetspeed(&settings, speed->code);
     settings.c_cflag &= ~tcflag_t{CSIZE | PARENB | PARODD | CSTOPB};

@@ -4,7 +4,7 @@
 
 namespace eq::standin {
 
-/// Writes "caption: text" and a line feed to standard error, in UTF-8. This is the stand-in's message box.
+/// Writes "caption: text" and a line feed to standard error, in UTF-8. On Linux this output replaces a message box.
 void writeToStandardError(std::wstring_view caption, std::wstring_view text);
 
 } // namespace eq::standin

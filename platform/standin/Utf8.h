@@ -13,8 +13,9 @@ struct DecodedCharacter {
     bool valid; // false: the units replace unreadable bytes
 };
 
-/// Decodes the first character of a text, which must not be empty. A broken sequence becomes one U+FFFD. The sequence
-/// ends before the byte that breaks it, but includes a first continuation byte of a wrong range.
+/// Decodes the first character of a text, which must not be empty. A broken sequence becomes one U+FFFD. A broken
+/// sequence ends before the byte that breaks it. If this byte is the first continuation byte and only its range is
+/// wrong, the sequence includes the byte.
 DecodedCharacter decodeUtf8(std::string_view text) noexcept;
 
 /// An encoded character, in UTF-8.

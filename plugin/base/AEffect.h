@@ -45,7 +45,7 @@ struct AEffect {
     int32 realQualities;
     int32 offQualities;
     float ioRatio;
-    void* object;                        ///< the object of the effect
+    void* object;                        ///< the C++ object that implements the effect
     void* user;                          ///< unused; free for the effect
     int32 uniqueID;                      ///< the effect's id, four characters as a number
     int32 version;                       ///< the effect's version

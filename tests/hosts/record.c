@@ -2,9 +2,9 @@
 //
 //   record ZamEQ2|Equalizer PATH
 //
-// Compares the record of the effect in PATH with the published layout. ZamEQ2 is an effect of other authors, which
-// proves the layout. For the Equalizer, also compares texts, sound and version. Prints "PATH is as published", or
-// prints each fault and exits with 1.
+// Compares the record of the effect in PATH with the published layout. The record of ZamEQ2, an effect of other
+// authors, proves that the layout in this file is right. For the Equalizer, also compares texts, sound and version.
+// Prints "PATH is as published", or prints each fault and exits with 1.
 
 #ifdef _WIN32
 #include <windows.h>

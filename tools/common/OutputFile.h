@@ -63,8 +63,8 @@ private:
 [[nodiscard]] std::filesystem::path behindLinks(std::filesystem::path place);
 
 /// Opens each standard stream that is closed. Otherwise the next opened file would get the number of that stream, and
-/// would receive messages. Such a stream can be neither read nor written. Call this function once, at the start of the
-/// process.
+/// would receive messages. A stream that this function opens can be neither read nor written. Call this function once,
+/// at the start of the process.
 void holdStandardStreams();
 
 /// Installs a handler that removes the temporary files before a signal ends the process. Ignores SIGPIPE and SIGXFSZ,

@@ -14,7 +14,7 @@
 namespace eq {
 namespace {
 
-/// Returns the message with the name of the input, unless it already names a file of the job.
+/// Returns the message with the name of the input, unless the message already names a file of the job.
 std::string messageFor(const FileJob& job, const std::string& message) {
     const bool namesFile = message.find(job.input) != std::string::npos ||
                            (!job.output.empty() && message.find(job.output) != std::string::npos);

@@ -13,7 +13,8 @@ enum class FileOutcome { Written, Skipped, Failed };
 /// Processes many files in several threads. A file that fails causes a message, and does not affect the other files.
 class Batch {
 public:
-    /// A function that processes one file. Several threads call it. An exception is a failure of the file.
+    /// A function that processes one file. Several threads call it. An exception means that the file could not be
+    /// processed.
     using Work = std::function<FileOutcome(const FileJob&)>;
 
     /// Calls `work` for each file, and returns after the last one. `threads` is the number of threads, including the

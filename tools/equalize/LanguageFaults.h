@@ -5,8 +5,8 @@
 
 namespace eq {
 
-/// Returns the reason why the library in `folder` may create no instance: the first fault of a broken language file in
-/// this folder. The text also names the command that shows all faults.
+/// Call this function if the library in `folder` creates no instance. Returns the probable reason, which is the first
+/// fault of a broken language file in this folder, and the command that shows all faults.
 [[nodiscard]] std::string languageFaultText(const std::filesystem::path& folder);
 
 } // namespace eq

@@ -8,7 +8,8 @@
 
 namespace eq {
 
-/// Returns a table of the parameters of new instances with the settings, one instance after the other. Frequencies and
+/// Returns a table of the parameters. If the settings need several effects, the table lists the parameters of each
+/// effect in turn. The function creates instances of the effect, and reads their names and values. Frequencies and
 /// their ranges are as heard at the sampling rate of `frequencies`. Throws FileError.
 [[nodiscard]] std::string parameterTable(const EffectLibrary& library, const Settings::Series& settings,
                                          const FrequencyMap& frequencies);

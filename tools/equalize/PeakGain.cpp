@@ -36,7 +36,7 @@ double PeakGain::gainFor(const SamplePeaks& peaks, int format, bool isDithered) 
     if (peaks.level() == 0.0) return 1.0;
 
     // Integers range from -1 to one step below 1. Samples are floats with 24 significant bits, so the step is never
-    // smaller than that of 24-bit integers. The noise is at most one step.
+    // smaller than the step of 24-bit integers. The noise is at most one step.
     constexpr int FloatBits = 24;
     const int bits = integerBits(format);
     const double step = bits == 0 ? 0.0 : std::ldexp(1.0, 1 - std::min(bits, FloatBits));
@@ -46,7 +46,7 @@ double PeakGain::gainFor(const SamplePeaks& peaks, int format, bool isDithered) 
     const auto high = static_cast<double>(peaks.highest);
     const auto low = -static_cast<double>(peaks.lowest);
     constexpr double Any = std::numeric_limits<double>::infinity();
-    // NOLINTNEXTLINE(bugprone-narrowing-conversions): the check takes infinity for a conversion
+    // NOLINTNEXTLINE(bugprone-narrowing-conversions): the check mistakes infinity for a conversion
     const double fitting = std::min(high > 0.0 ? highLimit / high : Any, low > 0.0 ? lowLimit / low : Any);
     if (m_level) return std::min(std::pow(10.0, *m_level / 20.0) / peaks.level(), fitting);
 

@@ -21,7 +21,7 @@ class PeakGain {
 public:
     /// Sets the level of the highest sample, such as "-1" or "-1 dB", from -100 to 0 dB. Throws UsageError.
     void setLevel(std::string_view decibels);
-    /// Lets the gain lower sound that would clip, and change no other sound.
+    /// Selects a gain that lowers sound that would clip, and leaves all other sound unchanged.
     void setHeadroom() { m_isHeadroom = true; }
 
     /// Returns true if a gain is wanted. The file must then be read twice.

@@ -34,7 +34,7 @@ std::optional<ParameterKind> bandParameterKind(std::string_view symbol) {
     return std::nullopt;
 }
 
-/// Returns the rate for which the imported bells are converted. Without the correction, it is the rate for which the
+/// Returns the rate for which the imported bells are converted. Without the correction, this is the rate for which the
 /// effect designs its filters.
 int rateOfImport(const FrequencyMap& frequencies) {
     return frequencies.isCorrected() ? frequencies.sampleRate() : static_cast<int>(DesignRate);

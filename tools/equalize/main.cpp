@@ -40,9 +40,9 @@ constexpr const char* Footer = R"(A preset has lines 'name = value', and comment
 all names. --volume and --band override a preset or an imported file, and --set
 overrides them all.
 
-OUTPUT has the format that its extension names, and the sample format of INPUT
-if the format permits it. Tags, pictures and chunks are copied. OUTPUT appears
-when it is complete, and may be the same file as INPUT.
+The extension of OUTPUT selects its format. OUTPUT has the sample format of
+INPUT if the format permits it. Tags, pictures and chunks are copied. OUTPUT
+appears when it is complete, and may be the same file as INPUT.
 
 With --output-dir, --suffix or both, every file argument is an INPUT. A file
 that fails does not affect the others.
@@ -94,7 +94,7 @@ void declare(CLI::App& app, Options& options) {
     app.add_flag("--list-presets", options.listPresets, "show the factory presets");
     app.add_option("--save-preset", options.savePreset, "write the settings into a file")->type_name("FILE");
     app.add_option("--import", options.import,
-                   "file with the filters of Equalizer APO, REW or AutoEq; more than four run through several effects")
+                   "file with the filters of Equalizer APO, REW or AutoEq; more than four run in several effects")
         ->type_name("FILE");
     app.add_flag("--fit", options.fit, "approximate a file of --import that has no exact form, and show the deviation");
     app.add_option("--bands", options.fitBands, "the largest number of bands for --fit, 1 to 32; 8 if not given")
@@ -106,14 +106,14 @@ void declare(CLI::App& app, Options& options) {
         ->type_name("FILE");
     app.add_option("--plot", options.plot, "draw the response into an SVG file")->type_name("FILE");
     app.add_option("--normalize", options.normalize,
-                   "apply a gain after the effect, so that the highest sample has this level, -100 to 0 dB below full "
-                   "scale; reads INPUT twice")
+                   "apply a gain after the effect, so that the highest sample has this level, -100 to 0 dB relative to "
+                   "full scale; reads INPUT twice")
         ->type_name("DB");
     app.add_flag("--headroom", options.headroom,
-                 "lower the sound after the effect until it does not clip; reads INPUT twice");
+                 "lower the sound after the effect if it would clip; reads INPUT twice");
     app.add_flag("--dither", options.dither,
                  "add noise of one step before rounding to integers; the same noise in each run");
-    app.add_option("--plugin", options.plugin, "the effect's library, if not the one that came with this program")
+    app.add_option("--plugin", options.plugin, "the effect's library, if not the library that came with this program")
         ->type_name("PATH");
     app.add_option("--block", options.blockFrames, "frames to process at a time, 2048 if not given")
         ->type_name("FRAMES")
@@ -130,7 +130,7 @@ void declare(CLI::App& app, Options& options) {
         ->check(CLI::Range(0.0, AudioWriter::BestQuality).description(""));
     app.add_flag("--keep-latency", options.keepLatency, "leave the effect's delay before the sound");
     app.add_flag("--no-rate-correction", options.noRateCorrection,
-                 "send the frequencies to the effect as given, also if the file's sampling rate is not 44100 Hz");
+                 "do not correct the frequencies for a file whose sampling rate is not 44100 Hz");
     app.add_flag("--replace-nan", options.replaceNan,
                  "replace samples that are infinite or not a number by 0; without this option they are an error");
     app.add_flag("--list", options.list, "show the parameters, their ranges, and their values with these settings");

@@ -79,7 +79,7 @@ std::string firstLacked(std::wstring_view text, UINT codepage) {
     return inUtf8(text);
 }
 
-/// Converts the lines of a text in UTF-8 to those of a language file.
+/// Converts the lines of a text in UTF-8 to the lines of a language file.
 class ToLanguageFile {
 public:
     ToLanguageFile(const std::string& from, const std::string& to, std::string_view text)

@@ -47,8 +47,8 @@ void printFinding(const Finding& finding) {
     std::printf("%s\n", printable(placeOf(finding) + " " + severity + finding.text).c_str());
 }
 
-/// Writes a hint, with line breaks between words. The lines are indented, so that none of them looks like the form
-/// "file:line: text" of a finding.
+/// Writes a hint, with line breaks between words. The lines are indented, so that no line looks like a finding,
+/// "file:line: text".
 void printHint(const std::string& hint) {
     std::istringstream words(printable(hint));
     std::string line;

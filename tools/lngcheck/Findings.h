@@ -9,8 +9,8 @@ namespace eq {
 namespace lngcheck {
 
 enum class Severity {
-    Fault,   ///< a text is lost or wrong, or the library reads no file
-    Warning, ///< may be intended, but will not look right on each system
+    Fault,   ///< a text is lost or wrong, or the library refuses all files
+    Warning, ///< may be intended, but looks wrong on some systems
     Note,
 };
 

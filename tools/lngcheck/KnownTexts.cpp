@@ -34,7 +34,7 @@ std::vector<KnownText> makeTexts() {
         {"IDD_Options_Freq", LeftLabel},
         {"IDD_Options_20Hz", LeftLabel},
         {"IDD_Options_p10dB", LeftLabel},
-        {"IDD_Options_Gain", RightLabel}, // also at the left, with the width LeftLabel
+        {"IDD_Options_Gain", RightLabel}, // also shown at the left, where it may be LeftLabel wide
         {"IDD_Options_m10dB", LeftLabel},
         {"IDD_Options_B1", ColumnName},
         {"IDD_Options_B2", ColumnName},

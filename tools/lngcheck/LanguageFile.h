@@ -35,7 +35,7 @@ struct LanguageFile {
     std::string name; ///< without the folder
     WORD language = 0;
     bool isReadable = false; ///< false if one fault of the whole file explains all missing texts
-    bool isBroken = false;   ///< because of this file, the library reads no language file
+    bool isBroken = false;   ///< true if a fault of this file makes the library refuse all files
     std::vector<Definition> definitions;
     std::vector<ContextLine> contexts;
     std::vector<std::string> droppedKeys; ///< the keys of lines before the first context

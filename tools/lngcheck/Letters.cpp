@@ -19,7 +19,7 @@ constexpr bool isIn(wchar_t c, wchar_t first, wchar_t last) noexcept {
 
 Script scriptOf(wchar_t c) noexcept {
     if (isIn(c, L'A', L'Z') || isIn(c, L'a', L'z')) return Script::Latin;
-    // The signs for multiplication and division are no letters.
+    // The signs for multiplication and division are not letters.
     if (isIn(c, 0xC0, 0x24F) && c != 0xD7 && c != 0xF7) return Script::Latin;
     if (isIn(c, 0x1E00, 0x1EFF)) return Script::Latin;
     if (isIn(c, 0x386, 0x3FF) && c != 0x387) return Script::Greek;

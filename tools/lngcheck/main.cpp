@@ -53,13 +53,13 @@ struct Options {
 };
 
 constexpr const char* Footer = R"(Each finding is a line 'file:line: text'. A fault means that a text or the whole
-file is lost. A finding with 'warning:' is about a text that may not look right.
+file is lost. A finding with 'warning:' is about a text that may look wrong.
 The indented line below a finding is advice.
 
 --override, --system and --explain need one FOLDER. They show which files the
 library would read if it were installed in this folder. Without --override or
 --system, they use the setting or the system language of this computer. The
-language 0 is none.
+language 0 means no language.
 
 Exit codes: 0 no faults; 1 faults, or a file that cannot be read or written;
 2 bad usage.
@@ -75,17 +75,18 @@ Examples:
 void declare(CLI::App& app, Options& options) {
     app.footer(Footer);
     app.add_option("PATH", options.paths, "language files, and folders with language files");
-    app.add_option("--reference", options.reference, "report keys that this file has and others lack")
+    app.add_option("--reference", options.reference, "report keys that this file has and the other files lack")
         ->type_name("FILE");
     app.add_option(
            "--pseudo", options.pseudo,
-           "write the reference's texts with accents and longer, to see which texts are cut off or not translated")
+           "write the reference's texts longer and with accents, so that texts that are cut off or not translated "
+           "become visible")
         ->type_name("OUT");
     app.add_option("--override", options.overrideLanguage, "show the order of reading for this language setting")
         ->type_name("ID");
     app.add_option("--system", options.systemLanguage, "show the order of reading for this system language")
         ->type_name("ID");
-    app.add_option("--explain", options.keysToExplain, "show which file the text of a key comes from; repeatable")
+    app.add_option("--explain", options.keysToExplain, "show the file that contains the text of a key; repeatable")
         ->type_name("KEY")
         ->allow_extra_args(false);
     app.add_option("--init", options.init, "write a new language file with all keys, and the English texts as comments")
@@ -96,9 +97,9 @@ void declare(CLI::App& app, Options& options) {
                    "ends in .lng is the language file")
         ->type_name("IN OUT")
         ->expected(2);
-    app.add_flag("--json", options.json, "write each finding as a JSON object in a line of its own");
+    app.add_flag("--json", options.json, "write each finding as a JSON object on a separate line");
     app.add_flag("--stats", options.stats, "write a table of the languages instead of the findings");
-    app.add_flag("--strict", options.strict, "let warnings count as faults");
+    app.add_flag("--strict", options.strict, "treat warnings as faults");
     app.add_flag("--quiet", options.quiet, "write no summary");
 }
 
@@ -108,7 +109,7 @@ bool isFolder(const std::string& path) {
 }
 
 bool isLanguageFile(const std::filesystem::directory_entry& entry) {
-    std::error_code ignored; // for a loop of links, which is no folder; reading it fails later
+    std::error_code ignored; // a loop of links counts as a file; reading it fails later
     return !entry.is_directory(ignored) && CompareNoCase(fromPath(entry.path().extension()), ".lng") == 0;
 }
 
@@ -225,7 +226,7 @@ void writePseudo(const Options& options, const LanguageFile& reference) {
 void writeInit(const std::vector<std::string>& idAndFile) {
     constexpr int Largest = 0xFFFF;
     const std::optional<int> id = parseIndex(idAndFile.front());
-    if (!id || *id > Largest) throw UsageError("--init: " + eq::quoted(idAndFile.front()) + " is no language id");
+    if (!id || *id > Largest) throw UsageError("--init: " + eq::quoted(idAndFile.front()) + " is not a language id");
     writeNewFile(static_cast<WORD>(*id), idAndFile.back());
 }
 

@@ -22,7 +22,8 @@ namespace eq {
 
 namespace {
 
-/// Rewrites a resource that was found, and returns its handle. The wedge rewrites a resource only here.
+/// Rewrites a resource that was found, and returns its handle. All functions of the wedge that find resources call this
+/// function.
 template <typename Text>
 HRSRC prepared(HMODULE module, HRSRC found, Text type) noexcept {
     return found ? wedgeState().resourceCache.Prepare(module, found, reinterpret_cast<std::uintptr_t>(type)) : nullptr;
@@ -36,8 +37,8 @@ int giveString(const Character* text, std::size_t length, Character* buffer) noe
     return static_cast<int>(length);
 }
 
-/// Returns the result of `load`, whose argument is the room without the terminator. Returns 0 if the buffer has no room
-/// for a terminator or if `load` throws.
+/// Returns the result of `load`, whose argument is the size of the buffer without the terminator. Returns 0 if the
+/// buffer has no room for a terminator or if `load` throws.
 template <typename Load>
 int loadString(int room, const Load& load) noexcept {
     if (room <= 0) return 0;

@@ -22,7 +22,7 @@ struct WedgeState {
     SheetContext sheets;
 };
 
-/// Returns the one state of the process.
+/// Returns the only WedgeState of the process.
 [[nodiscard]] WedgeState& wedgeState() noexcept;
 
 } // namespace eq

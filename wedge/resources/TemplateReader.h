@@ -13,7 +13,7 @@ namespace eq {
 /// no bytes beyond the range.
 inline constexpr std::size_t TemplateRange = 0x10000;
 
-/// Reads a compiled template and writes the new template, element by element.
+/// Copies a compiled template element by element, and rewrites its texts. The copy is the new template.
 class TemplateReader {
 public:
     TemplateReader() = default;

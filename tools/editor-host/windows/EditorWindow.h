@@ -33,7 +33,7 @@ private:
     const WindowOptions& m_options;
     HWND m_window = nullptr;
     HWND m_focused = nullptr;     // the control that had the keyboard focus when the window was last active
-    std::exception_ptr m_failure; // of the timer; `run` throws it, because it must not pass through the system's code
+    std::exception_ptr m_failure; // the timer's failure, which `run` throws: no exception may pass the system's code
 };
 
 } // namespace eq

@@ -41,7 +41,7 @@ void OggPageWatch::add(std::string_view bytes) {
 void OggPageWatch::takeHeader() {
     BinaryReader page(m_header.data(), m_header.size());
     if (page.readBytes(4) != "OggS") {
-        m_isOver = true; // not a page: libsndfile finds the next page, or the sound ends here
+        m_isOver = true; // not a page: libsndfile skips it, or the sound ends
         return;
     }
     page.skip(1);

@@ -64,7 +64,8 @@ PipeLayout layoutOfWav(PipeSource& source, std::endian order) {
 }
 
 PipeLayout layoutOfAu(PipeSource& source) {
-    // The bytes per sample of each encoding; 0 for unknown encodings and for those that code their samples in blocks.
+    // The bytes per sample of each encoding; 0 for an unknown encoding, and for an encoding that codes samples in
+    // blocks.
     constexpr std::array<std::uint64_t, 28> SampleBytes = {0, 1, 1, 2, 3, 4, 4, 8, 0, 0, 0, 0, 0, 0,
                                                            0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1};
     BinaryReader header = headAt(source, 4, 20, std::endian::big);

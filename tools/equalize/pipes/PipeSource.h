@@ -26,7 +26,7 @@ public:
     [[nodiscard]] const std::string& name() const { return m_name; }
 
     /// Returns the first `count` bytes, or fewer if the pipe ends or if `count` exceeds `KeptBytes`. Call this function
-    /// only before bytes after the kept ones are read. Throws FileError.
+    /// only before bytes after the kept bytes are read. Throws FileError.
     [[nodiscard]] std::string_view head(std::size_t count);
     /// Returns the kept bytes that have been read so far.
     [[nodiscard]] const std::string& kept() const { return m_kept; }
@@ -37,7 +37,7 @@ public:
     /// no chunks after the sound, and leaves the sound in the pipe. The initial limit is `KeptBytes`.
     void limitParsing(std::uint64_t end) { m_end = end; }
     void endParsing() { m_end = std::numeric_limits<std::uint64_t>::max(); }
-    /// Starts a check of the pages of an Ogg stream. Call this function before bytes after the kept ones are read.
+    /// Starts a check of the pages of an Ogg stream. Call this function before bytes after the kept bytes are read.
     void watchOgg();
 
     /// Returns the functions for `sf_open_virtual`. Their data pointer is the PipeSource. They report `Length` as the

@@ -12,8 +12,8 @@ struct Bell {
     double q;
 };
 
-/// Returns the range of frequencies in Hz that a bell can have at a rate. The effect designs its filters for 44100 Hz,
-/// so another rate scales the range.
+/// Returns the range of frequencies in Hz that a bell can have at a rate. The range is proportional to the rate,
+/// because the effect designs its filters for 44100 Hz.
 [[nodiscard]] ValueRange bellFrequencyRange(int sampleRate);
 
 /// Returns the q of the bell with the same transfer function as a biquad with the Q `biquadQ`:

@@ -29,7 +29,7 @@ struct CurvePoint {
 };
 
 /// The contents of a settings file of Equalizer APO, REW or AutoEq. The decimal separator may be a point or a comma.
-/// Upper and lower case are the same.
+/// Case does not matter.
 struct FilterText {
     std::string name;
     std::vector<TextFilter> filters; ///< without filters that are off
@@ -37,7 +37,7 @@ struct FilterText {
     int preampLine = 0;
     std::vector<CurvePoint> curve; ///< sorted by frequency; empty without a GraphicEQ line
     int curveLine = 0;
-    std::vector<int> otherLines; ///< lines that are no settings, such as a title
+    std::vector<int> otherLines; ///< lines that are not settings, such as a title
 
     /// These functions return the contents of a file or stream. `name` is the file's name in messages. They throw
     /// FileError, which names the line, for a wrong line and for a line without an equivalent in this program.

@@ -44,7 +44,7 @@ std::optional<std::vector<Bell>> exactBellsWithin(const FilterText& text, int sa
 ImportedFile::ImportedFile(const std::filesystem::path& file, std::optional<Fit> fit, Notice notice)
     : m_text(FilterText::read(file)), m_fit(fit), m_notice(std::move(notice)) {
     if (!m_text.otherLines.empty())
-        m_notice(m_text.name + ": not used, because they are no settings: " +
+        m_notice(m_text.name + ": not used, because they are not settings: " +
                  (m_text.otherLines.size() == 1 ? "line " : "lines ") + listOf(m_text.otherLines));
 }
 
@@ -66,7 +66,7 @@ ImportedFile::Bells ImportedFile::convert(int sampleRate) const {
     if (!m_fit) return {exactBells(m_text, sampleRate), m_text.preamp};
     if (std::optional<std::vector<Bell>> exact = exactBellsWithin(m_text, sampleRate, m_fit->mostBells))
         return {*std::move(exact), m_text.preamp, 0.0, fitRange(sampleRate).lowest};
-    // The level of a curve is free. The fit chooses it, within the range of the volume.
+    // A curve has no fixed level. The fit chooses the level, within the range of the volume.
     const ValueRange level = {VolumeRange.lowest - m_text.preamp, VolumeRange.highest - m_text.preamp};
     const ValueRange offsets = m_text.curve.empty() ? ValueRange{0.0, 0.0} : level;
     BellFit fit = fitBells(TargetResponse(m_text, sampleRate), sampleRate, m_fit->mostBells, offsets);

@@ -27,7 +27,7 @@ void requireCompleteData(const SoundDataSize& size) {
 }
 
 /// Throws FileError if the header leaves the length open and libsndfile cannot read the sound to the end of the file.
-/// An AIFF file has up to 8 bytes in front of the sound, which the size includes.
+/// In an AIFF file, the size also includes up to 8 bytes in front of the sound.
 void requireWholeSound(const SoundDataSize& size, const SF_INFO& info) {
     constexpr std::uint64_t AiffHead = 8;
     if (!size.isOpen) return;
@@ -51,7 +51,7 @@ bool isOpen(const PipeLayout& layout) {
 
 /// Changes the sizes in the kept header so that libsndfile reads the sound to the end of the pipe. libsndfile does so
 /// for an AU file with the largest size, and for a WAV file with the outer size 8 and the sound's size 0. Programs
-/// write the sizes 8 and 0 before they know the real ones.
+/// write the sizes 8 and 0 before they know the real sizes.
 void leaveSizeOpen(PipeSource& pipe, const PipeLayout& layout) {
     constexpr std::uint64_t OuterSizePosition = 4;
     if (layout.hasChunks) {
@@ -109,8 +109,8 @@ void AudioReader::openFile() {
 void AudioReader::openPipe(PipeSource& pipe) {
     const PipeLayout& layout = m_input.layout();
     const bool isSizeOpen = isOpen(layout);
-    // Only one thread at a time can open a file, so this thread must not wait for the pipe while it does so. Receive
-    // the bytes first: after the header, the decoders of Ogg and FLAC read fewer bytes than this.
+    // Only one thread at a time can open a sound, so no thread may wait for its pipe during the opening. Receive enough
+    // bytes before: to open a sound, the decoders of Ogg and FLAC read fewer than `ReadAhead` bytes after the header.
     constexpr std::size_t ReadAhead = 16384;
     if (layout.soundBegin != 0)
         pipe.limitParsing(layout.soundBegin);

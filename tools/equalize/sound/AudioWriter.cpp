@@ -197,7 +197,8 @@ void AudioWriter::finish() {
     }
     m_file.reset();
     if (m_sink.error != 0) throw systemError(m_name, m_sink.error);
-    // In some formats, a file without sound cannot be read back, and tags cannot be added to it. Find this out first.
+    // In some formats, a file without sound cannot be read back, and tags cannot be added to it. Check the file before
+    // the tags are added.
     if (m_framesWritten == 0) verify();
     m_metadata.addAfterSound(FileBytes(m_sink.descriptor, m_name));
     verify();

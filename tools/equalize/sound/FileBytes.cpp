@@ -64,7 +64,7 @@ void FileBytes::replace(std::uint64_t position, std::uint64_t count, std::string
         copy(*this, tail, newTail, end - tail);
         truncate(newTail + (end - tail));
     } else {
-        // Move the last piece first, so that no piece overwrites another that is not moved yet.
+        // Move the last piece first, so that no piece overwrites another piece that is not moved yet.
         for (std::uint64_t left = end - tail; left > 0;) {
             const std::uint64_t size = std::min(left, PieceSize);
             left -= size;

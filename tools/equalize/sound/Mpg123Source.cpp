@@ -151,7 +151,8 @@ sf_count_t Mpg123Source::read(float* interleaved, sf_count_t frames) {
             m_error = "the sampling rate or the number of channels changes";
             break;
         }
-        // The reader fails because the last frame is cut off. In a file, such a frame is no error, either.
+        // The reader fails because the last frame of the pipe is cut off. Ignore this failure, because a file with such
+        // a frame is accepted, too.
         if (m_stream.pipe && mpg123_errcode(m_decoder.get()) == MPG123_ERR_READER) break;
         if (result != MPG123_OK) {
             m_error = mpg123_strerror(m_decoder.get());

@@ -31,7 +31,7 @@ std::string faultOfOgg(const std::string& file) {
         stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
         BinaryReader page(bytes.data(), static_cast<std::size_t>(stream.gcount()));
         try {
-            if (page.readBytes(4) != "OggS") return ""; // libsndfile finds another page, or the sound ends
+            if (page.readBytes(4) != "OggS") return ""; // not a page: libsndfile skips it, or the sound ends
             page.skip(1);
             const bool beginsStream = (page.read<std::uint8_t>() & BeginOfStream) != 0;
             if (beginsStream && hasSound) return OggPageWatch::severalStreams(position);

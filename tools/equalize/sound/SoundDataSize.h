@@ -27,8 +27,8 @@ struct SoundDataSize {
 /// Returns nothing for other kinds of files, and for a path that does not name a regular file. Throws FileError if the
 /// size is damaged and the end of the sound is not certain.
 ///
-/// libsndfile does not report these faults. It reads a file that is cut off without an error. It finds no sound if a
-/// program that wrote into a pipe could not fill in the size.
+/// libsndfile does not report these faults. If a file is cut off, libsndfile reads the part that exists, and reports no
+/// error. If a program wrote the file into a pipe and could not fill in the size, libsndfile finds no sound.
 [[nodiscard]] std::optional<SoundDataSize> soundDataSizeOf(const std::string& file);
 
 /// Returns whether a header that states `frames` frames leaves the length open. Its size in bytes is then a value that

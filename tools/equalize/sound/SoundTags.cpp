@@ -265,7 +265,7 @@ std::string SoundTags::id3() {
     tag.setProperties(m_properties); // keeps the frames that are not properties
     for (const ByteVector& bytes : m_pictures) {
         const TagLib::FLAC::Picture block(bytes);
-        // The tag deletes the frame.
+        // The tag becomes the owner of the frame, and deletes it.
         auto* const frame = new TagLib::ID3v2::AttachedPictureFrame;
         frame->setTextEncoding(String::UTF8);
         frame->setType(static_cast<TagLib::ID3v2::AttachedPictureFrame::Type>(block.type()));

@@ -84,7 +84,7 @@ Speakers fixedLayout(const SF_INFO& info) {
 }
 
 /// Returns the speakers that a comment of a FLAC file names, or an empty list. Programs write this comment if the
-/// speakers are not the fixed ones. It contains the channel mask of extensible WAV.
+/// speakers differ from the fixed order of FLAC. The comment contains a channel mask in the form of extensible WAV.
 Speakers speakersInComment(const FileDescriptor& file, int channels) {
     constexpr std::size_t Searched = 65536;
     constexpr std::string_view Key = "WAVEFORMATEXTENSIBLE_CHANNEL_MASK=0x";

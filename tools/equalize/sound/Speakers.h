@@ -28,8 +28,8 @@ struct ChannelOrder {
     Speakers speakers;        ///< of the output
 };
 
-/// Returns the order for an output with the channels of `input`, whose speakers are `speakers`. Returns nothing if the
-/// output's format has fixed speakers that differ from the input's speakers.
+/// Returns the order of the channels of `output`. `speakers` are the speakers of `input`, in its order. Returns nothing
+/// if the output's format has fixed speakers that differ from the input's speakers.
 [[nodiscard]] std::optional<ChannelOrder> orderFor(const SF_INFO& output, const SF_INFO& input,
                                                    const Speakers& speakers);
 

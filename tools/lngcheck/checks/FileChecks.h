@@ -38,7 +38,7 @@ void checkBackslashes(const LanguageFile& file, Findings& findings);
 
 // Accelerators.cpp
 
-/// Finds accelerator lines whose right side is no accelerator.
+/// Finds accelerator lines whose right side is not an accelerator.
 void checkAccelerators(const LanguageFile& file, Findings& findings);
 
 } // namespace lngcheck

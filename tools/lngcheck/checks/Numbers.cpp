@@ -28,7 +28,7 @@ Parts partsOf(std::wstring_view text) {
     Parts parts;
     std::wstring number;
     const auto endNumber = [&] {
-        // A sign without digits is no number.
+        // A sign without digits is not a number.
         if (!number.empty()) (isDigit(number.back()) ? parts.numbers.emplace_back(number) : parts.rest += number);
         number.clear();
     };
