@@ -1,5 +1,6 @@
 #include "plugin/base/AudioEffectX.h"
 
+#include "editor/EqualizerEditor.h"
 #include "tests/support/ScriptedHost.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +11,6 @@
 #include <numeric>
 #include <string>
 #include <type_traits>
-#include <utility>
 #include <vector>
 
 namespace eq {
@@ -300,6 +300,12 @@ TEST(EntryFunctions, LetNoExceptionReachTheHost) {
     EXPECT_EQ(record->dispatcher(record, effIdentify, 0, 0, nullptr, 0.0f), 0);
     EXPECT_EQ(record->dispatcher(record, effClose, 0, 0, nullptr, 0.0f), 1);
     EXPECT_EQ(ThrowingEffect::commands, 2);
+}
+
+TEST(EqualizerEditor, LeavesNoEditorIfItsConstructorThrows) {
+    ThrowingEffect effect;
+    EXPECT_THROW(EqualizerEditor editor(&effect), int);
+    EXPECT_EQ(effect.getAeffect()->flags, 0);
 }
 
 } // namespace

@@ -367,11 +367,6 @@ TEST_F(Editor, ContinuesAfterACloseOrAnOpeningOnAnotherThread) {
     effect->idle();
     EXPECT_EQ(automations(), (Automations{{Volume, 25 * 0.01f}, {Gain1, 0.75f}}));
     EXPECT_EQ(position(Gain1), 75);
-
-    dialog = effect->open(window.get());
-    EXPECT_FALSE(IsWindow(first));
-    effect->dispatch(effEditClose);
-    EXPECT_FALSE(IsWindow(dialog));
 }
 
 TEST_F(Editor, DisconnectsADialogOfAnotherThreadInItsDestructor) {

@@ -56,7 +56,6 @@ TEST(ParameterHandover, AcceptsArraysAfterItsNumbersHaveWrappedAround) {
     for (const std::uint32_t before : {1U, Wrap / 2, Wrap - 1, 0xFFFFFFFFU})
         for (const std::uint32_t changes :
              {0U, 1U, Wrap / 2 - 1, Wrap / 2 + 1, Wrap - Limit - 1, Wrap - Limit, Wrap - 1}) {
-            SCOPED_TRACE(testing::Message() << before << " " << changes);
             const bool isNew = changes < Wrap - Limit;
             float values[ParameterCount] = {};
             ParameterHandover handover;
@@ -64,7 +63,7 @@ TEST(ParameterHandover, AcceptsArraysAfterItsNumbersHaveWrappedAround) {
             EXPECT_TRUE(handover.take(values));
             handover.put(values, before + changes);
             EXPECT_EQ(handover.pending(), isNew);
-            EXPECT_EQ(handover.take(values), isNew);
+            EXPECT_EQ(handover.take(values), isNew) << before << " " << changes;
         }
 }
 
