@@ -3,7 +3,6 @@
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/EqualizerReference.h"
 #include "tests/support/HostedEffect.h"
-#include "tests/support/ScriptedHost.h"
 
 #include <gtest/gtest.h>
 
@@ -166,15 +165,15 @@ TEST(ParametricEqualizer, LeaksNoMemoryIfAnAllocationFails) {
 }
 
 TEST(PluginMain, ReturnsNoEffectAfterTheCreationOfAnEditorHasFailed) {
-    const ScriptedHost host(2400);
+    const auto host = [](AEffect*, int32, int32, intptr, void*, float) -> intptr { return 2400; };
     {
         // The effect, its two scratch arrays and its two engines exist. The allocation of the editor fails.
         const allocations::Shortage shortage(5, 1);
-        EXPECT_EQ(pluginMain(ScriptedHost::callback), nullptr);
+        EXPECT_EQ(pluginMain(host), nullptr);
     }
-    EXPECT_EQ(pluginMain(ScriptedHost::callback), nullptr);
+    EXPECT_EQ(pluginMain(host), nullptr);
     EXPECT_TRUE(editorCreationFailed.exchange(false));
-    EXPECT_NO_THROW(HostedEffect(pluginMain(ScriptedHost::callback)));
+    EXPECT_NO_THROW(HostedEffect(pluginMain(host)));
 }
 
 TEST(ParametricEqualizer, LosesNoChangeThatInterruptsAnotherChange) {
