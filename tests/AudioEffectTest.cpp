@@ -1,12 +1,14 @@
 #include "plugin/base/AudioEffectX.h"
 
+#include "editor/EqualizerEditor.h"
 #include "tests/support/ScriptedHost.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cmath>
 #include <cstring>
-#include <limits>
+#include <numeric>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -63,6 +65,48 @@ TEST(AudioEffect, FillsTheRecordAndEachSetterChangesItsField) {
     EXPECT_EQ(record.flags & effFlagsHasEditor, 0);
 }
 
+TEST(AudioEffect, StoresTheRatesAndBlockSizesOfTheHost) {
+    PlainEffect effect;
+    const auto stores = [&effect](float rate, int32 frames) {
+        return effect.getSampleRate() == rate && effect.updateSampleRate() == rate && effect.getBlockSize() == frames &&
+               effect.updateBlockSize() == frames;
+    };
+    effect.dispatcher(effSetSampleRate, 0, 0, nullptr, 22050.0f);
+    effect.dispatcher(effSetBlockSize, 0, 64, nullptr, 0.0f);
+    EXPECT_TRUE(stores(22050.0f, 64));
+    EXPECT_EQ(effect.dispatcher(effSetBlockSizeAndSampleRate, 0, 512, nullptr, 96000.0f), 1);
+    EXPECT_TRUE(stores(96000.0f, 512));
+}
+
+TEST(AudioEffect, HasHarmlessOperationsThatNoOtherCodeCalls) {
+    PlainEffect effect;
+    EXPECT_EQ(effect.getParameter(0) + effect.getChannelParameter(0, 0), 0.0f);
+    EXPECT_EQ(effect.offlineGetNumPasses() + effect.offlineGetNumMetaPasses() + effect.getProgram(), 0);
+    effect.setProgram(2);
+    EXPECT_EQ(effect.getProgram(), 2);
+    for (const int32 opcode : {effEditGetRect, effEditOpen, effEditClose, effEditIdle})
+        EXPECT_EQ(effect.dispatcher(opcode, 0, 0, nullptr, 0.0f), 0); // there is no editor
+}
+
+TEST(AEffEditor, UpdatesOnceAfterEachRequest) {
+    struct PlainEditor : AEffEditor {
+        using AEffEditor::AEffEditor;
+        void update() override {
+            if (++updates == 2) postUpdate(); // the base clears the flag first, so this request counts
+        }
+        int updates = 0;
+    };
+    PlainEditor editor(nullptr);
+    ERect* rect = reinterpret_cast<ERect*>(&editor);
+    EXPECT_EQ(editor.open(rect) + editor.getRect(&rect), 0);
+    EXPECT_EQ(rect, nullptr);
+    for (const auto& [isRequested, updates] : {std::pair(false, 0), {true, 1}, {false, 1}, {true, 2}, {false, 3}}) {
+        if (isRequested) editor.postUpdate();
+        editor.idle();
+        EXPECT_EQ(editor.updates, updates);
+    }
+}
+
 TEST(AudioEffect, WritesNumbersInEightCharactersAndReturnsEmptyTextsByDefault) {
     PlainEffect effect;
     const auto written = [&effect](auto member, auto... arguments) {
@@ -73,11 +117,16 @@ TEST(AudioEffect, WritesNumbersInEightCharactersAndReturnsEmptyTextsByDefault) {
     using A = AudioEffect;
     EXPECT_EQ(written(&A::dB2string, 0.0f), "  -oo   ");
     EXPECT_EQ(written(&A::dB2string, 0.1f), "-20.0000");
+    EXPECT_EQ(written(&A::dB2string, 1.0f), "0.000000");
+    EXPECT_EQ(written(&A::dB2string, -1.0f), "  -oo   ");
     EXPECT_EQ(written(&A::Hz2string, 100.0f), "441.0000");
+    EXPECT_EQ(written(&A::Hz2string, 0.0f), "0.000000");
     EXPECT_EQ(written(&A::ms2string, 22050.0f), "500.0000");
-    EXPECT_EQ(written(&A::float2string, -1234567.0f), "-234567.");
-    EXPECT_EQ(written(&A::float2string, 100000000.0f), "as it was");
-    EXPECT_EQ(written(&A::float2string, std::numeric_limits<float>::quiet_NaN()), "as it was");
+    const std::pair<float, const char*> numbers[] = {
+        {1.5f, "1.500000"},        {-1.5f, "-1.50000"},       {10.0f, "10.00000"},         {-0.0f, "0.000000"},
+        {12345678.0f, "2345678."}, {99999992.0f, "9999992."}, {100000000.0f, "as it was"}, {NAN, "as it was"},
+        {-1234567.0f, "-234567."}, {-9999999.0f, "-999999."}, {-10000000.0f, "as it was"}};
+    for (const auto& [number, text] : numbers) EXPECT_EQ(written(&A::float2string, number), text) << number;
     EXPECT_EQ(written(&A::long2string, 5), "      5");
     EXPECT_EQ(written(&A::long2string, 99999999), "99999999");
     EXPECT_EQ(written(&A::long2string, 100000000), " Huge!  ");
@@ -194,16 +243,38 @@ std::vector<std::size_t> slotsOf(Member... members) {
     return {slotOf(members)...};
 }
 
-// Checks a sample of the operations. The sample reveals an operation that was added, removed or moved far. The
-// destructor is the first operation, and has two entries.
+// The destructor is the first operation, and has two entries.
 TEST(AudioEffect, KeepsTheOrderOfItsVirtualTable) {
     using A = AudioEffect;
     using X = AudioEffectX;
-    EXPECT_EQ(slotsOf(&A::setParameter, &A::dispatcher, &A::getVu, &A::setUniqueID, &A::hasVu, &A::masterIdle,
-                      &A::long2string, &X::wantEvents, &X::getNumCategories, &X::ioChanged, &X::getPreviousPlug,
-                      &X::getPlugCategory, &X::offlineRead, &X::offlineNotify, &X::isSynth, &X::updateDisplay,
-                      &X::setBypass, &X::canDo, &X::getVstVersion),
-              (std::vector<std::size_t>{2, 7, 17, 24, 27, 39, 46, 47, 56, 59, 66, 72, 80, 85, 97, 103, 107, 114, 121}));
+    const std::vector<std::size_t> slots = slotsOf(
+        &A::setParameter, &A::getParameter, &A::setParameterAutomated, &A::process, &A::processReplacing,
+        &A::dispatcher, &A::open, &A::close, &A::getProgram, &A::setProgram, &A::setProgramName, &A::getProgramName,
+        &A::getParameterLabel, &A::getParameterDisplay, &A::getParameterName, &A::getVu, &A::getChunk, &A::setChunk,
+        &A::setSampleRate, &A::setBlockSize, &A::suspend, &A::resume, &A::setUniqueID, &A::setNumInputs,
+        &A::setNumOutputs, &A::hasVu, &A::hasClip, &A::canMono, &A::canProcessReplacing, &A::programsAreChunks,
+        &A::setRealtimeQualities, &A::setOfflineQualities, &A::setInitialDelay, &A::getSampleRate, &A::getBlockSize,
+        &A::getMasterVersion, &A::getCurrentUniqueId, &A::masterIdle, &A::isInputConnected, &A::isOutputConnected,
+        &A::dB2string, &A::Hz2string, &A::ms2string, &A::float2string, &A::long2string, &X::wantEvents, &X::getTimeInfo,
+        &X::tempoAt, &X::processEvents, &X::getNumAutomatableParameters, &X::getParameterQuantization,
+        &X::canParameterBeAutomated, &X::string2parameter, &X::getChannelParameter, &X::getNumCategories,
+        &X::getProgramNameIndexed, &X::copyProgram, &X::ioChanged, &X::needIdle, &X::sizeWindow, &X::updateSampleRate,
+        &X::updateBlockSize, &X::getInputLatency, &X::getOutputLatency, &X::getPreviousPlug, &X::getNextPlug,
+        &X::inputConnected, &X::outputConnected, &X::getInputProperties, &X::getOutputProperties, &X::getPlugCategory,
+        &X::willProcessReplacing, &X::getCurrentProcessLevel, &X::getAutomationState, &X::wantAsyncOperation,
+        &X::hasExternalBuffer, &X::reportCurrentPosition, &X::reportDestinationBuffer, &X::offlineRead,
+        &X::offlineWrite, &X::offlineStart, &X::offlineGetCurrentPass, &X::offlineGetCurrentMetaPass, &X::offlineNotify,
+        &X::offlinePrepare, &X::offlineRun, &X::offlineGetNumPasses, &X::offlineGetNumMetaPasses,
+        &X::setOutputSamplerate, &X::getSpeakerArrangement, &X::getHostVendorString, &X::getHostProductString,
+        &X::getHostVendorVersion, &X::hostVendorSpecific, &X::canHostDo, &X::isSynth, &X::noTail, &X::getHostLanguage,
+        &X::openWindow, &X::closeWindow, &X::getDirectory, &X::updateDisplay, &X::processVariableIo,
+        &X::setSpeakerArrangement, &X::setBlockSizeAndSampleRate, &X::setBypass, &X::getEffectName, &X::getErrorText,
+        &X::getVendorString, &X::getProductString, &X::getVendorVersion, &X::vendorSpecific, &X::canDo, &X::getIcon,
+        &X::setViewPosition, &X::getGetTailSize, &X::fxIdle, &X::getParameterProperties, &X::keysRequired,
+        &X::getVstVersion);
+    std::vector<std::size_t> expected(slots.size());
+    std::iota(expected.begin(), expected.end(), 2);
+    EXPECT_EQ(slots, expected);
     using E = AEffEditor;
     EXPECT_EQ(slotsOf(&E::getRect, &E::open, &E::close, &E::idle, &E::update, &E::postUpdate),
               (std::vector<std::size_t>{2, 3, 4, 5, 6, 7}));
@@ -214,7 +285,10 @@ class ThrowingEffect : public PlainEffect {
     void processReplacing(float**, float**, int32) override { throw 1; }
     void setParameter(int32, float) override { throw 1; }
     float getParameter(int32) override { throw 1; }
-    intptr dispatcher(int32, int32, intptr, void*, float) override { throw 1; }
+    intptr dispatcher(int32, int32, intptr, void*, float) override { throw ++commands; }
+
+public:
+    static inline int commands = 0;
 };
 
 TEST(EntryFunctions, LetNoExceptionReachTheHost) {
@@ -225,6 +299,13 @@ TEST(EntryFunctions, LetNoExceptionReachTheHost) {
     EXPECT_EQ(record->getParameter(record, 0), 0.0f);
     EXPECT_EQ(record->dispatcher(record, effIdentify, 0, 0, nullptr, 0.0f), 0);
     EXPECT_EQ(record->dispatcher(record, effClose, 0, 0, nullptr, 0.0f), 1);
+    EXPECT_EQ(ThrowingEffect::commands, 2);
+}
+
+TEST(EqualizerEditor, LeavesNoEditorIfItsConstructorThrows) {
+    ThrowingEffect effect;
+    EXPECT_THROW(EqualizerEditor editor(&effect), int);
+    EXPECT_EQ(effect.getAeffect()->flags, 0);
 }
 
 } // namespace

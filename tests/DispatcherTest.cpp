@@ -38,6 +38,7 @@ public:
     int32 setChunk(void* data, int32 size, bool preset) override { return note(__func__, data, size, preset); }
 
     int32 processEvents(void* events) override { return note(__func__, events); }
+    int32 getNumCategories() override { return note(__func__); }
     bool canParameterBeAutomated(int32 i) override { return note(__func__, i); }
     bool string2parameter(int32 i, char* text) override { return note(__func__, i, text); }
     bool getProgramNameIndexed(int32 set, int32 i, char* text) override { return note(__func__, set, i, text); }
@@ -46,6 +47,9 @@ public:
     void outputConnected(int32 i, bool state) override { note(__func__, i, state); }
     bool getInputProperties(int32 i, void* properties) override { return note(__func__, i, properties); }
     bool getOutputProperties(int32 i, void* properties) override { return note(__func__, i, properties); }
+    int32 getPlugCategory() override { return note(__func__); }
+    int32 reportCurrentPosition() override { return note(__func__); }
+    intptr reportDestinationBuffer() override { return note(__func__); }
     bool offlineNotify(void* ptr, int32 files, bool start) override { return note(__func__, ptr, files, start); }
     bool offlinePrepare(void* offline, int32 count) override { return note(__func__, offline, count); }
     bool offlineRun(void* offline, int32 count) override { return note(__func__, offline, count); }
@@ -56,13 +60,19 @@ public:
     void setBlockSizeAndSampleRate(int32 frames, float rate) override { note(__func__, frames, rate); }
     bool setBypass(bool on) override { return note(__func__, on); }
     bool getEffectName(char* text) override { return note(__func__, text); }
+    bool getErrorText(char* text) override { return note(__func__, text); }
+    bool getVendorString(char* text) override { return note(__func__, text); }
+    bool getProductString(char* text) override { return note(__func__, text); }
     int32 getVendorVersion() override { return note(__func__); }
     int32 vendorSpecific(int32 a, int32 b, void* ptr, float f) override { return note(__func__, a, b, ptr, f); }
     int32 canDo(char* text) override { return note(__func__, text); }
+    int32 getGetTailSize() override { return note(__func__); }
+    int32 fxIdle() override { return note(__func__); }
     intptr getIcon() override { return note(__func__); }
     bool setViewPosition(int32 x, int32 y) override { return note(__func__, x, y); }
     bool getParameterProperties(int32 i, void* properties) override { return note(__func__, i, properties); }
     bool keysRequired() override { return note(__func__); }
+    int32 getVstVersion() override { return note(__func__); }
 
 private:
     template <typename... Arguments>
@@ -103,16 +113,20 @@ TEST(Dispatcher, CallsOneOperationForEachOpcode) {
     EXPECT_EQ(answers(13, 22), "=0; =0; =0; =0; =0; =0; =0; =0; =0; =1316373862; ");
     EXPECT_EQ(answers(23, 27), "getChunk p 1=7; setChunk p 1 1=7; processEvents p=7; canParameterBeAutomated 3=1; "
                                "string2parameter 3 p=1; ");
-    EXPECT_EQ(answers(28, 32), "=1; getProgramNameIndexed 1 3 p=1; copyProgram 3=1; inputConnected 3 1=1; "
-                               "outputConnected 3 1=1; ");
-    EXPECT_EQ(answers(33, 37), "getInputProperties 3 p=1; getOutputProperties 3 p=1; =0; =0; =0; ");
+    EXPECT_EQ(answers(28, 32),
+              "getNumCategories=7; getProgramNameIndexed 1 3 p=1; copyProgram 3=1; inputConnected 3 1=1; "
+              "outputConnected 3 1=1; ");
+    EXPECT_EQ(answers(33, 37), "getInputProperties 3 p=1; getOutputProperties 3 p=1; getPlugCategory=7; "
+                               "reportCurrentPosition=7; reportDestinationBuffer=7; ");
     EXPECT_EQ(answers(38, 41),
               "offlineNotify p 1 1=1; offlinePrepare p 1=1; offlineRun p 1=1; processVariableIo p=1; ");
     EXPECT_EQ(answers(42, 44), "setSpeakerArrangement 1 p=1; setBlockSizeAndSampleRate 1 0.5=1; setBypass 1=1; ");
     EXPECT_EQ(answers(45, 51),
-              "getEffectName p=1; =0; =0; =0; getVendorVersion=7; vendorSpecific 3 1 p 0.5=7; canDo p=7; ");
-    EXPECT_EQ(answers(52, 56), "=0; =0; getIcon=7; setViewPosition 3 1=1; getParameterProperties 3 p=1; ");
-    EXPECT_EQ(answers(57, 59), "keysRequired=0; =2; =0; "); // keysRequired is inverted
+              "getEffectName p=1; getErrorText p=1; getVendorString p=1; getProductString p=1; getVendorVersion=7; "
+              "vendorSpecific 3 1 p 0.5=7; canDo p=7; ");
+    EXPECT_EQ(answers(52, 56),
+              "getGetTailSize=7; fxIdle=7; getIcon=7; setViewPosition 3 1=1; getParameterProperties 3 p=1; ");
+    EXPECT_EQ(answers(57, 59), "keysRequired=0; getVstVersion=7; =0; "); // keysRequired is inverted
     EXPECT_EQ(answer(-1, 3, 1) + answer(INT32_MIN, 3, 1) + answer(INT32_MAX, 3, 1), "=0=0=0");
 }
 

@@ -20,6 +20,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <thread>
@@ -96,6 +99,16 @@ protected:
         SendMessageW(slider(parameter), TBM_SETPOS, TRUE, pos);
         SendMessageW(dialog, message, MAKEWPARAM(code, pos), reinterpret_cast<LPARAM>(slider(parameter)));
     }
+    /// Adds the buttons that a dialog may lack.
+    void addButtons() const {
+        for (const int id : {1004, 1005, 1006})
+            CreateWindowExW(0, L"BUTTON", L"", WS_CHILD, 0, 0, 9, 9, dialog,
+                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
+    }
+    void click(int id, unsigned notification = 0) const {
+        SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, notification),
+                     reinterpret_cast<LPARAM>(GetDlgItem(dialog, id)));
+    }
     /// Returns the changes that the host has received since the last call, as (parameter, value).
     std::vector<std::pair<int, float>> automations() {
         std::vector<std::pair<int, float>> found;
@@ -133,22 +146,38 @@ TEST_F(Editor, OpensWithTheEffectsValuesInTheReportedSizeAndChangesNothing) {
     EXPECT_EQ((std::array<LONG, 2>{closed.rect()->right, closed.rect()->bottom}),
               (std::array{client.right, client.bottom}));
     EXPECT_TRUE(client.right > 318 && client.bottom > 247);
+    EXPECT_TRUE(closed.rect()->left == 0 && closed.rect()->top == 0);
+    EXPECT_EQ(closed.rect(), closed.rect()); // the host may keep the address
 }
 
-TEST_F(Editor, OpensAndWorksWhileTheEffectIsSwitchedOff) {
-    effect->dispatch(effEditClose);
-    effect->dispatch(effMainsChanged, nullptr, 0, 0);
-    dialog = effect->open(window.get());
-    effect->set(1, 0.25f);
+TEST_F(Editor, ShowsEachParameterInItsSliderAndItsReadout) {
+    std::vector<int> expected(13);
+    const auto expectAllToBeShown = [&] {
+        EXPECT_EQ(positions(), expected);
+        for (std::size_t i = 0; i < 13; ++i) {
+            const std::string text = effect->display(static_cast<int32>(i));
+            EXPECT_EQ(readout(i), std::wstring(text.begin(), text.end())) << i;
+        }
+    };
+    for (int i = 0; i < 13; ++i) {
+        scroll(static_cast<std::size_t>(i), expected[i] = 20 + 5 * i, TB_ENDTRACK);
+        EXPECT_EQ(automations(), (Automations{{i, static_cast<float>(expected[i]) * 0.01f}}));
+    }
+    expectAllToBeShown();
+    for (int i = 0; i < 13; ++i) effect->set(i, (static_cast<float>(expected[i] = 95 - 7 * i) + 0.5f) / 100);
     effect->idle();
-    scroll(Volume, 0, TB_ENDTRACK);
-    EXPECT_EQ(position(1), 25);
-    effect->dispatch(effMainsChanged, nullptr, 0, 1);
-    EXPECT_EQ(readout(Volume), L"+12.0 dB");
-    std::vector<float> sound(8192, 0.125f);
-    float* channels[] = {sound.data(), sound.data() + 4096};
-    effect->record->processReplacing(effect->record, channels, channels, 4096);
-    EXPECT_NEAR(sound[4095], 0.125 * 3.98, 0.01); // 12 dB, fully faded in
+    expectAllToBeShown();
+}
+
+TEST_F(Editor, LimitsTheSliderButNotTheParameterToTheRange) {
+    for (const auto& [given, pos] :
+         {std::pair(NAN, 0), {1.5f, 150}, {-0.5f, -50}, {1e30f, 1000000000}, {-1e30f, -1000000000}}) {
+        effect->set(Volume, given);
+        effect->idle();
+        EXPECT_EQ(position(Volume), std::clamp(pos, 0, 100)) << given;
+        EXPECT_EQ(effect->get(Volume), static_cast<float>(pos) * 0.01f) << given;
+        EXPECT_EQ(automations().size(), 1U);
+    }
 }
 
 /// If this window is set, the host of `closingCallback` opens the editor in this window once.
@@ -199,8 +228,9 @@ TEST_F(Editor, ReportsASizeAndIgnoresCallsIfNoDialogCanBeCreated) {
     effect->set(Volume, 0.123f);
     effect->idle();
     EXPECT_EQ(effect->get(Volume), 0.123f);
-    EXPECT_EQ(effect->rect()->right, 477); // 318 units of 6/4 pixels
-    EXPECT_EQ(effect->rect()->bottom, 401);
+    const ERect& rect = *effect->rect();
+    EXPECT_EQ((std::array{rect.left, rect.top, rect.right, rect.bottom}), // 318 units of 6/4 pixels, 247 units of 13/8
+              (std::array<std::int16_t, 4>{0, 0, 477, 401}));
     effect->dispatch(effEditClose);
     readyCommonControls();
     EXPECT_NE(effect->open(window.get()), nullptr);
@@ -212,6 +242,16 @@ TEST_F(Editor, ShowsTheUsersDecimalSeparatorAndTheHostADecimalPoint) {
     scroll(Gain1, 33, TB_THUMBTRACK);
     EXPECT_EQ(readout(Gain1), L"+3,4 dB");
     EXPECT_EQ(effect->display(Gain1), "+3.4 dB");
+
+    struct PointedEffect : ParametricEqualizer {
+        using ParametricEqualizer::ParametricEqualizer;
+        void getParameterDisplay(int32, char* text) override { std::strcpy(text, "3.4 d.B."); }
+    };
+    effect->dispatch(effEditClose);
+    const HostedEffect pointed((new PointedEffect(nullptr))->getAeffect());
+    pointed.dispatch(effEditOpen, window.get());
+    dialog = GetWindow(window.get(), GW_CHILD);
+    EXPECT_EQ(readout(Gain1), L"3,4 d.B.");
 }
 #endif
 
@@ -264,54 +304,47 @@ TEST_F(Editor, RoundsTheHostsValuesToTheSlidersStepsAtTheNextIdle) {
     EXPECT_EQ(readout(Volume), L"+9.1 dB");
 }
 
-TEST_F(Editor, DropsAPendingUpdateFromTheHostWhenTheUserMovesASlider) {
-    effect->set(Gain1, 0.9f);
-    scroll(Volume, 10, TB_THUMBTRACK);
-    effect->idle();
-    EXPECT_EQ(position(Gain1), 50);
-    effect->set(Volume, effect->get(Volume));
-    effect->idle();
-    EXPECT_EQ(position(Gain1), 89); // 0.9 as a float is slightly less than 90 hundredths
-}
-
-TEST_F(Editor, ChangesNothingOnReturnOrEscape) {
+TEST_F(Editor, HandlesTheMessagesOfItsControlsUntilItsDestruction) {
+    addButtons();
+    // The result of the dialog's procedure, and the result that the procedure stores in the dialog (7: none).
+    const auto expectAnswer = [this](UINT message, INT_PTR result, LONG_PTR stored, unsigned notification = 0) {
+        SetWindowLongPtrW(dialog, DWLP_MSGRESULT, 7);
+        const auto procedure = reinterpret_cast<DLGPROC>(GetWindowLongPtrW(dialog, DWLP_DLGPROC));
+        EXPECT_EQ(procedure(dialog, message, MAKEWPARAM(0, notification), 0), result) << message;
+        EXPECT_EQ(GetWindowLongPtrW(dialog, DWLP_MSGRESULT), stored) << message;
+    };
+    expectAnswer(WM_INITDIALOG, 1, 7);
+    for (const UINT message : {WM_HSCROLL, WM_VSCROLL, WM_COMMAND}) expectAnswer(message, 1, 0);
+    expectAnswer(WM_COMMAND, 0, 7, 1);
+    expectAnswer(WM_NOTIFY, 0, 7);
+    expectAnswer(WM_DESTROY, 1, 1);
+    scroll(Volume, 10, TB_ENDTRACK);
+    for (const int id : {1004, 1005, 1006}) click(id);
     effect->set(Volume, 0.25f);
-    dialog = effect->open(window.get());
-    effect->set(Gain1, 0.75f); // the values now differ from the values at the construction and at the opening
-    const std::vector<float> expected = effect->all();
-    for (const WPARAM key : {IDOK, IDCANCEL}) SendMessageW(dialog, WM_COMMAND, key, 0);
-    EXPECT_EQ(effect->all(), expected);
+    effect->idle();
     EXPECT_EQ(automations(), Automations{});
+    EXPECT_TRUE(IsWindow(window.get()));
 }
 
 TEST_F(Editor, ServesTheButtonsThatADialogMayHave) {
-    for (const int id : {1004, 1005, 1006})
-        CreateWindowExW(0, L"BUTTON", L"", WS_CHILD, 0, 0, 9, 9, dialog,
-                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
-    const auto click = [this](int id, unsigned notification = 0) {
-        SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, notification),
-                     reinterpret_cast<LPARAM>(GetDlgItem(dialog, id)));
-    };
+    addButtons();
     const std::vector<float> defaults = effect->all();
     effect->set(Volume, 0.25f);
     SendMessageW(dialog, WM_INITDIALOG, 0, 0); // as if a dialog with these buttons opened now
     effect->set(Gain1, 0.75f);
 
     click(1005, 1); // a notification other than a click
+    for (const WPARAM key : {IDOK, IDCANCEL}) SendMessageW(dialog, WM_COMMAND, key, 0); // Return and Escape
     EXPECT_EQ(effect->get(Gain1), 0.75f);
     click(1005); // back to the values at the opening
-    EXPECT_EQ(effect->get(Gain1), 0.5f);
-    EXPECT_EQ(effect->get(Volume), 0.25f);
-    EXPECT_EQ(position(Volume), 25);
+    EXPECT_TRUE(effect->get(Gain1) == 0.5f && effect->get(Volume) == 0.25f && position(Volume) == 25);
     click(1004); // back to the values at the construction
     EXPECT_EQ(effect->all(), defaults);
     EXPECT_EQ(positions(), DefaultPositions);
     EXPECT_EQ(automations().size(), 26U);
 
     click(1006); // closes the host's window
-    EXPECT_EQ(IsWindow(window.get()), 0);
-    EXPECT_EQ(IsWindow(dialog), 0);
-    effect->idle();
+    EXPECT_FALSE(IsWindow(window.get()) || IsWindow(dialog));
     effect->dispatch(effEditClose);
 }
 
@@ -334,11 +367,6 @@ TEST_F(Editor, ContinuesAfterACloseOrAnOpeningOnAnotherThread) {
     effect->idle();
     EXPECT_EQ(automations(), (Automations{{Volume, 25 * 0.01f}, {Gain1, 0.75f}}));
     EXPECT_EQ(position(Gain1), 75);
-
-    dialog = effect->open(window.get());
-    EXPECT_FALSE(IsWindow(first));
-    effect->dispatch(effEditClose);
-    EXPECT_FALSE(IsWindow(dialog));
 }
 
 TEST_F(Editor, DisconnectsADialogOfAnotherThreadInItsDestructor) {

@@ -13,6 +13,7 @@
 #include <array>
 #include <cstring>
 #include <filesystem>
+#include <string>
 #include <vector>
 
 namespace eq {
@@ -50,6 +51,21 @@ TEST(Library, ReturnsAFilledRecord) {
     EXPECT_EQ(effect->user, nullptr);
     EXPECT_EQ(std::memcmp(&effect->uniqueID, "zVhM", 4), 0);
     EXPECT_TRUE(std::ranges::all_of(effect->future, [](char c) { return c == 0; }));
+}
+
+TEST(Library, AnswersEachCommandOfTheInterface) {
+    const ScriptedHost host(2400);
+    const HostedEffect effect(libraryMain()(ScriptedHost::callback));
+    std::string all; // each opcode whose answer is not 0, or which changes the text
+    for (int32 opcode = -1; opcode < 61; ++opcode) {
+        if (opcode == effClose || (opcode >= effEditGetRect && opcode <= effEditIdle)) continue;
+        std::string text = "old" + std::string(64, '\0');
+        const intptr answer = effect.dispatch(opcode, text.data(), 12, 1);
+        text.resize(text.find('\0'));
+        if (answer != 0 || text != "old") all += std::to_string(opcode) + "=" + std::to_string(answer) + text + " ";
+    }
+    EXPECT_EQ(all, "4=0 5=0Parametric Equalizer 6=0 7=05.0 8=0Q(4) 22=1316373862old 26=1old 28=1old 31=1old 32=1old "
+                   "43=1old 57=1old 58=2old ");
 }
 
 TEST(Library, FiltersLikeTheEnginesForAnyBlockSizes) {

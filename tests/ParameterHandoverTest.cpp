@@ -51,15 +51,19 @@ TEST(ParameterHandover, KeepsTheArrayOfTheLaterChange) {
 }
 
 TEST(ParameterHandover, AcceptsArraysAfterItsNumbersHaveWrappedAround) {
-    constexpr std::uint32_t Wrap = 1U << 27; // the count of different numbers in a ticket
+    constexpr std::uint32_t Wrap = 1U << 27;  // the count of different numbers in a ticket
+    constexpr std::uint32_t Limit = 1U << 20; // the largest delay of a writer
     for (const std::uint32_t before : {1U, Wrap / 2, Wrap - 1, 0xFFFFFFFFU})
-        for (const std::uint32_t changes : {1U, Wrap / 2 + 1, Wrap - (1U << 21)}) {
-            ParameterHandover handover;
+        for (const std::uint32_t changes :
+             {0U, 1U, Wrap / 2 - 1, Wrap / 2 + 1, Wrap - Limit - 1, Wrap - Limit, Wrap - 1}) {
+            const bool isNew = changes < Wrap - Limit;
             float values[ParameterCount] = {};
+            ParameterHandover handover;
             handover.put(values, before);
             EXPECT_TRUE(handover.take(values));
             handover.put(values, before + changes);
-            EXPECT_TRUE(handover.pending() && handover.take(values)) << before << " " << changes;
+            EXPECT_EQ(handover.pending(), isNew);
+            EXPECT_EQ(handover.take(values), isNew) << before << " " << changes;
         }
 }
 

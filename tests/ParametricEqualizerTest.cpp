@@ -2,14 +2,18 @@
 
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/EqualizerReference.h"
+#include "tests/support/HostedEffect.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <bit>
+#include <climits>
 #include <functional>
 #include <string>
 #include <utility>
+
+extern "C" AEffect* pluginMain(audioMasterCallback audioMaster);
 
 namespace eq {
 
@@ -72,8 +76,14 @@ TEST(ParametricEqualizer, NamesItsParameters) {
         effect.getParameterLabel(i, label);
         all += std::string(name) + ' ' + label + ',';
     }
+    for (const int32 i : {-1, 13}) {
+        char text[] = "as it was";
+        effect.getParameterName(i, text);
+        effect.getParameterLabel(i, text);
+        all += text;
+    }
     EXPECT_EQ(all, "Volume dB,Frequency(1) Hz,Frequency(2) Hz,Frequency(3) Hz,Frequency(4) Hz,"
-                   "Gain(1) dB,Gain(2) dB,Gain(3) dB,Gain(4) dB,Q(1) ,Q(2) ,Q(3) ,Q(4) ,");
+                   "Gain(1) dB,Gain(2) dB,Gain(3) dB,Gain(4) dB,Q(1) ,Q(2) ,Q(3) ,Q(4) ,as it wasas it was");
 }
 
 TEST(ParametricEqualizer, AllocatesOnlyToGrow) {
@@ -87,7 +97,8 @@ TEST(ParametricEqualizer, AllocatesOnlyToGrow) {
     EXPECT_EQ(adding(1024), 0u);
     EXPECT_EQ(adding(1025), arrays(1025));
     EXPECT_EQ(adding(1025), 0u);
-    EXPECT_EQ(askedBy([&] { effect.setBlockSize(64); }), arrays(64));
+    for (const int32 size : {1, 64})
+        EXPECT_EQ(askedBy([&] { effect.setBlockSize(size); }), arrays(static_cast<std::size_t>(size)));
     EXPECT_EQ(adding(65), arrays(65));
     for (const int32 size : {0, INT32_MIN}) EXPECT_EQ(askedBy([&] { effect.setBlockSize(size); }), 0u);
     EXPECT_EQ(effect.getBlockSize(), 65);
@@ -100,7 +111,8 @@ TEST(ParametricEqualizer, AddsToTheOutputInPiecesWhenMemoryIsShort) {
     ReferencePair reference(engineValues(DefaultParameters));
     effect.setBlockSize(100);
     Stereo input = noise(5050);
-    for (const long granted : {0, 1, 2}) { // there is memory for no array, for one array, or for both arrays
+    // There is memory for no array, for one of the arrays, or for both arrays.
+    for (const auto& [granted, refused] : {std::pair(0L, LONG_MAX), {0, 1}, {1, LONG_MAX}, {2, LONG_MAX}}) {
         Stereo expected = reference.render(input);
         Stereo output = noise(5050, 7);
         for (std::size_t c = 0; c < 2; ++c)
@@ -108,7 +120,7 @@ TEST(ParametricEqualizer, AddsToTheOutputInPiecesWhenMemoryIsShort) {
         float* inputs[] = {input[0].data(), input[1].data()};
         float* outputs[] = {output[0].data(), output[1].data()};
         {
-            const allocations::Shortage shortage(granted);
+            const allocations::Shortage shortage(granted, refused);
             effect.process(inputs, outputs, 5050);
         }
         EXPECT_TRUE(sameBits(output, expected));
@@ -116,7 +128,8 @@ TEST(ParametricEqualizer, AddsToTheOutputInPiecesWhenMemoryIsShort) {
 }
 
 TEST(ParametricEqualizer, DiscardsTheAudioAtSuspendAndKeepsTheParameters) {
-    for (const long granted : {-1, 0, 1}) { // there is memory for both engines, for no engine, or for one engine
+    // There is memory for both engines, for no engine, or for one of the engines.
+    for (const auto& [granted, refused] : {std::pair(-1L, 0L), {0, LONG_MAX}, {0, 1}, {1, LONG_MAX}}) {
         SCOPED_TRACE(granted);
         ParametricEqualizer effect(nullptr);
         setAll(effect, Audible);
@@ -126,7 +139,7 @@ TEST(ParametricEqualizer, DiscardsTheAudioAtSuspendAndKeepsTheParameters) {
             EXPECT_TRUE(sameBits(render(effect, noise(3000)), running.render(noise(3000))));
         }
         {
-            const allocations::Shortage shortage(granted);
+            const allocations::Shortage shortage(granted, refused);
             effect.suspend();
         }
         expectTheSoundOf(engineValues(Audible), effect);
@@ -149,6 +162,18 @@ TEST(ParametricEqualizer, LeaksNoMemoryIfAnAllocationFails) {
         }
         EXPECT_EQ(allocations::live, before);
     }
+}
+
+TEST(PluginMain, ReturnsNoEffectAfterTheCreationOfAnEditorHasFailed) {
+    const auto host = [](AEffect*, int32, int32, intptr, void*, float) -> intptr { return 2400; };
+    {
+        // The effect, its two scratch arrays and its two engines exist. The allocation of the editor fails.
+        const allocations::Shortage shortage(5, 1);
+        EXPECT_EQ(pluginMain(host), nullptr);
+    }
+    EXPECT_EQ(pluginMain(host), nullptr);
+    EXPECT_TRUE(editorCreationFailed.exchange(false));
+    EXPECT_NO_THROW(HostedEffect(pluginMain(host)));
 }
 
 TEST(ParametricEqualizer, LosesNoChangeThatInterruptsAnotherChange) {
