@@ -1,10 +1,12 @@
 #include "wedge/CLanguageFile.h"
 #include "tests/support/AnsiCodepage.h"
 #include "tests/support/FailureText.h"
+#include "tests/support/LanguageFormat.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -33,22 +35,21 @@ protected:
 
 } // namespace
 
-TEST_F(LanguageFile, ClassifiesLines) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"\n  \t \r\n// a = b\n   // [x]\n", ""},
-        {"a=b=c\n=x\na=\na b = c d\n/ a = b // c\n", "a|b=c\n|x\na|\na b|c d\n/ a|b // c\n"},
-        {"\x01\x1F {a}\t=\t\xA0 b\x80 \r\n", "{a}|\xA0 b\x80\n"},
-        {"[[Alpha]]]\n[Alpha\n[ Alpha ] x\n[]\n[a] = b\na=b\n",
-         "context|Alpha\nend\ncontext|Alpha\nend\ncontext| Alpha ] x\nend\ncontext|\nend\ncontext|a] = b\na|b\nend\n"},
-        {" <CODEPAGE 1252> any words\n", "tag|<CODEPAGE 1252>|\n"},
-        {"<codepage 1252> = x\n<ACCEL A>  = <ACCEL B> = >", "tag|<codepage 1252>|x\ntag|<ACCEL A>|<ACCEL B> = >\n"},
-        {"\xEF\xBB\xBF[Alpha]=\n", "\xEF\xBB\xBF[Alpha]|\n"},
-    };
-    for (const auto& [text, events] : cases) {
+TEST_F(LanguageFile, SendsTheEventsOfRandomFilesUpToTheFirstFault) {
+    std::mt19937 random(4711);
+    const std::string folders[] = {"1031/", "A1031.x/", ""};
+    for (int i = 0; i < 5000; ++i) {
+        // The names also have a dot only in the folder, or none.
+        const std::string name = folders[random() % 3] + (random() % 8 == 0 ? "1031" : oracle::endingOfName(random));
+        const std::string text = oracle::hostileFile(random);
         std::istringstream stream(text);
         recorder.log.clear();
-        scanLanguageStream(stream, "A1031.lng", recorder);
-        EXPECT_EQ(recorder.log, std::string(events) + "file end\n");
+        try {
+            scanLanguageStream(stream, name, recorder);
+        } catch (const CLanguageFile::syntax_error& fault) {
+            recorder.log += fault.context();
+        }
+        ASSERT_EQ(recorder.log, oracle::eventsOf(name, text)) << text;
     }
 }
 

@@ -11,9 +11,35 @@
 #include "platform/desktop/TestHooks.h"
 #include "tests/support/Threads.h"
 
+#include <dlfcn.h>
 #include <pty.h>
 #include <termios.h>
 #include <unistd.h>
+#endif
+
+#ifndef _WIN32
+namespace {
+
+termios requestedSettings = {};
+
+template <typename Function>
+Function* nextFunction(const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+} // namespace
+
+// A pseudo-terminal always has eight bits and no parity, so these functions replace those of the system.
+extern "C" int tcgetattr(int port, termios* settings) noexcept {
+    const int result = nextFunction<int(int, termios*)>("tcgetattr")(port, settings);
+    settings->c_cflag = (settings->c_cflag & ~tcflag_t{CSIZE}) | CS7 | PARENB | CSTOPB;
+    return result;
+}
+
+extern "C" int tcsetattr(int port, int when, const termios* settings) noexcept {
+    requestedSettings = *settings;
+    return nextFunction<int(int, int, const termios*)>("tcsetattr")(port, when, settings);
+}
 #endif
 
 namespace eq {
@@ -95,9 +121,8 @@ TEST(DebugLog, SendsToASerialPortWhenItExistsAndDoesNotMixTheTextsOfThreads) {
         for (int text = 0; text < 200; ++text) expected += "a\r\n";
         EXPECT_EQ(received, expected + "!");
 
-        termios settings = {};
-        tcgetattr(sender, &settings);
-        EXPECT_EQ(cfgetospeed(&settings), B19200);
+        EXPECT_EQ(cfgetospeed(&requestedSettings), B19200);
+        EXPECT_EQ(requestedSettings.c_cflag & (CSIZE | PARENB | CSTOPB), tcflag_t{CS8});
         close(sender);
         close(receiver);
     }

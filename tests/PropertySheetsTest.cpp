@@ -1,6 +1,7 @@
 #include "wedge/functions/WedgeEntryPoints.h"
 
 #include "platform/SystemHandles.h"
+#include "tests/support/AllocationCounter.h"
 #include "tests/support/DialogTemplateBuilder.h"
 #include "tests/support/HeapInUse.h"
 #include "tests/support/TestWindows.h"
@@ -11,11 +12,14 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <cstring>
 #include <functional>
 #include <memory>
+#include <new>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -34,9 +38,12 @@ constexpr bool SystemIsExact = false;
 constexpr bool SystemIsExact = true;
 #endif
 
-thread_local std::wstring okText; // the text of the OK button when the last sheet was initialized
-thread_local std::wstring title;  // the title of the last page that was created
-thread_local LPARAM ownData = 0;  // the caller's data after the record of the last page with such data
+thread_local std::wstring okText;     // the text of the OK button when the last sheet was initialized
+thread_local PROPSHEETPAGEW lastPage; // the record in the last call of a page's callback
+thread_local int livePages = 0;       // the pages that the callback has seen and that are not released
+thread_local UINT answerToCreate = 1;
+thread_local std::vector<std::array<std::uintptr_t, 3>> forwarded; // messages that the sheet passed to the system
+thread_local LPARAM ownData = 0; // the caller's data after the record of the last page with such data
 thread_local LONG_PTR answerToTurn = 0;
 thread_local std::function<void()> aheadOfTheWindow; // runs once, before the next sheet has its window
 thread_local bool closesAtOnce = false;
@@ -61,8 +68,11 @@ INT_PTR CALLBACK pageProcedure(HWND page, UINT message, WPARAM, LPARAM lParam) {
 
 UINT CALLBACK pageCallback(HWND, UINT message, PROPSHEETPAGEW* page) {
     EXPECT_EQ(page->lParam, CallersValue);
-    if (message == PSPCB_CREATE) title = page->pszTitle;
-    return 1;
+    EXPECT_EQ(page->pfnDlgProc, pageProcedure);
+    lastPage = *page;
+    if (message == PSPCB_ADDREF) ++livePages;
+    if (message == PSPCB_RELEASE) --livePages;
+    return message == PSPCB_CREATE ? answerToCreate : 0;
 }
 
 int CALLBACK sheetCallback(HWND sheet, UINT message, LPARAM lParam) {
@@ -75,6 +85,13 @@ int CALLBACK sheetCallback(HWND sheet, UINT message, LPARAM lParam) {
     }
     if (message == PSCB_INITIALIZED) okText = textOf(GetDlgItem(sheet, IDOK));
     if (message == PSCB_INITIALIZED && closesAtOnce) PostMessageW(sheet, PSM_PRESSBUTTON, PSBTN_CANCEL, 0);
+    return 0;
+}
+
+/// Replaces the dialog procedure of a sheet.
+INT_PTR CALLBACK recordMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == PSM_SETCURSELID || message == PSM_IDTOINDEX || message == PSM_INDEXTOID)
+        forwarded.push_back({message, wParam, static_cast<std::uintptr_t>(lParam)});
     return 0;
 }
 
@@ -109,6 +126,16 @@ struct Sheet {
     }
     HWND page() const { return reinterpret_cast<HWND>(send(PSM_GETCURRENTPAGEHWND, 0)); }
     std::wstring label() const { return textOf(GetDlgItem(page(), 1001)); }
+    /// Returns the messages by resource id that the sheet passes to the system.
+    std::vector<std::array<std::uintptr_t, 3>> forwardedTo(unsigned id) const {
+        forwarded.clear();
+        const LONG_PTR before =
+            SetWindowLongPtrW(window.get(), DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(recordMessage));
+        for (const UINT message : {PSM_SETCURSELID, PSM_IDTOINDEX, PSM_INDEXTOID})
+            SendMessageW(window.get(), message, 1, static_cast<LPARAM>(id));
+        SetWindowLongPtrW(window.get(), DWLP_DLGPROC, before);
+        return forwarded;
+    }
     std::wstring textOfItem(int id) const { return textOf(GetDlgItem(window.get(), id)); }
 
     std::array<PROPSHEETPAGEW, 3> pages{};
@@ -132,7 +159,7 @@ TEST(WedgeSheets, AreTranslatedAndDoNotChangeTheCallersRecords) {
     const auto before = sheet.pages;
     sheet.open();
     EXPECT_EQ(textOf(sheet.window.get()), L"the caption S");
-    EXPECT_EQ(title, L"the title SS");
+    EXPECT_STREQ(lastPage.pszTitle, L"the title SS");
     EXPECT_EQ(sheet.label(), L"A longer translation");
     EXPECT_EQ(sheet.textOfItem(IDCANCEL), L"Leave");
     EXPECT_EQ(sheet.textOfItem(9), L"What?");
@@ -153,6 +180,7 @@ TEST(WedgeSheets, AnswerMessagesThatNameAPageByItsResourceId) {
     EXPECT_EQ(sheet.send(PSM_INDEXTOID, 7), 0);
     sheet.send(PSM_SETCURSELID, 0, 151);
     EXPECT_EQ(sheet.label(), L"A longer translation");
+    EXPECT_EQ(sheet.forwardedTo(999), (std::vector<std::array<std::uintptr_t, 3>>{{PSM_SETCURSELID, 0, 999}}));
 }
 
 TEST(WedgeSheets, DoNotConfuseTheNameOfAStartPageWithAnId) {
@@ -199,6 +227,64 @@ TEST(WedgeSheets, AcceptPageHandlesAndDoNotTranslateTemplatesInMemory) {
     EXPECT_EQ(sheet.label(), L"SS");
     sheet.send(PSM_SETCURSEL, 1);
     EXPECT_EQ(sheet.label(), L"{T_Short}");
+    EXPECT_EQ(sheet.forwardedTo(152),
+              (std::vector<std::array<std::uintptr_t, 3>>{
+                  {PSM_SETCURSELID, 0, 152}, {PSM_IDTOINDEX, 0, 152}, {PSM_INDEXTOID, 1, 152}}));
+}
+
+TEST(WedgeSheets, LeaveAMissingTemplateTitleAndCaptionToTheSystem) {
+    Sheet sheet;
+    sheet.header.pszCaption = MAKEINTRESOURCEW(999);
+    sheet.pages[1].pszTemplate = sheet.pages[1].pszTitle = MAKEINTRESOURCEW(999);
+    EXPECT_NE(DestroyPropertySheetPage(CreatePropertySheetPageW(&sheet.pages[1])), 0);
+    EXPECT_EQ(std::memcmp(&lastPage, &sheet.pages[1], offsetof(PROPSHEETPAGEW, pfnCallback)), 0);
+    sheet.open();
+    EXPECT_EQ(textOf(sheet.window.get()), L"");
+    sheet.send(PSM_SETCURSEL, 1);
+    EXPECT_EQ(sheet.label(), L"S") << "the second page is missing";
+}
+
+TEST(WedgeSheets, CallOnlyCallbacksThatTheirFlagsEnable) {
+    Sheet sheet;
+    sheet.header.dwFlags &= ~static_cast<DWORD>(PSH_USECALLBACK);
+    sheet.pages[0].dwFlags &= ~static_cast<DWORD>(PSP_USECALLBACK);
+    sheet.header.nPages = 1;
+    okText = L"not called";
+    livePages = 0;
+    sheet.open();
+    EXPECT_EQ(sheet.label() + sheet.textOfItem(IDOK), L"A longer translationAll right");
+    EXPECT_EQ(okText, L"not called");
+    EXPECT_EQ(livePages, 0);
+}
+
+TEST(WedgeSheets, ShowNoPageWhoseCallbackRefuses) {
+    Sheet sheet;
+    answerToCreate = 0;
+    sheet.open();
+    answerToCreate = 1;
+    EXPECT_NE(sheet.label(), L"A longer translation");
+}
+
+TEST(WedgeSheets, DestroyTheirPagesIfTheyAreRefused) {
+    if (!SystemIsExact) GTEST_SKIP() << "the system keeps the pages";
+    livePages = 0;
+    Sheet refused;
+    refused.header.hwndParent = reinterpret_cast<HWND>(std::uintptr_t{0xBAD});
+    EXPECT_LE(PropertySheetW(&refused.header), 0);
+    EXPECT_EQ(livePages, 0);
+    int failures = 0;
+    for (long granted = 0; granted < 60; ++granted) {
+        Sheet sheet;
+        livePages = 0;
+        try {
+            const allocations::Shortage shortage(granted, 1);
+            sheet.open();
+        } catch (const std::bad_alloc&) {
+            EXPECT_EQ(livePages, 0) << granted;
+            ++failures;
+        }
+    }
+    EXPECT_GT(failures, 20);
 }
 
 TEST(WedgeSheets, AreTranslatedInTheNarrowFormAndNotReadBeyondTheirSize) {
@@ -270,6 +356,23 @@ TEST(WedgeSheets, MayBeOpenedWhileAnotherSheetIsBeingOpened) {
     aheadOfTheWindow = [&inner] { inner.open(); };
     outer.open();
     for (const Sheet* const sheet : {&inner, &outer}) EXPECT_EQ(sheet->textOfItem(IDCANCEL), L"Leave");
+}
+
+TEST(WedgeSheets, WaitUntilAnotherThreadHasOpenedItsSheet) {
+    std::atomic<bool> isOpen = false;
+    std::thread other;
+    Sheet sheet;
+    aheadOfTheWindow = [&] {
+        other = std::thread([&isOpen] {
+            Sheet().open();
+            isOpen = true;
+        });
+        for (int turn = 0; turn < 30 && !isOpen; ++turn) std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        EXPECT_FALSE(isOpen);
+    };
+    sheet.open();
+    other.join();
+    EXPECT_TRUE(isOpen);
 }
 
 TEST(WedgeSheets, RunUntilTheyAreClosedIfModal) {
