@@ -65,12 +65,25 @@ protected:
     const LoadedLibrary library{copiedModule()};
 };
 
+UINT typeOfLastBox = MB_ICONERROR; // on Windows a test cannot read the type
+
 std::wstring found(const CLanguageStore& store, const char* key) {
     const wchar_t* text = store.Find(key);
     return text ? text : L"(none)";
 }
 
 } // namespace
+
+#ifndef _WIN32
+int realMessageBox(HWND, LPCWSTR, LPCWSTR, UINT,
+                   WORD) asm("__real__ZN2eq7standin6system13MessageBoxExWEP13StandinWindowPKwS5_jt");
+int messageBox(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type,
+               WORD language) asm("__wrap__ZN2eq7standin6system13MessageBoxExWEP13StandinWindowPKwS5_jt");
+int messageBox(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type, WORD language) {
+    typeOfLastBox = type;
+    return realMessageBox(owner, text, caption, type, language);
+}
+#endif
 
 TEST_F(LanguageStore, FindsAKeyInAnyCaseWithOrWithoutBraces) {
     const CLanguageStore store = storeOf("[Module]\nIDS_DB = dB\n = nothing\n");
@@ -201,6 +214,7 @@ TEST_F(StoreInstance, ReportsOnceThatThereAreNoFilesAndCanBeUsedDuringTheReport)
     EXPECT_EQ(GetLanguageId(), 0);
     EXPECT_EQ(ExpandLanguageKeys(std::string("{a}"), nullptr), "{a}");
     EXPECT_EQ(watch.count(), 1);
+    EXPECT_EQ(typeOfLastBox, UINT{MB_ICONERROR});
     EXPECT_EQ(watch.last(), L"Error\nLNG0001:  No language files were found.");
     EXPECT_EQ(textMeanwhile, L"(none)");
 }

@@ -10,13 +10,32 @@
 
 namespace eq {
 
-#ifndef _WIN32
+namespace {
+
+bool hasFont = true;
+
+} // namespace
+
+int realGetObject(HGDIOBJ object, int size, void* buffer) asm("__real_GetObjectA");
+int getObject(HGDIOBJ object, int size, void* buffer) asm("__wrap_GetObjectA");
+int getObject(HGDIOBJ object, int size, void* buffer) {
+    return hasFont ? realGetObject(object, size, buffer) : 0;
+}
+
 TEST(SystemDialogFont, IsTheSystemsFontInPoints) {
     std::wstring face;
     std::uint16_t points = 0;
     SystemDialogFont(face, points);
     EXPECT_EQ(face, L"Tahoma");
     EXPECT_EQ(points, 8) << "11 pixels at 96 dots per inch";
+}
+
+TEST(PrepareDialogResource, KeepsTheFontIfTheSystemHasNone) {
+    const DialogTemplateBuilder dialog(true, DS_SETFONT, {});
+    hasFont = false;
+    EXPECT_EQ(statusOf(PrepareDialogResource, dialog.bytes()), PrepUnchanged);
+    hasFont = true;
+    EXPECT_EQ(statusOf(PrepareDialogResource, dialog.bytes()), PrepReplaced);
 }
 
 TEST(PrepareDialogResource, ComparesTheFontInTheSameWayInEachLocale) {
@@ -28,6 +47,5 @@ TEST(PrepareDialogResource, ComparesTheFontInTheSameWayInEachLocale) {
     EXPECT_EQ(longS, L'S') << "the locale folds this letter";
     EXPECT_EQ(status, PrepUnchanged);
 }
-#endif
 
 } // namespace eq

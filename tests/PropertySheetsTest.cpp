@@ -166,6 +166,9 @@ TEST(WedgeSheets, AreTranslatedAndDoNotChangeTheCallersRecords) {
     EXPECT_EQ(sheet.textOfItem(0x3021), L""); // Apply has no translation
     EXPECT_EQ(okText, L"All right") << "the caller's callback must run after the texts are set";
     EXPECT_EQ(std::memcmp(sheet.pages.data(), before.data(), sizeof before), 0);
+    SetLastError(0);
+    sheet.window.reset();
+    EXPECT_TRUE(!SystemIsExact || GetLastError() == 0) << "a page was destroyed twice";
 }
 
 TEST(WedgeSheets, AnswerMessagesThatNameAPageByItsResourceId) {
@@ -248,13 +251,16 @@ TEST(WedgeSheets, CallOnlyCallbacksThatTheirFlagsEnable) {
     Sheet sheet;
     sheet.header.dwFlags &= ~static_cast<DWORD>(PSH_USECALLBACK);
     sheet.pages[0].dwFlags &= ~static_cast<DWORD>(PSP_USECALLBACK);
-    sheet.header.nPages = 1;
+    sheet.pages[1].pfnCallback = nullptr;
+    sheet.header.nPages = 2;
     okText = L"not called";
     livePages = 0;
     sheet.open();
     EXPECT_EQ(sheet.label() + sheet.textOfItem(IDOK), L"A longer translationAll right");
     EXPECT_EQ(okText, L"not called");
     EXPECT_EQ(livePages, 0);
+    sheet.send(PSM_SETCURSEL, 1);
+    EXPECT_EQ(sheet.label(), L"SS");
 }
 
 TEST(WedgeSheets, ShowNoPageWhoseCallbackRefuses) {
