@@ -53,27 +53,6 @@ TEST_F(LanguageFile, SendsTheEventsOfRandomFilesUpToTheFirstFault) {
     }
 }
 
-TEST_F(LanguageFile, ReportsEachFaultInItsWords) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"\n\n<ACCEL A = b\n", "3: Invalid tag syntax - cannot find '>'.\n"},
-        {"a=b\r\n// c\r\n<FOO>\r\n", "3: Invalid tag '<FOO>':Tag type 'FOO' is unknown.\n"},
-        {"<   > = x", "1: Invalid tag '<   >'.\n"},
-        {"<CODEPAGE 932>", "1: Specified codepage does not appear to match language of file.\n"},
-        {"<CODEPAGE 1252> any = words", "1: Unexpected text encountered between tag and '='."},
-        {"<ACCEL A> any words", "1: equal (=) expected for this tag type.\n"},
-        {"[Alpha]\na=b\n/\nc=d", "3: equal (=) expected.\n"},
-    };
-    for (const auto& [text, fault] : cases) {
-        std::istringstream stream(text);
-        recorder.log.clear();
-        EXPECT_EQ(failureOf<CLanguageFile::syntax_error>([&] { scanLanguageStream(stream, "A1031.lng", recorder); }),
-                  "syntax_error thrown by CLanguageFile::ScanFile() [wedge/CLanguageFile:N] with context\n"
-                  "In file 'A1031.lng', line " +
-                      std::string(fault));
-    }
-    EXPECT_EQ(recorder.log, "context|Alpha\na|b\n") << "the events before the fault were sent";
-}
-
 TEST_F(LanguageFile, RefusesFilesThatItCannotRead) {
     folder.write("Folder1031.lng/inside", "");
     for (const std::string& path : {folder.path("Missing1031.lng"), folder.path("Folder1031.lng")}) {

@@ -18,27 +18,18 @@
 #endif
 
 #ifndef _WIN32
-namespace {
-
-termios requestedSettings = {};
-
-template <typename Function>
-Function* nextFunction(const char* name) {
-    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
-}
-
-} // namespace
+static termios requestedSettings = {};
 
 // A pseudo-terminal always has eight bits and no parity, so these functions replace those of the system.
 extern "C" int tcgetattr(int port, termios* settings) noexcept {
-    const int result = nextFunction<int(int, termios*)>("tcgetattr")(port, settings);
+    const int result = reinterpret_cast<decltype(&tcgetattr)>(dlsym(RTLD_NEXT, "tcgetattr"))(port, settings);
     settings->c_cflag = (settings->c_cflag & ~tcflag_t{CSIZE}) | CS7 | PARENB | CSTOPB;
     return result;
 }
 
 extern "C" int tcsetattr(int port, int when, const termios* settings) noexcept {
     requestedSettings = *settings;
-    return nextFunction<int(int, int, const termios*)>("tcsetattr")(port, when, settings);
+    return reinterpret_cast<decltype(&tcsetattr)>(dlsym(RTLD_NEXT, "tcsetattr"))(port, when, settings);
 }
 #endif
 

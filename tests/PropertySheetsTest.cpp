@@ -42,11 +42,11 @@ thread_local std::wstring okText;     // the text of the OK button when the last
 thread_local PROPSHEETPAGEW lastPage; // the record in the last call of a page's callback
 thread_local int livePages = 0;       // the pages that the callback has seen and that are not released
 thread_local UINT answerToCreate = 1;
-thread_local std::vector<std::array<std::uintptr_t, 3>> forwarded; // messages that the sheet passed to the system
+using Messages = std::vector<std::array<std::uintptr_t, 3>>;
+thread_local Messages forwarded; // messages that the sheet passed to the system
 thread_local LPARAM ownData = 0; // the caller's data after the record of the last page with such data
 thread_local LONG_PTR answerToTurn = 0;
 thread_local std::function<void()> aheadOfTheWindow; // runs once, before the next sheet has its window
-thread_local bool closesAtOnce = false;
 
 /// A page's record, followed by the caller's own data.
 struct LongPage {
@@ -84,7 +84,6 @@ int CALLBACK sheetCallback(HWND sheet, UINT message, LPARAM lParam) {
         if (const auto action = std::exchange(aheadOfTheWindow, nullptr)) action();
     }
     if (message == PSCB_INITIALIZED) okText = textOf(GetDlgItem(sheet, IDOK));
-    if (message == PSCB_INITIALIZED && closesAtOnce) PostMessageW(sheet, PSM_PRESSBUTTON, PSBTN_CANCEL, 0);
     return 0;
 }
 
@@ -127,7 +126,7 @@ struct Sheet {
     HWND page() const { return reinterpret_cast<HWND>(send(PSM_GETCURRENTPAGEHWND, 0)); }
     std::wstring label() const { return textOf(GetDlgItem(page(), 1001)); }
     /// Returns the messages by resource id that the sheet passes to the system.
-    std::vector<std::array<std::uintptr_t, 3>> forwardedTo(unsigned id) const {
+    Messages forwardedTo(unsigned id) const {
         forwarded.clear();
         const LONG_PTR before =
             SetWindowLongPtrW(window.get(), DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(recordMessage));
@@ -183,7 +182,7 @@ TEST(WedgeSheets, AnswerMessagesThatNameAPageByItsResourceId) {
     EXPECT_EQ(sheet.send(PSM_INDEXTOID, 7), 0);
     sheet.send(PSM_SETCURSELID, 0, 151);
     EXPECT_EQ(sheet.label(), L"A longer translation");
-    EXPECT_EQ(sheet.forwardedTo(999), (std::vector<std::array<std::uintptr_t, 3>>{{PSM_SETCURSELID, 0, 999}}));
+    EXPECT_EQ(sheet.forwardedTo(999), (Messages{{PSM_SETCURSELID, 0, 999}}));
 }
 
 TEST(WedgeSheets, DoNotConfuseTheNameOfAStartPageWithAnId) {
@@ -231,8 +230,7 @@ TEST(WedgeSheets, AcceptPageHandlesAndDoNotTranslateTemplatesInMemory) {
     sheet.send(PSM_SETCURSEL, 1);
     EXPECT_EQ(sheet.label(), L"{T_Short}");
     EXPECT_EQ(sheet.forwardedTo(152),
-              (std::vector<std::array<std::uintptr_t, 3>>{
-                  {PSM_SETCURSELID, 0, 152}, {PSM_IDTOINDEX, 0, 152}, {PSM_INDEXTOID, 1, 152}}));
+              (Messages{{PSM_SETCURSELID, 0, 152}, {PSM_IDTOINDEX, 0, 152}, {PSM_INDEXTOID, 1, 152}}));
 }
 
 TEST(WedgeSheets, LeaveAMissingTemplateTitleAndCaptionToTheSystem) {
@@ -261,14 +259,11 @@ TEST(WedgeSheets, CallOnlyCallbacksThatTheirFlagsEnable) {
     EXPECT_EQ(livePages, 0);
     sheet.send(PSM_SETCURSEL, 1);
     EXPECT_EQ(sheet.label(), L"SS");
-}
-
-TEST(WedgeSheets, ShowNoPageWhoseCallbackRefuses) {
-    Sheet sheet;
+    Sheet refused;
     answerToCreate = 0;
-    sheet.open();
+    refused.open();
     answerToCreate = 1;
-    EXPECT_NE(sheet.label(), L"A longer translation");
+    EXPECT_NE(refused.label(), L"A longer translation");
 }
 
 TEST(WedgeSheets, DestroyTheirPagesIfTheyAreRefused) {
@@ -379,14 +374,6 @@ TEST(WedgeSheets, WaitUntilAnotherThreadHasOpenedItsSheet) {
     sheet.open();
     other.join();
     EXPECT_TRUE(isOpen);
-}
-
-TEST(WedgeSheets, RunUntilTheyAreClosedIfModal) {
-    Sheet sheet;
-    sheet.header.dwFlags &= ~static_cast<DWORD>(PSH_MODELESS);
-    closesAtOnce = true;
-    EXPECT_EQ(PropertySheetW(&sheet.header), 0);
-    closesAtOnce = false;
 }
 
 TEST(WedgeSheets, MayBeOpenOnTwoThreads) {

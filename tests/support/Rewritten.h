@@ -1,6 +1,5 @@
 #pragma once
 
-#include "tests/support/ProtectedPage.h"
 #include "tests/support/TemplateBuilder.h"
 #include "wedge/resources/PrepStatus.h"
 
@@ -26,10 +25,13 @@ struct Rewritten {
     }
 };
 
-/// Runs a rewriter on a copy of the resource. The rewriter must not read beyond the copy.
+/// Runs a rewriter on a copy of the resource. The copy is in a block of exactly the resource's size, so that a
+/// sanitizer detects any read beyond the end.
 inline Rewritten rewriteWith(SizedRewriter rewriter, std::string_view resource) {
+    const std::unique_ptr<char[]> copy(new char[resource.size()]);
+    resource.copy(copy.get(), resource.size());
     void* block = nullptr;
-    const PrepStatus status = rewriter(beforeProtectedPage(resource), resource.size(), &block);
+    const PrepStatus status = rewriter(copy.get(), resource.size(), &block);
     if ((block != nullptr) != (status == PrepReplaced)) throw std::logic_error("a block without its status");
     return {status, std::unique_ptr<std::byte[]>(static_cast<std::byte*>(block))};
 }
