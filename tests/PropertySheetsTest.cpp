@@ -156,7 +156,9 @@ std::unique_ptr<std::byte[]> exactBytes(const Records&... records) {
 TEST(WedgeSheets, AreTranslatedAndDoNotChangeTheCallersRecords) {
     Sheet sheet(PSH_HASHELP);
     const auto before = sheet.pages;
+    narrowCalls = 0;
     sheet.open();
+    EXPECT_EQ(narrowCalls, 0);
     EXPECT_EQ(textOf(sheet.window.get()), L"the caption S");
     EXPECT_STREQ(lastPage.pszTitle, L"the title SS");
     EXPECT_EQ(sheet.label(), L"A longer translation");
@@ -304,9 +306,11 @@ TEST(WedgeSheets, AreTranslatedInTheNarrowFormAndNotReadBeyondTheirSize) {
     header.nPages = SystemIsExact ? 2 : 1;
     header.ppsp = reinterpret_cast<const PROPSHEETPAGEA*>(exactPages.get());
     const auto exactHeader = exactBytes(header);
+    narrowCalls = 0;
     const INT_PTR opened = PropertySheetA(reinterpret_cast<const PROPSHEETHEADERA*>(exactHeader.get()));
     Sheet sheet;
     sheet.window = Window(reinterpret_cast<HWND>(opened));
+    EXPECT_TRUE(!SystemIsExact || narrowCalls == 1) << "the window must have a narrow procedure";
     EXPECT_EQ(textOf(sheet.window.get()), L"caption");
     EXPECT_EQ(sheet.label(), L"S");
 }

@@ -58,6 +58,37 @@ INT_PTR CALLBACK endAtOnce(HWND dialog, UINT message, WPARAM, LPARAM parameter) 
 
 } // namespace
 
+#ifndef _WIN32
+// Counts the calls of an 8-bit function. The stand-in's 8-bit and 16-bit forms have the same effect.
+#define EQ_COUNT_CALLS(RESULT, NAME, PARAMETERS, ...)                                                                  \
+    RESULT real##NAME PARAMETERS asm("__real_" #NAME);                                                                 \
+    RESULT counted##NAME PARAMETERS asm("__wrap_" #NAME);                                                              \
+    RESULT counted##NAME PARAMETERS {                                                                                  \
+        ++narrowCalls;                                                                                                 \
+        return real##NAME(__VA_ARGS__);                                                                                \
+    }
+EQ_COUNT_CALLS(HWND, CreateDialogIndirectParamA, (HINSTANCE m, LPCDLGTEMPLATEA t, HWND w, DLGPROC f, LPARAM p), m, t, w,
+               f, p)
+EQ_COUNT_CALLS(INT_PTR, DialogBoxIndirectParamA, (HINSTANCE m, LPCDLGTEMPLATEA t, HWND w, DLGPROC f, LPARAM p), m, t, w,
+               f, p)
+EQ_COUNT_CALLS(HMENU, LoadMenuIndirectA, (const MENUTEMPLATEA* t), t)
+EQ_COUNT_CALLS(LONG_PTR, SetWindowLongPtrA, (HWND w, int i, LONG_PTR v), w, i, v)
+
+TEST(Wedge, UsesTheSystemsFunctionsOfTheCallersWidth) {
+    const auto callsOf = [](const auto& work) {
+        const int before = narrowCalls;
+        work();
+        return narrowCalls - before;
+    };
+    EXPECT_EQ(callsOf([] { Window(CreateDialogParamA(ownModule(), "NamedDialog", nullptr, ignoreMessage, 0)); }), 1);
+    EXPECT_EQ(callsOf([] { Window(CreateDialogParamW(ownModule(), L"NamedDialog", nullptr, ignoreMessage, 0)); }), 0);
+    EXPECT_EQ(callsOf([] { DialogBoxParamA(ownModule(), "NamedDialog", nullptr, endAtOnce, 0); }), 1);
+    EXPECT_EQ(callsOf([] { DialogBoxParamW(ownModule(), L"NamedDialog", nullptr, endAtOnce, 0); }), 0);
+    EXPECT_EQ(callsOf([] { DestroyMenu(LoadMenuA(ownModule(), MAKEINTRESOURCEA(201))); }), 1);
+    EXPECT_EQ(callsOf([] { DestroyMenu(LoadMenuW(ownModule(), MAKEINTRESOURCEW(201))); }), 0);
+}
+#endif
+
 TEST(CountedRef, SharesOneOwnerPerAddressAndFreesItWithTheLastReference) {
     CountedBlockIndex index;
     const long before = allocations::live;
