@@ -217,6 +217,14 @@ TEST_F(StoreInstance, ReportsOnceThatThereAreNoFilesAndCanBeUsedDuringTheReport)
     EXPECT_EQ(typeOfLastBox, UINT{MB_ICONERROR});
     EXPECT_EQ(watch.last(), L"Error\nLNG0001:  No language files were found.");
     EXPECT_EQ(textMeanwhile, L"(none)");
+
+    CLanguageStoreTestAccess::drop();
+    MessageBoxExA(nullptr, "box", "A", MB_OK, 0);
+    EXPECT_EQ(watch.count(), 3) << "the store's message, and the caller's";
+    CLanguageStoreTestAccess::drop();
+    MessageBoxExW(nullptr, L"box", L"W", MB_OK, 0);
+    EXPECT_EQ(watch.count(), 5);
+    EXPECT_EQ(watch.last(), L"W\nbox");
 }
 
 TEST_F(StoreInstance, IsBuiltAgainAfterABrokenFileAndOnlyOnceForAllThreads) {

@@ -30,6 +30,21 @@ TEST(SystemDialogFont, IsTheSystemsFontInPoints) {
     EXPECT_EQ(points, 8) << "11 pixels at 96 dots per inch";
 }
 
+TEST(DialogReader, ReadsAnyNumberOfTemplates) {
+    const DialogTemplateBuilder changed(false, 0, {}, u"{T_Short}");
+    const DialogTemplateBuilder unchanged(false, 0, {});
+    DialogReaderStandard reader;
+    EXPECT_TRUE(reader.IsBad());
+    for (const DialogTemplateBuilder& dialog : {changed, unchanged}) {
+        const std::string& bytes = dialog.bytes().get();
+        reader.Read(bytes.data(), bytes.size());
+        EXPECT_EQ(reader.IsChanged(), reader.GetOutput() != bytes);
+        EXPECT_FALSE(reader.IsBad());
+        EXPECT_THROW(reader.Read(bytes.data(), 3), EndOfData);
+        EXPECT_TRUE(reader.IsBad());
+    }
+}
+
 TEST(PrepareDialogResource, KeepsTheFontIfTheSystemHasNone) {
     const DialogTemplateBuilder dialog(true, DS_SETFONT, {});
     hasFont = false;

@@ -7,6 +7,7 @@
 #include "tests/support/TestWindows.h"
 #include "tests/support/Threads.h"
 #include "wedge/OwnModule.h"
+#include "wedge/functions/PropertySheetForms.h"
 
 #include <gtest/gtest.h>
 
@@ -89,7 +90,7 @@ int CALLBACK sheetCallback(HWND sheet, UINT message, LPARAM lParam) {
 
 /// Replaces the dialog procedure of a sheet.
 INT_PTR CALLBACK recordMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == PSM_SETCURSELID || message == PSM_IDTOINDEX || message == PSM_INDEXTOID)
+    if (message >= PSM_SETCURSEL && message <= PSM_INDEXTOID)
         forwarded.push_back({message, wParam, static_cast<std::uintptr_t>(lParam)});
     return 0;
 }
@@ -184,7 +185,15 @@ TEST(WedgeSheets, AnswerMessagesThatNameAPageByItsResourceId) {
     EXPECT_EQ(sheet.send(PSM_INDEXTOID, 7), 0);
     sheet.send(PSM_SETCURSELID, 0, 151);
     EXPECT_EQ(sheet.label(), L"A longer translation");
-    EXPECT_EQ(sheet.forwardedTo(999), (Messages{{PSM_SETCURSELID, 0, 999}}));
+    const Messages ofPages = sheet.forwardedTo(152);
+    const std::uintptr_t page = ofPages.at(0)[2];
+    EXPECT_EQ(ofPages, (Messages{{PSM_SETCURSEL, 152, page}, {PSM_PAGETOINDEX, 0, page}, {PSM_INDEXTOPAGE, 1, 0}}));
+    EXPECT_EQ(sheet.forwardedTo(999), (Messages{{PSM_SETCURSELID, 0, 999}, {PSM_INDEXTOPAGE, 1, 0}}));
+}
+
+TEST(WedgeSheets, UseNumbersOf16BitsAsStringIds) {
+    EXPECT_TRUE(isStringId(reinterpret_cast<LPCSTR>(std::uintptr_t{0xFFFF})));
+    EXPECT_FALSE(isStringId(reinterpret_cast<LPCSTR>(std::uintptr_t{0x10000})));
 }
 
 TEST(WedgeSheets, DoNotConfuseTheNameOfAStartPageWithAnId) {
@@ -212,6 +221,7 @@ TEST(WedgeSheets, TurnAWizardToThePageOfAResourceId) {
     EXPECT_EQ(turn(PSBTN_BACK, 0), L"A longer translation");
     EXPECT_EQ(turn(PSBTN_NEXT, 153), L"S");
     EXPECT_EQ(turn(PSBTN_BACK, 152), L"SS");
+    answerToTurn = 1;
     NMHDR notice{};
     notice.code = static_cast<UINT>(PSN_WIZNEXT);
     EXPECT_EQ(SendMessageW(sheet.page(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&notice)), -1)
@@ -297,7 +307,8 @@ TEST(WedgeSheets, AreTranslatedInTheNarrowFormAndNotReadBeyondTheirSize) {
     page.hInstance = ownModule();
     page.pszTemplate = MAKEINTRESOURCEA(153);
     PROPSHEETPAGEA noPage{};
-    noPage.dwSize = offsetof(PROPSHEETPAGEA, hInstance);
+    noPage.dwSize = offsetof(PROPSHEETPAGEA, pszTitle);
+    noPage.pszTemplate = MAKEINTRESOURCEA(152);
     const auto exactPages = exactBytes(page, noPage);
     PROPSHEETHEADERA header{};
     header.dwSize = offsetof(PROPSHEETHEADERA, pfnCallback) + sizeof(PFNPROPSHEETCALLBACK);
@@ -313,6 +324,7 @@ TEST(WedgeSheets, AreTranslatedInTheNarrowFormAndNotReadBeyondTheirSize) {
     EXPECT_TRUE(!SystemIsExact || narrowCalls == 1) << "the window must have a narrow procedure";
     EXPECT_EQ(textOf(sheet.window.get()), L"caption");
     EXPECT_EQ(sheet.label(), L"S");
+    EXPECT_EQ(sheet.send(PSM_INDEXTOID, 7), 0) << "the refused page has no index";
 }
 
 TEST(WedgeSheets, AcceptAnyNumberOfPagesWithTheCallersDataAfterEachRecord) {

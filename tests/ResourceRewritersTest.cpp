@@ -41,6 +41,8 @@ TEST(ToAccelArray, StopsAtTheEndMarkAndDropsIt) {
     const std::string_view bytes(reinterpret_cast<const char*>(array.get()), count * sizeof(ACCEL));
     for (std::size_t entry = 0; entry < count; ++entry) EXPECT_EQ(bytes[entry * sizeof(ACCEL) + 1], '\0') << entry;
     EXPECT_EQ(ToAccelArray(table.get().data(), table.get().size() - 1, &count), nullptr);
+    EXPECT_EQ(ToAccelArray(nullptr, 8, &count), nullptr);
+    EXPECT_NE(ToAccelArray(table.get().data(), table.get().size(), nullptr), nullptr);
 }
 
 TEST(ResourceRewriters, RefuseNull) {

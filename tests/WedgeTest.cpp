@@ -158,6 +158,7 @@ TEST(Wedge, PassesOtherTypesAndMissingResourcesToTheSystem) {
                                  FindResourceW(ownModule(), MAKEINTRESOURCEW(502), L"KEYED")})
         EXPECT_EQ(std::string(bytesOf(resource), SizeofResource(ownModule(), resource)), "{T_Short}");
     EXPECT_EQ(CreateDialogParamA(ownModule(), "missing", nullptr, ignoreMessage, 0), nullptr);
+    EXPECT_EQ(DialogBoxParamA(ownModule(), "missing", nullptr, endAtOnce, 41), -1);
     EXPECT_EQ(DialogBoxParamW(ownModule(), L"missing", nullptr, endAtOnce, 41), -1);
     EXPECT_EQ(LoadMenuW(ownModule(), MAKEINTRESOURCEW(999)), nullptr);
     EXPECT_EQ(LoadAcceleratorsA(ownModule(), "missing"), nullptr);
@@ -223,6 +224,8 @@ TEST(Wedge, LoadsTranslatedStringsCutToTheBuffer) {
     EXPECT_EQ(LoadStringA(ownModule(), 17, nullptr, -1), 0);
     EXPECT_EQ(LoadStringW(ownModule(), 500, &untouched, 1), 0);
     EXPECT_EQ(untouched, L'#');
+    const allocations::Shortage shortage(0);
+    EXPECT_EQ(LoadStringW(ownModule(), 17, &untouched, 1), 0);
 }
 
 TEST(Wedge, LoadsTranslatedAcceleratorTables) {
