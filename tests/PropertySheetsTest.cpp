@@ -5,7 +5,6 @@
 #include "tests/support/DialogTemplateBuilder.h"
 #include "tests/support/HeapInUse.h"
 #include "tests/support/TestWindows.h"
-#include "tests/support/Threads.h"
 #include "wedge/OwnModule.h"
 #include "wedge/functions/PropertySheetForms.h"
 
@@ -32,7 +31,8 @@ namespace {
 
 constexpr LPARAM CallersValue = 0x1234;
 
-// Wine's sheet reads the handle of PSM_PAGETOINDEX from wParam, and uses the null handle of a page that was refused.
+// Wine's sheet reads the handle of PSM_PAGETOINDEX from wParam, and uses the null handle of a page that was refused. It
+// also shows a page whose callback refuses, and has its own caption if the caller's caption is missing.
 #ifdef _WIN32
 constexpr bool SystemIsExact = false;
 #else
@@ -191,11 +191,6 @@ TEST(WedgeSheets, AnswerMessagesThatNameAPageByItsResourceId) {
     EXPECT_EQ(sheet.forwardedTo(999), (Messages{{PSM_SETCURSELID, 0, 999}, {PSM_INDEXTOPAGE, 1, 0}}));
 }
 
-TEST(WedgeSheets, UseNumbersOf16BitsAsStringIds) {
-    EXPECT_TRUE(isStringId(reinterpret_cast<LPCSTR>(std::uintptr_t{0xFFFF})));
-    EXPECT_FALSE(isStringId(reinterpret_cast<LPCSTR>(std::uintptr_t{0x10000})));
-}
-
 TEST(WedgeSheets, DoNotConfuseTheNameOfAStartPageWithAnId) {
     // This memory contains an address whose low 16 bits equal the id of a page.
     std::vector<char> memory(0x20000);
@@ -204,6 +199,7 @@ TEST(WedgeSheets, DoNotConfuseTheNameOfAStartPageWithAnId) {
     sheet.header.pStartPage = reinterpret_cast<LPCWSTR>(memory.data() + behindStart);
     sheet.open();
     EXPECT_NE(sheet.label(), L"SS");
+    EXPECT_TRUE(isStringId(MAKEINTRESOURCEA(0xFFFF)) && !isStringId(MAKEINTRESOURCEA(0xFFFF) + 1));
 }
 
 TEST(WedgeSheets, TurnAWizardToThePageOfAResourceId) {
@@ -222,8 +218,7 @@ TEST(WedgeSheets, TurnAWizardToThePageOfAResourceId) {
     EXPECT_EQ(turn(PSBTN_NEXT, 153), L"S");
     EXPECT_EQ(turn(PSBTN_BACK, 152), L"SS");
     answerToTurn = 1;
-    NMHDR notice{};
-    notice.code = static_cast<UINT>(PSN_WIZNEXT);
+    NMHDR notice{nullptr, 0, static_cast<UINT>(PSN_WIZNEXT)};
     EXPECT_EQ(SendMessageW(sheet.page(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&notice)), -1)
         << "the wizard must stay on its page";
 }
@@ -252,7 +247,7 @@ TEST(WedgeSheets, LeaveAMissingTemplateTitleAndCaptionToTheSystem) {
     EXPECT_NE(DestroyPropertySheetPage(CreatePropertySheetPageW(&sheet.pages[1])), 0);
     EXPECT_EQ(std::memcmp(&lastPage, &sheet.pages[1], offsetof(PROPSHEETPAGEW, pfnCallback)), 0);
     sheet.open();
-    EXPECT_EQ(textOf(sheet.window.get()), L"");
+    EXPECT_TRUE(!SystemIsExact || textOf(sheet.window.get()).empty());
     sheet.send(PSM_SETCURSEL, 1);
     EXPECT_EQ(sheet.label(), L"S") << "the second page is missing";
 }
@@ -275,7 +270,7 @@ TEST(WedgeSheets, CallOnlyCallbacksThatTheirFlagsEnable) {
     answerToCreate = 0;
     refused.open();
     answerToCreate = 1;
-    EXPECT_NE(refused.label(), L"A longer translation");
+    EXPECT_TRUE(!SystemIsExact || refused.label().empty());
 }
 
 TEST(WedgeSheets, DestroyTheirPagesIfTheyAreRefused) {
@@ -381,30 +376,18 @@ TEST(WedgeSheets, WaitUntilAnotherThreadHasOpenedItsSheet) {
     Sheet sheet;
     aheadOfTheWindow = [&] {
         other = std::thread([&isOpen] {
-            Sheet().open();
+            Sheet inner;
+            inner.open();
             isOpen = true;
+            EXPECT_EQ(inner.send(PSM_INDEXTOID, 1), 152);
+            EXPECT_EQ(inner.label(), L"A longer translation");
         });
         for (int turn = 0; turn < 30 && !isOpen; ++turn) std::this_thread::sleep_for(std::chrono::milliseconds(2));
         EXPECT_FALSE(isOpen);
     };
     sheet.open();
+    EXPECT_EQ(sheet.send(PSM_INDEXTOID, 2), 153);
     other.join();
-    EXPECT_TRUE(isOpen);
-}
-
-TEST(WedgeSheets, MayBeOpenOnTwoThreads) {
-    std::atomic<int> opened = 0;
-    onThreads(2, [&opened](int) {
-        // A real window system needs too much time for many turns.
-        for (int turn = 0; turn < (SystemIsExact ? 100 : 1); ++turn) {
-            Sheet sheet;
-            sheet.open();
-            ++opened;
-            while (opened < 2 * (turn + 1)) std::this_thread::yield();
-            EXPECT_EQ(sheet.send(PSM_INDEXTOID, 1), 152);
-            EXPECT_EQ(sheet.label(), L"A longer translation");
-        }
-    });
 }
 
 } // namespace eq

@@ -29,17 +29,11 @@ public:
 
     unsigned below(unsigned count) { return static_cast<unsigned>(m_numbers() % count); }
 
-    void word(unsigned value) {
-        compiled.word(value);
-        rewritten.word(value);
-    }
+    void word(unsigned value) { compiled.word(value), rewritten.word(value); }
     void randomWords(int count) {
         for (; count > 0; --count) word(below(0x10000));
     }
-    void data(unsigned size) {
-        compiled.bytes(std::string(size, 'd'));
-        rewritten.bytes(std::string(size, 'd'));
-    }
+    void data(const std::string& bytes) { compiled.bytes(bytes), rewritten.bytes(bytes); }
 
     /// Adds padding. In the rewritten form the padding is zero.
     void align() {
@@ -154,7 +148,7 @@ void addDialog(RandomResource& dialog) {
         dialog.ordinalOrText(true);
         const unsigned size = dialog.sizeOfData();
         dialog.word(size);
-        dialog.data(size);
+        dialog.data(std::string(size, 'd'));
     }
 }
 
@@ -181,7 +175,7 @@ void addMenu(RandomResource& menu) {
     menu.isInvalid = version > 1 || gap < 4 * version || gap % 2 != 0;
     menu.word(version);
     menu.word(gap);
-    menu.data(gap);
+    menu.data(std::string(gap, 'g'));
     addMenuLevel(menu, version != 0, 0);
     menu.element();
 }

@@ -75,17 +75,15 @@ EQ_COUNT_CALLS(HMENU, LoadMenuIndirectA, (const MENUTEMPLATEA* t), t)
 EQ_COUNT_CALLS(LONG_PTR, SetWindowLongPtrA, (HWND w, int i, LONG_PTR v), w, i, v)
 
 TEST(Wedge, UsesTheSystemsFunctionsOfTheCallersWidth) {
-    const auto callsOf = [](const auto& work) {
-        const int before = narrowCalls;
-        work();
-        return narrowCalls - before;
-    };
-    EXPECT_EQ(callsOf([] { Window(CreateDialogParamA(ownModule(), "NamedDialog", nullptr, ignoreMessage, 0)); }), 1);
-    EXPECT_EQ(callsOf([] { Window(CreateDialogParamW(ownModule(), L"NamedDialog", nullptr, ignoreMessage, 0)); }), 0);
-    EXPECT_EQ(callsOf([] { DialogBoxParamA(ownModule(), "NamedDialog", nullptr, endAtOnce, 0); }), 1);
-    EXPECT_EQ(callsOf([] { DialogBoxParamW(ownModule(), L"NamedDialog", nullptr, endAtOnce, 0); }), 0);
-    EXPECT_EQ(callsOf([] { DestroyMenu(LoadMenuA(ownModule(), MAKEINTRESOURCEA(201))); }), 1);
-    EXPECT_EQ(callsOf([] { DestroyMenu(LoadMenuW(ownModule(), MAKEINTRESOURCEW(201))); }), 0);
+    narrowCalls = 0;
+    Window(CreateDialogParamA(ownModule(), "NamedDialog", nullptr, ignoreMessage, 0));
+    DialogBoxParamA(ownModule(), "NamedDialog", nullptr, endAtOnce, 0);
+    DestroyMenu(LoadMenuA(ownModule(), MAKEINTRESOURCEA(201)));
+    EXPECT_EQ(narrowCalls, 3);
+    Window(CreateDialogParamW(ownModule(), L"NamedDialog", nullptr, ignoreMessage, 0));
+    DialogBoxParamW(ownModule(), L"NamedDialog", nullptr, endAtOnce, 0);
+    DestroyMenu(LoadMenuW(ownModule(), MAKEINTRESOURCEW(201)));
+    EXPECT_EQ(narrowCalls, 3);
 }
 #endif
 
