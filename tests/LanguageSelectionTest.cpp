@@ -139,6 +139,7 @@ TEST(LanguageFileName, DeclaresALanguage) {
                                                  {"a1b2.lng", 0},       {"1031", 0},         {"1031..lng", 0}};
     for (const auto& [name, language] : rows) EXPECT_EQ(ParseLanguageFileName(name, "", "lng"), language) << name;
     EXPECT_EQ(ParseLanguageFileName("My Equalizer1031.lng", "equalizer", "lng"), 1031);
+    EXPECT_TRUE(CompareNoCase("\xE4", "a") < 0 && CompareNoCase("a", "B") < 0) << "bytes are signed";
     for (const char* const name : {"Equaliser1031.lng", "qualizer1031.lng"})
         EXPECT_EQ(ParseLanguageFileName(name, "equalizer", "lng"), 0) << name;
 }
