@@ -1,10 +1,12 @@
 #include "wedge/CLanguageFile.h"
 #include "tests/support/AnsiCodepage.h"
 #include "tests/support/FailureText.h"
+#include "tests/support/LanguageFormat.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -33,44 +35,22 @@ protected:
 
 } // namespace
 
-TEST_F(LanguageFile, ClassifiesLines) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"\n  \t \r\n// a = b\n   // [x]\n", ""},
-        {"a=b=c\n=x\na=\na b = c d\n/ a = b // c\n", "a|b=c\n|x\na|\na b|c d\n/ a|b // c\n"},
-        {"\x01\x1F {a}\t=\t\xA0 b\x80 \r\n", "{a}|\xA0 b\x80\n"},
-        {"[[Alpha]]]\n[Alpha\n[ Alpha ] x\n[]\n[a] = b\na=b\n",
-         "context|Alpha\nend\ncontext|Alpha\nend\ncontext| Alpha ] x\nend\ncontext|\nend\ncontext|a] = b\na|b\nend\n"},
-        {" <CODEPAGE 1252> any words\n", "tag|<CODEPAGE 1252>|\n"},
-        {"<codepage 1252> = x\n<ACCEL A>  = <ACCEL B> = >", "tag|<codepage 1252>|x\ntag|<ACCEL A>|<ACCEL B> = >\n"},
-        {"\xEF\xBB\xBF[Alpha]=\n", "\xEF\xBB\xBF[Alpha]|\n"},
-    };
-    for (const auto& [text, events] : cases) {
+TEST_F(LanguageFile, SendsTheEventsOfRandomFilesUpToTheFirstFault) {
+    std::mt19937 random(4711);
+    const std::string folders[] = {"1031/", "A1031.x/", ""};
+    for (int i = 0; i < 5000; ++i) {
+        // The names also have a dot only in the folder, or none.
+        const std::string name = folders[random() % 3] + (random() % 8 == 0 ? "1031" : oracle::endingOfName(random));
+        const std::string text = oracle::hostileFile(random);
         std::istringstream stream(text);
         recorder.log.clear();
-        scanLanguageStream(stream, "A1031.lng", recorder);
-        EXPECT_EQ(recorder.log, std::string(events) + "file end\n");
+        try {
+            scanLanguageStream(stream, name, recorder);
+        } catch (const CLanguageFile::syntax_error& fault) {
+            recorder.log += fault.context();
+        }
+        ASSERT_EQ(recorder.log, oracle::eventsOf(name, text)) << text;
     }
-}
-
-TEST_F(LanguageFile, ReportsEachFaultInItsWords) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"\n\n<ACCEL A = b\n", "3: Invalid tag syntax - cannot find '>'.\n"},
-        {"a=b\r\n// c\r\n<FOO>\r\n", "3: Invalid tag '<FOO>':Tag type 'FOO' is unknown.\n"},
-        {"<   > = x", "1: Invalid tag '<   >'.\n"},
-        {"<CODEPAGE 932>", "1: Specified codepage does not appear to match language of file.\n"},
-        {"<CODEPAGE 1252> any = words", "1: Unexpected text encountered between tag and '='."},
-        {"<ACCEL A> any words", "1: equal (=) expected for this tag type.\n"},
-        {"[Alpha]\na=b\n/\nc=d", "3: equal (=) expected.\n"},
-    };
-    for (const auto& [text, fault] : cases) {
-        std::istringstream stream(text);
-        recorder.log.clear();
-        EXPECT_EQ(failureOf<CLanguageFile::syntax_error>([&] { scanLanguageStream(stream, "A1031.lng", recorder); }),
-                  "syntax_error thrown by CLanguageFile::ScanFile() [wedge/CLanguageFile:N] with context\n"
-                  "In file 'A1031.lng', line " +
-                      std::string(fault));
-    }
-    EXPECT_EQ(recorder.log, "context|Alpha\na|b\n") << "the events before the fault were sent";
 }
 
 TEST_F(LanguageFile, RefusesFilesThatItCannotRead) {

@@ -3,6 +3,7 @@
 #include "parameters/DisplayText.h"
 #include "support/LanguageText.h"
 #include "tests/support/AnsiCodepage.h"
+#include "tests/support/FailureText.h"
 #include "tests/support/LanguageSettings.h"
 #include "tests/support/LoadedLibrary.h"
 #include "tests/support/MessageBoxWatch.h"
@@ -64,12 +65,25 @@ protected:
     const LoadedLibrary library{copiedModule()};
 };
 
+UINT typeOfLastBox = MB_ICONERROR; // on Windows a test cannot read the type
+
 std::wstring found(const CLanguageStore& store, const char* key) {
     const wchar_t* text = store.Find(key);
     return text ? text : L"(none)";
 }
 
 } // namespace
+
+#ifndef _WIN32
+int realMessageBox(HWND, LPCWSTR, LPCWSTR, UINT,
+                   WORD) asm("__real__ZN2eq7standin6system13MessageBoxExWEP13StandinWindowPKwS5_jt");
+int messageBox(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type,
+               WORD language) asm("__wrap__ZN2eq7standin6system13MessageBoxExWEP13StandinWindowPKwS5_jt");
+int messageBox(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type, WORD language) {
+    typeOfLastBox = type;
+    return realMessageBox(owner, text, caption, type, language);
+}
+#endif
 
 TEST_F(LanguageStore, FindsAKeyInAnyCaseWithOrWithoutBraces) {
     const CLanguageStore store = storeOf("[Module]\nIDS_DB = dB\n = nothing\n");
@@ -87,6 +101,7 @@ TEST_F(LanguageStore, ReadsAndDecodesTheTextsOfItsContexts) {
          "[Shared]\nb = late\nc = shared too\n",
          {{"a", L"module"}, {"b", L"shared"}, {"c", L"shared too"}, {"d", L"(none)"}}},
         {"[Shared]\na = first\nA = second\n[Other]\n[Shared]\na = third\n", {{"a", L"first"}}},
+        {"[Module]\na =\n[Shared]\na = shared\n", {{"a", L""}}},
         // Before the first context, only a code page tag has an effect.
         {"<CODEPAGE 437>\na = lost\n<ACCEL A> = <ACCEL B>\n[Module]\nb = \\x81\n<CODEPAGE 1252>\nc = \xE4\\xFC\n",
          {{"a", L"(none)"}, {"ACCEL_0x41", L"(none)"}, {"b", L"\u00FC"}, {"c", L"\u00E4\u00FC"}}},
@@ -98,6 +113,26 @@ TEST_F(LanguageStore, ReadsAndDecodesTheTextsOfItsContexts) {
         const CLanguageStore store = storeOf(file);
         for (const auto& [key, text] : texts) EXPECT_EQ(found(store, key), text) << key;
     }
+}
+
+TEST_F(LanguageStore, IsNotBuiltIfAValueCannotBeConverted) {
+    // Code page 942 fits Japanese, but the systems do not have it.
+    for (const char* const text :
+         {"[Module]\n<CODEPAGE 942>\na = b\n", "[Module]\na = b\n<CODEPAGE 942>\nA = repeated\n"}) {
+        folder.write("A1041.lng", text);
+        EXPECT_THROW(CLanguageStore(folder.path("Module.dll"), 1041), convert_wstring_failed) << text;
+    }
+    folder.write("A1041.lng", "<CODEPAGE 942>\na = outside\n[Module]\nb =\n");
+    EXPECT_EQ(found(CLanguageStore(folder.path("Module.dll"), 1041), "b"), L"");
+}
+
+TEST_F(LanguageStore, ReadsTheOverrideWhenTheLibraryIsLoaded) {
+    std::filesystem::copy_file(EQ_WEDGE_LIBRARY, folder.path("Module.dll"));
+    for (const char* const name : {"A1031.lng", "A1033.lng", "A1036.lng"}) folder.write(name, "");
+    const LanguageSettings settingsAtLoad(1031, 1036);
+    const LoadedLibrary library(folder.path("Module.dll"));
+    const LanguageSettings settingsAtUse(1033, 1036);
+    EXPECT_EQ(library.find<WORD (*)()>("languageOfTheStore")(), 1031);
 }
 
 TEST_F(LanguageStore, ExpandsReferences) {
@@ -162,19 +197,41 @@ TEST_F(StoreInstance, ShowsTheKeyOfAMissingUnitAndWholeCharactersOfALongUnit) {
     }
 }
 
+TEST_F(StoreInstance, CutsLoadedStringsBetweenCharactersOfItsCodePage) {
+    folder.write("A1041.lng", "<CODEPAGE 932>\n");
+    g_language_override = 1041;
+    for (int room = 1; room <= 6; ++room) {
+        char text[6];
+        const int size = LoadStringA(GetModuleHandleA(nullptr), 64, text, room);
+        EXPECT_EQ(size, room < 3 ? 0 : room < 5 ? 2 : 4);
+        EXPECT_EQ(text, std::string("\x8A\xBF\x8E\x9A").substr(0, static_cast<std::size_t>(size)));
+    }
+}
+
 TEST_F(StoreInstance, ReportsOnceThatThereAreNoFilesAndCanBeUsedDuringTheReport) {
     std::wstring textMeanwhile = L"(none)";
     const MessageBoxWatch watch([&] { textMeanwhile = found(CLanguageStore::Instance(), "a"); });
     EXPECT_EQ(GetLanguageId(), 0);
     EXPECT_EQ(ExpandLanguageKeys(std::string("{a}"), nullptr), "{a}");
     EXPECT_EQ(watch.count(), 1);
+    EXPECT_EQ(typeOfLastBox, UINT{MB_ICONERROR});
     EXPECT_EQ(watch.last(), L"Error\nLNG0001:  No language files were found.");
     EXPECT_EQ(textMeanwhile, L"(none)");
+
+    CLanguageStoreTestAccess::drop();
+    MessageBoxExA(nullptr, "box", "A", MB_OK, 0);
+    EXPECT_EQ(watch.count(), 3) << "the store's message, and the caller's";
+    CLanguageStoreTestAccess::drop();
+    MessageBoxExW(nullptr, L"box", L"W", MB_OK, 0);
+    EXPECT_EQ(watch.count(), 5);
+    EXPECT_EQ(watch.last(), L"W\nbox");
 }
 
 TEST_F(StoreInstance, IsBuiltAgainAfterABrokenFileAndOnlyOnceForAllThreads) {
-    folder.write("A1033.lng", "[Sample Module]\na = b\nfault\n");
-    EXPECT_THROW(GetLanguageId(), CLanguageFile::syntax_error);
+    const std::string path = folder.write("A1033.lng", "[Sample Module]\na = b\nfault\n");
+    EXPECT_EQ(failureOf<CLanguageFile::syntax_error>(GetLanguageId),
+              "syntax_error thrown by CLanguageFile::ScanFile() [wedge/CLanguageFile:N] with context\nIn file '" +
+                  path + "', line 3: equal (=) expected.\n");
 
     std::string text = "[Sample Module]\n";
     for (int i = 0; i < 2000; ++i) text += "key" + std::to_string(i) + " = text\n";

@@ -11,9 +11,26 @@
 #include "platform/desktop/TestHooks.h"
 #include "tests/support/Threads.h"
 
+#include <dlfcn.h>
 #include <pty.h>
 #include <termios.h>
 #include <unistd.h>
+#endif
+
+#ifndef _WIN32
+static termios requestedSettings = {};
+
+// A pseudo-terminal always has eight bits and no parity, so these functions replace those of the system.
+extern "C" int tcgetattr(int port, termios* settings) noexcept {
+    const int result = reinterpret_cast<decltype(&tcgetattr)>(dlsym(RTLD_NEXT, "tcgetattr"))(port, settings);
+    settings->c_cflag = (settings->c_cflag & ~tcflag_t{CSIZE}) | CS7 | PARENB | CSTOPB;
+    return result;
+}
+
+extern "C" int tcsetattr(int port, int when, const termios* settings) noexcept {
+    requestedSettings = *settings;
+    return reinterpret_cast<decltype(&tcsetattr)>(dlsym(RTLD_NEXT, "tcsetattr"))(port, when, settings);
+}
 #endif
 
 namespace eq {
@@ -95,9 +112,8 @@ TEST(DebugLog, SendsToASerialPortWhenItExistsAndDoesNotMixTheTextsOfThreads) {
         for (int text = 0; text < 200; ++text) expected += "a\r\n";
         EXPECT_EQ(received, expected + "!");
 
-        termios settings = {};
-        tcgetattr(sender, &settings);
-        EXPECT_EQ(cfgetospeed(&settings), B19200);
+        EXPECT_EQ(cfgetospeed(&requestedSettings), B19200);
+        EXPECT_EQ(requestedSettings.c_cflag & (CSIZE | PARENB | CSTOPB), tcflag_t{CS8});
         close(sender);
         close(receiver);
     }

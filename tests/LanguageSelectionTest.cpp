@@ -90,6 +90,7 @@ TEST_F(LanguageSelection, SetsTheCodePageAtEachScan) {
     const CLanguageStore store(folder.path("My.Module.dll"), 1041);
     EXPECT_STREQ(store.Find("b"), L"\u30BD") << "the code page must be that of the found language";
     EXPECT_EQ(store.codepage(), 932U);
+    folder.write("A1041.lng", "<CODEPAGE 932>\n");
     folder.write("A1033.lng", "<CODEPAGE 850>\n");
     EXPECT_EQ(CLanguageStore(folder.path("Module.dll"), 1041).codepage(), 850U);
 }
@@ -111,7 +112,10 @@ TEST_F(LanguageSelection, ReadsTheOverrideAndTheSystemsLanguage) {
         EXPECT_EQ(ReadLanguageOverride(), static_cast<WORD>(value));
         EXPECT_EQ(ReadUiLanguage(uilanguage_default), language);
     }
-#ifdef _WIN32
+#ifndef _WIN32
+    const LanguageSettings french(0, 1036);
+    EXPECT_EQ(ReadUiLanguage(uilanguage_user), 1036);
+#else
     settings.overrideValue.setText("4"); // the system stores this text in four bytes, the size of a number
     EXPECT_EQ(ReadLanguageOverride(), 0) << "the type of the value is not a number";
     settings.overrideValue.remove();
@@ -135,6 +139,7 @@ TEST(LanguageFileName, DeclaresALanguage) {
                                                  {"a1b2.lng", 0},       {"1031", 0},         {"1031..lng", 0}};
     for (const auto& [name, language] : rows) EXPECT_EQ(ParseLanguageFileName(name, "", "lng"), language) << name;
     EXPECT_EQ(ParseLanguageFileName("My Equalizer1031.lng", "equalizer", "lng"), 1031);
+    EXPECT_TRUE(CompareNoCase("\xE4", "a") < 0 && CompareNoCase("a", "B") < 0) << "bytes are signed";
     for (const char* const name : {"Equaliser1031.lng", "qualizer1031.lng"})
         EXPECT_EQ(ParseLanguageFileName(name, "equalizer", "lng"), 0) << name;
 }

@@ -1,11 +1,9 @@
 // Plants faults of translators in shipped files, and checks files that no translator would write.
 
+#include "tests/support/LanguageFormat.h"
 #include "tests/support/LngcheckCommand.h"
 
 #include <algorithm>
-#include <cctype>
-#include <cstdint>
-#include <cstdlib>
 #include <random>
 #include <set>
 #include <sstream>
@@ -141,166 +139,6 @@ TEST_F(LngcheckFaults, ExplainsFaultsOfFileNames) {
     }
 }
 
-/// An independent scanner, which was written only from the description of the format. It finds the faulty lines of a
-/// file.
-namespace oracle {
-
-struct Fault {
-    int line;
-    std::string text; ///< the message up to the first character that JSON or a terminal would escape
-    auto operator<=>(const Fault&) const = default;
-};
-
-std::string trimmed(const std::string& text) {
-    std::size_t first = 0;
-    std::size_t end = text.size();
-    while (first < end && static_cast<unsigned char>(text[first]) <= ' ') ++first;
-    while (end > first && static_cast<unsigned char>(text[end - 1]) <= ' ') --end;
-    return text.substr(first, end - first);
-}
-
-std::string plainStart(const std::string& text) {
-    std::string plain;
-    for (const char c : text) {
-        if (c < ' ' || c > '~' || c == '"' || c == '\\') break;
-        plain += c;
-    }
-    return plain;
-}
-
-/// Returns the number before the last point of a file name, cut to 16 bits.
-int languageOf(const std::string& name) {
-    const std::size_t point = name.rfind('.');
-    std::size_t first = point;
-    while (first > 0 && std::isdigit(static_cast<unsigned char>(name[first - 1]))) --first;
-    return std::atoi(name.substr(first, point - first).c_str()) & 0xFFFF;
-}
-
-/// Returns whether a code page fits a language. Contains only the pairs that the hostile files may use.
-bool isPair(long codepage, int language) {
-    const std::set<std::pair<long, int>> pairs = {{437, 1031}, {437, 1041}, {850, 1031}, {1252, 1031},
-                                                  {932, 1041}, {942, 1041}, {866, 1049}, {1251, 1049}};
-    return pairs.contains({codepage, language});
-}
-
-/// Returns the fault in a tag. For a valid tag, returns a text that begins with a point.
-std::string faultOfTag(const std::string& tag) {
-    std::string inside = tag.substr(1, tag.size() - 2);
-    for (char& c : inside) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
-    std::ranges::replace(inside, '\t', ' ');
-    std::vector<std::string> words;
-    for (std::size_t at = inside.find_first_not_of(' '); at < inside.size();) {
-        const std::size_t end = std::min(inside.find(' ', at), inside.size());
-        words.push_back(inside.substr(at, end - at));
-        at = inside.find_first_not_of(' ', end);
-    }
-    if (words.empty()) return "Invalid tag '" + tag + "'.";
-    const std::string invalid = "Invalid tag '" + tag + "':";
-    if (words[0] == "CODEPAGE") {
-        if (words.size() < 2) return invalid + "Codepage number expected in codepage definition.";
-        if (std::atol(words[1].c_str()) == 0)
-            return invalid + "First argument in codepage definition is expected to be an integer codepage number.";
-        return ".CODEPAGE " + words[1];
-    }
-    if (words[0] != "ACCEL" && words[0] != "ACCELERATOR") return invalid + "Tag type '" + words[0] + "' is unknown.";
-    const std::set<std::string> names = {"VIRTKEY", "SHIFT", "CONTROL", "ALT", "VK_F5", "VK_OEM_CLEAR"};
-    for (std::size_t i = 1; i < words.size(); ++i) {
-        const bool isKey = words[i].size() == 1 && (std::isdigit(static_cast<unsigned char>(words[i][0])) ||
-                                                    (words[i][0] >= 'A' && words[i][0] <= 'Z'));
-        if (!isKey && !names.contains(words[i]))
-            return invalid + "Unknown identifier '" + words[i] + "' in accelerator definition.";
-    }
-    return ".ACCEL";
-}
-
-std::string faultOf(const std::string& line, int language) {
-    const std::size_t equal = line.find('=');
-    if (line.empty() || line.starts_with("//") || line[0] == '[') return "";
-    if (line[0] != '<') return equal == std::string::npos ? "equal (=) expected." : "";
-    const std::size_t close = line.find('>', 1);
-    if (close == std::string::npos) return "Invalid tag syntax - cannot find '>'.";
-    const std::string tag = line.substr(0, close + 1);
-    const std::string fault = faultOfTag(tag);
-    if (fault[0] != '.') return fault;
-    if (fault[1] == 'C' && !isPair(std::atol(fault.c_str() + 10), language))
-        return "Specified codepage does not appear to match language of file.";
-    if (equal != std::string::npos)
-        return trimmed(line.substr(0, equal)) == tag ? "" : "Unexpected text encountered between tag and '='.";
-    return fault[1] == 'A' ? "equal (=) expected for this tag type." : "";
-}
-
-std::set<Fault> faultsOf(const std::string& name, const std::string& contents) {
-    std::set<Fault> faults;
-    std::istringstream stream(contents);
-    std::string line;
-    for (int number = 1; std::getline(stream, line); ++number) {
-        const std::string fault = faultOf(trimmed(line), languageOf(name));
-        if (!fault.empty()) faults.insert({number, plainStart(fault)});
-    }
-    return faults;
-}
-
-} // namespace oracle
-
-std::string hostileFile(std::mt19937& random) {
-    const std::vector<std::string> pieces = {"<",
-                                             ">",
-                                             "=",
-                                             "[",
-                                             "]",
-                                             " ",
-                                             "\t",
-                                             "//",
-                                             "/",
-                                             "\"",
-                                             "<CODEPAGE",
-                                             " 1252",
-                                             " 932",
-                                             " 437",
-                                             " 1251",
-                                             " 0",
-                                             " x",
-                                             " 866>",
-                                             " 1252>",
-                                             "<codepage ",
-                                             "<>",
-                                             "< ",
-                                             "<ACCEL",
-                                             " VK_F5",
-                                             " VK_A",
-                                             " F5",
-                                             " 7",
-                                             " +",
-                                             " SHIFT",
-                                             " alt>",
-                                             "<accelerator control a>",
-                                             "<FOO>",
-                                             "key",
-                                             "text",
-                                             "\xEF\xBB\xBF",
-                                             "\x80",
-                                             "\xFF",
-                                             "\\x4",
-                                             "\r",
-                                             "\x01",
-                                             "\x1A",
-                                             "&",
-                                             "= <ACCEL B>",
-                                             "<CODEPAGE 850 x>",
-                                             "<CODEPAGE 942> =",
-                                             " VK_OEM_CLEAR ",
-                                             "[Shared]",
-                                             "IDS_DB = dB",
-                                             "{",
-                                             "\\n"};
-    std::string file = "[Shared]\n";
-    for (std::size_t lines = random() % 9; lines > 0; --lines) {
-        for (std::size_t count = random() % 6; count > 0; --count) file += pieces[random() % pieces.size()];
-        if (lines > 1 || random() % 2 == 0) file += random() % 3 == 0 ? "\r\n" : "\n";
-    }
-    return file;
-}
-
 /// Returns the value of a member of a JSON object, up to its first escape.
 std::string member(const std::string& object, const std::string& name) {
     const std::size_t at = object.find("\"" + name + "\": ") + name.size() + 4;
@@ -315,16 +153,14 @@ TEST_F(LngcheckFaults, AgreesWithTheFormatsDescriptionForHostileFiles) {
 #else
     constexpr int Files = 5000;
 #endif
-    const char* const endings[] = {"-1031.lng", "-1041.lng",  "-1049.lng",   "-7.lng",
-                                   "x.lng",     "5_1031.lng", "1049_lng.lng"};
     std::mt19937 random(4711);
     std::map<std::string, std::set<oracle::Fault>> expected;
     std::size_t count = 0;
     for (int i = 0; i < Files; ++i) {
         std::string name;
         for (int rest = i + 26; rest > 0; rest /= 26) name += static_cast<char>('a' + rest % 26);
-        name += endings[random() % std::size(endings)];
-        const std::string file = hostileFile(random);
+        name += oracle::endingOfName(random);
+        const std::string file = oracle::hostileFile(random);
         folder.write("hostile/" + name, file);
         expected[name] = oracle::faultsOf(name, file);
         count += expected[name].size();

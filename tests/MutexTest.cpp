@@ -5,7 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
+#include <memory>
 #include <string>
+#include <thread>
 
 namespace eq {
 
@@ -23,6 +27,8 @@ public:
         });
         return taken;
     }
+
+    [[nodiscard]] HANDLE systemMutex() const { return handle; }
 
     void breakSystemMutex() {
         CloseHandle(handle);
@@ -45,6 +51,22 @@ TEST(Mutex, ReleasesTheSystemsMutexAtTheLastUnlockEvenIfThePreviousHolderDied) {
     mutex.Unlock();
     mutex.Lock();
     EXPECT_FALSE(mutex.isFree());
+}
+
+TEST(Mutex, IsUnlockedWhenItIsDestroyed) {
+    auto mutex = std::make_unique<ProbedMutex>();
+    mutex->Lock();
+    std::atomic<bool> starts = false;
+    DWORD result = WAIT_TIMEOUT;
+    std::thread waiting([&, system = mutex->systemMutex()] {
+        starts = true;
+        result = WaitForSingleObject(system, 500);
+    });
+    while (!starts) std::this_thread::yield();
+    std::this_thread::sleep_for(std::chrono::milliseconds(20)); // a wait that starts later fails immediately
+    mutex.reset();
+    waiting.join();
+    EXPECT_NE(result, DWORD{WAIT_TIMEOUT});
 }
 
 TEST(Mutex, ReportsSystemCallsThatFail) {

@@ -1,21 +1,25 @@
 #include "wedge/functions/WedgeEntryPoints.h"
 
 #include "platform/SystemHandles.h"
+#include "tests/support/AllocationCounter.h"
 #include "tests/support/DialogTemplateBuilder.h"
 #include "tests/support/HeapInUse.h"
 #include "tests/support/TestWindows.h"
-#include "tests/support/Threads.h"
 #include "wedge/OwnModule.h"
+#include "wedge/functions/PropertySheetForms.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <cstring>
 #include <functional>
 #include <memory>
+#include <new>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -27,19 +31,23 @@ namespace {
 
 constexpr LPARAM CallersValue = 0x1234;
 
-// Wine's sheet reads the handle of PSM_PAGETOINDEX from wParam, and uses the null handle of a page that was refused.
+// Wine's sheet reads the handle of PSM_PAGETOINDEX from wParam, and uses the null handle of a page that was refused. It
+// also shows a page whose callback refuses, and has its own caption if the caller's caption is missing.
 #ifdef _WIN32
 constexpr bool SystemIsExact = false;
 #else
 constexpr bool SystemIsExact = true;
 #endif
 
-thread_local std::wstring okText; // the text of the OK button when the last sheet was initialized
-thread_local std::wstring title;  // the title of the last page that was created
-thread_local LPARAM ownData = 0;  // the caller's data after the record of the last page with such data
+thread_local std::wstring okText;     // the text of the OK button when the last sheet was initialized
+thread_local PROPSHEETPAGEW lastPage; // the record in the last call of a page's callback
+thread_local int livePages = 0;       // the pages that the callback has seen and that are not released
+thread_local UINT answerToCreate = 1;
+using Messages = std::vector<std::array<std::uintptr_t, 3>>;
+thread_local Messages forwarded; // messages that the sheet passed to the system
+thread_local LPARAM ownData = 0; // the caller's data after the record of the last page with such data
 thread_local LONG_PTR answerToTurn = 0;
 thread_local std::function<void()> aheadOfTheWindow; // runs once, before the next sheet has its window
-thread_local bool closesAtOnce = false;
 
 /// A page's record, followed by the caller's own data.
 struct LongPage {
@@ -61,8 +69,11 @@ INT_PTR CALLBACK pageProcedure(HWND page, UINT message, WPARAM, LPARAM lParam) {
 
 UINT CALLBACK pageCallback(HWND, UINT message, PROPSHEETPAGEW* page) {
     EXPECT_EQ(page->lParam, CallersValue);
-    if (message == PSPCB_CREATE) title = page->pszTitle;
-    return 1;
+    EXPECT_EQ(page->pfnDlgProc, pageProcedure);
+    lastPage = *page;
+    if (message == PSPCB_ADDREF) ++livePages;
+    if (message == PSPCB_RELEASE) --livePages;
+    return message == PSPCB_CREATE ? answerToCreate : 0;
 }
 
 int CALLBACK sheetCallback(HWND sheet, UINT message, LPARAM lParam) {
@@ -74,7 +85,13 @@ int CALLBACK sheetCallback(HWND sheet, UINT message, LPARAM lParam) {
         if (const auto action = std::exchange(aheadOfTheWindow, nullptr)) action();
     }
     if (message == PSCB_INITIALIZED) okText = textOf(GetDlgItem(sheet, IDOK));
-    if (message == PSCB_INITIALIZED && closesAtOnce) PostMessageW(sheet, PSM_PRESSBUTTON, PSBTN_CANCEL, 0);
+    return 0;
+}
+
+/// Replaces the dialog procedure of a sheet.
+INT_PTR CALLBACK recordMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message >= PSM_SETCURSEL && message <= PSM_INDEXTOID)
+        forwarded.push_back({message, wParam, static_cast<std::uintptr_t>(lParam)});
     return 0;
 }
 
@@ -109,6 +126,16 @@ struct Sheet {
     }
     HWND page() const { return reinterpret_cast<HWND>(send(PSM_GETCURRENTPAGEHWND, 0)); }
     std::wstring label() const { return textOf(GetDlgItem(page(), 1001)); }
+    /// Returns the messages by resource id that the sheet passes to the system.
+    Messages forwardedTo(unsigned id) const {
+        forwarded.clear();
+        const LONG_PTR before =
+            SetWindowLongPtrW(window.get(), DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(recordMessage));
+        for (const UINT message : {PSM_SETCURSELID, PSM_IDTOINDEX, PSM_INDEXTOID})
+            SendMessageW(window.get(), message, 1, static_cast<LPARAM>(id));
+        SetWindowLongPtrW(window.get(), DWLP_DLGPROC, before);
+        return forwarded;
+    }
     std::wstring textOfItem(int id) const { return textOf(GetDlgItem(window.get(), id)); }
 
     std::array<PROPSHEETPAGEW, 3> pages{};
@@ -130,15 +157,20 @@ std::unique_ptr<std::byte[]> exactBytes(const Records&... records) {
 TEST(WedgeSheets, AreTranslatedAndDoNotChangeTheCallersRecords) {
     Sheet sheet(PSH_HASHELP);
     const auto before = sheet.pages;
+    narrowCalls = 0;
     sheet.open();
+    EXPECT_EQ(narrowCalls, 0);
     EXPECT_EQ(textOf(sheet.window.get()), L"the caption S");
-    EXPECT_EQ(title, L"the title SS");
+    EXPECT_STREQ(lastPage.pszTitle, L"the title SS");
     EXPECT_EQ(sheet.label(), L"A longer translation");
     EXPECT_EQ(sheet.textOfItem(IDCANCEL), L"Leave");
     EXPECT_EQ(sheet.textOfItem(9), L"What?");
     EXPECT_EQ(sheet.textOfItem(0x3021), L""); // Apply has no translation
     EXPECT_EQ(okText, L"All right") << "the caller's callback must run after the texts are set";
     EXPECT_EQ(std::memcmp(sheet.pages.data(), before.data(), sizeof before), 0);
+    SetLastError(0);
+    sheet.window.reset();
+    EXPECT_TRUE(!SystemIsExact || GetLastError() == 0) << "a page was destroyed twice";
 }
 
 TEST(WedgeSheets, AnswerMessagesThatNameAPageByItsResourceId) {
@@ -153,6 +185,10 @@ TEST(WedgeSheets, AnswerMessagesThatNameAPageByItsResourceId) {
     EXPECT_EQ(sheet.send(PSM_INDEXTOID, 7), 0);
     sheet.send(PSM_SETCURSELID, 0, 151);
     EXPECT_EQ(sheet.label(), L"A longer translation");
+    const Messages ofPages = sheet.forwardedTo(152);
+    const std::uintptr_t page = ofPages.at(0)[2];
+    EXPECT_EQ(ofPages, (Messages{{PSM_SETCURSEL, 152, page}, {PSM_PAGETOINDEX, 0, page}, {PSM_INDEXTOPAGE, 1, 0}}));
+    EXPECT_EQ(sheet.forwardedTo(999), (Messages{{PSM_SETCURSELID, 0, 999}, {PSM_INDEXTOPAGE, 1, 0}}));
 }
 
 TEST(WedgeSheets, DoNotConfuseTheNameOfAStartPageWithAnId) {
@@ -163,6 +199,7 @@ TEST(WedgeSheets, DoNotConfuseTheNameOfAStartPageWithAnId) {
     sheet.header.pStartPage = reinterpret_cast<LPCWSTR>(memory.data() + behindStart);
     sheet.open();
     EXPECT_NE(sheet.label(), L"SS");
+    EXPECT_TRUE(isStringId(MAKEINTRESOURCEA(0xFFFF)) && !isStringId(MAKEINTRESOURCEA(0xFFFF) + 1));
 }
 
 TEST(WedgeSheets, TurnAWizardToThePageOfAResourceId) {
@@ -180,8 +217,8 @@ TEST(WedgeSheets, TurnAWizardToThePageOfAResourceId) {
     EXPECT_EQ(turn(PSBTN_BACK, 0), L"A longer translation");
     EXPECT_EQ(turn(PSBTN_NEXT, 153), L"S");
     EXPECT_EQ(turn(PSBTN_BACK, 152), L"SS");
-    NMHDR notice{};
-    notice.code = static_cast<UINT>(PSN_WIZNEXT);
+    answerToTurn = 1;
+    NMHDR notice{nullptr, 0, static_cast<UINT>(PSN_WIZNEXT)};
     EXPECT_EQ(SendMessageW(sheet.page(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&notice)), -1)
         << "the wizard must stay on its page";
 }
@@ -199,6 +236,63 @@ TEST(WedgeSheets, AcceptPageHandlesAndDoNotTranslateTemplatesInMemory) {
     EXPECT_EQ(sheet.label(), L"SS");
     sheet.send(PSM_SETCURSEL, 1);
     EXPECT_EQ(sheet.label(), L"{T_Short}");
+    EXPECT_EQ(sheet.forwardedTo(152),
+              (Messages{{PSM_SETCURSELID, 0, 152}, {PSM_IDTOINDEX, 0, 152}, {PSM_INDEXTOID, 1, 152}}));
+}
+
+TEST(WedgeSheets, LeaveAMissingTemplateTitleAndCaptionToTheSystem) {
+    Sheet sheet;
+    sheet.header.pszCaption = MAKEINTRESOURCEW(999);
+    sheet.pages[1].pszTemplate = sheet.pages[1].pszTitle = MAKEINTRESOURCEW(999);
+    EXPECT_NE(DestroyPropertySheetPage(CreatePropertySheetPageW(&sheet.pages[1])), 0);
+    EXPECT_EQ(std::memcmp(&lastPage, &sheet.pages[1], offsetof(PROPSHEETPAGEW, pfnCallback)), 0);
+    sheet.open();
+    EXPECT_TRUE(!SystemIsExact || textOf(sheet.window.get()).empty());
+    sheet.send(PSM_SETCURSEL, 1);
+    EXPECT_EQ(sheet.label(), L"S") << "the second page is missing";
+}
+
+TEST(WedgeSheets, CallOnlyCallbacksThatTheirFlagsEnable) {
+    Sheet sheet;
+    sheet.header.dwFlags &= ~static_cast<DWORD>(PSH_USECALLBACK);
+    sheet.pages[0].dwFlags &= ~static_cast<DWORD>(PSP_USECALLBACK);
+    sheet.pages[1].pfnCallback = nullptr;
+    sheet.header.nPages = 2;
+    okText = L"not called";
+    livePages = 0;
+    sheet.open();
+    EXPECT_EQ(sheet.label() + sheet.textOfItem(IDOK), L"A longer translationAll right");
+    EXPECT_EQ(okText, L"not called");
+    EXPECT_EQ(livePages, 0);
+    sheet.send(PSM_SETCURSEL, 1);
+    EXPECT_EQ(sheet.label(), L"SS");
+    Sheet refused;
+    answerToCreate = 0;
+    refused.open();
+    answerToCreate = 1;
+    EXPECT_TRUE(!SystemIsExact || refused.label().empty());
+}
+
+TEST(WedgeSheets, DestroyTheirPagesIfTheyAreRefused) {
+    if (!SystemIsExact) GTEST_SKIP() << "the system keeps the pages";
+    livePages = 0;
+    Sheet refused;
+    refused.header.hwndParent = reinterpret_cast<HWND>(std::uintptr_t{0xBAD});
+    EXPECT_LE(PropertySheetW(&refused.header), 0);
+    EXPECT_EQ(livePages, 0);
+    int failures = 0;
+    for (long granted = 0; granted < 60; ++granted) {
+        Sheet sheet;
+        livePages = 0;
+        try {
+            const allocations::Shortage shortage(granted, 1);
+            sheet.open();
+        } catch (const std::bad_alloc&) {
+            EXPECT_EQ(livePages, 0) << granted;
+            ++failures;
+        }
+    }
+    EXPECT_GT(failures, 20);
 }
 
 TEST(WedgeSheets, AreTranslatedInTheNarrowFormAndNotReadBeyondTheirSize) {
@@ -208,7 +302,8 @@ TEST(WedgeSheets, AreTranslatedInTheNarrowFormAndNotReadBeyondTheirSize) {
     page.hInstance = ownModule();
     page.pszTemplate = MAKEINTRESOURCEA(153);
     PROPSHEETPAGEA noPage{};
-    noPage.dwSize = offsetof(PROPSHEETPAGEA, hInstance);
+    noPage.dwSize = offsetof(PROPSHEETPAGEA, pszTitle);
+    noPage.pszTemplate = MAKEINTRESOURCEA(152);
     const auto exactPages = exactBytes(page, noPage);
     PROPSHEETHEADERA header{};
     header.dwSize = offsetof(PROPSHEETHEADERA, pfnCallback) + sizeof(PFNPROPSHEETCALLBACK);
@@ -217,11 +312,14 @@ TEST(WedgeSheets, AreTranslatedInTheNarrowFormAndNotReadBeyondTheirSize) {
     header.nPages = SystemIsExact ? 2 : 1;
     header.ppsp = reinterpret_cast<const PROPSHEETPAGEA*>(exactPages.get());
     const auto exactHeader = exactBytes(header);
+    narrowCalls = 0;
     const INT_PTR opened = PropertySheetA(reinterpret_cast<const PROPSHEETHEADERA*>(exactHeader.get()));
     Sheet sheet;
     sheet.window = Window(reinterpret_cast<HWND>(opened));
+    EXPECT_TRUE(!SystemIsExact || narrowCalls == 1) << "the window must have a narrow procedure";
     EXPECT_EQ(textOf(sheet.window.get()), L"caption");
     EXPECT_EQ(sheet.label(), L"S");
+    EXPECT_EQ(sheet.send(PSM_INDEXTOID, 7), 0) << "the refused page has no index";
 }
 
 TEST(WedgeSheets, AcceptAnyNumberOfPagesWithTheCallersDataAfterEachRecord) {
@@ -272,27 +370,24 @@ TEST(WedgeSheets, MayBeOpenedWhileAnotherSheetIsBeingOpened) {
     for (const Sheet* const sheet : {&inner, &outer}) EXPECT_EQ(sheet->textOfItem(IDCANCEL), L"Leave");
 }
 
-TEST(WedgeSheets, RunUntilTheyAreClosedIfModal) {
+TEST(WedgeSheets, WaitUntilAnotherThreadHasOpenedItsSheet) {
+    std::atomic<bool> isOpen = false;
+    std::thread other;
     Sheet sheet;
-    sheet.header.dwFlags &= ~static_cast<DWORD>(PSH_MODELESS);
-    closesAtOnce = true;
-    EXPECT_EQ(PropertySheetW(&sheet.header), 0);
-    closesAtOnce = false;
-}
-
-TEST(WedgeSheets, MayBeOpenOnTwoThreads) {
-    std::atomic<int> opened = 0;
-    onThreads(2, [&opened](int) {
-        // A real window system needs too much time for many turns.
-        for (int turn = 0; turn < (SystemIsExact ? 100 : 1); ++turn) {
-            Sheet sheet;
-            sheet.open();
-            ++opened;
-            while (opened < 2 * (turn + 1)) std::this_thread::yield();
-            EXPECT_EQ(sheet.send(PSM_INDEXTOID, 1), 152);
-            EXPECT_EQ(sheet.label(), L"A longer translation");
-        }
-    });
+    aheadOfTheWindow = [&] {
+        other = std::thread([&isOpen] {
+            Sheet inner;
+            inner.open();
+            isOpen = true;
+            EXPECT_EQ(inner.send(PSM_INDEXTOID, 1), 152);
+            EXPECT_EQ(inner.label(), L"A longer translation");
+        });
+        for (int turn = 0; turn < 30 && !isOpen; ++turn) std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        EXPECT_FALSE(isOpen);
+    };
+    sheet.open();
+    EXPECT_EQ(sheet.send(PSM_INDEXTOID, 2), 153);
+    other.join();
 }
 
 } // namespace eq

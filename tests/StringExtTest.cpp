@@ -36,6 +36,20 @@ TEST(StringExt, ConvertsBetweenCodePagesAndUnits) {
     EXPECT_EQ(convert_wstring("x\xD2y", 1253).size(), 3U) << "the code page does not define this byte";
 }
 
+TEST(StringExt, CutsATextBetweenCharacters) {
+    const std::tuple<unsigned, std::string, std::string> rows[] = {
+        {932, "a\x8A\xBF\xB1\x8E\x9A", "0113446"},
+        {1252, "a\x8A\xBF", "0123"},
+        {Utf8, "\xC3\xA9z\xF0\x9D\x84\x9E", "00233337"},
+    };
+    for (const auto& [codePage, text, expected] : rows) {
+        std::string sizes;
+        for (std::size_t limit = 0; limit < expected.size(); ++limit)
+            sizes += std::to_string(wholeCharacters(text, limit, codePage));
+        EXPECT_EQ(sizes, expected) << codePage;
+    }
+}
+
 TEST(StringExt, ReportsWhichCallFailed) {
     EXPECT_EQ(failureOf<convert_wstring_failed>([] { return convert_wstring("x", NoSuchCodePage); }),
               "convert_wstring_failed thrown by convert_wstring [wedge/string_ext:N] with context\n" +

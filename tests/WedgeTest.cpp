@@ -17,6 +17,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <memory>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -56,6 +57,35 @@ INT_PTR CALLBACK endAtOnce(HWND dialog, UINT message, WPARAM, LPARAM parameter) 
 }
 
 } // namespace
+
+#ifndef _WIN32
+// Counts the calls of an 8-bit function. The stand-in's 8-bit and 16-bit forms have the same effect.
+#define EQ_COUNT_CALLS(RESULT, NAME, PARAMETERS, ...)                                                                  \
+    RESULT real##NAME PARAMETERS asm("__real_" #NAME);                                                                 \
+    RESULT counted##NAME PARAMETERS asm("__wrap_" #NAME);                                                              \
+    RESULT counted##NAME PARAMETERS {                                                                                  \
+        ++narrowCalls;                                                                                                 \
+        return real##NAME(__VA_ARGS__);                                                                                \
+    }
+EQ_COUNT_CALLS(HWND, CreateDialogIndirectParamA, (HINSTANCE m, LPCDLGTEMPLATEA t, HWND w, DLGPROC f, LPARAM p), m, t, w,
+               f, p)
+EQ_COUNT_CALLS(INT_PTR, DialogBoxIndirectParamA, (HINSTANCE m, LPCDLGTEMPLATEA t, HWND w, DLGPROC f, LPARAM p), m, t, w,
+               f, p)
+EQ_COUNT_CALLS(HMENU, LoadMenuIndirectA, (const MENUTEMPLATEA* t), t)
+EQ_COUNT_CALLS(LONG_PTR, SetWindowLongPtrA, (HWND w, int i, LONG_PTR v), w, i, v)
+
+TEST(Wedge, UsesTheSystemsFunctionsOfTheCallersWidth) {
+    narrowCalls = 0;
+    Window(CreateDialogParamA(ownModule(), "NamedDialog", nullptr, ignoreMessage, 0));
+    DialogBoxParamA(ownModule(), "NamedDialog", nullptr, endAtOnce, 0);
+    DestroyMenu(LoadMenuA(ownModule(), MAKEINTRESOURCEA(201)));
+    EXPECT_EQ(narrowCalls, 3);
+    Window(CreateDialogParamW(ownModule(), L"NamedDialog", nullptr, ignoreMessage, 0));
+    DialogBoxParamW(ownModule(), L"NamedDialog", nullptr, endAtOnce, 0);
+    DestroyMenu(LoadMenuW(ownModule(), MAKEINTRESOURCEW(201)));
+    EXPECT_EQ(narrowCalls, 3);
+}
+#endif
 
 TEST(CountedRef, SharesOneOwnerPerAddressAndFreesItWithTheLastReference) {
     CountedBlockIndex index;
@@ -126,6 +156,7 @@ TEST(Wedge, PassesOtherTypesAndMissingResourcesToTheSystem) {
                                  FindResourceW(ownModule(), MAKEINTRESOURCEW(502), L"KEYED")})
         EXPECT_EQ(std::string(bytesOf(resource), SizeofResource(ownModule(), resource)), "{T_Short}");
     EXPECT_EQ(CreateDialogParamA(ownModule(), "missing", nullptr, ignoreMessage, 0), nullptr);
+    EXPECT_EQ(DialogBoxParamA(ownModule(), "missing", nullptr, endAtOnce, 41), -1);
     EXPECT_EQ(DialogBoxParamW(ownModule(), L"missing", nullptr, endAtOnce, 41), -1);
     EXPECT_EQ(LoadMenuW(ownModule(), MAKEINTRESOURCEW(999)), nullptr);
     EXPECT_EQ(LoadAcceleratorsA(ownModule(), "missing"), nullptr);
@@ -134,6 +165,10 @@ TEST(Wedge, PassesOtherTypesAndMissingResourcesToTheSystem) {
 TEST(Wedge, FindsResourcesInTheStoresLanguageUnlessTheCallerNamesALanguage) {
     EXPECT_EQ(captionOf(findDialog(144)), L"English S");
     const auto* const narrowType = MAKEINTRESOURCEA(DialogType);
+    EXPECT_EQ(captionOf(FindResourceA(ownModule(), MAKEINTRESOURCEA(144), narrowType)), L"English S");
+    const Window narrow(CreateDialogParamA(ownModule(), MAKEINTRESOURCEA(144), nullptr, ignoreMessage, 0));
+    const Window wide(CreateDialogParamW(ownModule(), MAKEINTRESOURCEW(144), nullptr, ignoreMessage, 0));
+    EXPECT_EQ(textOf(narrow.get()) + textOf(wide.get()), L"English SEnglish S");
     EXPECT_EQ(captionOf(FindResourceExA(ownModule(), narrowType, MAKEINTRESOURCEA(144), 0x407)), L"German S");
     const auto* const wideType = MAKEINTRESOURCEW(DialogType);
     EXPECT_EQ(captionOf(FindResourceExW(ownModule(), wideType, MAKEINTRESOURCEW(144), 0x411)), L"neutral S");
@@ -163,6 +198,7 @@ TEST(Wedge, LoadsTranslatedStringsCutToTheBuffer) {
     const std::tuple<UINT, int, std::wstring> rows[] = {
         {15, 64, L"last of SS"},
         {32, 64, L"first of a bundle without keys"},
+        {63, 64, L"after a longer string"},
         {33, 64, L""},
         // If a bundle contains a key, its strings lose the characters that the store's code page lacks.
         {31, 64, L"na\u00EFve \u201ES\u201C ?"},
@@ -186,21 +222,41 @@ TEST(Wedge, LoadsTranslatedStringsCutToTheBuffer) {
     EXPECT_EQ(LoadStringA(ownModule(), 17, nullptr, -1), 0);
     EXPECT_EQ(LoadStringW(ownModule(), 500, &untouched, 1), 0);
     EXPECT_EQ(untouched, L'#');
+    const allocations::Shortage shortage(0);
+    EXPECT_EQ(LoadStringW(ownModule(), 17, &untouched, 1), 0);
 }
 
 TEST(Wedge, LoadsTranslatedAcceleratorTables) {
-    const HACCEL first = LoadAcceleratorsW(ownModule(), MAKEINTRESOURCEW(301));
-    const HACCEL second = LoadAcceleratorsA(ownModule(), MAKEINTRESOURCEA(301));
-    for (const HACCEL table : {first, second}) {
-        ACCEL entry{};
-        EXPECT_EQ(CopyAcceleratorTableW(table, nullptr, 0), 3);
-        EXPECT_EQ(CopyAcceleratorTableW(table, &entry, 1), 1);
-        EXPECT_EQ(entry.key, VK_F6);
-    }
+    const HACCEL wide = LoadAcceleratorsW(ownModule(), MAKEINTRESOURCEW(301));
+    const HACCEL narrow = LoadAcceleratorsA(ownModule(), MAKEINTRESOURCEA(301));
     ACCEL entry{};
     const HACCEL foreign = CreateAcceleratorTableW(&entry, 1);
-    for (const HACCEL table : {first, second, foreign}) EXPECT_NE(DestroyAcceleratorTable(table), 0);
-    EXPECT_EQ(DestroyAcceleratorTable(first), 0);
+    const auto entriesOf = [](HACCEL table) {
+        std::array<ACCEL, 5> entries{};
+        EXPECT_EQ(CopyAcceleratorTableW(table, entries.data(), 5), 4);
+        return entries;
+    };
+    EXPECT_EQ(entriesOf(wide)[0].key, VK_F6);
+    EXPECT_EQ(entriesOf(narrow)[0].key, VK_F6);
+    EXPECT_EQ(entriesOf(wide)[3].key, 0x80);
+    EXPECT_NE(entriesOf(narrow)[3].key, 0x80) << "the character must be converted from the ANSI code page";
+    for (const HACCEL table : {wide, narrow, foreign}) EXPECT_NE(DestroyAcceleratorTable(table), 0);
+    EXPECT_EQ(DestroyAcceleratorTable(wide), 0);
+    EXPECT_EQ(LoadAcceleratorsW(ownModule(), MAKEINTRESOURCEW(302)), nullptr) << "the next table must not be read";
+}
+
+TEST(Wedge, DestroysOnlyTheAcceleratorTablesThatAreLeft) {
+    const HACCEL left = LoadAcceleratorsW(ownModule(), MAKEINTRESOURCEW(301));
+    std::destroy_at(&wedgeState().acceleratorRegistry);
+    std::construct_at(&wedgeState().acceleratorRegistry);
+    EXPECT_EQ(CopyAcceleratorTableW(left, nullptr, 0), 0);
+
+    const auto turns = [](int count) {
+        for (; count > 0; --count) DestroyAcceleratorTable(LoadAcceleratorsW(ownModule(), MAKEINTRESOURCEW(301)));
+    };
+    turns(1);
+    const std::size_t once = allocations::askedBy([&] { turns(1); });
+    EXPECT_EQ(allocations::askedBy([&] { turns(500); }), 500 * once);
 }
 
 TEST(AcceleratorRegistry, DestroysTheRemainingTables) {
@@ -232,6 +288,8 @@ TEST(Wedge, ShowsMessageBoxesInTheStoresLanguageOrTheCallers) {
     EXPECT_EQ(languageOf(MessageBoxExW(nullptr, L"text", L"caption", MB_OK, 0x407)), 0x407);
     EXPECT_EQ(languageOf(MessageBoxA(nullptr, "narrow", "caption", MB_OK)), 0x409);
     EXPECT_EQ(languageOf(MessageBoxExA(nullptr, "narrow", nullptr, MB_OK, 7)), 7);
+    constexpr UINT TwoButtons = 4; // which the stand-in refuses
+    EXPECT_EQ(MessageBoxA(nullptr, "", "", TwoButtons) + MessageBoxW(nullptr, L"", L"", TwoButtons), 0);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "caption: text\ncaption: text\ncaption: narrow\nError: narrow\n");
 }
 #endif

@@ -120,8 +120,6 @@ std::array<WORD, 4> languageOrder(WORD overrideLanguage, WORD systemLanguage) {
 
 std::vector<std::string> languageFilesOf(const std::string& folder, WORD language) {
     std::vector<std::string> paths;
-    if (folder.size() + 4 >= PathCapacity) return paths;
-
     const std::string start = folder + pathSeparator;
     WIN32_FIND_DATAA entry;
     const FileSearch search(FindFirstFileA((start + "*.lng").c_str(), &entry));

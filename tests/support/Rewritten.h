@@ -40,12 +40,4 @@ inline PrepStatus statusOf(SizedRewriter rewriter, const TemplateBuilder& resour
     return rewriteWith(rewriter, resource.get()).status;
 }
 
-/// Returns whether a rewriter turns `before` into `after`, and refuses `before` if bytes at its end are missing.
-inline bool replaces(SizedRewriter rewriter, const TemplateBuilder& before, const TemplateBuilder& after) {
-    const std::string_view resource = before.get();
-    for (std::size_t size = 0; size < resource.size(); ++size)
-        if (rewriteWith(rewriter, resource.substr(0, size)).status != PrepFailed) return false;
-    return rewriteWith(rewriter, resource).is(after.get());
-}
-
 } // namespace eq

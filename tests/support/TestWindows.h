@@ -7,6 +7,9 @@
 
 namespace eq {
 
+/// The number of calls of the functions that WedgeTest.cpp wraps. Always 0 on Windows.
+inline int narrowCalls = 0;
+
 inline std::wstring textOf(HWND window) {
     std::array<wchar_t, 64> text{};
     GetWindowTextW(window, text.data(), static_cast<int>(text.size()));

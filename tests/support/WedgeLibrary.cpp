@@ -2,6 +2,7 @@
 
 #include "platform/SystemHandles.h"
 #include "tests/support/TestWindows.h"
+#include "wedge/CLanguageStore.h"
 #include "wedge/OwnModule.h"
 
 #include <memory>
@@ -32,6 +33,10 @@ extern "C" EQ_EXPORT bool openOneOfEach() {
     wchar_t text[16];
     return textOf(dialog.get()) == L"S: A longer translation" && menu && LoadStringW(module, 15, text, 16) == 10 &&
            LoadAcceleratorsW(module, MAKEINTRESOURCEW(301)) != nullptr;
+}
+
+extern "C" EQ_EXPORT WORD languageOfTheStore() {
+    return GetLanguageId();
 }
 
 } // namespace eq

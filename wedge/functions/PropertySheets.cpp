@@ -152,7 +152,7 @@ void createPages(SheetRecord& record, typename Sheets::Header& header) {
 /// Replaces the resource id of the start page by the page's index, because in-memory pages have no ids.
 template <typename Header>
 void nameStartPageByIndex(const SheetRecord& record, Header& header) noexcept {
-    if (!record.hasOwnPages || (header.dwFlags & PSH_USEPSTARTPAGE) == 0 || !isStringId(header.pStartPage)) return;
+    if ((header.dwFlags & PSH_USEPSTARTPAGE) == 0 || !isStringId(header.pStartPage)) return;
     const SheetPage* const page = findTemplate(record, reinterpret_cast<LPARAM>(header.pStartPage));
     if (!page) return;
     header.dwFlags &= ~static_cast<DWORD>(PSH_USEPSTARTPAGE);

@@ -82,8 +82,7 @@ void DialogReader::readFont(std::size_t headerSize) {
 void DialogReader::readItems(unsigned count, std::size_t fixedSize) {
     for (; count > 0; --count) {
         align();
-        checkRange();
-        copyBytes(fixedSize);
+        copyBytes(fixedSize);             // the range of the names, which follow, is checked
         ReadStringOrOrdinal(false);       // window class
         ReadStringOrOrdinal(true);        // title
         copyBytes(copy<std::uint16_t>()); // creation data

@@ -32,7 +32,7 @@ std::unique_ptr<MenuReader> readerFor(BinaryReader input) {
 void MenuReader::readTemplate() {
     ReadHeader();
     ReadItems();
-    checkRange();
+    checkRange(); // each item begins before the end of the template
 }
 
 // Items begin at even offsets, so a gap of odd size is refused.
@@ -47,7 +47,6 @@ void MenuReader::ReadItems() {
     // One element per open level: whether the popup that contains the level is the last item of its own level.
     std::vector<bool> openPopups;
     for (;;) {
-        checkRange();
         const ItemPlace place = readItem();
         if (place.isPopup) {
             openPopups.push_back(place.isLast);
@@ -72,7 +71,6 @@ MenuReader::ItemPlace MenuReaderStandard::readItem() {
 
 MenuReader::ItemPlace MenuReaderExtended::readItem() {
     align();
-    checkRange();
     copyBytes(4 + 4 + 4); // dwType, dwState, uId
     const auto info = copy<std::uint16_t>();
     const bool isPopup = (info & PopupInfo) != 0;

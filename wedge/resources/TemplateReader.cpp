@@ -17,7 +17,6 @@ void TemplateReader::Read(const void* input_address, std::size_t input_size) {
     m_error_detected = true;
     readTemplate();
     m_error_detected = !m_changed && original.readBytes(m_output.offset()) != m_output.written();
-    m_output.align(2);
 }
 
 void TemplateReader::checkRange() const {

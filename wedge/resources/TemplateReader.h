@@ -29,7 +29,7 @@ public:
     /// equality proves that the template was understood.
     [[nodiscard]] virtual bool IsBad() const { return m_error_detected; }
 
-    /// Returns the new template, whose size is a multiple of two bytes.
+    /// Returns the new template.
     [[nodiscard]] std::string_view GetOutput() const noexcept { return m_output.written(); }
     /// Returns whether a text or the font was changed.
     [[nodiscard]] bool IsChanged() const noexcept { return m_changed; }
