@@ -7,7 +7,7 @@
 
 namespace eq {
 
-/// A parameter port without an effect. Stores the values, and counts the changes and the open gestures.
+/// A parameter port without an effect. Stores the values, and records the calls.
 struct FakePort : ParameterPort {
     FakePort() {
         for (std::size_t i = 0; i < ParameterCount; ++i) values[i] = Parameters[i].defaultP;
@@ -15,11 +15,10 @@ struct FakePort : ParameterPort {
     float get(int index) override { return values[static_cast<std::size_t>(index)]; }
     void set(int index, float p) override {
         values[static_cast<std::size_t>(index)] = p;
-        ++setCount;
-        isSetOutsideGesture = isSetOutsideGesture || openGestures == 0;
+        calls += "=" + std::to_string(index);
     }
-    void beginGesture(int /*index*/) override { ++openGestures; }
-    void endGesture(int /*index*/) override { --openGestures; }
+    void beginGesture(int index) override { calls += "(" + std::to_string(index); }
+    void endGesture(int index) override { calls += ")" + std::to_string(index); }
     std::string text(const char* key) override { return texts[key]; }
     [[nodiscard]] bool hasBypass() const override { return true; }
     bool bypassed() override { return isBypassed; }
@@ -27,9 +26,7 @@ struct FakePort : ParameterPort {
 
     NormalisedParameters values{};
     std::map<std::string, std::string> texts;
-    int setCount = 0;
-    int openGestures = 0;
-    bool isSetOutsideGesture = false;
+    std::string calls; ///< "(5=5)5" is one change of parameter 5 as a gesture
     bool isBypassed = false;
 };
 
