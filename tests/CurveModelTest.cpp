@@ -4,6 +4,7 @@
 #include "curve/model/PointerControl.h"
 #include "curve/model/ResponseCurves.h"
 #include "parameters/DisplayText.h"
+#include "support/AsciiText.h"
 #include "tests/support/EngineInput.h"
 #include "tests/support/FakePort.h"
 #include "tests/support/LanguageSettings.h"
@@ -11,10 +12,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
+#include <cctype>
 #include <complex>
+#include <cstdio>
+#include <iomanip>
 #include <numbers>
-#include <numeric>
 #include <random>
 #include <sstream>
 #include <tuple>
@@ -61,7 +63,7 @@ TEST(ResponseCurves, EqualTheResponseOfTheEngine) {
     }
 }
 
-TEST(ResponseCurves, AreTheCurvesOfTheBandsAndTheirSumAfterAnyChanges) {
+TEST(ResponseCurves, FollowEachChangeOfAValue) {
     std::mt19937 random(5);
     ResponseCurves curves(48000.0);
     curves.resize(1); // becomes the least number of positions
@@ -77,12 +79,12 @@ TEST(ResponseCurves, AreTheCurvesOfTheBandsAndTheirSumAfterAnyChanges) {
             ResponseCurves fresh(48000.0);
             fresh.resize(9);
             fresh.update(single);
-            for (std::size_t i = 0; i < 9; ++i) EXPECT_NEAR(curves.band(band)[i], fresh.sum()[i], 1e-9);
+            EXPECT_TRUE(std::ranges::equal(curves.band(band), fresh.sum())) << turn;
             std::ranges::transform(sum, fresh.sum(), sum.begin(), std::plus());
         }
         for (std::size_t i = 0; i < 9; ++i) EXPECT_NEAR(curves.sum()[i], sum[i], 1e-9);
         EXPECT_NEAR(curves.largest(), std::max(std::ranges::max(sum), -std::ranges::min(sum)), 1e-9);
-        const auto changed = static_cast<std::size_t>(pick(random, 0, ParameterCount - 1));
+        const std::size_t changed = random() % ParameterCount;
         if (const float value = randomValues(random)[changed]; !std::isnan(value)) values[changed] = value;
     }
 }
@@ -106,25 +108,6 @@ TEST(EditorLayout, HasTheLengthsOfTheDesign) {
               "76 380 116 92, 192 380 106 92, 298 380 106 92, ");
     EXPECT_EQ(layoutOf(833, 500, 1, Needs, true).cards[0].y, 390); // the cards have two rows
     EXPECT_EQ(layoutOf(834, 500, 1, Needs, true).cards[0].y, 442);
-}
-
-TEST(EditorLayout, KeepsAllPartsApartAndInsideTheWindow) {
-    for (const double scale : {0.75, 1.0, 1.25, 2.0}) {
-        for (const auto& [width, height] : {std::pair{1, 1}, {480, 300}, {760, 300}, {900, 500}, {3000, 2000}}) {
-            SCOPED_TRACE(testing::Message() << width << "x" << height << " at " << scale);
-            const EditorLayout layout =
-                layoutOf(static_cast<int>(width * scale), static_cast<int>(height * scale), scale, Needs, true);
-            std::vector<Rect> parts(layout.cards.begin(), layout.cards.end());
-            parts.insert(parts.end(), {layout.plot, layout.volume, layout.bypass});
-            for (std::size_t i = 0; i < parts.size(); ++i) {
-                EXPECT_TRUE(parts[i].width > 0 && parts[i].height > 0 && parts[i].x >= 0 && parts[i].y >= 0);
-                EXPECT_TRUE(parts[i].right() <= layout.window.width && parts[i].bottom() <= layout.window.height);
-                for (std::size_t j = 0; j < i; ++j)
-                    EXPECT_TRUE(parts[i].right() <= parts[j].x || parts[j].right() <= parts[i].x ||
-                                parts[i].bottom() <= parts[j].y || parts[j].bottom() <= parts[i].y);
-            }
-        }
-    }
 }
 
 TEST(PlotAxes, GrowBySixDecibelsAboveTheLargestValue) {
@@ -191,26 +174,13 @@ TEST(EditorTexts, ReadsItsDisplayTextsAndTypedTexts) {
     EXPECT_EQ(russian.display(3, 0.4074F), "1,2 кГц");
     EXPECT_EQ(russian.display(5, 0.675F), "-3,5 дБ");
     EXPECT_EQ(russian.display(9, 0.0F), "10,0");
-    for (const auto& [parameter, text, value] : {Row{3, "1,2 кГц", 1200},
-                                                 {3, "80 Гц", 80},
-                                                 {3, "1.2k", 1200},
-                                                 {3, " 1200 ", 1200},
-                                                 {3, "60Hz", 60},
-                                                 {5, "-3,5", -3.5},
-                                                 {5, "-3.5 дБ", -3.5},
-                                                 {5, "+3dB", 3},
-                                                 {9, "1,5", 1.5},
-                                                 {0, "99", 99},
-                                                 {3, "abc", None},
-                                                 {3, "", None},
-                                                 {5, "3 Hz", None},
-                                                 {9, "3 dB", None},
-                                                 {5, "1,2,3", None},
-                                                 {5, "inf", None},
-                                                 {3, "k", None},
-                                                 {5, "3дБдБ", None}}) {
+    constexpr Row Rows[] = {{3, "1,2 кГц", 1200}, {3, "80 Гц", 80},  {3, "1.2k", 1200},    {3, " 1200 ", 1200},
+                            {3, "60Hz", 60},      {5, "-3,5", -3.5}, {5, "-3.5 дБ", -3.5}, {5, "+3dB", 3},
+                            {9, "1,5", 1.5},      {0, "99", 99},     {3, "abc", None},     {3, "", None},
+                            {5, "3 Hz", None},    {9, "3 dB", None}, {5, "1,2,3", None},   {5, "inf", None},
+                            {3, "k", None},       {5, "3дБдБ", None}};
+    for (const auto& [parameter, text, value] : Rows)
         EXPECT_DOUBLE_EQ(russian.parse(parameter, text).value_or(None), value) << text;
-    }
 }
 
 TEST(EditorTexts, UseTheDecimalSeparatorOfTheLocale) {
@@ -235,29 +205,68 @@ TEST(EditorTexts, ShowsTheEffectsDisplayTexts) {
     }
 }
 
-/// The state and the controls of an editor in a window of the default size.
-class CurveModel : public testing::Test {
-protected:
-    CurveModel() { state.geometry.layout = layoutOf(900, 500, 1, Needs, true); }
-    bool press(EditorKey key, bool shift = false, const std::string& text = "") {
-        return keys.press({key, shift, 0, text});
-    }
-    void type(const std::string& text) { EXPECT_TRUE(press(EditorKey::Text, false, text)); }
-    /// Sets the normalised values in the port, as the host does.
-    void hostSets(const NormalisedParameters& values) {
-        port.values = values;
-        model.refresh();
-    }
-    void hostSets(std::size_t index, float p) {
-        port.values[index] = p;
-        model.refresh();
-    }
-    void expect(const NormalisedParameters& values, const testing::Message& message) const {
-        for (std::size_t i = 0; i < ParameterCount; ++i)
-            EXPECT_NEAR(port.values[i], values[i], 1e-5) << message << ", parameter " << i;
+/// An editor with a bypass in a window of the default size with two pixels per unit. Node 2 is at 605, 428, and node 3
+/// at 1106, 428. The axes have 1503 pixels for three decades, and 808 pixels for 36 dB. The volume has 680 pixels.
+class Hand {
+public:
+    Hand() { state.geometry = {layoutOf(1800, 1000, 2, Needs, true), 18.0}; }
+
+    /// Performs a gesture, and returns its effects: the values that are no defaults, the focus (@) unless it is node 1,
+    /// the part below the pointer (~), the entry with the cursor ([text^byte], * if selected, ! if invalid), a drag
+    /// (D), a bypass (B), and the keys that the editor does not use (-). A gesture has these words: press, move: pX,Y
+    /// mX,Y    release, leave: r l    wheel: wX,Y,STEPS    time: tMILLISECONDS    Shift, Alt down or up: s a    typed
+    /// text, where _ is a blank: 'TEXT    the host sets a value: hINDEX,PERCENT    other keys: NAME
+    std::string after(const std::string& gesture) {
+        std::istringstream words(gesture);
+        PointerInput input;
+        std::string unused;
+        for (std::string word; words >> word;) {
+            int numbers[3] = {};
+            std::sscanf(word.c_str() + 1, "%d,%d,%d", &numbers[0], &numbers[1], &numbers[2]);
+            if (std::string_view("pmw").find(word[0]) != std::string_view::npos)
+                input.x = numbers[0], input.y = numbers[1];
+            const char kind = word[0];
+            if (kind == 'p') pointer.press(input);
+            if (kind == 'm') pointer.move(input);
+            if (kind == 'r') pointer.release();
+            if (kind == 'l') pointer.leave();
+            if (kind == 'w') pointer.wheel(input, numbers[2]);
+            if (kind == 't') input.time = static_cast<std::uint32_t>(numbers[0]);
+            if (kind == 's') input.shift = !input.shift;
+            if (kind == 'a') input.alt = !input.alt;
+            if (kind == 'h')
+                port.values[static_cast<std::size_t>(numbers[0])] = static_cast<float>(numbers[1]) / 100.0F;
+            model.refresh();
+            const char* const names[] = {"Other",    "Text", "Tab", "Left",   "Right",     "Up",    "Down",   "PageUp",
+                                         "PageDown", "Home", "End", "Delete", "Backspace", "Enter", "Escape", "Undo"};
+            const auto* const name = std::ranges::find(names, word);
+            KeyInput key = {static_cast<EditorKey>(name - std::begin(names)), input.shift, input.time, ""};
+            if (kind == '\'') key.key = EditorKey::Text, key.text = word == "'_" ? " " : word.substr(1);
+            const bool isUsed = std::islower(kind) != 0 || keys.press(key);
+            if (!isUsed) unused += " -" + word;
+        }
+        EXPECT_TRUE(port.isOrderly && port.touched.empty() == !state.isDragging) << gesture;
+        return effects() + unused;
     }
 
-    const NormalisedParameters defaults = FakePort().values;
+private:
+    [[nodiscard]] std::string effects() const {
+        std::ostringstream text;
+        text << std::fixed << std::setprecision(4);
+        const NormalisedParameters defaults = FakePort().values;
+        for (std::size_t i = 0; i < ParameterCount; ++i)
+            if (!(std::fabs(port.values[i] - defaults[i]) < 1e-6F)) text << " " << i << "=" << port.values[i];
+        const auto name = [](EditorTarget target) {
+            return "-nVfB"[static_cast<int>(target.kind)] + std::to_string(target.index);
+        };
+        if (state.focus != nodeTarget(0)) text << " @" << name(state.focus);
+        if (state.hover != EditorTarget{}) text << " ~" << name(state.hover);
+        if (state.entry)
+            text << " [" << state.entry->text << "^" << state.entry->cursor << (state.entry->isSelected ? "*" : "")
+                 << (state.entry->isInvalid ? "!]" : "]");
+        return text.str() + (state.isDragging ? " D" : "") + (port.isBypassed ? " B" : "");
+    }
+
     FakePort port;
     EditorModel model{port};
     EditorTexts texts{port, '.'};
@@ -266,325 +275,82 @@ protected:
     PointerControl pointer{state};
 };
 
-TEST_F(CurveModel, ChangesOneValueWithEachKeyAndLeavesTheOtherKeysToTheHost) {
-    struct Row {
-        EditorKey key;
-        int index;     ///< of the parameter of the first band; 0 if the key has no effect on a node
-        bool onVolume; ///< the key also changes the volume
-        int steps;
-        float end; ///< the normalised value, if there are no steps
-    };
-    using enum EditorKey;
-    for (const auto& [key, firstIndex, onVolume, steps, end] : {Row{Left, 1, false, -1, 0},
-                                                                {Right, 1, false, 1, 0},
-                                                                {Up, 5, true, 1, 0},
-                                                                {Down, 5, true, -1, 0},
-                                                                {PageUp, 9, false, 1, 0},
-                                                                {PageDown, 9, false, -1, 0},
-                                                                {Home, 5, true, 0, 0},
-                                                                {End, 5, true, 0, 1},
-                                                                {Delete, 5, true, 0, 0.5F},
-                                                                {Other, 0, false, 0, 0},
-                                                                {Text, 0, false, 0, 0},
-                                                                {Backspace, 0, false, 0, 0},
-                                                                {Enter, 0, false, 0, 0},
-                                                                {Escape, 0, false, 0, 0}}) {
-        for (int place = 0; place < 12; ++place) {
-            const bool isFine = place % 2 != 0;
-            const int band = place / 2; // 4 is the volume, and 5 is the bypass
-            NormalisedParameters expected;
-            expected.fill(0.3F);
-            hostSets(expected);
-            port.isBypassed = false;
-            state.focus = band < 4 ? nodeTarget(band) : band == 4 ? VolumeTarget : BypassTarget;
-            const bool isUsed = firstIndex > 0 && (band < 4 || (band == 4 && onVolume));
-            const bool isBypassKey = band == 5 && key == Enter;
-            const int index = band == 4 ? 0 : firstIndex + band;
-            const double span = index == 0 ? 24.0 : index < 5 ? std::log2(1000.0) * 6.0 : index < 9 ? 20.0 : 9.0;
-            const double step = (isFine ? 0.1 : 0.5) / span; // half of a sixth of an octave is a semitone
-            float& p = expected[static_cast<std::size_t>(isUsed ? index : 0)];
-            if (isUsed) p = steps == 0 ? end : p - static_cast<float>(steps * step);
-            EXPECT_EQ(press(key, isFine, "a"), isUsed || isBypassKey);
-            EXPECT_EQ(port.isBypassed, isBypassKey);
-            expect(expected, testing::Message() << "band " << band << ", key " << static_cast<int>(key));
-        }
-    }
-    EXPECT_TRUE(press(Text, false, " ") && port.isBypassed);
-    EXPECT_TRUE(press(Enter) && !port.isBypassed);
+TEST(CurveModel, GivesEachGestureItsEffects) {
+    // Each row has a gesture and its effects.
+    constexpr std::string_view Rows = R"(
+# Keys on a node, on the volume, and on the bypass. A semitone is 0.0084, and 0.5 dB of a gain are 0.025.
+Tab Right s Right : 2=0.6566 @n1 ; Tab Left s Left : 2=0.6767 @n1 ; Left : ; Up Up Down s Up : 5=0.4700 ;
+Down s Down : 5=0.5300 ; PageUp s PageDown : 9=0.5111 ; PageDown s PageUp : 9=0.6000 ; Home : 5=0.0000 ;
+End : 5=1.0000 ; h5,20 Delete : ; Tab Tab Up Tab PageUp Tab Up s Down : 0=0.4833 7=0.4750 12=0.5000 @V0 ;
+s Tab Tab s Home : 0=0.0000 @V0 ; s Tab Tab s End : 0=1.0000 @V0 ; h0,20 s Tab Tab s Delete : @V0 ;
+s Tab s Enter : @B0 B ; s Tab s '_ : @B0 B ; s Tab s '_ Enter : @B0 ; s Tab s Tab : ;
+Other 'a Enter Escape Backspace : -Other -'a -Enter -Escape -Backspace ;
+s Tab Tab Left Right PageUp PageDown Other Enter : @V0 -Left -Right -PageUp -PageDown -Other -Enter ;
+s Tab Up Home Escape Delete 'a : @B0 -Up -Home -Escape -Delete -'a ;
+# Steps within 500 ms are one change.
+Up Up t500 Up t1000 Up Undo : ; Up t501 Up Undo : 5=0.4750 ; Up PageUp Undo : 5=0.4750 ; t-100 Up t300 Up Undo : ;
+Up Undo Undo : ; Up PageUp Undo Up Undo : 5=0.4750 ; Down Delete Down Undo : ; Up Home Home Undo : 5=0.4750 ;
+p605,428 m655,328 r Undo : @n1 ; p605,428 m605,328 r h2,90 Undo : 2=0.9000 @n1 ; Up p605,428 m605,430 r Undo : @n1 ;
+# Drags begin after a movement of 6 pixels, and may leave the range.
+p605,428 m755,226 r : 2=0.5669 6=0.0500 @n1 ; p605,428 m609,424 : @n1 D ; p605,428 m611,428 r : 2=0.6627 @n1 ;
+p605,428 s m755,226 s m754,225 r : 2=0.6474 6=0.4078 @n1 ; p605,428 m605,-800 s m605,-900 : 6=0.0000 @n1 D ;
+p605,428 m605,-800 m605,428 r : @n1 ; p605,428 r m755,226 : @n1 ; a p605,428 m655,327 r : 10=0.2957 @n1 ;
+a p605,428 s m655,327 r : 10=0.5112 @n1 ; p1700,500 m1800,568 r : 0=0.6000 @V0 ;
+h0,20 p1700,500 s m1700,568 r : 0=0.2200 @V0 ; h6,-20 h2,120 p104,226 m304,327 r : 2=0.8669 6=0.2250 @n1 ;
+h10,120 a p605,428 m605,327 r : 10=0.9480 @n1 ; h0,-20 p1700,500 m1700,568 r : 0=0.1000 @V0 ;
+# Double clicks
+h0,25 p1700,500 r t400 p1700,500 : @V0 ; h0,25 p1700,500 r t401 p1700,500 : 0=0.2500 @V0 D ;
+t-200 p1700,500 r t100 p1700,500 : @V0 ; h6,40 p605,383 r p605,383 : @n1 ; p605,428 r p605,428 p605,428 : @n1 D ;
+p605,428 m612,428 m605,428 r p605,428 : @n1 D ; p605,428 m609,428 r p605,428 : @n1 ; p605,428 r p1106,428 : @n2 D ;
+# The wheel, and the part below the pointer
+w1106,428,1 : 11=0.5000 @n2 ; s w605,428,-2 : 10=0.5778 @n1 ; w1700,500,1 : 0=0.4792 @V0 ; w1700,930,-1 : 0=0.5208 @V0 ;
+w490,930,1 : 2=0.6583 @n1 ; w250,930,1 : 5=0.4750 ; w350,930,1 : 9=0.5000 ; w800,120,1 : ; w1712,52,1 : ;
+p605,428 w1700,500,1 : 10=0.5000 @n1 D ; a p605,428 w1700,500,1 : @n1 D ; p1700,500 w1106,428,1 : @V0 D ;
+p250,930 w350,930,1 : 9=0.5000 ; p250,930 w800,120,1 : [+0.0 dB^7*] ; m1106,428 : ~n2 ; m1106,428 l : ;
+p605,428 m1106,428 : 2=0.3333 @n1 D ; m1712,52 : ~B0 ; m350,930 : ~f9 ; m1700,500 : ~V0 ;
+# Read-outs
+p250,930 : [+0.0 dB^7*] ; p250,930 '3 Home p250,930 : [3^1] ; p250,930 '3 p350,930 : 5=0.3500 [5.0^3*] ;
+p250,930 'x p1700,930 : @V0 [+0.0 dB^7*] ; p250,930 '3 p1712,52 : 5=0.3500 @B0 B ; p1712,52 p1712,52 : @B0 ;
+p250,930 '3 p800,120 : 5=0.3500 ; p250,930 'x p800,120 : ; p250,930 '3 Escape : ; p250,930 '99 Enter : 5=0.0000 ;
+h1,12 p100,930 Enter : 1=0.1200 ; p250,930 'x Enter : [x^1!] ; p250,930 'x Enter 'y : [xy^2] ;
+p250,930 'x Enter Backspace : [^0] ; p250,930 'x Enter Home Delete : [^0] ;
+p100,930 '50 Tab '1 Tab '2 Tab '60 Tab '3 Enter : 1=0.8674 2=0.8410 5=0.4500 6=0.3500 9=0.8889 @n1 ;
+p750,930 '4 Tab '70 Enter : 3=0.8186 10=0.6667 @n2 ;
+p1050,930 '5 Tab '6 Tab '80 Tab '7 Enter : 4=0.7993 7=0.2500 8=0.1500 11=0.4444 @n3 ;
+p1580,930 '8 Tab '9 Tab : 0=0.1250 12=0.2222 [20 Hz^5*] ;
+p250,930 s Tab : [20 Hz^5*] ; p100,930 s Tab : @V0 [+0.0 dB^7*] ; p1700,930 s Tab Tab Tab Tab : @n2 [5.0^3*] ;
+p250,930 'x Tab : [x^1!] ; p250,930 Left : [+0.0 dB^0] ; p250,930 Right : [+0.0 dB^7] ;
+p250,930 Home Right Right Delete Backspace : [+0 dB^1] ; p250,930 'Гц Left Left 'ж Delete : [жц^2] ;
+p250,930 'Гц Backspace : [Г^2] ; p250,930 'Г Home Right : [Г^2] ; p250,930 Home Left Backspace : [+0.0 dB^0] ;
+p250,930 End Right Delete : [+0.0 dB^7] ; p250,930 Backspace : [^0] ; p250,930 Delete : [^0] ;
+p250,930 Home End : [+0.0 dB^7] ; p250,930 '12345678901234567890123456789012 : [12345678901234567890123456789012^32] ;
+p250,930 '1 '12345678901234567890123456789012 : [1^1] ;
+p250,930 Up Down PageUp PageDown Other Undo : [+0.0 dB^7*] -Up -Down -PageUp -PageDown -Other -Undo ;
+)";
+    forEachPiece(Rows, "\n", [](std::string_view line) {
+        forEachPiece(line.starts_with('#') ? "" : line, ";", [](std::string_view row) {
+            const std::size_t colon = row.find(" :");
+            if (colon == std::string_view::npos) return;
+            std::string effects(row.substr(colon + 2));
+            if (effects.ends_with(' ')) effects.pop_back();
+            EXPECT_EQ(Hand().after(std::string(row.substr(0, colon))), effects) << row;
+        });
+    });
+    std::string ups;
+    for (int i = 0; i < 101; ++i) ups += i % 2 == 0 ? " Up t1000" : " Down t2000";
+    for (int i = 0; i < 120; ++i) ups += " Undo"; // the last hundred changes
+    EXPECT_EQ(Hand().after(ups), " 5=0.4750");
 }
 
-TEST_F(CurveModel, UndoesTheLastHundredChangesAndMergesFastSteps) {
-    std::mt19937 random(3);
-    std::vector<NormalisedParameters> snapshots; // before each change that can be undone
-    int lastStep = -1;
-    std::uint32_t lastTime = 0;
-    std::uint32_t time = 0U - 20000U; // wraps around
-    for (int turn = 0; turn < 900; ++turn) {
-        const NormalisedParameters before = port.values;
-        const int index = pick(random, 0, 3) == 0 ? 9 : 5;
-        const double value = pick(random, 1, 5);
-        const int action = turn < 700 ? pick(random, 0, 15) : 0;
-        time += static_cast<std::uint32_t>(pick(random, 0, 2) * 250 + pick(random, 0, 1));
-        const bool isMerged = action > 2 && lastStep == index && time - lastTime <= 500;
-        if (action == 0) {
-            EXPECT_TRUE(press(EditorKey::Undo));
-            EXPECT_EQ(port.values, snapshots.empty() ? before : snapshots.back());
-            if (!snapshots.empty()) snapshots.pop_back();
-            lastStep = -1;
-            continue;
-        }
-        if (action == 1) {
-            model.beginDrag({2, 5});
-            for (int i = 0; i < 3; ++i) model.change(i % 2 == 0 ? 5 : 2, value + i);
-            model.endDrag();
-        } else if (action == 2) {
-            model.enter(index, value);
-        } else {
-            model.step(index, value, time);
-        }
-        if (port.values == before) continue;
-        lastStep = action > 2 ? index : -1;
-        lastTime = time;
-        if (!isMerged) snapshots.push_back(before);
-        if (snapshots.size() > 100) snapshots.erase(snapshots.begin());
-    }
-    EXPECT_TRUE(snapshots.empty());
-}
-
-TEST_F(CurveModel, EnclosesEachChangeInAGestureAndChangesOnlyTheUsersParameters) {
-    model.beginDrag({2, 6});
-    for (int i = 0; i < 2; ++i) model.change(6, 3.0);
-    model.endDrag();
-    for (const double value : {99.0, 10.0}) model.enter(9, value); // both are the highest value
-    model.step(0, NAN, 0);
-    EXPECT_EQ(port.calls, "(2(6=6)2)6(9=9)9(0=0)0");
-    EXPECT_TRUE(port.values[9] == 0.0F && model.limitedValue(0) == -12.0);
-    hostSets(2, 0.9F);
-    for (int i = 0; i < 3; ++i) model.undo();
-    EXPECT_EQ(port.values[2], 0.9F);
-    EXPECT_EQ(port.calls, "(2(6=6)2)6(9=9)9(0=0)0(0=0)0(9=9)9(6=6)6");
-    for (const auto& [p, limited] : {std::pair(-7.0F, 10.0), {0.5F, 5.5}, {7.0F, 1.0}, {NAN, 1.0}}) {
-        hostSets(9, p);
+TEST(EditorModel, LimitsOnlyTheLimitedValue) {
+    FakePort port;
+    for (const auto& [p, limited] : {std::pair(-7.0F, 10.0), {0.5F, 5.5}, {7.0F, 1.0}, {NaN, 1.0}}) {
+        port.values[9] = p;
+        const EditorModel model(port);
         EXPECT_EQ(model.limitedValue(9), limited);
+        EXPECT_TRUE(std::isnan(p) || model.value(9) == 10.0 - 9.0 * static_cast<double>(p));
     }
-    EXPECT_TRUE(std::isnan(model.value(9)));
-}
-
-TEST_F(CurveModel, MovesADraggedValueByTheSumOfTheMovements) {
-    std::mt19937 random(11);
-    for (std::uint32_t turn = 0; turn < 120; ++turn) {
-        const int band = pick(random, 0, 3);
-        const bool isNode = turn % 3 == 0;
-        const bool isQ = turn % 3 == 1; // or the volume
-        const double scale = turn % 2 == 0 ? 1.0 : 2.0;
-        const EditorLayout layout = layoutOf(1800, 1000, scale, Needs, true);
-        state.geometry = {layout, turn % 4 < 2 ? 12.0 : 24.0};
-        state.focus = nodeTarget(band);
-        NormalisedParameters expected;
-        for (float& p : expected) p = static_cast<float>(pick(random, 0, 100)) / 100.0F;
-        hostSets(expected);
-        float& across = expected[static_cast<std::size_t>(frequencyIndex(band))];
-        float& upright = expected[static_cast<std::size_t>(isNode ? gainIndex(band) : isQ ? qIndex(band) : 0)];
-        double x = across; // x and y may leave the range
-        double y = isQ ? 1.0 - std::log10(10.0 - 9.0 * upright) : upright;
-        const double height = isNode ? layout.plot.height * 10.0 / state.geometry.range
-                              : isQ  ? layout.plot.height * 0.75
-                                     : layout.track.height;
-        const Point node = state.geometry.nodeOf(model, band);
-        PointerInput first = {static_cast<int>(node.x), static_cast<int>(node.y), false, isQ, turn * 1000};
-        if (!isNode && !isQ) first.x = layout.volume.x;
-        port.calls.clear();
-        pointer.press(first);
-        PointerInput last = first;
-        bool hasMoved = false;
-        for (int i = 0; i < 12; ++i) {
-            PointerInput next = last;
-            const int most = i < 4 ? 2 : pick(random, 0, 1) * 150;
-            next.x += pick(random, -most, most);
-            next.y += pick(random, 0, 2) == 0 ? 0 : pick(random, -most, most);
-            next.shift = pick(random, 0, 1) == 0;
-            pointer.move(next);
-            hasMoved = hasMoved || std::hypot(next.x - first.x, next.y - first.y) >= 3.0 * scale;
-            const double part = !hasMoved ? 0.0 : next.shift ? 0.2 : 1.0;
-            x -= (next.x - last.x) * part / (layout.plot.width - 1);
-            y += (next.y - last.y) * part / height;
-            const double p = isQ ? (10.0 - std::pow(10.0, 1.0 - y)) / 9.0 : y;
-            if (isNode && hasMoved && next.x != last.x) across = static_cast<float>(std::clamp(x, 0.0, 1.0));
-            if (hasMoved && next.y != last.y) upright = static_cast<float>(std::clamp(p, 0.0, 1.0));
-            if (hasMoved) last = next;
-            expect(expected, testing::Message() << "turn " << turn << ", step " << i);
-        }
-        EXPECT_TRUE(state.isDragging);
-        pointer.release();
-        EXPECT_FALSE(state.isDragging);
-        const std::string one = std::to_string(isNode ? frequencyIndex(band) : isQ ? qIndex(band) : 0);
-        const std::string two = isNode ? std::to_string(gainIndex(band)) : "";
-        EXPECT_TRUE(port.calls.starts_with("(" + one + (isNode ? "(" : "") + two)) << port.calls;
-        EXPECT_TRUE(port.calls.ends_with(")" + one + (isNode ? ")" : "") + two)) << port.calls;
-    }
-}
-
-TEST_F(CurveModel, ResetsAValueByADoubleClickWithoutAMovement) {
-    struct Press {
-        std::uint32_t time;
-        int move;    ///< the distance by which the pointer moves, and returns, before the release
-        bool isDrag; ///< false for the second click of a double click
-    };
-    for (const auto& [time, move, isDrag] : {Press{0, 0, true},
-                                             {400, 0, false},
-                                             {500, 0, true},
-                                             {901, 0, true},
-                                             {1000, 0, false},
-                                             {2000, 4, true},
-                                             {2100, 2, true},
-                                             {2200, 0, false}}) {
-        const std::uint32_t wrapped = time - 200;
-        pointer.press({302, 214, false, false, wrapped});
-        EXPECT_EQ(state.isDragging, isDrag) << time;
-        for (const int x : {302 + move, 302}) pointer.move({x, 214, false, false, wrapped});
-        pointer.release();
-    }
-    for (const auto& [x, y, index] : {std::tuple(302, 130, 6U), {842, 100, 0U}}) {
-        hostSets(index, 0.25F);
-        for (const std::uint32_t time : {5000U, 5100U}) pointer.press({x, y, false, false, time});
-        EXPECT_EQ(port.values[index], 0.5F);
-        EXPECT_EQ(state.focus, focusOfParameter(static_cast<int>(index)));
-    }
-}
-
-TEST_F(CurveModel, TurnsTheWheelOnANodeTheVolumeOrAReadOut) {
-    struct Row {
-        int x, y, index; ///< the changed parameter, or -1
-        EditorTarget target, focus;
-    };
-    const Row rows[] = {{553, 214, 11, nodeTarget(2), nodeTarget(2)},
-                        {300, 220, 10, nodeTarget(1), nodeTarget(1)},
-                        {842, 200, 0, VolumeTarget, VolumeTarget},
-                        {856, 460, 0, fieldTarget(0), VolumeTarget},
-                        {450, 460, 3, fieldTarget(3), nodeTarget(2)},
-                        {125, 460, 5, fieldTarget(5), nodeTarget(0)},
-                        {400, 60, -1, {}, BypassTarget},
-                        {856, 26, -1, BypassTarget, BypassTarget}};
-    for (const auto& [x, y, index, target, focus] : rows) {
-        for (const int steps : {1, -2}) {
-            hostSets(defaults);
-            state.focus = BypassTarget;
-            pointer.move({x, y});
-            EXPECT_EQ(state.hover, target);
-            state.entry.emplace(9, "1");
-            pointer.wheel({x, y, steps < 0}, steps);
-            EXPECT_EQ(state.entry.has_value(), index < 0);
-            EXPECT_EQ(state.focus, focus);
-            NormalisedParameters expected = defaults;
-            const double span = index == 0 ? 24 : index == 3 ? std::log2(1000.0) * 6 : index == 5 ? 20 : 9;
-            const double change = steps > 0 ? 0.5 : -0.2; // two fine steps down
-            if (index >= 0) expected[static_cast<std::size_t>(index)] -= static_cast<float>(change / span);
-            expect(expected, testing::Message() << x << ", " << y);
-            pointer.leave();
-            EXPECT_EQ(state.hover, EditorTarget{});
-        }
-    }
-    for (const bool isAlt : {false, true}) { // during a drag, the wheel changes the dragged node
-        hostSets(defaults);
-        pointer.press({302, 214, false, isAlt, isAlt ? 9000U : 0U});
-        pointer.move({302, 215, false, isAlt, 0});
-        pointer.wheel({553, 214}, 1);
-        pointer.release();
-        EXPECT_TRUE(port.values[10] < 0.53F && port.values[11] == defaults[11] && state.hover == EditorTarget{});
-    }
-    pointer.press({842, 200});
-    pointer.wheel({553, 214}, 1);
-    EXPECT_EQ(state.focus, nodeTarget(2));
-}
-
-TEST_F(CurveModel, OpensAndTakesAReadOutByClicks) {
-    pointer.press({125, 460});
-    ASSERT_TRUE(state.entry && state.entry->parameter == 5 && state.entry->isSelected && !state.isDragging);
-    type("3");
-    EXPECT_TRUE(press(EditorKey::Home));
-    pointer.press({125, 460}); // moves the cursor to the end
-    EXPECT_EQ(state.entry->cursor, 1U);
-    pointer.press({185, 460}); // applies the value, and opens the next read-out
-    EXPECT_TRUE(port.values[5] == 0.35F && state.entry->parameter == 9);
-    type("x");
-    pointer.press({856, 460}); // drops the text
-    EXPECT_TRUE(port.values[9] == defaults[9] && state.entry->parameter == 0 && state.focus == VolumeTarget);
-    type("-6");
-    pointer.press({856, 26});
-    EXPECT_TRUE(port.values[0] == 0.75F && !state.entry && state.focus == BypassTarget && port.isBypassed);
-    pointer.press({856, 26});
-    EXPECT_FALSE(port.isBypassed);
-}
-
-TEST_F(CurveModel, EditsTheTextOfAReadOutByWholeCharacters) {
-    std::mt19937 random(13);
-    using enum EditorKey;
-    constexpr EditorKey Keys[] = {Text, Text, Text,   Text,      Text, Text,     Left, Right,
-                                  Home, End,  Delete, Backspace, Up,   PageDown, Undo, Other};
-    for (int turn = 0; turn < 60; ++turn) {
-        state.openEntry(pick(random, 0, ParameterCount - 1));
-        std::vector<std::string> text; // its characters
-        for (const char c : state.entry->text) text.emplace_back(1, c);
-        std::size_t cursor = text.size();
-        bool isSelected = true;
-        for (int i = 0; i < 60; ++i) {
-            const EditorKey key = Keys[random() % std::size(Keys)];
-            const std::string typed = std::array{"7", "Г", "±", "𝄞", "."}[random() % 5];
-            const bool isEdit = key == Text || key == Delete || key == Backspace;
-            const bool isUsed = isEdit || key == Left || key == Right || key == Home || key == End;
-            const bool hadSelection = isSelected;
-            isSelected = hadSelection && !isUsed;
-            if (hadSelection && isEdit) text.clear();
-            cursor = std::min(cursor, text.size());
-            const auto place = text.begin() + static_cast<std::ptrdiff_t>(cursor);
-            const bool isTooLong = key == Text && std::accumulate(text.begin(), text.end(), typed).size() > 32;
-            if (key == Text && !isTooLong) text.insert(place, typed), ++cursor;
-            if (key == Backspace && cursor > 0) text.erase(place - 1), --cursor;
-            if (key == Delete && !hadSelection && cursor < text.size()) text.erase(place);
-            if (key == Home || (key == Left && hadSelection)) cursor = 0;
-            if (key == End || (key == Right && hadSelection)) cursor = text.size();
-            if (key == Left && cursor > 0) --cursor;
-            if (key == Right && cursor < text.size()) ++cursor;
-            state.entry->isInvalid = true;
-            EXPECT_EQ(press(key, false, typed), isUsed);
-            TextEntry expected(state.entry->parameter, std::accumulate(text.begin(), text.end(), std::string()));
-            const auto end = text.begin() + static_cast<std::ptrdiff_t>(cursor);
-            expected.cursor = std::accumulate(text.begin(), end, std::string()).size();
-            expected.isSelected = isSelected;
-            expected.isInvalid = !isEdit || isTooLong;
-            ASSERT_EQ(*state.entry, expected) << state.entry->text << ", " << expected.text;
-        }
-    }
-}
-
-TEST_F(CurveModel, IgnoresAnUnchangedTextAndAnUnreadableText) {
-    hostSets(1, 0.12345F); // the text is a rounded value
-    state.openEntry(1);
-    EXPECT_TRUE(press(EditorKey::Enter) && !state.entry);
-    state.openEntry(1);
-    type("x");
-    EXPECT_TRUE(press(EditorKey::Enter));
-    ASSERT_TRUE(state.entry && state.entry->isInvalid);
-    EXPECT_TRUE(press(EditorKey::Escape) && !state.entry);
-    EXPECT_EQ(port.calls, "");
-}
-
-TEST_F(CurveModel, TabVisitsAllReadOutsOrTheNodesTheVolumeAndTheBypass) {
-    state.openEntry(1);
-    for (const int next : {5, 9, 2, 6, 10, 3, 7, 11, 4, 8, 12, 0, 1}) {
-        const int last = state.entry->parameter;
-        EXPECT_TRUE(press(EditorKey::Tab) && state.entry->parameter == next);
-        EXPECT_TRUE(press(EditorKey::Tab, true) && state.entry->parameter == last);
-        state.openEntry(next);
-    }
-    state.closeEntry();
-    for (const EditorTarget next :
-         {nodeTarget(1), nodeTarget(2), nodeTarget(3), VolumeTarget, BypassTarget, nodeTarget(0)}) {
-        const EditorTarget last = state.focus;
-        EXPECT_TRUE(press(EditorKey::Tab) && state.focus == next);
-        EXPECT_TRUE(press(EditorKey::Tab, true) && state.focus == last);
-        state.focus = next;
-    }
+    EXPECT_FALSE(port.ParameterPort::hasBypass() || port.ParameterPort::bypassed());
     EXPECT_EQ(nextFocus(VolumeTarget, false, false), nodeTarget(0)); // without a bypass
     EXPECT_EQ(nextFocus(nodeTarget(0), true, false), VolumeTarget);
 }
