@@ -113,9 +113,6 @@ const Gesture Gestures[] = {
     {"a node is dragged",
      std::string(Node2) + "mousedown 1 mousemove 340 170 mousemove 377 113 mouseup 1",
      {{2, 2.0 / 3.0 - 75 / Decades}, {6, gain(101 * DecibelsPerPixel)}}},
-    {"finely",
-     std::string(Node2) + "keydown shift mousedown 1 mousemove 377 113 mouseup 1 keyup shift",
-     {{2, 2.0 / 3.0 - 15 / Decades}, {6, gain(101 * DecibelsPerPixel / 5)}}},
     {"with Alt, then the wheel",
      std::string(Node2) + "keydown alt mousedown 1 mousemove 350 164 mouseup 1 keyup alt mousemove 553 214 click 4 "
                           "mousemove 803 214 click 5 mousemove 52 214 keydown shift click 5 keyup shift",

@@ -16,40 +16,28 @@ namespace eq {
 namespace {
 
 struct Editor {
+    explicit Editor(double scale = 1.0) : painter(texts, 44100.0, scale) {}
+
     FakePort port;
     EditorModel model{port};
     EditorTexts texts{port, '.'};
     EditorState state{model, texts};
-    EditorPainter painter{texts, 44100.0, 1.0};
+    EditorPainter painter;
 };
 
 void changeSomething(Editor& editor, std::mt19937& random) {
     const auto pick = [&random](unsigned count) { return static_cast<int>(random() % count); };
     const EditorTarget targets[] = {nodeTarget(pick(4)), VolumeTarget, BypassTarget};
-    switch (pick(8)) {
-    case 0:
-        editor.state.focus = targets[pick(3)];
-        break;
-    case 1:
-        editor.state.hover = pick(2) == 0 ? targets[pick(3)] : fieldTarget(pick(13));
-        break;
-    case 2:
-        editor.state.openEntry(pick(13));
-        break;
-    case 3:
-        if (editor.state.entry) editor.state.entry->insert("7");
-        break;
-    case 4:
-        editor.state.closeEntry();
-        break;
-    case 5:
-        editor.port.isBypassed = pick(2) == 0;
-        editor.state.hasKeyboard = pick(2) == 0;
-        break;
-    default:
-        editor.port.values[random() % 13] = static_cast<float>(pick(101)) / 100.0F;
-        editor.model.refresh();
-    }
+    const int kind = pick(8);
+    if (kind == 0) editor.state.focus = targets[pick(3)];
+    if (kind == 1) editor.state.hover = pick(2) == 0 ? targets[pick(3)] : fieldTarget(pick(13));
+    if (kind == 2) editor.state.openEntry(pick(13));
+    if (kind == 3 && editor.state.entry) editor.state.entry->insert("7");
+    if (kind == 4) editor.state.closeEntry();
+    if (kind == 5) editor.port.isBypassed = pick(2) == 0;
+    if (kind == 5) editor.state.hasKeyboard = pick(2) == 0;
+    if (kind > 5) editor.port.values[random() % 13] = static_cast<float>(pick(101)) / 100.0F;
+    editor.model.refresh();
 }
 
 // The rectangles that `paint` returns must contain all changes, and the picture must equal a newly painted picture.
@@ -103,11 +91,11 @@ std::string nameOf(unsigned colour) {
 }
 
 /// An editor of the default size with three pixels per unit of the design. All lengths are in units.
-class LargePicture : public testing::Test {
+class LargePicture : public testing::Test, protected Editor {
 protected:
     static constexpr double Scale = 3.0;
 
-    LargePicture() {
+    LargePicture() : Editor(Scale) {
         EXPECT_TRUE(painter.resize(state, 2700, 1500));
         port.values[0] = port.values[6] = 0.25F; // +6 dB and +5 dB
         port.values[10] = 1.0F;                  // a Q of 1
@@ -195,19 +183,7 @@ protected:
         }
         g_object_unref(context);
     }
-
-    FakePort port;
-    EditorModel model{port};
-    EditorTexts texts{port, '.'};
-    EditorState state{model, texts};
-    EditorPainter painter{texts, 44100.0, Scale};
 };
-
-TEST(CurvePicture, IsEmptyBeforeTheFirstSize) {
-    const Editor editor;
-    EXPECT_EQ(editor.painter.pixels(), nullptr);
-    EXPECT_EQ(editor.painter.bytesPerRow() + editor.painter.width() + editor.painter.height(), 0);
-}
 
 TEST(CardPainter, NeedsRoomForTheWidestValueAndForTheCaption) {
     Editor editor;
@@ -320,6 +296,7 @@ TEST(CurvePicture, IsPaintedForExtremeInput) {
     const EditorTexts odd(editor.port, ',');
     for (const auto& [width, height] : {std::pair{1, 1}, {3000, 2}, {900, 500}}) {
         EditorPainter painter(odd, 44100.0, 1.0);
+        EXPECT_TRUE(painter.pixels() == nullptr && painter.bytesPerRow() + painter.width() + painter.height() == 0);
         ASSERT_TRUE(painter.resize(editor.state, width, height));
         EXPECT_EQ(painter.paint(editor.state).front(), editor.state.geometry.layout.window);
     }
