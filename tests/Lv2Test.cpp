@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <random>
 #include <thread>
 #include <vector>
@@ -160,35 +159,6 @@ TEST(Lv2, CrossfadesOverExactlyTheBlockInWhichEnabledChanges) {
         }
         EXPECT_EQ(std::ranges::count(isOn, true), size == 5000 ? 5 : 9);
         EXPECT_EQ(firstDifference(channel[0], delayed(expected)), -1);
-    }
-}
-
-TEST(Lv2, BypassesASteadySineWithoutASteeperStep) {
-    constexpr std::size_t Frames = 100 * Block;
-    const auto steepest = [](const Samples& samples, std::size_t start, std::size_t end) {
-        float most = 0;
-        for (std::size_t i = start + 1; i < end; ++i) most = std::max(most, std::abs(samples[i] - samples[i - 1]));
-        return most;
-    };
-    for (const Values& values : {Loud, Quiet, Values{12, 20, 20, 20, 20, 10, 10, 10, 10, 10, 10, 10, 10}}) {
-        for (const double hertz : {20.0, 63.0, 100.0, 440.0, 1000.0, 3000.0, 5000.0}) {
-            for (const std::size_t toggle : {60 * Block, 60 * Block + 1033}) {
-                SCOPED_TRACE(testing::Message() << hertz << " Hz, from frame " << toggle);
-                Samples sine(Frames);
-                for (std::size_t i = 0; i < Frames; ++i)
-                    sine[i] =
-                        static_cast<float>(std::sin(2 * std::numbers::pi * hertz * static_cast<double>(i) / 44100));
-                Lv2Instance instance(library(), 1, 44100);
-                instance.values = values;
-                std::vector<Samples> channel = {sine};
-                for (std::size_t done = 0; done < Frames; done += 256) {
-                    instance.enabled = done < toggle || done >= toggle + 7 * Block ? 1 : 0;
-                    instance.run(channel, done, std::min<std::size_t>(256, Frames - done));
-                }
-                const float most = std::max(steepest(sine, 0, Frames), steepest(channel[0], 50 * Block, 60 * Block));
-                EXPECT_LE(steepest(channel[0], 60 * Block, Frames), 1.1F * most);
-            }
-        }
     }
 }
 

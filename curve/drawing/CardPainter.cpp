@@ -18,7 +18,7 @@ constexpr double BadgeRadius = 8.5;
 constexpr double EntryHeight = 20.0;
 
 /// The normalised value with the widest text for each kind, in the order of ParameterKind.
-constexpr float WidestP[ParameterKindCount] = {0.0F, 0.435F, 0.0F, 0.0F};
+constexpr float WidestP[ParameterKindCount] = {0.0F, 0.1005F, 0.0F, 0.0F}; // 0.1005 is "10.0 kHz"
 
 } // namespace
 

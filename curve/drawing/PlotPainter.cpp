@@ -179,7 +179,6 @@ void PlotPainter::drawCurves(cairo_t* cr, const EditorState& state, const Respon
         cairo_stroke_preserve(cr);
         cairo_line_to(cr, plot.right(), axis.yOf(0.0));
         cairo_line_to(cr, plot.x, axis.yOf(0.0));
-        cairo_close_path(cr);
         setColour(cr, colour, 0.14 * strength);
         cairo_fill(cr);
     }

@@ -132,9 +132,10 @@ void PointerControl::leave() {
 }
 
 void PointerControl::wheel(const PointerInput& input, int steps) {
-    const EditorTarget target = present == Drag::Node || present == Drag::Q
-                                    ? state.focus
-                                    : state.geometry.at(input.x, input.y, state.model, state.focus);
+    // A step would end the host's gesture of the dragged parameter.
+    if (present == Drag::Q || present == Drag::Volume) return;
+    const EditorTarget target =
+        present == Drag::Node ? state.focus : state.geometry.at(input.x, input.y, state.model, state.focus);
     int parameter = VolumeIndex;
     switch (target.kind) {
     case TargetKind::Node:
