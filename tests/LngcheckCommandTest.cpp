@@ -95,7 +95,7 @@ TEST_F(LngcheckCommand, ShowsTheOrderOfReadingAndTheFileThatDefinesAKey) {
     folder.write("Release/A1036.lng", "[Shared]\nIDS_DB = shared\n[Parametric Equalizer]\nIDS_Hz = own\n");
     folder.write("Release/A12.lng", "[Parametric Equalizer]\nids_db = primary\n");
     folder.write("A1036.lng", "[Parametric Equalizer]\nIDS_DB = parent\n");
-    expectRun("--override 1031 --system 1036 --explain \"{IDS_DB}\" --explain no Release", 1,
+    expectRun("--override 1031 --system 1036 --explain \" {IDS_DB} \" --explain no Release", 1,
               {"order of reading in " + path("Release") + ":\n", "language override, 1031: nothing new\n",
                "system's language, 1036: A1036.lng\n", "its primary language, 12: A12.lng\n",
                "English, 1033: nothing new\n", "order of reading in " + folder.path().string() + ":\n",
