@@ -62,6 +62,10 @@ constexpr std::array errorTexts = {
     ErrorText{ERROR_MENU_ITEM_NOT_FOUND, "A menu item was not found.\r\n"},
 };
 
+// Ascending codes are also unique codes. The look-up finds only the first row of a code.
+static_assert(std::ranges::adjacent_find(errorTexts, std::ranges::greater_equal{}, &ErrorText::code) ==
+              errorTexts.end());
+
 } // namespace
 
 DWORD WINAPI GetLastError() noexcept {
