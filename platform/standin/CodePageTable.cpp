@@ -1,6 +1,7 @@
 #include "platform/standin/CodePageTable.h"
 
 #include <algorithm>
+#include <functional>
 #include <iconv.h>
 #include <map>
 #include <memory>
