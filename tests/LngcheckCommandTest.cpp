@@ -56,7 +56,7 @@ TEST_F(LngcheckCommand, ReportsFaultsOfWholeFiles) {
         {"A1031.lng", "<CODEPAGE 1252>\n[A]\na = Zur\xC3\xBC\n", 1, "A1031.lng: warning: the texts look like UTF-8"},
         {"A1025.lng", "<CODEPAGE 709>\n[Other]\na = b\n", 1, "A1025.lng:3: Call to 'MultiByteToWideChar()' returned"},
         {"A10.lng", "[Shared]\nMSGBOX_OK = A\n", 0, "A10.lng: note: these texts show in English: IDS_DB, IDS_Hz,"},
-        {"Shared.lng", "[Shared]\n", 0, "Shared.lng: warning: the name"},
+        {"Shared.lng", "[Shared]\nIDD_Options_Freq = Frequency\n", 0, "Shared.lng: warning: the name"},
     };
     for (const auto& [file, contents, exitCode, text] : rows) {
         folder.write(file, contents);

@@ -73,6 +73,8 @@ const Planted PlantedFaults[] = {
     {"1031", "[Parametric Equalizer]", "[German]", "", "the library does not read [German]"},
     {"1031", "MSGBOX_CANCEL", "MSGBOX_CANCL", "warning: ", "the library does not look up the key",
      "Is MSGBOX_CANCEL meant?"},
+    {"1031", "IDD_Options_B3", "IDD_Options_B5", "warning: ", "look up the key 'IDD_Options_B5'",
+     "IDD_Options_B1 meant?"},
     {"1031", "1252>", "932>", "", "Specified codepage", "1031 (German), is the language. Code page 932"},
     {"1031", "1252>", "x>", "", "Invalid tag '<CODEPAGE x>'", "Write <CODEPAGE 1252>: one number"},
     {"1031", "1252>", "1252> a =", "", "Unexpected text", "Write <CODEPAGE 1252>: one number"},
