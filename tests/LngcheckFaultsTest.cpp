@@ -71,7 +71,7 @@ const Planted PlantedFaults[] = {
      "Write [Parametric Equalizer]"},
     {"1031", "[Shared]", "[Shared] // buttons", "", "the library does not read [Shared] // buttons]", "Write [Shared]"},
     {"1031", "[Parametric Equalizer]", "[German]", "", "the library does not read [German]"},
-    {"1031", "MSGBOX_CANCEL", "MSGBOX_CANCL", "warning: ", "the library does not look up the key",
+    {"1031", "MSGBOX_CANCEL", "ZZMSGBOX_CANCL", "warning: ", "the library does not look up the key",
      "Is MSGBOX_CANCEL meant?"},
     {"1031", "IDD_Options_B3", "IDD_Options_B5", "warning: ", "look up the key 'IDD_Options_B5'",
      "IDD_Options_B1 meant?"},
