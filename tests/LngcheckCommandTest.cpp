@@ -23,7 +23,9 @@ TEST_F(LngcheckCommand, ReportsFaultsAndWarningsWithFileAndLine) {
         {"IDD_Options_B3 =", "the text is empty"},
         {"idd_options_b3 = B", "idd_options_b3 is defined in line 11"},
         {"IDD_Options_B4 = A\\nB", "warning: the text holds a control"},
-        {"IDD_Options_Gain = 1&234567890l", "warning: '1&234567890l' needs about 61 pixels, but its place has 60\n"},
+        // Greek, Cyrillic, wide Cyrillic, Chinese, full-width and half-width letters
+        {"IDD_Options_Gain = 1&2345678 90l\x83\x9F\x83\xBF\x84\x40\x84\x70\x84\x47\x84\x77\x88\xEA\x82\x60\xB1",
+         " needs about 138 pixels, but its place has 60\n"},
         {"IDS_DB = 123456789012345678901", "warning: '+12.0 1"},
         {"IDS_Hz = 12345678901234567890123", "the read-out with this unit has 28 bytes, but only 27 are shown\n"},
         {"IDS_kHz = \xC3\xDE\xBC\xC3\xDE\xBC\xC3\xDE", "warning: the unit is not shown"}, // a read-out has 29 bytes
@@ -42,7 +44,7 @@ TEST_F(LngcheckCommand, ReportsFaultsAndWarningsWithFileAndLine) {
         if (*finding != '\0') findings.push_back("A1041.lng:" + std::to_string(number) + ": " + finding);
         ++number;
     }
-    findings.emplace_back("files: 1, faults: 28, warnings: 12\n");
+    findings.emplace_back("files: 1, faults: 28, warnings: 13\n");
     folder.write("A1041.lng", contents);
     expectRun("A1041.lng", 1, findings);
 }
@@ -56,7 +58,7 @@ TEST_F(LngcheckCommand, ReportsFaultsOfWholeFiles) {
         {"A1031.lng", "<CODEPAGE 1252>\n[A]\na = Zur\xC3\xBC\n", 1, "A1031.lng: warning: the texts look like UTF-8"},
         {"A1025.lng", "<CODEPAGE 709>\n[Other]\na = b\n", 1, "A1025.lng:3: Call to 'MultiByteToWideChar()' returned"},
         {"A10.lng", "[Shared]\nMSGBOX_OK = A\n", 0, "A10.lng: note: these texts are shown in English: IDS_DB, IDS_Hz,"},
-        {"Shared.lng", "[Shared]\n", 0, "Shared.lng: warning: the name"},
+        {"Shared.lng", "[Shared]\nIDD_Options_Freq = Frequency\n", 0, "Shared.lng: warning: the name"},
     };
     for (const auto& [file, contents, exitCode, text] : rows) {
         folder.write(file, contents);
@@ -95,7 +97,7 @@ TEST_F(LngcheckCommand, ShowsTheOrderOfReadingAndTheFileThatDefinesAKey) {
     folder.write("Release/A1036.lng", "[Shared]\nIDS_DB = shared\n[Parametric Equalizer]\nIDS_Hz = own\n");
     folder.write("Release/A12.lng", "[Parametric Equalizer]\nids_db = primary\n");
     folder.write("A1036.lng", "[Parametric Equalizer]\nIDS_DB = parent\n");
-    expectRun("--override 1031 --system 1036 --explain \"{IDS_DB}\" --explain no Release", 1,
+    expectRun("--override 1031 --system 1036 --explain \" {IDS_DB} \" --explain no Release", 1,
               {"order of reading in " + path("Release") + ":\n", "language override, 1031: nothing new\n",
                "system's language, 1036: A1036.lng\n", "its primary language, 12: A12.lng\n",
                "English, 1033: nothing new\n", "order of reading in " + folder.path().string() + ":\n",

@@ -7,6 +7,7 @@
 #include <random>
 #include <set>
 #include <sstream>
+#include <tuple>
 
 namespace eq {
 
@@ -68,8 +69,10 @@ const Planted PlantedFaults[] = {
      "Write [Parametric Equalizer]"},
     {"1031", "[Shared]", "[Shared] // buttons", "", "the library does not read [Shared] // buttons]", "Write [Shared]"},
     {"1031", "[Parametric Equalizer]", "[German]", "", "the library does not read [German]"},
-    {"1031", "MSGBOX_CANCEL", "MSGBOX_CANCL", "warning: ", "the library does not look up the key",
+    {"1031", "MSGBOX_CANCEL", "ZZMSGBOX_CANCL", "warning: ", "the library does not look up the key",
      "Did you mean MSGBOX_CANCEL?"},
+    {"1031", "IDD_Options_B3", "IDD_Options_B5", "warning: ", "look up the key 'IDD_Options_B5'",
+     "Did you mean IDD_Options_B1?"},
     {"1031", "1252>", "932>", "", "Specified codepage", "1031 (German), is the language. Code page 932"},
     {"1031", "1252>", "x>", "", "Invalid tag '<CODEPAGE x>'", "Write <CODEPAGE 1252>: one number"},
     {"1031", "1252>", "1252> a =", "", "Unexpected text", "Write <CODEPAGE 1252>: one number"},
@@ -102,6 +105,83 @@ TEST_F(LngcheckFaults, FindsPlantedFaultsAtTheirLine) {
         expectInOrder(unfolded(outcome.said),
                       {name + ":" + std::to_string(line) + ": " + fault.severity, fault.text, fault.hint});
     }
+}
+
+/// Returns the value of a member of a JSON object, up to its first escape.
+std::string member(const std::string& object, const std::string& name) {
+    const std::size_t at = object.find("\"" + name + "\": ") + name.size() + 4;
+    const std::size_t first = object[at] == '"' ? at + 1 : at;
+    return object.substr(first, object.find_first_of(object[at] == '"' ? "\"\\" : ",", first) - first);
+}
+
+/// Returns the name of the file of a finding, without its folder.
+std::string fileName(const std::string& object) {
+    const std::string path = object.substr(10, object.find("\", ") - 10);
+    return path.substr(path.find_last_of("/\\") + 1);
+}
+
+TEST_F(LngcheckFaults, AcceptsChangesThatATranslatorMayMake) {
+    // clang-format off
+    const std::tuple<std::string, std::string, std::string> changes[] = {
+        {"1031", "= &Weiter", "= Weit&er"}, {"1031", "&Zur", "Z&ur"}, {"1031", "Band 3", "Mitte"},
+        {"1031", "Gesamt", "(G)"}, {"1031", "Gesamt", "\x84G\x93"}, {"1031", "Gesamt", "M && S"},
+        {"1041", "20 kHz", "\x82\x51\x82\x4F kHz"},
+        {"1041", "(&A)", "a(&A)"}, {"1031", "[Shared]", "[shared]"}, {"1031", "1252>", "1252 >"},
+        {"1031", "MSGBOX_CANCEL", "msgbox_cancel"}, {"1031", "Frequenz", "nnnnnnnnnnnnl"}};
+    // clang-format on
+    for (const auto& [id, from, to] : changes) {
+        std::string file = shipped(id);
+        ASSERT_NE(file.find(from), std::string::npos) << from;
+        folder.write("A" + id + ".lng", file.replace(file.find(from), from.size(), to));
+        expectRun("--strict A" + id + ".lng", 0, {"faults: 0, warnings: 0\n"});
+    }
+}
+
+TEST_F(LngcheckFaults, KnowsTheCaseAndTheAlphabetOfEachLetterOfACodePage) {
+    struct Page {
+        std::string language, codepage, pairs; // each pair is a capital letter and its small letter
+        bool isLatin;
+    };
+    Page pages[] = {
+        {"1031", "1252", "\x8A\x9A\x8C\x9C\x8E\x9E\x9F\xFF", true},
+        {"1045", "1250", "\x8A\x9A\x8C\x9C\x8D\x9D\x8E\x9E\x8F\x9F\xA3\xB3\xA5\xB9\xAA\xBA\xAF\xBF\xBC\xBE", true},
+        {"1063", "1257", "\xA8\xB8\xAA\xBA\xAF\xBF", true},
+        {"1049", "1251", "\x80\x90\x81\x83\x8A\x9A\x8F\x9F\xA1\xA2\xA3\xBC\xA5\xB4\xA8\xB8\xAA\xBA\xB2\xB3\xBD\xBE",
+         false},
+        {"1032", "1253", "", false},
+    };
+    std::map<std::string, std::string> expected; // the lines with a repeated text or, after M, with a mixed word
+    for (auto& [language, codepage, pairs, isLatin] : pages) {
+        const std::string start = "<CODEPAGE " + codepage + ">\n[Shared]\nIDD_Options_B1 = ";
+        for (int c = 0xC0; c <= 0xDF; ++c) {
+            const bool isGreek = c > 0xC0 && c < 0xDC && c != 0xD2;
+            if (codepage == "1251" || (isLatin ? c != 0xD7 && c != 0xDF : isGreek))
+                pairs += {static_cast<char>(c), static_cast<char>(c + 0x20)};
+        }
+        std::string capitals, small;
+        for (std::size_t i = 0; i < pairs.size(); i += 2) {
+            capitals += pairs[i];
+            small += pairs[i + 1];
+            if (isLatin) continue;
+            const std::string name = "n" + std::to_string(i) + "x_" + language + ".lng";
+            folder.write("letters/" + name, start + "xy" + pairs[i] + "\nIDD_Options_B2 = " + pairs[i + 1] + "yz\n");
+            expected[name] = "M3M4";
+        }
+        const std::string latin = isLatin ? "a" : "";
+        const std::string name = "case_" + language + ".lng";
+        folder.write("letters/" + name, start + latin + capitals + "\nIDD_Options_B2 = " + latin + small +
+                                            "\nIDD_Options_B3 = \xD7\nIDD_Options_B4 = \xF0\n");
+        expected[name] = "4";
+    }
+    std::map<std::string, std::string> found;
+    std::istringstream objects(run("--json --quiet letters").said);
+    for (std::string object; std::getline(objects, object);) {
+        const std::string text = member(object, "text");
+        std::string& lines = found[fileName(object)];
+        if (text.find("IDD_Options_B1 in") != std::string::npos) lines += member(object, "line");
+        if (text.find("Latin") != std::string::npos) lines += "M" + member(object, "line");
+    }
+    for (const auto& [name, lines] : expected) EXPECT_EQ(found[name], lines) << name;
 }
 
 TEST_F(LngcheckFaults, ReportsOneCauseIfTheWholeFileIsWrong) {
@@ -139,13 +219,6 @@ TEST_F(LngcheckFaults, ExplainsFaultsOfFileNames) {
     }
 }
 
-/// Returns the value of a member of a JSON object, up to its first escape.
-std::string member(const std::string& object, const std::string& name) {
-    const std::size_t at = object.find("\"" + name + "\": ") + name.size() + 4;
-    const std::size_t first = object[at] == '"' ? at + 1 : at;
-    return object.substr(first, object.find_first_of(object[at] == '"' ? "\"\\" : ",", first) - first);
-}
-
 // One run checks all files in one folder, so that this test also covers a large number of files.
 TEST_F(LngcheckFaults, AgreesWithTheFormatsDescriptionForHostileFiles) {
 #ifdef _WIN32
@@ -170,12 +243,10 @@ TEST_F(LngcheckFaults, AgreesWithTheFormatsDescriptionForHostileFiles) {
     std::map<std::string, std::set<oracle::Fault>> found;
     std::istringstream objects(run("--json --quiet hostile").said);
     for (std::string object; std::getline(objects, object);) {
-        const std::string name = object.substr(10, object.find("\", ") - 10);
         const std::string text = member(object, "text");
         for (const char* const start : {"equal (=) expected", "Invalid tag", "Specified codepage", "Unexpected text"}) {
             if (text.starts_with(start))
-                found[name.substr(8 + (name[7] == '\\' ? 1 : 0))].insert(
-                    {std::stoi(member(object, "line")), oracle::plainStart(text)});
+                found[fileName(object)].insert({std::stoi(member(object, "line")), oracle::plainStart(text)});
         }
     }
     for (const auto& [name, faults] : expected) {

@@ -4,6 +4,7 @@
 #include "platform/win32.h"
 
 #include "tests/support/DialogTemplateBuilder.h"
+#include "tests/support/TestWindows.h"
 
 #ifndef _WIN32
 #include "platform/desktop/TestHooks.h"
@@ -11,10 +12,15 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstdint>
+#include <limits>
 #include <map>
+#include <random>
 #include <string>
 #include <thread>
 #include <utility>
+#include <vector>
 
 namespace eq {
 
@@ -71,6 +77,131 @@ TEST(Dialogs, RunUntilTheyAreEndedIfModal) {
         EXPECT_EQ(DialogBoxIndirectParamW(GetModuleHandleW(nullptr), source->get(), nullptr, writeDown, 0), result);
 }
 
+TEST(Dialogs, HaveTheControlsOfTheirTemplate) {
+    for (const bool extended : {false, true}) {
+        SCOPED_TRACE(extended);
+        const DialogTemplateBuilder source(extended, WS_POPUP | DS_SETFONT,
+                                           {{u"STATIC", 7, WS_CHILD, u"seven"},
+                                            {u"\x80", 8, WS_CHILD | WS_TABSTOP | WS_VISIBLE, u"eight", ""},
+                                            {u"\x81", 9, WS_CHILD, u"nine"},
+                                            {u"\x82", 10, WS_CHILD | WS_DISABLED, u"ten"}});
+        const HWND dialog = create(source, 1, nullptr);
+        ASSERT_NE(dialog, nullptr);
+        EXPECT_EQ(textOf(dialog), L"Caption");
+        const std::pair<const wchar_t*, DWORD> controls[] = {
+            {L"seven", 0}, {L"eight", WS_TABSTOP | WS_VISIBLE}, {L"nine", 0}, {L"ten", WS_DISABLED}};
+        HWND control = GetWindow(dialog, GW_CHILD);
+        for (int id = 7; id <= 10; ++id, control = GetWindow(control, GW_HWNDNEXT)) {
+            const auto& [text, style] = controls[id - 7];
+            EXPECT_EQ(GetDlgItem(dialog, id), control);
+            EXPECT_EQ(GetDlgCtrlID(control), id);
+            EXPECT_EQ(textOf(control), text);
+            EXPECT_EQ(GetParent(control), dialog);
+            const auto flags = static_cast<DWORD>(GetWindowLongW(control, GWL_STYLE));
+            EXPECT_EQ(flags & (WS_CHILD | WS_POPUP | WS_VISIBLE | WS_TABSTOP | WS_DISABLED), WS_CHILD | style);
+            EXPECT_NE(SendMessageW(control, WM_GETFONT, 0, 0), 0);
+            EXPECT_EQ(SendMessageW(control, WM_GETFONT, 0, 0), SendMessageW(dialog, WM_GETFONT, 0, 0));
+#ifndef _WIN32
+            RECT area{};
+            EXPECT_TRUE(GetClientRect(control, &area));
+            EXPECT_EQ(std::pair(area.right, area.bottom), std::pair(LONG{45}, LONG{65})) << "30 by 40 units";
+#endif
+        }
+        EXPECT_EQ(control, nullptr);
+        EXPECT_TRUE(DestroyWindow(dialog));
+    }
+}
+
+/// Handles each message, with the number 5 as the procedure's result and 6 as the message's result.
+INT_PTR CALLBACK handleEach(HWND window, UINT, WPARAM, LPARAM) {
+    SetWindowLongPtrW(window, DWLP_MSGRESULT, 6);
+    return 5;
+}
+
+TEST(Dialogs, ReturnTheProceduresOwnResultForTheMessagesThatNeedIt) {
+    const HWND dialog = CreateDialogIndirectParamW(GetModuleHandleW(nullptr), Popup.get(), nullptr, handleEach, 0);
+    for (const UINT message : {WM_COMPAREITEM, WM_VKEYTOITEM, WM_CHARTOITEM, WM_QUERYDRAGICON, WM_INITDIALOG,
+                               WM_CTLCOLORMSGBOX, WM_CTLCOLOREDIT, WM_CTLCOLORSTATIC})
+        EXPECT_EQ(SendMessageW(dialog, message, 0, 0), 5) << message;
+    for (const UINT message : {WM_COMMAND, WM_APP, WM_CTLCOLORMSGBOX - 1, WM_CTLCOLORSTATIC + 1})
+        EXPECT_EQ(SendMessageW(dialog, message, 0, 0), 6) << message;
+    DestroyWindow(dialog);
+}
+
+TEST(WindowsState, IsKeptPerWindow) {
+    const HWND window = makeHostWindow();
+    const HWND other = makeHostWindow();
+    const auto make = [](const wchar_t* name, DWORD style, HWND parent, std::uintptr_t id) {
+        return CreateWindowExW(0, name, L"t", style, 0, 0, 30, 20, parent, reinterpret_cast<HMENU>(id),
+                               GetModuleHandleW(nullptr), nullptr);
+    };
+    const HWND child = make(L"static", WS_CHILD, window, 3);
+    const HWND second = make(L"EDIT", WS_CHILD, window, 4);
+    RECT area{};
+    EXPECT_TRUE(GetClientRect(child, &area));
+    EXPECT_EQ(std::vector<LONG>({area.left, area.top, area.right, area.bottom}), std::vector<LONG>({0, 0, 30, 20}));
+    EXPECT_EQ(GetWindow(window, GW_CHILD), child);
+    EXPECT_EQ(GetWindow(child, GW_HWNDNEXT), second);
+    EXPECT_EQ(GetWindow(second, GW_HWNDNEXT), nullptr);
+    EXPECT_EQ(make(L"STATIC", WS_CHILD, nullptr, 5), nullptr);
+
+    EXPECT_EQ(SetWindowLongPtrW(window, GWLP_USERDATA, 5), 0);
+    EXPECT_EQ(SetWindowLongPtrW(window, GWLP_USERDATA, 6), 5);
+    EXPECT_EQ(GetWindowLongPtrW(window, GWLP_USERDATA), 6);
+    EXPECT_EQ(GetWindowLongPtrW(other, GWLP_USERDATA), 0);
+    for (const int index : {-1, 10000}) {
+        SetLastError(NO_ERROR);
+        EXPECT_EQ(SetWindowLongPtrW(window, index, 7) + GetWindowLongPtrW(window, index), 0);
+        EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_INDEX));
+    }
+    EXPECT_TRUE(SetPropW(window, L"a", other));
+    EXPECT_TRUE(SetPropW(window, L"b", child));
+    EXPECT_TRUE(SetPropW(window, L"a", window));
+    EXPECT_EQ(GetPropW(window, L"a"), window);
+    EXPECT_EQ(GetPropW(window, L"b"), child);
+    EXPECT_EQ(GetPropW(other, L"a"), nullptr);
+    EXPECT_TRUE(SetWindowTextA(window, "narrow"));
+    wchar_t text[8] = {};
+    EXPECT_EQ(GetWindowTextW(window, text, 4), 3);
+    EXPECT_STREQ(text, L"nar");
+    EXPECT_FALSE(ShowWindow(child, SW_SHOW));
+    EXPECT_NE(GetWindowLongW(child, GWL_STYLE) & static_cast<LONG>(WS_VISIBLE), 0);
+    EXPECT_TRUE(ShowWindow(child, SW_HIDE));
+    EXPECT_FALSE(ShowWindow(child, SW_HIDE));
+
+    // A window that is destroyed takes its queued messages along. The thread's own messages remain, in their order.
+    PostMessageW(nullptr, WM_APP, 1, 2);
+    PostMessageW(other, WM_APP, 0, 0);
+    PostMessageW(nullptr, WM_APP + 1, 3, 4);
+    DestroyWindow(other);
+    DestroyWindow(window);
+    std::vector<std::uintptr_t> found;
+    for (MSG message{}; PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE); DispatchMessageW(&message))
+        if (!message.hwnd) found.insert(found.end(), {message.message, message.wParam, std::uintptr_t(message.lParam)});
+    EXPECT_EQ(found, (std::vector<std::uintptr_t>{WM_APP, 1, 2, WM_APP + 1, 3, 4}));
+
+    for (const HWND gone : {window, child}) {
+        SetLastError(NO_ERROR);
+        EXPECT_FALSE(IsWindow(gone) || ShowWindow(gone, SW_SHOW) || SetWindowTextW(gone, L"x") || GetDlgItem(gone, 3) ||
+                     GetClientRect(gone, &area) || SetPropW(gone, L"a", nullptr) || PostMessageW(gone, WM_APP, 0, 0));
+        EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_WINDOW_HANDLE));
+    }
+}
+
+TEST(Numbers, AreScaledWithRoundingAndWithinTheirRange) {
+    std::mt19937 random(3);
+    for (int round = 0; round < 2000; ++round) {
+        const int shift = static_cast<int>(random() % 31);
+        const int numbers[] = {static_cast<int>(random()) >> shift, static_cast<int>(random()) >> shift,
+                               static_cast<int>(random()) >> 16};
+        const auto [number, numerator, denominator] = numbers;
+        const long double exact = std::round(static_cast<long double>(number) * numerator / denominator);
+        const bool fits = denominator != 0 && std::fabs(exact) <= std::numeric_limits<int>::max();
+        EXPECT_EQ(MulDiv(number, numerator, denominator), fits ? static_cast<int>(exact) : -1)
+            << number << " " << numerator << " " << denominator;
+    }
+}
+
 #ifdef _WIN32
 constexpr int Depth = 1000; // Wine's reader is recursive
 #else
@@ -84,6 +215,7 @@ TEST(Menus, AreDestroyedWithTheirPopupsAtAnyDepth) {
     const HMENU menu = LoadMenuIndirectW(deep.words({0x80, 5}).text(u"x").get().data());
     const HMENU popup = GetSubMenu(menu, 0);
     EXPECT_EQ(GetMenuItemID(menu, 0), ~0U);
+    EXPECT_EQ(GetMenuItemID(menu, 1), ~0U);
     EXPECT_TRUE(DestroyMenu(menu));
     EXPECT_FALSE(DestroyMenu(popup));
     EXPECT_FALSE(DestroyMenu(menu));

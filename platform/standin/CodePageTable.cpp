@@ -1,6 +1,7 @@
 #include "platform/standin/CodePageTable.h"
 
 #include <algorithm>
+#include <functional>
 #include <iconv.h>
 #include <map>
 #include <memory>
@@ -129,6 +130,7 @@ const CodePageTable::Page* CodePageTable::findPage(UINT number) noexcept {
         Page{1258, "CP1258"},
         Page{1361, "CP1361", 0xF8EC, johab},
     };
+    static_assert(std::ranges::adjacent_find(pages, std::ranges::greater_equal{}, &Page::number) == pages.end());
     const auto* const row =
         std::find_if(pages.begin(), pages.end(), [number](const Page& page) { return page.number == number; });
     return row == pages.end() ? nullptr : row;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <functional>
 #include <string_view>
 
 namespace {
@@ -61,6 +62,10 @@ constexpr std::array errorTexts = {
     ErrorText{ERROR_CONTROL_ID_NOT_FOUND, "Control ID not found.\r\n"},
     ErrorText{ERROR_MENU_ITEM_NOT_FOUND, "A menu item was not found.\r\n"},
 };
+
+// Ascending codes are also unique codes. The look-up finds only the first row of a code.
+static_assert(std::ranges::adjacent_find(errorTexts, std::ranges::greater_equal{}, &ErrorText::code) ==
+              errorTexts.end());
 
 } // namespace
 

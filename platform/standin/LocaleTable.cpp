@@ -1,13 +1,14 @@
 #include "platform/standin/LocaleTable.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <iterator>
 
 namespace {
 
 // The rows are ordered by primary language. The first row of a primary language is its usual sublanguage. The first row
-// with a language's name, such as "de", has the usual country of that language.
+// with a language's name, such as "de", has the usual country of that language. The other rows are ordered by their id.
 constexpr eq::standin::Language languages[] = {
     {"ar_SA", 1256, 0x0401, '.'},
     {"ar_IQ", 1256, 0x0801, '.'},
@@ -274,6 +275,23 @@ constexpr std::string_view upTo(std::string_view text, std::string_view ends) no
     return text.substr(0, text.find_first_of(ends));
 }
 
+constexpr std::string_view nameOf(const eq::standin::Language& row) noexcept {
+    return upTo(row.locale, "_");
+}
+
+// A row in a wrong place would hide another row, or would become the usual one.
+static_assert([] {
+    bool isUsual = true; // whether the earlier row is the first one with its language's name
+    for (std::size_t i = 1; i < std::size(languages); ++i) {
+        const auto& before = languages[i - 1];
+        const auto& row = languages[i];
+        if (primaryOf(before.id) > primaryOf(row.id)) return false;
+        if (primaryOf(before.id) == primaryOf(row.id) && before.id > row.id && !isUsual) return false;
+        isUsual = nameOf(before) != nameOf(row);
+    }
+    return true;
+}());
+
 template <typename Predicate>
 const eq::standin::Language* firstRow(Predicate fits) noexcept {
     const auto* const found = std::find_if(std::begin(languages), std::end(languages), fits);
@@ -302,7 +320,7 @@ const Language* environmentLanguage(const char* categoryVariable) noexcept {
     const Language* const exact = firstRow([=](const Language& row) { return row.locale == locale; });
     if (exact) return exact;
     const std::string_view language = upTo(locale, "_");
-    return firstRow([=](const Language& row) { return upTo(row.locale, "_") == language; });
+    return firstRow([=](const Language& row) { return nameOf(row) == language; });
 }
 
 } // namespace eq::standin
