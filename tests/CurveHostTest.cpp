@@ -66,9 +66,6 @@ protected:
 
 TEST_F(CurveHost, MayCallTheEditorInAnyOrder) {
     const HostedEffect effect(makeEffect());
-    ERect* size = nullptr;
-    EXPECT_EQ(effect.dispatch(effEditGetRect, &size), 1);
-    EXPECT_TRUE(size && size->right == 900 && size->bottom == 500);
     effect.dispatch(effEditIdle);
     effect.dispatch(effEditClose);
     for (int i = 0; i < 2; ++i) EXPECT_EQ(openIn(effect, window), 1);
@@ -80,6 +77,38 @@ TEST_F(CurveHost, MayCallTheEditorInAnyOrder) {
     for (const xcb_window_t none : {0U, 0x7FFFFFU}) EXPECT_EQ(openIn(effect, none), 0);
     EXPECT_EQ(openIn(effect, client.makeWindow(1, 1)), 1);
     effect.dispatch(effEditIdle);
+}
+
+TEST_F(CurveHost, SeesThePictureInTheScaleOfTheDisplay) {
+    const std::string_view resources = "Xft.dpi:\t120\n"; // a scale factor of 1.25
+    xcb_change_property(client.get(), XCB_PROP_MODE_REPLACE, client.root(), XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING,
+                        8, static_cast<std::uint32_t>(resources.size()), resources.data());
+    const xcb_window_t large = client.makeWindow(1250, 750);
+    const HostedEffect effect(makeEffect());
+    ERect* size = nullptr;
+    EXPECT_EQ(effect.dispatch(effEditGetRect, &size), 1);
+    EXPECT_TRUE(size && size->right == 1125 && size->bottom == 625);
+    ASSERT_EQ(openIn(effect, large), 1);
+    const xcb_window_t editor = client.children(large).at(0);
+    EXPECT_EQ(client.size(editor), std::pair(1125, 625));
+    EXPECT_EQ(client.property(editor, "_XEMBED_INFO"), (std::vector<std::uint32_t>{0, 1}));
+    EXPECT_EQ(client.property(editor, "WM_NORMAL_HINTS"),
+              (std::vector<std::uint32_t>{0x110, 0, 0, 0, 0, 600, 375, 0, 0, 0, 0, 0, 0, 0, 0, 1125, 625, 0}));
+    const auto shows = [&](int x, int y, std::uint32_t colour) {
+        return comesTrue([&] {
+            effect.dispatch(effEditIdle);
+            return client.pixel(editor, x, y) == colour;
+        });
+    };
+    constexpr std::uint32_t Window = 0x24282D, Card = 0x2D3238, Band2 = 0x62C7AE;
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_TRUE(shows(0, 0, Window) && shows(1124, 624, Window) && shows(1105, 600, Card) &&
+                    shows(368, 267, Band2));
+        xcb_unmap_window(client.get(), editor); // the server forgets the picture
+        xcb_map_window(client.get(), editor);
+    }
+    for (const auto& [width, height] : {std::pair(1U, 1U), {1200, 700}}) client.resize(editor, width, height);
+    EXPECT_TRUE(shows(1199, 699, Window) && shows(1180, 675, Card));
 }
 
 TEST_F(CurveHost, MayDestroyTheWindowOrTheEffectFirst) {

@@ -3,7 +3,6 @@
 #include "curve/model/KeyControl.h"
 #include "curve/model/PointerControl.h"
 #include "curve/model/ResponseCurves.h"
-#include "parameters/DisplayText.h"
 #include "support/AsciiText.h"
 #include "tests/support/EngineInput.h"
 #include "tests/support/FakePort.h"
@@ -19,6 +18,7 @@
 #include <numbers>
 #include <random>
 #include <sstream>
+#include <tuple>
 #include <utility>
 
 // Tests the editor without a screen. CurveEditorTest.cpp tests gestures in a window.
@@ -88,29 +88,8 @@ TEST(PlotAxes, GrowBySixDecibelsAboveTheLargestValue) {
     for (const auto& [largest, range] : Rows) EXPECT_EQ(decibelRangeFor(largest), range);
 }
 
-TEST(EditorGeometry, FindsTheFocusedOrElseTheNearestNode) {
-    FakePort port;
-    port.values[1] = port.values[2] - 0.003F; // nodes 1 and 2 are two pixels apart
-    EditorModel model(port);
-    const EditorGeometry geometry{layoutOf(900, 500, 1, Needs, true)};
-    const Point node = geometry.nodeOf(model, 0);
-    const auto at = [&](double dx, EditorTarget focus) {
-        return geometry.at(static_cast<int>(node.x + dx), static_cast<int>(node.y), model, focus);
-    };
-    EXPECT_EQ(at(4, VolumeTarget), nodeTarget(0));
-    EXPECT_EQ(at(-8, VolumeTarget), nodeTarget(1));
-    EXPECT_EQ(at(-8, nodeTarget(0)), nodeTarget(0));
-    EXPECT_EQ(at(40, nodeTarget(0)), EditorTarget{});
-    const Rect& q = geometry.layout.fields[12];
-    EXPECT_EQ(geometry.at(q.x, q.y, model, {}), fieldTarget(12));
-}
-
 TEST(EditorTexts, ReadsItsDisplayTextsAndTypedTexts) {
-    struct Row {
-        int parameter;
-        const char* text;
-        double value;
-    };
+    using Row = std::tuple<int, const char*, double>; // the parameter, the text, and the value
     constexpr double None = -1e9;
     FakePort port;
     port.texts = {{"IDS_DB", "дБ"}, {"IDS_Hz", "Гц"}, {"IDS_kHz", "кГц"}, {"IDD_Options_Freq", "Частота"}};
@@ -135,20 +114,6 @@ TEST(EditorTexts, UseTheDecimalSeparatorOfTheLocale) {
     EXPECT_EQ(userDecimalSeparator(), ',');
     locale.set("C");
     EXPECT_EQ(userDecimalSeparator(), '.');
-}
-
-TEST(EditorTexts, ShowsTheEffectsDisplayTexts) {
-    FakePort port;
-    for (const char* const key : {DecibelKey, HertzKey, KilohertzKey}) port.texts[key] = key;
-    const EditorTexts texts(port, '.');
-    for (int i = 0; i < ParameterCount; ++i) {
-        for (int step = -7; step < 20; ++step) {
-            const float p = static_cast<float>(step) * 0.07F;
-            char shown[DisplayCapacity];
-            writeDisplay(Parameters[i], p, shown); // without language files, the text of a unit is its key
-            EXPECT_EQ(texts.display(i, p), shown);
-        }
-    }
 }
 
 /// An editor with a bypass in a window of the default size with two pixels per unit. Node 2 is at 605, 428, and node 3
@@ -255,7 +220,8 @@ p605,428 w1700,500,1 : 10=0.5000 @n1 D ; a p605,428 w1700,500,1 : @n1 D ; p1700,
 p250,930 w350,930,1 : 9=0.5000 ; p250,930 w800,120,1 : [+0.0 dB^7*] ; m1106,428 : ~n2 ; m1106,428 l : ;
 p605,428 m1106,428 : 2=0.3333 @n1 D ; m1712,52 : ~B0 ;
 m632,428 : ~n1 ; m633,428 : ; m577,428 : ~n1 ; m576,428 : ; m605,455 : ~n1 ; m605,456 : ; m605,400 : ~n1 ;
-m605,399 : ; m1647,500 : ; m1648,500 : ~V0 ; m350,930 : ~f9 ; m1700,500 : ~V0 ;
+m605,399 : ; h1,68 m597,428 : 1=0.6800 ~n0 ; h1,68 Tab Tab m591,428 : 1=0.6800 @n2 ~n0 ;
+h1,68 Tab Tab m598,428 : 1=0.6800 @n2 ~n1 ; h1,68 m610,428 : 1=0.6800 ~n0 ; h1,68 m614,428 : 1=0.6800 ~n1 ; m1647,500 : ; m1648,500 : ~V0 ; m350,930 : ~f9 ; m1700,500 : ~V0 ;
 # Read-outs
 p250,930 : [+0.0 dB^7*] ; p250,930 '3 Home p250,930 : [3^1] ; p250,930 '3 p350,930 : 5=0.3500 [5.0^3*] ;
 p250,930 'x p1700,930 : @V0 [+0.0 dB^7*] ; p250,930 '3 p1712,52 : 5=0.3500 @B0 B ; p1712,52 p1712,52 : @B0 ;

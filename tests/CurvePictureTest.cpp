@@ -186,22 +186,19 @@ protected:
 };
 
 TEST(CardPainter, NeedsRoomForTheWidestValueAndForTheCaption) {
-    Editor editor;
-    for (const double scale : {1.0, 3.0}) {
-        const TextPainter painter(scale);
-        const FieldNeeds needs = CardPainter(painter, editor.texts).fieldNeeds(scale);
-        for (const int index : {1, 5, 9}) {
-            const ParameterKind kind = Parameters[index].kind;
-            std::set<std::string> shown;
-            for (int i = 0; i <= 2000; ++i) shown.insert(editor.texts.display(index, static_cast<float>(i) / 2000.0F));
-            int widest = 0;
-            for (const std::string& text : shown) widest = std::max(widest, painter.widthOf(Font::Value, text));
-            const auto& [value, caption] = needs[static_cast<std::size_t>(kind)];
-            EXPECT_EQ(value, widest + 5.0 * scale) << index;
-            EXPECT_EQ(caption, painter.widthOf(Font::Caption, editor.texts.label(kind)) + 5.0 * scale);
-        }
-        EXPECT_NEAR(painter.placeOf(Font::Value, "+6.0 dB", 2), painter.widthOf(Font::Value, "+6"), scale);
+    const Editor editor(3.0);
+    const TextPainter painter(3.0);
+    const FieldNeeds needs = CardPainter(painter, editor.texts).fieldNeeds(3.0);
+    for (const int index : {1, 5, 9}) {
+        std::set<std::string> shown;
+        for (int i = 0; i <= 2000; ++i) shown.insert(editor.texts.display(index, static_cast<float>(i) / 2000.0F));
+        int widest = 0;
+        for (const std::string& text : shown) widest = std::max(widest, painter.widthOf(Font::Value, text));
+        const auto& [value, caption] = needs[static_cast<std::size_t>(Parameters[index].kind)];
+        EXPECT_EQ(value, widest + 15) << index;
+        EXPECT_EQ(caption, painter.widthOf(Font::Caption, editor.texts.label(Parameters[index].kind)) + 15) << index;
     }
+    EXPECT_NEAR(painter.placeOf(Font::Value, "+6.0 dB", 2), painter.widthOf(Font::Value, "+6"), 3.0);
 }
 
 TEST_F(LargePicture, HasTheLengthsAndTheColoursOfTheDesign) {

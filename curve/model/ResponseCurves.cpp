@@ -27,8 +27,8 @@ void ResponseCurves::resize(int places) {
     delays.resize(count);
     for (std::size_t i = 0; i < count; ++i)
         delays[i] = std::polar(1.0, -2.0 * std::numbers::pi * axis.hertzAt(static_cast<double>(i)) / rate);
-    for (auto& band : bands) band.assign(count, 0.0);
-    total.assign(count, 0.0);
+    for (auto& band : bands) band.resize(count);
+    total.resize(count);
     shown.reset();
 }
 

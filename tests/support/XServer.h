@@ -106,6 +106,27 @@ public:
         std::free(geometry);
         return result;
     }
+    [[nodiscard]] std::uint32_t pixel(xcb_window_t window, int x, int y) const {
+        const auto request = xcb_get_image(m_x, XCB_IMAGE_FORMAT_Z_PIXMAP, window, static_cast<std::int16_t>(x),
+                                           static_cast<std::int16_t>(y), 1, 1, ~0U);
+        auto* const reply = xcb_get_image_reply(m_x, request, nullptr);
+        std::uint32_t value = 0;
+        if (reply) std::memcpy(&value, xcb_get_image_data(reply), sizeof value);
+        std::free(reply);
+        return value & 0xFFFFFF;
+    }
+    /// Returns a property that consists of 32-bit numbers.
+    [[nodiscard]] std::vector<std::uint32_t> property(xcb_window_t window, const std::string& name) const {
+        const auto named = xcb_intern_atom(m_x, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
+        auto* const atom = xcb_intern_atom_reply(m_x, named, nullptr);
+        const auto request = xcb_get_property(m_x, 0, window, atom ? atom->atom : 0U, XCB_ATOM_ANY, 0, 99);
+        std::free(atom);
+        auto* const reply = xcb_get_property_reply(m_x, request, nullptr);
+        std::vector<std::uint32_t> values(reply ? reply->length : 0);
+        if (reply) std::memcpy(values.data(), xcb_get_property_value(reply), 4 * values.size());
+        std::free(reply);
+        return values;
+    }
     [[nodiscard]] bool isShown(xcb_window_t window) const {
         auto* const reply = xcb_get_window_attributes_reply(m_x, xcb_get_window_attributes(m_x, window), nullptr);
         const bool result = reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
