@@ -25,7 +25,7 @@ TEST_F(LngcheckCommand, ReportsFaultsAndWarningsWithFileAndLine) {
         {"IDD_Options_B4 = A\\nB", "warning: the text holds a control"},
         // Greek, Cyrillic, wide Cyrillic, Chinese, full-width and half-width letters
         {"IDD_Options_Gain = 1&2345678 90l\x83\x9F\x83\xBF\x84\x40\x84\x70\x84\x47\x84\x77\x88\xEA\x82\x60\xB1",
-         " needs about 138 pixels, but its place has 60\n"},
+         "warning: '1&2345678 90l\u0391\u03B1\u0410\u0430\u0416\u0436\u4E00\uFF21\uFF71' needs about 138 pixels"},
         {"IDS_DB = 123456789012345678901", "warning: '+12.0 1"},
         {"IDS_Hz = 12345678901234567890123", "the read-out with this unit has 28 bytes, but only 27 are shown\n"},
         {"IDS_kHz = \xC3\xDE\xBC\xC3\xDE\xBC\xC3\xDE", "warning: the unit is not shown"}, // a read-out has 29 bytes
