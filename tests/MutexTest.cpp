@@ -56,6 +56,8 @@ TEST(Mutex, ReleasesTheSystemsMutexAtTheLastUnlockEvenIfThePreviousHolderDied) {
 TEST(Mutex, IsUnlockedWhenItIsDestroyed) {
     auto mutex = std::make_unique<ProbedMutex>();
     mutex->Lock();
+    EXPECT_NO_THROW(mutex->Unlock());
+    mutex->Lock();
     std::atomic<bool> starts = false;
     DWORD result = WAIT_TIMEOUT;
     std::thread waiting([&, system = mutex->systemMutex()] {
