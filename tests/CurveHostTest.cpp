@@ -106,10 +106,10 @@ TEST_F(CurveHost, SeesThePictureInTheScaleOfTheDisplay) {
         xcb_unmap_window(client.get(), editor); // the server forgets the picture
         xcb_map_window(client.get(), editor);
     }
-    effect.set(0, 0.0F); // draws the slider of the volume and its card
-    EXPECT_TRUE(shows(1045, 38, 0xF4F6F7));
     for (const auto& [width, height] : {std::pair(1U, 1U), {1200, 700}}) client.resize(editor, width, height);
     EXPECT_TRUE(shows(1199, 699, Window) && shows(1180, 675, Card));
+    effect.set(0, 0.0F); // draws the graph, the slider of the volume, and its card
+    EXPECT_TRUE(shows(1120, 38, 0xF4F6F7));
 }
 
 TEST_F(CurveHost, MayDestroyTheWindowOrTheEffectFirst) {
