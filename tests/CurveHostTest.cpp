@@ -86,8 +86,7 @@ TEST_F(CurveHost, SeesThePictureInTheScaleOfTheDisplay) {
     const xcb_window_t large = client.makeWindow(1250, 750);
     const HostedEffect effect(makeEffect());
     ERect* size = nullptr;
-    EXPECT_EQ(effect.dispatch(effEditGetRect, &size), 1);
-    EXPECT_TRUE(size && size->right == 1125 && size->bottom == 625);
+    EXPECT_TRUE(effect.dispatch(effEditGetRect, &size) == 1 && size->right == 1125 && size->bottom == 625);
     ASSERT_EQ(openIn(effect, large), 1);
     const xcb_window_t editor = client.children(large).at(0);
     EXPECT_EQ(client.size(editor), std::pair(1125, 625));
@@ -109,6 +108,8 @@ TEST_F(CurveHost, SeesThePictureInTheScaleOfTheDisplay) {
     }
     for (const auto& [width, height] : {std::pair(1U, 1U), {1200, 700}}) client.resize(editor, width, height);
     EXPECT_TRUE(shows(1199, 699, Window) && shows(1180, 675, Card));
+    effect.set(0, 0.0F); // draws the graph, the slider of the volume, and its card
+    EXPECT_TRUE(shows(1120, 38, 0xF4F6F7));
 }
 
 TEST_F(CurveHost, MayDestroyTheWindowOrTheEffectFirst) {
