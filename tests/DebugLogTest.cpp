@@ -19,11 +19,12 @@
 
 #ifndef _WIN32
 static termios requestedSettings = {};
+static bool portHasParity = false;
 
 // A pseudo-terminal always has eight bits and no parity, so these functions replace those of the system.
 extern "C" int tcgetattr(int port, termios* settings) noexcept {
     const int result = reinterpret_cast<decltype(&tcgetattr)>(dlsym(RTLD_NEXT, "tcgetattr"))(port, settings);
-    settings->c_cflag = (settings->c_cflag & ~tcflag_t{CSIZE}) | CS7 | PARENB | CSTOPB;
+    if (portHasParity) settings->c_cflag = (settings->c_cflag & ~tcflag_t{CSIZE}) | CS7 | PARENB | CSTOPB;
     return result;
 }
 
@@ -100,9 +101,11 @@ TEST(DebugLog, SendsToASerialPortWhenItExistsAndDoesNotMixTheTextsOfThreads) {
         *DebugOutputTargetRef() = DebugToCom1 + number - 1;
         DebugPrint("lost");
         standin::setSerialPortPath(name, ttyname(sender));
+        portHasParity = true;
         onThreads(2, [](int) {
             for (int round = 0; round < 100; ++round) DebugPrint("a\n");
         });
+        portHasParity = false;
         *DebugOutputTargetRef() = DebugToDebugger;
         EXPECT_EQ(write(sender, "!", 1), 1);
 
