@@ -55,21 +55,20 @@ TEST_F(LanguageFile, SendsTheEventsOfRandomFilesUpToTheFirstFault) {
 
 TEST_F(LanguageFile, RefusesFilesThatItCannotRead) {
     folder.write("Folder1031.lng/inside", "");
-    for (const std::string& path : {folder.path("Missing1031.lng"), folder.path("Folder1031.lng")}) {
+    const std::string failed =
+        "open_failed thrown by CLanguageFile::CLanguageFile() [wedge/CLanguageFile:N] with context\n";
+    for (const std::string& path : {folder.path("Missing1031.lng"), folder.path("Folder1031.lng")})
         EXPECT_EQ(failureOf<CLanguageFile::open_failed>([&] { CLanguageFile(path.c_str()); }),
-                  "open_failed thrown by CLanguageFile::CLanguageFile() [wedge/CLanguageFile:N] with context\nOpen of "
-                  "file '" +
-                      path + "' failed.");
-    }
+                  failed + "Open of file '" + path + "' failed.");
     std::istringstream broken("a=b\n");
     broken.setstate(std::ios::badbit);
     EXPECT_THROW(scanLanguageStream(broken, "A1031.lng", recorder), CLanguageFile::open_failed);
 
     const std::string path = folder.write("A1031.lng", "\xFF\xFE=\n");
+    const auto scan = [&] { CLanguageFile(path.c_str()).ScanFile(recorder); };
     EXPECT_EQ(
-        failureOf<CLanguageFile::no_unicode_file_support>([&] { CLanguageFile(path.c_str()).ScanFile(recorder); }),
-        "no_unicode_file_support thrown by CLanguageFile::ScanFile() [wedge/CLanguageFile:N] with context\n"
-        "filename=" +
+        failureOf<CLanguageFile::no_unicode_file_support>(scan),
+        "no_unicode_file_support thrown by CLanguageFile::ScanFile() [wedge/CLanguageFile:N] with context\nfilename=" +
             path);
     EXPECT_EQ(recorder.log, "");
     CLanguageFile(folder.write("C1031.lng", "\xFF\xFF=\n").c_str()).ScanFile(recorder);
@@ -77,8 +76,7 @@ TEST_F(LanguageFile, RefusesFilesThatItCannotRead) {
 }
 
 TEST_F(LanguageFile, ReadsALineOfTenMegabytesWithEscapes) {
-    std::string escapes;
-    std::string decoded;
+    std::string escapes, decoded;
     while (escapes.size() < 10'000'000) {
         escapes += "\\n\\x41\\\\t\\xZZ";
         decoded += "\nA\\\t\\xZZ";

@@ -17,6 +17,7 @@
 
 #include <filesystem>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -95,6 +96,7 @@ TEST_F(LanguageStore, FindsAKeyInAnyCaseWithOrWithoutBraces) {
 }
 
 TEST_F(LanguageStore, ReadsAndDecodesTheTextsOfItsContexts) {
+    // clang-format off
     const std::pair<const char*, std::vector<std::pair<const char*, const wchar_t*>>> cases[] = {
         {"[Module]\n\xC4 = upper\n\xE4 = lower\n@ = at\n` = grave\n", {{"\xE4", L"lower"}, {"`", L"grave"}}},
         {"[Other]\na = other\nd = other\n[SHARED]\na = shared\nb = shared\n[ module ]\na = module\n"
@@ -106,8 +108,8 @@ TEST_F(LanguageStore, ReadsAndDecodesTheTextsOfItsContexts) {
         {"<CODEPAGE 437>\na = lost\n<ACCEL A> = <ACCEL B>\n[Module]\nb = \\x81\n<CODEPAGE 1252>\nc = \xE4\\xFC\n",
          {{"a", L"(none)"}, {"ACCEL_0x41", L"(none)"}, {"b", L"\u00FC"}, {"c", L"\u00E4\u00FC"}}},
         {"[Module]\na = \\x20x\\ny\\t\nb = x\\x00y\nc =\n", {{"a", L" x\ny\t"}, {"b", L"x"}, {"c", L""}}},
-        {"[Module]\n<accel control virtkey vk_f5> = <ACCEL A>\n", {{"ACCEL_VIRTKEY_CONTROL_0x74", L"<ACCEL A>"}}},
-    };
+        {"[Module]\n<accel control virtkey vk_f5> = <ACCEL A>\n", {{"ACCEL_VIRTKEY_CONTROL_0x74", L"<ACCEL A>"}}}};
+    // clang-format on
     for (const auto& [file, texts] : cases) {
         SCOPED_TRACE(file);
         const CLanguageStore store = storeOf(file);
@@ -117,8 +119,7 @@ TEST_F(LanguageStore, ReadsAndDecodesTheTextsOfItsContexts) {
 
 TEST_F(LanguageStore, IsNotBuiltIfAValueCannotBeConverted) {
     // Code page 942 fits Japanese, but the systems do not have it.
-    for (const char* const text :
-         {"[Module]\n<CODEPAGE 942>\na = b\n", "[Module]\na = b\n<CODEPAGE 942>\nA = repeated\n"}) {
+    for (const char* text : {"[Module]\n<CODEPAGE 942>\na = b\n", "[Module]\na = b\n<CODEPAGE 942>\nA = repeated\n"}) {
         folder.write("A1041.lng", text);
         EXPECT_THROW(CLanguageStore(folder.path("Module.dll"), 1041), convert_wstring_failed) << text;
     }
@@ -137,18 +138,13 @@ TEST_F(LanguageStore, ReadsTheOverrideWhenTheLibraryIsLoaded) {
 
 TEST_F(LanguageStore, ExpandsReferences) {
     const CLanguageStore store = storeOf("[Module]\nA = alpha\nB = b\nBRACES = {A}{\nA{B = nested\nEMPTY =\n");
+    // A key has at least one character, so that the key in the text "{}{B}" is "}{B".
+    // clang-format off
     const std::pair<std::string, std::string> cases[] = {
-        {"", ""},
-        {"x{a}y{B}z", "xalphaybz"},
-        {"{ A }", "alpha"},
-        {"{BRACES}{B}", "{A}{b"},
-        {"{A{B}", "nested"},
-        {"{C}{B}", "{C}b"},
-        {"{EMPTY}", "{EMPTY}"},
-        {"{}{B}", "{}{B}"}, // a key has at least one character, so the key is "}{B"
-        {"{B} {A", "b {A"},
-        {std::string("{B}\0{B}", 7), "b"},
-    };
+        {"", ""}, {"x{a}y{B}z", "xalphaybz"}, {"{ A }", "alpha"}, {"{BRACES}{B}", "{A}{b"}, {"{A{B}", "nested"},
+        {"{C}{B}", "{C}b"}, {"{EMPTY}", "{EMPTY}"}, {"{}{B}", "{}{B}"}, {"{B} {A", "b {A"},
+        {std::string("{B}\0{B}", 7), "b"}};
+    // clang-format on
     for (const auto& [text, expanded] : cases) {
         bool changed = expanded == text;
         EXPECT_EQ(store.ExpandKeys(text, &changed), expanded);
@@ -171,8 +167,7 @@ TEST_F(StoreInstance, ReturnsTextsForTheLibrarysModuleInTheLanguageOfTheOverride
     folder.write("A1031.lng", "<CODEPAGE 1252>\n[Sample Module]\nunit = \xB5s\nempty =\n");
     folder.write("A1033.lng", "[Sample Module]\nunit = English\n");
     g_language_override = 1031;
-    EXPECT_EQ(GetLanguageId(), 1031);
-    EXPECT_EQ(GetLanguageCodepage(), 1252U);
+    EXPECT_EQ(std::tuple(GetLanguageId(), GetLanguageCodepage()), std::tuple(1031, 1252U));
     EXPECT_EQ(GetLanguageString("{unit}"), "\xB5s");
     EXPECT_EQ(GetLanguageString("missing"), "");
     EXPECT_EQ(ExpandLanguageKeys(std::wstring(L"[{unit}]"), nullptr), L"[\u00B5s]");

@@ -15,9 +15,7 @@
 #include <pty.h>
 #include <termios.h>
 #include <unistd.h>
-#endif
 
-#ifndef _WIN32
 static termios requestedSettings = {};
 static bool portHasParity = false;
 
@@ -93,8 +91,7 @@ TEST(DebugLog, SendsToASerialPortWhenItExistsAndDoesNotMixTheTextsOfThreads) {
     for (const int number : {1, 2, 3, 4}) {
         SCOPED_TRACE(number);
         // A pseudo-terminal acts as the port.
-        int receiver = -1;
-        int sender = -1;
+        int receiver = -1, sender = -1;
         ASSERT_EQ(openpty(&receiver, &sender, nullptr, nullptr, nullptr), 0);
         const std::string name = "COM" + std::to_string(number);
         standin::setSerialPortPath(name, "/dev/no-such-port");
@@ -109,9 +106,8 @@ TEST(DebugLog, SendsToASerialPortWhenItExistsAndDoesNotMixTheTextsOfThreads) {
         *DebugOutputTargetRef() = DebugToDebugger;
         EXPECT_EQ(write(sender, "!", 1), 1);
 
-        std::string received;
+        std::string received, expected;
         for (char byte = 0; byte != '!' && read(receiver, &byte, 1) == 1;) received += byte;
-        std::string expected;
         for (int text = 0; text < 200; ++text) expected += "a\r\n";
         EXPECT_EQ(received, expected + "!");
 

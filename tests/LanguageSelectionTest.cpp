@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -21,16 +22,9 @@ protected:
     TemporaryFolder folder;
 };
 
-struct Case {
-    const char* module;
-    WORD overrideLanguage;
-    WORD systemLanguage;
-    WORD language;
-    std::vector<std::string> files;
-    std::size_t read; ///< the number of files that are read, in the order of `files`
-};
-
-const Case Cases[] = {
+/// The path of a module, the language of the override, the system's language, the language of the store, the files, and
+/// the number of files that are read, in their order.
+const std::tuple<const char*, WORD, WORD, WORD, std::vector<std::string>, std::size_t> Cases[] = {
     // The order is: override, system's language, its primary language, English. The primary language of the override
     // does not count. Files without a language id are read if the override or the system's language is not set.
     {"Module.dll", 1031, 1036, 1031, {"A1031.lng", "A1036.lng", "A12.lng", "A1033.lng", "A7.lng", "x0.lng"}, 4},
@@ -48,28 +42,27 @@ const Case Cases[] = {
 } // namespace
 
 TEST_F(LanguageSelection, MergesFilesInTheOrderOfPrecedence) {
-    for (const Case& row : Cases) {
-        SCOPED_TRACE(testing::Message() << "case " << &row - Cases);
+    for (const auto& [module, overrideLanguage, systemLanguage, language, files, read] : Cases) {
+        SCOPED_TRACE(module + testing::PrintToString(files));
         const TemporaryFolder place;
-        place.write(row.module, "");
+        place.write(module, "");
         // Each file defines its own key and the keys of all files before it.
         std::vector<std::string> keys;
-        std::string references;
-        std::string expected;
-        for (const std::string& file : row.files) {
+        std::string references, expected;
+        for (const std::string& file : files) {
             keys.push_back(file);
             std::string text = "[Module]\n";
             for (const std::string& key : keys) text.append(key).append(" = ").append(file).append("\n");
             place.write(file, text);
             references += "{" + file + "}";
-            expected += keys.size() <= row.read ? file : "{" + file + "}";
+            expected += keys.size() <= read ? file : "{" + file + "}";
         }
-        const LanguageSettings changed(0, row.systemLanguage);
+        const LanguageSettings changed(0, systemLanguage);
         const MessageBoxWatch watch;
-        const CLanguageStore store(place.path(row.module), row.overrideLanguage);
-        EXPECT_EQ(store.language(), row.language);
+        const CLanguageStore store(place.path(module), overrideLanguage);
+        EXPECT_EQ(store.language(), language);
         EXPECT_EQ(store.ExpandKeys(references, nullptr), expected);
-        EXPECT_EQ(watch.count(), row.read == 0 ? 1 : 0);
+        EXPECT_EQ(watch.count(), read == 0 ? 1 : 0);
     }
 }
 

@@ -10,6 +10,7 @@
 #include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 
 namespace eq {
 
@@ -28,12 +29,7 @@ public:
         return taken;
     }
 
-    [[nodiscard]] HANDLE systemMutex() const { return handle; }
-
-    void breakSystemMutex() {
-        CloseHandle(handle);
-        handle = nullptr;
-    }
+    using Mutex::handle;
 };
 
 } // namespace
@@ -60,7 +56,7 @@ TEST(Mutex, IsUnlockedWhenItIsDestroyed) {
     mutex->Lock();
     std::atomic<bool> starts = false;
     DWORD result = WAIT_TIMEOUT;
-    std::thread waiting([&, system = mutex->systemMutex()] {
+    std::thread waiting([&, system = mutex->handle] {
         starts = true;
         result = WaitForSingleObject(system, 500);
     });
@@ -74,7 +70,7 @@ TEST(Mutex, IsUnlockedWhenItIsDestroyed) {
 TEST(Mutex, ReportsSystemCallsThatFail) {
     ProbedMutex mutex;
     mutex.Lock();
-    mutex.breakSystemMutex();
+    CloseHandle(std::exchange(mutex.handle, nullptr));
     EXPECT_EQ(failureOf<Mutex::unlock_failure>([&] { mutex.Unlock(); }),
               "Mutex::Unlock()[wedge/Mutex_Win32Impl, N] threw exception unlock_failure, with context: "
               "Error: ReleaseMutex returned false.");

@@ -20,6 +20,7 @@
 #include <new>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -80,8 +81,7 @@ int CALLBACK sheetCallback(HWND sheet, UINT message, LPARAM lParam) {
     if (message == PSCB_PRECREATE) {
         // Hides the sheet, because a real window system needs time to show a window.
         auto* const fields = reinterpret_cast<DWORD*>(lParam);
-        const bool isExtended = HIWORD(fields[0]) == 0xFFFF;
-        fields[isExtended ? 3 : 0] &= ~DWORD{WS_VISIBLE};
+        fields[HIWORD(fields[0]) == 0xFFFF ? 3 : 0] &= ~DWORD{WS_VISIBLE}; // the extended form begins with three fields
         if (const auto action = std::exchange(aheadOfTheWindow, nullptr)) action();
     }
     if (message == PSCB_INITIALIZED) okText = textOf(GetDlgItem(sheet, IDOK));
@@ -129,11 +129,10 @@ struct Sheet {
     /// Returns the messages by resource id that the sheet passes to the system.
     Messages forwardedTo(unsigned id) const {
         forwarded.clear();
-        const LONG_PTR before =
-            SetWindowLongPtrW(window.get(), DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(recordMessage));
+        const LONG_PTR own = SetWindowLongPtrW(window.get(), DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(recordMessage));
         for (const UINT message : {PSM_SETCURSELID, PSM_IDTOINDEX, PSM_INDEXTOID})
             SendMessageW(window.get(), message, 1, static_cast<LPARAM>(id));
-        SetWindowLongPtrW(window.get(), DWLP_DLGPROC, before);
+        SetWindowLongPtrW(window.get(), DWLP_DLGPROC, own);
         return forwarded;
     }
     std::wstring textOfItem(int id) const { return textOf(GetDlgItem(window.get(), id)); }
@@ -163,9 +162,9 @@ TEST(WedgeSheets, AreTranslatedAndDoNotChangeTheCallersRecords) {
     EXPECT_EQ(textOf(sheet.window.get()), L"the caption S");
     EXPECT_STREQ(lastPage.pszTitle, L"the title SS");
     EXPECT_EQ(sheet.label(), L"A longer translation");
-    EXPECT_EQ(sheet.textOfItem(IDCANCEL), L"Leave");
-    EXPECT_EQ(sheet.textOfItem(9), L"What?");
-    EXPECT_EQ(sheet.textOfItem(0x3021), L""); // Apply has no translation
+    // Cancel, Help, and Apply, which has no translation.
+    for (const auto& [id, text] : {std::pair(IDCANCEL, L"Leave"), {9, L"What?"}, {0x3021, L""}})
+        EXPECT_EQ(sheet.textOfItem(id), text) << id;
     EXPECT_EQ(okText, L"All right") << "the caller's callback must run after the texts are set";
     EXPECT_EQ(std::memcmp(sheet.pages.data(), before.data(), sizeof before), 0);
     SetLastError(0);
@@ -207,16 +206,16 @@ TEST(WedgeSheets, TurnAWizardToThePageOfAResourceId) {
     sheet.open();
     EXPECT_EQ(sheet.textOfItem(0x3023) + L", " + sheet.textOfItem(0x3024), L"To the last, To the next");
     EXPECT_EQ(sheet.textOfItem(0x3025), L"Done");
-    const auto turn = [&](WPARAM button, LONG_PTR answer) {
+    // clang-format off
+    const std::tuple<WPARAM, LONG_PTR, const wchar_t*> turns[] = {
+        {PSBTN_NEXT, -1, L"A longer translation"}, {PSBTN_NEXT, 0, L"SS"}, {PSBTN_BACK, 0, L"A longer translation"},
+        {PSBTN_NEXT, 153, L"S"}, {PSBTN_BACK, 152, L"SS"}};
+    // clang-format on
+    for (const auto& [button, answer, label] : turns) {
         answerToTurn = answer;
         sheet.send(PSM_PRESSBUTTON, button);
-        return sheet.label();
-    };
-    EXPECT_EQ(turn(PSBTN_NEXT, -1), L"A longer translation");
-    EXPECT_EQ(turn(PSBTN_NEXT, 0), L"SS");
-    EXPECT_EQ(turn(PSBTN_BACK, 0), L"A longer translation");
-    EXPECT_EQ(turn(PSBTN_NEXT, 153), L"S");
-    EXPECT_EQ(turn(PSBTN_BACK, 152), L"SS");
+        EXPECT_EQ(sheet.label(), label) << answer;
+    }
     answerToTurn = 1;
     NMHDR notice{nullptr, 0, static_cast<UINT>(PSN_WIZNEXT)};
     EXPECT_EQ(SendMessageW(sheet.page(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&notice)), -1)
@@ -363,8 +362,7 @@ TEST(WedgeSheets, LeaveOnlyTheirThunksInMemory) {
 }
 
 TEST(WedgeSheets, MayBeOpenedWhileAnotherSheetIsBeingOpened) {
-    Sheet inner;
-    Sheet outer;
+    Sheet inner, outer;
     aheadOfTheWindow = [&inner] { inner.open(); };
     outer.open();
     for (const Sheet* const sheet : {&inner, &outer}) EXPECT_EQ(sheet->textOfItem(IDCANCEL), L"Leave");

@@ -24,6 +24,8 @@ using UnsizedRewriter = PrepStatus (*)(const void* resource, void** newResource)
 
 /// A random resource in two forms: as compiled, and as the model of its format rewrites it.
 class RandomResource {
+    std::mt19937& m_numbers;
+
 public:
     explicit RandomResource(std::mt19937& numbers) : m_numbers(numbers), mayChange(below(3) != 0) {}
 
@@ -57,13 +59,12 @@ public:
 
     /// Returns a text and its expanded form.
     std::pair<Text, Text> text() {
-        static const std::pair<Text, Text> pieces[] = {{u"{T_Short}", u"S"},
-                                                       {u"{ t_two }", u"SS"},
-                                                       {u"{T_Long}", u"A longer translation"},
-                                                       {u"{T_Empty}", u"{T_Empty}"},
-                                                       {u"{T_Unknown}", u"{T_Unknown}"},
-                                                       {u"\u00E9}", u"\u00E9}"},
-                                                       {u"&b\t", u"&b\t"}};
+        // clang-format off
+        static const std::pair<Text, Text> pieces[] = {
+            {u"{T_Short}", u"S"}, {u"{ t_two }", u"SS"}, {u"{T_Long}", u"A longer translation"},
+            {u"{T_Empty}", u"{T_Empty}"}, {u"{T_Unknown}", u"{T_Unknown}"}, {u"\u00E9}", u"\u00E9}"},
+            {u"&b\t", u"&b\t"}};
+        // clang-format on
         const Text start(sizeOfData() / 2, u'c');
         std::pair<Text, Text> result(start, start);
         for (unsigned count = below(3); count > 0; --count) {
@@ -100,16 +101,10 @@ public:
         delete[] static_cast<std::byte*>(block);
     }
 
-private:
-    std::mt19937& m_numbers;
-
-public:
     const bool mayChange;
-    TemplateBuilder compiled;
-    TemplateBuilder rewritten;
-    bool isChanged = false;
+    TemplateBuilder compiled, rewritten;
+    bool isChanged = false, isInvalid = false;
     bool isDirty = false; ///< the padding has a byte that is not zero
-    bool isInvalid = false;
 };
 
 void addDialog(RandomResource& dialog) {
@@ -167,8 +162,8 @@ void addMenuLevel(RandomResource& menu, bool isExtended, unsigned depth) {
 }
 
 void addMenu(RandomResource& menu) {
-    const std::array<unsigned, 5> versions = {0, 1, 2, 0x100, 0x101};
-    const unsigned version = versions[menu.below(40) == 0 ? menu.below(5) : menu.below(2)];
+    const unsigned versions[] = {0, 1, 2, 0x100, 0x101};
+    const unsigned version = versions[menu.below(menu.below(40) == 0 ? 5 : 2)];
     const unsigned gap = menu.below(40) == 0 ? menu.below(12) : 2 * (menu.below(4) + 2 * version);
     menu.isInvalid = version > 1 || gap < 4 * version || gap % 2 != 0;
     menu.word(version);
@@ -228,13 +223,13 @@ const TemplateBuilder table =
 } // namespace
 
 TEST(RandomResources, AreRewrittenAsTheirFormatsSay) {
+    // clang-format off
     const std::tuple<void (*)(RandomResource&), SizedRewriter, UnsizedRewriter> kinds[] = {
-        {addDialog, PrepareDialogResource, PrepareDialogResource},
-        {addMenu, PrepareMenuResource, PrepareMenuResource},
+        {addDialog, PrepareDialogResource, PrepareDialogResource}, {addMenu, PrepareMenuResource, PrepareMenuResource},
         {addStrings, PrepareStringResource, PrepareStringResource},
         {addAccelerators, PrepareAcceleratorResource, PrepareAcceleratorResource},
-        {addComboTexts, PrepareDialogInitResource, PrepareDialogInitResource},
-    };
+        {addComboTexts, PrepareDialogInitResource, PrepareDialogInitResource}};
+    // clang-format on
     for (const auto& [add, rewriter, unsized] : kinds) {
         std::mt19937 numbers(4711);
         for (int turn = 0; turn < 500 && !HasFailure(); ++turn) {
@@ -264,9 +259,7 @@ TEST(ToAccelArray, StopsAtTheEndMarkAndDropsIt) {
     std::uint32_t count = 0;
     const auto array = ToAccelArray((table.get() + table.get()).data(), 2 * table.get().size(), &count);
     ASSERT_EQ(count, 4U);
-    EXPECT_EQ(array[1].key, 'X');
-    EXPECT_EQ(array[3].fVirt, 0x0B);
-    EXPECT_EQ(array[3].cmd, 13);
+    EXPECT_EQ(std::tuple(array[1].key, array[3].fVirt, array[3].cmd), std::tuple('X', 0x0B, 13));
     const std::string_view bytes(reinterpret_cast<const char*>(array.get()), count * sizeof(ACCEL));
     for (std::size_t entry = 0; entry < count; ++entry) EXPECT_EQ(bytes[entry * sizeof(ACCEL) + 1], '\0') << entry;
     EXPECT_EQ(ToAccelArray(table.get().data(), table.get().size() - 1, &count), nullptr);

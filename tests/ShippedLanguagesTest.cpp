@@ -14,6 +14,7 @@
 #include <iterator>
 #include <map>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace eq {
@@ -29,31 +30,25 @@ const std::vector<WORD> Sources[] = {
     {1040, 2064}, {1041}, {1042}, {1045}, {1046, 2070}, {1049, 2073}, {1055}, {2052, 4100}};
 // clang-format on
 
-struct Region {
-    const char* locale;
-    WORD system; ///< the language id of the region; the usual id of the language if the region has no id
-    WORD file;   ///< the id of the file that is read first
-};
-
-// One row per locale that Debian has for the thirteen languages.
-const Region Regions[] = {{"de_AT", 3079, 3079}, {"de_BE", 1031, 1031},  {"de_CH", 2055, 2055},  {"de_DE", 1031, 1031},
-                          {"de_IT", 1031, 1031}, {"de_LI", 5127, 5127},  {"de_LU", 4103, 4103},  {"el_GR", 1032, 1032},
-                          {"el_CY", 1032, 1032}, {"en_AG", 1033, 1033},  {"en_AU", 3081, 1033},  {"en_BW", 1033, 1033},
-                          {"en_CA", 4105, 1033}, {"en_DK", 1033, 1033},  {"en_GB", 2057, 1033},  {"en_HK", 15369, 1033},
-                          {"en_IE", 6153, 1033}, {"en_IL", 1033, 1033},  {"en_IN", 16393, 1033}, {"en_NG", 1033, 1033},
-                          {"en_NZ", 5129, 1033}, {"en_PH", 13321, 1033}, {"en_SC", 1033, 1033},  {"en_SG", 18441, 1033},
-                          {"en_US", 1033, 1033}, {"en_ZA", 7177, 1033},  {"en_ZM", 1033, 1033},  {"en_ZW", 12297, 1033},
-                          {"es_AR", 11274, 10},  {"es_BO", 16394, 10},   {"es_CL", 13322, 10},   {"es_CO", 9226, 10},
-                          {"es_CR", 5130, 10},   {"es_CU", 23562, 10},   {"es_DO", 7178, 10},    {"es_EC", 12298, 10},
-                          {"es_ES", 3082, 3082}, {"es_GT", 4106, 10},    {"es_HN", 18442, 10},   {"es_MX", 2058, 2058},
-                          {"es_NI", 19466, 10},  {"es_PA", 6154, 10},    {"es_PE", 10250, 10},   {"es_PR", 20490, 10},
-                          {"es_PY", 15370, 10},  {"es_SV", 17418, 10},   {"es_US", 21514, 10},   {"es_UY", 14346, 10},
-                          {"es_VE", 8202, 10},   {"fr_BE", 2060, 2060},  {"fr_CA", 3084, 3084},  {"fr_CH", 4108, 4108},
-                          {"fr_FR", 1036, 1036}, {"fr_LU", 5132, 5132},  {"it_CH", 2064, 2064},  {"it_IT", 1040, 1040},
-                          {"ja_JP", 1041, 1041}, {"ko_KR", 1042, 1042},  {"pl_PL", 1045, 1045},  {"pt_BR", 1046, 1046},
-                          {"pt_PT", 2070, 2070}, {"ru_RU", 1049, 1049},  {"ru_UA", 1049, 1049},  {"tr_CY", 1055, 1055},
-                          {"tr_TR", 1055, 1055}, {"zh_CN", 2052, 2052},  {"zh_HK", 3076, 1033},  {"zh_SG", 4100, 4100},
-                          {"zh_TW", 1028, 1033}};
+/// One row per locale that Debian has for the thirteen languages: the locale, the language id of its region (the usual
+/// id of the language if the region has no id), and the id of the file that is read first.
+// clang-format off
+const std::tuple<const char*, WORD, WORD> Regions[] = {
+    {"de_AT", 3079, 3079}, {"de_BE", 1031, 1031}, {"de_CH", 2055, 2055}, {"de_DE", 1031, 1031}, {"de_IT", 1031, 1031},
+    {"de_LI", 5127, 5127}, {"de_LU", 4103, 4103}, {"el_GR", 1032, 1032}, {"el_CY", 1032, 1032}, {"en_AG", 1033, 1033},
+    {"en_AU", 3081, 1033}, {"en_BW", 1033, 1033}, {"en_CA", 4105, 1033}, {"en_DK", 1033, 1033}, {"en_GB", 2057, 1033},
+    {"en_HK", 15369, 1033}, {"en_IE", 6153, 1033}, {"en_IL", 1033, 1033}, {"en_IN", 16393, 1033}, {"en_NG", 1033, 1033},
+    {"en_NZ", 5129, 1033}, {"en_PH", 13321, 1033}, {"en_SC", 1033, 1033}, {"en_SG", 18441, 1033}, {"en_US", 1033, 1033},
+    {"en_ZA", 7177, 1033}, {"en_ZM", 1033, 1033}, {"en_ZW", 12297, 1033}, {"es_AR", 11274, 10}, {"es_BO", 16394, 10},
+    {"es_CL", 13322, 10}, {"es_CO", 9226, 10}, {"es_CR", 5130, 10}, {"es_CU", 23562, 10}, {"es_DO", 7178, 10},
+    {"es_EC", 12298, 10}, {"es_ES", 3082, 3082}, {"es_GT", 4106, 10}, {"es_HN", 18442, 10}, {"es_MX", 2058, 2058},
+    {"es_NI", 19466, 10}, {"es_PA", 6154, 10}, {"es_PE", 10250, 10}, {"es_PR", 20490, 10}, {"es_PY", 15370, 10},
+    {"es_SV", 17418, 10}, {"es_US", 21514, 10}, {"es_UY", 14346, 10}, {"es_VE", 8202, 10}, {"fr_BE", 2060, 2060},
+    {"fr_CA", 3084, 3084}, {"fr_CH", 4108, 4108}, {"fr_FR", 1036, 1036}, {"fr_LU", 5132, 5132}, {"it_CH", 2064, 2064},
+    {"it_IT", 1040, 1040}, {"ja_JP", 1041, 1041}, {"ko_KR", 1042, 1042}, {"pl_PL", 1045, 1045}, {"pt_BR", 1046, 1046},
+    {"pt_PT", 2070, 2070}, {"ru_RU", 1049, 1049}, {"ru_UA", 1049, 1049}, {"tr_CY", 1055, 1055}, {"tr_TR", 1055, 1055},
+    {"zh_CN", 2052, 2052}, {"zh_HK", 3076, 1033}, {"zh_SG", 4100, 4100}, {"zh_TW", 1028, 1033}};
+// clang-format on
 
 std::string contentsOf(const std::string& path) {
     std::ifstream file(path, std::ios::binary);

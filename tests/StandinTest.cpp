@@ -59,29 +59,20 @@ std::string encoded(UINT page, const std::wstring& text, BOOL* usedDefault = nul
 }
 
 TEST(CodePages, DecodeInvalidTextsAsTheSystemDoes) {
-    struct Case {
-        UINT page;
-        std::string bytes;
-        std::wstring text;
-        bool valid = true;
-    };
-    const std::vector<Case> cases = {
-        {1252, "\x81\x8D\x8F\x90\x9D", L"\x81\x8D\x8F\x90\x9D"},
-        {1253, "A\xAA", L"A\xF8F9", false},
-        {1255, "\xE0\xC7\xCA", L"\u05D0\u05B7\u05BA"},
-        {437, "\x01\x7F\xE1", L"\x01\x7F\u00DF"},
-        {932, "\x81\0x"s, L"\u30FB\0x"s, false},
-        {1361, "\x88\x61\\", L"\uAC00\\"},
-        {CP_UTF8, "\xE2\x82x", L"\xFFFDx", false},
-        {CP_UTF8, "\xC0\xAF", L"\xFFFD\xFFFD", false},
-        {CP_UTF8, "\xF4\x90\x80\x80", L"\xFFFD\xFFFD\xFFFD", false},
-    };
-    for (const Case& row : cases) {
-        SCOPED_TRACE(std::to_string(row.page) + ": " + testing::PrintToString(row.bytes));
-        EXPECT_EQ(decoded(row.page, row.bytes), row.text);
+    // clang-format off
+    const std::tuple<UINT, std::string, std::wstring, bool> cases[] = {
+        {1252, "\x81\x8D\x8F\x90\x9D", L"\x81\x8D\x8F\x90\x9D", true}, {1253, "A\xAA", L"A\xF8F9", false},
+        {1255, "\xE0\xC7\xCA", L"\u05D0\u05B7\u05BA", true}, {437, "\x01\x7F\xE1", L"\x01\x7F\u00DF", true},
+        {932, "\x81\0x"s, L"\u30FB\0x"s, false}, {1361, "\x88\x61\\", L"\uAC00\\", true},
+        {CP_UTF8, "\xE2\x82x", L"\xFFFDx", false}, {CP_UTF8, "\xC0\xAF", L"\xFFFD\xFFFD", false},
+        {CP_UTF8, "\xF4\x90\x80\x80", L"\xFFFD\xFFFD\xFFFD", false}};
+    // clang-format on
+    for (const auto& [page, bytes, text, isValid] : cases) {
+        SCOPED_TRACE(std::to_string(page) + ": " + testing::PrintToString(bytes));
+        EXPECT_EQ(decoded(page, bytes), text);
         SetLastError(NO_ERROR);
-        EXPECT_EQ(decoded(row.page, row.bytes, MB_ERR_INVALID_CHARS).empty(), !row.valid);
-        EXPECT_TRUE(refused(true, row.valid ? NO_ERROR : ERROR_NO_UNICODE_TRANSLATION));
+        EXPECT_EQ(decoded(page, bytes, MB_ERR_INVALID_CHARS).empty(), !isValid);
+        EXPECT_TRUE(refused(true, isValid ? NO_ERROR : ERROR_NO_UNICODE_TRANSLATION));
     }
 }
 
@@ -160,21 +151,13 @@ TEST(CodePages, ConvertEveryCodePointToUtf8AndBack) {
         ASSERT_EQ(decoded(CP_UTF8, bytes, MB_ERR_INVALID_CHARS), units) << point;
         ASSERT_EQ(encoded(CP_UTF8, units), bytes) << point;
     }
-    for (const auto& [bytes, replacements] : std::vector<std::pair<std::string, std::size_t>>{{"\x80", 1},
-                                                                                              {"\xBF", 1},
-                                                                                              {"\xC1\xBF", 2},
-                                                                                              {"\xC2", 1},
-                                                                                              {"\xDF\xC0", 2},
-                                                                                              {"\xE0\x9F\xBF", 2},
-                                                                                              {"\xE1\x80", 1},
-
-                                                                                              {"\xED\xA0\x80", 2},
-                                                                                              {"\xEF\xBF", 1},
-                                                                                              {"\xF0\x8F\xBF\xBF", 3},
-                                                                                              {"\xF0\x90\x80", 1},
-                                                                                              {"\xF3\xBF\xBF\xC0", 2},
-                                                                                              {"\xF5\x80\x80\x80", 4},
-                                                                                              {"\xFF", 1}}) {
+    // clang-format off
+    const std::pair<std::string, std::size_t> unfinished[] = {
+        {"\x80", 1}, {"\xBF", 1}, {"\xC1\xBF", 2}, {"\xC2", 1}, {"\xDF\xC0", 2}, {"\xE0\x9F\xBF", 2}, {"\xE1\x80", 1},
+        {"\xED\xA0\x80", 2}, {"\xEF\xBF", 1}, {"\xF0\x8F\xBF\xBF", 3}, {"\xF0\x90\x80", 1}, {"\xF3\xBF\xBF\xC0", 2},
+        {"\xF5\x80\x80\x80", 4}, {"\xFF", 1}};
+    // clang-format on
+    for (const auto& [bytes, replacements] : unfinished) {
         EXPECT_EQ(decoded(CP_UTF8, bytes), std::wstring(replacements, L'\xFFFD')) << testing::PrintToString(bytes);
         EXPECT_EQ(decoded(CP_UTF8, bytes, MB_ERR_INVALID_CHARS), L"");
     }
@@ -273,15 +256,16 @@ TEST(Languages, HaveOneOfTheirPublishedCodePagesAsAnsiCodePage) {
         EXPECT_TRUE(CodepageFitsLanguage(std::stoi(page), pair.language)) << page << " " << std::hex << pair.language;
     }
     // The remaining languages, by their ANSI code page. "0" means that the language has none.
+    // clang-format off
     const std::pair<const char*, std::vector<LCID>> others[] = {
+        {"950", {0x1404}}, {"1250", {0x101A, 0x141A, 0x181A, 0x241A, 0x2C1A, 0x0442}}, {"1254", {0x042C, 0x0443}},
+        {"1256", {0x0420, 0x0820, 0x0846, 0x0859, 0x0480, 0x048C, 0x0492}},
         {"0", {0x4C09, 0x042B, 0x0430, 0x0431, 0x0433, 0x0437, 0x0439, 0x043A, 0x043F, 0x0845, 0x0445, 0x0446, 0x0447,
                0x0448, 0x0449, 0x0849, 0x044A, 0x044B, 0x044C, 0x044D, 0x044E, 0x044F, 0x0850, 0x0C50, 0x0451, 0x0C51,
                0x0453, 0x0454, 0x0455, 0x0457, 0x0458, 0x0459, 0x045A, 0x045B, 0x045C, 0x045D, 0x045E, 0x0460, 0x0860,
                0x0461, 0x0861, 0x0463, 0x0465, 0x0472, 0x0873, 0x0473, 0x0477, 0x0478, 0x0481}},
-        {"950", {0x1404}},
-        {"1250", {0x101A, 0x141A, 0x181A, 0x241A, 0x2C1A, 0x0442}},
-        {"1251",
-         {0x281A, 0x1C1A, 0x201A, 0x301A, 0x0428, 0x082C, 0x042F, 0x0440, 0x0843, 0x0444, 0x0450, 0x046D, 0x0485}},
+        {"1251", {0x281A, 0x1C1A, 0x201A, 0x301A, 0x0428, 0x082C, 0x042F, 0x0440, 0x0843, 0x0444, 0x0450, 0x046D,
+                  0x0485}},
         {"1252",
          {0x0803, 0x2009, 0x2809, 0x2C09, 0x3009, 0x3409, 0x3809, 0x3C09, 0x4009, 0x4409, 0x4809, 0x100A, 0x140A,
           0x180A, 0x1C0A, 0x200A, 0x240A, 0x280A, 0x2C0A, 0x300A, 0x340A, 0x380A, 0x3C0A, 0x400A, 0x440A, 0x480A,
@@ -289,10 +273,8 @@ TEST(Languages, HaveOneOfTheirPublishedCodePagesAsAnsiCodePage) {
           0x042E, 0x082E, 0x0432, 0x0832, 0x0434, 0x0435, 0x043B, 0x083B, 0x0C3B, 0x103B, 0x143B, 0x183B, 0x1C3B,
           0x203B, 0x243B, 0x083C, 0x043E, 0x083E, 0x0441, 0x0452, 0x0456, 0x085D, 0x085F, 0x0462, 0x0464, 0x0466,
           0x0867, 0x0467, 0x0468, 0x046A, 0x046B, 0x086B, 0x0C6B, 0x046C, 0x046E, 0x046F, 0x0470, 0x0471, 0x0474,
-          0x0475, 0x0476, 0x047A, 0x047C, 0x047E, 0x0482, 0x0483, 0x0484, 0x0486, 0x0487, 0x0488, 0x0491}},
-        {"1254", {0x042C, 0x0443}},
-        {"1256", {0x0420, 0x0820, 0x0846, 0x0859, 0x0480, 0x048C, 0x0492}},
-    };
+          0x0475, 0x0476, 0x047A, 0x047C, 0x047E, 0x0482, 0x0483, 0x0484, 0x0486, 0x0487, 0x0488, 0x0491}}};
+    // clang-format on
     for (const auto& [page, languages] : others)
         for (const LCID language : languages) EXPECT_STREQ(read(language), page) << std::hex << language;
     EXPECT_TRUE(refused(read(0x0812) == "none"s, ERROR_INVALID_PARAMETER));
@@ -307,26 +289,19 @@ protected:
         for (EnvironmentVariable* variable : {&all, &messages, &lang}) variable->set(std::nullopt);
     }
 
-    EnvironmentVariable all{"LC_ALL"};
-    EnvironmentVariable messages{"LC_MESSAGES"};
-    EnvironmentVariable lang{"LANG"};
+    EnvironmentVariable all{"LC_ALL"}, messages{"LC_MESSAGES"}, lang{"LANG"};
 };
 
 TEST_F(Environment, SelectsTheSystemsLanguageByItsVariablesInTheUsualOrder) {
-    struct Case {
-        EnvironmentVariable& variable;
-        const char* locale;
-        WORD language;
-    };
-    const Case cases[] = {
+    const std::tuple<EnvironmentVariable&, const char*, WORD> cases[] = {
         {lang, "de_DE.UTF-8", 0x407},  {lang, "de_XX@euro", 0x407},  {lang, "pt", 0x416},  {lang, "zh_TW.Big5", 0x404},
         {lang, "sr_RS@latin", 0x281A}, {lang, "es_ES.UTF-8", 0xC0A}, {lang, "C.UTF-8", 0}, {lang, "POSIX", 0},
         {messages, "it_IT", 0x410},    {lang, "fr_FR", 0x410},       {all, "", 0x410},     {all, "ru_RU", 0x419},
     };
     EXPECT_EQ(ReadUiLanguage(uilanguage_default), 0);
-    for (const Case& row : cases) {
-        row.variable.set(row.locale);
-        EXPECT_EQ(ReadUiLanguage(uilanguage_default), row.language) << row.locale;
+    for (const auto& [variable, locale, language] : cases) {
+        variable.set(locale);
+        EXPECT_EQ(ReadUiLanguage(uilanguage_default), language) << locale;
     }
 }
 
@@ -343,8 +318,7 @@ TEST_F(Environment, SelectsTheDecimalSeparator) {
 }
 
 TEST(SerialPorts, HaveTheSettingsOfTheTerminal) {
-    int receiver = -1;
-    int sender = -1;
+    int receiver = -1, sender = -1;
     ASSERT_EQ(openpty(&receiver, &sender, nullptr, nullptr, nullptr), 0);
     const auto open = [](const char* path) {
         standin::setSerialPortPath("COM2", path);
@@ -352,35 +326,32 @@ TEST(SerialPorts, HaveTheSettingsOfTheTerminal) {
     };
     const HANDLE port = open(ttyname(sender));
     ASSERT_NE(port, INVALID_HANDLE_VALUE);
-    for (const auto& [path, code] : {std::pair("/dev/none", ERROR_FILE_NOT_FOUND),
-                                     {"/dev/null", ERROR_INVALID_FUNCTION},
-                                     {"/dev", ERROR_GEN_FAILURE}})
-        EXPECT_TRUE(refused(open(path) == INVALID_HANDLE_VALUE, static_cast<DWORD>(code))) << path;
-
-    DCB state{};
     // clang-format off
+    const std::pair<const char*, DWORD> failures[] = {
+        {"/dev/none", ERROR_FILE_NOT_FOUND}, {"/dev/null", ERROR_INVALID_FUNCTION}, {"/dev", ERROR_GEN_FAILURE}};
     const std::pair<DWORD, speed_t> speeds[] = {
         {110, B110}, {300, B300}, {600, B600}, {1200, B1200}, {2400, B2400}, {4800, B4800}, {9600, B9600},
         {19200, B19200}, {38400, B38400}, {57600, B57600}, {115200, B115200}, {230400, B230400}};
+    // A pseudo-terminal always has eight bits and no parity, but keeps the kind of the parity.
+    const std::tuple<BYTE, BYTE, tcflag_t> formats[] = {
+        {NOPARITY, ONESTOPBIT, 0}, {ODDPARITY, TWOSTOPBITS, PARODD | CSTOPB}, {EVENPARITY, ONESTOPBIT, 0}};
     // clang-format on
+    for (const auto& [path, code] : failures) EXPECT_TRUE(refused(open(path) == INVALID_HANDLE_VALUE, code)) << path;
+    DCB state{};
+    const auto fields = [](DCB& record) {
+        return std::tie(record.BaudRate, record.ByteSize, record.Parity, record.StopBits);
+    };
     for (const auto& [rate, code] : speeds) {
-        // A pseudo-terminal always has eight bits and no parity, but keeps the kind of the parity.
-        for (const auto& [parity, stops, flags] : {std::tuple(NOPARITY, ONESTOPBIT, 0),
-                                                   {ODDPARITY, TWOSTOPBITS, PARODD | CSTOPB},
-                                                   {EVENPARITY, ONESTOPBIT, 0}}) {
-            state.BaudRate = rate;
-            state.ByteSize = 8;
-            state.Parity = parity;
-            state.StopBits = stops;
+        for (const auto& [parity, stops, flags] : formats) {
+            fields(state) = std::tuple(rate, BYTE{8}, parity, stops);
             SetCommState(port, &state);
             termios settings{};
             tcgetattr(sender, &settings);
             EXPECT_EQ(cfgetospeed(&settings), code);
-            EXPECT_EQ(settings.c_cflag & (CSTOPB | CLOCAL | CREAD | PARODD), tcflag_t(flags) | CLOCAL | CREAD);
+            EXPECT_EQ(settings.c_cflag & (CSTOPB | CLOCAL | CREAD | PARODD), flags | CLOCAL | CREAD);
             DCB read{};
             EXPECT_TRUE(GetCommState(port, &read));
-            EXPECT_EQ(std::tuple(read.BaudRate, read.ByteSize, read.Parity, read.StopBits),
-                      std::tuple(rate, 8, NOPARITY, stops));
+            EXPECT_EQ(fields(read), std::tuple(rate, 8, NOPARITY, stops));
         }
     }
     for (BYTE DCB::*const member : {&DCB::ByteSize, &DCB::Parity, &DCB::StopBits}) {

@@ -19,6 +19,7 @@
 #include <random>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -93,10 +94,8 @@ TEST(Dialogs, HaveTheControlsOfTheirTemplate) {
         HWND control = GetWindow(dialog, GW_CHILD);
         for (int id = 7; id <= 10; ++id, control = GetWindow(control, GW_HWNDNEXT)) {
             const auto& [text, style] = controls[id - 7];
-            EXPECT_EQ(GetDlgItem(dialog, id), control);
-            EXPECT_EQ(GetDlgCtrlID(control), id);
-            EXPECT_EQ(textOf(control), text);
-            EXPECT_EQ(GetParent(control), dialog);
+            EXPECT_EQ(std::tuple(GetDlgItem(dialog, id), GetDlgCtrlID(control), textOf(control), GetParent(control)),
+                      std::tuple(control, id, text, dialog));
             const auto flags = static_cast<DWORD>(GetWindowLongW(control, GWL_STYLE));
             EXPECT_EQ(flags & (WS_CHILD | WS_POPUP | WS_VISIBLE | WS_TABSTOP | WS_DISABLED), WS_CHILD | style);
             EXPECT_NE(SendMessageW(control, WM_GETFONT, 0, 0), 0);
@@ -129,8 +128,7 @@ TEST(Dialogs, ReturnTheProceduresOwnResultForTheMessagesThatNeedIt) {
 }
 
 TEST(WindowsState, IsKeptPerWindow) {
-    const HWND window = makeHostWindow();
-    const HWND other = makeHostWindow();
+    const HWND window = makeHostWindow(), other = makeHostWindow();
     const auto make = [](const wchar_t* name, DWORD style, HWND parent, std::uintptr_t id) {
         return CreateWindowExW(0, name, L"t", style, 0, 0, 30, 20, parent, reinterpret_cast<HMENU>(id),
                                GetModuleHandleW(nullptr), nullptr);
@@ -154,12 +152,9 @@ TEST(WindowsState, IsKeptPerWindow) {
         EXPECT_EQ(SetWindowLongPtrW(window, index, 7) + GetWindowLongPtrW(window, index), 0);
         EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_INDEX));
     }
-    EXPECT_TRUE(SetPropW(window, L"a", other));
-    EXPECT_TRUE(SetPropW(window, L"b", child));
-    EXPECT_TRUE(SetPropW(window, L"a", window));
-    EXPECT_EQ(GetPropW(window, L"a"), window);
-    EXPECT_EQ(GetPropW(window, L"b"), child);
-    EXPECT_EQ(GetPropW(other, L"a"), nullptr);
+    EXPECT_TRUE(SetPropW(window, L"a", other) && SetPropW(window, L"b", child) && SetPropW(window, L"a", window));
+    EXPECT_EQ((std::vector<HANDLE>{GetPropW(window, L"a"), GetPropW(window, L"b"), GetPropW(other, L"a")}),
+              (std::vector<HANDLE>{window, child, nullptr}));
     EXPECT_TRUE(SetWindowTextA(window, "narrow"));
     wchar_t text[8] = {};
     EXPECT_EQ(GetWindowTextW(window, text, 4), 3);
@@ -192,9 +187,8 @@ TEST(Numbers, AreScaledWithRoundingAndWithinTheirRange) {
     std::mt19937 random(3);
     for (int round = 0; round < 2000; ++round) {
         const int shift = static_cast<int>(random() % 31);
-        const int numbers[] = {static_cast<int>(random()) >> shift, static_cast<int>(random()) >> shift,
-                               static_cast<int>(random()) >> 16};
-        const auto [number, numerator, denominator] = numbers;
+        const auto next = [&random](int bits) { return static_cast<int>(random()) >> bits; };
+        const int number = next(shift), numerator = next(shift), denominator = next(16);
         const long double exact = std::round(static_cast<long double>(number) * numerator / denominator);
         const bool fits = denominator != 0 && std::fabs(exact) <= std::numeric_limits<int>::max();
         EXPECT_EQ(MulDiv(number, numerator, denominator), fits ? static_cast<int>(exact) : -1)
@@ -214,11 +208,9 @@ TEST(Menus, AreDestroyedWithTheirPopupsAtAnyDepth) {
     for (int i = 0; i < Depth; ++i) deep.word(0x90).text(u"");
     const HMENU menu = LoadMenuIndirectW(deep.words({0x80, 5}).text(u"x").get().data());
     const HMENU popup = GetSubMenu(menu, 0);
-    EXPECT_EQ(GetMenuItemID(menu, 0), ~0U);
-    EXPECT_EQ(GetMenuItemID(menu, 1), ~0U);
+    for (const int position : {0, 1}) EXPECT_EQ(GetMenuItemID(menu, position), ~0U);
     EXPECT_TRUE(DestroyMenu(menu));
-    EXPECT_FALSE(DestroyMenu(popup));
-    EXPECT_FALSE(DestroyMenu(menu));
+    for (const HMENU gone : {popup, menu}) EXPECT_FALSE(DestroyMenu(gone));
     TemplateBuilder unknown;
     EXPECT_EQ(LoadMenuIndirectW(unknown.words({2, 0, 0x80, 1, 0}).get().data()), nullptr);
 #ifndef _WIN32

@@ -19,14 +19,13 @@ constexpr unsigned long InsufficientBuffer = 122;
 } // namespace
 
 TEST(StringExt, ConvertsBetweenCodePagesAndUnits) {
+    // clang-format off
     const std::tuple<unsigned, std::string, std::wstring> rows[] = {
-        {0, "plain", L"plain"},
-        {1252, "5 \x80 \xFC", L"5 \u20AC \u00FC"},
-        {932, "a\x82\xA0\xB1", L"a\u3042\uFF71"},
-        {Utf8, "\xE3\x81\x82\xE3\x81\x84", L"\u3042\u3044"}, // fills the narrow buffer to its last byte
-        {Utf8, "\xF0\x9D\x84\x9E", L"\xD834\xDD1E"},         // one character, two units
-        {NoSuchCodePage, "", L""},
-    };
+        {0, "plain", L"plain"}, {1252, "5 \x80 \xFC", L"5 \u20AC \u00FC"}, {932, "a\x82\xA0\xB1", L"a\u3042\uFF71"},
+        // Two characters that fill the narrow buffer to its last byte, and one character of two units.
+        {Utf8, "\xE3\x81\x82\xE3\x81\x84", L"\u3042\u3044"}, {Utf8, "\xF0\x9D\x84\x9E", L"\xD834\xDD1E"},
+        {NoSuchCodePage, "", L""}};
+    // clang-format on
     for (const auto& [codePage, narrow, wide] : rows) {
         EXPECT_EQ(convert_wstring(narrow, codePage), wide) << codePage;
         EXPECT_EQ(convert_string(wide, codePage), narrow) << codePage;
@@ -37,11 +36,11 @@ TEST(StringExt, ConvertsBetweenCodePagesAndUnits) {
 }
 
 TEST(StringExt, CutsATextBetweenCharacters) {
+    // clang-format off
     const std::tuple<unsigned, std::string, std::string> rows[] = {
-        {932, "a\x8A\xBF\xB1\x8E\x9A", "0113446"},
-        {1252, "a\x8A\xBF", "0123"},
-        {Utf8, "\xC3\xA9z\xF0\x9D\x84\x9E", "00233337"},
-    };
+        {932, "a\x8A\xBF\xB1\x8E\x9A", "0113446"}, {1252, "a\x8A\xBF", "0123"},
+        {Utf8, "\xC3\xA9z\xF0\x9D\x84\x9E", "00233337"}};
+    // clang-format on
     for (const auto& [codePage, text, expected] : rows) {
         std::string sizes;
         for (std::size_t limit = 0; limit < expected.size(); ++limit)

@@ -60,19 +60,17 @@ INT_PTR CALLBACK endAtOnce(HWND dialog, UINT message, WPARAM, LPARAM parameter) 
 
 #ifndef _WIN32
 // Counts the calls of an 8-bit function. The stand-in's 8-bit and 16-bit forms have the same effect.
-#define EQ_COUNT_CALLS(RESULT, NAME, PARAMETERS, ...)                                                                  \
+#define EQ_COUNT(RESULT, NAME, PARAMETERS, ...)                                                                        \
     RESULT real##NAME PARAMETERS asm("__real_" #NAME);                                                                 \
     RESULT counted##NAME PARAMETERS asm("__wrap_" #NAME);                                                              \
     RESULT counted##NAME PARAMETERS {                                                                                  \
         ++narrowCalls;                                                                                                 \
         return real##NAME(__VA_ARGS__);                                                                                \
     }
-EQ_COUNT_CALLS(HWND, CreateDialogIndirectParamA, (HINSTANCE m, LPCDLGTEMPLATEA t, HWND w, DLGPROC f, LPARAM p), m, t, w,
-               f, p)
-EQ_COUNT_CALLS(INT_PTR, DialogBoxIndirectParamA, (HINSTANCE m, LPCDLGTEMPLATEA t, HWND w, DLGPROC f, LPARAM p), m, t, w,
-               f, p)
-EQ_COUNT_CALLS(HMENU, LoadMenuIndirectA, (const MENUTEMPLATEA* t), t)
-EQ_COUNT_CALLS(LONG_PTR, SetWindowLongPtrA, (HWND w, int i, LONG_PTR v), w, i, v)
+EQ_COUNT(HWND, CreateDialogIndirectParamA, (HINSTANCE m, LPCDLGTEMPLATEA t, HWND w, DLGPROC f, LPARAM p), m, t, w, f, p)
+EQ_COUNT(INT_PTR, DialogBoxIndirectParamA, (HINSTANCE m, LPCDLGTEMPLATEA t, HWND w, DLGPROC f, LPARAM p), m, t, w, f, p)
+EQ_COUNT(HMENU, LoadMenuIndirectA, (const MENUTEMPLATEA* t), t)
+EQ_COUNT(LONG_PTR, SetWindowLongPtrA, (HWND w, int i, LONG_PTR v), w, i, v)
 
 TEST(Wedge, UsesTheSystemsFunctionsOfTheCallersWidth) {
     narrowCalls = 0;
@@ -188,34 +186,26 @@ TEST(Wedge, CreatesTranslatedDialogs) {
 TEST(Wedge, LoadsTranslatedMenusOfBothForms) {
     const HMENU standard = LoadMenuA(ownModule(), MAKEINTRESOURCEA(201));
     EXPECT_EQ(menuText(GetSubMenu(GetSubMenu(standard, 0), 2), 0), L"in SS depth");
-    DestroyMenu(standard);
     const HMENU extended = LoadMenuW(ownModule(), MAKEINTRESOURCEW(202));
     EXPECT_EQ(menuText(GetSubMenu(extended, 0), 2), L"S");
-    DestroyMenu(extended);
+    for (const HMENU menu : {standard, extended}) DestroyMenu(menu);
 }
 
 TEST(Wedge, LoadsTranslatedStringsCutToTheBuffer) {
+    // If a bundle contains a key, its strings lose the characters that the store's code page lacks.
+    // clang-format off
     const std::tuple<UINT, int, std::wstring> rows[] = {
-        {15, 64, L"last of SS"},
-        {32, 64, L"first of a bundle without keys"},
-        {63, 64, L"after a longer string"},
-        {33, 64, L""},
-        // If a bundle contains a key, its strings lose the characters that the store's code page lacks.
-        {31, 64, L"na\u00EFve \u201ES\u201C ?"},
-        {17, 7, L"no key"},
-        {17, 6, L"no ke"},
-        {17, 1, L""},
-    };
+        {15, 64, L"last of SS"}, {32, 64, L"first of a bundle without keys"}, {63, 64, L"after a longer string"},
+        {33, 64, L""}, {31, 64, L"na\u00EFve \u201ES\u201C ?"}, {17, 7, L"no key"}, {17, 6, L"no ke"}, {17, 1, L""}};
+    // clang-format on
     for (const auto& [id, room, text] : rows) {
         SCOPED_TRACE(id);
-        std::array<wchar_t, 64> wide;
-        wide.fill(L'#');
+        std::wstring wide(64, L'#');
         EXPECT_EQ(LoadStringW(ownModule(), id, wide.data(), room), static_cast<int>(text.size()));
-        EXPECT_EQ(wide.data(), text);
-        std::array<char, 64> narrow;
-        narrow.fill('#');
+        EXPECT_EQ(wide.c_str(), text);
+        std::string narrow(64, '#');
         EXPECT_EQ(LoadStringA(ownModule(), id, narrow.data(), room), static_cast<int>(text.size()));
-        EXPECT_EQ(narrow.data(), convert_string(text, 1252));
+        EXPECT_EQ(narrow.c_str(), convert_string(text, 1252));
     }
     wchar_t untouched = L'#';
     EXPECT_EQ(LoadStringW(ownModule(), 17, &untouched, 0), 0);
@@ -236,8 +226,7 @@ TEST(Wedge, LoadsTranslatedAcceleratorTables) {
         EXPECT_EQ(CopyAcceleratorTableW(table, entries.data(), 5), 4);
         return entries;
     };
-    EXPECT_EQ(entriesOf(wide)[0].key, VK_F6);
-    EXPECT_EQ(entriesOf(narrow)[0].key, VK_F6);
+    for (const HACCEL table : {wide, narrow}) EXPECT_EQ(entriesOf(table)[0].key, VK_F6);
     EXPECT_EQ(entriesOf(wide)[3].key, 0x80);
     EXPECT_NE(entriesOf(narrow)[3].key, 0x80) << "the character must be converted from the ANSI code page";
     for (const HACCEL table : {wide, narrow, foreign}) EXPECT_NE(DestroyAcceleratorTable(table), 0);
@@ -261,8 +250,7 @@ TEST(Wedge, DestroysOnlyTheAcceleratorTablesThatAreLeft) {
 
 TEST(AcceleratorRegistry, DestroysTheRemainingTables) {
     ACCEL entry{};
-    const HACCEL left = CreateAcceleratorTableW(&entry, 1);
-    const HACCEL removed = CreateAcceleratorTableW(&entry, 1);
+    const HACCEL left = CreateAcceleratorTableW(&entry, 1), removed = CreateAcceleratorTableW(&entry, 1);
     {
         AcceleratorRegistry registry;
         registry.Add(left);

@@ -23,29 +23,22 @@ struct Fault {
 };
 
 inline std::string trimmed(const std::string& text) {
-    std::size_t first = 0;
-    std::size_t end = text.size();
-    while (first < end && static_cast<unsigned char>(text[first]) <= ' ') ++first;
-    while (end > first && static_cast<unsigned char>(text[end - 1]) <= ' ') --end;
-    return text.substr(first, end - first);
+    const auto isBlank = [](char c) { return static_cast<unsigned char>(c) <= ' '; };
+    const auto first = std::ranges::find_if_not(text, isBlank);
+    return {first, std::find_if_not(text.rbegin(), std::make_reverse_iterator(first), isBlank).base()};
 }
 
 inline std::string plainStart(const std::string& text) {
-    std::string plain;
-    for (const char c : text) {
-        if (c < ' ' || c > '~' || c == '"' || c == '\\') break;
-        plain += c;
-    }
-    return plain;
+    const auto isEscaped = [](char c) { return c < ' ' || c > '~' || c == '"' || c == '\\'; };
+    return {text.begin(), std::ranges::find_if(text, isEscaped)};
 }
 
 /// Returns the number before the last point of a file name, cut to 16 bits.
 inline int languageOf(const std::string& name) {
     const std::size_t point = name.rfind('.');
     if (point == std::string::npos) return 0;
-    std::size_t first = point;
-    while (first > 0 && std::isdigit(static_cast<unsigned char>(name[first - 1]))) --first;
-    return std::atoi(name.substr(first, point - first).c_str()) & 0xFFFF;
+    const std::string stem = name.substr(0, point);
+    return std::atoi(stem.substr(stem.find_last_not_of("0123456789") + 1).c_str()) & 0xFFFF;
 }
 
 /// Returns whether a code page fits a language. Contains only the pairs that the hostile files may use.
@@ -61,11 +54,9 @@ inline std::string faultOfTag(const std::string& tag) {
     for (char& c : inside) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
     std::ranges::replace(inside, '\t', ' ');
     std::vector<std::string> words;
-    for (std::size_t at = inside.find_first_not_of(' '); at < inside.size();) {
-        const std::size_t end = std::min(inside.find(' ', at), inside.size());
-        words.push_back(inside.substr(at, end - at));
-        at = inside.find_first_not_of(' ', end);
-    }
+    std::istringstream stream(inside);
+    for (std::string word; std::getline(stream, word, ' ');)
+        if (!word.empty()) words.push_back(word);
     if (words.empty()) return "Invalid tag '" + tag + "'.";
     const std::string invalid = "Invalid tag '" + tag + "':";
     if (words[0] == "CODEPAGE") {
@@ -77,8 +68,7 @@ inline std::string faultOfTag(const std::string& tag) {
     if (words[0] != "ACCEL" && words[0] != "ACCELERATOR") return invalid + "Tag type '" + words[0] + "' is unknown.";
     const std::set<std::string> names = {"VIRTKEY", "SHIFT", "CONTROL", "ALT", "VK_F5", "VK_OEM_CLEAR"};
     for (std::size_t i = 1; i < words.size(); ++i) {
-        const bool isKey = words[i].size() == 1 && (std::isdigit(static_cast<unsigned char>(words[i][0])) ||
-                                                    (words[i][0] >= 'A' && words[i][0] <= 'Z'));
+        const bool isKey = words[i].size() == 1 && std::isalnum(static_cast<unsigned char>(words[i][0]));
         if (!isKey && !names.contains(words[i]))
             return invalid + "Unknown identifier '" + words[i] + "' in accelerator definition.";
     }
@@ -87,8 +77,7 @@ inline std::string faultOfTag(const std::string& tag) {
 
 /// A line: either the event that it sends, or its fault.
 struct Line {
-    std::string event;
-    std::string fault;
+    std::string event, fault;
 };
 
 inline Line readLine(const std::string& line, int language) {
@@ -134,8 +123,7 @@ inline std::set<Fault> faultsOf(const std::string& name, const std::string& cont
 
 /// Returns the events of a file, one per line, up to the first fault. A fault is followed by its message.
 inline std::string eventsOf(const std::string& name, const std::string& contents) {
-    std::string events;
-    std::string fault;
+    std::string events, fault;
     bool isOpen = false;
     forEachLine(name, contents, [&](int number, const Line& line) {
         const bool isContext = line.event.starts_with("context|");
