@@ -71,8 +71,8 @@ private:
 
 /// The reply to a request, or null.
 template <typename Content>
-struct Reply : std::unique_ptr<Content, decltype(&std::free)> {
-    explicit Reply(Content* content) : std::unique_ptr<Content, decltype(&std::free)>(content, std::free) {}
+struct Reply : std::unique_ptr<Content, void (*)(void*)> {
+    explicit Reply(Content* content) : std::unique_ptr<Content, void (*)(void*)>(content, std::free) {}
 };
 
 /// A client of the X server, which creates and examines windows.
