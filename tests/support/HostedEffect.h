@@ -24,6 +24,10 @@ public:
     }
     void set(int32 index, float value) const { record->setParameter(record, index, value); }
     [[nodiscard]] float get(int32 index) const { return record->getParameter(record, index); }
+    /// Sets the first parameters, one for each value.
+    void setAll(const auto& values) const {
+        for (int32 index = 0; const float value : values) set(index++, value);
+    }
     [[nodiscard]] std::vector<float> all() const {
         std::vector<float> values(13);
         for (int32 i = 0; i < 13; ++i) values[static_cast<std::size_t>(i)] = get(i);
