@@ -45,21 +45,19 @@ TEST(AudioEffect, FillsTheRecordAndEachSetterChangesItsField) {
     effect.setInitialDelay(6);
     EXPECT_EQ(fields(), (std::array{0x56737450, 3, 7, 2, 3, 1, 1, 4, 5, 6}));
 
-    struct Flag {
-        void (AudioEffectX::*set)(bool);
-        int32 bit;
-    };
-    for (const Flag& flag :
-         {Flag{&AudioEffectX::hasClip, 2}, Flag{&AudioEffectX::hasVu, 4}, Flag{&AudioEffectX::programsAreChunks, 32},
-          Flag{&AudioEffectX::isSynth, 256}, Flag{&AudioEffectX::noTail, 512},
-          Flag{&AudioEffectX::wantAsyncOperation, 1024}, Flag{&AudioEffectX::hasExternalBuffer, 2048}}) {
+    using X = AudioEffectX;
+    // clang-format off
+    const std::pair<void (X::*)(bool), int32> flags[] = {
+        {&X::hasClip, 2}, {&X::hasVu, 4}, {&X::programsAreChunks, 32}, {&X::isSynth, 256}, {&X::noTail, 512},
+        {&X::wantAsyncOperation, 1024}, {&X::hasExternalBuffer, 2048}};
+    // clang-format on
+    for (const auto& [set, bit] : flags) {
         record.flags = 0;
-        (effect.*flag.set)(true);
-        EXPECT_EQ(record.flags, flag.bit);
-        EXPECT_EQ(effect.getPlugCategory(), flag.bit == 256 ? 2 : 0);
+        (effect.*set)(true);
+        EXPECT_EQ(std::pair(record.flags, effect.getPlugCategory()), std::pair(bit, bit == 256 ? 2 : 0));
         record.flags = -1;
-        (effect.*flag.set)(false);
-        EXPECT_EQ(record.flags, ~flag.bit);
+        (effect.*set)(false);
+        EXPECT_EQ(record.flags, ~bit);
     }
     effect.setEditor(nullptr);
     EXPECT_EQ(record.flags & effFlagsHasEditor, 0);

@@ -16,7 +16,6 @@
 #include <cstdio>
 #include <iomanip>
 #include <numbers>
-#include <random>
 #include <sstream>
 #include <tuple>
 #include <utility>
@@ -99,11 +98,13 @@ TEST(EditorTexts, ReadsItsDisplayTextsAndTypedTexts) {
     EXPECT_EQ(russian.display(3, 0.4074F), "1,2 кГц");
     EXPECT_EQ(russian.display(5, 0.675F), "-3,5 дБ");
     EXPECT_EQ(russian.display(9, 0.0F), "10,0");
-    constexpr Row Rows[] = {{3, "1,2 кГц", 1200}, {3, "80 Гц", 80},  {3, "1.2k", 1200},    {3, " 1200 ", 1200},
-                            {3, "60Hz", 60},      {5, "-3,5", -3.5}, {5, "-3.5 дБ", -3.5}, {5, "+3dB", 3},
-                            {9, "1,5", 1.5},      {0, "99", 99},     {3, "abc", None},     {3, "", None},
-                            {5, "3 Hz", None},    {9, "3 dB", None}, {5, "1,2,3", None},   {5, "inf", None},
-                            {3, "k", None},       {5, "3дБдБ", None}};
+    // clang-format off
+    constexpr Row Rows[] = {
+        {3, "1,2 кГц", 1200}, {3, "80 Гц", 80}, {3, "1.2k", 1200}, {3, " 1200 ", 1200}, {3, "60Hz", 60},
+        {5, "-3,5", -3.5}, {5, "-3.5 дБ", -3.5}, {5, "+3dB", 3}, {9, "1,5", 1.5}, {0, "99", 99}, {3, "abc", None},
+        {3, "", None}, {5, "3 Hz", None}, {9, "3 dB", None}, {5, "1,2,3", None}, {5, "inf", None}, {3, "k", None},
+        {5, "3дБдБ", None}};
+    // clang-format on
     for (const auto& [parameter, text, value] : Rows)
         EXPECT_DOUBLE_EQ(russian.parse(parameter, text).value_or(None), value) << text;
 }
@@ -264,12 +265,13 @@ TEST(EditorModel, LimitsOnlyTheLimitedValue) {
 }
 
 TEST(DisplayScale, FollowsTheResolutionOfTheFonts) {
-    EXPECT_EQ(displayScaleOf("Xft.antialias:\t1\nXft.dpi:\t192\nXcursor.size:\t24\n"), 2.0);
-    for (const char* const text : {"", "Xft.dpi:\t", "Xft.dpi: -5", "Xft.dpiX: 192", "x.Xft.dpi: 192"})
-        EXPECT_EQ(displayScaleOf(text), 1.0) << text;
-    EXPECT_EQ(displayScaleOf("Xft.dpi: 0"), 1.0);
-    EXPECT_EQ(displayScaleOf("Xft.dpi: 24"), 0.75);
-    EXPECT_EQ(displayScaleOf("Xft.dpi: 100000"), 4.0);
+    // clang-format off
+    constexpr std::pair<const char*, double> Rows[] = {
+        {"Xft.antialias:\t1\nXft.dpi:\t192\nXcursor.size:\t24\n", 2.0}, {"", 1.0}, {"Xft.dpi:\t", 1.0},
+        {"Xft.dpi: -5", 1.0}, {"Xft.dpiX: 192", 1.0}, {"x.Xft.dpi: 192", 1.0}, {"Xft.dpi: 0", 1.0},
+        {"Xft.dpi: 24", 0.75}, {"Xft.dpi: 100000", 4.0}};
+    // clang-format on
+    for (const auto& [text, scale] : Rows) EXPECT_EQ(displayScaleOf(text), scale) << text;
 }
 
 } // namespace

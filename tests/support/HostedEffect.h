@@ -33,6 +33,11 @@ public:
         for (int32 i = 0; i < 13; ++i) values[static_cast<std::size_t>(i)] = get(i);
         return values;
     }
+    /// Returns the size of the editor, or null if the effect reports no size.
+    [[nodiscard]] const ERect* rect() const {
+        ERect* answer = nullptr;
+        return dispatch(effEditGetRect, &answer) == 1 ? answer : nullptr;
+    }
     /// Returns the text of a parameter, or 64 times '#' if the effect writes no text.
     [[nodiscard]] std::string display(int32 index) const {
         std::string text(64, '#');
