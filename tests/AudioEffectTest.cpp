@@ -45,21 +45,19 @@ TEST(AudioEffect, FillsTheRecordAndEachSetterChangesItsField) {
     effect.setInitialDelay(6);
     EXPECT_EQ(fields(), (std::array{0x56737450, 3, 7, 2, 3, 1, 1, 4, 5, 6}));
 
-    struct Flag {
-        void (AudioEffectX::*set)(bool);
-        int32 bit;
-    };
-    for (const Flag& flag :
-         {Flag{&AudioEffectX::hasClip, 2}, Flag{&AudioEffectX::hasVu, 4}, Flag{&AudioEffectX::programsAreChunks, 32},
-          Flag{&AudioEffectX::isSynth, 256}, Flag{&AudioEffectX::noTail, 512},
-          Flag{&AudioEffectX::wantAsyncOperation, 1024}, Flag{&AudioEffectX::hasExternalBuffer, 2048}}) {
+    using X = AudioEffectX;
+    // clang-format off
+    const std::pair<void (X::*)(bool), int32> flags[] = {
+        {&X::hasClip, 2}, {&X::hasVu, 4}, {&X::programsAreChunks, 32}, {&X::isSynth, 256}, {&X::noTail, 512},
+        {&X::wantAsyncOperation, 1024}, {&X::hasExternalBuffer, 2048}};
+    // clang-format on
+    for (const auto& [set, bit] : flags) {
         record.flags = 0;
-        (effect.*flag.set)(true);
-        EXPECT_EQ(record.flags, flag.bit);
-        EXPECT_EQ(effect.getPlugCategory(), flag.bit == 256 ? 2 : 0);
+        (effect.*set)(true);
+        EXPECT_EQ(std::pair(record.flags, effect.getPlugCategory()), std::pair(bit, bit == 256 ? 2 : 0));
         record.flags = -1;
-        (effect.*flag.set)(false);
-        EXPECT_EQ(record.flags, ~flag.bit);
+        (effect.*set)(false);
+        EXPECT_EQ(record.flags, ~bit);
     }
     effect.setEditor(nullptr);
     EXPECT_EQ(record.flags & effFlagsHasEditor, 0);
@@ -115,22 +113,21 @@ TEST(AudioEffect, WritesNumbersInEightCharactersAndReturnsEmptyTextsByDefault) {
         return std::string(text);
     };
     using A = AudioEffect;
-    EXPECT_EQ(written(&A::dB2string, 0.0f), "  -oo   ");
-    EXPECT_EQ(written(&A::dB2string, 0.1f), "-20.0000");
-    EXPECT_EQ(written(&A::dB2string, 1.0f), "0.000000");
-    EXPECT_EQ(written(&A::dB2string, -1.0f), "  -oo   ");
-    EXPECT_EQ(written(&A::Hz2string, 100.0f), "441.0000");
-    EXPECT_EQ(written(&A::Hz2string, 0.0f), "0.000000");
-    EXPECT_EQ(written(&A::ms2string, 22050.0f), "500.0000");
+    // clang-format off
+    const std::tuple<void (A::*)(float, char*), float, const char*> levels[] = {
+        {&A::dB2string, 0.0f, "  -oo   "}, {&A::dB2string, 0.1f, "-20.0000"}, {&A::dB2string, 1.0f, "0.000000"},
+        {&A::dB2string, -1.0f, "  -oo   "}, {&A::Hz2string, 100.0f, "441.0000"}, {&A::Hz2string, 0.0f, "0.000000"},
+        {&A::ms2string, 22050.0f, "500.0000"}};
     const std::pair<float, const char*> numbers[] = {
-        {1.5f, "1.500000"},        {-1.5f, "-1.50000"},       {10.0f, "10.00000"},         {-0.0f, "0.000000"},
-        {12345678.0f, "2345678."}, {99999992.0f, "9999992."}, {100000000.0f, "as it was"}, {NAN, "as it was"},
+        {1.5f, "1.500000"}, {-1.5f, "-1.50000"}, {10.0f, "10.00000"}, {-0.0f, "0.000000"}, {NAN, "as it was"},
+        {12345678.0f, "2345678."}, {99999992.0f, "9999992."}, {100000000.0f, "as it was"},
         {-1234567.0f, "-234567."}, {-9999999.0f, "-999999."}, {-10000000.0f, "as it was"}};
+    // clang-format on
+    for (const auto& [write, level, text] : levels) EXPECT_EQ(written(write, level), text) << level;
     for (const auto& [number, text] : numbers) EXPECT_EQ(written(&A::float2string, number), text) << number;
-    EXPECT_EQ(written(&A::long2string, 5), "      5");
-    EXPECT_EQ(written(&A::long2string, 99999999), "99999999");
-    EXPECT_EQ(written(&A::long2string, 100000000), " Huge!  ");
-    EXPECT_EQ(written(&A::long2string, -123456789), "-1234567");
+    for (const auto& [number, text] :
+         {std::pair(5, "      5"), {99999999, "99999999"}, {100000000, " Huge!  "}, {-123456789, "-1234567"}})
+        EXPECT_EQ(written(&A::long2string, number), text);
     EXPECT_EQ(written(&A::setProgramName) + written(&A::getProgramName), "");
     for (const auto text : {&A::getParameterLabel, &A::getParameterDisplay, &A::getParameterName})
         EXPECT_EQ(written(text, 0), "");
@@ -165,30 +162,32 @@ intptr call(PlainEffect& effect) {
 
 struct HostRow {
     intptr (*call)(PlainEffect&);
-    HostCall sent;
     Results results;
+    int32 opcode;
+    int32 index = 0;
+    intptr value = 0;
+    void* ptr = nullptr;
+    float opt = 0;
 };
 
 void expectToCallTheHost(const HostRow& row) {
-    SCOPED_TRACE(row.sent.opcode);
-    const intptr answers[] = {0, 1, 7};
-    for (std::size_t i = 0; i < std::size(answers); ++i) {
-        const ScriptedHost host(answers[i]);
+    const auto& [call, results, opcode, index, value, ptr, opt] = row;
+    SCOPED_TRACE(opcode);
+    for (const auto& [answer, result] : {std::pair(0, results[0]), {1, results[1]}, {7, results[2]}}) {
+        const ScriptedHost host(answer);
         PlainEffect effect(ScriptedHost::callback);
-        HostCall sent = row.sent;
-        sent.effect = effect.getAeffect();
-        EXPECT_EQ(row.call(effect), row.results[i]);
-        EXPECT_EQ(host.calls(), std::vector{sent});
+        EXPECT_EQ(call(effect), result);
+        EXPECT_EQ(host.calls(), (std::vector<HostCall>{{effect.getAeffect(), opcode, index, value, ptr, opt}}));
     }
     PlainEffect alone;
-    EXPECT_EQ(row.call(alone), row.results[3]);
+    EXPECT_EQ(call(alone), results[3]);
 }
 
 /// Checks operations without arguments that all have the same results.
 template <auto... Members>
 void expectPlainCalls(const Results& results, std::array<int32, sizeof...(Members)> opcodes) {
     std::size_t i = 0;
-    (expectToCallTheHost({call<Members>, {{}, opcodes[i++], 0, 0, {}, 0}, results}), ...);
+    (expectToCallTheHost({call<Members>, results, opcodes[i++]}), ...);
 }
 
 TEST(AudioEffect, CallsTheHostAsInThePublishedTable) {
@@ -199,33 +198,30 @@ TEST(AudioEffect, CallsTheHostAsInThePublishedTable) {
         Answer, {2, 11, 12, 18, 19, 22, 23, 24, 34, 38, 41});
     expectPlainCalls<&X::ioChanged, &X::needIdle, &X::offlineGetCurrentPass, &X::offlineGetCurrentMetaPass,
                      &X::updateDisplay>(TrueIfNonZero, {13, 14, 28, 29, 42});
+    // clang-format off
     const HostRow rows[] = {
-        {call<&X::setParameterAutomated, 3, 2>, {{}, 0, 3, 0, {}, 2}, Nothing},
-        {call<&X::getMasterVersion>, {{}, 1, 0, 0, {}, 0}, {1, 1, 7, 1}},
-        {call<&X::masterIdle>, {{}, 3, 0, 0, {}, 0}, Nothing},
-        {call<&X::isInputConnected, 3>, {{}, 4, 3, 0, {}, 0}, TrueIfZero},
-        {call<&X::isOutputConnected, 3>, {{}, 4, 3, 1, {}, 0}, TrueIfZero},
-        {call<&X::wantEvents, 5>, {{}, 6, 0, 5, {}, 0}, Nothing},
-        {call<&X::getTimeInfo, 5>, {{}, 7, 0, 5, {}, 0}, Answer},
-        {call<&X::sendVstEventsToHost, &object>, {{}, 8, 0, 0, &object, 0}, TrueIfOne},
-        {call<&X::tempoAt, 5>, {{}, 10, 0, 5, {}, 0}, Answer},
-        {call<&X::sizeWindow, 3, 5>, {{}, 15, 3, 5, {}, 0}, TrueIfNonZero},
-        {call<&X::updateSampleRate>, {{}, 16, 0, 0, {}, 0}, {44100, 44100, 44100, 44100}},
-        {call<&X::updateBlockSize>, {{}, 17, 0, 0, {}, 0}, {1024, 1024, 1024, 1024}},
-        {call<&X::getPreviousPlug, 3>, {{}, 20, 0, 0, {}, 0}, Answer},
-        {call<&X::getNextPlug, 3>, {{}, 21, 0, 0, {}, 0}, Answer},
-        {call<&X::offlineStart, &object, 5, 3>, {{}, 25, 3, 5, &object, 0}, TrueIfNonZero},
-        {call<&X::offlineRead, &object, 5, true>, {{}, 26, 1, 5, &object, 0}, TrueIfNonZero},
-        {call<&X::offlineWrite, &object, 5>, {{}, 27, 0, 5, &object, 0}, TrueIfNonZero},
-        {call<&X::setOutputSamplerate, 2>, {{}, 30, 0, 0, {}, 2}, Nothing},
-        {call<&X::getSpeakerArrangement, &object, &other>, {{}, 31, 0, asNumber(&object), &other, 0}, TrueIfNonZero},
-        {call<&X::getHostVendorString, &object>, {{}, 32, 0, 0, &object, 0}, TrueIfNonZero},
-        {call<&X::getHostProductString, &object>, {{}, 33, 0, 0, &object, 0}, TrueIfNonZero},
-        {call<&X::hostVendorSpecific, 3, 5, &object, 2>, {{}, 35, 3, 5, &object, 2}, Answer},
-        {call<&X::canHostDo, &object>, {{}, 37, 0, 0, &object, 0}, TrueIfNonZero},
-        {call<&X::openWindow, &object>, {{}, 39, 0, 0, &object, 0}, Answer},
-        {call<&X::closeWindow, &object>, {{}, 40, 0, 0, &object, 0}, TrueIfNonZero},
+        {call<&X::setParameterAutomated, 3, 2>, Nothing, 0, 3, 0, {}, 2}, {call<&X::getMasterVersion>, {1, 1, 7, 1}, 1},
+        {call<&X::masterIdle>, Nothing, 3}, {call<&X::isInputConnected, 3>, TrueIfZero, 4, 3},
+        {call<&X::isOutputConnected, 3>, TrueIfZero, 4, 3, 1}, {call<&X::wantEvents, 5>, Nothing, 6, 0, 5},
+        {call<&X::getTimeInfo, 5>, Answer, 7, 0, 5},
+        {call<&X::sendVstEventsToHost, &object>, TrueIfOne, 8, 0, 0, &object}, {call<&X::tempoAt, 5>, Answer, 10, 0, 5},
+        {call<&X::sizeWindow, 3, 5>, TrueIfNonZero, 15, 3, 5},
+        {call<&X::updateSampleRate>, {44100, 44100, 44100, 44100}, 16},
+        {call<&X::updateBlockSize>, {1024, 1024, 1024, 1024}, 17}, {call<&X::getPreviousPlug, 3>, Answer, 20},
+        {call<&X::getNextPlug, 3>, Answer, 21},
+        {call<&X::offlineStart, &object, 5, 3>, TrueIfNonZero, 25, 3, 5, &object},
+        {call<&X::offlineRead, &object, 5, true>, TrueIfNonZero, 26, 1, 5, &object},
+        {call<&X::offlineWrite, &object, 5>, TrueIfNonZero, 27, 0, 5, &object},
+        {call<&X::setOutputSamplerate, 2>, Nothing, 30, 0, 0, {}, 2},
+        {call<&X::getSpeakerArrangement, &object, &other>, TrueIfNonZero, 31, 0, asNumber(&object), &other},
+        {call<&X::getHostVendorString, &object>, TrueIfNonZero, 32, 0, 0, &object},
+        {call<&X::getHostProductString, &object>, TrueIfNonZero, 33, 0, 0, &object},
+        {call<&X::hostVendorSpecific, 3, 5, &object, 2>, Answer, 35, 3, 5, &object, 2},
+        {call<&X::canHostDo, &object>, TrueIfNonZero, 37, 0, 0, &object},
+        {call<&X::openWindow, &object>, Answer, 39, 0, 0, &object},
+        {call<&X::closeWindow, &object>, TrueIfNonZero, 40, 0, 0, &object},
     };
+    // clang-format on
     for (const HostRow& row : rows) expectToCallTheHost(row);
 }
 

@@ -78,9 +78,8 @@ TEST(ChannelPair, HasTheOutputOfTwoPlainEnginesWithEachKernel) {
                 single.memory = pair.memory;
                 // Reset the engines sometimes, because the states after an infinity hide later differences.
                 if (call % 5 == 0)
-                    for (FourBandEqualizer* const engine :
-                         {pair.engines[0], pair.engines[1], single.engines[0], single.engines[1]})
-                        engine->reset();
+                    for (Stereo* stereo : {&pair, &single})
+                        for (FourBandEqualizer* const engine : stereo->engines) engine->reset();
                 // Sometimes change the parameters of one channel or of both channels.
                 for (const int channel : {0, 1}) {
                     if (random() % 4 != 0) continue;

@@ -25,18 +25,10 @@ constexpr double DecibelsPerPixel = 24.0 / 404.0;
 using Values = std::map<int, double>;
 
 /// Each function returns the normalised value of a parameter for a value in dB or Hz, or for a Q.
-double gain(double decibels) {
-    return 0.5 - decibels / 20.0;
-}
-double volume(double decibels) {
-    return 0.5 - decibels / 24.0;
-}
-double quality(double q) {
-    return (10.0 - q) / 9.0;
-}
-double frequency(double hertz) {
-    return std::log10(20000.0 / hertz) / 3.0;
-}
+constexpr auto gain = [](double decibels) { return 0.5 - decibels / 20.0; };
+constexpr auto volume = [](double decibels) { return 0.5 - decibels / 24.0; };
+constexpr auto quality = [](double q) { return (10.0 - q) / 9.0; };
+constexpr auto frequency = [](double hertz) { return std::log10(20000.0 / hertz) / 3.0; };
 
 class HostProcess {
 public:

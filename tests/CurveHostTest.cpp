@@ -53,10 +53,7 @@ protected:
         const xcb_window_t editor = client.children(window).at(0);
         client.point(editor, XCB_BUTTON_PRESS, 302, 214);
         client.point(editor, XCB_MOTION_NOTIFY, 302, 113);
-        EXPECT_TRUE(comesTrue([&] {
-            effect.dispatch(effEditIdle);
-            return automations > 0;
-        }));
+        EXPECT_TRUE(comesTrue([&] { return effect.dispatch(effEditIdle) == 0 && automations > 0; }));
     }
 
     XServer server;
@@ -66,13 +63,11 @@ protected:
 
 TEST_F(CurveHost, MayCallTheEditorInAnyOrder) {
     const HostedEffect effect(makeEffect());
-    effect.dispatch(effEditIdle);
-    effect.dispatch(effEditClose);
+    for (const int32 opcode : {effEditIdle, effEditClose}) effect.dispatch(opcode);
     for (int i = 0; i < 2; ++i) EXPECT_EQ(openIn(effect, window), 1);
     effect.dispatch(effEditIdle);
     EXPECT_EQ(client.children(window).size(), 1U);
-    for (int i = 0; i < 2; ++i) effect.dispatch(effEditClose);
-    effect.dispatch(effEditIdle);
+    for (const int32 opcode : {effEditClose, effEditClose, effEditIdle}) effect.dispatch(opcode);
     EXPECT_TRUE(client.children(window).empty());
     for (const xcb_window_t none : {0U, 0x7FFFFFU}) EXPECT_EQ(openIn(effect, none), 0);
     EXPECT_EQ(openIn(effect, client.makeWindow(1, 1)), 1);
@@ -85,8 +80,7 @@ TEST_F(CurveHost, SeesThePictureInTheScaleOfTheDisplay) {
                         8, static_cast<std::uint32_t>(resources.size()), resources.data());
     const xcb_window_t large = client.makeWindow(1250, 750);
     const HostedEffect effect(makeEffect());
-    ERect* size = nullptr;
-    EXPECT_TRUE(effect.dispatch(effEditGetRect, &size) == 1 && size->right == 1125 && size->bottom == 625);
+    EXPECT_TRUE(effect.rect()->right == 1125 && effect.rect()->bottom == 625);
     ASSERT_EQ(openIn(effect, large), 1);
     const xcb_window_t editor = client.children(large).at(0);
     EXPECT_EQ(client.size(editor), std::pair(1125, 625));
@@ -94,10 +88,7 @@ TEST_F(CurveHost, SeesThePictureInTheScaleOfTheDisplay) {
     EXPECT_EQ(client.property(editor, "WM_NORMAL_HINTS"),
               (std::vector<std::uint32_t>{0x110, 0, 0, 0, 0, 600, 375, 0, 0, 0, 0, 0, 0, 0, 0, 1125, 625, 0}));
     const auto shows = [&](int x, int y, std::uint32_t colour) {
-        return comesTrue([&] {
-            effect.dispatch(effEditIdle);
-            return client.pixel(editor, x, y) == colour;
-        });
+        return comesTrue([&] { return effect.dispatch(effEditIdle) == 0 && client.pixel(editor, x, y) == colour; });
     };
     constexpr std::uint32_t Window = 0x24282D, Card = 0x2D3238, Band2 = 0x62C7AE;
     for (int i = 0; i < 2; ++i) {
@@ -126,9 +117,7 @@ TEST_F(CurveHost, MayDestroyTheWindowOrTheEffectFirst) {
     } // effClose, while the editor is open
     EXPECT_TRUE(client.children(other).empty());
     client.destroy(window);
-    effect.dispatch(effEditIdle);
-    effect.dispatch(effEditIdle);
-    effect.dispatch(effEditClose);
+    for (const int32 opcode : {effEditIdle, effEditIdle, effEditClose}) effect.dispatch(opcode);
     EXPECT_EQ(openIn(effect, other), 1);
     effect.dispatch(effEditIdle);
     client.destroy(other); // the host never closes the editor
@@ -164,9 +153,7 @@ TEST_F(CurveHost, ContinuesAfterTheLossOfTheDisplay) {
     }
     effect.dispatch(effEditClose);
     EXPECT_EQ(openIn(effect, window), 0);
-    ERect* size = nullptr;
-    EXPECT_EQ(effect.dispatch(effEditGetRect, &size), 1);
-    EXPECT_TRUE(size && size->right == 900 && size->bottom == 500);
+    EXPECT_TRUE(effect.rect()->right == 900 && effect.rect()->bottom == 500);
     second.dispatch(effEditClose); // without an idle call after the loss of the server
 }
 

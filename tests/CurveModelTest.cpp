@@ -16,7 +16,6 @@
 #include <cstdio>
 #include <iomanip>
 #include <numbers>
-#include <random>
 #include <sstream>
 #include <tuple>
 #include <utility>
@@ -99,11 +98,13 @@ TEST(EditorTexts, ReadsItsDisplayTextsAndTypedTexts) {
     EXPECT_EQ(russian.display(3, 0.4074F), "1,2 кГц");
     EXPECT_EQ(russian.display(5, 0.675F), "-3,5 дБ");
     EXPECT_EQ(russian.display(9, 0.0F), "10,0");
-    constexpr Row Rows[] = {{3, "1,2 кГц", 1200}, {3, "80 Гц", 80},  {3, "1.2k", 1200},    {3, " 1200 ", 1200},
-                            {3, "60Hz", 60},      {5, "-3,5", -3.5}, {5, "-3.5 дБ", -3.5}, {5, "+3dB", 3},
-                            {9, "1,5", 1.5},      {0, "99", 99},     {3, "abc", None},     {3, "", None},
-                            {5, "3 Hz", None},    {9, "3 dB", None}, {5, "1,2,3", None},   {5, "inf", None},
-                            {3, "k", None},       {5, "3дБдБ", None}};
+    // clang-format off
+    constexpr Row Rows[] = {
+        {3, "1,2 кГц", 1200}, {3, "80 Гц", 80}, {3, "1.2k", 1200}, {3, " 1200 ", 1200}, {3, "60Hz", 60},
+        {5, "-3,5", -3.5}, {5, "-3.5 дБ", -3.5}, {5, "+3dB", 3}, {9, "1,5", 1.5}, {0, "99", 99}, {3, "abc", None},
+        {3, "", None}, {5, "3 Hz", None}, {9, "3 dB", None}, {5, "1,2,3", None}, {5, "inf", None}, {3, "k", None},
+        {5, "3дБдБ", None}};
+    // clang-format on
     for (const auto& [parameter, text, value] : Rows)
         EXPECT_DOUBLE_EQ(russian.parse(parameter, text).value_or(None), value) << text;
 }
@@ -188,67 +189,61 @@ private:
 
 TEST(CurveModel, GivesEachGestureItsEffects) {
     // Each row has a gesture and its effects.
-    constexpr std::string_view Rows = R"(
-# Keys on a node, on the volume, and on the bypass. A semitone is 0.0084, and 0.5 dB of a gain are 0.025.
-Tab Right s Right : 2=0.6566 @n1 ; Tab Left s Left : 2=0.6767 @n1 ; Left : ; Up Up Down s Up : 5=0.4700 ;
-Down s Down : 5=0.5300 ; PageUp s PageDown : 9=0.5111 ; PageDown s PageUp : 9=0.6000 ; Home : 5=0.0000 ;
-End : 5=1.0000 ; h5,20 Delete : ; Tab Tab Up Tab PageUp Tab Up s Down : 0=0.4833 7=0.4750 12=0.5000 @V0 ;
-s Tab Tab s Home : 0=0.0000 @V0 ; s Tab Tab s End : 0=1.0000 @V0 ; h0,20 s Tab Tab s Delete : @V0 ;
-s Tab s Enter : @B0 B ; s Tab s '_ : @B0 B ; s Tab s '_ Enter : @B0 ; s Tab s Tab : ;
-Other 'a Enter Escape Backspace : -Other -'a -Enter -Escape -Backspace ;
-s Tab Tab Left Right PageUp PageDown Other Enter : @V0 -Left -Right -PageUp -PageDown -Other -Enter ;
-s Tab Up Home Escape Delete 'a : @B0 -Up -Home -Escape -Delete -'a ;
-# Steps within 500 ms are one change.
-Up Up t500 Up t1000 Up Undo : ; Up t501 Up Undo : 5=0.4750 ; Up PageUp Undo : 5=0.4750 ; t-100 Up t300 Up Undo : ;
-Up Undo Undo : ; Up PageUp Undo Up Undo : 5=0.4750 ; Down Delete Down Undo : ; Up Home Home Undo : 5=0.4750 ;
-p605,428 m655,328 r Undo : @n1 ; p605,428 m605,328 r h2,90 Undo : 2=0.9000 @n1 ; Up p605,428 m605,430 r Undo : @n1 ;
-# Drags begin after a movement of 6 pixels, and may leave the range.
-p605,428 m755,226 r : 2=0.5669 6=0.0500 @n1 ; p605,428 m609,424 : @n1 D ; p605,428 m611,428 r : 2=0.6627 @n1 ;
-p605,428 s m755,226 s m754,225 r : 2=0.6474 6=0.4078 @n1 ; p605,428 m605,-800 s m605,-900 : 6=0.0000 @n1 D ;
-p605,428 m605,-800 m605,428 r : @n1 ; p605,428 r m755,226 : @n1 ; a p605,428 m655,327 r : 10=0.2957 @n1 ;
-a p605,428 s m655,327 r : 10=0.5112 @n1 ; p1700,500 m1800,568 r : 0=0.6000 @V0 ;
-h0,20 p1700,500 s m1700,568 r : 0=0.2200 @V0 ; h6,-20 h2,120 p104,226 m304,327 r : 2=0.8669 6=0.2250 @n1 ;
-h10,120 a p605,428 m605,327 r : 10=0.9480 @n1 ; h0,-20 p1700,500 m1700,568 r : 0=0.1000 @V0 ;
-# Double clicks
-h0,25 p1700,500 r t400 p1700,500 : @V0 ; h0,25 p1700,500 r t401 p1700,500 : 0=0.2500 @V0 D ;
-t-200 p1700,500 r t100 p1700,500 : @V0 ; h6,40 p605,383 r p605,383 : @n1 ; p605,428 r p605,428 p605,428 : @n1 D ;
-p605,428 m612,428 m605,428 r p605,428 : @n1 D ; p605,428 m609,428 r p605,428 : @n1 ; p605,428 r p1106,428 : @n2 D ;
-# The wheel, and the part below the pointer
-w1106,428,1 : 11=0.5000 @n2 ; s w605,428,-2 : 10=0.5778 @n1 ; w1700,500,1 : 0=0.4792 @V0 ; w1700,930,-1 : 0=0.5208 @V0 ;
-w490,930,1 : 2=0.6583 @n1 ; w250,930,1 : 5=0.4750 ; w350,930,1 : 9=0.5000 ; w800,120,1 : ; w1712,52,1 : ;
-p605,428 w1700,500,1 : 10=0.5000 @n1 D ; a p605,428 w1700,500,1 : @n1 D ; p1700,500 w1106,428,1 : @V0 D ;
-p250,930 w350,930,1 : 9=0.5000 ; p250,930 w800,120,1 : [+0.0 dB^7*] ; m1106,428 : ~n2 ; m1106,428 l : ;
-p605,428 m1106,428 : 2=0.3333 @n1 D ; m1712,52 : ~B0 ;
-m632,428 : ~n1 ; m633,428 : ; m577,428 : ~n1 ; m576,428 : ; m605,455 : ~n1 ; m605,456 : ; m605,400 : ~n1 ;
-m605,399 : ; h1,68 m597,428 : 1=0.6800 ~n0 ; h1,68 Tab Tab m591,428 : 1=0.6800 @n2 ~n0 ;
-h1,68 Tab Tab m598,428 : 1=0.6800 @n2 ~n1 ; h1,68 m610,428 : 1=0.6800 ~n0 ; h1,68 m614,428 : 1=0.6800 ~n1 ; m1647,500 : ; m1648,500 : ~V0 ; m350,930 : ~f9 ; m1700,500 : ~V0 ;
-# Read-outs
-p250,930 : [+0.0 dB^7*] ; p250,930 '3 Home p250,930 : [3^1] ; p250,930 '3 p350,930 : 5=0.3500 [5.0^3*] ;
-p250,930 'x p1700,930 : @V0 [+0.0 dB^7*] ; p250,930 '3 p1712,52 : 5=0.3500 @B0 B ; p1712,52 p1712,52 : @B0 ;
-p250,930 '3 p800,120 : 5=0.3500 ; p250,930 'x p800,120 : ; p250,930 '3 Escape : ; p250,930 '99 Enter : 5=0.0000 ;
-h1,12 p100,930 Enter : 1=0.1200 ; p250,930 'x Enter : [x^1!] ; p250,930 'x Enter 'y : [xy^2] ;
-p250,930 'x Enter Backspace : [^0] ; p250,930 'x Enter Home Delete : [^0] ;
-p100,930 '50 Tab '1 Tab '2 Tab '60 Tab '3 Enter : 1=0.8674 2=0.8410 5=0.4500 6=0.3500 9=0.8889 @n1 ;
-p750,930 '4 Tab '70 Enter : 3=0.8186 10=0.6667 @n2 ;
-p1050,930 '5 Tab '6 Tab '80 Tab '7 Enter : 4=0.7993 7=0.2500 8=0.1500 11=0.4444 @n3 ;
-p1580,930 '8 Tab '9 Tab : 0=0.1250 12=0.2222 [20 Hz^5*] ;
-p250,930 s Tab : [20 Hz^5*] ; p100,930 s Tab : @V0 [+0.0 dB^7*] ; p1700,930 s Tab Tab Tab Tab : @n2 [5.0^3*] ;
-p250,930 'x Tab : [x^1!] ; p250,930 Left : [+0.0 dB^0] ; p250,930 Right : [+0.0 dB^7] ;
-p250,930 Home Right Right Delete Backspace : [+0 dB^1] ; p250,930 'Гц Left Left 'ж Delete : [жц^2] ;
-p250,930 'Гц Backspace : [Г^2] ; p250,930 'Г Home Right : [Г^2] ; p250,930 Home Left Backspace : [+0.0 dB^0] ;
-p250,930 End Right Delete : [+0.0 dB^7] ; p250,930 Backspace : [^0] ; p250,930 Delete : [^0] ;
-p250,930 Home End : [+0.0 dB^7] ; p250,930 '12345678901234567890123456789012 : [12345678901234567890123456789012^32] ;
-p250,930 '1 '12345678901234567890123456789012 : [1^1] ;
-p250,930 Up Down PageUp PageDown Other Undo : [+0.0 dB^7*] -Up -Down -PageUp -PageDown -Other -Undo ;
-)";
-    forEachPiece(Rows, "\n", [](std::string_view line) {
-        forEachPiece(line.starts_with('#') ? "" : line, ";", [](std::string_view row) {
-            const std::size_t colon = row.find(" :");
-            if (colon == std::string_view::npos) return;
-            std::string effects(row.substr(colon + 2));
-            if (effects.ends_with(' ')) effects.pop_back();
-            EXPECT_EQ(Hand().after(std::string(row.substr(0, colon))), effects) << row;
-        });
+    constexpr std::string_view Rows =
+        // Keys on a node, on the volume, and on the bypass. A semitone is 0.0084, and 0.5 dB of a gain are 0.025.
+        R"(Tab Right s Right : 2=0.6566 @n1; Tab Left s Left : 2=0.6767 @n1; Left :; Up Up Down s Up : 5=0.4700;
+Down s Down : 5=0.5300; PageUp s PageDown : 9=0.5111; PageDown s PageUp : 9=0.6000; Home : 5=0.0000; End : 5=1.0000;
+h5,20 Delete :; Tab Tab Up Tab PageUp Tab Up s Down : 0=0.4833 7=0.4750 12=0.5000 @V0; s Tab Tab s Home : 0=0.0000 @V0;
+s Tab Tab s End : 0=1.0000 @V0; h0,20 s Tab Tab s Delete : @V0; s Tab s Enter : @B0 B; s Tab s '_ : @B0 B;
+s Tab s '_ Enter : @B0; s Tab s Tab :; Other 'a Enter Escape Backspace : -Other -'a -Enter -Escape -Backspace;
+s Tab Tab Left Right PageUp PageDown Other Enter : @V0 -Left -Right -PageUp -PageDown -Other -Enter;
+s Tab Up Home Escape Delete 'a : @B0 -Up -Home -Escape -Delete -'a;)"
+        // Steps within 500 ms are one change.
+        R"(Up Up t500 Up t1000 Up Undo :; Up t501 Up Undo : 5=0.4750; Up PageUp Undo : 5=0.4750;
+t-100 Up t300 Up Undo :; Up Undo Undo :; Up PageUp Undo Up Undo : 5=0.4750; Down Delete Down Undo :;
+Up Home Home Undo : 5=0.4750; p605,428 m655,328 r Undo : @n1; p605,428 m605,328 r h2,90 Undo : 2=0.9000 @n1;
+Up p605,428 m605,430 r Undo : @n1;)"
+        // Drags begin after a movement of 6 pixels, and may leave the range.
+        R"(p605,428 m755,226 r : 2=0.5669 6=0.0500 @n1; p605,428 m609,424 : @n1 D; p605,428 m611,428 r : 2=0.6627 @n1;
+p605,428 s m755,226 s m754,225 r : 2=0.6474 6=0.4078 @n1; p605,428 m605,-800 s m605,-900 : 6=0.0000 @n1 D;
+p605,428 m605,-800 m605,428 r : @n1; p605,428 r m755,226 : @n1; a p605,428 m655,327 r : 10=0.2957 @n1;
+a p605,428 s m655,327 r : 10=0.5112 @n1; p1700,500 m1800,568 r : 0=0.6000 @V0;
+h0,20 p1700,500 s m1700,568 r : 0=0.2200 @V0; h6,-20 h2,120 p104,226 m304,327 r : 2=0.8669 6=0.2250 @n1;
+h10,120 a p605,428 m605,327 r : 10=0.9480 @n1; h0,-20 p1700,500 m1700,568 r : 0=0.1000 @V0;)"
+        // Double clicks.
+        R"(h0,25 p1700,500 r t400 p1700,500 : @V0; h0,25 p1700,500 r t401 p1700,500 : 0=0.2500 @V0 D;
+t-200 p1700,500 r t100 p1700,500 : @V0; h6,40 p605,383 r p605,383 : @n1; p605,428 r p605,428 p605,428 : @n1 D;
+p605,428 m612,428 m605,428 r p605,428 : @n1 D; p605,428 m609,428 r p605,428 : @n1; p605,428 r p1106,428 : @n2 D;)"
+        // The wheel, and the part below the pointer.
+        R"(w1106,428,1 : 11=0.5000 @n2; s w605,428,-2 : 10=0.5778 @n1; w1700,500,1 : 0=0.4792 @V0;
+w1700,930,-1 : 0=0.5208 @V0; w490,930,1 : 2=0.6583 @n1; w250,930,1 : 5=0.4750; w350,930,1 : 9=0.5000; w800,120,1 :;
+w1712,52,1 :; p605,428 w1700,500,1 : 10=0.5000 @n1 D; a p605,428 w1700,500,1 : @n1 D; p1700,500 w1106,428,1 : @V0 D;
+p250,930 w350,930,1 : 9=0.5000; p250,930 w800,120,1 : [+0.0 dB^7*]; m1106,428 : ~n2; m1106,428 l :;
+p605,428 m1106,428 : 2=0.3333 @n1 D; m1712,52 : ~B0; m632,428 : ~n1; m633,428 :; m577,428 : ~n1; m576,428 :;
+m605,455 : ~n1; m605,456 :; m605,400 : ~n1; m605,399 :; h1,68 m597,428 : 1=0.6800 ~n0;
+h1,68 Tab Tab m591,428 : 1=0.6800 @n2 ~n0; h1,68 Tab Tab m598,428 : 1=0.6800 @n2 ~n1; h1,68 m610,428 : 1=0.6800 ~n0;
+h1,68 m614,428 : 1=0.6800 ~n1; m1647,500 :; m1648,500 : ~V0; m350,930 : ~f9; m1700,500 : ~V0;)"
+        // Read-outs.
+        R"(p250,930 : [+0.0 dB^7*]; p250,930 '3 Home p250,930 : [3^1]; p250,930 '3 p350,930 : 5=0.3500 [5.0^3*];
+p250,930 'x p1700,930 : @V0 [+0.0 dB^7*]; p250,930 '3 p1712,52 : 5=0.3500 @B0 B; p1712,52 p1712,52 : @B0;
+p250,930 '3 p800,120 : 5=0.3500; p250,930 'x p800,120 :; p250,930 '3 Escape :; p250,930 '99 Enter : 5=0.0000;
+h1,12 p100,930 Enter : 1=0.1200; p250,930 'x Enter : [x^1!]; p250,930 'x Enter 'y : [xy^2];
+p250,930 'x Enter Backspace : [^0]; p250,930 'x Enter Home Delete : [^0];
+p100,930 '50 Tab '1 Tab '2 Tab '60 Tab '3 Enter : 1=0.8674 2=0.8410 5=0.4500 6=0.3500 9=0.8889 @n1;
+p750,930 '4 Tab '70 Enter : 3=0.8186 10=0.6667 @n2;
+p1050,930 '5 Tab '6 Tab '80 Tab '7 Enter : 4=0.7993 7=0.2500 8=0.1500 11=0.4444 @n3;
+p1580,930 '8 Tab '9 Tab : 0=0.1250 12=0.2222 [20 Hz^5*]; p250,930 s Tab : [20 Hz^5*]; p100,930 s Tab : @V0 [+0.0 dB^7*];
+p1700,930 s Tab Tab Tab Tab : @n2 [5.0^3*]; p250,930 'x Tab : [x^1!]; p250,930 Left : [+0.0 dB^0];
+p250,930 Right : [+0.0 dB^7]; p250,930 Home Right Right Delete Backspace : [+0 dB^1];
+p250,930 'Гц Left Left 'ж Delete : [жц^2]; p250,930 'Гц Backspace : [Г^2]; p250,930 'Г Home Right : [Г^2];
+p250,930 Home Left Backspace : [+0.0 dB^0]; p250,930 End Right Delete : [+0.0 dB^7]; p250,930 Backspace : [^0];
+p250,930 Delete : [^0]; p250,930 Home End : [+0.0 dB^7];
+p250,930 '12345678901234567890123456789012 : [12345678901234567890123456789012^32];
+p250,930 '1 '12345678901234567890123456789012 : [1^1];
+p250,930 Up Down PageUp PageDown Other Undo : [+0.0 dB^7*] -Up -Down -PageUp -PageDown -Other -Undo)";
+    forEachPiece(Rows, ";", [](std::string_view row) {
+        const std::size_t colon = row.find(" :");
+        EXPECT_EQ(Hand().after(std::string(row.substr(0, colon))), row.substr(colon + 2)) << row;
     });
     std::string ups;
     for (int i = 0; i < 101; ++i) ups += i % 2 == 0 ? " Up t1000" : " Down t2000";
@@ -270,12 +265,13 @@ TEST(EditorModel, LimitsOnlyTheLimitedValue) {
 }
 
 TEST(DisplayScale, FollowsTheResolutionOfTheFonts) {
-    EXPECT_EQ(displayScaleOf("Xft.antialias:\t1\nXft.dpi:\t192\nXcursor.size:\t24\n"), 2.0);
-    for (const char* const text : {"", "Xft.dpi:\t", "Xft.dpi: -5", "Xft.dpiX: 192", "x.Xft.dpi: 192"})
-        EXPECT_EQ(displayScaleOf(text), 1.0) << text;
-    EXPECT_EQ(displayScaleOf("Xft.dpi: 0"), 1.0);
-    EXPECT_EQ(displayScaleOf("Xft.dpi: 24"), 0.75);
-    EXPECT_EQ(displayScaleOf("Xft.dpi: 100000"), 4.0);
+    // clang-format off
+    constexpr std::pair<const char*, double> Rows[] = {
+        {"Xft.antialias:\t1\nXft.dpi:\t192\nXcursor.size:\t24\n", 2.0}, {"", 1.0}, {"Xft.dpi:\t", 1.0},
+        {"Xft.dpi: -5", 1.0}, {"Xft.dpiX: 192", 1.0}, {"x.Xft.dpi: 192", 1.0}, {"Xft.dpi: 0", 1.0},
+        {"Xft.dpi: 24", 0.75}, {"Xft.dpi: 100000", 4.0}};
+    // clang-format on
+    for (const auto& [text, scale] : Rows) EXPECT_EQ(displayScaleOf(text), scale) << text;
 }
 
 } // namespace

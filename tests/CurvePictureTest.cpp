@@ -67,16 +67,17 @@ TEST(CurvePicture, IsTheSameWhetherPaintedInPartsOrCompletely) {
     EXPECT_GT(partial, 200U);
 }
 
+// clang-format off
 /// The colours of the design, and their blends with the colours below them.
 constexpr std::pair<unsigned, const char*> Colours[] = {
-    {0x24282D, "window"},     {0x1A1D21, "plot"},       {0x24292E, "octave"},    {0x363C43, "decade"},
-    {0x555D66, "zero"},       {0x2D3238, "card"},       {0x383E45, "hover"},     {0x15181B, "dark"},
-    {0x3F5F86, "select"},     {0xE5604D, "invalid"},    {0xE6E9EC, "text"},      {0x9AA3AC, "label"},
-    {0x6F7780, "grey"},       {0xF4F6F7, "sum"},        {0xFFFFFF, "white"},     {0x8F99A3, "fill"},
-    {0xF2CB6C, "band1"},      {0x62C7AE, "band2"},      {0x6C9FE8, "band3"},     {0xCB6790, "band4"},
+    {0x24282D, "window"}, {0x1A1D21, "plot"}, {0x24292E, "octave"}, {0x363C43, "decade"}, {0x555D66, "zero"},
+    {0x2D3238, "card"}, {0x383E45, "hover"}, {0x15181B, "dark"}, {0x3F5F86, "select"}, {0xE5604D, "invalid"},
+    {0xE6E9EC, "text"}, {0x9AA3AC, "label"}, {0x6F7780, "grey"}, {0xF4F6F7, "sum"}, {0xFFFFFF, "white"},
+    {0x8F99A3, "fill"}, {0xF2CB6C, "band1"}, {0x62C7AE, "band2"}, {0x6C9FE8, "band3"}, {0xCB6790, "band4"},
     {0x233434, "band2*0.14"}, {0x1D2427, "band2*0.04"}, {0x2F4F4B, "band2*0.3"}, {0x54A291, "band2*0.75"},
-    {0x4B6B98, "band3*0.6"},  {0x5B5E61, "sum*0.3"},    {0x777A7E, "sum*0.4"},   {0xC2C6C7, "sum*0.75"},
-    {0x464B51, "fill*0.4"},   {0x737476, "white*0.4"},  {0x7C7E81, "white*0.4"}, {0x232424, "band1*0.04"}};
+    {0x4B6B98, "band3*0.6"}, {0x5B5E61, "sum*0.3"}, {0x777A7E, "sum*0.4"}, {0xC2C6C7, "sum*0.75"},
+    {0x464B51, "fill*0.4"}, {0x737476, "white*0.4"}, {0x7C7E81, "white*0.4"}, {0x232424, "band1*0.04"}};
+// clang-format on
 
 /// Returns the name of a colour, or an empty text. The colours of blends depend on the rounding of the drawing library.
 std::string nameOf(unsigned colour) {

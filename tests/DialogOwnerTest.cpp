@@ -17,10 +17,6 @@ namespace eq {
 
 namespace {
 
-DLGPROC procedureOf(HWND dialog) {
-    return reinterpret_cast<DLGPROC>(GetWindowLongPtrW(dialog, DWLP_DLGPROC));
-}
-
 /// A dialog whose messages a function of the test handles.
 struct TestDialog : DialogOwner {
     ~TestDialog() override { releaseDialog(); }
@@ -29,7 +25,8 @@ struct TestDialog : DialogOwner {
         return handle && handle(result);
     }
     DispatchStub::Target dialogProcedure() noexcept override {
-        firstProcedure = procedureOf(GetWindow(parent.get(), GW_CHILD));
+        const HWND dialog = GetWindow(parent.get(), GW_CHILD);
+        firstProcedure = reinterpret_cast<DLGPROC>(GetWindowLongPtrW(dialog, DWLP_DLGPROC));
         if (isMemoryShort) shortage.emplace(0, 1); // refuses the memory for the dialog's own procedure
         return DialogOwner::dialogProcedure();
     }
@@ -53,22 +50,16 @@ TEST(DialogOwner, ReturnsTheResultOfEachMessageAsTheSystemExpects) {
     owner.create();
     // Colours of controls are the messages 0x132 to 0x138. Of the rest, only these return their result.
     const std::array<UINT, 5> others = {WM_INITDIALOG, WM_COMPAREITEM, WM_VKEYTOITEM, WM_CHARTOITEM, WM_QUERYDRAGICON};
-    // The result of the dialog's procedure, and the result that the procedure stores in the dialog (7: none).
     using Answer = std::pair<INT_PTR, LONG_PTR>;
-    const auto answer = [&owner](UINT message) -> Answer {
-        SetWindowLongPtrW(owner.dialogWindow, DWLP_MSGRESULT, 7);
-        const INT_PTR result = procedureOf(owner.dialogWindow)(owner.dialogWindow, message, 0, 0);
-        return {result, GetWindowLongPtrW(owner.dialogWindow, DWLP_MSGRESULT)};
-    };
     owner.handle = [](LRESULT& result) { return result = 42, true; };
     for (UINT message = 0; message < 0x400; ++message) {
         const bool isReturned = (message >= 0x132 && message <= 0x138) || std::ranges::count(others, message) != 0;
-        EXPECT_EQ(answer(message), isReturned ? Answer(42, 7) : Answer(1, 42)) << message;
+        EXPECT_EQ(answerOf(owner.dialogWindow, message), isReturned ? Answer(42, 7) : Answer(1, 42)) << message;
     }
     owner.handle = [](LRESULT&) { return true; };
-    EXPECT_EQ(answer(WM_NOTIFY), Answer(1, 0));
+    EXPECT_EQ(answerOf(owner.dialogWindow, WM_NOTIFY), Answer(1, 0));
     owner.handle = [](LRESULT&) -> bool { throw 1; };
-    EXPECT_EQ(answer(WM_NOTIFY), Answer(0, 7));
+    EXPECT_EQ(answerOf(owner.dialogWindow, WM_NOTIFY), Answer(0, 7));
 }
 
 TEST(DialogOwner, ReceivesNoMessageOfAnotherDialogAfterItsCreationFailed) {

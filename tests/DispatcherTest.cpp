@@ -4,6 +4,7 @@
 
 #include <sstream>
 #include <string>
+#include <tuple>
 
 namespace eq {
 
@@ -20,25 +21,26 @@ public:
     std::string last;
 
     void process(float**, float**, int32) override {}
-    void open() override { note(__func__); }
-    void close() override { note(__func__); }
+    // clang-format off
+    intptr reportDestinationBuffer() override { return note(__func__); } void suspend() override { note(__func__); }
+    int32 reportCurrentPosition() override { return note(__func__); } int32 fxIdle() override { return note(__func__); }
+    int32 getNumCategories() override { return note(__func__); } float getVu() override { return note(__func__), 0.5f; }
+    int32 getVendorVersion() override { return note(__func__); } bool keysRequired() override { return note(__func__); }
+    int32 getPlugCategory() override { return note(__func__); } int32 getProgram() override { return note(__func__); }
+    int32 getGetTailSize() override { return note(__func__); } int32 getVstVersion() override { return note(__func__); }
+    intptr getIcon() override { return note(__func__); } void resume() override { note(__func__); }
+    void close() override { note(__func__); } void open() override { note(__func__); }
     void setProgram(int32 program) override { note(__func__, program); }
-    int32 getProgram() override { return note(__func__); }
     void setProgramName(char* name) override { note(__func__, name); }
     void getProgramName(char* name) override { note(__func__, name); }
     void getParameterLabel(int32 i, char* text) override { note(__func__, i, text); }
     void getParameterDisplay(int32 i, char* text) override { note(__func__, i, text); }
     void getParameterName(int32 i, char* text) override { note(__func__, i, text); }
-    float getVu() override { return note(__func__), 0.5f; }
     void setSampleRate(float rate) override { note(__func__, rate); }
     void setBlockSize(int32 frames) override { note(__func__, frames); }
-    void suspend() override { note(__func__); }
-    void resume() override { note(__func__); }
     int32 getChunk(void** data, bool preset) override { return note(__func__, data, preset); }
     int32 setChunk(void* data, int32 size, bool preset) override { return note(__func__, data, size, preset); }
-
     int32 processEvents(void* events) override { return note(__func__, events); }
-    int32 getNumCategories() override { return note(__func__); }
     bool canParameterBeAutomated(int32 i) override { return note(__func__, i); }
     bool string2parameter(int32 i, char* text) override { return note(__func__, i, text); }
     bool getProgramNameIndexed(int32 set, int32 i, char* text) override { return note(__func__, set, i, text); }
@@ -47,32 +49,22 @@ public:
     void outputConnected(int32 i, bool state) override { note(__func__, i, state); }
     bool getInputProperties(int32 i, void* properties) override { return note(__func__, i, properties); }
     bool getOutputProperties(int32 i, void* properties) override { return note(__func__, i, properties); }
-    int32 getPlugCategory() override { return note(__func__); }
-    int32 reportCurrentPosition() override { return note(__func__); }
-    intptr reportDestinationBuffer() override { return note(__func__); }
     bool offlineNotify(void* ptr, int32 files, bool start) override { return note(__func__, ptr, files, start); }
     bool offlinePrepare(void* offline, int32 count) override { return note(__func__, offline, count); }
     bool offlineRun(void* offline, int32 count) override { return note(__func__, offline, count); }
     bool processVariableIo(void* varIo) override { return note(__func__, varIo); }
-    bool setSpeakerArrangement(void* in, void* out) override {
-        return note(__func__, reinterpret_cast<intptr>(in), out);
-    }
+    bool setSpeakerArrangement(void* a, void* b) override { return note(__func__, reinterpret_cast<intptr>(a), b); }
     void setBlockSizeAndSampleRate(int32 frames, float rate) override { note(__func__, frames, rate); }
     bool setBypass(bool on) override { return note(__func__, on); }
     bool getEffectName(char* text) override { return note(__func__, text); }
     bool getErrorText(char* text) override { return note(__func__, text); }
     bool getVendorString(char* text) override { return note(__func__, text); }
     bool getProductString(char* text) override { return note(__func__, text); }
-    int32 getVendorVersion() override { return note(__func__); }
     int32 vendorSpecific(int32 a, int32 b, void* ptr, float f) override { return note(__func__, a, b, ptr, f); }
     int32 canDo(char* text) override { return note(__func__, text); }
-    int32 getGetTailSize() override { return note(__func__); }
-    int32 fxIdle() override { return note(__func__); }
-    intptr getIcon() override { return note(__func__); }
     bool setViewPosition(int32 x, int32 y) override { return note(__func__, x, y); }
     bool getParameterProperties(int32 i, void* properties) override { return note(__func__, i, properties); }
-    bool keysRequired() override { return note(__func__); }
-    int32 getVstVersion() override { return note(__func__); }
+    // clang-format on
 
 private:
     template <typename... Arguments>
@@ -100,47 +92,39 @@ std::string answer(int32 opcode, int32 index, intptr value) {
     return effect.last + "=" + std::to_string(result);
 }
 
-std::string answers(int32 first, int32 last) {
-    std::string all;
-    for (int32 opcode = first; opcode <= last; ++opcode) all += answer(opcode, 3, 1) + "; ";
-    return all;
-}
-
 TEST(Dispatcher, CallsOneOperationForEachOpcode) {
-    EXPECT_EQ(answers(0, 5), "open=0; close=0; setProgram 1=0; getProgram=7; setProgramName p=0; getProgramName p=0; ");
-    EXPECT_EQ(answers(6, 8), "getParameterLabel 3 p=0; getParameterDisplay 3 p=0; getParameterName 3 p=0; ");
-    EXPECT_EQ(answers(9, 12), "getVu=16383; setSampleRate 0.5=0; setBlockSize 1=0; resume=0; "); // 16383.5 is truncated
-    EXPECT_EQ(answers(13, 22), "=0; =0; =0; =0; =0; =0; =0; =0; =0; =1316373862; ");
-    EXPECT_EQ(answers(23, 27), "getChunk p 1=7; setChunk p 1 1=7; processEvents p=7; canParameterBeAutomated 3=1; "
-                               "string2parameter 3 p=1; ");
-    EXPECT_EQ(answers(28, 32),
-              "getNumCategories=7; getProgramNameIndexed 1 3 p=1; copyProgram 3=1; inputConnected 3 1=1; "
-              "outputConnected 3 1=1; ");
-    EXPECT_EQ(answers(33, 37), "getInputProperties 3 p=1; getOutputProperties 3 p=1; getPlugCategory=7; "
-                               "reportCurrentPosition=7; reportDestinationBuffer=7; ");
-    EXPECT_EQ(answers(38, 41),
-              "offlineNotify p 1 1=1; offlinePrepare p 1=1; offlineRun p 1=1; processVariableIo p=1; ");
-    EXPECT_EQ(answers(42, 44), "setSpeakerArrangement 1 p=1; setBlockSizeAndSampleRate 1 0.5=1; setBypass 1=1; ");
-    EXPECT_EQ(answers(45, 51),
-              "getEffectName p=1; getErrorText p=1; getVendorString p=1; getProductString p=1; getVendorVersion=7; "
-              "vendorSpecific 3 1 p 0.5=7; canDo p=7; ");
-    EXPECT_EQ(answers(52, 56),
-              "getGetTailSize=7; fxIdle=7; getIcon=7; setViewPosition 3 1=1; getParameterProperties 3 p=1; ");
-    EXPECT_EQ(answers(57, 59), "keysRequired=0; getVstVersion=7; =0; "); // keysRequired is inverted
+    std::string all;
+    for (int32 opcode = 0; opcode < 60; ++opcode) all += std::to_string(opcode) + " " + answer(opcode, 3, 1) + "; ";
+    // The volume 16383.5 is truncated, and keysRequired is inverted.
+    EXPECT_EQ(all,
+              "0 open=0; 1 close=0; 2 setProgram 1=0; 3 getProgram=7; 4 setProgramName p=0; 5 getProgramName p=0; "
+              "6 getParameterLabel 3 p=0; 7 getParameterDisplay 3 p=0; 8 getParameterName 3 p=0; 9 getVu=16383; "
+              "10 setSampleRate 0.5=0; 11 setBlockSize 1=0; 12 resume=0; 13 =0; 14 =0; 15 =0; 16 =0; 17 =0; 18 =0; "
+              "19 =0; 20 =0; 21 =0; 22 =1316373862; 23 getChunk p 1=7; 24 setChunk p 1 1=7; 25 processEvents p=7; "
+              "26 canParameterBeAutomated 3=1; 27 string2parameter 3 p=1; 28 getNumCategories=7; "
+              "29 getProgramNameIndexed 1 3 p=1; 30 copyProgram 3=1; 31 inputConnected 3 1=1; "
+              "32 outputConnected 3 1=1; 33 getInputProperties 3 p=1; 34 getOutputProperties 3 p=1; "
+              "35 getPlugCategory=7; 36 reportCurrentPosition=7; 37 reportDestinationBuffer=7; "
+              "38 offlineNotify p 1 1=1; 39 offlinePrepare p 1=1; 40 offlineRun p 1=1; 41 processVariableIo p=1; "
+              "42 setSpeakerArrangement 1 p=1; 43 setBlockSizeAndSampleRate 1 0.5=1; 44 setBypass 1=1; "
+              "45 getEffectName p=1; 46 getErrorText p=1; 47 getVendorString p=1; 48 getProductString p=1; "
+              "49 getVendorVersion=7; 50 vendorSpecific 3 1 p 0.5=7; 51 canDo p=7; 52 getGetTailSize=7; 53 fxIdle=7; "
+              "54 getIcon=7; 55 setViewPosition 3 1=1; 56 getParameterProperties 3 p=1; 57 keysRequired=0; "
+              "58 getVstVersion=7; 59 =0; ");
     EXPECT_EQ(answer(-1, 3, 1) + answer(INT32_MIN, 3, 1) + answer(INT32_MAX, 3, 1), "=0=0=0");
 }
 
 TEST(Dispatcher, ConvertsNumbersToOnAndOff) {
-    EXPECT_EQ(answer(effSetProgram, 0, 2), "=0"); // there are two programs
-    EXPECT_EQ(answer(effSetProgram, 0, -5), "setProgram -5=0");
-    EXPECT_EQ(answer(effMainsChanged, 0, 0), "suspend=0");
-    EXPECT_EQ(answer(effMainsChanged, 0, 2), "resume=0");
-    EXPECT_EQ(answer(effGetChunk, 0, 1), "getChunk p 0=7");
-    EXPECT_EQ(answer(effSetChunk, 0, 1), "setChunk p 1 0=7");
-    EXPECT_EQ(answer(effConnectInput, 3, -1), "inputConnected 3 1=1");
-    EXPECT_EQ(answer(effConnectOutput, 3, 0), "outputConnected 3 0=1");
-    EXPECT_EQ(answer(effOfflineNotify, 0, 1), "offlineNotify p 1 0=1");
-    EXPECT_EQ(answer(effSetBypass, 0, 0), "setBypass 0=1");
+    // There are two programs. Each row has the opcode, the index, the value, and the answer.
+    // clang-format off
+    const std::tuple<int32, int32, intptr, const char*> rows[] = {
+        {effSetProgram, 0, 2, "=0"}, {effSetProgram, 0, -5, "setProgram -5=0"}, {effMainsChanged, 0, 0, "suspend=0"},
+        {effMainsChanged, 0, 2, "resume=0"}, {effGetChunk, 0, 1, "getChunk p 0=7"},
+        {effSetChunk, 0, 1, "setChunk p 1 0=7"}, {effConnectInput, 3, -1, "inputConnected 3 1=1"},
+        {effConnectOutput, 3, 0, "outputConnected 3 0=1"}, {effOfflineNotify, 0, 1, "offlineNotify p 1 0=1"},
+        {effSetBypass, 0, 0, "setBypass 0=1"}};
+    // clang-format on
+    for (const auto& [opcode, index, value, text] : rows) EXPECT_EQ(answer(opcode, index, value), text) << opcode;
 }
 
 } // namespace

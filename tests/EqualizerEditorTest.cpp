@@ -26,6 +26,7 @@
 #include <memory>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -43,9 +44,7 @@ constexpr std::array<int, 13> ReadoutIds = {1013, 1015, 1017, 1019, 1024, 1021, 
                                             1030, 1034, 1045, 1047, 1049, 1051};
 const std::vector<int> DefaultPositions = {50, 100, 66, 33, 0, 50, 50, 50, 50, 55, 55, 55, 55};
 
-constexpr std::size_t Volume = 0;
-constexpr std::size_t Frequency3 = 3;
-constexpr std::size_t Gain1 = 5;
+constexpr std::size_t Volume = 0, Frequency3 = 3, Gain1 = 5;
 
 AEffect* makeEffect(audioMasterCallback callback) {
 #ifdef _WIN32
@@ -64,11 +63,6 @@ struct EditedEffect : HostedEffect {
     HWND open(HWND parent) const {
         EXPECT_EQ(dispatch(effEditOpen, parent), 1);
         return GetWindow(parent, GW_CHILD);
-    }
-    const ERect* rect() const {
-        ERect* answer = nullptr;
-        EXPECT_EQ(dispatch(effEditGetRect, &answer), 1);
-        return answer;
     }
     void idle() const { dispatch(effEditIdle); }
 };
@@ -143,11 +137,11 @@ TEST_F(Editor, OpensWithTheEffectsValuesInTheReportedSizeAndChangesNothing) {
     const EditedEffect closed;
     RECT client{};
     GetClientRect(dialog, &client);
-    EXPECT_EQ((std::array<LONG, 2>{closed.rect()->right, closed.rect()->bottom}),
-              (std::array{client.right, client.bottom}));
     EXPECT_TRUE(client.right > 318 && client.bottom > 247);
-    EXPECT_TRUE(closed.rect()->left == 0 && closed.rect()->top == 0);
-    EXPECT_EQ(closed.rect(), closed.rect()); // the host may keep the address
+    const ERect* const rect = closed.rect();
+    EXPECT_EQ(std::tuple(rect->left, rect->top, rect->right, rect->bottom),
+              std::tuple(0, 0, client.right, client.bottom));
+    EXPECT_EQ(closed.rect(), rect); // the host may keep the address
 }
 
 TEST_F(Editor, ShowsEachParameterInItsSliderAndItsReadout) {
@@ -229,8 +223,8 @@ TEST_F(Editor, ReportsASizeAndIgnoresCallsIfNoDialogCanBeCreated) {
     effect->idle();
     EXPECT_EQ(effect->get(Volume), 0.123f);
     const ERect& rect = *effect->rect();
-    EXPECT_EQ((std::array{rect.left, rect.top, rect.right, rect.bottom}), // 318 units of 6/4 pixels, 247 units of 13/8
-              (std::array<std::int16_t, 4>{0, 0, 477, 401}));
+    // The dialog has 318 units of 6/4 pixels by 247 units of 13/8 pixels.
+    EXPECT_EQ(std::tuple(rect.left, rect.top, rect.right, rect.bottom), std::tuple(0, 0, 477, 401));
     effect->dispatch(effEditClose);
     readyCommonControls();
     EXPECT_NE(effect->open(window.get()), nullptr);
@@ -306,18 +300,13 @@ TEST_F(Editor, RoundsTheHostsValuesToTheSlidersStepsAtTheNextIdle) {
 
 TEST_F(Editor, HandlesTheMessagesOfItsControlsUntilItsDestruction) {
     addButtons();
-    // The result of the dialog's procedure, and the result that the procedure stores in the dialog (7: none).
-    const auto expectAnswer = [this](UINT message, INT_PTR result, LONG_PTR stored, unsigned notification = 0) {
-        SetWindowLongPtrW(dialog, DWLP_MSGRESULT, 7);
-        const auto procedure = reinterpret_cast<DLGPROC>(GetWindowLongPtrW(dialog, DWLP_DLGPROC));
-        EXPECT_EQ(procedure(dialog, message, MAKEWPARAM(0, notification), 0), result) << message;
-        EXPECT_EQ(GetWindowLongPtrW(dialog, DWLP_MSGRESULT), stored) << message;
-    };
-    expectAnswer(WM_INITDIALOG, 1, 7);
-    for (const UINT message : {WM_HSCROLL, WM_VSCROLL, WM_COMMAND}) expectAnswer(message, 1, 0);
-    expectAnswer(WM_COMMAND, 0, 7, 1);
-    expectAnswer(WM_NOTIFY, 0, 7);
-    expectAnswer(WM_DESTROY, 1, 1);
+    using Answer = std::pair<INT_PTR, LONG_PTR>;
+    EXPECT_EQ(answerOf(dialog, WM_INITDIALOG), Answer(1, 7));
+    for (const UINT message : {WM_HSCROLL, WM_VSCROLL, WM_COMMAND})
+        EXPECT_EQ(answerOf(dialog, message), Answer(1, 0)) << message;
+    EXPECT_EQ(answerOf(dialog, WM_COMMAND, MAKEWPARAM(0, 1)), Answer(0, 7));
+    EXPECT_EQ(answerOf(dialog, WM_NOTIFY), Answer(0, 7));
+    EXPECT_EQ(answerOf(dialog, WM_DESTROY), Answer(1, 1));
     scroll(Volume, 10, TB_ENDTRACK);
     for (const int id : {1004, 1005, 1006}) click(id);
     effect->set(Volume, 0.25f);
@@ -348,19 +337,13 @@ TEST_F(Editor, ServesTheButtonsThatADialogMayHave) {
     effect->dispatch(effEditClose);
 }
 
-/// Runs the work on another thread than the dialog's thread, and waits for its end.
-template <typename Work>
-void elsewhere(const Work& work) {
-    std::thread(work).join();
-}
-
 TEST_F(Editor, ContinuesAfterACloseOrAnOpeningOnAnotherThread) {
     const HWND first = dialog;
-    elsewhere([this] {
+    std::thread([this] {
         const Window another(makeHostWindow());
         effect->dispatch(effEditClose);
         EXPECT_EQ(effect->open(another.get()), nullptr);
-    });
+    }).join();
     EXPECT_EQ(GetWindow(window.get(), GW_CHILD), first);
     scroll(Volume, 25, TB_ENDTRACK);
     effect->set(Gain1, 0.75f);
@@ -370,7 +353,7 @@ TEST_F(Editor, ContinuesAfterACloseOrAnOpeningOnAnotherThread) {
 }
 
 TEST_F(Editor, DisconnectsADialogOfAnotherThreadInItsDestructor) {
-    elsewhere([this] { effect.reset(); });
+    std::thread([this] { effect.reset(); }).join();
     EXPECT_TRUE(IsWindow(dialog));
     scroll(Volume, 25, TB_ENDTRACK);
     EXPECT_EQ(automations(), Automations{});
@@ -379,7 +362,7 @@ TEST_F(Editor, DisconnectsADialogOfAnotherThreadInItsDestructor) {
 #ifdef _WIN32
 TEST_F(Editor, IsClosedWhenTheThreadOfItsDialogEnds) {
     effect->dispatch(effEditClose);
-    elsewhere([this] { dialog = effect->open(makeHostWindow()); });
+    std::thread([this] { dialog = effect->open(makeHostWindow()); }).join();
     EXPECT_FALSE(IsWindow(dialog));
     effect->set(Gain1, 0.75f);
     effect->idle();

@@ -14,6 +14,7 @@
 #include <numbers>
 #include <random>
 #include <string>
+#include <tuple>
 
 namespace eq {
 
@@ -86,15 +87,6 @@ private:
         return static_cast<float>((x - allpass) * ((band.G - 1) * 0.5) + x);
     }
 
-    static Samples blended(const Samples& from, const Samples& to) {
-        Samples result(from.size());
-        for (std::size_t i = 0; i < from.size(); ++i) {
-            const double weight = static_cast<double>(2 * i + 1) / 4096;
-            result[i] = static_cast<float>((1 - weight) * from[i] + weight * to[i]);
-        }
-        return result;
-    }
-
     std::unique_ptr<Values> waiting;
     float gain = 1;
     // The bands of a new engine: 100, 200, 400 and 800 Hz, a Q of 1.4, and a gain of 1.
@@ -106,21 +98,19 @@ private:
 } // namespace
 
 TEST(FilterDesign, HasTheValuesOfTheWorkedExamples) {
-    struct Row {
-        float f, q, g;
-        double c, k, G;
-    };
-    for (const Row& row : {Row{1000, 2, 10, -0.989867472780, -0.931184116890, 3.16227766017},
-                           Row{1000, 2, -10, -0.989867472780, -0.797454368611, 0.316227766017},
-                           Row{20, 10, 10, -0.999995940129, -0.999715088876, 3.16227766017},
-                           Row{20000, 1, -10, 0.957648316030, 0.911109846895, 0.316227766017}}) {
-        SCOPED_TRACE(testing::Message() << row.f << " Hz " << row.g << " dB");
-        const float values[] = {12, row.f, row.f, row.f, row.f, row.g, row.g, row.g, row.g, row.q, row.q, row.q, row.q};
+    constexpr std::tuple<float, float, float, double, double, double> Rows[] = {
+        {1000, 2, 10, -0.989867472780, -0.931184116890, 3.16227766017},
+        {1000, 2, -10, -0.989867472780, -0.797454368611, 0.316227766017},
+        {20, 10, 10, -0.999995940129, -0.999715088876, 3.16227766017},
+        {20000, 1, -10, 0.957648316030, 0.911109846895, 0.316227766017}};
+    for (const auto& [f, q, g, c, k, G] : Rows) {
+        SCOPED_TRACE(testing::Message() << f << " Hz " << g << " dB");
+        const float values[] = {12, f, f, f, f, g, g, g, g, q, q, q, q};
         const FilterDesign design = FilterDesign::of(values);
         EXPECT_NEAR(design.outputGain, 3.98107170553, 1e-11);
-        EXPECT_NEAR(design.centreCoefficient[3], row.c, 1e-12);
-        EXPECT_NEAR(design.bandwidthCoefficient[3], row.k, 1e-12);
-        EXPECT_NEAR(design.bandGain[3], row.G, 1e-11);
+        EXPECT_NEAR(design.centreCoefficient[3], c, 1e-12);
+        EXPECT_NEAR(design.bandwidthCoefficient[3], k, 1e-12);
+        EXPECT_NEAR(design.bandGain[3], G, 1e-11);
     }
 }
 
@@ -140,8 +130,8 @@ TEST(FilterDesign, HasItsGainAtItsFrequencyAtEachRate) {
                 return 20 * std::log10(std::abs(1.0 + (design.bandGain[i] - 1) / 2 * (1.0 - allpass)));
             };
             EXPECT_NEAR(decibelsAt(centre), values[5 + i], 1e-9);
-            EXPECT_LT(std::abs(decibelsAt(centre * 0.9)), std::abs(values[5 + i]));
-            EXPECT_LT(std::abs(decibelsAt(centre * 1.1)), std::abs(values[5 + i]));
+            for (const double factor : {0.9, 1.1})
+                EXPECT_LT(std::abs(decibelsAt(centre * factor)), std::abs(values[5 + i]));
             EXPECT_LT(std::abs(design.bandwidthCoefficient[i]), 1);
         }
     }
@@ -149,8 +139,7 @@ TEST(FilterDesign, HasItsGainAtItsFrequencyAtEachRate) {
 
 TEST(PlainKernel, HasTheImpulseResponseOfTheWorkedExample) {
     float buffer[6] = {1};
-    double s1 = 0;
-    double s2 = 0;
+    double s1 = 0, s2 = 0;
     runPeakSection(buffer, 6, -0.989867472780, -0.931184116890, 3.16227766017, &s1, &s2);
     const float expected[] = {1.07440F, 0.14222F, 0.12820F, 0.11263F, 0.09593F, 0.07850F};
     for (int i = 0; i < 6; ++i) EXPECT_NEAR(buffer[i], expected[i], 6e-6) << i;

@@ -1,11 +1,7 @@
 #include "plugin/base/AEffect.h"
 
 #include "tests/support/EqualizerReference.h"
-#include "tests/support/HostedEffect.h"
-#include "tests/support/LanguageSettings.h"
-#include "tests/support/LoadedLibrary.h"
-#include "tests/support/ScriptedHost.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/LibraryCopy.h"
 
 #include <gtest/gtest.h>
 
@@ -15,7 +11,6 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <thread>
@@ -35,28 +30,6 @@
 namespace eq {
 
 namespace {
-
-/// A loaded copy of the library. The copy is in its own folder, with a language file that contains `texts`.
-struct Copy {
-    explicit Copy(const std::string& texts = {}) {
-        const std::filesystem::path built = EQ_LIBRARY_PATH;
-        std::filesystem::copy(built, folder.path());
-        folder.write("Texts1033.lng", texts);
-        library = std::make_unique<LoadedLibrary>(folder.path(built.filename().string()));
-        main = library->find<EffectMainProc>("main");
-    }
-    [[nodiscard]] AEffect* make() const { return main(ScriptedHost::callback); }
-
-    const ScriptedHost host{2400};
-    const TemporaryFolder folder;
-    const LanguageSettings language{1033, 1033};
-    std::unique_ptr<LoadedLibrary> library;
-    EffectMainProc main;
-};
-
-void setAll(const HostedEffect& effect, const Values& values) {
-    for (std::size_t i = 0; i < values.size(); ++i) effect.set(static_cast<int32>(i), values[i]);
-}
 
 void switchOffAndOn(const HostedEffect& effect) {
     for (const intptr state : {0, 1}) EXPECT_EQ(effect.dispatch(effMainsChanged, nullptr, 0, state), 0);
@@ -102,16 +75,14 @@ void in(const FloatingPointMode& mode, const Action& action) {
 
 TEST(HostHabits, WorksInAnyFloatingPointModeAndKeepsIt) {
     constexpr FloatingPointMode WindowsHost = {0x1F80, 0x027F};
+    // clang-format off
     const std::pair<const char*, FloatingPointMode> modes[] = {
-        {"that of most hosts on Windows", WindowsHost},
-        {"denormals are zero", {0x9FC0, 0x037F}},
-        {"rounded up", {0x5F80, 0x0B7F}},
-        {"rounded toward zero", {0x7F80, 0x0F7F}},
-        {"x87 with a precision of 24 bits", {0x1F80, 0x007F}},
-        {"exceptions that are not masked", {0x1900, 0x0372}},
-    };
-    std::unique_ptr<Copy> copy;
-    in(WindowsHost, [&] { copy = std::make_unique<Copy>(); });
+        {"that of most hosts on Windows", WindowsHost}, {"denormals are zero", {0x9FC0, 0x037F}},
+        {"rounded up", {0x5F80, 0x0B7F}}, {"rounded toward zero", {0x7F80, 0x0F7F}},
+        {"x87 with a precision of 24 bits", {0x1F80, 0x007F}}, {"exceptions that are not masked", {0x1900, 0x0372}}};
+    // clang-format on
+    std::unique_ptr<LibraryCopy> copy;
+    in(WindowsHost, [&] { copy = std::make_unique<LibraryCopy>(); });
     const Stereo sound = noise(5000);
     const Stereo expected = ReferencePair(engineValues(Audible)).render(sound);
     Stereo faint = sound;
@@ -150,11 +121,11 @@ TEST(HostHabits, WorksInAnyFloatingPointModeAndKeepsIt) {
 
 #ifndef _WIN32
 TEST(HostHabits, ShowsAPointInALocaleWithADecimalComma) {
-    const Copy copy;
+    const LibraryCopy copy;
     const HostedEffect effect(copy.make());
-    setAll(effect, Audible);
-    const std::string source = EQ_LOCALE_SOURCES_DIR "/";
-    const std::string command = "localedef -c -f '" + source + "ascii.charmap' -i '" + source + "decimal-comma' '" +
+    effect.setAll(Audible);
+    const std::string command = "cd '" EQ_LOCALE_SOURCES_DIR
+                                "' && localedef -c -f ./ascii.charmap -i ./decimal-comma '" +
                                 copy.folder.path("decimal-comma") + "' 2>/dev/null";
     // localedef also fails if it only warns, and it warns because the locale lacks most categories. localedef writes
     // the locale unless its exit code is 4 or more.
@@ -166,19 +137,19 @@ TEST(HostHabits, ShowsAPointInALocaleWithADecimalComma) {
     const std::string texts = effect.display(0) + "; " + effect.display(2) + "; " + effect.display(9);
     std::setlocale(LC_ALL, "C");
     EXPECT_EQ(witness, "1,500000");
-    EXPECT_EQ(texts, "+6.0 IDS_DB; 632 IDS_Hz; 5.5");
+    EXPECT_EQ(texts, "+6.0 dB; 632 IDS_Hz; 5.5");
 }
 #endif
 
 TEST(HostHabits, TwoCopiesOfTheLibraryShareNothing) {
-    const Copy first("[Parametric Equalizer]\nIDS_DB = one\n");
-    Copy second("[Parametric Equalizer]\nIDS_DB = two\n");
+    const LibraryCopy first("one");
+    LibraryCopy second("two");
     const HostedEffect effect(first.make());
     {
         const HostedEffect other(second.make());
         EXPECT_EQ(effect.display(0) + other.display(0), "+0.0 one+0.0 two");
         const std::vector<float> before = effect.all();
-        setAll(other, Audible);
+        other.setAll(Audible);
         render(other, noise(3000, 2));
         EXPECT_EQ(effect.all(), before);
 
@@ -221,14 +192,14 @@ void onSmallStack(const Work& work) {
 }
 
 TEST(HostHabits, RunsEachBlockOnANewThreadWithASmallStack) {
-    const Copy copy;
+    const LibraryCopy copy;
     const HostedEffect effect(copy.make());
     ReferencePair reference(engineValues(DefaultParameters));
     for (unsigned block = 0; block < 12; ++block) {
         const Stereo input = noise(1500, block);
         Stereo output, expected;
         onSmallStack([&] {
-            if (block % 4 == 0) setAll(effect, Audible);
+            if (block % 4 == 0) effect.setAll(Audible);
             output = render(effect, input, block % 2 == 0);
             // The reference runs on this thread, too, because a new thread may have another floating-point mode than
             // the first thread.
@@ -240,19 +211,17 @@ TEST(HostHabits, RunsEachBlockOnANewThreadWithASmallStack) {
 }
 
 TEST(HostHabits, AcceptsCallsInTheWrongOrderAndOnAnotherThread) {
-    const Copy copy;
+    const LibraryCopy copy;
     auto effect = std::make_unique<HostedEffect>(copy.make());
     const auto command = [&](int32 opcode, intptr value = 0, float opt = 0.0F) {
         EXPECT_EQ(effect->record->dispatcher(effect->record, opcode, 0, value, nullptr, opt), 0);
     };
     // These calls come before the effect is opened or switched on.
-    command(effEditClose);
-    command(effEditIdle);
+    for (const int32 opcode : {effEditClose, effEditIdle}) command(opcode);
     render(*effect, noise(3000), true);
     // These calls come while the effect is switched off.
-    command(effMainsChanged, 0);
-    command(effMainsChanged, 0);
-    setAll(*effect, Audible);
+    for (int i = 0; i < 2; ++i) command(effMainsChanged, 0);
+    effect->setAll(Audible);
     command(effSetBlockSize, 1);
     ReferencePair reference(engineValues(Audible));
     for (unsigned block = 0; block < 8; ++block) {
@@ -261,10 +230,7 @@ TEST(HostHabits, AcceptsCallsInTheWrongOrderAndOnAnotherThread) {
         // These commands come between two blocks, which is too late.
         for (const intptr size : {-1, 0, 100}) command(effSetBlockSize, size);
         command(effSetSampleRate, 0, 96000.0F);
-        command(effMainsChanged, 1);
-        command(effOpen);
-        command(effEditIdle);
-        command(effEditClose);
+        for (const int32 opcode : {effMainsChanged, effOpen, effEditIdle, effEditClose}) command(opcode, 1);
     }
     std::thread([&] { effect.reset(); }).join();
     EXPECT_EQ(HostedEffect(copy.make()).get(0), 0.5F);

@@ -1,11 +1,7 @@
 #include "plugin/base/AEffect.h"
 
 #include "tests/support/EqualizerReference.h"
-#include "tests/support/HostedEffect.h"
-#include "tests/support/LanguageSettings.h"
-#include "tests/support/LoadedLibrary.h"
-#include "tests/support/ScriptedHost.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/LibraryCopy.h"
 
 #include <gtest/gtest.h>
 
@@ -26,20 +22,24 @@ constexpr int32 Flags = 0x19;
 constexpr int32 Flags = 0x18;
 #endif
 
-EffectMainProc libraryMain() {
-    static const LoadedLibrary library(EQ_LIBRARY_PATH);
-    return library.find<EffectMainProc>("main");
+struct Library : testing::Test {
+    static EffectMainProc main() {
+        static const LoadedLibrary library(EQ_LIBRARY_PATH);
+        return library.find<EffectMainProc>("main");
+    }
+    static AEffect* make() { return main()(ScriptedHost::callback); }
+
+    ScriptedHost host{2400};
+};
+
+TEST_F(Library, RefusesAHostThatReportsNoVersion) {
+    host = ScriptedHost(0);
+    EXPECT_EQ(make(), nullptr);
+    EXPECT_EQ(host.calls(), (std::vector<HostCall>{{nullptr, audioMasterVersion, 0, 0, nullptr, 0.0f}}));
 }
 
-TEST(Library, RefusesAHostThatReportsNoVersion) {
-    const ScriptedHost refusing(0);
-    EXPECT_EQ(libraryMain()(ScriptedHost::callback), nullptr);
-    EXPECT_EQ(refusing.calls(), (std::vector<HostCall>{{nullptr, audioMasterVersion, 0, 0, nullptr, 0.0f}}));
-}
-
-TEST(Library, ReturnsAFilledRecord) {
-    const ScriptedHost host(2400);
-    const HostedEffect owner(libraryMain()(ScriptedHost::callback));
+TEST_F(Library, ReturnsAFilledRecord) {
+    const HostedEffect owner(make());
     const AEffect* const effect = owner.record;
     EXPECT_EQ(host.calls().size(), 1u);
     const std::array<intptr, 12> fields = {effect->magic,         effect->numPrograms,  effect->numParams,
@@ -53,9 +53,8 @@ TEST(Library, ReturnsAFilledRecord) {
     EXPECT_TRUE(std::ranges::all_of(effect->future, [](char c) { return c == 0; }));
 }
 
-TEST(Library, AnswersEachCommandOfTheInterface) {
-    const ScriptedHost host(2400);
-    const HostedEffect effect(libraryMain()(ScriptedHost::callback));
+TEST_F(Library, AnswersEachCommandOfTheInterface) {
+    const HostedEffect effect(make());
     std::string all; // each opcode whose answer is not 0, or which changes the text
     for (int32 opcode = -1; opcode < 61; ++opcode) {
         if (opcode == effClose || (opcode >= effEditGetRect && opcode <= effEditIdle)) continue;
@@ -68,13 +67,12 @@ TEST(Library, AnswersEachCommandOfTheInterface) {
                    "43=1old 57=1old 58=2old ");
 }
 
-TEST(Library, FiltersLikeTheEnginesForAnyBlockSizes) {
-    const ScriptedHost host(2400);
+TEST_F(Library, FiltersLikeTheEnginesForAnyBlockSizes) {
     const Stereo input = noise(30000);
     for (const auto& sizes : {std::vector<std::size_t>{30000}, {1, 0, 700}, {2048}, {5000, 1, 441, 3000}}) {
         SCOPED_TRACE(sizes[0]);
-        const HostedEffect effect(libraryMain()(ScriptedHost::callback));
-        for (int32 i = 0; i < 13; ++i) effect.set(i, Audible[static_cast<std::size_t>(i)]);
+        const HostedEffect effect(make());
+        effect.setAll(Audible);
         Stereo audio = input;
         std::size_t done = 0;
         for (std::size_t call = 0; done < 30000; ++call) {
@@ -87,50 +85,33 @@ TEST(Library, FiltersLikeTheEnginesForAnyBlockSizes) {
     }
 }
 
-TEST(Library, ShowsTheUnitsOfTheLanguageFileInItsFolder) {
-    const ScriptedHost host(2400);
-    const TemporaryFolder folder;
-    const std::filesystem::path built = EQ_LIBRARY_PATH;
-    std::filesystem::copy(built, folder.path());
-    folder.write("Texts1031.lng", "[Parametric Equalizer]\nIDS_DB = Dezibel\n");
-    folder.write("Texts1033.lng", "[Parametric Equalizer]\nIDS_DB = decibels\n");
-    const LanguageSettings settings(1031, 1033);
-    const LoadedLibrary copy(folder.path(built.filename().string()));
-    const HostedEffect effect(copy.find<EffectMainProc>("main")(ScriptedHost::callback));
+TEST_F(Library, ShowsTheUnitsOfTheLanguageFileInItsFolder) {
+    const LibraryCopy copy("Dezibel", 1031);
+    copy.write(1033, "IDS_DB = decibels");
+    const HostedEffect effect(copy.make());
     effect.set(7, 0.325F);
     EXPECT_EQ(effect.display(7), "+3.5 Dezibel");
 }
 
-TEST(Library, ReturnsNoEffectWhileALanguageFileIsBroken) {
-    const ScriptedHost host(2400);
-    const TemporaryFolder folder;
-    const std::filesystem::path built = EQ_LIBRARY_PATH;
-    std::filesystem::copy(built, folder.path());
-    const LanguageSettings settings(1031, 1033);
-    const LoadedLibrary copy(folder.path(built.filename().string()));
-    const auto main = copy.find<EffectMainProc>("main");
-    folder.write("Texts1031.lng", "[Parametric Equalizer]\nno equals sign\n");
-    EXPECT_EQ(main(ScriptedHost::callback), nullptr);
-    folder.write("Texts1031.lng", "[Parametric Equalizer]\nIDS_DB = Dezibel\n");
-    EXPECT_NE(HostedEffect(main(ScriptedHost::callback)).record, nullptr);
+TEST_F(Library, ReturnsNoEffectWhileALanguageFileIsBroken) {
+    const LibraryCopy copy;
+    copy.write(1033, "no equals sign");
+    EXPECT_EQ(copy.make(), nullptr);
+    copy.write(1033, "IDS_DB = dB");
+    EXPECT_NE(HostedEffect(copy.make()).record, nullptr);
 }
 
 #ifndef _WIN32
-TEST(Library, ReportsOnStandardErrorThatThereAreNoLanguageFiles) {
-    const ScriptedHost host(2400);
-    const TemporaryFolder folder;
-    const std::filesystem::path built = EQ_LIBRARY_PATH;
-    std::filesystem::copy(built, folder.path());
-    const LoadedLibrary copy(folder.path(built.filename().string()));
+TEST_F(Library, ReportsOnStandardErrorThatThereAreNoLanguageFiles) {
+    const LibraryCopy copy;
+    std::filesystem::remove(copy.folder.path("Texts1033.lng"));
     testing::internal::CaptureStderr();
-    const HostedEffect effect(copy.find<EffectMainProc>("main")(ScriptedHost::callback));
-    EXPECT_EQ(effect.display(0), "+0.0 IDS_DB");
+    EXPECT_EQ(HostedEffect(copy.make()).display(0), "+0.0 IDS_DB");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Error: LNG0001:  No language files were found.\n");
 }
 
-TEST(Library, LoadsNoGraphicsLibraryWithoutTheEditor) {
-    const ScriptedHost host(2400);
-    const HostedEffect effect(libraryMain()(ScriptedHost::callback));
+TEST_F(Library, LoadsNoGraphicsLibraryWithoutTheEditor) {
+    const HostedEffect effect(make());
     EXPECT_EQ(effect.display(0), "+0.0 dB");
     for (const char* const library : {"libpango-1.0.so.0", "libcairo.so.2", "libxcb.so.1"})
         EXPECT_EQ(dlopen(library, RTLD_LAZY | RTLD_NOLOAD), nullptr) << library;
@@ -144,12 +125,8 @@ int32 callSkewed(const void* function, std::array<std::uintptr_t, 6> arguments, 
     asm volatile("movl %%esp, %%ebx\n\t"
                  "andl $-16, %%esp\n\t"
                  "subl %[skew], %%esp\n\t"
-                 "pushl 20(%[arguments])\n\t"
-                 "pushl 16(%[arguments])\n\t"
-                 "pushl 12(%[arguments])\n\t"
-                 "pushl 8(%[arguments])\n\t"
-                 "pushl 4(%[arguments])\n\t"
-                 "pushl (%[arguments])\n\t"
+                 "pushl 20(%[arguments]); pushl 16(%[arguments]); pushl 12(%[arguments])\n\t"
+                 "pushl 8(%[arguments]); pushl 4(%[arguments]); pushl (%[arguments])\n\t"
                  "call *%[function]\n\t"
                  "movl %%ebx, %%esp"
                  : "=a"(result), [skew] "+d"(skew)
@@ -158,14 +135,13 @@ int32 callSkewed(const void* function, std::array<std::uintptr_t, 6> arguments, 
     return result;
 }
 
-TEST(Library, AcceptsAStackThatIsAlignedToFourBytesOnly) {
-    const ScriptedHost host(2400);
+TEST_F(Library, AcceptsAStackThatIsAlignedToFourBytesOnly) {
     const auto word = [](auto value) { return std::bit_cast<std::uintptr_t>(value); };
     for (const std::uintptr_t skew : {0u, 4u, 8u, 12u}) {
         const auto call = [&](auto function, std::array<std::uintptr_t, 6> arguments) {
             return callSkewed(reinterpret_cast<const void*>(function), arguments, skew);
         };
-        const int32 made = call(libraryMain(), {word(&ScriptedHost::callback)});
+        const int32 made = call(main(), {word(&ScriptedHost::callback)});
         ASSERT_NE(made, 0);
         auto* const effect = std::bit_cast<AEffect*>(made);
         call(effect->setParameter, {word(effect), 0, word(Audible[0])});

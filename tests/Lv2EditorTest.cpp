@@ -93,14 +93,13 @@ TEST_F(Lv2Editor, WritesThePortsThatTheUserChangesAndFollowsTheHost) {
     EXPECT_NEAR(written[Frequency2], 1000.0 * std::pow(10.0, 250.0 * 3.0 / 751.0), 1.0);
     EXPECT_NEAR(written[Gain2], 0.0, 0.01);
 
-    drag(856, 26, 856, 26); // clicks the bypass
-    EXPECT_TRUE(comesTrue([&] { return idle() == 0 && written.contains(Enabled); }));
-    EXPECT_EQ(written[Enabled], 0.0F);
-    port(Enabled, 1.0F);
-    drag(856, 26, 856, 26);
-    written.clear();
-    EXPECT_TRUE(comesTrue([&] { return idle() == 0 && written.contains(Enabled); }));
-    EXPECT_EQ(written[Enabled], 0.0F);
+    for (int i = 0; i < 2; ++i) {
+        written.clear();
+        drag(856, 26, 856, 26); // clicks the bypass
+        EXPECT_TRUE(comesTrue([&] { return idle() == 0 && written.contains(Enabled); }));
+        EXPECT_EQ(written[Enabled], 0.0F);
+        port(Enabled, 1.0F);
+    }
 }
 
 TEST_F(Lv2Editor, ResizesAndEndsWithTheHostsWindow) {

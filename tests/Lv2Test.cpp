@@ -9,6 +9,7 @@
 #include <cmath>
 #include <random>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 namespace eq {
@@ -64,15 +65,6 @@ Samples delayed(Samples sound) {
     return sound;
 }
 
-Samples blended(const Samples& from, const Samples& to) {
-    Samples result(from.size());
-    for (std::size_t i = 0; i < from.size(); ++i) {
-        const double weight = static_cast<double>(2 * i + 1) / 4096;
-        result[i] = static_cast<float>((1 - weight) * from[i] + weight * to[i]);
-    }
-    return result;
-}
-
 } // namespace
 
 TEST(Lv2, WorksAtRatesFrom8000To768000HzOnly) {
@@ -110,15 +102,13 @@ TEST(Lv2, AppliesItsSettingsFromTheFirstSampleInAnyCombinationOfBuffers) {
             std::vector<Samples> buffers = {dry[0], dry[1], Samples(Frames), Samples(Frames)};
             for (std::size_t done = 0; done < Frames;) {
                 const std::size_t count = std::min<std::size_t>(random() % 8193, Frames - done);
-                instance.connect(0, buffers[0].data() + done);
-                instance.connect(1, buffers[1].data() + done);
-                instance.connect(2, buffers[left].data() + done);
-                instance.connect(3, buffers[right].data() + done);
+                std::uint32_t port = 0;
+                for (const std::size_t i : {std::size_t{0}, std::size_t{1}, left, right})
+                    instance.connect(port++, buffers[i].data() + done);
                 instance.run(count);
                 done += count;
             }
-            EXPECT_EQ(firstDifference(buffers[left], expected[0]), -1);
-            EXPECT_EQ(firstDifference(buffers[right], expected[1]), -1);
+            EXPECT_TRUE(sameBits({buffers[left], buffers[right]}, expected));
         }
     }
 }
@@ -172,29 +162,25 @@ TEST(Lv2, LimitsValuesAndUsesDefaultsForUnconnectedPorts) {
         instance.run(channel, 0, 4 * Block);
         return channel[0];
     };
-    const Values lowest = {-12, 20, 20, 20, 20, -10, -10, -10, -10, 1, 1, 1, 1};
-    const Values highest = {12, 20000, 20000, 20000, 20000, 10, 10, 10, 10, 10, 10, 10, 10};
-    Values values;
-    for (const float low : {NaN, -Infinity, -1e9F}) {
-        values.fill(low);
-        EXPECT_EQ(firstDifference(render(values, {}), render(lowest, {})), -1) << low;
-    }
-    values.fill(1e9F);
-    EXPECT_EQ(firstDifference(render(values, {}), render(highest, {})), -1);
+    const auto all = [](float v, float f, float g, float q) { return Values{v, f, f, f, f, g, g, g, g, q, q, q, q}; };
     const Values defaults = {0, 20, 200, 2000, 20000, 7, 8, 9, 10, 5, 5, 5, 5};
-    values = {9, 1000, 1000, 1000, 1000, 7, 8, 9, 10, 1, 1, 1, 1};
-    EXPECT_EQ(firstDifference(render(values, {0, 1, 2, 3, 4, 9, 10, 11, 12}), render(defaults, {})), -1);
-    Values flat = defaults;
-    std::fill_n(flat.begin() + 5, 4, 0.0F);
-    EXPECT_EQ(firstDifference(render(defaults, {5, 6, 7, 8, 13}), render(flat, {})), -1);
+    // Each row has the values of the ports, the parameters without a port, and the effective values.
+    const std::tuple<Values, std::vector<std::uint32_t>, Values> rows[] = {
+        {all(NaN, NaN, NaN, NaN), {}, all(-12, 20, -10, 1)},
+        {all(-Infinity, -Infinity, -Infinity, -Infinity), {}, all(-12, 20, -10, 1)},
+        {all(-1e9F, -1e9F, -1e9F, -1e9F), {}, all(-12, 20, -10, 1)},
+        {all(1e9F, 1e9F, 1e9F, 1e9F), {}, all(12, 20000, 10, 10)},
+        {{9, 1000, 1000, 1000, 1000, 7, 8, 9, 10, 1, 1, 1, 1}, {0, 1, 2, 3, 4, 9, 10, 11, 12}, defaults},
+        {defaults, {5, 6, 7, 8, 13}, {0, 20, 200, 2000, 20000, 0, 0, 0, 0, 5, 5, 5, 5}}};
+    for (const auto& [values, unconnected, effective] : rows)
+        EXPECT_EQ(firstDifference(render(values, unconnected), render(effective, {})), -1) << values[0];
 }
 
 // Two badly behaved hosts run in two threads. The sanitizers report faults, and the sound must be right at the end.
 TEST(Lv2, SurvivesBadlyBehavedHosts) {
     const auto play = [](unsigned seed) {
         std::mt19937 random(seed);
-        const double rates[] = {8000, 44100, 192000, 768000};
-        for (const double rate : rates) {
+        for (const double rate : {8000, 44100, 192000, 768000}) {
             const std::uint32_t channels = 1 + seed % 2;
             Lv2Instance instance(library(), channels, rate);
             std::vector<Samples> buffers(2 * channels, Samples(8192));

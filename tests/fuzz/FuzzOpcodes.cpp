@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <vector>
@@ -70,48 +69,38 @@ public:
     Instance& operator=(const Instance&) = delete;
 
     void step(Input& input) {
-        switch (input.byte() % 8) {
-        case 0: {
-            const int32 index = input.integer();
-            const float value = input.number();
-            m_effect->setParameter(m_effect, index, value);
-            const float kept = m_effect->getParameter(m_effect, index);
-            const bool isOne = index >= 0 && index < m_effect->numParams;
-            require(isOne ? std::bit_cast<int32>(kept) == std::bit_cast<int32>(value) : kept == 0.0F);
-            break;
-        }
-        case 1:
-            process(m_effect->process, input);
-            break;
-        case 2:
-            process(m_effect->processReplacing, input);
-            break;
-        case 3:
-            hostWindows()->pump();
-            m_effect->dispatcher(m_effect, effEditIdle, 0, 0, nullptr, 0.0F);
-            break;
-        case 4:
-            m_effect->dispatcher(m_effect, effEditOpen, 0, 0, m_window, 0.0F);
-            break;
-        case 5:
-            hostWindows()->destroy(m_window);
-            m_window = hostWindows()->make();
-            break;
-        default:
-            dispatch(input);
-        }
+        const int kind = input.byte() % 8;
+        if (kind == 0) setParameter(input);
+        if (kind == 1) process(m_effect->process, input);
+        if (kind == 2) process(m_effect->processReplacing, input);
+        if (kind == 3) hostWindows()->pump();
+        if (kind == 3) m_effect->dispatcher(m_effect, effEditIdle, 0, 0, nullptr, 0.0F);
+        if (kind == 4) m_effect->dispatcher(m_effect, effEditOpen, 0, 0, m_window, 0.0F);
+        if (kind == 5) hostWindows()->destroy(m_window);
+        if (kind == 5) m_window = hostWindows()->make();
+        if (kind > 5) dispatch(input);
     }
 
 private:
+    void setParameter(Input& input) {
+        const int32 index = input.integer();
+        const float value = input.number();
+        m_effect->setParameter(m_effect, index, value);
+        const float kept = m_effect->getParameter(m_effect, index);
+        const bool isOne = index >= 0 && index < m_effect->numParams;
+        require(isOne ? std::bit_cast<int32>(kept) == std::bit_cast<int32>(value) : kept == 0.0F);
+    }
+
     /// Sends any opcode except effClose. The opcode determines the pointer: the host's window, the place for the
     /// address of a rectangle, or a text buffer.
     void dispatch(Input& input) {
         const int32 opcode = input.integer();
         if (opcode == effClose) return;
-        const bool isSize = opcode == effSetBlockSize || opcode == effSetBlockSizeAndSampleRate;
         const int32 index = input.integer();
         intptr value = input.integer();
-        if (isSize) value = std::min<intptr>(value, 1 << 20); // limits the memory; other tests exhaust it
+        // Limits the memory. Other tests exhaust it.
+        if (opcode == effSetBlockSize || opcode == effSetBlockSizeAndSampleRate)
+            value = std::min<intptr>(value, 1 << 20);
         std::array<char, BufferSize> buffer;
         buffer.fill(Untouched);
         const bool isText = opcode >= effSetProgramName && opcode <= effGetParamName;

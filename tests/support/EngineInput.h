@@ -46,6 +46,16 @@ inline Values randomValues(std::mt19937& random) {
     return values;
 }
 
+/// Returns a crossfade over one block.
+inline Samples blended(const Samples& from, const Samples& to) {
+    Samples result(from.size());
+    for (std::size_t i = 0; i < from.size(); ++i) {
+        const double weight = static_cast<double>(2 * i + 1) / 4096;
+        result[i] = static_cast<float>((1 - weight) * from[i] + weight * to[i]);
+    }
+    return result;
+}
+
 /// Returns the index of the first sample whose bits differ, or -1. Two NaNs with any signs and payloads count as equal.
 inline long firstDifference(const Samples& a, const Samples& b) {
     if (a.size() != b.size()) return 0;

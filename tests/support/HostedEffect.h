@@ -24,10 +24,19 @@ public:
     }
     void set(int32 index, float value) const { record->setParameter(record, index, value); }
     [[nodiscard]] float get(int32 index) const { return record->getParameter(record, index); }
+    /// Sets the first parameters, one for each value.
+    void setAll(const auto& values) const {
+        for (int32 index = 0; const float value : values) set(index++, value);
+    }
     [[nodiscard]] std::vector<float> all() const {
         std::vector<float> values(13);
         for (int32 i = 0; i < 13; ++i) values[static_cast<std::size_t>(i)] = get(i);
         return values;
+    }
+    /// Returns the size of the editor, or null if the effect reports no size.
+    [[nodiscard]] const ERect* rect() const {
+        ERect* answer = nullptr;
+        return dispatch(effEditGetRect, &answer) == 1 ? answer : nullptr;
     }
     /// Returns the text of a parameter, or 64 times '#' if the effect writes no text.
     [[nodiscard]] std::string display(int32 index) const {

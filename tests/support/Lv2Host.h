@@ -5,7 +5,6 @@
 
 #include <lv2/core/lv2.h>
 
-#include <array>
 #include <cstdint>
 #include <stdexcept>
 #include <string>

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <string>
+#include <utility>
 
 namespace eq {
 
@@ -24,6 +25,15 @@ inline INT_PTR CALLBACK ignoreMessage(HWND, UINT, WPARAM, LPARAM) {
 inline void readyCommonControls() {
     INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES};
     InitCommonControlsEx(&controls);
+}
+
+/// Sends a message to a dialog's procedure. Returns the result of the procedure, and the result that the procedure
+/// stores in the dialog (7: none).
+inline std::pair<INT_PTR, LONG_PTR> answerOf(HWND dialog, UINT message, WPARAM wParam = 0) {
+    SetWindowLongPtrW(dialog, DWLP_MSGRESULT, 7);
+    const auto procedure = reinterpret_cast<DLGPROC>(GetWindowLongPtrW(dialog, DWLP_DLGPROC));
+    const INT_PTR result = procedure(dialog, message, wParam, 0);
+    return {result, GetWindowLongPtrW(dialog, DWLP_MSGRESULT)};
 }
 
 /// Creates a hidden window that acts as a host's window.

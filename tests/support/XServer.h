@@ -69,6 +69,12 @@ private:
     std::unique_ptr<ChildProcess> m_process;
 };
 
+/// The reply to a request, or null.
+template <typename Content>
+struct Reply : std::unique_ptr<Content, void (*)(void*)> {
+    explicit Reply(Content* content) : std::unique_ptr<Content, void (*)(void*)>(content, std::free) {}
+};
+
 /// A client of the X server, which creates and examines windows.
 class XClient {
 public:
@@ -93,51 +99,40 @@ public:
         sync();
     }
     [[nodiscard]] std::vector<xcb_window_t> children(xcb_window_t window) const {
-        std::vector<xcb_window_t> result;
-        auto* const tree = xcb_query_tree_reply(m_x, xcb_query_tree(m_x, window), nullptr);
-        if (tree) result.assign(xcb_query_tree_children(tree), xcb_query_tree_children(tree) + tree->children_len);
-        std::free(tree);
-        return result;
+        const Reply tree(xcb_query_tree_reply(m_x, xcb_query_tree(m_x, window), nullptr));
+        if (!tree) return {};
+        const xcb_window_t* const first = xcb_query_tree_children(tree.get());
+        return {first, first + tree->children_len};
     }
     [[nodiscard]] std::pair<int, int> size(xcb_window_t window) const {
-        auto* const geometry = xcb_get_geometry_reply(m_x, xcb_get_geometry(m_x, window), nullptr);
-        const std::pair<int, int> result =
-            geometry ? std::pair<int, int>(geometry->width, geometry->height) : std::pair(0, 0);
-        std::free(geometry);
-        return result;
+        const Reply geometry(xcb_get_geometry_reply(m_x, xcb_get_geometry(m_x, window), nullptr));
+        return geometry ? std::pair<int, int>(geometry->width, geometry->height) : std::pair(0, 0);
     }
     [[nodiscard]] std::uint32_t pixel(xcb_window_t window, int x, int y) const {
         const auto request = xcb_get_image(m_x, XCB_IMAGE_FORMAT_Z_PIXMAP, window, static_cast<std::int16_t>(x),
                                            static_cast<std::int16_t>(y), 1, 1, ~0U);
-        auto* const reply = xcb_get_image_reply(m_x, request, nullptr);
+        const Reply reply(xcb_get_image_reply(m_x, request, nullptr));
         std::uint32_t value = 0;
-        if (reply) std::memcpy(&value, xcb_get_image_data(reply), sizeof value);
-        std::free(reply);
+        if (reply) std::memcpy(&value, xcb_get_image_data(reply.get()), sizeof value);
         return value & 0xFFFFFF;
     }
     /// Returns a property that consists of 32-bit numbers.
     [[nodiscard]] std::vector<std::uint32_t> property(xcb_window_t window, const std::string& name) const {
         const auto named = xcb_intern_atom(m_x, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
-        auto* const atom = xcb_intern_atom_reply(m_x, named, nullptr);
+        const Reply atom(xcb_intern_atom_reply(m_x, named, nullptr));
         const auto request = xcb_get_property(m_x, 0, window, atom ? atom->atom : 0U, XCB_ATOM_ANY, 0, 99);
-        std::free(atom);
-        auto* const reply = xcb_get_property_reply(m_x, request, nullptr);
+        const Reply reply(xcb_get_property_reply(m_x, request, nullptr));
         std::vector<std::uint32_t> values(reply ? reply->length : 0);
-        if (reply) std::memcpy(values.data(), xcb_get_property_value(reply), 4 * values.size());
-        std::free(reply);
+        if (reply) std::memcpy(values.data(), xcb_get_property_value(reply.get()), 4 * values.size());
         return values;
     }
     [[nodiscard]] bool isShown(xcb_window_t window) const {
-        auto* const reply = xcb_get_window_attributes_reply(m_x, xcb_get_window_attributes(m_x, window), nullptr);
-        const bool result = reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
-        std::free(reply);
-        return result;
+        const Reply reply(xcb_get_window_attributes_reply(m_x, xcb_get_window_attributes(m_x, window), nullptr));
+        return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
     }
     [[nodiscard]] xcb_window_t focus() const {
-        auto* const reply = xcb_get_input_focus_reply(m_x, xcb_get_input_focus(m_x), nullptr);
-        const xcb_window_t window = reply ? reply->focus : xcb_window_t{XCB_NONE};
-        std::free(reply);
-        return window;
+        const Reply reply(xcb_get_input_focus_reply(m_x, xcb_get_input_focus(m_x), nullptr));
+        return reply ? reply->focus : xcb_window_t{XCB_NONE};
     }
     void resize(xcb_window_t window, std::uint32_t width, std::uint32_t height) const {
         const std::array<std::uint32_t, 2> values = {width, height};
