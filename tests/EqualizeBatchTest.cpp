@@ -1,44 +1,27 @@
-#include "tests/support/CommandTest.h"
+#include "tests/support/EqualizeCommand.h"
 
-#include <cmath>
 #include <set>
 #include <sstream>
 #include <tuple>
-#include <vector>
-
-#include <sndfile.hh>
 
 namespace eq {
 
 namespace {
 
 /// Runs `equalize` with many files. All samples of a file have the same value, by which a test identifies the output.
-class EqualizeBatch : public CommandTest {
+class EqualizeBatch : public EqualizeCommand {
 protected:
-    EqualizeBatch() : CommandTest(EQ_EQUALIZE_PATH) {}
-
+    using EqualizeCommand::writeSound;
     void writeSound(const std::string& name, float value, int rate = 44100) const {
         std::filesystem::create_directories(std::filesystem::path(path(name)).parent_path());
-        SndfileHandle file(path(name), SFM_WRITE, SF_FORMAT_WAV | SF_FORMAT_FLOAT, 1, rate);
-        const std::vector<float> sound(5000, value);
-        file.write(sound.data(), 5000);
+        writeSound(name, {rate, 1, std::vector<float>(5000, value)});
     }
-    [[nodiscard]] float lastSample(const std::string& name) const {
-        SndfileHandle file(path(name));
-        std::vector<float> sound(5000);
-        EXPECT_EQ(file.read(sound.data(), 5000), 5000) << name;
-        return sound.back();
-    }
+    [[nodiscard]] float lastSample(const std::string& name) const { return readSound(name).samples.at(4999); }
     [[nodiscard]] std::set<std::string> tree() const {
         std::set<std::string> names;
         for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path()))
             if (entry.is_regular_file()) names.insert(entry.path().lexically_relative(folder.path()).string());
         return names;
-    }
-    void expectRun(const std::string& arguments, int exitCode, const std::string& message) const {
-        const Outcome outcome = run(arguments);
-        EXPECT_EQ(outcome.exitCode, exitCode) << arguments << "\n" << outcome.said;
-        EXPECT_NE(outcome.said.find(message), std::string::npos) << message << "\n" << outcome.said;
     }
 };
 
@@ -48,7 +31,7 @@ TEST_F(EqualizeBatch, WritesAnOutputForEachInputAndContinuesAfterAFailure) {
     folder.write("in/1 bad.wav", "no sound");
     folder.write("in/text.txt", "no sound either");
     expectRun("--recursive --output-dir in/out --suffix -x --jobs 4 --volume 6 in", 1,
-              "written: 40, skipped: 0, failed: 1");
+              {"written: 40, skipped: 0, failed: 1"});
     for (int i = 1; i <= 40; ++i) {
         const std::string name = (i % 2 == 0 ? "in/out/even/" : "in/out/") + std::to_string(i) + "-x.wav";
         EXPECT_NEAR(lastSample(name), i / 100.0 * std::pow(10.0, 0.3), 1e-5) << name;
@@ -56,8 +39,8 @@ TEST_F(EqualizeBatch, WritesAnOutputForEachInputAndContinuesAfterAFailure) {
     EXPECT_EQ(tree().size(), 82U);
     std::filesystem::remove(path("in/out/7-x.wav"));
     expectRun("--recursive --output-dir in/out --suffix -x --skip-existing in", 1,
-              "written: 1, skipped: 39, failed: 1");
-    expectRun("--output-dir in/out in/even/2.wav in/missing.wav", 1, "in/missing.wav: No such file");
+              {"written: 1, skipped: 39, failed: 1"});
+    expectRun("--output-dir in/out in/even/2.wav in/missing.wav", 1, {"in/missing.wav: No such file"});
 }
 
 TEST_F(EqualizeBatch, WritesNothingInADryRunAndReplacesNoProtectedFile) {
@@ -83,13 +66,13 @@ TEST_F(EqualizeBatch, WritesNothingInADryRunAndReplacesNoProtectedFile) {
         {"--output-dir out a.wav --band 1:freq=30k", 1, "a.wav: band 1: 30000 Hz is out of reach"},
     };
     for (const auto& [arguments, exitCode, message] : rows) {
-        expectRun(std::string("--dry-run ") + arguments, exitCode, message);
+        expectRun(std::string("--dry-run ") + arguments, exitCode, {message});
         EXPECT_EQ(tree(), before) << arguments;
     }
     std::filesystem::create_directory(path("links"));
     std::filesystem::create_symlink("a-x.wav", path("links/a.wav"));
-    expectRun("--output-dir links a.wav a-x.wav", 2, "a.wav and a-x.wav have the same output: links/a-x.wav");
-    expectRun("-n a.wav a-x.wav", 1, "a-x.wav: the file exists");
+    expectRun("--output-dir links a.wav a-x.wav", 2, {"a.wav and a-x.wav have the same output: links/a-x.wav"});
+    expectRun("-n a.wav a-x.wav", 1, {"a-x.wav: the file exists"});
     EXPECT_FLOAT_EQ(lastSample("a-x.wav"), 0.2F);
 }
 
@@ -119,7 +102,7 @@ TEST_F(EqualizeHabits, AcceptsUnitsPrefersTheLaterOptionAndRefusesEmptyValues) {
         {"p out.wav", 1, "p: not a readable audio file: the contents have no known audio format"},
         {"\"$(printf '\\033[31m')\" x.wav", 1, "\\x1B[31m: No such file"},
     };
-    for (const auto& [arguments, exitCode, message] : rows) expectRun(arguments, exitCode, message);
+    for (const auto& [arguments, exitCode, message] : rows) expectRun(arguments, exitCode, {message});
     std::istringstream help(run("--help").said);
     for (std::string line; std::getline(help, line);) EXPECT_LE(line.size(), 80U) << line;
 }
@@ -127,7 +110,7 @@ TEST_F(EqualizeHabits, AcceptsUnitsPrefersTheLaterOptionAndRefusesEmptyValues) {
 TEST_F(EqualizeHabits, NamesTheBrokenLanguageFileIfTheLibraryDoesNotLoad) {
     std::filesystem::copy_file(EQ_LIBRARY_PATH, path("library.so"));
     folder.write("Equalizer1033.lng", "[Shared]\nIDS_DB\n");
-    expectRun("--plugin library.so --list", 1, "Equalizer1033.lng:2: equal (=) expected");
+    expectRun("--plugin library.so --list", 1, {"Equalizer1033.lng:2: equal (=) expected"});
 }
 
 TEST_F(EqualizeHabits, ShowsProgressInTwentyColumnsWithoutEscapeSequences) {
@@ -145,41 +128,32 @@ TEST_F(EqualizeHabits, ShowsProgressInTwentyColumnsWithoutEscapeSequences) {
 
 TEST_F(EqualizeHabits, NormalizesThePeakWithoutClipping) {
     const auto levels = [this](const std::string& options, const char* output = "out.wav") {
-        expectRun("in.wav " + std::string(output) + " " + options, 0, "");
-        SndfileHandle file(path(output));
-        std::vector<float> sound(3);
-        file.read(sound.data(), 3);
-        return sound;
+        expectRun("in.wav " + std::string(output) + " " + options, 0);
+        return samplesOf(output);
     };
-    SndfileHandle(path("in.wav"), SFM_WRITE, SF_FORMAT_WAV | SF_FORMAT_FLOAT, 1, 44100)
-        .write(std::vector<float>{1.6F, -0.4F, 0.0F}.data(), 3);
+    writeSound("in.wav", {44100, 1, {1.6F, -0.4F, 0.0F}});
     EXPECT_EQ(levels("--headroom"), (std::vector<float>{1.0F, -0.25F, 0.0F}));
     EXPECT_EQ(levels("--headroom --volume -12"), levels("--volume -12"));
     EXPECT_FLOAT_EQ(levels("--normalize -20 --normalize -6.0206dB --volume 5")[0], 0.5F);
     // The highest sample of 24 bits is one step below 1. With --dither, the highest sample must not clip, either.
     EXPECT_EQ(levels("--normalize 0", "out.flac")[0], 1.0F - 0x1p-23F);
-    expectRun("in.wav out.flac --normalize 0 --dither", 0, "gain applied: -4.08 dB\nequalize: in.wav ->");
-    SndfileHandle(path("in.wav"), SFM_WRITE, SF_FORMAT_WAV | SF_FORMAT_FLOAT, 1, 44100)
-        .write(std::vector<float>{-1.0F, 0.5F, 0.0F}.data(), 3);
+    expectRun("in.wav out.flac --normalize 0 --dither", 0, {"gain applied: -4.08 dB\nequalize: in.wav ->"});
+    writeSound("in.wav", {44100, 1, {-1.0F, 0.5F, 0.0F}});
     EXPECT_EQ(levels("--headroom", "out.flac"), (std::vector<float>{-1.0F, 0.5F, 0.0F}));
-    expectRun("in.wav out.flac --normalize 1", 2, "-100 to 0 dB");
+    expectRun("in.wav out.flac --normalize 1", 2, {"-100 to 0 dB"});
 }
 
 TEST_F(EqualizeHabits, DithersWithTheSameTriangularNoiseInEachRun) {
     constexpr std::size_t Count = 200000;
-    const std::vector<float> constant(Count, 0.25F * 0x1p-15F);
-    SndfileHandle(path("in.wav"), SFM_WRITE, SF_FORMAT_WAV | SF_FORMAT_FLOAT, 1, 44100).write(constant.data(), Count);
-    expectRun("in.wav out.flac", 0, "");
-    for (const char* const name : {"a.wav", "b.wav"})
-        expectRun("in.wav " + std::string(name) + " --dither --block " + (name[0] == 'a' ? "1000" : "77"), 0,
-                  "--dither has no effect on WAV");
+    writeSound("in.wav", {44100, 1, std::vector<float>(Count, 0.25F * 0x1p-15F)});
+    for (const char* const options : {"a.wav --block 1000", "b.wav --block 77"})
+        expectRun("in.wav --dither " + std::string(options), 0, {"--dither has no effect on WAV"});
     EXPECT_EQ(contents("a.wav"), contents("b.wav"));
     // The samples of these VOC files have 16 bits.
-    for (const char* const name : {"a.voc", "b.voc"}) expectRun("in.wav " + std::string(name) + " --dither", 0, "");
+    for (const char* const name : {"a.voc", "b.voc"}) expectRun("in.wav " + std::string(name) + " --dither", 0);
     EXPECT_EQ(contents("a.voc"), contents("b.voc"));
-    SndfileHandle file(path("a.voc"));
-    std::vector<float> sound(Count);
-    ASSERT_EQ(file.read(sound.data(), Count), static_cast<sf_count_t>(Count));
+    const std::vector<float> sound = samplesOf("a.voc");
+    ASSERT_EQ(sound.size(), Count);
     double sum = 0.0;
     double squares = 0.0;
     for (const float sample : sound) {

@@ -1,14 +1,9 @@
 #include "tests/support/EqualizeCommand.h"
 
 #include <algorithm>
-#include <cmath>
-#include <complex>
-#include <map>
-#include <numbers>
 #include <set>
 #include <sstream>
 #include <tuple>
-#include <vector>
 
 #include <sys/stat.h>
 
@@ -47,9 +42,7 @@ TEST_F(EqualizeCommand, HasTheRequestedResponseAtEachRate) {
     };
     for (const auto& [rate, options, response, note] : rows) {
         SCOPED_TRACE(options);
-        Sound impulse{rate, 1, std::vector<float>(1 << 17)};
-        impulse.samples[0] = 1.0F;
-        writeSound("in.wav", impulse);
+        writeSound("in.wav", impulse(rate, 1 << 17));
         const std::string notes = equalize(options);
         for (const auto& [frequency, decibels] : response)
             EXPECT_NEAR(decibelsAt(readSound("out.wav"), frequency), decibels, 0.01) << frequency << " Hz";
@@ -59,18 +52,20 @@ TEST_F(EqualizeCommand, HasTheRequestedResponseAtEachRate) {
 }
 
 TEST_F(EqualizeCommand, KeepsTheFormatUnlessTheExtensionNamesAnother) {
+    constexpr int U8 = SF_FORMAT_WAV | SF_FORMAT_PCM_U8;
+    constexpr int Ulaw = SF_FORMAT_WAV | SF_FORMAT_ULAW;
+    constexpr int Pcm24 = SF_FORMAT_WAV | SF_FORMAT_PCM_24;
+    constexpr int Vorbis = SF_FORMAT_OGG | SF_FORMAT_VORBIS;
+    // clang-format off
     const std::tuple<int, const char*, int, bool> rows[] = {
-        {SF_FORMAT_WAV | SF_FORMAT_PCM_U8, "o", SF_FORMAT_WAV | SF_FORMAT_PCM_U8, true},
-        {SF_FORMAT_WAV | SF_FORMAT_PCM_24, "o.AIF", SF_FORMAT_AIFF | SF_FORMAT_PCM_24, true},
-        {Float, "o.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_24, false},
-        {SF_FORMAT_WAV | SF_FORMAT_ULAW, "o.caf", SF_FORMAT_CAF | SF_FORMAT_ULAW, true},
-        {Pcm16, "o.ogg", SF_FORMAT_OGG | SF_FORMAT_VORBIS, false},
-        {SF_FORMAT_OGG | SF_FORMAT_VORBIS, "o.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_24, false},
-    };
+        {U8, "o", U8, true}, {Pcm24, "o.AIF", SF_FORMAT_AIFF | SF_FORMAT_PCM_24, true},
+        {Float, "o.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_24, false}, {Pcm16, "o.ogg", Vorbis, false},
+        {Ulaw, "o.caf", SF_FORMAT_CAF | SF_FORMAT_ULAW, true}, {Vorbis, "o.wav", Pcm24, false}};
+    // clang-format on
     for (const auto& [format, place, expected, isExact] : rows) {
         SCOPED_TRACE(place);
         writeSound("in", noise(44100, 2, 5000, format));
-        EXPECT_EQ(run(std::string("in ") + place).exitCode, 0);
+        expectRun(std::string("in ") + place, 0);
         const Sound output = readSound(place);
         EXPECT_EQ(output.format, expected) << std::hex << output.format;
         EXPECT_EQ(output.samples.size(), 10000U);
@@ -82,8 +77,7 @@ TEST_F(EqualizeCommand, RoundsAndClipsIntegerSamplesAndReportsTheClipping) {
     constexpr float Step = 0x1p-23F;
     constexpr float NaN = std::numeric_limits<float>::quiet_NaN();
     writeSound("in.wav", {44100, 1, {1.0F, -1.0F, 1.5F, 0.6F * Step, 0.4F * Step, -0.6F * Step, -0.4F * Step, NaN}});
-    const std::string notes = run("in.wav out.flac --replace-nan").said;
-    EXPECT_NE(notes.find("1 sample was clipped to full scale; the highest is 3.52 dB"), std::string::npos) << notes;
+    expectRun("in.wav out.flac --replace-nan", 0, {"1 sample was clipped to full scale; the highest is 3.52 dB"});
     EXPECT_EQ(readSound("out.flac").samples,
               (std::vector<float>{1.0F - Step, -1.0F, 1.0F - Step, Step, 0.0F, -Step, 0.0F, 0.0F}));
     EXPECT_EQ(equalize("--replace-nan").find("clipped"), std::string::npos);
@@ -92,10 +86,10 @@ TEST_F(EqualizeCommand, RoundsAndClipsIntegerSamplesAndReportsTheClipping) {
 TEST_F(EqualizeCommand, ReplacesItsOwnInputAndKeepsPermissionsAndLinks) {
     writeSound("sound.wav", noise(44100, 1, 3000));
     const float before = readSound("sound.wav").samples[7];
-    EXPECT_EQ(run("--volume -12 link.wav link.wav", "chmod 640 sound.wav; ln -s sound.wav link.wav;").exitCode, 0);
+    expectRun("--volume -12 link.wav link.wav", 0, {}, "chmod 640 sound.wav; ln -s sound.wav link.wav;");
     EXPECT_TRUE(std::filesystem::is_symlink(path("link.wav")));
     EXPECT_NEAR(readSound("sound.wav").samples[7], before * std::pow(10.0, -0.6), 1e-6);
-    EXPECT_EQ(run("sound.wav fresh.wav", "umask 027;").exitCode, 0);
+    expectRun("sound.wav fresh.wav", 0, {}, "umask 027;");
     for (const char* const name : {"sound.wav", "fresh.wav"})
         EXPECT_EQ(static_cast<int>(std::filesystem::status(path(name)).permissions()), 0640) << name;
     EXPECT_EQ(files().size(), 3U);
@@ -107,8 +101,7 @@ TEST_F(EqualizeCommand, WritesACompleteFileIntoAPipeAndReadsAHeaderWithoutALengt
     std::string bytes = contents("in.wav");
     for (const std::size_t sizeField : {std::size_t{4}, bytes.find("data") + 4}) bytes.replace(sizeField, 4, 4, '\xFF');
     folder.write("in.wav", bytes);
-    const std::string notes = run("in.wav /dev/stdout | cat > out.wav").said;
-    EXPECT_NE(notes.find("in.wav -> /dev/stdout: 3000 frames"), std::string::npos) << notes;
+    expectRun("in.wav /dev/stdout | cat > out.wav", 0, {"in.wav -> /dev/stdout: 3000 frames"});
     EXPECT_EQ(readSound("out.wav").samples, expected);
     EXPECT_EQ(equalize("--quiet"), "");
 }
@@ -116,30 +109,26 @@ TEST_F(EqualizeCommand, WritesACompleteFileIntoAPipeAndReadsAHeaderWithoutALengt
 TEST_F(EqualizeCommand, KeepsAllFilesWhenTheInputOrTheOutputFails) {
     writeSound("in.wav", noise(44100, 2, 300, Pcm16));
     folder.write("out.wav", "This is not sound, whatever its name says.\n");
+    // The title follows the sound in WAV, and precedes the sound in AIFF, in a chunk of odd length.
+    // clang-format off
     const std::tuple<std::string, int, const char*> cutFiles[] = {
-        {"cut.wav", SF_FORMAT_WAV, "ends early: 328 of 1200 bytes"}, // the title follows the sound
-        {"cut.rf64", SF_FORMAT_RF64, "ends early: 328 of 1200 bytes"},
-        {"cut.w64", SF_FORMAT_W64, "ends early"},
-        {"cut.aiff", SF_FORMAT_AIFF, "ends early"}, // the title precedes the sound, in a chunk of odd length
-        {"cut.au", SF_FORMAT_AU, "ends early: 300 of 1200 bytes"},
-        {"cut.flac", SF_FORMAT_FLAC, "of 300 frames could be read"},
-    };
+        {"cut.wav", SF_FORMAT_WAV, "ends early: 328 of 1200 bytes"}, {"cut.w64", SF_FORMAT_W64, "ends early"},
+        {"cut.rf64", SF_FORMAT_RF64, "ends early: 328 of 1200 bytes"}, {"cut.aiff", SF_FORMAT_AIFF, "ends early"},
+        {"cut.au", SF_FORMAT_AU, "ends early: 300 of 1200 bytes"}, {"cut.flac", SF_FORMAT_FLAC, "of 300 frames could"}};
+    // clang-format on
     for (const auto& [name, format, message] : cutFiles) {
-        EXPECT_EQ(run("in.wav " + name).exitCode, 0) << name;
+        expectRun("in.wav " + name, 0);
         EXPECT_EQ(SndfileHandle(path(name)).format() & SF_FORMAT_TYPEMASK, format) << name;
         std::filesystem::resize_file(path(name), std::filesystem::file_size(path(name)) - 900);
         expectFailure(1, name + " out.wav", message);
     }
+    // clang-format off
     const std::pair<const char*, const char*> rows[] = {
-        {"missing.wav out.wav", "No such file"},
-        {". out.wav", "Is a directory"},
-        {"out.wav out.wav", "not a readable audio file"},
-        {"in.wav /dev/full", "No space left on device"},
-        {"in.wav nowhere/out.wav", "No such file or directory"},
-        {"in.wav ..", "Is a directory"},
-        {"--list > /dev/full", "No space left on device"},
-        {"--preset missing --list", "No such file"},
-    };
+        {"missing.wav out.wav", "No such file"}, {". out.wav", "Is a directory"}, {"in.wav ..", "Is a directory"},
+        {"out.wav out.wav", "not a readable audio file"}, {"in.wav /dev/full", "No space left on device"},
+        {"in.wav nowhere/out.wav", "No such file or directory"}, {"--list > /dev/full", "No space left on device"},
+        {"--preset missing --list", "No such file"}};
+    // clang-format on
     for (const auto& [arguments, message] : rows) expectFailure(1, arguments, message);
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
 }
@@ -149,9 +138,8 @@ TEST_F(EqualizeCommand, KeepsAllFilesWhenTheInputOrTheOutputFails) {
 TEST_F(EqualizeCommand, LosesNothingWhenNoFileCanGrow) {
     writeSound("in.wav", noise(44100, 2, 300, Pcm16));
     folder.write("out.wav", "old");
-    expectFailure(1, "in.wav out.wav", "File too large", "ulimit -f 1;");
-    expectFailure(1, "in.wav out.flac", "File too large", "ulimit -f 1;");
-    expectFailure(1, "in.wav out.ogg", "File too large", "ulimit -f 7;");
+    for (const auto& [place, limit] : {std::pair("out.wav", "1;"), {"out.flac", "1;"}, {"out.ogg", "7;"}})
+        expectFailure(1, std::string("in.wav ") + place, "File too large", std::string("ulimit -f ") + limit);
 }
 
 TEST_F(EqualizeCommand, RemovesItsTemporaryFileWhenASignalEndsIt) {
@@ -161,7 +149,7 @@ TEST_F(EqualizeCommand, RemovesItsTemporaryFileWhenASignalEndsIt) {
         // The command waits for the rest of the sound, which never arrives.
         const std::string feed = "{ { head -c -40 in.wav; for try in $(seq 1000); do ls .unfinished* >&2 && kill -" +
                                  name + " $$ && break; sleep 0.01; done; } > pipe.wav; } > /dev/null 2>&1 &";
-        EXPECT_EQ(run("pipe.wav out.wav", feed).exitCode, 128 + number);
+        expectRun("pipe.wav out.wav", 128 + number, {}, feed);
         EXPECT_EQ(files().size(), 2U) << "a temporary file is left";
     }
 }
@@ -175,25 +163,19 @@ TEST_F(EqualizeCommand, NeedsNoMoreMemoryForALongFile) {
 
 TEST_F(EqualizeCommand, RefusesBadUsageAndNamesTheAcceptedValues) {
     writeSound("in.wav", noise(48000, 1, 100));
-    const std::pair<const char*, const char*> rows[] = {
-        {"", "INPUT and OUTPUT are missing"},
-        {"in.wav", "OUTPUT is missing"},
-        {"in.wav out.wav third", "third"},
-        {"in.wav out.wav --volume 12.5", "-12 to 12 dB"},
-        {"in.wav out.wav --volume nan", "-12 to 12 dB"},
-        {"in.wav out.wav --volume 3Hz", "-12 to 12 dB"},
-        {"in.wav out.unknown", "extension '.unknown'"},
-        {"in.wav out.wav --band 5:gain=1", "1 to 4"},
-        {"in.wav out.wav --band 1", "N:freq=HZ,gain=DB,q=Q"},
-        {"in.wav out.wav --band 1:gain=1,width=2", "freq=HZ, gain=DB and q=Q"},
-        {"in.wav out.wav --band 1:freq=21.76", "21.77 to 21768.70 Hz"},
-        {"in.wav out.wav --band 1:freq=21768.8", "21.77 to 21768.70 Hz"},
-        {"in.wav out.wav --band 1:gain=1", "21.77 to 21768.70 Hz"},
-        {"in.wav out.wav --band 1:freq=19.9 --no-rate-correction", "20 to 20000 Hz"},
-        {"in.wav out.wav --set 13=0", "0 to 12"},
-        {"in.wav out.wav --block 0", "1 to 1000000"},
-    };
-    for (const auto& [arguments, message] : rows) expectFailure(2, arguments, message);
+    expectFailure(2, "", "INPUT and OUTPUT are missing");
+    expectFailure(2, "in.wav", "OUTPUT is missing");
+    expectFailure(2, "in.wav out.unknown", "extension '.unknown'");
+    // clang-format off
+    const std::pair<std::string, const char*> rows[] = {
+        {"third", "third"}, {"--volume 12.5", "-12 to 12 dB"}, {"--volume nan", "-12 to 12 dB"},
+        {"--volume 3Hz", "-12 to 12 dB"}, {"--band 5:gain=1", "1 to 4"}, {"--band 1", "N:freq=HZ,gain=DB,q=Q"},
+        {"--band 1:gain=1,width=2", "freq=HZ, gain=DB and q=Q"}, {"--band 1:freq=21.76", "21.77 to 21768.70 Hz"},
+        {"--band 1:freq=21768.8", "21.77 to 21768.70 Hz"}, {"--band 1:gain=1", "21.77 to 21768.70 Hz"},
+        {"--band 1:freq=19.9 --no-rate-correction", "20 to 20000 Hz"}, {"--set 13=0", "0 to 12"},
+        {"--block 0", "1 to 1000000"}};
+    // clang-format on
+    for (const auto& [options, message] : rows) expectFailure(2, "in.wav out.wav " + options, message);
     equalize("--band 1:freq=21.77 --band 2:freq=21768.7");
 }
 
@@ -229,11 +211,10 @@ TEST_F(EqualizeCommand, ReadsThePresetThatItWritesAndNamesTheLineOfAFault) {
 }
 
 TEST_F(EqualizeCommand, ListsParametersRangesAndValues) {
-    const std::string list = run("--list --band 2:freq=100,gain=-5,q=10").said;
-    for (const char* const row : {"    0  volume      Volume        -12 to 12 dB    0.500000  0.00 dB\n",
-                                  "    2  band2.freq  Frequency(2)  20 to 20000 Hz  0.767010  100.00 Hz\n",
-                                  "    6  band2.gain  Gain(2)       -10 to 10 dB    0.750000  -5.00 dB\n"})
-        EXPECT_NE(list.find(row), std::string::npos) << row << "\n" << list;
+    expectRun("--list --band 2:freq=100,gain=-5,q=10", 0,
+              {"    0  volume      Volume        -12 to 12 dB    0.500000  0.00 dB\n",
+               "    2  band2.freq  Frequency(2)  20 to 20000 Hz  0.767010  100.00 Hz\n",
+               "    6  band2.gain  Gain(2)       -10 to 10 dB    0.750000  -5.00 dB\n"});
 }
 
 TEST_F(EqualizeCommand, SearchesTheLibraryBesideTheProgramAndThenWhereItIsInstalled) {
@@ -247,14 +228,14 @@ TEST_F(EqualizeCommand, SearchesTheLibraryBesideTheProgramAndThenWhereItIsInstal
     const std::string installed = path("lib/vst/Parametric Equalizer.so");
     for (const std::string& place : {beside, installed}) expectFailure(1, "--list", place);
     std::filesystem::copy_file(EQ_LIBRARY_PATH, installed);
-    EXPECT_EQ(run("--list").exitCode, 0);
+    expectRun("--list", 0);
     folder.write("bin/Parametric Equalizer.so", "not a library");
     expectFailure(1, "--list", beside);
-    EXPECT_EQ(run("--plugin 'Parametric Equalizer.so' --list", "cd lib/vst;").exitCode, 0);
+    expectRun("--plugin 'Parametric Equalizer.so' --list", 0, {}, "cd lib/vst;");
 }
 
 TEST_F(EqualizeCommand, DrawsTheMeasuredResponse) {
-    EXPECT_EQ(run("--plot plot.svg --band 2:freq=500,gain=8,q=4 --volume -2").exitCode, 0);
+    expectRun("--plot plot.svg --band 2:freq=500,gain=8,q=4 --volume -2", 0);
     const std::string svg = contents("plot.svg");
     for (const char* const text : {"20k", "Band 2", "500 Hz", "+8.0 dB", "Q 4.0", "All bands, volume −2.0 dB"})
         EXPECT_NE(svg.find(">" + std::string(text) + "<"), std::string::npos) << text;
@@ -284,9 +265,8 @@ TEST_F(EqualizeCommand, ShowsProgressOnATerminalOnly) {
     writeSound("in.wav", noise(44100, 1, 1000));
     EXPECT_EQ(equalize("").find('\r'), std::string::npos);
     program = "/usr/bin/script";
-    const std::string shown =
-        run("-qec \"'" EQ_EQUALIZE_PATH "' in.wav out.wav\" /dev/null < /dev/null", "export SHELL=/bin/sh;").said;
-    EXPECT_NE(shown.find("\r["), std::string::npos) << shown;
+    expectRun("-qec \"'" EQ_EQUALIZE_PATH "' in.wav out.wav\" /dev/null < /dev/null", 0, {"\r["},
+              "export SHELL=/bin/sh;");
 }
 
 } // namespace

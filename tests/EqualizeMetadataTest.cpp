@@ -2,14 +2,13 @@
 
 #include "support/BinaryReader.h"
 #include "support/BinaryWriter.h"
-#include "tests/support/CommandTest.h"
+#include "tests/support/EqualizeCommand.h"
 
 #include <bit>
 #include <chrono>
 #include <thread>
 #include <tuple>
 #include <utility>
-#include <vector>
 
 namespace eq {
 
@@ -65,21 +64,8 @@ Chunks descriptionsIn(const std::string& file, std::endian order = little) {
     return found;
 }
 
-class EqualizeMetadata : public CommandTest {
+class EqualizeMetadata : public EqualizeCommand {
 protected:
-    EqualizeMetadata() : CommandTest(EQ_EQUALIZE_PATH) {}
-
-    std::string equalize(const std::string& arguments) const {
-        const Outcome outcome = run(arguments);
-        EXPECT_EQ(outcome.exitCode, 0) << arguments << "\n" << outcome.said;
-        return outcome.said;
-    }
-    /// Runs shell commands, and expects that they succeed. Returns their output.
-    std::string shell(const std::string& command) const {
-        const Outcome outcome = run("", "{ " + command + "; } < /dev/null; exit;");
-        EXPECT_EQ(outcome.exitCode, 0) << command << "\n" << outcome.said;
-        return outcome.said;
-    }
     [[nodiscard]] std::string probe(const std::string& entries, const std::string& file) const {
         return shell("ffprobe -v error -of default=noprint_wrappers=1 -show_entries " + entries + " " + file);
     }
@@ -116,7 +102,7 @@ TEST_F(EqualizeMetadata, CopiesChunksByteForByteBetweenWavAndRf64AndWithinAiff) 
     for (const auto& [from, to] :
          {std::pair("in.wav", "a.wav"), {"a.wav", "b.rf64"}, {"b.rf64", "c.rf64"}, {"c.rf64", "d.wav"}}) {
         SCOPED_TRACE(to);
-        EXPECT_EQ(equalize(std::string(from) + " --bits 24 " + to).find("note:"), std::string::npos);
+        EXPECT_EQ(expectRun(std::string(from) + " --bits 24 " + to, 0).find("note:"), std::string::npos);
         EXPECT_TRUE(descriptionsIn(contents(to)) == expected);
         EXPECT_EQ(probe("stream=duration_ts", to), "duration_ts=1000\n");
     }
@@ -129,7 +115,7 @@ TEST_F(EqualizeMetadata, CopiesChunksByteForByteBetweenWavAndRf64AndWithinAiff) 
                          {"ANNO", "two and more"},
                          {"APPL", oddBytes(60001)}};
     folder.write("in.aiff", container("FORM", "AIFF", aiff, big));
-    EXPECT_EQ(equalize("in.aiff out.aiff").find("note:"), std::string::npos);
+    EXPECT_EQ(expectRun("in.aiff out.aiff", 0).find("note:"), std::string::npos);
     EXPECT_TRUE(descriptionsIn(contents("out.aiff"), big) == descriptionsIn(contents("in.aiff"), big));
 }
 
@@ -141,32 +127,23 @@ TEST_F(EqualizeMetadata, ReadsOtherProgramsChunksAndReportsTheLostChunks) {
         {"out.caf", "the chunks bext, inst, cue, LIST, smpl, zzzz are not copied: CAF cannot hold them\n"},
         {"out.au", "not all titles and similar texts are copied: AU cannot hold them\n"},
     };
-    for (const auto& [place, note] : rows) {
-        const std::string said = equalize(std::string("in.wav ") + place);
-        EXPECT_NE(said.find(note), std::string::npos) << said;
-    }
+    for (const auto& [place, note] : rows) expectRun(std::string("in.wav ") + place, 0, {note});
     EXPECT_EQ(shell("metaflac --no-utf8-convert --export-tags-to=- out.flac | sort"),
               "IENG=En\nSUBTITLE=b\nTITLE=Tét\n");
 
-    const std::string piped = run("- out.wav", "cat in.wav |").said;
-    EXPECT_NE(piped.find("not copied, because they follow the sound in a pipe: cue , LIST, smpl, id3 "),
-              std::string::npos)
-        << piped;
-
+    expectRun("- out.wav", 0, {"not copied, because they follow the sound in a pipe: cue , LIST, smpl, id3 "},
+              "cat in.wav |");
     // The chunk "oddd" has an odd size and no padding, and the end of the file cuts off the chunk "bad ".
     folder.write("cut.wav", whole + "oddd" + number(1) + "x" + "good" + number(2) + "ab" + "bad " + number(9) + "abc");
-    const std::string said = equalize("cut.wav out.wav");
-    EXPECT_NE(said.find("cut.wav: the chunk bad is not copied: the end of the file cuts it off"), std::string::npos)
-        << said;
+    expectRun("cut.wav out.wav", 0, {"cut.wav: the chunk bad is not copied: the end of the file cuts it off"});
     const Chunks found = descriptionsIn(contents("out.wav"));
     ASSERT_EQ(found.size(), 11U);
-    EXPECT_EQ(found[9], std::pair(std::string("oddd"), std::string("x")));
-    EXPECT_EQ(found[10], std::pair(std::string("good"), std::string("ab")));
+    EXPECT_EQ((Chunks{found[9], found[10]}), (Chunks{{"oddd", "x"}, {"good", "ab"}}));
 
     // The chunks after an empty chunk "data" are not sound.
     const Chunks empty = {wavChunks[1], {"data", ""}, {"zzzz", "after"}};
     folder.write("empty.wav", container("RIFF", "WAVE", empty, little));
-    equalize("empty.wav out.wav");
+    expectRun("empty.wav out.wav", 0);
     EXPECT_TRUE(descriptionsIn(contents("out.wav")) == descriptionsIn(contents("empty.wav")));
 }
 
@@ -186,15 +163,14 @@ TEST_F(EqualizeMetadata, KeepsTagsAndPicturesInAllFormats) {
     const std::string expected = shell("sh list in.flac");
     ASSERT_NE(expected.find("a ü"), std::string::npos) << expected;
 
-    equalize("in.flac direct.flac");
+    expectRun("in.flac direct.flac", 0);
     EXPECT_EQ(shell("sh list direct.flac"), expected);
     EXPECT_EQ(shell("metaflac --export-cuesheet-to=- direct.flac | grep -c INDEX"), "1\n");
     std::string before = "in.flac";
     for (const char* const place :
          {"a.mp3", "b.ogg", "c.opus", "d.wav", "e.mp3", "f.rf64", "g.aiff", "h.opus", "end.flac"}) {
         SCOPED_TRACE(place);
-        const std::string said = equalize(before + " " + place);
-        EXPECT_EQ(said.find("no place"), std::string::npos) << said;
+        EXPECT_EQ(expectRun(before + " " + place, 0).find("no place"), std::string::npos);
         const std::string found = probe("format_tags:stream_tags=title:stream=width", place);
         for (const char* const part : {"Grün 日本", "width=301\n", "width=320\n"})
             EXPECT_NE(found.find(part), std::string::npos) << part << "\n" << found;
@@ -202,15 +178,14 @@ TEST_F(EqualizeMetadata, KeepsTagsAndPicturesInAllFormats) {
     }
     EXPECT_EQ(shell("sh list end.flac"), expected);
     shell("metaflac --set-tag=REPLAYGAIN_TRACK_GAIN=-3 in.flac");
-    const std::string said = equalize("in.flac out.caf");
-    EXPECT_NE(said.find("ReplayGain state the loudness of the sound before"), std::string::npos) << said;
-    EXPECT_NE(said.find("the tags OWN, REPLAYGAIN_TRACK_GAIN are not copied: CAF cannot hold them"), std::string::npos)
-        << said;
-    EXPECT_NE(said.find("pictures are not copied: CAF cannot hold them"), std::string::npos) << said;
+    expectRun("in.flac out.caf", 0,
+              {"ReplayGain state the loudness of the sound before",
+               "the tags OWN, REPLAYGAIN_TRACK_GAIN are not copied: CAF cannot hold them",
+               "pictures are not copied: CAF cannot hold them"});
 
     // The limit of the file's size is enough for the sound, but not for the picture.
     folder.write("out.flac", "old");
-    EXPECT_EQ(run("in.flac out.flac", "ulimit -f 300;").exitCode, 1);
+    expectRun("in.flac out.flac", 1, {}, "ulimit -f 300;");
     EXPECT_EQ(contents("out.flac"), "old");
 }
 
@@ -237,22 +212,19 @@ TEST_F(EqualizeMetadata, CopiesMp3TagsByteForByteAndConvertsTheRichestTag) {
     const std::string tail = ape(0xA0000000) + items + ape(0x80000000) + id3v1;
     folder.write("in.mp3", id3 + contents("plain.mp3") + tail);
 
-    EXPECT_NE(equalize("in.mp3 out.mp3").find("compressed with loss (MPEG"), std::string::npos);
+    expectRun("in.mp3 out.mp3", 0, {"compressed with loss (MPEG"});
     const std::string output = contents("out.mp3");
     EXPECT_TRUE(output.starts_with(id3 + "\xFF"));
     EXPECT_TRUE(output.ends_with(tail));
     const std::string otherTail = id3v1 + ape(0xA0000000) + items + ape(0x80000000) +
                                   "LYRICSBEGININD00003110LYR00005hello000035LYRICS200" + id3v1;
     folder.write("other.mp3", contents("plain.mp3") + otherTail);
-    equalize("other.mp3 other-out.mp3");
+    expectRun("other.mp3 other-out.mp3", 0);
     EXPECT_TRUE(contents("other-out.mp3").ends_with(otherTail));
     // WAV and AIFF also contain ID3v2 tags, so they keep frames that have no equivalent in other tags.
-    equalize("in.mp3 out.wav");
-    equalize("out.wav out.aiff");
-    equalize("out.aiff back.mp3");
+    for (const char* const files : {"in.mp3 out.wav", "out.wav out.aiff", "out.aiff back.mp3"}) expectRun(files, 0);
     EXPECT_NE(contents("back.mp3").find(std::string("PRIV\0\0\0\5\0\0me\0\1\2", 15)), std::string::npos);
-    const std::string said = equalize("in.mp3 out.flac");
-    EXPECT_NE(said.find("the tag PRIV is not copied: FLAC cannot hold it"), std::string::npos) << said;
+    expectRun("in.mp3 out.flac", 0, {"the tag PRIV is not copied: FLAC cannot hold it"});
     EXPECT_EQ(shell("metaflac --export-tags-to=- out.flac | sort"),
               "ALBUM=Ape album\nARTIST=Old artist\nTITLE=Rich title\n");
     EXPECT_EQ(shell("metaflac --export-picture-to=- out.flac"), "\x89PNG12345");
@@ -265,20 +237,18 @@ TEST_F(EqualizeMetadata, WritesTheRequestedSampleFormatAndQuality) {
         {"float", "o.wav", "pcm_f32le"}, {"float", "o.aiff", "pcm_f32be"}, {"16", "o.flac", "flac"},
     };
     for (const auto& [bits, place, codec] : rows) {
-        equalize(std::string("in.wav ") + place + " --bits " + bits);
+        expectRun(std::string("in.wav ") + place + " --bits " + bits, 0);
         EXPECT_EQ(probe("stream=codec_name", place), std::string("codec_name=") + codec + "\n");
     }
     EXPECT_EQ(probe("stream=sample_fmt", "o.flac"), "sample_fmt=s16\n");
-    EXPECT_NE(run("in.wav o.flac --bits float").said.find("FLAC files cannot hold samples of 32 bit float"),
-              std::string::npos);
-    EXPECT_EQ(run("in.wav o.flac --bits float").exitCode, 2);
-    EXPECT_NE(equalize("in.wav o.flac --quality 3").find("--quality has no effect on"), std::string::npos);
-    EXPECT_NE(equalize("in.wav o.ogg --bits 16").find("--bits has no effect on"), std::string::npos);
+    expectRun("in.wav o.flac --bits float", 2, {"FLAC files cannot hold samples of 32 bit float"});
+    expectRun("in.wav o.flac --quality 3", 0, {"--quality has no effect on"});
+    expectRun("in.wav o.ogg --bits 16", 0, {"--bits has no effect on"});
 
     for (const char* const place : {"o.mp3", "o.ogg", "o.opus"}) {
         std::vector<std::size_t> sizes;
         for (const char* const quality : {"--quality 0", "--quality 5", "", "--quality 10"}) {
-            equalize(std::string("in.wav ") + place + " " + quality);
+            expectRun(std::string("in.wav ") + place + " " + quality, 0);
             sizes.push_back(contents(place).size());
         }
         EXPECT_LT(sizes[0] * 12 / 10, sizes[1]) << place;
@@ -294,12 +264,9 @@ TEST_F(EqualizeMetadata, ReplacesNoFileIfTheOutputLacksFrames) {
     folder.write("out.wav", "old");
     // LD_PRELOAD cannot contain a path with a blank.
     std::filesystem::create_symlink(EQ_LOSING_SNDFILE, path("losing.so"));
-    for (const char* const place : {"out.wav", "new.flac", "new.aiff"}) {
-        const Outcome outcome = run(std::string("in.wav ") + place, "export LD_PRELOAD=./losing.so;");
-        EXPECT_EQ(outcome.exitCode, 1);
-        EXPECT_NE(outcome.said.find("12000 frames, channels: 1, 48000 Hz instead of 24000"), std::string::npos)
-            << outcome.said;
-    }
+    for (const char* const place : {"out.wav", "new.flac", "new.aiff"})
+        expectRun(std::string("in.wav ") + place, 1, {"12000 frames, channels: 1, 48000 Hz instead of 24000"},
+                  "export LD_PRELOAD=./losing.so;");
     EXPECT_EQ(contents("out.wav"), "old");
     EXPECT_EQ(files().size(), 3U);
 }
@@ -307,15 +274,12 @@ TEST_F(EqualizeMetadata, ReplacesNoFileIfTheOutputLacksFrames) {
 
 TEST_F(EqualizeMetadata, WritesEqualFilesForEqualSounds) {
     makeSound("in.wav", "-c:a pcm_f32le");
-    std::vector<std::string> first;
+    std::map<std::string, std::string> first;
     for (const bool isFirst : {true, false}) {
         for (const char* const place : {"o.wav", "o.rf64", "o.aiff", "o.caf"}) {
-            equalize(std::string("in.wav ") + place);
-            if (isFirst)
-                first.push_back(contents(place));
-            else
-                EXPECT_TRUE(contents(place) == first[0]) << place;
-            if (!isFirst) first.erase(first.begin());
+            expectRun(std::string("in.wav ") + place, 0);
+            if (isFirst) first[place] = contents(place);
+            EXPECT_TRUE(contents(place) == first[place]) << place;
         }
         // Time stamps in files have a resolution of one second.
         if (isFirst) std::this_thread::sleep_for(std::chrono::milliseconds(1001));

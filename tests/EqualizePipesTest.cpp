@@ -4,11 +4,7 @@
 
 #include <algorithm>
 #include <csignal>
-#include <filesystem>
 #include <fstream>
-#include <map>
-#include <random>
-#include <string>
 #include <thread>
 #include <utility>
 
@@ -24,26 +20,12 @@ namespace {
 
 class EqualizePipes : public EqualizeCommand {
 protected:
-    /// Runs commands in the folder, and returns their output. The shell variable EQ contains the path of `equalize`.
-    std::string shell(const std::string& commands) const {
-        folder.write("commands", "EQ='" + program + "'\nset -o pipefail\n" + commands);
-        const Outcome outcome = run("", "exec bash commands;");
-        EXPECT_EQ(outcome.exitCode, 0) << commands << "\n" << outcome.said;
-        return outcome.said;
-    }
-    /// Returns a hash of the samples that ffmpeg decodes from a file, and their size in bytes. The commands `before`
-    /// run first.
-    [[nodiscard]] std::string heard(const std::string& name, const std::string& before = "") const {
-        return shell(before + "ffmpeg -v error -i " + name + " -map 0:a -f f32le - | tee raw | md5sum && wc -c < raw");
+    /// Returns a hash of the samples that ffmpeg decodes from a file, and their size in bytes.
+    [[nodiscard]] std::string heard(const std::string& name) const {
+        return shell("ffmpeg -v error -i " + name + " -map 0:a -f f32le - | tee raw | md5sum && wc -c < raw");
     }
     void makeSound(const std::string& name, const std::string& options) const {
         shell("ffmpeg -v error -f lavfi -i anoisesrc=d=1:a=0.5:r=48000:seed=7 " + options + " " + name);
-    }
-    void expectPiped(int exitCode, const std::string& feed, const std::string& arguments,
-                     const std::string& message) const {
-        const Outcome outcome = run(arguments, feed + " |");
-        EXPECT_EQ(outcome.exitCode, exitCode) << feed << " | " << arguments << "\n" << outcome.said;
-        EXPECT_NE(outcome.said.find(message), std::string::npos) << message << "\n" << outcome.said;
     }
 };
 
@@ -51,11 +33,10 @@ TEST_F(EqualizePipes, WritesTheSameSoundIntoAPipeAsIntoAFile) {
     makeSound("in.wav", "-ac 2 -c:a pcm_f32le");
     for (const std::string format : {"wav", "au", "flac", "ogg", "opus", "mp3"}) {
         SCOPED_TRACE(format);
-        shell("\"$EQ\" --quiet --band 3:gain=6 in.wav file." + format +
-              " && TMPDIR=/nowhere \"$EQ\" --quiet --band 3:gain=6 " + "in.wav - --format " + format +
-              " < /dev/null | cat > pipe." + format +
-              " && sox -n -r 48000 -c 2 -b 32 -e float -t wav - synth 0.5 sine 440 2> said | " +
-              "\"$EQ\" --quiet --band 3:gain=6 - - --format " + format + " | ffmpeg -v error -i - -f null -");
+        shell("k=" + format + R"(; equalize() { "$EQ" --quiet --band 3:gain=6 "$@"; }
+              equalize in.wav file.$k && TMPDIR=/nowhere equalize in.wav - --format $k < /dev/null | cat > pipe.$k &&
+              sox -n -r 48000 -c 2 -b 32 -e float -t wav - synth 0.5 sine 440 2> said |
+              equalize - - --format $k | ffmpeg -v error -i - -f null -)");
         EXPECT_EQ(heard("pipe." + format), heard("file." + format));
     }
     // The samples are equal to the bit, and only the header differs.
@@ -72,8 +53,8 @@ TEST_F(EqualizePipes, WritesTheSameSoundIntoAPipeAsIntoAFile) {
     shell("\"$EQ\" --quiet pipe.mp3 again.wav");
     EXPECT_EQ(SndfileHandle(path("again.wav")).frames(), 48000);
     // A file has a padding byte after a sound with an odd number of bytes, but a pipe has none.
-    shell("sox -n -r 48000 -c 1 -b 8 odd.wav synth 1001s sine 99 && \"$EQ\" --quiet odd.wav - | tail -c +45 | wc -c | "
-          "grep -x 1001");
+    shell(R"(sox -n -r 48000 -c 1 -b 8 odd.wav synth 1001s sine 99
+          "$EQ" --quiet odd.wav - | tail -c +45 | wc -c | grep -x 1001)");
 }
 
 TEST_F(EqualizePipes, ReadsTheSameSoundFromAPipeAsFromAFile) {
@@ -81,9 +62,8 @@ TEST_F(EqualizePipes, ReadsTheSameSoundFromAPipeAsFromAFile) {
     for (const std::string name : {"a.wav", "a.au", "a.flac", "a.ogg", "a.opus", "a.mp3", "a.aiff", "a.caf"}) {
         SCOPED_TRACE(name);
         const bool isSpooled = name == "a.aiff" || name == "a.caf";
-        shell("ffmpeg -v error -i s.wav " + name + "; \"$EQ\" --quiet " + name +
-              " file.wav --bits float && mkfifo f; cat " + name +
-              " > f & \"$EQ\" --bits float f pipe.wav 2> said; cat said; rm f");
+        shell("k=" + name + R"(; ffmpeg -v error -i s.wav $k; "$EQ" --quiet $k file.wav --bits float && mkfifo f
+              cat $k > f & "$EQ" --bits float f pipe.wav 2> said; cat said; rm f)");
         EXPECT_EQ(contents("said").find("was copied into a temporary file") != std::string::npos, isSpooled);
         // libmpg123 rounds one in several thousand samples differently after it has scanned the file.
         if (name == "a.mp3")
@@ -101,17 +81,15 @@ TEST_F(EqualizePipes, ReadsTheSameSoundFromAPipeAsFromAFile) {
     // Reading begins at the current position of standard input.
     shell("{ echo text; cat s.wav; } > late; { head -c 5 > said; \"$EQ\" --quiet - out.wav --bits float; } < late");
     // The length of an MP3 stream without a header frame is unknown.
-    shell(
-        "ffmpeg -v error -y -i s.wav -write_xing 0 -b:a 192k b.mp3; \"$EQ\" --quiet b.mp3 f.flac; cat b.mp3 | \"$EQ\" "
-        "--quiet - - "
-        "--format flac > p.flac");
+    shell(R"(ffmpeg -v error -y -i s.wav -write_xing 0 -b:a 192k b.mp3; "$EQ" --quiet b.mp3 f.flac
+          cat b.mp3 | "$EQ" --quiet - - --format flac > p.flac)");
     EXPECT_EQ(heard("p.flac"), heard("f.flac"));
     // The sound of an MP3 stream in a pipe starts at the same sample as in a file.
-    shell("cat a.mp3 | \"$EQ\" --quiet - - --format mp3 > p.mp3; \"$EQ\" --quiet a.mp3 f.mp3; for k in f p; do ffmpeg "
-          "-v error "
-          "-i $k.mp3 -af atrim=0.1:0.9 -f s16le $k.raw; done; cmp -n 100000 f.raw p.raw || cmp -l f.raw p.raw | wc -l");
+    shell(R"(cat a.mp3 | "$EQ" --quiet - - --format mp3 > p.mp3; "$EQ" --quiet a.mp3 f.mp3
+          for k in f p; do ffmpeg -v error -i $k.mp3 -af atrim=0.1:0.9 -f s16le $k.raw; done
+          cmp -n 100000 f.raw p.raw)");
     // A run that reads its input twice copies the pipe into a temporary file.
-    expectPiped(0, "cat s.wav", "- out.wav --normalize -6.0206 --bits float", "because it is read twice");
+    expectRun("- out.wav --normalize -6.0206 --bits float", 0, {"because it is read twice"}, "cat s.wav |");
     shell("sox out.wav -n stat 2>&1 | grep 'Maximum amplitude.*0.500\\|Minimum amplitude.*-0.500'");
 }
 
@@ -131,7 +109,7 @@ TEST_F(EqualizePipes, AppendsOnlySoundToStandardOutput) {
         shell("tail -c +7 out > sound; rm second");
         EXPECT_EQ(heard("sound"), heard("in.wav"));
     }
-    EXPECT_EQ(run("in.wav other.dat --format flac").exitCode, 0);
+    expectRun("in.wav other.dat --format flac", 0);
     EXPECT_TRUE(contents("other.dat").starts_with("fLaC"));
 
     expectFailure(2, "in.wav - >> in.wav", "would be written while it is read");
@@ -139,47 +117,43 @@ TEST_F(EqualizePipes, AppendsOnlySoundToStandardOutput) {
     expectFailure(2, "in.wav - --format nix", "there is no audio format 'nix'");
     expectFailure(2, "--suffix x -", "has no name for an output");
     expectFailure(2, "--suffix x --format flac in.wav", "--format is for one OUTPUT");
-    const std::string terminal = shell("script -qec \"'$EQ' in.wav -\" /dev/null; test $? = 2; "
-                                       "script -qec \"'$EQ' - out.wav\" /dev/null; test $? = 2");
-    EXPECT_NE(terminal.find("is a terminal, which shows no sound"), std::string::npos) << terminal;
-    EXPECT_NE(terminal.find("is a terminal, which has no sound"), std::string::npos) << terminal;
+    expectInOrder(shell(R"(for files in 'in.wav -' '- out.wav'; do
+                           script -qec "'$EQ' $files" /dev/null; test $? = 2 || exit 1; done)"),
+                  {"is a terminal, which shows no sound", "is a terminal, which has no sound"});
 }
 
 TEST_F(EqualizePipes, FailsWhenInputOrOutputIsIncomplete) {
     makeSound("in.wav", "-c:a pcm_s16le -ac 2");
     for (const std::string format : {"wav", "au", "flac", "ogg", "opus", "mp3", "caf"}) {
         expectFailure(1, "in.wav - > /dev/full --format " + format, "No space left on device");
-        const std::string said = shell("{ \"$EQ\" in.wav - --format " + format +
-                                       "; echo code $?; } 2>&1 > >(head -c 9 > said) | cat; "
-                                       "\"$EQ\" in.wav - --format " +
-                                       format + " 2> said | true; cat said; test ${PIPESTATUS[0]} = 0 || true");
-        EXPECT_NE(said.find("roken pipe"), std::string::npos) << format << said;
+        expectInOrder(shell("for reader in 'head -c 9' true; do \"$EQ\" in.wav - --format " + format +
+                            " | $reader > /dev/null; done; true"),
+                      {"roken pipe"});
     }
-    EXPECT_EQ(run("in.wav -", "exec >&-;").exitCode, 1);
+    expectRun("in.wav -", 1, {}, "exec >&-;");
     shell("for k in flac ogg opus mp3; do ffmpeg -v error -i in.wav in.$k; done; cat in.ogg in.ogg > chain.ogg");
-    expectPiped(1, "head -c 50000 in.wav", "- out.wav", "the file ends early");
-    expectPiped(1, "head -c 20000 in.flac", "- out.wav", "the file ends early");
-    expectPiped(1, "head -c -99 in.ogg", "- out.wav", "its last Ogg page is cut off");
-    expectPiped(1, "head -c -99 in.opus", "- out.wav", "its last Ogg page is cut off");
-    expectPiped(1, "head -c 9000 in.mp3", "- out.wav", "the file ends early");
-    expectPiped(1, "cat chain.ogg", "- out.wav",
-                "divide the file at byte " + std::to_string(std::filesystem::file_size(path("in.ogg"))));
-    expectPiped(1, "head -c 44 in.wav", "- - --format flac", "not a readable audio file");
-    expectPiped(1, "sox -n -r 8000 -c 1 -t wav - trim 0 0", "- - --format flac", "cannot hold 0 frames");
-    expectPiped(1, "cat /dev/zero", "- out.wav", "no known audio format");
-    expectPiped(1, "true", "- out.wav", "no known audio format");
+    const std::string end = std::to_string(std::filesystem::file_size(path("in.ogg")));
+    // clang-format off
+    const std::pair<const char*, std::string> rows[] = {
+        {"head -c 50000 in.wav", "the file ends early"}, {"head -c 20000 in.flac", "the file ends early"},
+        {"head -c -99 in.ogg", "its last Ogg page is cut off"}, {"head -c -99 in.opus", "its last Ogg page is cut off"},
+        {"head -c 9000 in.mp3", "the file ends early"}, {"cat chain.ogg", "divide the file at byte " + end},
+        {"cat /dev/zero", "no known audio format"}, {"true", "no known audio format"}};
+    // clang-format on
+    for (const auto& [feed, message] : rows) expectRun("- out.wav", 1, {message}, std::string(feed) + " |");
+    expectRun("- - --format flac", 1, {"not a readable audio file"}, "head -c 44 in.wav |");
+    expectRun("- - --format flac", 1, {"cannot hold 0 frames"}, "sox -n -r 8000 -c 1 -t wav - trim 0 0 |");
     EXPECT_FALSE(std::filesystem::exists(path("out.wav")));
 }
 
 TEST_F(EqualizePipes, CopiesTagsThatPrecedeTheSound) {
     makeSound("s.flac", "-metadata title=Tét -metadata artist=Someone -metadata mood=calm");
-    shell("ffmpeg -v error -f lavfi -i color=red:s=64x64:d=0.04 -frames:v 1 p.png && metaflac "
-          "--import-picture-from=p.png "
-          "--set-tag=\"LONG=$(head -c 90000 /dev/zero | tr '\\0' x)\" s.flac");
+    shell(R"sh(ffmpeg -v error -f lavfi -i color=red:s=64x64:d=0.04 -frames:v 1 p.png
+          metaflac --import-picture-from=p.png --set-tag="LONG=$(head -c 90000 /dev/zero | tr '\0' x)" s.flac)sh");
     for (const std::string format : {"flac", "ogg", "opus", "mp3", "wav"}) {
         SCOPED_TRACE(format);
-        shell("\"$EQ\" --quiet s.flac file." + format + " && cat s.flac | \"$EQ\" --quiet - - --format " + format +
-              " > pipe." + format);
+        shell("k=" + format +
+              R"(; "$EQ" --quiet s.flac file.$k && cat s.flac | "$EQ" --quiet - - --format $k > pipe.$k)");
         const auto tags = [&](const std::string& name) {
             return shell("ffprobe -v error -show_entries stream=codec_name,width:stream_tags:format_tags " + name +
                          "." + format + " | cut -c 1-80 | grep -v encoder | sort");
@@ -192,7 +166,7 @@ TEST_F(EqualizePipes, CopiesTagsThatPrecedeTheSound) {
     EXPECT_EQ(shell("ogginfo pipe.ogg | grep -ci 'warning\\|hole' || true"), "0\n");
     // Tags after the sound are not copied, and a note names them.
     shell("ffmpeg -v error -i s.flac -write_id3v1 1 -map 0:a t.mp3");
-    expectPiped(0, "cat t.mp3", "- out.flac", "not copied, because they follow the sound in a pipe: tags of MP3");
+    expectRun("- out.flac", 0, {"not copied, because they follow the sound in a pipe: tags of MP3"}, "cat t.mp3 |");
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
@@ -256,21 +230,18 @@ TEST_F(EqualizePipes, HasTheSameResultForDamagedHeadersInPipesAndInFiles) {
             folder.write("in/" + name, sounds[name] = damaged(whole, random));
             ASSERT_EQ(mkfifo(path("fifo/" + name).c_str(), 0600), 0);
         }
-        const Outcome files = run("--block 512 --jobs 2 --output-dir out in/*", limits);
-        EXPECT_EQ(files.exitCode, 1) << files.said;
-        EXPECT_NE(files.said.find("files: " + std::to_string(Count) + ", written: "), std::string::npos) << files.said;
-        EXPECT_EQ(files.said.find("written: 0,"), std::string::npos) << files.said;
+        const std::string sum = "files: " + std::to_string(Count) + ", written: ";
+        const std::string said = expectRun("--block 512 --jobs 2 --output-dir out in/*", 1, {sum}, limits);
+        EXPECT_EQ(said.find("written: 0,"), std::string::npos) << said;
         if (format != "wav" && format != "au" && format != "flac" && format != "mp3") continue;
 
         std::thread feeder([&] {
             for (const auto& [name, bytes] : sounds) std::ofstream(path("fifo/" + name), std::ios::binary) << bytes;
         });
-        const Outcome pipes = run("--block 512 --jobs 1 --output-dir out2 fifo/*", limits);
+        expectRun("--block 512 --jobs 1 --output-dir out2 fifo/*", 1, {sum}, limits);
         for (const auto& [name, bytes] : sounds) // releases the feeder if the command has ended early
             static_cast<void>(open(path("fifo/" + name).c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
         feeder.join();
-        EXPECT_EQ(pipes.exitCode, 1) << pipes.said;
-        EXPECT_NE(pipes.said.find("files: " + std::to_string(Count) + ", written: "), std::string::npos) << pipes.said;
         // In a pipe, `equalize` recognises MPEG only by its first bytes, so the results of damaged files may differ.
         EXPECT_EQ(format != "mp3" ? shell("diff -rq out out2 2>&1 || true") : "", "");
     }

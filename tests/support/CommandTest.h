@@ -12,6 +12,7 @@
 #include <iterator>
 #include <map>
 #include <string>
+#include <vector>
 
 #ifndef _WIN32
 #include <sys/wait.h>
@@ -66,6 +67,24 @@ protected:
         const int status = pclose(output);
         return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), said};
 #endif
+    }
+
+    /// Runs the command. Expects this exit code, and expects that the output contains the texts in this order. Returns
+    /// the output.
+    std::string expectRun(const std::string& arguments, int exitCode, const std::vector<std::string>& texts = {},
+                          const std::string& before = "") const {
+        const Outcome outcome = run(arguments, before);
+        EXPECT_EQ(outcome.exitCode, exitCode) << before << arguments << "\n" << outcome.said;
+        expectInOrder(outcome.said, texts);
+        return outcome.said;
+    }
+    static void expectInOrder(const std::string& output, const std::vector<std::string>& texts) {
+        std::size_t at = 0;
+        for (const std::string& text : texts) {
+            const std::size_t found = output.find(text, at);
+            ASSERT_NE(found, std::string::npos) << "no '" << text << "' in, or not in this order:\n" << output;
+            at = found + text.size();
+        }
     }
 
     std::string program;

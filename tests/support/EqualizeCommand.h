@@ -35,6 +35,12 @@ inline Sound noise(int rate, int channels, std::size_t frames, int format = Floa
     return sound;
 }
 
+inline Sound impulse(int rate, std::size_t frames, float height = 1.0F) {
+    Sound sound{rate, 1, std::vector<float>(frames)};
+    sound.samples[0] = height;
+    return sound;
+}
+
 /// Returns the response in dB at a frequency in Hz. The sound is the impulse response.
 inline double decibelsAt(const Sound& sound, double frequency) {
     const std::complex<double> step = std::polar(1.0, -2.0 * std::numbers::pi * frequency / sound.rate);
@@ -50,9 +56,7 @@ protected:
 
     /// Runs `equalize` from "in.wav" to "out.wav" and expects success. Returns the command's output.
     std::string equalize(const std::string& options, const std::string& before = "") const {
-        const Outcome outcome = run("in.wav out.wav " + options, before);
-        EXPECT_EQ(outcome.exitCode, 0) << outcome.said;
-        return outcome.said;
+        return expectRun("in.wav out.wav " + options, 0, {}, before);
     }
     [[nodiscard]] std::vector<float> equalized(const std::string& options) const {
         equalize(options);
@@ -61,15 +65,18 @@ protected:
     /// Expects that a run fails with this exit code and this message, and changes no file.
     void expectFailure(int exitCode, const std::string& arguments, const std::string& message,
                        const std::string& before = "") const {
-        SCOPED_TRACE(arguments);
         const auto filesBefore = files();
-        const Outcome outcome = run(arguments, before);
-        EXPECT_EQ(outcome.exitCode, exitCode);
-        EXPECT_TRUE(outcome.said.starts_with("equalize: ")) << outcome.said;
-        EXPECT_NE(outcome.said.find(message), std::string::npos) << message << "\n" << outcome.said;
-        EXPECT_TRUE(files() == filesBefore) << "files have changed";
+        const std::string said = expectRun(arguments, exitCode, {message}, before);
+        EXPECT_TRUE(said.starts_with("equalize: ")) << said;
+        EXPECT_TRUE(files() == filesBefore) << arguments << ": files have changed";
     }
 
+    /// Runs commands of bash in the folder, and expects that they succeed. Returns their output. The shell variable EQ
+    /// contains the path of `equalize`.
+    std::string shell(const std::string& commands) const {
+        const std::string bash = "EQ='" + program + "' exec bash -o pipefail /dev/fd/3 < /dev/null 3<< 'END'\n";
+        return expectRun("", 0, {}, bash + commands + "\nEND\n");
+    }
     void writeSound(const std::string& name, const Sound& sound) const {
         SndfileHandle file(path(name), SFM_WRITE, sound.format, sound.channels, sound.rate);
         file.setString(SF_STR_TITLE, "A title");
@@ -77,13 +84,16 @@ protected:
     }
     [[nodiscard]] Sound readSound(const std::string& name) const {
         SndfileHandle file(path(name));
-        if (file.error() != 0) throw std::runtime_error(name + ": " + file.strError());
         EXPECT_STREQ(file.getString(SF_STR_TITLE), "A title") << name;
+        return {file.samplerate(), file.channels(), samplesOf(name), file.format()};
+    }
+    [[nodiscard]] std::vector<float> samplesOf(const std::string& name) const {
+        SndfileHandle file(path(name));
+        if (file.error() != 0) throw std::runtime_error(name + ": " + file.strError());
         const sf_count_t size = file.frames() * file.channels();
-        Sound sound{file.samplerate(), file.channels(), std::vector<float>(static_cast<std::size_t>(size)),
-                    file.format()};
-        EXPECT_EQ(file.read(sound.samples.data(), size), size) << name;
-        return sound;
+        std::vector<float> samples(static_cast<std::size_t>(size));
+        EXPECT_EQ(file.read(samples.data(), size), size) << name;
+        return samples;
     }
 };
 
