@@ -249,7 +249,7 @@ TEST_F(EqualizeSettings, RefusesLinesWithTheirNumberAndTheReason) {
     const std::tuple<std::string, std::string, std::string> rows[] = {
         {"Filter 1: PK Fc 100 Hz Gain 1 dB Q 2", "", "in.txt:2: 'PK' is neither ON nor OFF"},
         {"Filter 1: ON", "", "in.txt:2: the type of the filter is missing"},
-        {"Filter 1: ON PX Fc 100 Hz", "", "in.txt:2: 'PX' is no type of filter"},
+        {"Filter 1: ON PX Fc 100 Hz", "", "in.txt:2: 'PX' is not a type of filter"},
         {"Filter 1: ON LP Fc 100 Hz", "--fit", "in.txt:2: filters of the type 'LP' are not possible"},
         {"Filter 1: ON PK Fc 1.000,5 Hz Gain 1 dB Q 2", "", "in.txt:2: Fc: '1.000,5' is not a number"},
         {"Filter 1: ON PK Fc 100 Hz Q 2", "", "in.txt:2: Gain is missing"},

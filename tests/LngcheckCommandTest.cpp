@@ -18,7 +18,7 @@ TEST_F(LngcheckCommand, ReportsFaultsAndWarningsWithFileAndLine) {
         {"<FOO>", "Invalid tag '<FOO>':Tag type 'FOO' is unknown.\n"},
         {"<F\x1B[2J\x9B>", "Invalid tag '<F\\x1B[2J\\x9B>'"},
         {"nonsense", "equal"},
-        {"IDD_Options_B1 = \x83", "the value is no text of code page 932"},
+        {"IDD_Options_B1 = \x83", "the value is not a text in code page 932"},
         {"IDD_Options_B2 = \x83\x5C", "warning: a backslash"},
         {"IDD_Options_B3 =", "the text is empty"},
         {"idd_options_b3 = B", "idd_options_b3 is defined in line 11"},

@@ -148,7 +148,7 @@ std::string toUtf8(const std::string& from, std::string_view bytes) {
             if (codepage == 0) failAt(from, number, "no <CODEPAGE> tag names the code page of these letters");
             const auto [wide, error] = toWide(line, codepage, InvalidBytes::Refused);
             if (error != ERROR_SUCCESS || toNarrow(wide, codepage).text != line)
-                failAt(from, number, "this is no text of code page " + std::to_string(codepage));
+                failAt(from, number, "this is not a text in code page " + std::to_string(codepage));
             text += inUtf8(wide) + "\n";
         } else {
             text += std::string(line) + "\n";

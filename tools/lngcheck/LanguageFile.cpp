@@ -81,7 +81,7 @@ private:
         try {
             std::wstring text = convert_wstring(bytes, codepage);
             if (toWide(bytes, codepage, InvalidBytes::Refused).error == ERROR_SUCCESS) return text;
-            fault("the value is no text of code page " + std::to_string(codepage),
+            fault("the value is not a text in code page " + std::to_string(codepage),
                   "These letters do not exist there: the file was saved in another encoding than its <CODEPAGE> tag "
                   "names.");
         } catch (const convert_wstring_failed& failure) {
@@ -186,7 +186,7 @@ private:
         m_file.isReadable = false;
         m_findings.add(
             m_file.path, m_line, Severity::Fault,
-            "this seems to be no language file: " + std::to_string(m_refusedLines) + " of the first " +
+            "this does not seem to be a language file: " + std::to_string(m_refusedLines) + " of the first " +
                 std::to_string(m_line) + " lines are wrong, and the rest is not read",
             "A language file holds lines of the form [context], key = text, <CODEPAGE number>, and comments, "
             "which begin with //.");

@@ -60,7 +60,7 @@ std::optional<WholeFileFault> faultOfWholeFile(std::string_view contents) {
     if (more * 4 > zeros.bytes && fewer * 8 < more)
         return WholeFileFault{"the file is in UTF-16 without a mark, which the library does not read", saveAsAnsi};
     if ((fewer + more) * 8 > zeros.bytes)
-        return WholeFileFault{"the file is no text", "Is it another file under the name of a language file?"};
+        return WholeFileFault{"the file is not a text", "Is it another file under the name of a language file?"};
 
     if (contents.find('\n') == std::string_view::npos && trim(contents).find('\r') != std::string_view::npos)
         return WholeFileFault{"the line ends are those of old Macs (CR), so the library takes the file for one line",

@@ -182,7 +182,7 @@ private:
             if (equalNoCase(type, name))
                 throw FileError("filters of the type " + eq::quoted(name) +
                                 " are not possible, and peak filters cannot approximate them; remove the line");
-        throw FileError(eq::quoted(name) + " is no type of filter");
+        throw FileError(eq::quoted(name) + " is not a type of filter");
     }
 
     /// Reads the width after the type of a shelf, as in "LS 6dB", "LSC 10.8 dB" or "LS Q".

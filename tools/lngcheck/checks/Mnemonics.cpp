@@ -42,7 +42,7 @@ bool isAsciiLetterOrDigit(wchar_t c) {
 void checkLetter(const CheckedText& text, wchar_t letter) {
     if (isAsciiLetterOrDigit(letter)) return;
     if (letter >= 0x80 && scriptOf(letter) != Script::None && isInAlphabet(letter, text.language())) return;
-    text.warn("the mnemonic '" + inUtf8(std::wstring(1, letter)) + "' is no letter on a keyboard of the language " +
+    text.warn("the mnemonic '" + inUtf8(std::wstring(1, letter)) + "' is not a letter on a keyboard of the language " +
                   described(text.language()),
               "The user presses Alt and this letter. Put & before an ASCII letter or a letter of the language's "
               "alphabet; languages without one write (&A) after the text.");

@@ -85,7 +85,7 @@ void checkPairs(const CheckedText& text) {
     for (const Pair& pair : Brackets) {
         if (!areBalanced(text.text(), pair))
             text.warn("'" + inUtf8(std::wstring(1, pair.open)) + "' and '" + inUtf8(std::wstring(1, pair.close)) +
-                          "' are no pair in " + text.quoted(),
+                          "' are not a pair in " + text.quoted(),
                       "Each opening mark needs a closing one after it.");
     }
     for (const std::wstring_view marks : Quotes) {
