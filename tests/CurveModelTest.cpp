@@ -187,7 +187,7 @@ private:
     PointerControl pointer{state};
 };
 
-TEST(CurveModel, GivesEachGestureItsEffects) {
+TEST(CurveModel, HasTheEffectsOfEachGesture) {
     // Each row has a gesture and its effects.
     constexpr std::string_view Rows =
         // Keys on a node, on the volume, and on the bypass. A semitone is 0.0084, and 0.5 dB of a gain are 0.025.
