@@ -1,0 +1,1 @@
+// A target that only compiles headers for other targets has this source.
