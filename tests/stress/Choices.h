@@ -1,19 +1,41 @@
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cfloat>
 #include <cmath>
 #include <cstdint>
 #include <iterator>
 #include <random>
+#include <span>
 
-// The random decisions of a thread. They depend on the thread's seed only, not on other threads.
+// The random decisions of a thread. They depend only on the thread's seed or input, not on other threads.
 
 namespace eq {
 
-inline std::mt19937& choices() {
-    static thread_local std::mt19937 engine;
-    return engine;
+/// The source of the decisions: a random generator, or the bytes of a fuzzer's input.
+class Choices {
+public:
+    void seed(std::uint32_t number) { engine.seed(number); }
+    void read(std::span<const std::uint8_t> bytes) { input = bytes; }
+    [[nodiscard]] bool hasInput() const { return !input.empty(); }
+
+    std::uint32_t operator()() {
+        if (!hasInput()) return static_cast<std::uint32_t>(engine());
+        std::uint32_t value = 0;
+        for (std::size_t i = std::min<std::size_t>(input.size(), 4); i > 0; --i, input = input.subspan(1))
+            value = value << 8U | input[0];
+        return value;
+    }
+
+private:
+    std::mt19937 engine;
+    std::span<const std::uint8_t> input;
+};
+
+inline Choices& choices() {
+    static thread_local Choices source;
+    return source;
 }
 
 /// Returns a number from 0 to `count` - 1.

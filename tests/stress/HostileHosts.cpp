@@ -9,6 +9,7 @@
 
 #include "tests/stress/Choices.h"
 #include "tests/stress/Instance.h"
+#include "tests/support/LoadedLibrary.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <chrono>
@@ -30,6 +31,19 @@ constexpr std::uint64_t Endless = 1'000'000'000;
 std::map<std::string, std::uint64_t> options = {{"--seconds", Endless}, {"--steps", Endless}, {"--seed", 1}};
 
 std::atomic<std::uint64_t> rounds = 0;
+
+/// A host that has loaded the library.
+struct LoadedHost : private LoadedLibrary, Host {
+    explicit LoadedHost(const std::string& path)
+        : LoadedLibrary(path),
+#ifdef _WIN32
+          Host{find<EffectMainProc>("main"), *hostWindows()} {
+#else
+          Host{find<EffectMainProc>("main"), *find<decltype(&hostWindows)>("hostWindows")()} {
+#endif
+              ++counts.loads;
+}
+}; // namespace
 
 /// Ends the program if no round ends within three minutes.
 [[noreturn]] void watch() {
@@ -59,7 +73,7 @@ void breakAndRepair(const std::string& library, const TemporaryFolder& folder) {
     }
     folder.write("Equalizer1033.lng", texts);
     ++counts.brokenFiles;
-    const Host host(library);
+    const LoadedHost host(library);
     for (int i = 0; i < 2; ++i)
         require(!host.tryEffect() || !isSurelyBroken, "main returned an effect despite a broken language file");
     folder.write("Equalizer1033.lng", whole.str());
@@ -91,7 +105,7 @@ void useTogether(const Host& host, const Instances& instances) {
 }
 
 void playHost(const std::string& library) {
-    const Host host(library);
+    const LoadedHost host(library);
     const std::size_t windowsBefore = host.windows.all ? host.windows.all() : 0;
     {
         Instances instances;
@@ -107,7 +121,7 @@ void playHost(const std::string& library) {
     require(!host.windows.all || host.windows.all() == windowsBefore, "windows are left after the round");
 }
 
-} // namespace
+} // namespace eq
 
 } // namespace eq
 

@@ -4,7 +4,6 @@
 #include "tests/stress/Choices.h"
 #include "tests/stress/HostWindows.h"
 #include "tests/support/EqualizerReference.h"
-#include "tests/support/LoadedLibrary.h"
 
 #include <algorithm>
 #include <atomic>
@@ -21,10 +20,17 @@ struct Counts {
 };
 inline Counts counts{};
 
+/// Ends the program with a status. A fuzz target calls std::abort instead, so that the fuzzer keeps the input.
+inline void (*endProgram)(int status) = std::_Exit;
+
+/// The largest number of samples of one call.
+inline int32 longestCall = 100000;
+
 /// Prints the violation and ends the program.
 [[noreturn]] inline void violation(const std::string& what, int status = 1) {
     std::cout << "VIOLATION: " << what << std::endl;
-    std::_Exit(status);
+    endProgram(status);
+    std::abort();
 }
 
 inline void require(bool holds, const char* what) {
@@ -70,11 +76,12 @@ inline intptr hostileCallback(AEffect* effect, int32 opcode, int32 index, intptr
     return INT32_MAX;
 }
 
-/// A host that has loaded the library.
+/// A host: the entry function of the library, and functions for windows.
 struct Host {
-    explicit Host(const std::string& path) : library(path) { ++counts.loads; }
+    const EffectMainProc main;
+    const HostWindows& windows;
 
-    [[nodiscard]] AEffect* make() const { return library.find<EffectMainProc>("main")(hostileCallback); }
+    [[nodiscard]] AEffect* make() const { return main(hostileCallback); }
 
     /// Creates an effect, sets its parameters to any values, reads its texts, and closes it. Returns whether an effect
     /// was created.
@@ -92,13 +99,6 @@ struct Host {
         dispatch(effect, effClose, 1);
         return true;
     }
-
-    const LoadedLibrary library;
-#ifdef _WIN32
-    const HostWindows& windows = *hostWindows();
-#else
-    const HostWindows& windows = *library.find<decltype(&hostWindows)>("hostWindows")();
-#endif
 };
 
 /// An effect with a window for its editor.
@@ -132,7 +132,7 @@ public:
     void processBlock() {
         constexpr float Sizes[] = {1.0f, 1.0f, 0.0f, 1e-38f, FLT_MAX, INFINITY, NAN};
         const float size = Sizes[below(isModerate ? 4 : 7)];
-        const int32 lengths[] = {between(0, 64), between(1, 5) * BlockSize + between(-2, 2), between(0, 100000)};
+        const int32 lengths[] = {between(0, 64), between(1, 5) * BlockSize + between(-2, 2), between(0, longestCall)};
         const auto length = static_cast<std::size_t>(oneOf(lengths));
         // The two inputs and the two outputs have any alignment. The effect must not write to the samples around them.
         const std::size_t stride = length + 16 + below(16);
