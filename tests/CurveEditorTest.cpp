@@ -142,6 +142,19 @@ TEST(CurveEditor, SendsTheValuesOfEachGestureToTheHost) {
     }
 }
 
+TEST(CurveEditor, ReadsKeysInTheUsersKeyboardLayout) {
+    const XServer server;
+    server.useLayouts("us");
+    const HostProcess host("");
+    // Codes 10 to 12 are the keys of the digits 1 to 3, which are below Shift in the French layout. Code 66 is Caps
+    // Lock.
+    host.act(EditFrequency1 + "key 10 11 12 Return");
+    EXPECT_TRUE(host.receives({{1, frequency(123)}})) << host.said();
+    server.useLayouts("fr");
+    host.act(EditFrequency1 + "key shift+11 shift+12 Return");
+    EXPECT_TRUE(host.receives({{1, frequency(23)}})) << host.said();
+}
+
 TEST(CurveEditor, LeavesOtherKeysToTheHost) {
     const XServer server;
     const HostProcess host("");

@@ -251,6 +251,7 @@ Value 43 473 0 text card 20 Hz; Caption 856 455.67 0.5 label card Master; Value 
 262 137 80 right: plot 17.5, band2*0.04 9, plot 3.5, band2*0.3 14.5, plot 3.5, band2*0.04 9, octave 1, plot 14.5;
 309 2 432 down: window 10, plot 100.5, decade 1, plot 7.5, band2*0.3 15.5, plot 3, band2*0.04 71.5, plot 15.5, sum*0.3
     1.5, plot 82, decade 1, plot 100.5, window 18;
+824 317 40 right: window 1, white*0.4 1.5, window 2, sum*0.4 6, plot 14, sum*0.4 6, window 2, white*0.4 1.5, window 1.5, window 0.5;
 842 200 242 down: dark 32, fill*0.4 74, fill*0.4 2, sum*0.4 6, plot 1.5, sum*0.4 6, dark 2, white*0.4 1.5, dark 75.5,
     window 38; 824 305 64 right: window 16, fill*0.4 4, window 44; 70 205 40 down: plot 6, band2*0.04 1,
     band1*0.04 30.5;

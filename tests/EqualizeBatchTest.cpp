@@ -113,8 +113,9 @@ TEST_F(EqualizeHabits, NamesTheBrokenLanguageFileIfTheLibraryDoesNotLoad) {
     expectRun("--plugin library.so --list", 1, {"Equalizer1033.lng:2: equal (=) expected"});
 }
 
-TEST_F(EqualizeHabits, ShowsProgressInTwentyColumnsWithoutEscapeSequences) {
+TEST_F(EqualizeHabits, ShowsProgressOnATerminalInTwentyColumnsWithoutEscapeSequences) {
     for (int i = 1; i <= 9; ++i) writeSound(std::to_string(i) + ".wav", 0.1F);
+    EXPECT_EQ(expectRun("--output-dir o ?.wav", 0).find('\r'), std::string::npos);
     program = "/usr/bin/script";
     const std::string shown =
         run("-qec \"stty cols 20; '" EQ_EQUALIZE_PATH "' --output-dir o ?.wav\" /dev/null < /dev/null").said;

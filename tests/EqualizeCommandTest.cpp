@@ -95,17 +95,6 @@ TEST_F(EqualizeCommand, ReplacesItsOwnInputAndKeepsPermissionsAndLinks) {
     EXPECT_EQ(files().size(), 3U);
 }
 
-TEST_F(EqualizeCommand, WritesACompleteFileIntoAPipeAndReadsAHeaderWithoutALength) {
-    writeSound("in.wav", noise(44100, 1, 3000, Pcm16));
-    const std::vector<float> expected = readSound("in.wav").samples;
-    std::string bytes = contents("in.wav");
-    for (const std::size_t sizeField : {std::size_t{4}, bytes.find("data") + 4}) bytes.replace(sizeField, 4, 4, '\xFF');
-    folder.write("in.wav", bytes);
-    expectRun("in.wav /dev/stdout | cat > out.wav", 0, {"in.wav -> /dev/stdout: 3000 frames"});
-    EXPECT_EQ(readSound("out.wav").samples, expected);
-    EXPECT_EQ(equalize("--quiet"), "");
-}
-
 TEST_F(EqualizeCommand, KeepsAllFilesWhenTheInputOrTheOutputFails) {
     writeSound("in.wav", noise(44100, 2, 300, Pcm16));
     folder.write("out.wav", "This is not sound, whatever its name says.\n");
@@ -259,14 +248,6 @@ TEST_F(EqualizeCommand, DrawsTheMeasuredResponse) {
     EXPECT_NEAR(peaks[4].second, ofLabel("x", "500"), 1.0);
     for (const auto& [curve, label] : {std::pair(0U, "0"), {1U, "+8"}, {4U, "+6"}})
         EXPECT_NEAR(peaks[curve].first, ofLabel("y", label) - 4.0, 0.5) << label;
-}
-
-TEST_F(EqualizeCommand, ShowsProgressOnATerminalOnly) {
-    writeSound("in.wav", noise(44100, 1, 1000));
-    EXPECT_EQ(equalize("").find('\r'), std::string::npos);
-    program = "/usr/bin/script";
-    expectRun("-qec \"'" EQ_EQUALIZE_PATH "' in.wav out.wav\" /dev/null < /dev/null", 0, {"\r["},
-              "export SHELL=/bin/sh;");
 }
 
 } // namespace

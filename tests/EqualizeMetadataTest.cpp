@@ -5,8 +5,6 @@
 #include "tests/support/EqualizeCommand.h"
 
 #include <bit>
-#include <chrono>
-#include <thread>
 #include <tuple>
 #include <utility>
 
@@ -271,20 +269,6 @@ TEST_F(EqualizeMetadata, ReplacesNoFileIfTheOutputLacksFrames) {
     EXPECT_EQ(files().size(), 3U);
 }
 #endif
-
-TEST_F(EqualizeMetadata, WritesEqualFilesForEqualSounds) {
-    makeSound("in.wav", "-c:a pcm_f32le");
-    std::map<std::string, std::string> first;
-    for (const bool isFirst : {true, false}) {
-        for (const char* const place : {"o.wav", "o.rf64", "o.aiff", "o.caf"}) {
-            expectRun(std::string("in.wav ") + place, 0);
-            if (isFirst) first[place] = contents(place);
-            EXPECT_TRUE(contents(place) == first[place]) << place;
-        }
-        // Time stamps in files have a resolution of one second.
-        if (isFirst) std::this_thread::sleep_for(std::chrono::milliseconds(1001));
-    }
-}
 
 } // namespace
 

@@ -331,16 +331,6 @@ TEST_F(EqualizeSettings, WritesAFilterChainThatPipewireReads) {
     EXPECT_EQ(filters, 6);
 }
 
-TEST_F(EqualizeSettings, ConvertsSettingsForTheRateOfEachFile) {
-    folder.write("in.txt", textOf({{"PK", 9000, 8, 2}}));
-    for (const int rate : {44100, 48000}) writeSound(std::to_string(rate) + ".wav", impulse(rate, 1 << 14));
-    const std::string said = settings("--import in.txt --suffix -out 44100.wav 48000.wav");
-    for (const std::string rate : {"44100", "48000"}) {
-        shell("ffmpeg -v error -y -i " + rate + ".wav -af equalizer=f=9000:t=q:w=2:g=8:r=f64 -c:a pcm_f32le f.wav");
-        EXPECT_LT(residueOf(samplesOf(rate + "-out.wav"), samplesOf("f.wav")), -120.0) << said;
-    }
-}
-
 } // namespace
 
 } // namespace eq

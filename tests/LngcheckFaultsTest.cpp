@@ -38,6 +38,7 @@ const std::tuple<std::string, std::string, std::vector<Planted>> PlantedFaults[]
         {"Frequenz", "Frequency", "the text 'Frequency' is English"}, {"Band 2", "Band  2", "has two blanks together"},
         {"= Gesamt", "= \\x20Gesamt", "begins with a blank"}, {"= Gesamt", "= Gesamt\xA0", "ends with a blank"},
         {"&Weiter >", "&Weiter", "lacks the '>' at its end"}, {"< &Zur", "&Zur", "lacks the '<' at its start"},
+        {"Gesamt", "5 \x80\\x20x", "a backslash, or a letter whose second byte"},
         {"Gesamt", "\x84Gesamt", "a quotation mark has no partner"}, {"Gesamt", "{Gesamt", "'{' and '}' are not a pair"},
         {"stellen", "stellen\x1A", "a byte 0x1A is here, at which Windows ends the file"},
         {"MSGBOX_CANCEL", "ZZMSGBOX_CANCL", "the library does not look up the key", "Did you mean MSGBOX_CANCEL?"},

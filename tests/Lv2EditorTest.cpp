@@ -1,13 +1,19 @@
+#include "tests/support/LanguageSettings.h"
 #include "tests/support/LoadedLibrary.h"
 #include "tests/support/XServer.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <map>
+#include <tuple>
 
+#include <lv2/options/options.h>
+#include <lv2/parameters/parameters.h>
 #include <lv2/ui/ui.h>
+#include <lv2/urid/urid.h>
 
 // Opens the editor of the LV2 bundle in a host's window.
 
@@ -37,10 +43,14 @@ protected:
     }
     bool open(const char* uri, bool hasParent) {
         const LV2_Feature parent = {LV2_UI__parent, reinterpret_cast<void*>(std::uintptr_t{window})};
-        const LV2_Feature* const features[] = {hasParent ? &parent : nullptr, nullptr};
+        std::vector<const LV2_Feature*> features = moreFeatures;
+        if (hasParent) features.push_back(&parent);
+        features.push_back(nullptr);
         LV2UI_Widget widget = nullptr;
-        editor = descriptor()->instantiate(descriptor(), uri, EQ_LV2_BUNDLE "/", write, this, &widget, features);
-        return editor != nullptr;
+        editor = descriptor()->instantiate(descriptor(), uri, bundle.c_str(), write, this, &widget, features.data());
+        if (!editor) return false;
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(widget), client.children(window).at(0));
+        return true;
     }
     void cleanup() {
         if (editor) descriptor()->cleanup(std::exchange(editor, nullptr));
@@ -64,6 +74,8 @@ protected:
     const XClient client;
     const xcb_window_t window = client.makeWindow(900, 500);
     LV2UI_Handle editor = nullptr;
+    std::string bundle = EQ_LV2_BUNDLE "/";
+    std::vector<const LV2_Feature*> moreFeatures;
     std::map<std::uint32_t, float> written;
 };
 
@@ -102,11 +114,74 @@ TEST_F(Lv2Editor, WritesThePortsThatTheUserChangesAndFollowsTheHost) {
     }
 }
 
+TEST_F(Lv2Editor, ShowsTheRateAndTheLanguage) {
+    const auto picture = [&] {
+        EXPECT_TRUE(open(Stereo, true));
+        port(Gain2, 6.0F);
+        port(Frequency2, 15000.0F);
+        EXPECT_EQ(idle(), 0);
+        auto pixels = client.picture(client.children(window).at(0));
+        EXPECT_EQ(pixels.size(), 900U * 500U);
+        cleanup();
+        return pixels;
+    };
+    const auto common = picture();
+    LV2_URID_Map map = {nullptr, [](LV2_URID_Map_Handle, const char* uri) -> LV2_URID {
+                            return std::strcmp(uri, LV2_PARAMETERS__sampleRate) == 0 ? 7 : 8;
+                        }};
+    const LV2_Feature mapping = {LV2_URID__map, &map};
+    const float other = 8000.0F;
+    const std::tuple<LV2_URID, std::uint32_t, float, bool> rows[] = {{7, 4, 192000.0F, true}, {7, 4, 32000.0F, true},
+                                                                     {8, 4, 96000.0F, false}, {7, 8, 96000.0F, false},
+                                                                     {7, 4, 0.0F, false},     {7, 4, 1e9F, false}};
+    for (const auto& [key, size, rate, isUsed] : rows) {
+        LV2_Options_Option options[] = {{LV2_OPTIONS_INSTANCE, 0, 9, sizeof other, 0, &other},
+                                        {LV2_OPTIONS_INSTANCE, 0, key, size, 0, &rate},
+                                        {LV2_OPTIONS_INSTANCE, 0, 0, 0, 0, nullptr}};
+        const LV2_Feature feature = {LV2_OPTIONS__options, options};
+        moreFeatures = {&feature, &mapping};
+        EXPECT_NE(picture() == common, isUsed) << rate;
+    }
+    moreFeatures.clear();
+
+    const LanguageSettings german(0, 0x0407);
+    const auto translated = picture();
+    EXPECT_FALSE(translated == common);
+    bundle = EQ_LV2_BUNDLE;
+    EXPECT_TRUE(picture() == translated);
+    bundle = "/no such folder/";
+    EXPECT_FALSE(picture() == translated);
+}
+
+TEST_F(Lv2Editor, UsesTheHostsFunctionsForSizeAndTouch) {
+    using Calls = std::vector<std::pair<int, int>>;
+    Calls calls;
+    LV2UI_Resize resize = {&calls, [](LV2UI_Feature_Handle handle, int width, int height) {
+                               static_cast<Calls*>(handle)->emplace_back(width, height);
+                               return 0;
+                           }};
+    LV2UI_Touch touch = {&calls, [](LV2UI_Feature_Handle handle, std::uint32_t port, bool state) {
+                             static_cast<Calls*>(handle)->emplace_back(port, state);
+                         }};
+    const LV2_Feature resizing = {LV2_UI__resize, &resize};
+    const LV2_Feature touching = {LV2_UI__touch, &touch};
+    moreFeatures = {&resizing, &touching};
+    ASSERT_TRUE(open(Stereo, true));
+    EXPECT_EQ(calls, (Calls{{900, 500}}));
+    calls.clear();
+    drag(302, 214, 302, 113);
+    EXPECT_TRUE(comesTrue([&] { return idle() == 0 && calls.size() >= 4; }));
+    std::ranges::sort(calls);
+    EXPECT_EQ(calls, (Calls{{Frequency2, 0}, {Frequency2, 1}, {Gain2, 0}, {Gain2, 1}}));
+}
+
 TEST_F(Lv2Editor, ResizesAndEndsWithTheHostsWindow) {
     ASSERT_TRUE(open(Stereo, true));
     extension<LV2UI_Resize>(LV2_UI__resize).ui_resize(editor, 640, 400);
     EXPECT_TRUE(comesTrue([&] { return client.size(client.children(window).at(0)) == std::pair(640, 400); }));
     EXPECT_EQ(idle(), 0);
+    extension<LV2UI_Resize>(LV2_UI__resize).ui_resize(editor, 0, 0);
+    EXPECT_TRUE(comesTrue([&] { return client.size(client.children(window).at(0)) == std::pair(1, 1); }));
     client.destroy(window);
     EXPECT_TRUE(comesTrue([&] { return idle() != 0; }));
     server.kill();

@@ -344,7 +344,13 @@ TEST(WedgeSheets, LeaveOnlyTheirThunksInMemory) {
         for (int i = 0; i < times; ++i) {
             Sheet sheet;
             sheet.open(); // two of its pages are never shown
-            EXPECT_NE(DestroyPropertySheetPage(CreatePropertySheetPageW(&sheet.pages[0])), 0);
+            UINT users = 1;
+            sheet.pages[0].dwFlags |= PSP_USEREFPARENT;
+            sheet.pages[0].pcRefParent = &users;
+            const HPROPSHEETPAGE page = CreatePropertySheetPageW(&sheet.pages[0]);
+            EXPECT_TRUE(!SystemIsExact || users == 2);
+            EXPECT_NE(DestroyPropertySheetPage(page), 0);
+            EXPECT_EQ(users, 1U);
             sheet.pages[0].dwSize = offsetof(PROPSHEETPAGEW, pcRefParent); // shorter than the oldest form
             EXPECT_EQ(CreatePropertySheetPageW(&sheet.pages[0]), nullptr);
             sheet.pages[0].dwSize = sizeof sheet.pages[0];

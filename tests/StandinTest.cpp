@@ -198,7 +198,7 @@ TEST(CodePages, RefuseArgumentsThatTheSystemRefuses) {
     }
     EXPECT_TRUE(refused(MultiByteToWideChar(77, 0, "abc", 1, wide, 4) == 0, ERROR_INVALID_PARAMETER));
     EXPECT_TRUE(refused(toNarrow(77, 0, L"abc", 1, 4, nullptr) == 0, ERROR_INVALID_PARAMETER));
-    EXPECT_EQ(MultiByteToWideChar(1252, MB_PRECOMPOSED, "abc", 1, wide, 4), 1);
+    EXPECT_EQ(MultiByteToWideChar(1252, 0x1, "abc", 1, wide, 4), 1);
     // The caller's own default character has two bytes if its first byte is a lead byte.
     EXPECT_EQ(toNarrow(1252, WC_NO_BEST_FIT_CHARS, L"\x416z", 2, 4, "#"), 2);
     EXPECT_EQ(std::string(narrow, 2), "#z");
@@ -294,9 +294,11 @@ protected:
 
 TEST_F(Environment, SelectsTheSystemsLanguageByItsVariablesInTheUsualOrder) {
     const std::tuple<EnvironmentVariable&, const char*, WORD> cases[] = {
-        {lang, "de_DE.UTF-8", 0x407},  {lang, "de_XX@euro", 0x407},  {lang, "pt", 0x416},  {lang, "zh_TW.Big5", 0x404},
-        {lang, "sr_RS@latin", 0x281A}, {lang, "es_ES.UTF-8", 0xC0A}, {lang, "C.UTF-8", 0}, {lang, "POSIX", 0},
-        {messages, "it_IT", 0x410},    {lang, "fr_FR", 0x410},       {all, "", 0x410},     {all, "ru_RU", 0x419},
+        {lang, "de_DE.UTF-8", 0x407}, {lang, "de_XX@euro", 0x407}, {lang, "pt", 0x416},
+        {lang, "zh_TW.Big5", 0x404},  {lang, "ur", 0x420},         {lang, "sr_RS@latin", 0x281A},
+        {lang, "es_ES.UTF-8", 0xC0A}, {lang, "C.UTF-8", 0},        {lang, "POSIX", 0},
+        {messages, "it_IT", 0x410},   {lang, "fr_FR", 0x410},      {all, "", 0x410},
+        {all, "ru_RU", 0x419},
     };
     EXPECT_EQ(ReadUiLanguage(uilanguage_default), 0);
     for (const auto& [variable, locale, language] : cases) {

@@ -210,7 +210,10 @@ TEST(Menus, AreDestroyedWithTheirPopupsAtAnyDepth) {
     const HMENU popup = GetSubMenu(menu, 0);
     for (const int position : {0, 1}) EXPECT_EQ(GetMenuItemID(menu, position), ~0U);
     EXPECT_TRUE(DestroyMenu(menu));
-    for (const HMENU gone : {popup, menu}) EXPECT_FALSE(DestroyMenu(gone));
+    for (const HMENU gone : {popup, menu}) {
+        SetLastError(NO_ERROR);
+        EXPECT_TRUE(!DestroyMenu(gone) && GetLastError() == ERROR_INVALID_MENU_HANDLE);
+    }
     TemplateBuilder unknown;
     EXPECT_EQ(LoadMenuIndirectW(unknown.words({2, 0, 0x80, 1, 0}).get().data()), nullptr);
 #ifndef _WIN32
