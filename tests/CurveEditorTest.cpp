@@ -144,13 +144,12 @@ TEST(CurveEditor, SendsTheValuesOfEachGestureToTheHost) {
 
 TEST(CurveEditor, ReadsKeysInTheUsersKeyboardLayout) {
     const XServer server;
-    server.useLayouts("us");
+    XServer::useLayouts("us");
     const HostProcess host("");
-    // Codes 10 to 12 are the keys of the digits 1 to 3, which are below Shift in the French layout. Code 66 is Caps
-    // Lock.
+    // Codes 10 to 12 are the keys of the digits 1 to 3. In the French layout, the digits need Shift.
     host.act(EditFrequency1 + "key 10 11 12 Return");
     EXPECT_TRUE(host.receives({{1, frequency(123)}})) << host.said();
-    server.useLayouts("fr");
+    XServer::useLayouts("fr");
     host.act(EditFrequency1 + "key shift+11 shift+12 Return");
     EXPECT_TRUE(host.receives({{1, frequency(23)}})) << host.said();
 }

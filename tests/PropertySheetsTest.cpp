@@ -342,9 +342,9 @@ TEST(WedgeSheets, AcceptAnyNumberOfPagesWithTheCallersDataAfterEachRecord) {
 TEST(WedgeSheets, LeaveOnlyTheirThunksInMemory) {
     const auto openAndRefuse = [](int times) {
         for (int i = 0; i < times; ++i) {
+            UINT users = 1;
             Sheet sheet;
             sheet.open(); // two of its pages are never shown
-            UINT users = 1;
             sheet.pages[0].dwFlags |= PSP_USEREFPARENT;
             sheet.pages[0].pcRefParent = &users;
             const HPROPSHEETPAGE page = CreatePropertySheetPageW(&sheet.pages[0]);

@@ -198,7 +198,7 @@ TEST(CodePages, RefuseArgumentsThatTheSystemRefuses) {
     }
     EXPECT_TRUE(refused(MultiByteToWideChar(77, 0, "abc", 1, wide, 4) == 0, ERROR_INVALID_PARAMETER));
     EXPECT_TRUE(refused(toNarrow(77, 0, L"abc", 1, 4, nullptr) == 0, ERROR_INVALID_PARAMETER));
-    EXPECT_EQ(MultiByteToWideChar(1252, 0x1, "abc", 1, wide, 4), 1);
+    EXPECT_EQ(MultiByteToWideChar(1252, MB_PRECOMPOSED, "abc", 1, wide, 4), 1);
     // The caller's own default character has two bytes if its first byte is a lead byte.
     EXPECT_EQ(toNarrow(1252, WC_NO_BEST_FIT_CHARS, L"\x416z", 2, 4, "#"), 2);
     EXPECT_EQ(std::string(narrow, 2), "#z");
