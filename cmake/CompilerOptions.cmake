@@ -75,8 +75,8 @@ if(EQ_WARNINGS_AS_ERRORS)
   target_compile_options(eq_warnings INTERFACE -Werror)
 endif()
 
-# Compiles the headers of the standard library that most sources include once for all targets of a kind, which makes a
-# build faster. A source then compiles even if it lacks an include, so the builds for users do not use these headers.
+# These headers can be precompiled, which makes a build faster. A source then compiles even if it lacks an include, so
+# the builds for users do not precompile them.
 set(EQ_PRECOMPILED_HEADERS <algorithm> <array> <cmath> <cstddef> <cstdint> <cstdio> <cstdlib> <cstring> <filesystem>
   <functional> <map> <memory> <optional> <string> <string_view> <utility> <vector>)
 if(EQ_PRECOMPILE AND NOT WIN32)

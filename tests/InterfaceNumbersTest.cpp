@@ -3,8 +3,8 @@
 #include <array>
 #include <cstdint>
 
-// Compares the stand-in's numbers with those of the Windows headers, from which a build for Windows takes the names.
-// The compiler makes the comparison.
+// All builds compute the same fingerprint at compile time: a build for Linux from the stand-in's numbers, and a build
+// for Windows from the numbers in the system's headers.
 
 namespace eq {
 

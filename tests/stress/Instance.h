@@ -67,8 +67,7 @@ inline intptr hostileCallback(AEffect* effect, int32 opcode, int32 index, intptr
     require(opcode == audioMasterAutomate && effect && isParameter(index) && std::abs(opt) <= 1e7f,
             "an effect calls its host for another reason than a change");
     require(!effect->user, "an editor changed a parameter without an action of the user");
-    static thread_local unsigned calls = 0;
-    const unsigned turn = ++calls % 16;
+    const std::size_t turn = below(16);
     if (turn == 0) dispatch(effect, effEditClose, 0);
     if (turn == 1) dispatch(effect, effEditIdle, 0);
     if (turn == 2) effect->setParameter(effect, index, 0.5f);
