@@ -7,6 +7,8 @@
 #include <string_view>
 #include <utility>
 
+#include <CLI/CLI.hpp>
+
 namespace eq {
 namespace {
 
@@ -57,18 +59,83 @@ void refuseMissingValues(int argumentCount, char** arguments) {
 
 } // namespace
 
-void parseCommandLine(CLI::App& app, const std::string& usage, int argumentCount, char** arguments) {
-    app.formatter(std::make_shared<HelpFormatter>(usage));
-    app.set_help_flag("-h,--help", "show this help");
-    app.set_version_flag("--version", app.get_name() + " " EQ_VERSION, "show the version");
-    for (CLI::Option* const option : app.get_options()) {
+CommandLine::Option& CommandLine::Option::value(const std::string& name) {
+    m_option->type_name(name);
+    return *this;
+}
+
+// A check has no description, because the help would show the description.
+
+CommandLine::Option& CommandLine::Option::range(int lowest, int highest) {
+    m_option->check(CLI::Range(lowest, highest).description(""));
+    return *this;
+}
+
+CommandLine::Option& CommandLine::Option::range(double lowest, double highest) {
+    m_option->check(CLI::Range(lowest, highest).description(""));
+    return *this;
+}
+
+CommandLine::Option& CommandLine::Option::oneOf(const std::vector<std::string>& values) {
+    m_option->check(CLI::IsMember(values).description(""));
+    return *this;
+}
+
+CommandLine::Option& CommandLine::Option::oneValueEach() {
+    m_option->allow_extra_args(false);
+    return *this;
+}
+
+CommandLine::Option& CommandLine::Option::values(int count) {
+    m_option->expected(count);
+    return *this;
+}
+
+CommandLine::CommandLine(const std::string& tool, const std::string& description, const std::string& usage,
+                         const std::string& footer)
+    : m_app(std::make_unique<CLI::App>(description, tool)) {
+    m_app->formatter(std::make_shared<HelpFormatter>(usage));
+    m_app->footer(footer);
+}
+
+CommandLine::~CommandLine() = default;
+
+template <typename Value>
+CommandLine::Option CommandLine::option(const std::string& names, Value& value, const std::string& description) {
+    return Option(m_app->add_option(names, value, description));
+}
+
+template CommandLine::Option CommandLine::option(const std::string&, std::string&, const std::string&);
+template CommandLine::Option CommandLine::option(const std::string&, std::vector<std::string>&, const std::string&);
+template CommandLine::Option CommandLine::option(const std::string&, std::optional<std::string>&, const std::string&);
+template CommandLine::Option CommandLine::option(const std::string&, std::optional<int>&, const std::string&);
+template CommandLine::Option CommandLine::option(const std::string&, std::optional<double>&, const std::string&);
+template CommandLine::Option CommandLine::option(const std::string&, std::optional<unsigned short>&,
+                                                 const std::string&);
+template CommandLine::Option CommandLine::option(const std::string&, int&, const std::string&);
+template CommandLine::Option CommandLine::option(const std::string&, std::size_t&, const std::string&);
+
+void CommandLine::flag(const std::string& names, bool& value, const std::string& description) {
+    m_app->add_flag(names, value, description);
+}
+
+std::optional<int> CommandLine::parse(int argumentCount, char** arguments) {
+    m_app->set_help_flag("-h,--help", "show this help");
+    m_app->set_version_flag("--version", m_app->get_name() + " " EQ_VERSION, "show the version");
+    for (CLI::Option* const option : m_app->get_options()) {
         if (option->get_items_expected_max() == 0) continue;
-        // The check has no description, because the help would show the description.
         option->check(CLI::Validator(refuseEmpty, ""));
         if (option->get_items_expected_max() == 1) option->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     }
     refuseMissingValues(argumentCount, arguments);
-    app.parse(argumentCount, arguments);
+    try {
+        m_app->parse(argumentCount, arguments);
+    } catch (const CLI::Success& helpOrVersion) {
+        return m_app->exit(helpOrVersion);
+    } catch (const CLI::Error& error) {
+        throw UsageError(error.what());
+    }
+    return std::nullopt;
 }
 
 } // namespace eq

@@ -8,8 +8,6 @@
 #include <new>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
 namespace eq {
 
 inline constexpr int ExitFailure = 1; ///< bad input, or output that cannot be written
@@ -26,8 +24,6 @@ int runTool(const char* name, const Command& command) {
     };
     try {
         return command();
-    } catch (const CLI::Error& error) {
-        return fail(error.what(), ExitUsage);
     } catch (const UsageError& error) {
         return fail(error.what(), ExitUsage);
     } catch (const FileError& error) {

@@ -1,5 +1,6 @@
 // Shows the editor of an effect in a window, as a host does.
 
+#include "tools/common/CommandLine.h"
 #include "tools/common/RunTool.h"
 #include "tools/common/Text.h"
 #include "tools/editor-host/HostedEditor.h"
@@ -10,35 +11,31 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 namespace eq {
 
 namespace {
 
 int run(int argc, char** argv) {
-    CLI::App app("Shows the editor of an effect in a window, as a host does.", "editor-host");
+    CommandLine commandLine("editor-host", "Shows the editor of an effect in a window, as a host does.",
+                            "  editor-host [OPTIONS] [LIBRARY]");
     std::string library = libraryBesideProgram();
     bool printParameters = false;
     std::vector<std::string> settings;
     WindowOptions options;
-    app.add_option("LIBRARY", library, "The effect (default: the one beside this program)");
-    app.add_flag("--log", options.log, "Print the effect's calls to its host");
-    app.add_flag("--print", printParameters, "Print the parameters when the window is closed");
-    app.add_option("--set", settings,
-                   "Set a parameter before the editor is opened: 0 is the top of its range, 1 the bottom; repeatable")
-        ->type_name("INDEX=P")
-        ->allow_extra_args(false);
-    app.add_option("--sweep", options.sweep, "Move parameter INDEX up and down, as a host's automation does")
-        ->type_name("INDEX");
-    app.add_option("--screenshot", options.screenshot, "Take a picture of the editor, as a PNG file, and end")
-        ->type_name("FILE");
-    app.add_option("--seconds", options.seconds, "End after SECONDS (with --screenshot: 1)")->type_name("SECONDS");
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : ExitUsage;
-    }
+    commandLine.option("LIBRARY", library, "the effect (default: the one beside this program)");
+    commandLine.flag("--log", options.log, "print the effect's calls to its host");
+    commandLine.flag("--print", printParameters, "print the parameters when the window is closed");
+    commandLine
+        .option("--set", settings,
+                "set a parameter before the editor is opened: 0 is the top of its range, 1 the bottom; repeatable")
+        .value("INDEX=P")
+        .oneValueEach();
+    commandLine.option("--sweep", options.sweep, "move parameter INDEX up and down, as a host's automation does")
+        .value("INDEX");
+    commandLine.option("--screenshot", options.screenshot, "take a picture of the editor, as a PNG file, and end")
+        .value("FILE");
+    commandLine.option("--seconds", options.seconds, "end after SECONDS (with --screenshot: 1)").value("SECONDS");
+    if (const auto exitCode = commandLine.parse(argc, argv)) return *exitCode;
     if (options.screenshot && !options.seconds) options.seconds = 1.0;
 
     HostedEditor editor(library, options.log);

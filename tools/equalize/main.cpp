@@ -25,8 +25,6 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 namespace eq {
 
 namespace {
@@ -60,82 +58,92 @@ Examples:
   equalize --preset voice.preset --export voice.conf
   equalize --list)";
 
-void declare(CLI::App& app, Options& options) {
-    app.footer(Footer);
-    app.add_option("FILE", options.files.files,
-                   "INPUT, an audio file to read: WAV, AIFF, FLAC, Ogg and others; OUTPUT, the file to write; - is "
-                   "standard input or standard output");
-    app.add_option("--output-dir", options.files.outputFolder, "write every output into this folder")->type_name("DIR");
-    app.add_option("--suffix", options.files.suffix, "add this text to each output's name, before the extension")
-        ->type_name("TEXT");
-    app.add_flag("--recursive", options.files.isRecursive,
-                 "equalize the audio files in the folders that are named as INPUT; the output has the same folders");
-    app.add_option("--jobs", options.jobs, "files to equalize at the same time; the number of processors if not given")
-        ->type_name("N")
-        ->check(CLI::Range(1, 1024).description(""));
-    app.add_flag("--skip-existing", options.skipExisting, "skip each INPUT whose output exists");
-    app.add_flag("-n,--no-clobber", options.noClobber, "never replace a file: an output that exists is a failure");
-    app.add_flag("--dry-run", options.dryRun, "show which files would be written, and write none");
-    app.add_option("--volume", options.volumes, "output volume, " + rangeText(ParameterKind::Volume))
-        ->type_name("DB")
-        ->allow_extra_args(false);
-    app.add_option("--band", options.bands,
-                   "settings of band N, 1 to 4, as N:freq=HZ,gain=DB,q=Q or any of the three: freq " +
-                       rangeText(ParameterKind::Frequency) + ", gain " + rangeText(ParameterKind::Gain) + ", q " +
-                       rangeText(ParameterKind::Q) + "; repeatable")
-        ->type_name("N:SETTINGS")
-        ->allow_extra_args(false);
-    app.add_option("--set", options.normalised,
-                   "normalised value of a parameter, by its index: 0 is the top of the range, 1 the bottom; "
-                   "repeatable")
-        ->type_name("INDEX=P")
-        ->allow_extra_args(false);
-    app.add_option("--preset", options.preset, "file with settings, or a factory preset")->type_name("FILE|NAME");
-    app.add_flag("--list-presets", options.listPresets, "show the factory presets");
-    app.add_option("--save-preset", options.savePreset, "write the settings into a file")->type_name("FILE");
-    app.add_option("--import", options.import,
-                   "file with the filters of Equalizer APO, REW or AutoEq; more than four run in several effects")
-        ->type_name("FILE");
-    app.add_flag("--fit", options.fit, "approximate a file of --import that has no exact form, and show the deviation");
-    app.add_option("--bands", options.fitBands, "the largest number of bands for --fit, 1 to 32; 8 if not given")
-        ->type_name("N")
-        ->check(CLI::Range(1, 32).description(""));
-    app.add_flag("--force", options.force, "accept a fit that deviates by more than 6 dB");
-    app.add_option("--export", options.exportFile,
-                   "write the settings as filters of Equalizer APO, or of PipeWire if FILE ends in .conf")
-        ->type_name("FILE");
-    app.add_option("--plot", options.plot, "draw the response into an SVG file")->type_name("FILE");
-    app.add_option("--normalize", options.normalize,
-                   "apply a gain after the effect, so that the highest sample has this level, -100 to 0 dB relative to "
-                   "full scale; reads INPUT twice")
-        ->type_name("DB");
-    app.add_flag("--headroom", options.headroom,
-                 "lower the sound after the effect if it would clip; reads INPUT twice");
-    app.add_flag("--dither", options.dither,
-                 "add noise of one step before rounding to integers; the same noise in each run");
-    app.add_option("--plugin", options.plugin, "the effect's library, if not the library that came with this program")
-        ->type_name("PATH");
-    app.add_option("--block", options.blockFrames, "frames to process at a time, 2048 if not given")
-        ->type_name("FRAMES")
-        ->check(CLI::Range(1, 1000000).description(""));
-    app.add_option("--bits", options.bits, "sample format of OUTPUT: 16, 24, 32 or float")
-        ->type_name("BITS")
-        ->check(CLI::IsMember({"16", "24", "32", "float"}).description(""));
-    app.add_option("--format", options.format,
-                   "format of OUTPUT, named by its extension, such as flac; wav for standard output if not given")
-        ->type_name("NAME");
-    app.add_option("--quality", options.quality,
-                   "quality of Ogg Vorbis, Opus and MP3, 0 to 10: 10 is the best, and is used if not given")
-        ->type_name("Q")
-        ->check(CLI::Range(0.0, AudioWriter::BestQuality).description(""));
-    app.add_flag("--keep-latency", options.keepLatency, "leave the effect's delay before the sound");
-    app.add_flag("--no-rate-correction", options.noRateCorrection,
-                 "do not correct the frequencies for a file whose sampling rate is not 44100 Hz");
-    app.add_flag("--replace-nan", options.replaceNan,
-                 "replace samples that are infinite or not a number by 0; without this option they are an error");
-    app.add_flag("--list", options.list, "show the parameters, their ranges, and their values with these settings");
-    app.add_flag("--json", options.json, "with --list: as JSON");
-    app.add_flag("--quiet", options.quiet, "show errors only");
+void declare(CommandLine& commandLine, Options& options) {
+    commandLine.option("FILE", options.files.files,
+                       "INPUT, an audio file to read: WAV, AIFF, FLAC, Ogg and others; OUTPUT, the file to write; - is "
+                       "standard input or standard output");
+    commandLine.option("--output-dir", options.files.outputFolder, "write every output into this folder").value("DIR");
+    commandLine.option("--suffix", options.files.suffix, "add this text to each output's name, before the extension")
+        .value("TEXT");
+    commandLine.flag(
+        "--recursive", options.files.isRecursive,
+        "equalize the audio files in the folders that are named as INPUT; the output has the same folders");
+    commandLine
+        .option("--jobs", options.jobs, "files to equalize at the same time; the number of processors if not given")
+        .value("N")
+        .range(1, 1024);
+    commandLine.flag("--skip-existing", options.skipExisting, "skip each INPUT whose output exists");
+    commandLine.flag("-n,--no-clobber", options.noClobber, "never replace a file: an output that exists is a failure");
+    commandLine.flag("--dry-run", options.dryRun, "show which files would be written, and write none");
+    commandLine.option("--volume", options.volumes, "output volume, " + rangeText(ParameterKind::Volume))
+        .value("DB")
+        .oneValueEach();
+    commandLine
+        .option("--band", options.bands,
+                "settings of band N, 1 to 4, as N:freq=HZ,gain=DB,q=Q or any of the three: freq " +
+                    rangeText(ParameterKind::Frequency) + ", gain " + rangeText(ParameterKind::Gain) + ", q " +
+                    rangeText(ParameterKind::Q) + "; repeatable")
+        .value("N:SETTINGS")
+        .oneValueEach();
+    commandLine
+        .option("--set", options.normalised,
+                "normalised value of a parameter, by its index: 0 is the top of the range, 1 the bottom; "
+                "repeatable")
+        .value("INDEX=P")
+        .oneValueEach();
+    commandLine.option("--preset", options.preset, "file with settings, or a factory preset").value("FILE|NAME");
+    commandLine.flag("--list-presets", options.listPresets, "show the factory presets");
+    commandLine.option("--save-preset", options.savePreset, "write the settings into a file").value("FILE");
+    commandLine
+        .option("--import", options.import,
+                "file with the filters of Equalizer APO, REW or AutoEq; more than four run in several effects")
+        .value("FILE");
+    commandLine.flag("--fit", options.fit,
+                     "approximate a file of --import that has no exact form, and show the deviation");
+    commandLine.option("--bands", options.fitBands, "the largest number of bands for --fit, 1 to 32; 8 if not given")
+        .value("N")
+        .range(1, 32);
+    commandLine.flag("--force", options.force, "accept a fit that deviates by more than 6 dB");
+    commandLine
+        .option("--export", options.exportFile,
+                "write the settings as filters of Equalizer APO, or of PipeWire if FILE ends in .conf")
+        .value("FILE");
+    commandLine.option("--plot", options.plot, "draw the response into an SVG file").value("FILE");
+    commandLine
+        .option("--normalize", options.normalize,
+                "apply a gain after the effect, so that the highest sample has this level, -100 to 0 dB relative to "
+                "full scale; reads INPUT twice")
+        .value("DB");
+    commandLine.flag("--headroom", options.headroom,
+                     "lower the sound after the effect if it would clip; reads INPUT twice");
+    commandLine.flag("--dither", options.dither,
+                     "add noise of one step before rounding to integers; the same noise in each run");
+    commandLine
+        .option("--plugin", options.plugin, "the effect's library, if not the library that came with this program")
+        .value("PATH");
+    commandLine.option("--block", options.blockFrames, "frames to process at a time, 2048 if not given")
+        .value("FRAMES")
+        .range(1, 1000000);
+    commandLine.option("--bits", options.bits, "sample format of OUTPUT: 16, 24, 32 or float")
+        .value("BITS")
+        .oneOf({"16", "24", "32", "float"});
+    commandLine
+        .option("--format", options.format,
+                "format of OUTPUT, named by its extension, such as flac; wav for standard output if not given")
+        .value("NAME");
+    commandLine
+        .option("--quality", options.quality,
+                "quality of Ogg Vorbis, Opus and MP3, 0 to 10: 10 is the best, and is used if not given")
+        .value("Q")
+        .range(0.0, AudioWriter::BestQuality);
+    commandLine.flag("--keep-latency", options.keepLatency, "leave the effect's delay before the sound");
+    commandLine.flag("--no-rate-correction", options.noRateCorrection,
+                     "do not correct the frequencies for a file whose sampling rate is not 44100 Hz");
+    commandLine.flag("--replace-nan", options.replaceNan,
+                     "replace samples that are infinite or not a number by 0; without this option they are an error");
+    commandLine.flag("--list", options.list, "show the parameters, their ranges, and their values with these settings");
+    commandLine.flag("--json", options.json, "with --list: as JSON");
+    commandLine.flag("--quiet", options.quiet, "show errors only");
 }
 
 Settings settingsFrom(const Options& options) {
@@ -250,13 +258,10 @@ int run(Options& options) {
 
 int runCommand(int argumentCount, char** arguments) {
     Options options;
-    CLI::App app("Equalizes audio files through the Parametric Equalizer effect.", "equalize");
-    declare(app, options);
-    try {
-        parseCommandLine(app, Usage, argumentCount, arguments);
-    } catch (const CLI::Success& helpOrVersion) {
-        return app.exit(helpOrVersion);
-    }
+    CommandLine commandLine("equalize", "Equalizes audio files through the Parametric Equalizer effect.", Usage,
+                            Footer);
+    declare(commandLine, options);
+    if (const auto exitCode = commandLine.parse(argumentCount, arguments)) return *exitCode;
     const int exitCode = run(options);
     if (std::fflush(stdout) != 0) throw systemError("standard output", errno);
     return exitCode;

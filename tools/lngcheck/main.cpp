@@ -27,8 +27,6 @@
 #include <system_error>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 namespace eq {
 
 namespace {
@@ -72,35 +70,36 @@ Examples:
   lngcheck --override 1031 --system 1036 --explain IDS_DB FOLDER
   lngcheck --reference Equalizer1033.lng --pseudo test/Equalizer1033.lng)";
 
-void declare(CLI::App& app, Options& options) {
-    app.footer(Footer);
-    app.add_option("PATH", options.paths, "language files, and folders with language files");
-    app.add_option("--reference", options.reference, "report keys that this file has and the other files lack")
-        ->type_name("FILE");
-    app.add_option(
-           "--pseudo", options.pseudo,
-           "write the reference's texts longer and with accents, so that texts that are cut off or not translated "
-           "become visible")
-        ->type_name("OUT");
-    app.add_option("--override", options.overrideLanguage, "show the order of reading for this language setting")
-        ->type_name("ID");
-    app.add_option("--system", options.systemLanguage, "show the order of reading for this system language")
-        ->type_name("ID");
-    app.add_option("--explain", options.keysToExplain, "show the file that contains the text of a key; repeatable")
-        ->type_name("KEY")
-        ->allow_extra_args(false);
-    app.add_option("--init", options.init, "write a new language file with all keys, and the English texts as comments")
-        ->type_name("ID FILE")
-        ->expected(2);
-    app.add_option("--convert", options.convert,
-                   "write a language file from a text in UTF-8, or such a text from a language file; the name that "
-                   "ends in .lng is the language file")
-        ->type_name("IN OUT")
-        ->expected(2);
-    app.add_flag("--json", options.json, "write each finding as a JSON object on a separate line");
-    app.add_flag("--stats", options.stats, "write a table of the languages instead of the findings");
-    app.add_flag("--strict", options.strict, "treat warnings as faults");
-    app.add_flag("--quiet", options.quiet, "write no summary");
+void declare(CommandLine& commandLine, Options& options) {
+    commandLine.option("PATH", options.paths, "language files, and folders with language files");
+    commandLine.option("--reference", options.reference, "report keys that this file has and the other files lack")
+        .value("FILE");
+    commandLine
+        .option("--pseudo", options.pseudo,
+                "write the reference's texts longer and with accents, so that texts that are cut off or not translated "
+                "become visible")
+        .value("OUT");
+    commandLine.option("--override", options.overrideLanguage, "show the order of reading for this language setting")
+        .value("ID");
+    commandLine.option("--system", options.systemLanguage, "show the order of reading for this system language")
+        .value("ID");
+    commandLine.option("--explain", options.keysToExplain, "show the file that contains the text of a key; repeatable")
+        .value("KEY")
+        .oneValueEach();
+    commandLine
+        .option("--init", options.init, "write a new language file with all keys, and the English texts as comments")
+        .value("ID FILE")
+        .values(2);
+    commandLine
+        .option("--convert", options.convert,
+                "write a language file from a text in UTF-8, or such a text from a language file; the name that "
+                "ends in .lng is the language file")
+        .value("IN OUT")
+        .values(2);
+    commandLine.flag("--json", options.json, "write each finding as a JSON object on a separate line");
+    commandLine.flag("--stats", options.stats, "write a table of the languages instead of the findings");
+    commandLine.flag("--strict", options.strict, "treat warnings as faults");
+    commandLine.flag("--quiet", options.quiet, "write no summary");
 }
 
 bool isFolder(const std::string& path) {
@@ -264,13 +263,10 @@ int run(const Options& options) {
 
 int runCommand(int argumentCount, char** arguments) {
     Options options;
-    CLI::App app("Checks language files of the Parametric Equalizer.", "lngcheck");
-    declare(app, options);
-    try {
-        parseCommandLine(app, "  lngcheck [OPTIONS] PATH...", argumentCount, arguments);
-    } catch (const CLI::Success& helpOrVersion) {
-        return app.exit(helpOrVersion);
-    }
+    CommandLine commandLine("lngcheck", "Checks language files of the Parametric Equalizer.",
+                            "  lngcheck [OPTIONS] PATH...", Footer);
+    declare(commandLine, options);
+    if (const auto exitCode = commandLine.parse(argumentCount, arguments)) return *exitCode;
     const int exitCode = run(options);
     if (std::fflush(stdout) != 0) throw systemError("standard output", errno);
     return exitCode;
