@@ -10,7 +10,6 @@ namespace eq {
 namespace {
 
 // Lengths at a scale factor of 1.
-constexpr double Corner = 6.0;
 constexpr double FieldPadding = 5.0; ///< left of the texts of a read-out
 /// The caption is above the middle of the card, and the value is below, each by a fraction of this length.
 constexpr double CaptionHeight = 14.0;

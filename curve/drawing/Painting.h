@@ -9,6 +9,9 @@
 
 namespace eq {
 
+/// The radius of rounded corners at a scale factor of 1.
+constexpr double Corner = 6.0;
+
 struct CairoDeleter {
     void operator()(cairo_surface_t* surface) const noexcept { cairo_surface_destroy(surface); }
     void operator()(cairo_t* context) const noexcept { cairo_destroy(context); }

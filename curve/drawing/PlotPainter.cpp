@@ -11,7 +11,6 @@ namespace eq {
 namespace {
 
 // Lengths at a scale factor of 1.
-constexpr double Corner = 6.0;
 constexpr double NodeRadius = 10.5;
 constexpr double RingRadius = 13.5;
 constexpr double SumWidth = 2.0;
@@ -19,7 +18,7 @@ constexpr double BandWidth = 1.2;
 constexpr double LabelGap = 6.0;
 constexpr double LeastLineDistance = 22.0;
 
-constexpr double Dimmed = 0.3;
+constexpr double DimmedCurve = 0.3;
 constexpr double Reference = 1000.0; ///< Hz; the octave lines are whole octaves above or below
 constexpr int LowestOctave = -5;     ///< 31 Hz
 constexpr int HighestOctave = 4;     ///< 16 kHz
@@ -162,7 +161,7 @@ void PlotPainter::drawCurves(cairo_t* cr, const EditorState& state, const Respon
     const EditorGeometry& geometry = state.geometry;
     const Rect& plot = geometry.layout.plot;
     const double scale = geometry.layout.scale;
-    const double strength = isBypassed ? Dimmed : 1.0;
+    const double strength = isBypassed ? DimmedCurve : 1.0;
     const DecibelAxis axis = geometry.decibels();
     const double left = plot.x + 0.5;
 

@@ -14,7 +14,7 @@ constexpr double ThumbWidth = 26.0;
 constexpr double ThumbHeight = 14.0;
 constexpr double TrackLeft = 18.0;
 constexpr double LabelLeft = 18.0; ///< from the middle of the track
-constexpr double Dimmed = 0.4;
+constexpr double DimmedSlider = 0.4;
 
 } // namespace
 
@@ -36,7 +36,7 @@ void VolumePainter::drawSlider(cairo_t* cr, const EditorState& state, bool isByp
     cairo_fill(cr);
 
     const double y = axis.yOf(state.model.limitedValue(VolumeIndex));
-    const double strength = isBypassed ? Dimmed : 1.0;
+    const double strength = isBypassed ? DimmedSlider : 1.0;
     cairo_rectangle(cr, x - half, std::min(y, axis.yOf(0.0)), 2.0 * half, std::fabs(y - axis.yOf(0.0)));
     setColour(cr, palette::TrackFill, strength);
     cairo_fill(cr);

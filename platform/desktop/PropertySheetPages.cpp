@@ -22,7 +22,7 @@ eq::standin::HandleTable<PropertyPage>& pages() {
     return table;
 }
 
-constexpr DWORD KnownFlags = PSP_DLGINDIRECT | PSP_USETITLE | PSP_USEREFPARENT | PSP_USECALLBACK;
+constexpr DWORD KnownPageFlags = PSP_DLGINDIRECT | PSP_USETITLE | PSP_USEREFPARENT | PSP_USECALLBACK;
 
 /// Returns the style of a page's dialog. The dialog becomes a control of its sheet, and is hidden until the sheet shows
 /// it. The template does not decide this.
@@ -90,7 +90,7 @@ private:
 template <typename Unit>
 HPROPSHEETPAGE createPage(const PropSheetPage<Unit>* given) noexcept try {
     if (!given || given->dwSize < PROPSHEETPAGEA_V1_SIZE) return refuse(ERROR_INVALID_PARAMETER);
-    if ((given->dwFlags & ~KnownFlags) != 0) return refuse(ERROR_NOT_SUPPORTED);
+    if ((given->dwFlags & ~KnownPageFlags) != 0) return refuse(ERROR_NOT_SUPPORTED);
     const auto page = std::make_shared<PageOf<Unit>>(given);
     const auto handle = static_cast<HPROPSHEETPAGE>(pages().add(page));
     // A caller that uses version 1 of the record does not know this event.

@@ -17,7 +17,7 @@ using eq::standin::PropertySheet;
 using eq::standin::PropSheetHeader;
 using eq::standin::refuse;
 
-constexpr DWORD KnownFlags =
+constexpr DWORD KnownSheetFlags =
     PSH_PROPSHEETPAGE | PSH_WIZARD | PSH_NOAPPLYNOW | PSH_USECALLBACK | PSH_HASHELP | PSH_MODELESS;
 
 /// Returns the sheets that have windows. `windowLock` guards the map.
@@ -100,7 +100,7 @@ template <typename Unit>
 INT_PTR openSheet(const PropSheetHeader<Unit>* header) noexcept try {
     if (!header || header->dwSize < PROPSHEETHEADERA_V1_SIZE) return refuse(ERROR_INVALID_PARAMETER, INT_PTR{-1});
     if (header->nPages == 0) return refuse(ERROR_INVALID_PARAMETER, INT_PTR{-1});
-    if ((header->dwFlags & ~KnownFlags) != 0) return refuse(ERROR_NOT_SUPPORTED, INT_PTR{-1});
+    if ((header->dwFlags & ~KnownSheetFlags) != 0) return refuse(ERROR_NOT_SUPPORTED, INT_PTR{-1});
 
     const auto sheet = std::make_shared<PropertySheet>(*header);
     takePages(*sheet, *header);

@@ -5,6 +5,7 @@
 #include "support/AsciiText.h"
 #include "tools/lngcheck/FileAccess.h"
 #include "tools/lngcheck/KnownTexts.h"
+#include "tools/lngcheck/LanguageSet.h"
 #include "wedge/CLanguageFile.h"
 #include "wedge/LanguageSelection.h"
 
@@ -33,11 +34,6 @@ std::string withoutBraces(std::string_view key) {
     if (key.ends_with('}')) key.remove_suffix(1);
     return std::string(key);
 }
-
-struct Place {
-    const LanguageFile* file;
-    const Definition* definition;
-};
 
 void addPlaces(std::vector<Place>& places, const std::vector<LanguageFile>& files, const std::string& key,
                std::string_view context) {

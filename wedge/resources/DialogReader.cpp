@@ -26,7 +26,7 @@ constexpr std::size_t ExtendedFontHeader = 2 + 1 + 1; // weight, italic, charset
 
 constexpr std::wstring_view ReplacedFace = L"MS Shell Dlg";
 
-std::unique_ptr<DialogReader> readerFor(BinaryReader input) {
+std::unique_ptr<DialogReader> dialogReaderFor(BinaryReader input) {
     input.skip(2); // dlgVer
     if (input.read<std::uint16_t>() == ExtendedSignature) return std::make_unique<DialogReaderExtended>();
     return std::make_unique<DialogReaderStandard>();
@@ -102,7 +102,7 @@ PrepStatus PrepareDialogResource(const void* pDialogResource, std::size_t size, 
     return guardedRewrite([&] {
         if (pDialogResource == nullptr) throw prep_exception("NULL == pDialogResource");
         if (ppNewResource == nullptr) throw prep_exception("NULL == ppNewResource");
-        const std::unique_ptr<DialogReader> reader = readerFor(BinaryReader(pDialogResource, size));
+        const std::unique_ptr<DialogReader> reader = dialogReaderFor(BinaryReader(pDialogResource, size));
         reader->Read(pDialogResource, size);
         return finishedTemplate(*reader, ppNewResource);
     });

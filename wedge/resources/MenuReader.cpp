@@ -16,7 +16,7 @@ constexpr unsigned EndOption = 0x80;   // MF_END
 constexpr unsigned PopupInfo = 0x01;
 constexpr unsigned EndInfo = 0x80;
 
-std::unique_ptr<MenuReader> readerFor(BinaryReader input) {
+std::unique_ptr<MenuReader> menuReaderFor(BinaryReader input) {
     switch (input.read<std::uint16_t>()) {
     case 0:
         return std::make_unique<MenuReaderStandard>();
@@ -86,7 +86,7 @@ PrepStatus PrepareMenuResource(const void* pMenuResource, std::size_t size, void
     return guardedRewrite([&] {
         if (pMenuResource == nullptr) throw prep_exception("NULL == pMenuResource");
         if (ppNewResource == nullptr) throw prep_exception("NULL == ppNewResource");
-        const std::unique_ptr<MenuReader> reader = readerFor(BinaryReader(pMenuResource, size));
+        const std::unique_ptr<MenuReader> reader = menuReaderFor(BinaryReader(pMenuResource, size));
         if (!reader) return PrepFailed;
         reader->Read(pMenuResource, size);
         return finishedTemplate(*reader, ppNewResource);

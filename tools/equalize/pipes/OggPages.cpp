@@ -8,21 +8,16 @@
 namespace eq {
 namespace {
 
-// The header of an Ogg page, with the sizes in bytes:
-//
-//     "OggS" | version | flags | position | serial number | sequence number | checksum | segments | their sizes
-//       4    |    1    |   1   |    8     |       4       |        4        |    4     |    1     |   1 each
 constexpr std::size_t SequencePosition = 18;
 constexpr std::size_t ChecksumPosition = 22;
-constexpr std::size_t FixedHeader = 27;
 
 /// Returns the size of the first page in bytes, or 0 if the page is not complete.
 std::size_t sizeOfPage(std::string_view bytes) {
-    if (bytes.size() < FixedHeader) return 0;
-    const std::size_t segments = static_cast<unsigned char>(bytes[FixedHeader - 1]);
-    if (bytes.size() < FixedHeader + segments) return 0;
-    std::size_t size = FixedHeader + segments;
-    for (const char segment : bytes.substr(FixedHeader, segments)) size += static_cast<unsigned char>(segment);
+    if (bytes.size() < OggFixedHeader) return 0;
+    const std::size_t segments = static_cast<unsigned char>(bytes[OggFixedHeader - 1]);
+    if (bytes.size() < OggFixedHeader + segments) return 0;
+    std::size_t size = OggFixedHeader + segments;
+    for (const char segment : bytes.substr(OggFixedHeader, segments)) size += static_cast<unsigned char>(segment);
     return size <= bytes.size() ? size : 0;
 }
 

@@ -1,10 +1,19 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace eq {
+
+// The header of an Ogg page, with the sizes in bytes:
+//
+//     "OggS" | version | flags | position | serial number | sequence number | checksum | segments | their sizes
+//       4    |    1    |   1   |    8     |       4       |        4        |    4     |    1     |   1 each
+
+constexpr std::size_t OggFixedHeader = 27; ///< the size of an Ogg page's header without the sizes of its segments
+constexpr unsigned OggBeginOfStream = 2;   ///< the flag of the first page of a stream
 
 /// Renumbers the pages after the header of an Ogg stream if the header has become longer or shorter by some pages.
 class OggPages {

@@ -1,6 +1,7 @@
 #include "tools/equalize/pipes/PipeLayout.h"
 
 #include "support/BinaryReader.h"
+#include "tools/equalize/pipes/OggPages.h"
 
 #include <algorithm>
 #include <array>
@@ -102,19 +103,17 @@ PipeLayout layoutOfFlac(PipeSource& source) {
 /// Returns a layout for reading in order if there is one stream, of Vorbis or Opus, and its comments end within the
 /// kept bytes.
 PipeLayout layoutOfOgg(PipeSource& source) {
-    constexpr std::size_t FixedHeader = 27;
-    constexpr unsigned BeginOfStream = 2;
     PipeLayout layout;
     std::uint64_t position = 0;
     for (int packets = 0; packets < 2;) {
-        BinaryReader page = headAt(source, position, FixedHeader + 255, std::endian::little);
+        BinaryReader page = headAt(source, position, OggFixedHeader + 255, std::endian::little);
         if (page.readBytes(4) != "OggS") return layout;
         page.skip(1);
-        const bool beginsStream = (page.read<std::uint8_t>() & BeginOfStream) != 0;
+        const bool beginsStream = (page.read<std::uint8_t>() & OggBeginOfStream) != 0;
         if (beginsStream != (position == 0)) return layout;
-        page.skip(FixedHeader - 7);
+        page.skip(OggFixedHeader - 7);
         const std::size_t segments = page.read<std::uint8_t>();
-        position += FixedHeader + segments;
+        position += OggFixedHeader + segments;
         for (std::size_t i = 0; i < segments; ++i) {
             const unsigned size = page.read<std::uint8_t>();
             position += size;
@@ -122,7 +121,7 @@ PipeLayout layoutOfOgg(PipeSource& source) {
         }
         if (beginsStream && !page.readBytes(8).starts_with("\x01vorbis")) {
             const std::string_view begin = source.head(position);
-            if (begin.find("OpusHead") != FixedHeader + segments) return layout;
+            if (begin.find("OpusHead") != OggFixedHeader + segments) return layout;
         }
     }
     if (source.head(position).size() < position) return layout;

@@ -12,7 +12,7 @@
 namespace eq {
 namespace {
 
-constexpr std::size_t PieceSize = 16384;
+constexpr std::size_t ReadSize = 16384;
 constexpr std::size_t Held = 16384;
 
 /// Returns the position of the first tag that begins with its name, or npos. `trailingTagSize` finds all other tags by
@@ -35,7 +35,7 @@ MpegPipe::MpegPipe(PipeSource& pipe) : m_pipe(pipe) {
 }
 
 void MpegPipe::receive() {
-    std::array<char, PieceSize> piece;
+    std::array<char, ReadSize> piece;
     const std::size_t count = m_pipe.read(piece.data(), piece.size());
     m_waiting.append(piece.data(), count);
     const std::size_t begin = beginOfTag(m_waiting);

@@ -2,6 +2,7 @@
 
 #include "support/BinaryReader.h"
 #include "tools/equalize/pipes/OggPageWatch.h"
+#include "tools/equalize/pipes/OggPages.h"
 
 #include <array>
 #include <cstdint>
@@ -12,18 +13,12 @@
 
 namespace eq {
 
-// The header of an Ogg page, with the sizes in bytes:
-//
-//     "OggS" | version | flags | position | serial number | sequence number | checksum | segments | their sizes
-//       4    |    1    |   1   |    8     |       4       |        4        |    4     |    1     |   1 each
 std::string faultOfOgg(const std::string& file) {
-    constexpr unsigned BeginOfStream = 2;
-    constexpr std::size_t FixedHeader = 27;
     std::error_code ignored;
     if (!std::filesystem::is_regular_file(file, ignored)) return "";
     const std::uint64_t length = std::filesystem::file_size(file);
     std::ifstream stream(file, std::ios::binary);
-    std::array<char, FixedHeader + 255> bytes = {};
+    std::array<char, OggFixedHeader + 255> bytes = {};
     bool hasSound = false;
     for (std::uint64_t position = 0; position < length;) {
         stream.clear();
@@ -33,13 +28,13 @@ std::string faultOfOgg(const std::string& file) {
         try {
             if (page.readBytes(4) != "OggS") return ""; // not a page: libsndfile skips it, or the sound ends
             page.skip(1);
-            const bool beginsStream = (page.read<std::uint8_t>() & BeginOfStream) != 0;
+            const bool beginsStream = (page.read<std::uint8_t>() & OggBeginOfStream) != 0;
             if (beginsStream && hasSound) return OggPageWatch::severalStreams(position);
             hasSound = hasSound || !beginsStream;
             page.skip(20);
             const std::size_t segments = page.read<std::uint8_t>();
             for (std::size_t i = 0; i < segments; ++i) position += page.read<std::uint8_t>();
-            position += FixedHeader + segments;
+            position += OggFixedHeader + segments;
         } catch (const EndOfData&) {
             position = length + 1;
         }
