@@ -16,15 +16,18 @@ namespace eq {
 
 namespace {
 
-std::string display(int32 index, float p) {
-    const HostedEffect effect((new ParametricEqualizer(nullptr))->getAeffect());
-    effect.set(index, p);
-    return effect.display(index);
-}
+struct DisplayText : testing::Test {
+    const HostedEffect effect{(new ParametricEqualizer(nullptr))->getAeffect()};
+
+    [[nodiscard]] std::string display(int32 index, float p) const {
+        effect.set(index, p);
+        return effect.display(index);
+    }
+};
 
 } // namespace
 
-TEST(DisplayText, ShowsEachQuantityInItsOwnForm) {
+TEST_F(DisplayText, ShowsEachQuantityInItsOwnForm) {
     const std::tuple<int32, float, const char*> rows[] = {
         // The first frequency is 999.6 Hz: the effect chooses the unit before it rounds the number.
         {1, 0.4337F, "1000 Hz"}, {0, 0.0F, "+12.0 dB"}, {0, 0.5F, "+0.0 dB"},     {8, 1.0F, "-10.0 dB"},
@@ -36,7 +39,7 @@ TEST(DisplayText, ShowsEachQuantityInItsOwnForm) {
     EXPECT_EQ(displayPartsOf(ParameterKind::Frequency, 10000.0).number, "10");
 }
 
-TEST(DisplayText, StaysInsideItsBufferForValuesOfAnySize) {
+TEST_F(DisplayText, StaysInsideItsBufferForValuesOfAnySize) {
     for (const int32 index : {-1, 13}) EXPECT_EQ(display(index, 0.0F), std::string(64, '#'));
     for (int32 index = 0; index < 13; ++index) {
         for (const float p : {1e38F, -1e38F, 1e9F, -30.0F, std::numeric_limits<float>::infinity(), std::nanf("")})
