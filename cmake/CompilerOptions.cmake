@@ -71,6 +71,9 @@ endif()
 # The warnings of the project's own targets.
 add_library(eq_warnings INTERFACE)
 target_compile_options(eq_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+# In a unity build, several sources are one translation unit, and see each other's names.
+target_compile_options(eq_warnings INTERFACE
+  $<$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>:-Wno-shadow;$<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>>)
 if(EQ_WARNINGS_AS_ERRORS)
   target_compile_options(eq_warnings INTERFACE -Werror)
 endif()
