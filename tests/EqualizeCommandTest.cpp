@@ -1,6 +1,7 @@
 #include "tests/support/EqualizeCommand.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <set>
 #include <sstream>
 #include <tuple>
@@ -224,9 +225,9 @@ TEST_F(EqualizeCommand, SearchesTheLibraryBesideTheProgramAndThenWhereItIsInstal
 }
 
 TEST_F(EqualizeCommand, DrawsTheMeasuredResponse) {
-    expectRun("--plot plot.svg --band 2:freq=500,gain=8,q=4 --volume -2", 0);
+    expectRun("--plot plot.svg --band 1:freq=60 --band 2:freq=500,gain=8,q=4 --volume -2", 0);
     const std::string svg = contents("plot.svg");
-    for (const char* const text : {"20k", "Band 2", "500 Hz", "+8.0 dB", "Q 4.0", "All bands, volume −2.0 dB"})
+    for (const char* const text : {"20k", "Band 2", "60 Hz", "500 Hz", "+8.0 dB", "Q 4.0", "All bands, volume −2.0 dB"})
         EXPECT_NE(svg.find(">" + std::string(text) + "<"), std::string::npos) << text;
 
     // Compares the highest point (y, x) of each curve with the labels of the axes, as a reader of the chart does.
@@ -248,6 +249,11 @@ TEST_F(EqualizeCommand, DrawsTheMeasuredResponse) {
     EXPECT_NEAR(peaks[4].second, ofLabel("x", "500"), 1.0);
     for (const auto& [curve, label] : {std::pair(0U, "0"), {1U, "+8"}, {4U, "+6"}})
         EXPECT_NEAR(peaks[curve].first, ofLabel("y", label) - 4.0, 0.5) << label;
+    for (auto at = svg.find("<line"); at != std::string::npos; at = svg.find("<line", at + 1)) {
+        double x1 = 0.0, y1 = 0.0, x2 = 0.0, y2 = 0.0;
+        std::sscanf(&svg[at], "<line x1=\"%lf\" y1=\"%lf\" x2=\"%lf\" y2=\"%lf\"", &x1, &y1, &x2, &y2);
+        EXPECT_TRUE((x1 == x2) != (y1 == y2) && y1 > 0.0) << svg.substr(at, 80);
+    }
 }
 
 } // namespace
