@@ -38,7 +38,7 @@ protected:
     }
 };
 
-TEST_F(EqualizeReading, HasTheSameResultWithOneThreadAndWithThree) {
+TEST_F(EqualizeCommand, HasTheSameResultWithOneThreadAndWithThree) {
     shell("ffmpeg -v error -f lavfi -i anoisesrc=d=20:a=0.5:seed=3 -ac 2 -ar 44100 in.flac");
     shell("head -c 900000 in.flac > cut.flac; ln -s /dev/full full.flac");
     for (const auto& [files, exitCode] :
@@ -49,7 +49,7 @@ TEST_F(EqualizeReading, HasTheSameResultWithOneThreadAndWithThree) {
         EXPECT_EQ(three, expectRun(arguments + " --jobs 1", exitCode));
         EXPECT_TRUE(after == this->files()) << files;
     }
-    EXPECT_EQ(decoded("out.flac").size(), 20U * 44100 * 2);
+    EXPECT_EQ(samplesOf("out.flac").size(), 20U * 44100 * 2);
 }
 
 TEST_F(EqualizeReading, ReadsAnMp3ToItsEndWithAndWithoutAHeaderFrame) {
